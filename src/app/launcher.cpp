@@ -1,0 +1,167 @@
+#include "app/launcher.h"
+
+#include "shared/module1.h"
+#include "shared/programInfo.h"
+#include "shared/runTimeError.h"
+
+#include <utility>
+
+namespace zint {
+namespace {
+
+constexpr const char* section = "Startup";
+
+/// A value that is saved as text, in the order of saving.
+struct SavedValue {
+    const char* key;
+    const char* shownName; ///< in "Show Defaults"
+    std::string ProgramValues::*value;
+    std::string ProgramValues::*fileName; ///< the path's file name; null for a value that has none
+};
+
+constexpr std::array<SavedValue, 6> savedValues = {{
+    {"InitDir", "InitDir ", &ProgramValues::parmInitDir, nullptr},
+    {"DTCdb", "DTCdb ", &ProgramValues::parmDTCdb, nullptr},
+    {"parmSave", "parmSaveDir ", &ProgramValues::parmSave, &ProgramValues::parmSaveFile},
+    {"parmOutput", "parmOutputDir ", &ProgramValues::parmOutput, &ProgramValues::parmOutputFile},
+    {"parmLog", "parmLogDir ", &ProgramValues::parmLog, &ProgramValues::parmLogFile},
+    {"parmExport", "parmExportDir ", &ProgramValues::parmExport, &ProgramValues::parmExportFile},
+}};
+
+} // namespace
+
+Launcher::Launcher(SettingsStore& settings, const PortDirectory& ports, Prompts& prompts,
+                   ProgramValues& values, Design& design, System system)
+    : settings_(settings), ports_(ports), prompts_(prompts), values_(values), design_(design),
+      system_(std::move(system))
+{
+    loadDefaultDesign(design);
+}
+
+void Launcher::load()
+{
+    loadChoice(port_);
+    loadChoice(speed_);
+    for (const SavedValue& saved : savedValues) {
+        std::string& value = values_.*saved.value;
+        value = stored(saved.key);
+        if (saved.fileName != nullptr && !value.empty())
+            values_.*saved.fileName = fileNamePart(value);
+    }
+    if (values_.parmInitDir.empty())
+        values_.parmInitDir = system_.workingFolder;
+    if (values_.parmDTCdb.empty())
+        values_.parmDTCdb = system_.workingFolder + system_.pathSeparator + "dtc.mdb";
+    panel_.caption += " v" + programInfo().version();
+    refreshPortInfo();
+    values_.browserPath = system_.findBrowser();
+}
+
+void Launcher::loadChoice(const Choice& choice)
+{
+    const std::string text = stored(choice.key, "0");
+    int position = -1;
+    try {
+        position = toInteger(text);
+    } catch (
+        const RunTimeError&) { // NOLINT(bugprone-empty-catch): reported below, as a number out of range is
+    }
+    if (position < 0 || position >= choice.count) {
+        prompts_.message("The saved setting \"" + std::string(choice.key) + "\" is \"" + text +
+                         "\", which is no position in its list. The first entry is used instead.");
+        position = 0;
+    }
+    panel_.*choice.position = position;
+}
+
+void Launcher::unload()
+{
+    saveChoice(port_);
+    saveChoice(speed_);
+    for (const SavedValue& saved : savedValues)
+        settings_.save(section, saved.key, values_.*saved.value);
+    const std::string failure = settings_.flush();
+    if (!failure.empty())
+        prompts_.message("The settings could not be saved: " + failure);
+}
+
+void Launcher::saveChoice(const Choice& choice)
+{
+    const int position = panel_.*choice.position;
+    if (choice.forThisRun != position)
+        settings_.save(section, choice.key, std::to_string(position));
+}
+
+void Launcher::choosePortForThisRun(int number)
+{
+    port_.forThisRun = number - 1;
+    choosePort(number - 1);
+}
+
+void Launcher::chooseSpeedForThisRun(int position)
+{
+    speed_.forThisRun = position;
+    chooseSpeed(position);
+}
+
+void Launcher::choosePort(int position)
+{
+    if (position < 0 || position >= port_.count)
+        return;
+    panel_.comPort = position;
+    refreshPortInfo();
+}
+
+void Launcher::chooseSpeed(int position)
+{
+    if (position >= 0 && position < speed_.count)
+        panel_.comSpeed = position;
+}
+
+bool Launcher::refreshPortInfo()
+{
+    std::string now = ports_.target(panel_.comPort + 1).text();
+    return std::exchange(panel_.portInfo, now) != now;
+}
+
+ConnectionChoice Launcher::connection() const
+{
+    const int number = panel_.comPort + 1;
+    return {.portNumber = number,
+            .portName = PortDirectory::name(number),
+            .speed = std::string(lineSpeeds.at(static_cast<std::size_t>(panel_.comSpeed)))};
+}
+
+Tool Launcher::toolFor(Tool button) const
+{
+    return button == Tool::pollRunner && !design_.isCommitted() ? Tool::pollDesigner : button;
+}
+
+void Launcher::showDefaults()
+{
+    std::string text = "Registry:\r\n";
+    text += "comPort " + stored("comPort") + "\r\n";
+    text += "comSpeed " + stored("comSpeed") + "\r\n";
+    for (const SavedValue& saved : savedValues)
+        text += saved.shownName + stored(saved.key) + "\r\n";
+    text += "Vars:\r\n";
+    text += "parmInitDir " + values_.parmInitDir + "\r\n";
+    text += "parmDTCdb " + values_.parmDTCdb + "\r\n";
+    prompts_.message(text);
+}
+
+void Launcher::clearDefaults()
+{
+    for (const SavedValue& saved : savedValues) {
+        (values_.*saved.value).clear();
+        if (saved.fileName != nullptr)
+            (values_.*saved.fileName).clear();
+    }
+}
+
+std::string Launcher::stored(const char* key, const std::string& missing) const
+{
+    return settings_.get(section, key, missing);
+}
+
+} // namespace zint

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "app/startPanel.h"
+#include "catalogue/design.h"
+#include "link/connectionChoice.h"
+#include "link/portDirectory.h"
+#include "shared/programValues.h"
+#include "shared/prompts.h"
+#include "shared/settingsStore.h"
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zint {
+
+/// The tools that the launcher opens.
+enum class Tool { codes, dtcEditor, pollDesigner, pollRunner, scanner, terminal };
+
+inline constexpr std::array<std::string_view, 2> lineSpeeds = {"9600", "38400"}; ///< entries of comSpeed
+
+/// The launcher's work: the choice of port and speed, and the values that are kept between runs.
+class Launcher {
+public:
+    /// What the launcher asks of the system.
+    struct System {
+        std::string workingFolder;
+        char pathSeparator = '/';
+        std::function<std::string()>
+            findBrowser; ///< the program that opens web pages; empty when there is none
+    };
+
+    /// All references outlive the launcher. The design is set to the default design.
+    Launcher(SettingsStore& settings, const PortDirectory& ports, Prompts& prompts, ProgramValues& values,
+             Design& design, System system);
+
+    /// Reads the saved settings. One that can't be used is reported and replaced by its default.
+    void load();
+
+    /// Writes the settings back; says so when that fails.
+    void unload();
+
+    /// Chooses port (1 to 8) or speed for this run only: unless the user chooses another one, the saved
+    /// choice stays.
+    void choosePortForThisRun(int number);
+    void chooseSpeedForThisRun(int position);
+
+    void choosePort(int position);  ///< list position; out of range: nothing happens
+    void chooseSpeed(int position); ///< as choosePort
+
+    /// Looks again what the chosen port stands for. @return whether that changed
+    bool refreshPortInfo();
+
+    /// What a tool reads when it is opened.
+    ConnectionChoice connection() const;
+
+    /// The tool that a button opens: polling needs a design without unpolled events, so that with any other
+    /// the designer comes first.
+    Tool toolFor(Tool button) const;
+
+    void showDefaults();  ///< shows the stored and the present values
+    void clearDefaults(); ///< empties folders and files; the store follows at the exit
+
+    const StartPanel& panel() const { return panel_; }
+
+private:
+    /// A list position that is saved unless it was chosen for one run.
+    struct Choice {
+        const char* key;
+        int StartPanel::*position;
+        int count;
+        std::optional<int> forThisRun = std::nullopt;
+    };
+
+    void loadChoice(const Choice& choice);
+    void saveChoice(const Choice& choice);
+    std::string stored(const char* key, const std::string& missing = {}) const;
+
+    SettingsStore& settings_;
+    const PortDirectory& ports_;
+    Prompts& prompts_;
+    ProgramValues& values_;
+    const Design& design_;
+    System system_;
+    StartPanel panel_;
+    Choice port_{"comPort", &StartPanel::comPort, PortDirectory::portCount};
+    Choice speed_{"comSpeed", &StartPanel::comSpeed, static_cast<int>(lineSpeeds.size())};
+};
+
+} // namespace zint

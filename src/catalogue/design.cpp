@@ -1,0 +1,54 @@
+#include "catalogue/design.h"
+
+#include "catalogue/pidCatalogue.h"
+
+#include <string_view>
+
+namespace zint {
+namespace {
+
+constexpr std::int32_t defaultFrequency = 10;
+
+bool isPolledByDefault(std::string_view name, std::int32_t conversion)
+{
+    return name != "unused" && name != "unknown" && conversion != displayHexConversion;
+}
+
+std::string requestCode(int pid)
+{
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    return {'0', '1', digits[static_cast<std::size_t>(pid / 16)], digits[static_cast<std::size_t>(pid % 16)]};
+}
+
+DesignEntry defaultEvent(int pid)
+{
+    const auto row = static_cast<std::size_t>(pid);
+    DesignEntry event{
+        .code = requestCode(pid),
+        .description = std::string(PidNames[row]),
+        .conversion = PidDefaultConversion[row],
+    };
+    if (isPolledByDefault(event.description, event.conversion)) {
+        event.frequency = defaultFrequency;
+        event.offset = (pid - 1) % defaultFrequency; // spreads the events over the passes
+    }
+    return event;
+}
+
+} // namespace
+
+void loadDefaultDesign(Design& design)
+{
+    design.entries = {};
+    design.title() = "Default Settings";
+    design.eventCount() = pidCount - 1;
+    for (int pid = 1; pid < pidCount; ++pid) {
+        DesignEntry& event = design.entries.at(static_cast<std::size_t>(pid));
+        event = defaultEvent(pid);
+        if (event.frequency > 0)
+            ++design.polledCount();
+    }
+    design.extraCommands.clear();
+}
+
+} // namespace zint

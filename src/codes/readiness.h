@@ -1,0 +1,24 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// The monitors' part of the reply to "0101".
+namespace zint {
+
+inline constexpr std::size_t monitorCount = 11;
+
+/// One line per monitor, in the order misfire, fuel system, components, catalyst, heated catalyst,
+/// evaporative system, secondary air, A/C refrigerant, oxygen sensor, oxygen heater, EGR.
+using ReadinessTexts = std::array<std::string, monitorCount>;
+
+/// What the lines read before a status has been read.
+ReadinessTexts initialReadiness();
+
+/// The lines for a reply that begins with "41 01 ": each monitor's name and how far its test is. A value that
+/// is missing, garbled or 0 makes its monitors read " input error".
+ReadinessTexts readinessReport(std::string_view statusReply);
+
+} // namespace zint

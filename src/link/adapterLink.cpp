@@ -1,0 +1,131 @@
+#include "link/adapterLink.h"
+
+#include "link/commError.h"
+
+#include <utility>
+
+namespace zint {
+
+AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener)
+    : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener)
+{
+    port_.setCommPort(choice_.portNumber);
+    port_.setSettings(choice_.lineSettings());
+    port_.setReceiveThreshold(1);
+    port_.setInputMode(InputMode::text);
+    port_.setInputLength(0);
+    port_.onComm = [this] { portEvent(); };
+    timer_.onTick = [this] { timedOut(); };
+    setStatus(" Closed");
+}
+
+bool AdapterLink::open()
+{
+    state_ = State::resetSent;
+    buffer_.clear();
+    try {
+        port_.open();
+        write(resetCommand);
+    } catch (const CommError& error) {
+        setStatus(" - Comm init error: " + std::to_string(error.number()) + ": " + error.what());
+        port_.close();
+        refreshCounterLine();
+        return false;
+    }
+    setStatus(" Open");
+    timer_.setInterval(resetTimeout);
+    timer_.setEnabled(true);
+    refreshCounterLine();
+    return true;
+}
+
+void AdapterLink::close()
+{
+    if (!port_.isOpen())
+        return;
+    timer_.setEnabled(false);
+    send("ATD");
+    setStatus(" Closed");
+    port_.close();
+    refreshCounterLine();
+}
+
+void AdapterLink::send(std::string_view command)
+{
+    try {
+        write(command);
+    } catch (const CommError&) { // NOLINT(bugprone-empty-catch): the port's own event ends the exchange
+    }
+}
+
+void AdapterLink::write(std::string_view command)
+{
+    port_.output(std::string(command) + '\r');
+    counters_.bytesOut += static_cast<std::int64_t>(command.size()) + 1;
+}
+
+void AdapterLink::portEvent()
+{
+    switch (const int event = port_.lastCommEvent()) {
+    case commEvent::receive:
+        receive();
+        break;
+    case commEvent::unknown:
+        appendStatus(" - unhandled comm Event: " + std::to_string(event));
+        countError();
+        break;
+    case commEvent::deviceGone:
+        lost();
+        break;
+    default: // line errors and modem lines say nothing that a reply does not show
+        break;
+    }
+}
+
+void AdapterLink::receive()
+{
+    counters_.bytesIn += port_.inBufferCount();
+    buffer_.append(port_.input());
+    if (const auto reply = buffer_.takeReply())
+        handleReply(*reply);
+    refreshCounterLine();
+    listener_.linkReceived();
+}
+
+void AdapterLink::handleReply(std::string_view reply)
+{
+    switch (state_) {
+    case State::resetSent:
+        timer_.setEnabled(false);
+        send("ATE0");
+        setStatus(" Init");
+        state_ = State::echoOffSent;
+        break;
+    case State::echoOffSent:
+        state_ = State::ready;
+        listener_.linkReady();
+        break;
+    case State::ready:
+        listener_.linkReply(reply);
+        break;
+    }
+}
+
+void AdapterLink::lost()
+{
+    timer_.setEnabled(false);
+    countError();
+    port_.close();
+    setStatus(" - adapter disconnected");
+    refreshCounterLine();
+    listener_.linkLost();
+}
+
+void AdapterLink::timedOut()
+{
+    timer_.setEnabled(false);
+    countError();
+    listener_.linkTimedOut();
+}
+
+} // namespace zint

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "link/connectionChoice.h"
+#include "link/linkCounters.h"
+#include "link/replyBuffer.h"
+#include "link/serialPort.h"
+#include "shared/timer.h"
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+namespace zint {
+
+/// The conversation with the adapter that all tools have in common: one exchange at a time.
+///
+/// open() resets the adapter ("ATZ") under a time-out and switches its echo off ("ATE0"); from then on each
+/// complete reply goes to the listener, and no time-out applies, since a vehicle may take any time to answer.
+/// close() restores the adapter's defaults ("ATD") and closes the port. The link also keeps what a tool shows
+/// of it: the status text and the counter line.
+///
+/// Everything runs on one thread; the port and the timer outlive the link.
+class AdapterLink {
+public:
+    static constexpr std::chrono::milliseconds resetTimeout{45000};
+
+    /// The command whose answer the time-out guards.
+    static constexpr std::string_view resetCommand = "ATZ";
+
+    static constexpr std::string_view notRespondingText =
+        "OBD is not responding... Please verify connections between computer and vehicle";
+
+    /// A tool. Each call comes from the port's notification or the timer's tick; the listener may send or
+    /// close in it.
+    class Listener {
+    public:
+        /// The adapter is reset and its echo is off: time for the first request.
+        virtual void linkReady() = 0;
+
+        /// A complete reply, prompt included. It is valid during the call only.
+        virtual void linkReply(std::string_view reply) = 0;
+
+        /// Received characters have been dealt with, whether they completed a reply or not, and the counters
+        /// refreshed.
+        virtual void linkReceived() = 0;
+
+        /// The reset was not answered in time; the error is counted, the port still open.
+        virtual void linkTimedOut() = 0;
+
+        /// The device vanished; the error is counted, the status says so, the timer is stopped and the port
+        /// closed.
+        virtual void linkLost() = 0;
+
+    protected:
+        ~Listener() = default;
+    };
+
+    /// Sets the port up for the chosen connection; does not open it.
+    AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener);
+
+    /// Opens the port and sends the reset. @return false when that failed; the status then says why
+    bool open();
+
+    /// Stops the time-out, restores the adapter's defaults and closes the port. Does nothing on a closed
+    /// link.
+    void close();
+
+    bool isOpen() const { return port_.isOpen(); }
+
+    /// Sends a command or request and its carriage return. Legal while the link is open. A device that has
+    /// just vanished takes nothing; its own event follows.
+    void send(std::string_view command);
+
+    void setStatus(std::string_view words) { status_ = choice_.portName + std::string(words); }
+    void appendStatus(std::string_view words) { status_ += words; }
+    const std::string& status() const { return status_; }
+
+    void countError() { ++counters_.errors; }
+    const LinkCounters& counters() const { return counters_; }
+
+    void refreshCounterLine() { counterLine_ = counters_.text(); }
+    const std::string& counterLine() const { return counterLine_; }
+
+private:
+    enum class State { resetSent, echoOffSent, ready };
+
+    void portEvent();
+    void receive();
+    void handleReply(std::string_view reply);
+    void lost();
+    void timedOut();
+    void write(std::string_view command);
+
+    SerialPort& port_;
+    Timer& timer_;
+    ConnectionChoice choice_;
+    Listener& listener_;
+    State state_ = State::resetSent;
+    ReplyBuffer buffer_;
+    LinkCounters counters_;
+    std::string status_;
+    std::string counterLine_ = LinkCounters::initialText;
+};
+
+} // namespace zint

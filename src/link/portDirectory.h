@@ -1,0 +1,82 @@
+#pragma once
+
+#include "shared/settingsStore.h"
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zint {
+
+/// A serial port that the machine has.
+struct DetectedPort {
+    std::string location;    ///< what opens it: "/dev/ttyUSB0", "COM7"
+    std::string description; ///< the device's own words, may be empty
+    std::string usbIds;      ///< "0403:6001"; empty when it is no USB device
+};
+
+/// What a system tells about its serial ports.
+class PortList {
+public:
+    virtual ~PortList() = default;
+
+    /// The ports that exist now, in the order in which they get their numbers.
+    virtual std::vector<DetectedPort> detected() const = 0;
+
+    /// The location that port number n (1 to 8) always has on this system, such as "COM3"; nothing where
+    /// numbers are given to the detected ports in their order.
+    virtual std::optional<std::string> fixedLocation(int number) const = 0;
+};
+
+/// What "com1" to "com8" stand for.
+///
+/// The user's assignment comes first, then the system's own port of that number, then the n-th detected port.
+/// Assignments are kept in the settings store; those of a command line hold for one run.
+class PortDirectory {
+public:
+    static constexpr int portCount = 8;
+
+    /// Stands for the simulated vehicle in place of a location.
+    static constexpr std::string_view simulated = "simulated";
+
+    struct Target {
+        std::string location;    ///< empty: nothing is connected
+        std::string description; ///< of the device, may be empty
+
+        bool isSimulated() const { return location == simulated; }
+
+        /// In one line for the user: "/dev/ttyUSB0 - FT232R USB UART", "nothing connected", "simulated
+        /// vehicle".
+        std::string text() const;
+    };
+
+    PortDirectory(SettingsStore& settings, const PortList& system) : settings_(settings), system_(system) {}
+
+    /// What the port stands for now. @param number 1 to 8
+    Target target(int number) const;
+
+    /// The user's assignment for good, empty when there is none.
+    std::string assignment(int number) const;
+
+    /// Assigns a location, `simulated`, or nothing (empty) for good.
+    void assign(int number, const std::string& location);
+
+    void assignForThisRun(int number, std::string location);
+
+    std::vector<DetectedPort> detected() const { return system_.detected(); }
+
+    /// "com1" for 1.
+    static std::string name(int number) { return "com" + std::to_string(number); }
+
+    /// The number of "com1" to "com8", in upper or lower case; nothing for any other text.
+    static std::optional<int> numberOf(std::string_view name);
+
+private:
+    SettingsStore& settings_;
+    const PortList& system_;
+    std::array<std::string, portCount> thisRun_;
+};
+
+} // namespace zint

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <chrono>
+
+namespace zint {
+
+/// Tells the time, so that tests can set it.
+class Clock {
+public:
+    virtual ~Clock() = default;
+
+    /// Time since a fixed moment of this run; it never goes back, whatever happens to the date.
+    virtual std::chrono::microseconds monotonic() const = 0;
+};
+
+} // namespace zint

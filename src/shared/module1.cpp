@@ -1,0 +1,128 @@
+#include "shared/module1.h"
+
+#include "shared/runTimeError.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <filesystem>
+#include <limits>
+#include <system_error>
+
+namespace zint {
+namespace {
+
+constexpr std::string_view hexDigits = "0123456789ABCDEF";
+
+constexpr std::array<std::string_view, 16> reversedBits = {
+    "0000", "1000", "0100", "1100", "0010", "1010", "0110", "1110",
+    "0001", "1001", "0101", "1101", "0011", "1011", "0111", "1111",
+};
+
+int hexDigit(char character)
+{
+    const char upper =
+        character >= 'a' && character <= 'f' ? static_cast<char>(character - 'a' + 'A') : character;
+    return upperHexDigit(upper);
+}
+
+std::string_view trimmed(std::string_view text)
+{
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+} // namespace
+
+int upperHexDigit(char character)
+{
+    const auto index = hexDigits.find(character);
+    return index == std::string_view::npos ? -1 : static_cast<int>(index);
+}
+
+std::int32_t hexToNumber(std::string_view text)
+{
+    if (text.empty())
+        return -1;
+    std::int64_t value = 0;
+    for (const char character : text) {
+        if (character == ' ')
+            continue;
+        const int digit = hexDigit(character);
+        if (digit < 0)
+            return -1;
+        value = value * 16 + digit;
+        if (value > std::numeric_limits<std::int32_t>::max())
+            throw RunTimeError::overflow();
+    }
+    return static_cast<std::int32_t>(value);
+}
+
+std::string hexToBits(std::string_view text)
+{
+    std::string bits;
+    for (const char character : text) {
+        if (character == ' ')
+            continue;
+        const int digit = upperHexDigit(character);
+        if (digit < 0)
+            return {};
+        bits += reversedBits[static_cast<std::size_t>(digit)];
+    }
+    return bits;
+}
+
+std::int16_t lastBackslash(std::string_view text)
+{
+    const auto index = text.rfind('\\');
+    if (index == std::string_view::npos)
+        return 0;
+    if (index >= static_cast<std::size_t>(std::numeric_limits<std::int16_t>::max()))
+        throw RunTimeError::overflow();
+    return static_cast<std::int16_t>(index + 1);
+}
+
+std::string fileNamePart(std::string_view path)
+{
+    std::string_view name = path.substr(static_cast<std::size_t>(lastBackslash(path)));
+    if constexpr (std::filesystem::path::preferred_separator == '/')
+        name = name.substr(name.rfind('/') + 1);
+    return std::string(name);
+}
+
+std::filesystem::path utf8Path(std::string_view path)
+{
+    return {std::u8string(path.begin(), path.end())};
+}
+
+bool fileExists(const std::string& path) noexcept
+{
+    try {
+        std::error_code ignored;
+        return std::filesystem::is_regular_file(utf8Path(path), ignored);
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+std::string_view textAt(std::string_view text, std::size_t position, std::size_t count)
+{
+    return position > text.size() ? std::string_view() : text.substr(position - 1, count);
+}
+
+std::int32_t toInteger(std::string_view text)
+{
+    text = trimmed(text);
+    std::int32_t value = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error == std::errc::result_out_of_range)
+        throw RunTimeError::overflow();
+    if (error != std::errc() || stop != end)
+        throw RunTimeError::typeMismatch();
+    return value;
+}
+
+} // namespace zint

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+/// The small helpers that every tool uses.
+namespace zint {
+
+/// The number that a hexadecimal text stands for, in upper or lower case; blanks anywhere are skipped.
+/// @return 0 to 0x7FFFFFFF, or -1 for an empty text or one with a character that is no digit
+/// @throws RunTimeError 6 when the number exceeds the signed 32-bit range
+std::int32_t hexToNumber(std::string_view text);
+
+/// Each digit of an upper-case hexadecimal text as four characters, the least significant bit first ("1000"
+/// for 1); blanks are skipped. Readers of single bits rely on that order.
+/// @return empty for a text with any other character, lower-case digits included
+std::string hexToBits(std::string_view text);
+
+/// The value of one upper-case hexadecimal digit, or -1. Replies are upper case; anything else is not a digit
+/// here.
+int upperHexDigit(char character);
+
+/// @return the position, counted from 1, of the last "\" in the text; 0 when there is none
+/// @throws RunTimeError 6 beyond position 32767
+std::int16_t lastBackslash(std::string_view text);
+
+/// The part of a path behind its last "\" and, where paths are written with it, behind its last "/".
+std::string fileNamePart(std::string_view path);
+
+/// A path that is written in UTF-8, as all paths in the program are.
+std::filesystem::path utf8Path(std::string_view path);
+
+/// Whether a file of this name exists (a folder is none). Never throws; a path that can't be examined does
+/// not exist.
+bool fileExists(const std::string& path) noexcept;
+
+/// At most `count` characters from `position` (counted from 1, as positions in replies are); shorter,
+/// possibly empty, where the text ends before.
+std::string_view textAt(std::string_view text, std::size_t position, std::size_t count);
+
+/// A decimal integer, blanks around it allowed.
+/// @throws RunTimeError 13 when the text is no integer, 6 when it exceeds the signed 32-bit range
+std::int32_t toInteger(std::string_view text);
+
+} // namespace zint

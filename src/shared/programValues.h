@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+namespace zint {
+
+/// What the tools share during a run, beside the polling design. The launcher reads it from the saved
+/// settings at the start and writes it back at the exit. All paths are UTF-8.
+struct ProgramValues {
+    std::string parmInitDir; ///< the folder in which file dialogs start
+    std::string parmDTCdb;   ///< the database of code descriptions
+
+    std::string parmSave;   ///< the last design file
+    std::string parmOutput; ///< the last output file of the terminal and the scanner
+    std::string parmLog;    ///< the last data log
+    std::string parmExport; ///< the last export
+
+    // The file names in the four paths; whoever changes a path sets its name too.
+    std::string parmSaveFile;
+    std::string parmOutputFile;
+    std::string parmLogFile;
+    std::string parmExportFile;
+
+    std::string browserPath;     ///< the program that opens web pages; empty when none was found
+    std::string lastFailureText; ///< the last reply that was no monitor status, or the time-out's text
+};
+
+} // namespace zint

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+namespace zint {
+
+/// How a tool asks and tells its user something. Each call returns when the user has answered; meanwhile no
+/// event of the same tool is handled (see EventGate).
+class Prompts {
+public:
+    virtual ~Prompts() = default;
+
+    /// Shows a text with an OK button. Lines are separated by CR LF. An empty title means the program's name.
+    virtual void message(const std::string& text, const std::string& title = {}) = 0;
+
+    /// Asks for OK or Cancel. @return true for OK; closing the question is a Cancel
+    virtual bool confirm(const std::string& text, const std::string& title) = 0;
+};
+
+} // namespace zint
