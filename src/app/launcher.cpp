@@ -71,7 +71,7 @@ void Launcher::loadChoice(const Choice& choice)
                          "\", which is no position in its list. The first entry is used instead.");
         position = 0;
     }
-    panel_.*choice.position = position;
+    panel_.*choice.position = choice.forThisRun.value_or(position);
 }
 
 void Launcher::unload()

@@ -1,0 +1,231 @@
+#include "sim/adapterCommands.h"
+
+#include <array>
+#include <charconv>
+#include <cstddef>
+
+namespace zint {
+namespace {
+
+constexpr std::string_view identification = "ELM327 v1.5";
+constexpr unsigned highestProtocol = 0xC;
+
+/// The hexadecimal digits behind a command's name.
+struct Argument {
+    std::string_view digits;
+    std::uint32_t value = 0;
+};
+
+using Action = CommandResult (*)(Argument argument, AdapterSettings& settings, const Vehicle& vehicle);
+
+struct Command {
+    std::string_view name;
+    std::size_t fewestDigits;
+    std::size_t mostDigits;
+    std::uint32_t highestValue;
+    Action run;
+};
+
+CommandResult done()
+{
+    return {.text = "OK"};
+}
+
+/// For what makes no difference to the simulated vehicle.
+CommandResult accept(Argument, AdapterSettings&, const Vehicle&)
+{
+    return done();
+}
+
+/// Tells the version, behind a reset or on its own.
+template <Reset kind>
+CommandResult reset(Argument, AdapterSettings&, const Vehicle&)
+{
+    return {.text = std::string(identification), .reset = kind};
+}
+
+CommandResult describeDevice(Argument, AdapterSettings&, const Vehicle&)
+{
+    return {.text = "OBDII to RS232 Interpreter"};
+}
+
+CommandResult readVoltage(Argument, AdapterSettings&, const Vehicle& vehicle)
+{
+    return {.text = vehicle.ignitionOn() ? "13.1V" : "12.3V"}; // the generator runs, or does not
+}
+
+CommandResult restoreDefaults(Argument, AdapterSettings& settings, const Vehicle&)
+{
+    settings.restoreDefaults();
+    return done();
+}
+
+CommandResult disconnect(Argument, AdapterSettings& settings, const Vehicle&)
+{
+    settings.connected = false;
+    return done();
+}
+
+template <bool AdapterSettings::*member>
+CommandResult switchTo(Argument argument, AdapterSettings& settings, const Vehicle&)
+{
+    settings.*member = argument.value != 0;
+    return done();
+}
+
+CommandResult selectProtocol(unsigned protocol, AdapterSettings& settings)
+{
+    settings.protocol = protocol;
+    settings.connected = false;
+    return done();
+}
+
+CommandResult setProtocol(Argument argument, AdapterSettings& settings, const Vehicle&)
+{
+    CommandResult result = selectProtocol(argument.value, settings);
+    settings.storedProtocol = settings.protocol;
+    return result;
+}
+
+CommandResult tryProtocol(Argument argument, AdapterSettings& settings, const Vehicle&)
+{
+    return selectProtocol(argument.value, settings);
+}
+
+/// "A3" asks to try protocol 3 first and then the others: in the end, any protocol will do.
+template <Action select>
+CommandResult automatic(Argument, AdapterSettings& settings, const Vehicle& vehicle)
+{
+    return select({}, settings, vehicle);
+}
+
+CommandResult setHeader(Argument argument, AdapterSettings& settings, const Vehicle&)
+{
+    if (argument.digits.size() != 3 && argument.digits.size() != 6)
+        return {.text = "?"};
+    settings.header = argument.value;
+    return done();
+}
+
+CommandResult setTimeout(Argument argument, AdapterSettings& settings, const Vehicle&)
+{
+    settings.timeout = argument.value == 0 ? AdapterSettings::defaultTimeout : argument.value;
+    return done();
+}
+
+CommandResult describeProtocol(Argument, AdapterSettings& settings, const Vehicle& vehicle)
+{
+    constexpr std::array<std::string_view, highestProtocol + 1> names{"AUTO",
+                                                                      "SAE J1850 PWM",
+                                                                      "SAE J1850 VPW",
+                                                                      "ISO 9141-2",
+                                                                      "ISO 14230-4 (KWP 5BAUD)",
+                                                                      "ISO 14230-4 (KWP FAST)",
+                                                                      "ISO 15765-4 (CAN 11/500)",
+                                                                      "ISO 15765-4 (CAN 29/500)",
+                                                                      "ISO 15765-4 (CAN 11/250)",
+                                                                      "ISO 15765-4 (CAN 29/250)",
+                                                                      "SAE J1939 (CAN 29/250)",
+                                                                      "USER1 (CAN 11/125)",
+                                                                      "USER2 (CAN 11/50)"};
+    std::string text(names[settings.protocol]);
+    if (settings.protocol == AdapterSettings::automaticProtocol && settings.connected)
+        text.append(", ").append(names[protocolNumber(vehicle.protocol())]);
+    return {.text = text};
+}
+
+CommandResult numberProtocol(Argument, AdapterSettings& settings, const Vehicle& vehicle)
+{
+    constexpr std::string_view digits = "0123456789ABC";
+    if (settings.protocol != AdapterSettings::automaticProtocol)
+        return {.text = {digits[settings.protocol]}};
+    return {.text = {'A', digits[settings.connected ? protocolNumber(vehicle.protocol()) : 0]}};
+}
+
+// Where one name begins another (S, SP, SPA), the digits that must follow tell which one is meant.
+constexpr std::array commands{
+    Command{"Z", 0, 0, 0, reset<Reset::cold>},
+    Command{"WS", 0, 0, 0, reset<Reset::warm>},
+    Command{"D", 0, 0, 0, restoreDefaults},
+    Command{"I", 0, 0, 0, reset<Reset::none>},
+    Command{"@1", 0, 0, 0, describeDevice},
+    Command{"RV", 0, 0, 0, readVoltage},
+    Command{"E", 1, 1, 1, switchTo<&AdapterSettings::echo>},
+    Command{"L", 1, 1, 1, switchTo<&AdapterSettings::lineFeeds>},
+    Command{"S", 1, 1, 1, switchTo<&AdapterSettings::blanks>},
+    Command{"H", 1, 1, 1, switchTo<&AdapterSettings::headers>},
+    Command{"ST", 2, 2, 0xFF, setTimeout},
+    Command{"AT", 1, 1, 2, switchTo<&AdapterSettings::adaptiveTiming>},
+    Command{"SP", 1, 1, highestProtocol, setProtocol},
+    Command{"SPA", 1, 1, highestProtocol, automatic<setProtocol>},
+    Command{"TP", 1, 1, highestProtocol, tryProtocol},
+    Command{"TPA", 1, 1, highestProtocol, automatic<tryProtocol>},
+    Command{"DP", 0, 0, 0, describeProtocol},
+    Command{"DPN", 0, 0, 0, numberProtocol},
+    Command{"PC", 0, 0, 0, disconnect},
+    Command{"SH", 3, 6, 0xFFFFFF, setHeader},
+    Command{"M", 1, 1, 1, accept},
+    Command{"R", 1, 1, 1, accept},
+    Command{"AL", 0, 0, 0, accept},
+    Command{"NL", 0, 0, 0, accept},
+    Command{"AR", 0, 0, 0, accept},
+    Command{"SS", 0, 0, 0, accept},
+    Command{"FE", 0, 0, 0, accept},
+    Command{"SI", 0, 0, 0, accept},
+    Command{"SW", 2, 2, 0xFF, accept},
+    Command{"IB10", 0, 0, 0, accept},
+    Command{"KW", 1, 1, 1, accept},
+    Command{"D", 1, 1, 1, accept},
+    Command{"V", 1, 1, 1, accept},
+    Command{"CAF", 1, 1, 1, accept},
+    Command{"CFC", 1, 1, 1, accept},
+    Command{"CF", 3, 8, 0xFFFFFFFF, accept},
+    Command{"CM", 3, 8, 0xFFFFFFFF, accept},
+    Command{"CP", 2, 2, 0x1F, accept},
+};
+
+/// What stands behind the command's name, if it fits.
+std::optional<Argument> argumentOf(const Command& command, std::string_view text)
+{
+    if (!text.starts_with(command.name))
+        return {};
+    Argument argument{.digits = text.substr(command.name.size())};
+    const std::string_view digits = argument.digits;
+    if (digits.size() < command.fewestDigits || digits.size() > command.mostDigits)
+        return {};
+    if (digits.empty())
+        return argument;
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, argument.value, 16);
+    if (error != std::errc{} || stop != end || argument.value > command.highestValue)
+        return {};
+    return argument;
+}
+
+} // namespace
+
+void AdapterSettings::restoreDefaults()
+{
+    const AdapterSettings before = *this;
+    *this = {};
+    lineFeedsAtPowerUp = before.lineFeedsAtPowerUp;
+    lineFeeds = before.lineFeedsAtPowerUp;
+    storedProtocol = before.storedProtocol;
+    protocol = before.storedProtocol;
+}
+
+unsigned protocolNumber(VehicleProtocol protocol)
+{
+    return protocol == VehicleProtocol::can ? 6 : 3;
+}
+
+CommandResult runCommand(std::string_view text, AdapterSettings& settings, const Vehicle& vehicle)
+{
+    for (const Command& command : commands) {
+        if (const auto argument = argumentOf(command, text))
+            return command.run(*argument, settings, vehicle);
+    }
+    return {.text = "?"};
+}
+
+} // namespace zint

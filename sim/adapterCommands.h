@@ -1,0 +1,49 @@
+#pragma once
+
+#include "sim/vehicle.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zint {
+
+/// What "AT" commands set.
+struct AdapterSettings {
+    static constexpr unsigned defaultTimeout = 0x32;
+    static constexpr unsigned automaticProtocol = 0;
+
+    bool echo = true;
+    bool lineFeeds = false;
+    bool blanks = true;
+    bool headers = false;
+    unsigned timeout = defaultTimeout; ///< of the vehicle's answer, in units of 4 ms
+    bool adaptiveTiming = true;        ///< otherwise the adapter always waits for the whole time-out
+    std::optional<std::uint32_t> header;
+    unsigned protocol = automaticProtocol;
+    unsigned storedProtocol = automaticProtocol; ///< survives a reset
+    bool connected = false;                      ///< to the vehicle
+    bool lineFeedsAtPowerUp = false;             ///< a matter of the adapter's wiring
+
+    /// Back to what they were at power-up.
+    void restoreDefaults();
+};
+
+/// The number by which adapters know a protocol, 1 to C.
+unsigned protocolNumber(VehicleProtocol protocol);
+
+enum class Reset { none, warm, cold };
+
+/// What comes of a command.
+struct CommandResult {
+    std::string text;          ///< the answer, without line ends
+    Reset reset = Reset::none; ///< what the adapter does before it answers
+};
+
+/// Carries out a command.
+/// @param command without blanks and the leading "AT", in capitals
+/// @return the answer, "?" for an unknown command
+CommandResult runCommand(std::string_view command, AdapterSettings& settings, const Vehicle& vehicle);
+
+} // namespace zint

@@ -1,0 +1,287 @@
+#include "sim/simulatedAdapter.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace zint {
+namespace {
+
+constexpr std::size_t longestLine = 128;
+constexpr std::size_t longestRequest = 7; // bytes of data that one message holds
+constexpr std::chrono::seconds lineTimeout{20};
+constexpr std::chrono::milliseconds timeoutUnit{4};
+constexpr int bitsPerCharacter = 10; // start bit, eight data bits, stop bit
+constexpr unsigned functionalIsoHeader = 0x686AF1;
+constexpr unsigned functionalCanHeader = 0x7DF;
+
+PacedOutput::Time characterTime(int bitsPerSecond)
+{
+    constexpr std::chrono::microseconds second = std::chrono::seconds(1);
+    return bitsPerSecond > 0 ? second * bitsPerCharacter / bitsPerSecond : PacedOutput::Time{0};
+}
+
+int digitValue(char digit)
+{
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    const auto position = digits.find(digit);
+    return position == std::string_view::npos ? -1 : static_cast<int>(position);
+}
+
+bool isPrintable(char byte)
+{
+    return byte >= ' ' && byte <= '~';
+}
+char capital(char letter)
+{
+    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
+} // namespace
+
+SimulatedAdapter::SimulatedAdapter(Vehicle& vehicle, AdapterOptions options)
+    : vehicle_(vehicle), options_(std::move(options)),
+      output_({.perCharacter = characterTime(options_.bitsPerSecond),
+               .pieceLength = options_.pieceLength,
+               .pieceGap = options_.pieceGap}),
+      perCharacter_(characterTime(options_.bitsPerSecond))
+{
+    settings_.lineFeedsAtPowerUp = options_.lineFeeds;
+    settings_.restoreDefaults();
+    portOpened(Time{0});
+}
+
+void SimulatedAdapter::portOpened(Time now)
+{
+    dropLateCommand(now);
+    output_.clear();
+    resetUntil_ = busyUntil_ = Time{0};
+    silent_ = false;
+    prompts_ = 0;
+    vanished_ = options_.repliesUntilDisconnect == 0;
+}
+
+std::optional<SimulatedAdapter::Time> SimulatedAdapter::nextDue() const
+{
+    const auto outputDue = output_.nextDue();
+    if (!outputDue || !lineDeadline_)
+        return outputDue ? outputDue : lineDeadline_;
+    return std::min(*outputDue, *lineDeadline_);
+}
+
+std::string SimulatedAdapter::take(Time now)
+{
+    dropLateCommand(now);
+    return output_.take(now);
+}
+
+void SimulatedAdapter::receive(std::string_view bytes, Time now)
+{
+    for (const char byte : bytes) {
+        inputEnd_ = std::max(now, inputEnd_) + perCharacter_;
+        dropLateCommand(inputEnd_);
+        receiveByte(byte, inputEnd_);
+    }
+}
+
+void SimulatedAdapter::receiveByte(char byte, Time at)
+{
+    if (silent_ || vanished_ || at < resetUntil_)
+        return;
+    if (at < busyUntil_) {
+        interrupt(at);
+        return;
+    }
+    if (settings_.echo && (isPrintable(byte) || byte == '\r'))
+        write({&byte, 1}, at);
+    if (byte == '\r') {
+        runLine(at);
+    } else if (isPrintable(byte) && byte != ' ') {
+        if (line_.size() < longestLine)
+            line_ += capital(byte);
+        lineDeadline_ = at + lineTimeout;
+    }
+}
+
+/// The byte that interrupts is lost.
+void SimulatedAdapter::interrupt(Time at)
+{
+    output_.cut(at);
+    busyUntil_ = at;
+    --prompts_; // the one that was on its way
+    reply("STOPPED", at);
+}
+
+void SimulatedAdapter::dropLateCommand(Time now)
+{
+    if (!lineDeadline_ || now < *lineDeadline_)
+        return;
+    const Time at = *lineDeadline_;
+    lineDeadline_.reset();
+    line_.clear();
+    reply("?", at);
+}
+
+void SimulatedAdapter::runLine(Time at)
+{
+    if (!line_.empty())
+        lastLine_ = std::exchange(line_, {});
+    lineDeadline_.reset();
+    if (lastLine_.starts_with("AT"))
+        runAdapterCommand(std::string_view(lastLine_).substr(2), at);
+    else if (const auto request = parseRequest(lastLine_))
+        runRequest(*request, at);
+    else
+        reply("?", at);
+}
+
+void SimulatedAdapter::runAdapterCommand(std::string_view command, Time at)
+{
+    const CommandResult result = runCommand(command, settings_, vehicle_);
+    if (result.reset == Reset::none) {
+        reply(result.text, at);
+        return;
+    }
+    settings_.restoreDefaults();
+    if (result.reset == Reset::cold) {
+        if (!options_.answersReset)
+            return;
+        at += options_.resetDuration;
+        resetUntil_ = at;
+    }
+    reply((settings_.lineFeeds ? "\r\n" : "\r\r") + result.text, at);
+}
+
+/// Digits in pairs, and a single one at the end for the number of lines that the sender waits for.
+std::optional<SimulatedAdapter::Request> SimulatedAdapter::parseRequest(std::string_view digits)
+{
+    const bool tellsLines = digits.size() % 2 == 1;
+    const std::size_t byteCount = digits.size() / 2;
+    if (byteCount < 1 || byteCount > longestRequest)
+        return {};
+    if (std::ranges::any_of(digits, [](char digit) { return digitValue(digit) < 0; }))
+        return {};
+    Request request{.bytes = {}, .expectedLines = 0};
+    for (std::size_t i = 0; i < byteCount; ++i)
+        request.bytes.push_back(
+            static_cast<std::uint8_t>(digitValue(digits[2 * i]) << 4 | digitValue(digits[2 * i + 1])));
+    if (tellsLines)
+        request.expectedLines = static_cast<std::size_t>(digitValue(digits.back()));
+    return request;
+}
+
+bool SimulatedAdapter::reachesVehicle() const
+{
+    const bool rightProtocol = settings_.protocol == AdapterSettings::automaticProtocol ||
+                               settings_.protocol == protocolNumber(vehicle_.protocol());
+    return vehicle_.ignitionOn() && rightProtocol;
+}
+
+void SimulatedAdapter::runRequest(const Request& request, Time at)
+{
+    ++requests_;
+    if (!reachesVehicle()) {
+        const unsigned tried = settings_.protocol == AdapterSettings::automaticProtocol
+                                   ? protocolNumber(vehicle_.protocol())
+                                   : settings_.protocol;
+        const bool slowStart = tried == protocolNumber(VehicleProtocol::iso9141);
+        reply(slowStart ? "BUS INIT: ...ERROR" : "UNABLE TO CONNECT", at + options_.latency);
+    } else {
+        const Time connected = announceConnection(at);
+        const std::string text = vehicleText(request, at);
+        const bool waits = !settings_.adaptiveTiming && request.expectedLines == 0;
+        if (text.empty())
+            reply("NO DATA", connected + waitingTime());
+        else
+            reply(text, connected + options_.latency, waits ? waitingTime() : Time{0});
+    }
+    busyUntil_ = output_.end();
+}
+
+/// The first request after a reset finds the vehicle; the dots come while it takes its time.
+SimulatedAdapter::Time SimulatedAdapter::announceConnection(Time at)
+{
+    if (std::exchange(settings_.connected, true) || !options_.announcesConnection)
+        return at;
+    const bool isCan = vehicle_.protocol() == VehicleProtocol::can;
+    write(isCan ? "SEARCHING" : "BUS INIT: ", at);
+    for (int dot = 0; dot < 3; ++dot) {
+        at += options_.latency;
+        write(".", at);
+    }
+    at += options_.latency;
+    write((isCan ? "" : "OK") + std::string(lineEnd()), at);
+    return at;
+}
+
+/// How long the adapter waits for an answer, or for a further one.
+SimulatedAdapter::Time SimulatedAdapter::waitingTime() const
+{
+    return options_.latency > Time{0} ? std::max<Time>(options_.latency, settings_.timeout * timeoutUnit)
+                                      : Time{0};
+}
+
+/// What the vehicle answers, lines joined by line ends; empty when it doesn't answer.
+std::string SimulatedAdapter::vehicleText(const Request& request, Time at)
+{
+    const ReplyFormat format{.protocol = vehicle_.protocol(),
+                             .headers = settings_.headers,
+                             .blanks = settings_.blanks,
+                             .trailingBlank = options_.trailingBlank};
+    const bool isCan = format.protocol == VehicleProtocol::can;
+    Messages messages;
+    if (vehicle_.hears(settings_.header.value_or(isCan ? functionalCanHeader : functionalIsoHeader)))
+        messages = vehicle_.answer(request.bytes, at);
+    if (request.expectedLines > 0 && messages.size() > request.expectedLines)
+        messages.resize(request.expectedLines);
+    std::vector<std::string> lines;
+    for (const Message& message : messages)
+        std::ranges::move(replyLines(message, format), std::back_inserter(lines));
+    applyFaults(lines);
+    std::string text;
+    for (const std::string& line : lines) {
+        text += text.empty() ? "" : lineEnd();
+        text += line;
+    }
+    return text;
+}
+
+void SimulatedAdapter::applyFaults(std::vector<std::string>& lines)
+{
+    constexpr std::size_t garbledDigit = 6; // of the first byte behind "41 01 "
+    if (const auto error = options_.errors.find(requests_); error != options_.errors.end()) {
+        if (!error->second.starts_with('<'))
+            lines.assign(1, error->second);
+        else
+            std::ranges::for_each(lines, [&](std::string& line) { line += error->second; });
+    } else if (!lines.empty() && options_.garbleEvery > 0 && ++dataReplies_ % options_.garbleEvery == 0) {
+        std::string& line = lines.front();
+        line[line.size() > garbledDigit ? garbledDigit : 0] = 'G';
+    }
+}
+
+void SimulatedAdapter::reply(std::string_view text, Time at, Time waitBeforePrompt)
+{
+    std::string line(options_.leadingLineEnd ? lineEnd() : "");
+    line += text;
+    line += lineEnd();
+    write(line, at);
+    if (options_.promptsUntilSilence == prompts_) {
+        silent_ = true;
+        return;
+    }
+    line = options_.singleLineEnd ? "" : lineEnd();
+    line += '>';
+    line += options_.afterPrompt;
+    write(line, at + waitBeforePrompt);
+    ++prompts_;
+    vanished_ = options_.repliesUntilDisconnect == prompts_;
+}
+
+void SimulatedAdapter::write(std::string_view text, Time at)
+{
+    output_.write(std::exchange(options_.rubbish, {}), at);
+    output_.write(text, at);
+}
+
+} // namespace zint

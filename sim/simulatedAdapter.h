@@ -1,0 +1,86 @@
+#pragma once
+
+#include "sim/adapterCommands.h"
+#include "sim/pacedOutput.h"
+#include "sim/replyLines.h"
+#include "sim/simulationOptions.h"
+#include "sim/vehicle.h"
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zint {
+
+/// An adapter as it shows itself on its serial line: what it receives, and what it sends when.
+///
+/// It has no clock: each call tells the time, which must never go back. The vehicle outlives it.
+class SimulatedAdapter {
+public:
+    using Time = std::chrono::microseconds;
+
+    explicit SimulatedAdapter(Vehicle& vehicle, AdapterOptions options = {});
+
+    /// A program has opened the port: what was on its way to the one before is lost, a reset under way is
+    /// over, and a silent or vanished adapter is back.
+    void portOpened(Time now);
+
+    /// Bytes that a program begins to send now.
+    void receive(std::string_view bytes, Time now);
+
+    /// When the adapter has something to send or to do next; nothing when it waits for a command.
+    std::optional<Time> nextDue() const;
+
+    /// The characters that have arrived by now; where replies come in pieces, one piece a call.
+    std::string take(Time now);
+
+    /// Whether the device has vanished and all that it had sent before is taken.
+    bool disconnected() const { return vanished_ && output_.empty(); }
+
+private:
+    struct Request {
+        Message bytes;
+        std::size_t expectedLines; ///< 0: not told
+    };
+
+    static std::optional<Request> parseRequest(std::string_view digits);
+
+    void receiveByte(char byte, Time at);
+    void interrupt(Time at);
+    void dropLateCommand(Time now);
+    void runLine(Time at);
+    void runAdapterCommand(std::string_view command, Time at);
+    void runRequest(const Request& request, Time at);
+
+    bool reachesVehicle() const;
+    Time announceConnection(Time at);
+    std::string vehicleText(const Request& request, Time at);
+    void applyFaults(std::vector<std::string>& lines);
+    Time waitingTime() const;
+
+    void reply(std::string_view text, Time at, Time waitBeforePrompt = Time{0});
+    void write(std::string_view text, Time at);
+    std::string_view lineEnd() const { return settings_.lineFeeds ? "\r\n" : "\r"; }
+
+    Vehicle& vehicle_;
+    AdapterOptions options_;
+    AdapterSettings settings_;
+    PacedOutput output_;
+    Time perCharacter_;
+    Time inputEnd_{0}; // when the last received character was complete
+    Time resetUntil_{0};
+    Time busyUntil_{0}; // with the vehicle
+    std::string line_;  // what has been received of a command, without blanks and in capitals
+    std::optional<Time> lineDeadline_;
+    std::string lastLine_;
+    bool silent_ = false;
+    bool vanished_ = false;
+    int prompts_ = 0; // since the port was opened
+    int requests_ = 0;
+    int dataReplies_ = 0;
+};
+
+} // namespace zint

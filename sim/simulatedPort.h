@@ -1,0 +1,47 @@
+#pragma once
+
+#include "link/serialPort.h"
+#include "shared/clock.h"
+#include "shared/timer.h"
+#include "sim/simulatedAdapter.h"
+
+#include <string>
+#include <string_view>
+
+namespace zint {
+
+/// A serial port with a simulated adapter at its end, all within the program.
+///
+/// The adapter keeps its state while the port is closed; the vehicle is shared by all ports. Timer, clock and
+/// vehicle outlive the port, which has the timer for itself.
+class SimulatedPort : public SerialPort {
+public:
+    SimulatedPort(Timer& timer, const Clock& clock, Vehicle& vehicle, AdapterOptions options = {});
+    SimulatedPort(const SimulatedPort&) = delete;
+    SimulatedPort& operator=(const SimulatedPort&) = delete;
+    ~SimulatedPort() override;
+
+    void open() override;
+    void close() override;
+    bool isOpen() const override { return open_; }
+    void output(std::string_view text) override;
+    std::string input() override { return takeInput(received_); }
+    int inBufferCount() const override { return static_cast<int>(received_.size()); }
+    int lastCommEvent() const override { return lastCommEvent_; }
+
+private:
+    void deliver();
+    void receive();
+    void schedule();
+    void notify(int event);
+
+    Timer& timer_;
+    const Clock& clock_;
+    SimulatedAdapter adapter_;
+    std::string received_;
+    int lastCommEvent_ = commEvent::unknown;
+    bool open_ = false;
+    bool gone_ = false; // the device has vanished and the owner has been told
+};
+
+} // namespace zint

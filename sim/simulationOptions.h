@@ -1,0 +1,65 @@
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zint {
+
+enum class VehicleProtocol { iso9141, can };
+
+/// The vehicle to simulate.
+struct VehicleOptions {
+    VehicleProtocol protocol = VehicleProtocol::iso9141;
+    bool ignitionOn = true;                                          ///< off: the adapter finds no vehicle
+    std::vector<std::string> storedCodes{"P0133", "P0301", "U0123"}; ///< until they are cleared
+    std::vector<std::string> pendingCodes{"P0420"};                  ///< likewise
+};
+
+/// The adapter to simulate. As made it is well behaved and answers at once; each member is a habit or a fault
+/// that real adapters show.
+struct AdapterOptions {
+    std::chrono::microseconds latency{0}; ///< from the end of a request to its answer; 0: nothing takes time
+    int bitsPerSecond = 0;                ///< of the serial line, ten bits a character; 0: takes no time
+    std::chrono::microseconds resetDuration{0}; ///< what arrives during a reset is lost
+
+    bool announcesConnection =
+        false;                   ///< "BUS INIT: ...OK" or "SEARCHING..." before the first data after a reset
+    bool lineFeeds = false;      ///< on at power-up and after a reset
+    bool leadingLineEnd = false; ///< replies start with a line end
+    bool singleLineEnd = false;  ///< no empty line before the prompt
+    bool trailingBlank = true;   ///< behind the last byte of a line
+    std::string afterPrompt;     ///< such as "\r\n"
+    std::string rubbish;         ///< sent before everything else; may hold NULs
+
+    std::size_t pieceLength = 0;           ///< output comes in pieces of so many characters; 0: in one piece
+    std::chrono::microseconds pieceGap{0}; ///< between two pieces
+
+    bool answersReset = true; ///< otherwise nothing but the echo follows "ATZ"
+    int garbleEvery = 0;      ///< so many data replies, one has a character that is no digit; 0: none
+    std::map<int, std::string> errors; ///< texts in place of the data of the n-th request, counted from 1;
+                                       ///< one that begins with "<" stands behind the data
+    std::optional<int> promptsUntilSilence; ///< replies with a prompt; the next has none, and nothing follows
+    std::optional<int>
+        repliesUntilDisconnect; ///< then the device vanishes; counted from opening, like the prompts
+};
+
+struct SimulationOptions {
+    VehicleOptions vehicle;
+    AdapterOptions adapter;
+
+    /// A healthy adapter that takes its time: what a user gets who tries the program without a vehicle.
+    static SimulationOptions realistic()
+    {
+        using std::chrono::milliseconds;
+        SimulationOptions options;
+        options.adapter.latency = milliseconds(50);
+        options.adapter.resetDuration = milliseconds(800);
+        options.adapter.announcesConnection = true;
+        return options;
+    }
+};
+
+} // namespace zint

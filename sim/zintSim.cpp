@@ -1,0 +1,216 @@
+#include "shared/programInfo.h"
+#include "sim/pseudoTerminal.h"
+#include "sim/simulatedAdapter.h"
+#include "sim/simulationArguments.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <getopt.h>
+#include <iostream>
+#include <optional>
+#include <poll.h>
+#include <signal.h>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace zint {
+namespace {
+
+constexpr int usageError = 2;
+
+enum class Task { serve, help, version };
+
+struct CommandLine {
+    Task task = Task::serve;
+    std::string link; // empty: none
+    SimulationOptions options = SimulationOptions::realistic();
+};
+
+struct OwnArgument {
+    const char* name;
+    const char* valueName;
+    const char* help;
+};
+
+constexpr std::array<OwnArgument, 3> ownArguments{{
+    {"link", "PATH", "makes a symbolic link to the port while the program runs"},
+    {"help", "", "shows this text"},
+    {"version", "", "shows the version"},
+}};
+
+void printHelp()
+{
+    std::cout << "Usage: zint-sim [OPTION]...\n\n"
+                 "Simulates an OBD adapter and a vehicle on a pseudo-terminal, prints the terminal's path, "
+                 "and serves\n"
+                 "it until it is interrupted.\n\n";
+    for (const SimulationArgument& argument : simulationArguments())
+        std::cout << argumentHelp(argument.name, argument.valueName, argument.help);
+    std::cout << '\n';
+    for (const OwnArgument& argument : ownArguments)
+        std::cout << argumentHelp(argument.name, argument.valueName, argument.help);
+}
+
+std::vector<option> optionTable()
+{
+    std::vector<option> table;
+    const auto add = [&table](const char* name, bool hasValue) {
+        table.push_back({name, hasValue ? required_argument : no_argument, nullptr, 0});
+    };
+    for (const SimulationArgument& argument : simulationArguments())
+        add(argument.name.data(),
+            !argument.valueName.empty()); // the names are literals, so they end in a NUL
+    for (const OwnArgument& argument : ownArguments)
+        add(argument.name, *argument.valueName != '\0');
+    table.push_back({});
+    return table;
+}
+
+void apply(CommandLine& commandLine, const std::string& name, const std::string& value)
+{
+    if (name == "help")
+        commandLine.task = Task::help;
+    else if (name == "version")
+        commandLine.task = Task::version;
+    else if (name == "link")
+        commandLine.link = value;
+    else
+        applySimulationArgument(commandLine.options, name, value);
+}
+
+/// @throws ArgumentError; an empty one when the user has been told already
+CommandLine parse(int argumentCount, char** arguments)
+{
+    CommandLine commandLine;
+    const std::vector<option> table = optionTable();
+    int index = 0;
+    for (int result = 0; (result = getopt_long(argumentCount, arguments, "", table.data(), &index)) != -1;) {
+        if (result != 0)
+            throw ArgumentError("");
+        const std::string name = table[static_cast<std::size_t>(index)].name;
+        try {
+            apply(commandLine, name, optarg == nullptr ? "" : optarg);
+        } catch (const ArgumentError& error) {
+            throw ArgumentError("--" + name + ": " + error.what());
+        }
+    }
+    if (optind < argumentCount)
+        throw ArgumentError("\"" + std::string(arguments[optind]) + "\" is no option");
+    return commandLine;
+}
+
+volatile sig_atomic_t stopRequested = 0;
+
+void requestStop(int)
+{
+    stopRequested = 1;
+}
+
+/// Lets the signals that end the program in while it waits, and only then.
+class StopSignals {
+public:
+    StopSignals()
+    {
+        struct sigaction action = {};
+        action.sa_handler = requestStop;
+        sigset_t blocked;
+        sigemptyset(&blocked);
+        for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+            sigaddset(&blocked, signal);
+            sigaction(signal, &action, nullptr);
+        }
+        sigprocmask(SIG_BLOCK, &blocked, &whileWaiting_);
+        for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+            sigdelset(&whileWaiting_, signal);
+    }
+
+    const sigset_t& whileWaiting() const { return whileWaiting_; }
+
+private:
+    sigset_t whileWaiting_{};
+};
+
+using Time = SimulatedAdapter::Time;
+
+Time sinceStart()
+{
+    static const auto start = std::chrono::steady_clock::now();
+    return std::chrono::duration_cast<Time>(std::chrono::steady_clock::now() - start);
+}
+
+/// Waits for the program on the other side, for a signal, or until the adapter has something to do.
+void waitFor(const PseudoTerminal& terminal, std::optional<Time> due, const StopSignals& signals)
+{
+    std::array<pollfd, 2> descriptors{
+        {{terminal.dataDescriptor(), POLLIN, 0}, {terminal.openingDescriptor(), POLLIN, 0}}};
+    timespec time{};
+    if (due) {
+        const Time left = std::max(*due - sinceStart(), Time{0});
+        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
+        time.tv_sec = seconds.count();
+        time.tv_nsec = std::chrono::nanoseconds(left - seconds).count();
+    }
+    if (ppoll(descriptors.data(), descriptors.size(), due ? &time : nullptr, &signals.whileWaiting()) < 0 &&
+        errno != EINTR)
+        throw std::system_error(errno, std::generic_category(), "waiting");
+}
+
+void serve(const CommandLine& commandLine)
+{
+    const StopSignals signals;
+    Vehicle vehicle(commandLine.options.vehicle);
+    SimulatedAdapter adapter(vehicle, commandLine.options.adapter);
+    PseudoTerminal terminal;
+    std::optional<TemporaryLink> link;
+    if (!commandLine.link.empty())
+        link.emplace(commandLine.link, terminal.path());
+    std::cout << terminal.path() << std::endl; // who reads it waits for it
+    while (stopRequested == 0 && !adapter.disconnected()) {
+        waitFor(terminal, adapter.nextDue(), signals);
+        if (terminal.takeOpening())
+            adapter.portOpened(sinceStart());
+        adapter.receive(terminal.read(), sinceStart());
+        terminal.write(adapter.take(sinceStart()));
+    }
+    if (adapter.disconnected())
+        terminal.waitUntilRead(std::chrono::seconds(1));
+}
+
+int run(const CommandLine& commandLine)
+{
+    switch (commandLine.task) {
+    case Task::help:
+        printHelp();
+        break;
+    case Task::version:
+        std::cout << "zint-sim " << programInfo().version() << '\n';
+        break;
+    case Task::serve:
+        serve(commandLine);
+        break;
+    }
+    return 0;
+}
+
+} // namespace
+} // namespace zint
+
+int main(int argumentCount, char** arguments)
+{
+    try {
+        return zint::run(zint::parse(argumentCount, arguments));
+    } catch (const zint::ArgumentError& error) {
+        if (*error.what() != '\0')
+            std::cerr << "zint-sim: " << error.what() << '\n';
+        std::cerr << "Try \"zint-sim --help\".\n";
+        return zint::usageError;
+    } catch (const std::exception& error) {
+        std::cerr << "zint-sim: " << error.what() << '\n';
+        return 1;
+    }
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "app/commandLine.h"
+
+namespace zint {
+
+/// `zint-obd codes`: one exchange without a window. The report goes to standard output, what went wrong to
+/// standard error. Needs an application object; runs its event loop.
+/// @return the exit status: 0, or 1 when the exchange failed
+int runCodesCommand(const CommandLine& line);
+
+} // namespace zint

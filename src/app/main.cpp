@@ -1,0 +1,100 @@
+#include "app/codesCommand.h"
+#include "app/commandLine.h"
+#include "app/program.h"
+#include "platform/icons.h"
+#include "platform/runningInstance.h"
+#include "platform/text.h"
+#include "shared/programInfo.h"
+
+#include <QApplication>
+
+#include <iostream>
+
+namespace {
+
+constexpr int failed = 1;
+constexpr int wrongUsage = 2;
+
+QStringList rawArguments(int argc, char* argv[])
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments += QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
+
+bool hasDisplay()
+{
+#if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
+    return true;
+#else
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        if (!qEnvironmentVariableIsEmpty(name))
+            return true;
+    }
+    return false;
+#endif
+}
+
+int print(const std::string& text)
+{
+    std::cout << text << std::flush;
+    return std::cout ? 0 : failed;
+}
+
+/// The exit status of what needs no window; nothing when windows are asked for.
+std::optional<int> runInTerminal(const zint::CommandLine& line)
+{
+    switch (line.action) {
+    case zint::CommandLine::Action::showHelp:
+        return print(zint::CommandLine::helpText());
+    case zint::CommandLine::Action::showVersion:
+        return print(zint::programInfo().productName + " " + zint::programInfo().version() + "\n");
+    case zint::CommandLine::Action::refuse:
+        std::cerr << "zint-obd: " << line.complaint << "\nzint-obd --help tells the options." << std::endl;
+        return wrongUsage;
+    case zint::CommandLine::Action::reportCodes:
+        return zint::runCodesCommand(line);
+    case zint::CommandLine::Action::showWindows:
+        break;
+    }
+    return std::nullopt;
+}
+
+int runWindows(const zint::CommandLine& line)
+{
+    if (zint::RunningInstance::bringBackHidden())
+        return 0;
+    QGuiApplication::setDesktopFileName(QStringLiteral("zint-obd"));
+    QApplication::setQuitOnLastWindowClosed(
+        false); // a program without a visible window goes on, see RunningInstance
+    zint::useOwnIcons();
+    zint::Program program(line.connection);
+    program.start();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication::setApplicationVersion(zint::toQt(zint::programInfo().version()));
+    using Action = zint::CommandLine::Action;
+    const Action wanted = zint::CommandLine::parse(rawArguments(argc, argv)).action;
+    const bool display = hasDisplay();
+    // With a display, what is refused may be one of the toolkit's own options, which the application object
+    // knows.
+    if (wanted != Action::showWindows && (wanted != Action::refuse || !display)) {
+        const QCoreApplication application(argc, argv);
+        return runInTerminal(zint::CommandLine::parse(QCoreApplication::arguments())).value_or(failed);
+    }
+    if (!display) {
+        std::cerr << "zint-obd: there is no display for the windows. \"zint-obd codes\" works without one."
+                  << std::endl;
+        return failed;
+    }
+    const QApplication application(argc, argv);
+    const zint::CommandLine line = zint::CommandLine::parse(QCoreApplication::arguments());
+    const auto status = runInTerminal(line);
+    return status ? *status : runWindows(line);
+}

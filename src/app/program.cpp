@@ -1,0 +1,133 @@
+#include "app/program.h"
+
+#include "app/connectionSetup.h"
+#include "app/failedConnForm.h"
+#include "app/portsForm.h"
+#include "app/startForm.h"
+#include "codes/codesForm.h"
+
+#include <QApplication>
+
+#include <algorithm>
+#include <array>
+
+namespace zint {
+namespace {
+
+/// How each tool's window is made. A tool that is not listed is not part of this version; its button is
+/// disabled.
+struct ToolEntry {
+    Tool tool;
+    toolForm* (*make)(ToolContext&);
+};
+
+template <typename Form>
+toolForm* make(ToolContext& context)
+{
+    return new Form(context);
+}
+
+constexpr std::array toolEntries = {
+    ToolEntry{Tool::codes, &make<codesForm>},
+};
+
+const ToolEntry* entryOf(Tool tool)
+{
+    const auto* entry = std::ranges::find(toolEntries, tool, &ToolEntry::tool);
+    return entry == toolEntries.end() ? nullptr : entry;
+}
+
+bool anyWindowVisible()
+{
+    return std::ranges::any_of(QApplication::topLevelWidgets(), &QWidget::isVisible);
+}
+
+} // namespace
+
+Program::Program(const ConnectionOptions& options)
+    : ports_(settings_, systemPorts_), vehiclePorts_(ports_),
+      options_(options), context_{
+                             .values = values_,
+                             .design = design_,
+                             .settings = settings_,
+                             .connection = [this] { return launcher_->connection(); },
+                             .makePort =
+                                 [this](EventGate& gate, const ConnectionChoice& choice) {
+                                     return vehiclePorts_.make(gate, choice.portNumber);
+                                 },
+                             .openFailedConn = [this](QWidget& caller) { openFailedConn(caller); },
+                         }
+{
+    connect(&instance_, &RunningInstance::askedBack, this, &Program::bringBack);
+    connect(qApp, &QGuiApplication::lastWindowClosed, this, &Program::waitIfHidden, Qt::QueuedConnection);
+}
+
+Program::~Program()
+{
+    delete tool_;
+    delete start_;
+}
+
+Launcher& Program::makeLauncher(Prompts& prompts)
+{
+    launcher_.emplace(settings_, ports_, prompts, values_, design_, launcherSystem());
+    applyForThisRun(options_, *launcher_);
+    return *launcher_;
+}
+
+void Program::start()
+{
+    applyForThisRun(options_, ports_);
+    start_ = new startForm(context_, [this](Prompts& prompts) -> Launcher& { return makeLauncher(prompts); },
+                           {.hasTool = [](Tool tool) { return entryOf(tool) != nullptr; },
+                            .openTool = [this](Tool tool) { openTool(tool); },
+                            .assignPorts = [this] { assignPorts(); }});
+    connect(start_, &toolForm::unloaded, qApp, &QCoreApplication::quit);
+    start_->show();
+}
+
+void Program::openTool(Tool tool)
+{
+    const ToolEntry* entry = entryOf(tool);
+    if (entry == nullptr)
+        return;
+    tool_ = entry->make(context_);
+    connect(tool_, &toolForm::unloaded, this, &Program::showLauncher);
+    start_->hide();
+    tool_->show();
+}
+
+void Program::openFailedConn(QWidget& caller)
+{
+    auto* dialog = new failedConnForm(context_);
+    caller.hide();
+    dialog->show();
+}
+
+void Program::assignPorts()
+{
+    portsForm(ports_, start_).exec();
+}
+
+void Program::showLauncher()
+{
+    instance_.stopWaiting();
+    start_->show();
+}
+
+void Program::bringBack()
+{
+    if (tool_)
+        tool_->close(); // ends what it has running, then shows the launcher
+    showLauncher();
+    start_->raise();
+    start_->activateWindow();
+}
+
+void Program::waitIfHidden()
+{
+    if (start_ && !anyWindowVisible())
+        instance_.waitToBeAsked();
+}
+
+} // namespace zint

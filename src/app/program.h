@@ -1,0 +1,57 @@
+#pragma once
+
+#include "app/commandLine.h"
+#include "app/launcher.h"
+#include "app/vehiclePorts.h"
+#include "platform/qtSettingsStore.h"
+#include "platform/runningInstance.h"
+#include "platform/systemPorts.h"
+#include "platform/toolContext.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+#include <optional>
+
+namespace zint {
+
+class startForm;
+class toolForm;
+
+/// The program with its windows: makes what they share, and opens one tool at a time in place of the
+/// launcher.
+class Program : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Program(const ConnectionOptions& options);
+    ~Program() override;
+
+    /// Shows the launcher. The program ends when that is closed.
+    void start();
+
+private:
+    Launcher& makeLauncher(Prompts& prompts);
+    void openTool(Tool tool);
+    void openFailedConn(QWidget& caller);
+    void assignPorts();
+    void showLauncher();
+    void bringBack();
+    void waitIfHidden();
+
+    QtSettingsStore settings_;
+    SystemPorts systemPorts_;
+    PortDirectory ports_;
+    VehiclePorts vehiclePorts_;
+    ProgramValues values_;
+    Design design_;
+    ConnectionOptions options_;
+    std::optional<Launcher> launcher_;
+    ToolContext context_;
+    RunningInstance instance_;
+    QPointer<startForm> start_;
+    QPointer<toolForm> tool_;
+};
+
+} // namespace zint

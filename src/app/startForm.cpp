@@ -1,0 +1,110 @@
+#include "app/startForm.h"
+
+#include "platform/text.h"
+#include "ui_startForm.h"
+
+#include <utility>
+
+namespace zint {
+namespace {
+
+constexpr std::chrono::milliseconds portWatchInterval{1500};
+
+} // namespace
+
+startForm::startForm(ToolContext& context, const std::function<Launcher&(Prompts&)>& makeLauncher,
+                     Actions actions)
+    : toolForm(context, "docstart2"), ui(std::make_unique<Ui::startForm>()),
+      launcher_(makeLauncher(prompts())), actions_(std::move(actions))
+{
+    ui->setupUi(this);
+    for (int number = 1; number <= PortDirectory::portCount; ++number)
+        ui->comPort->addItem(toQt(PortDirectory::name(number)));
+    for (const std::string_view speed : lineSpeeds)
+        ui->comSpeed->addItem(toQt(speed));
+    gate().run([this] { launcher_.load(); });
+    ui->comPort->setCurrentIndex(launcher_.panel().comPort);
+    ui->comSpeed->setCurrentIndex(launcher_.panel().comSpeed);
+
+    const auto choose = [this](void (Launcher::*choice)(int), int position) {
+        gate().run([this, choice, position] {
+            (launcher_.*choice)(position);
+            paint();
+        });
+    };
+    connect(ui->comPort, &QComboBox::currentIndexChanged, this,
+            [choose](int position) { choose(&Launcher::choosePort, position); });
+    connect(ui->comSpeed, &QComboBox::currentIndexChanged, this,
+            [choose](int position) { choose(&Launcher::chooseSpeed, position); });
+    connectToolButton(ui->getCodes, Tool::codes);
+    connectToolButton(ui->editDTC, Tool::dtcEditor);
+    connectToolButton(ui->pollDesign2, Tool::pollDesigner);
+    connectToolButton(ui->obdPoll, Tool::pollRunner);
+    connectToolButton(ui->scanner, Tool::scanner);
+    connectToolButton(ui->debugger, Tool::terminal);
+    onTrigger(ui->mnuPorts, &startForm::mnuPorts_Click);
+    onTrigger(ui->mnuShowReg, &startForm::mnuShowReg_Click);
+    onTrigger(ui->mnuClearReg, &startForm::mnuClearReg_Click);
+    connect(&portWatch_, &QTimer::timeout, this, [this] { gate().run([this] { lookAtPorts(); }); });
+    portWatch_.setInterval(portWatchInterval);
+    setUpCommonControls();
+    paint();
+}
+
+startForm::~startForm() = default;
+
+void startForm::connectToolButton(QPushButton* button, Tool tool)
+{
+    button->setEnabled(actions_.hasTool(launcher_.toolFor(tool)));
+    connect(button, &QPushButton::clicked, this,
+            [this, tool] { gate().run([this, tool] { actions_.openTool(launcher_.toolFor(tool)); }); });
+}
+
+void startForm::Form_Unload()
+{
+    launcher_.unload();
+}
+
+void startForm::showEvent(QShowEvent* event)
+{
+    toolForm::showEvent(event);
+    portWatch_.start();
+}
+
+void startForm::hideEvent(QHideEvent* event)
+{
+    portWatch_.stop();
+    toolForm::hideEvent(event);
+}
+
+void startForm::mnuPorts_Click()
+{
+    actions_.assignPorts();
+    lookAtPorts();
+}
+
+void startForm::mnuShowReg_Click()
+{
+    launcher_.showDefaults();
+}
+
+void startForm::mnuClearReg_Click()
+{
+    launcher_.clearDefaults();
+}
+
+void startForm::lookAtPorts()
+{
+    if (launcher_.refreshPortInfo())
+        paint();
+}
+
+void startForm::paint()
+{
+    const StartPanel& p = launcher_.panel();
+    setWindowTitle(toQt(p.caption));
+    display(*ui->portInfo, p.portInfo);
+    ui->portInfo->setToolTip(toQt(p.portInfo)); // a long description may not fit
+}
+
+} // namespace zint

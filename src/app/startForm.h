@@ -1,0 +1,51 @@
+#pragma once
+
+#include "app/launcher.h"
+#include "platform/toolForm.h"
+
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+namespace Ui {
+class startForm;
+} // namespace Ui
+
+namespace zint {
+
+/// The launcher's window.
+class startForm final : public toolForm {
+    Q_OBJECT
+
+public:
+    /// What the window asks of the program.
+    struct Actions {
+        std::function<bool(Tool)> hasTool;
+        std::function<void(Tool)> openTool;
+        std::function<void()> assignPorts;
+    };
+
+    /// Loads the saved settings into the launcher. @param context and launcher outlive the window
+    startForm(ToolContext& context, const std::function<Launcher&(Prompts&)>& makeLauncher, Actions actions);
+    ~startForm() override;
+
+private:
+    void Form_Unload() override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+    void mnuPorts_Click();
+    void mnuShowReg_Click();
+    void mnuClearReg_Click();
+    void connectToolButton(QPushButton* button, Tool tool);
+    void lookAtPorts();
+    void paint();
+
+    std::unique_ptr<Ui::startForm> ui;
+    Launcher& launcher_;
+    Actions actions_;
+    QTimer portWatch_;
+};
+
+} // namespace zint

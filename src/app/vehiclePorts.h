@@ -1,0 +1,30 @@
+#pragma once
+
+#include "link/portDirectory.h"
+#include "link/serialPort.h"
+#include "platform/steadyClock.h"
+#include "shared/eventGate.h"
+
+#include <memory>
+
+namespace zint {
+
+class Vehicle;
+
+/// Makes the serial port that a port number stands for: a real one, or the simulated vehicle, which lives as
+/// long as the program runs.
+class VehiclePorts {
+public:
+    explicit VehiclePorts(const PortDirectory& directory);
+    ~VehiclePorts();
+
+    /// @param gate outlives the port
+    std::unique_ptr<SerialPort> make(EventGate& gate, int number);
+
+private:
+    const PortDirectory& directory_;
+    SteadyClock clock_;
+    std::unique_ptr<Vehicle> vehicle_; ///< made when it is needed
+};
+
+} // namespace zint

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "codes/codesExchange.h"
+#include "dtcdb/dtcDatabase.h"
+#include "platform/qtTimer.h"
+#include "platform/toolForm.h"
+
+#include <QLabel>
+
+#include <array>
+#include <memory>
+
+namespace Ui {
+class codesForm;
+} // namespace Ui
+
+namespace zint {
+
+/// The trouble-code window.
+class codesForm final : public toolForm {
+    Q_OBJECT
+
+public:
+    explicit codesForm(ToolContext& context);
+    ~codesForm() override;
+
+private:
+    void Form_Unload() override;
+    void getCodes_Click();
+    void clearCodes_Click();
+    void ftc_Click();
+
+    void paint();
+
+    std::unique_ptr<Ui::codesForm> ui;
+    std::array<QLabel*, monitorCount> monitors_; ///< in the order of the readiness texts
+    std::unique_ptr<SerialPort> MSComm1;
+    QtTimer Timer1;
+    DtcDatabaseSource descriptions_;
+    CodesExchange exchange_;
+};
+
+} // namespace zint

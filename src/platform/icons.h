@@ -1,0 +1,9 @@
+#pragma once
+
+namespace zint {
+
+/// Lets icons that the desktop's theme lacks come from the program's own set, in the variant that suits the
+/// colours. Called once, when the application object exists.
+void useOwnIcons();
+
+} // namespace zint

@@ -1,0 +1,49 @@
+#include "link/portDirectory.h"
+#include "platform/portOpenError.h"
+#include "platform/text.h"
+
+#include <qt_windows.h>
+
+namespace zint {
+namespace {
+
+int failureNumber(QSerialPort::SerialPortError error)
+{
+    switch (error) {
+    case QSerialPort::DeviceNotFoundError:
+        return ERROR_FILE_NOT_FOUND;
+    case QSerialPort::PermissionError:
+        return ERROR_ACCESS_DENIED;
+    default:
+        return static_cast<int>(::GetLastError());
+    }
+}
+
+std::string advice(int number)
+{
+    switch (number) {
+    case ERROR_FILE_NOT_FOUND:
+        return " - the adapter is not connected";
+    case ERROR_ACCESS_DENIED:
+        return " - another program holds it"; // ports have no owners here
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+CommError portOpenError(const std::string& location, QSerialPort::SerialPortError error,
+                        const QString& description)
+{
+    const int number = failureNumber(error);
+    return {number, fromQt(description) + " (" + location + ")" + advice(number)};
+}
+
+CommError nothingConnected(int number)
+{
+    return {ERROR_FILE_NOT_FOUND, "Nothing is connected to " + PortDirectory::name(number) +
+                                      " - connect an adapter, or assign a port under File, Serial Ports"};
+}
+
+} // namespace zint

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "shared/prompts.h"
+
+class QWidget;
+
+namespace zint {
+
+/// Asks in message boxes over a window.
+class QtPrompts final : public Prompts {
+public:
+    /// @param window outlives the prompts
+    explicit QtPrompts(QWidget& window) : window_(window) {}
+
+    void message(const std::string& text, const std::string& title) override;
+    bool confirm(const std::string& text, const std::string& title) override;
+
+private:
+    QWidget& window_;
+};
+
+} // namespace zint

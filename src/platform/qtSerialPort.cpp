@@ -1,0 +1,127 @@
+#include "platform/qtSerialPort.h"
+
+#include "link/commError.h"
+#include "link/lineSettings.h"
+#include "platform/portOpenError.h"
+#include "platform/text.h"
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+namespace zint {
+namespace {
+
+constexpr std::chrono::milliseconds closingPatience{500};
+constexpr std::chrono::milliseconds driverMargin{10}; // what a USB adapter may hold back of a text
+
+constexpr int bitsPerCharacter = 10; // with start and stop bit
+
+} // namespace
+
+QtSerialPort::QtSerialPort(EventGate& gate, Locate locate) : gate_(gate), locate_(std::move(locate))
+{
+    QObject::connect(&port_, &QSerialPort::readyRead, &port_, [this] { dataArrived(); });
+    QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
+                     [this](QSerialPort::SerialPortError error) { errorArrived(error); });
+}
+
+void QtSerialPort::open()
+{
+    const LineSettings line = LineSettings::parse(settings());
+    const std::string location = locate_(commPort());
+    if (location.empty())
+        throw nothingConnected(commPort());
+    port_.setPortName(toQt(location));
+    port_.setBaudRate(line.bitsPerSecond);
+    port_.setDataBits(QSerialPort::Data8);
+    port_.setParity(QSerialPort::NoParity);
+    port_.setStopBits(QSerialPort::OneStop);
+    port_.setFlowControl(QSerialPort::NoFlowControl);
+    if (!port_.open(QIODevice::ReadWrite))
+        throw portOpenError(location, port_.error(), port_.errorString());
+    received_.clear();
+    ++opening_;
+    receiveWaiting_ = false;
+    goneReported_ = false;
+    timePerCharacter_ =
+        std::chrono::microseconds(std::chrono::seconds(1)) * bitsPerCharacter / line.bitsPerSecond;
+    lineFreeAt_ = {};
+}
+
+void QtSerialPort::close()
+{
+    if (!port_.isOpen())
+        return;
+    if (!goneReported_)
+        letWrittenTextLeave();
+    port_.close();
+    received_.clear();
+}
+
+void QtSerialPort::letWrittenTextLeave()
+{
+    QElapsedTimer waited;
+    waited.start();
+    const auto left = [&waited] { return static_cast<int>(closingPatience.count() - waited.elapsed()); };
+    while (port_.bytesToWrite() > 0 && left() > 0 && port_.waitForBytesWritten(left())) {
+    }
+    // The system has the text now; closing resets the line's speed, so that it must be on the wire before.
+    const auto now = std::chrono::steady_clock::now();
+    std::this_thread::sleep_until(std::min(lineFreeAt_, now + closingPatience));
+}
+
+void QtSerialPort::output(std::string_view text)
+{
+    if (!port_.isOpen())
+        throw CommError(static_cast<int>(QSerialPort::NotOpenError), "The port is not open");
+    if (goneReported_)
+        return;
+    if (port_.write(text.data(), static_cast<qint64>(text.size())) < 0)
+        throw CommError(static_cast<int>(port_.error()), fromQt(port_.errorString()));
+    port_.flush(); // now, and not when the event loop comes round to it
+    const auto now = std::chrono::steady_clock::now();
+    const auto characters = static_cast<int>(text.size());
+    lineFreeAt_ = std::max(lineFreeAt_, now + driverMargin) + characters * timePerCharacter_;
+}
+
+void QtSerialPort::dataArrived()
+{
+    received_ += port_.readAll().toStdString();
+    if (receiveThreshold() == 0 || receiveWaiting_)
+        return;
+    receiveWaiting_ = true;
+    gate_.run([this, opening = opening_] {
+        if (opening != opening_)
+            return;
+        receiveWaiting_ = false;
+        if (inBufferCount() >= receiveThreshold())
+            notify(commEvent::receive);
+    });
+}
+
+void QtSerialPort::errorArrived(QSerialPort::SerialPortError error)
+{
+    if (error == QSerialPort::NoError || error == QSerialPort::TimeoutError || !port_.isOpen() ||
+        goneReported_)
+        return;
+    // Whatever a driver calls it, a port that can't be read or written any more has lost its device.
+    goneReported_ = true;
+    gate_.run([this, opening = opening_] {
+        if (opening == opening_)
+            notify(commEvent::deviceGone);
+    });
+}
+
+void QtSerialPort::notify(int event)
+{
+    if (!port_.isOpen())
+        return;
+    lastEvent_ = event;
+    if (onComm)
+        onComm();
+}
+
+} // namespace zint

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "link/serialPort.h"
+#include "shared/eventGate.h"
+
+#include <QSerialPort>
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+namespace zint {
+
+/// A serial port of the machine; its notifications pass the window's gate.
+class QtSerialPort final : public SerialPort {
+public:
+    /// Tells at each opening where the port of a number is, such as "/dev/ttyUSB0"; empty when it is nowhere.
+    using Locate = std::function<std::string(int number)>;
+
+    QtSerialPort(EventGate& gate, Locate locate);
+
+    void open() override;
+    void close() override;
+    bool isOpen() const override { return port_.isOpen(); }
+    void output(std::string_view text) override;
+    std::string input() override { return takeInput(received_); }
+    int inBufferCount() const override { return static_cast<int>(received_.size()); }
+    int lastCommEvent() const override { return lastEvent_; }
+
+private:
+    using SteadyTime = std::chrono::steady_clock::time_point;
+
+    void dataArrived();
+    void errorArrived(QSerialPort::SerialPortError error);
+    void notify(int event);
+    void letWrittenTextLeave();
+
+    EventGate& gate_;
+    Locate locate_;
+    QSerialPort port_;
+    std::string received_;
+    int lastEvent_ = commEvent::receive;
+    unsigned opening_ = 0;        ///< counts openings; an event of an earlier one is dropped
+    bool receiveWaiting_ = false; ///< a notification is on its way and will find all that arrives before it
+    bool goneReported_ = false;
+    std::chrono::microseconds timePerCharacter_{0};
+    SteadyTime lineFreeAt_; ///< when the last character written will have left the wire
+};
+
+} // namespace zint

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QObject>
+
+class QLocalServer;
+class QLocalSocket;
+
+namespace zint {
+
+/// Finds a program of this user that runs without a visible window.
+///
+/// A program can get there on purpose: the connection-trouble dialog shows nothing when it closes. Such a
+/// program waits here to be asked back; one with a visible window does not, so that a second start beside it
+/// is an ordinary one.
+class RunningInstance : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// Asks a hidden program to show itself. @return whether one did
+    static bool bringBackHidden();
+
+    void waitToBeAsked();
+    void stopWaiting();
+
+Q_SIGNALS:
+    void askedBack(); ///< somebody started the program; it answers by showing a window
+
+private:
+    void listenTo();
+    void answer(QLocalSocket& socket);
+
+    QLocalServer* server_ = nullptr;
+};
+
+} // namespace zint

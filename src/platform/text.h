@@ -1,0 +1,38 @@
+#pragma once
+
+#include "shared/controls.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QString>
+
+#include <string>
+
+/// Between the program's UTF-8 texts and the toolkit's.
+namespace zint {
+
+inline QString toQt(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+inline std::string fromQt(const QString& text)
+{
+    return text.toStdString();
+}
+
+/// Shows a text in a label, or a button's caption and state, when it differs from what is shown.
+inline void display(QLabel& label, const std::string& text)
+{
+    if (const QString now = toQt(text).remove(u'\r'); label.text() != now)
+        label.setText(now);
+}
+
+inline void display(QPushButton& button, const Button& state)
+{
+    if (const QString now = toQt(state.caption); button.text() != now)
+        button.setText(now);
+    button.setEnabled(state.enabled);
+}
+
+} // namespace zint

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "catalogue/design.h"
+#include "link/connectionChoice.h"
+#include "link/serialPort.h"
+#include "shared/eventGate.h"
+#include "shared/programValues.h"
+#include "shared/settingsStore.h"
+
+#include <functional>
+#include <memory>
+
+class QWidget;
+
+namespace zint {
+
+/// What the program gives each of its windows; it outlives them.
+struct ToolContext {
+    ProgramValues& values;
+    Design& design;
+    SettingsStore& settings;
+
+    /// The launcher's choice, read by a tool when it is opened.
+    std::function<ConnectionChoice()> connection;
+
+    /// The serial control for a choice. Its notifications pass the gate, which outlives it.
+    std::function<std::unique_ptr<SerialPort>(EventGate&, const ConnectionChoice&)> makePort;
+
+    /// Opens the connection-trouble dialog in place of a tool's window, which is hidden.
+    std::function<void(QWidget& caller)> openFailedConn;
+};
+
+} // namespace zint

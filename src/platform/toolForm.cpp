@@ -1,0 +1,106 @@
+#include "platform/toolForm.h"
+
+#include "platform/browser.h"
+#include "platform/text.h"
+#include "platform/windowPrinter.h"
+#include "shared/programInfo.h"
+
+#include <QCloseEvent>
+
+#include <utility>
+
+namespace zint {
+namespace {
+
+constexpr const char* sizeSection = "Windows";
+
+} // namespace
+
+toolForm::toolForm(ToolContext& context, std::string helpPage)
+    : context_(context), helpPage_(std::move(helpPage)), prompts_(*this)
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    gate_.onError = [this](const std::string& text) { prompts_.message(text, {}); };
+}
+
+toolForm::~toolForm() = default;
+
+void toolForm::setUpCommonControls()
+{
+    const auto action = [this](const char* name, void (toolForm::*handler)()) {
+        if (auto* found = findChild<QAction*>(QLatin1String(name)))
+            onTrigger(found, handler);
+    };
+    action("mnuAbout", &toolForm::mnuAbout_Click);
+    action("mnuHelp", &toolForm::mnuHelp_Click);
+    action("mnuPrintSetup", &toolForm::mnuPrintSetup_Click);
+    action("mnuPrintOut", &toolForm::mnuPrintOut_Click);
+    action("mnuExit", &toolForm::goBack);
+    for (const char* name : {"logo", "logo2"}) {
+        if (auto* logo = findChild<QPushButton*>(QLatin1String(name))) {
+            logo->setText(toQt(programInfo().maker));
+            onClick(logo, &toolForm::logo_Click);
+        }
+    }
+    if (auto* back = findChild<QPushButton*>(QStringLiteral("backCom")))
+        onClick(back, &toolForm::goBack);
+    restoreSize();
+}
+
+void toolForm::closeEvent(QCloseEvent* event)
+{
+    Form_Unload();
+    rememberSize();
+    event->accept();
+    Q_EMIT unloaded();
+}
+
+void toolForm::goBack()
+{
+    close();
+}
+
+void toolForm::mnuAbout_Click()
+{
+    prompts_.message(programInfo().aboutText(), {});
+}
+
+void toolForm::mnuHelp_Click()
+{
+    openHelpPage(context_.values, helpPage_);
+}
+
+void toolForm::logo_Click()
+{
+    openWebSite(context_.values);
+}
+
+void toolForm::mnuPrintSetup_Click()
+{
+    printer().setUp();
+}
+
+void toolForm::mnuPrintOut_Click()
+{
+    printer().print();
+}
+
+WindowPrinter& toolForm::printer()
+{
+    if (!printer_)
+        printer_ = std::make_unique<WindowPrinter>(*this, prompts_);
+    return *printer_;
+}
+
+void toolForm::restoreSize()
+{
+    const std::string stored = context_.settings.get(sizeSection, fromQt(objectName()));
+    restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(stored)));
+}
+
+void toolForm::rememberSize()
+{
+    context_.settings.save(sizeSection, fromQt(objectName()), saveGeometry().toBase64().toStdString());
+}
+
+} // namespace zint

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "platform/qtPrompts.h"
+#include "platform/toolContext.h"
+#include "shared/eventGate.h"
+
+#include <QAction>
+#include <QMainWindow>
+#include <QPushButton>
+
+#include <memory>
+#include <string>
+
+namespace zint {
+
+class WindowPrinter;
+
+/// What all windows of the program share: their menus' common entries, coming from and going back to the
+/// launcher, the remembered size, printing, and the gate that lets one event in at a time.
+class toolForm : public QMainWindow {
+    Q_OBJECT
+
+public:
+    /// @param helpPage the name of the window's help page
+    toolForm(ToolContext& context, std::string helpPage);
+    ~toolForm() override;
+
+Q_SIGNALS:
+    void unloaded(); ///< the window has closed; the launcher's turn
+
+protected:
+    /// Connects the controls that every window has under the same names, and restores the window's size.
+    /// Called by the constructor of each window once its controls exist.
+    void setUpCommonControls();
+
+    /// Ends what the window has running; called once, when it closes.
+    virtual void Form_Unload() {}
+
+    void closeEvent(QCloseEvent* event) override;
+
+    /// Lets a control call a handler of the window through the gate.
+    template <typename Form>
+    void onClick(QPushButton* button, void (Form::*handler)())
+    {
+        connect(button, &QPushButton::clicked, this, [this, handler] { enter<Form>(handler); });
+    }
+    template <typename Form>
+    void onTrigger(QAction* action, void (Form::*handler)())
+    {
+        connect(action, &QAction::triggered, this, [this, handler] { enter<Form>(handler); });
+    }
+
+    ToolContext& context() { return context_; }
+    EventGate& gate() { return gate_; }
+    Prompts& prompts() { return prompts_; }
+
+private:
+    template <typename Form>
+    void enter(void (Form::*handler)())
+    {
+        gate_.run([this, handler] { (static_cast<Form*>(this)->*handler)(); });
+    }
+
+    void mnuAbout_Click();
+    void mnuHelp_Click();
+    void mnuPrintSetup_Click();
+    void mnuPrintOut_Click();
+    void logo_Click();
+    void goBack();
+
+    void restoreSize();
+    void rememberSize();
+    WindowPrinter& printer();
+
+    ToolContext& context_;
+    std::string helpPage_;
+    EventGate gate_;
+    QtPrompts prompts_;
+    std::unique_ptr<WindowPrinter> printer_;
+};
+
+} // namespace zint

@@ -1,0 +1,31 @@
+#include "platform/wrapButton.h"
+
+#include <QRegularExpression>
+#include <QStyleOptionButton>
+
+#include <algorithm>
+
+namespace zint {
+
+void WrapButton::initStyleOption(QStyleOptionButton* option) const
+{
+    QPushButton::initStyleOption(option);
+    static const QRegularExpression gap(QStringLiteral(" {2,}"));
+    option->text = text().trimmed().replace(gap, QStringLiteral("\n"));
+}
+
+QSize WrapButton::sizeHint() const
+{
+    ensurePolished();
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    QSize contents = option.fontMetrics.size(Qt::TextShowMnemonic, option.text);
+    if (!option.icon.isNull()) {
+        constexpr int gapBesideIcon = 4; // as the button of the toolkit has it
+        contents.rwidth() += option.iconSize.width() + gapBesideIcon;
+        contents.setHeight(std::max(contents.height(), option.iconSize.height()));
+    }
+    return style()->sizeFromContents(QStyle::CT_PushButton, &option, contents, this);
+}
+
+} // namespace zint

@@ -1,0 +1,94 @@
+#include "link/portDirectory.h"
+
+#include "support/fixedPortList.h"
+#include "support/memorySettings.h"
+
+#include <gtest/gtest.h>
+
+namespace zint {
+namespace {
+
+struct PortDirectoryTest : testing::Test {
+    MemorySettings settings;
+    FixedPortList system;
+    PortDirectory directory{settings, system};
+
+    PortDirectoryTest()
+    {
+        system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", "0403:6001"}, {"/dev/rfcomm0", "", ""}};
+    }
+
+    std::string textOf(int number) const { return directory.target(number).text(); }
+};
+
+TEST_F(PortDirectoryTest, NumbersTheDetectedPortsInTheirOrder)
+{
+    EXPECT_EQ(textOf(1), "/dev/ttyUSB0 - FT232R USB UART");
+    EXPECT_EQ(textOf(2), "/dev/rfcomm0");
+    EXPECT_EQ(textOf(3), "nothing connected");
+    EXPECT_EQ(textOf(8), "nothing connected");
+    EXPECT_EQ(directory.target(8).location, "");
+
+    system.ports.clear();
+    EXPECT_EQ(textOf(1), "nothing connected") << "the adapter was pulled out";
+}
+
+TEST_F(PortDirectoryTest, PrefersTheAssignmentToTheSystemsNumbering)
+{
+    directory.assign(1, "/dev/rfcomm0");
+    directory.assign(5, "/tmp/zint-sim");
+    EXPECT_EQ(textOf(1), "/dev/rfcomm0");
+    EXPECT_EQ(textOf(5), "/tmp/zint-sim");
+    EXPECT_EQ(settings.get("Ports", "com5"), "/tmp/zint-sim");
+    EXPECT_EQ(PortDirectory(settings, system).assignment(5), "/tmp/zint-sim") << "kept for the next run";
+
+    directory.assign(5, "/dev/ttyUSB0");
+    EXPECT_EQ(textOf(5), "/dev/ttyUSB0 - FT232R USB UART");
+
+    directory.assign(1, "");
+    EXPECT_EQ(textOf(1), "/dev/ttyUSB0 - FT232R USB UART");
+    EXPECT_FALSE(settings.has("Ports", "com1"));
+}
+
+TEST_F(PortDirectoryTest, KnowsTheSimulatedVehicle)
+{
+    directory.assign(2, std::string(PortDirectory::simulated));
+    EXPECT_EQ(textOf(2), "simulated vehicle");
+    EXPECT_TRUE(directory.target(2).isSimulated());
+    EXPECT_FALSE(directory.target(1).isSimulated());
+}
+
+TEST_F(PortDirectoryTest, AssignsForOneRunWithoutSaving)
+{
+    directory.assign(3, "/dev/ttyS7");
+    directory.assignForThisRun(3, std::string(PortDirectory::simulated));
+    EXPECT_TRUE(directory.target(3).isSimulated());
+    EXPECT_EQ(directory.assignment(3), "/dev/ttyS7");
+    EXPECT_EQ(settings.get("Ports", "com3"), "/dev/ttyS7");
+
+    directory.assign(3, "/dev/rfcomm0");
+    EXPECT_EQ(textOf(3), "/dev/rfcomm0") << "what the user assigns now ends the assignment of the run";
+}
+
+TEST_F(PortDirectoryTest, UsesTheSystemsOwnNumbersWhereThereAreSuch)
+{
+    system.numbersAreFixed = true;
+    system.ports = {{"COM7", "USB Serial", "1A86:7523"}};
+    EXPECT_EQ(directory.target(7).location, "COM7");
+    EXPECT_EQ(textOf(7), "COM7 - USB Serial");
+    EXPECT_EQ(directory.target(1).location, "COM1") << "not the first detected port";
+
+    directory.assign(1, "COM7");
+    EXPECT_EQ(textOf(1), "COM7 - USB Serial");
+}
+
+TEST_F(PortDirectoryTest, ReadsPortNames)
+{
+    EXPECT_EQ(PortDirectory::numberOf("com1"), 1);
+    EXPECT_EQ(PortDirectory::numberOf("COM8"), 8);
+    for (const std::string_view text : {"", "com", "com0", "com9", "com10", "com1 ", "/dev/com1", "1"})
+        EXPECT_EQ(PortDirectory::numberOf(text), std::nullopt) << text;
+}
+
+} // namespace
+} // namespace zint
