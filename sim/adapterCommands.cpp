@@ -219,11 +219,11 @@ unsigned protocolNumber(VehicleProtocol protocol)
     return protocol == VehicleProtocol::can ? 6 : 3;
 }
 
-CommandResult runCommand(std::string_view text, AdapterSettings& settings, const Vehicle& vehicle)
+CommandResult runCommand(std::string_view command, AdapterSettings& settings, const Vehicle& vehicle)
 {
-    for (const Command& command : commands) {
-        if (const auto argument = argumentOf(command, text))
-            return command.run(*argument, settings, vehicle);
+    for (const Command& known : commands) {
+        if (const auto argument = argumentOf(known, command))
+            return known.run(*argument, settings, vehicle);
     }
     return {.text = "?"};
 }

@@ -133,8 +133,8 @@ void PseudoTerminal::waitUntilRead(std::chrono::milliseconds atMost) const
     }
 }
 
-TemporaryLink::TemporaryLink(std::string path, const std::string& target)
-    : path_(std::move(path)), target_(target)
+TemporaryLink::TemporaryLink(std::string path, std::string target)
+    : path_(std::move(path)), target_(std::move(target))
 {
     if (std::filesystem::is_symlink(path_))
         std::filesystem::remove(path_);

@@ -63,7 +63,7 @@ private:
 class TemporaryLink {
 public:
     /// Takes the place of another symbolic link, but of no other file. @throws std::system_error
-    TemporaryLink(std::string path, const std::string& target);
+    TemporaryLink(std::string path, std::string target);
     TemporaryLink(const TemporaryLink&) = delete;
     TemporaryLink& operator=(const TemporaryLink&) = delete;
     ~TemporaryLink();

@@ -127,12 +127,13 @@ void SimulatedAdapter::runLine(Time at)
     if (!line_.empty())
         lastLine_ = std::exchange(line_, {});
     lineDeadline_.reset();
-    if (lastLine_.starts_with("AT"))
+    if (lastLine_.starts_with("AT")) {
         runAdapterCommand(std::string_view(lastLine_).substr(2), at);
-    else if (const auto request = parseRequest(lastLine_))
+    } else if (const auto request = parseRequest(lastLine_)) {
         runRequest(*request, at);
-    else
+    } else {
         reply("?", at);
+    }
 }
 
 void SimulatedAdapter::runAdapterCommand(std::string_view command, Time at)
@@ -170,32 +171,39 @@ std::optional<SimulatedAdapter::Request> SimulatedAdapter::parseRequest(std::str
     return request;
 }
 
+unsigned SimulatedAdapter::triedProtocol() const
+{
+    return settings_.protocol == AdapterSettings::automaticProtocol ? protocolNumber(vehicle_.protocol())
+                                                                    : settings_.protocol;
+}
+
 bool SimulatedAdapter::reachesVehicle() const
 {
-    const bool rightProtocol = settings_.protocol == AdapterSettings::automaticProtocol ||
-                               settings_.protocol == protocolNumber(vehicle_.protocol());
-    return vehicle_.ignitionOn() && rightProtocol;
+    return vehicle_.ignitionOn() && triedProtocol() == protocolNumber(vehicle_.protocol());
 }
 
 void SimulatedAdapter::runRequest(const Request& request, Time at)
 {
     ++requests_;
-    if (!reachesVehicle()) {
-        const unsigned tried = settings_.protocol == AdapterSettings::automaticProtocol
-                                   ? protocolNumber(vehicle_.protocol())
-                                   : settings_.protocol;
-        const bool slowStart = tried == protocolNumber(VehicleProtocol::iso9141);
-        reply(slowStart ? "BUS INIT: ...ERROR" : "UNABLE TO CONNECT", at + options_.latency);
+    if (reachesVehicle()) {
+        askVehicle(request, at);
     } else {
-        const Time connected = announceConnection(at);
-        const std::string text = vehicleText(request, at);
-        const bool waits = !settings_.adaptiveTiming && request.expectedLines == 0;
-        if (text.empty())
-            reply("NO DATA", connected + waitingTime());
-        else
-            reply(text, connected + options_.latency, waits ? waitingTime() : Time{0});
+        const bool slowStart = triedProtocol() == protocolNumber(VehicleProtocol::iso9141);
+        reply(slowStart ? "BUS INIT: ...ERROR" : "UNABLE TO CONNECT", at + options_.latency);
     }
     busyUntil_ = output_.end();
+}
+
+void SimulatedAdapter::askVehicle(const Request& request, Time at)
+{
+    const Time connected = announceConnection(at);
+    const std::string text = vehicleText(request, at);
+    if (text.empty()) {
+        reply("NO DATA", connected + waitingTime());
+        return;
+    }
+    const bool expectsMore = !settings_.adaptiveTiming && request.expectedLines == 0;
+    reply(text, connected + options_.latency, expectsMore ? waitingTime() : Time{0});
 }
 
 /// The first request after a reset finds the vehicle; the dots come while it takes its time.
@@ -249,11 +257,11 @@ std::string SimulatedAdapter::vehicleText(const Request& request, Time at)
 void SimulatedAdapter::applyFaults(std::vector<std::string>& lines)
 {
     constexpr std::size_t garbledDigit = 6; // of the first byte behind "41 01 "
-    if (const auto error = options_.errors.find(requests_); error != options_.errors.end()) {
-        if (!error->second.starts_with('<'))
-            lines.assign(1, error->second);
-        else
-            std::ranges::for_each(lines, [&](std::string& line) { line += error->second; });
+    const auto error = options_.errors.find(requests_);
+    if (error != options_.errors.end() && error->second.starts_with('<')) {
+        std::ranges::for_each(lines, [&](std::string& line) { line += error->second; });
+    } else if (error != options_.errors.end()) {
+        lines.assign(1, error->second);
     } else if (!lines.empty() && options_.garbleEvery > 0 && ++dataReplies_ % options_.garbleEvery == 0) {
         std::string& line = lines.front();
         line[line.size() > garbledDigit ? garbledDigit : 0] = 'G';

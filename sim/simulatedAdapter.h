@@ -54,7 +54,9 @@ private:
     void runLine(Time at);
     void runAdapterCommand(std::string_view command, Time at);
     void runRequest(const Request& request, Time at);
+    void askVehicle(const Request& request, Time at);
 
+    unsigned triedProtocol() const;
     bool reachesVehicle() const;
     Time announceConnection(Time at);
     std::string vehicleText(const Request& request, Time at);

@@ -21,9 +21,10 @@ int number(std::string_view text, int least = 0)
     int value = -1;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc{} || stop != end || value < least || value > most)
+    if (error != std::errc{} || stop != end || value < least || value > most) {
         throw ArgumentError("\"" + std::string(text) + "\" is no number from " + std::to_string(least) +
                             " to " + std::to_string(most));
+    }
     return value;
 }
 
@@ -33,7 +34,7 @@ VehicleProtocol protocol(std::string_view text)
         return VehicleProtocol::iso9141;
     if (text == "can")
         return VehicleProtocol::can;
-    throw ArgumentError("\"" + std::string(text) + "\" is neither \"iso9141\" nor \"can\"");
+    throw ArgumentError("\"" + std::string(text) + R"(" is neither "iso9141" nor "can")");
 }
 
 /// Codes separated by commas, or "none".
@@ -70,7 +71,7 @@ char unescape(std::string_view& text)
     unsigned value = 0;
     if (text.size() < 3 || text[0] != 'x' ||
         std::from_chars(&text[1], &text[1] + 2, value, 16).ptr != &text[1] + 2)
-        throw ArgumentError("\"\\" + std::string(text) + "\" is none of \\r, \\n, \\0, \\xHH and \\\\");
+        throw ArgumentError("\"\\" + std::string(text) + R"(" is none of \r, \n, \0, \xHH and \\)");
     text.remove_prefix(3);
     return static_cast<char>(value);
 }
@@ -113,7 +114,7 @@ constexpr std::array arguments{
     SimulationArgument{"reset-time", "MS", "that a reset takes (default 800)",
                        [](Options& o, Value v) { o.adapter.resetDuration = milliseconds(number(v)); }},
     SimulationArgument{"no-announcement", "",
-                       "no \"BUS INIT: ...OK\" or \"SEARCHING...\" before the first data",
+                       R"(no "BUS INIT: ...OK" or "SEARCHING..." before the first data)",
                        [](Options& o, Value) { o.adapter.announcesConnection = false; }},
     SimulationArgument{"line-feeds", "", "lines end in CR LF after power-up",
                        [](Options& o, Value) { o.adapter.lineFeeds = true; }},
@@ -123,9 +124,9 @@ constexpr std::array arguments{
                        [](Options& o, Value) { o.adapter.singleLineEnd = true; }},
     SimulationArgument{"no-trailing-blank", "", "no blank behind the last byte of a line",
                        [](Options& o, Value) { o.adapter.trailingBlank = false; }},
-    SimulationArgument{"after-prompt", "TEXT", "sent behind each prompt, such as \"\\r\\n\"",
+    SimulationArgument{"after-prompt", "TEXT", R"(sent behind each prompt, such as "\r\n")",
                        [](Options& o, Value v) { o.adapter.afterPrompt = unescaped(v); }},
-    SimulationArgument{"rubbish", "TEXT", "sent before everything else, such as \"\\0\\xFC\"",
+    SimulationArgument{"rubbish", "TEXT", R"(sent before everything else, such as "\0\xFC")",
                        [](Options& o, Value v) { o.adapter.rubbish = unescaped(v); }},
     SimulationArgument{
         "pieces", "N", "output comes in pieces of N characters",

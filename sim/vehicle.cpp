@@ -17,7 +17,6 @@ constexpr std::uint32_t otherTests = 0x65;
 constexpr std::uint32_t unfinishedTests = 0x04; // the tank's, which takes a night
 
 constexpr std::string_view vehicleNumber = "U9ZNTBD291Z000042";
-constexpr std::string_view calibration = "ZNT-SIM-01.00";
 
 /// The digit at position 9 of a vehicle identification number that guards the others against misreading.
 constexpr char vehicleNumberCheck(std::string_view number)
@@ -58,45 +57,27 @@ std::vector<std::uint16_t> parseCodes(const std::vector<std::string>& texts)
     return codes;
 }
 
-struct InformationItem {
-    std::uint8_t type;
-    std::string_view text;
-};
-
-constexpr std::array<InformationItem, 2> informationItems{{{0x02, vehicleNumber}, {0x04, calibration}}};
-
-/// CAN carries the text in one message, behind the number of texts.
-Messages canInformation(const InformationItem& item)
+/// CAN carries the number in one message, behind the count of numbers.
+Messages canVehicleNumber()
 {
-    Message message{positiveAnswer(0x09), item.type, 1};
-    message.insert(message.end(), item.text.begin(), item.text.end());
-    const std::size_t padding =
-        item.type == 0x04 ? 16 - item.text.size() : 0; // a calibration has 16 characters
-    message.insert(message.end(), padding, 0);
+    Message message{positiveAnswer(0x09), 0x02, 1};
+    message.insert(message.end(), vehicleNumber.begin(), vehicleNumber.end());
     return {message};
 }
 
 constexpr std::size_t charactersPerMessage = 4;
-
-constexpr std::size_t informationMessages(const InformationItem& item)
-{
-    return (item.text.size() + charactersPerMessage - 1) / charactersPerMessage;
-}
+constexpr std::uint8_t vehicleNumberMessages = 5;
 
 /// The older protocols carry four characters a message, the first one filled up in front.
-Messages numberedInformation(const InformationItem& item)
+Messages numberedVehicleNumber()
 {
-    const std::size_t count = informationMessages(item);
-    std::string text(item.text);
-    if (item.type == 0x02)
-        text.insert(0, count * charactersPerMessage - text.size(), '\0');
-    else
-        text.resize(count * charactersPerMessage, '\0');
+    std::string text(vehicleNumberMessages * charactersPerMessage - vehicleNumber.size(), '\0');
+    text += vehicleNumber;
     Messages messages;
-    for (std::size_t i = 0; i < count; ++i) {
-        Message message{positiveAnswer(0x09), item.type, static_cast<std::uint8_t>(i + 1)};
-        const auto begin = text.begin() + static_cast<std::ptrdiff_t>(i * charactersPerMessage);
-        message.insert(message.end(), begin, begin + charactersPerMessage);
+    for (std::uint8_t number = 1; number <= vehicleNumberMessages; ++number) {
+        Message message{positiveAnswer(0x09), 0x02, number};
+        const std::string part = text.substr((number - 1U) * charactersPerMessage, charactersPerMessage);
+        message.insert(message.end(), part.begin(), part.end());
         messages.push_back(std::move(message));
     }
     return messages;
@@ -210,15 +191,16 @@ Messages Vehicle::freezeFrame(MessageView request)
     const bool stored = !storedCodes_.empty();
     const Pid* const found = findPid(pid);
     Message message{positiveAnswer(0x02), pid, 0};
-    if (pid == 0)
+    if (pid == 0) {
         appendNumber(message, causeBit | (stored ? supportMask(0, true) : 0), 4);
-    else if (pid == causePid)
+    } else if (pid == causePid) {
         appendNumber(message, stored ? storedCodes_.front() : 0, 2);
-    else if (stored && found != nullptr && found->inFreezeFrame)
+    } else if (stored && found != nullptr && found->inFreezeFrame) {
         appendNumber(message, found->encode({.drive = driveAt(storedAt), .monitorStatus = 0}),
                      found->byteCount);
-    else
+    } else {
         return {};
+    }
     return {message};
 }
 
@@ -262,33 +244,23 @@ Messages Vehicle::clearCodes(MessageView request)
     return {Message{positiveAnswer(0x04)}};
 }
 
+/// The older protocols also tell, as type 01, in how many messages the number comes.
 Messages Vehicle::vehicleInformation(MessageView request)
 {
+    constexpr std::uint8_t mode = positiveAnswer(0x09);
     const bool isCan = protocol_ == VehicleProtocol::can;
     if (request.size() != 1)
         return {};
-    const std::uint8_t type = request[0];
-    if (type == 0) {
-        Message message{positiveAnswer(0x09), type};
-        std::uint32_t mask = 0;
-        for (const InformationItem& item : informationItems) {
-            mask |= 0x80000000U >> (item.type - 1);
-            if (!isCan) // the type before tells in how many messages the item comes
-                mask |= 0x80000000U >> (item.type - 2);
-        }
-        if (!isCan)
-            message.push_back(1);
-        appendNumber(message, mask, 4);
-        return {message};
+    switch (request[0]) {
+    case 0x00:
+        return {isCan ? Message{mode, 0x00, 0x40, 0, 0, 0} : Message{mode, 0x00, 1, 0xC0, 0, 0, 0}};
+    case 0x01:
+        return isCan ? Messages{} : Messages{Message{mode, 0x01, vehicleNumberMessages}};
+    case 0x02:
+        return isCan ? canVehicleNumber() : numberedVehicleNumber();
+    default:
+        return {};
     }
-    for (const InformationItem& item : informationItems) {
-        if (type == item.type)
-            return isCan ? canInformation(item) : numberedInformation(item);
-        if (!isCan && type == item.type - 1)
-            return {
-                Message{positiveAnswer(0x09), type, static_cast<std::uint8_t>(informationMessages(item))}};
-    }
-    return {};
 }
 
 } // namespace zint

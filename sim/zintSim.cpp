@@ -13,7 +13,7 @@
 #include <iostream>
 #include <optional>
 #include <poll.h>
-#include <signal.h>
+#include <signal.h> // NOLINT(modernize-deprecated-headers): <csignal> has no sigaction
 #include <string>
 #include <system_error>
 #include <vector>
@@ -73,14 +73,15 @@ std::vector<option> optionTable()
 
 void apply(CommandLine& commandLine, const std::string& name, const std::string& value)
 {
-    if (name == "help")
+    if (name == "help") {
         commandLine.task = Task::help;
-    else if (name == "version")
+    } else if (name == "version") {
         commandLine.task = Task::version;
-    else if (name == "link")
+    } else if (name == "link") {
         commandLine.link = value;
-    else
+    } else {
         applySimulationArgument(commandLine.options, name, value);
+    }
 }
 
 /// @throws ArgumentError; an empty one when the user has been told already

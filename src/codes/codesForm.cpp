@@ -12,6 +12,8 @@ codesForm::codesForm(ToolContext& context)
       exchange_(*MSComm1, Timer1, context.connection(), descriptions_, prompts(), context.values)
 {
     ui->setupUi(this);
+    ui->codesScroll->viewport()->setAutoFillBackground(false); // one colour with its frame
+    ui->codesScrollContents->setAutoFillBackground(false);
     monitors_ = {ui->misfireLab,        ui->fuelLab,      ui->componentLab, ui->catalystLab,
                  ui->heatedCatalystLab, ui->evapLab,      ui->secAirLab,    ui->acLab,
                  ui->oxySensorLab,      ui->oxyHeaterLab, ui->egrLab};

@@ -15,7 +15,8 @@ void useOwnIcons()
 {
     initialiseIconResource();
     const bool dark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
-    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths() << QStringLiteral(":/icons"));
+    if (QIcon::themeName().isEmpty())
+        QIcon::setThemeName(QStringLiteral("hicolor")); // without any theme the toolkit passes over the fallback too
     QIcon::setFallbackThemeName(dark ? QStringLiteral("zint-dark") : QStringLiteral("zint"));
 }
 
