@@ -1,21 +1,17 @@
 #include "sim/pseudoTerminal.h"
 
-#include <fcntl.h>
-#include <sys/ioctl.h>
-#include <termios.h>
-#include <unistd.h>
-
-#ifdef __linux__
-#include <sys/inotify.h>
-#endif
-
 #include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
+#include <poll.h>
+#include <sys/ioctl.h>
 #include <system_error>
+#include <termios.h>
 #include <thread>
+#include <unistd.h>
 #include <utility>
 
 namespace zint {
@@ -40,19 +36,6 @@ void makeRaw(int terminal)
     checked(tcgetattr(terminal, &settings), "terminal settings");
     cfmakeraw(&settings);
     checked(tcsetattr(terminal, TCSANOW, &settings), "terminal settings");
-}
-
-/// Tells when a program opens the path; where the system can't, sessions merely are not told apart.
-int watchOpening([[maybe_unused]] const std::string& path)
-{
-#ifdef __linux__
-    const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    if (watch >= 0)
-        inotify_add_watch(watch, path.c_str(), IN_OPEN);
-    return watch;
-#else
-    return -1;
-#endif
 }
 
 } // namespace
@@ -82,35 +65,37 @@ PseudoTerminal::PseudoTerminal()
     if (name == nullptr)
         fail("pseudo-terminal");
     path_ = name;
-    slave_.reset(checked(open(name, O_RDWR | O_NOCTTY | O_CLOEXEC), name));
-    makeRaw(slave_.get());
+    makeRaw(openOtherSide().get());
     checked(fcntl(master_.get(), F_SETFL, O_NONBLOCK), "pseudo-terminal");
-    watch_.reset(watchOpening(path_));
+}
+
+Descriptor PseudoTerminal::openOtherSide() const
+{
+    return Descriptor(checked(open(path_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC), path_.c_str()));
 }
 
 bool PseudoTerminal::takeOpening()
 {
-    std::array<char, 4096> events;
-    bool opened = false;
-    while (watch_.valid() && ::read(watch_.get(), events.data(), events.size()) > 0)
-        opened = true;
-    if (opened)
-        tcflush(slave_.get(), TCIFLUSH);
-    return opened;
+    pollfd look{.fd = master_.get(), .events = 0, .revents = 0};
+    checked(poll(&look, 1, 0), "pseudo-terminal");
+    const bool wasOpen = std::exchange(open_, (look.revents & POLLHUP) == 0);
+    if (wasOpen && !open_)
+        tcflush(openOtherSide().get(), TCIFLUSH);
+    return open_ && !wasOpen;
 }
 
 std::string PseudoTerminal::read()
 {
     std::array<char, 4096> buffer;
     const ssize_t count = ::read(master_.get(), buffer.data(), buffer.size());
-    if (count < 0 && errno != EAGAIN && errno != EINTR)
+    if (count < 0 && errno != EAGAIN && errno != EINTR && errno != EIO) // EIO: no program has the port open
         fail(path_);
     return {buffer.data(), static_cast<std::size_t>(count > 0 ? count : 0)};
 }
 
 void PseudoTerminal::write(std::string_view text)
 {
-    while (!text.empty()) {
+    while (open_ && !text.empty()) {
         const ssize_t count = ::write(master_.get(), text.data(), text.size());
         if (count < 0 && errno == EINTR)
             continue;
@@ -125,10 +110,11 @@ void PseudoTerminal::write(std::string_view text)
 void PseudoTerminal::waitUntilRead(std::chrono::milliseconds atMost) const
 {
     constexpr std::chrono::milliseconds step{5};
+    const Descriptor otherSide = openOtherSide();
     for (auto waited = step; waited <= atMost; waited += step) {
         std::this_thread::sleep_for(step); // the system, too, takes a moment to hand the text over
         int unread = 0;
-        if (ioctl(slave_.get(), FIONREAD, &unread) < 0 || unread == 0)
+        if (ioctl(otherSide.get(), FIONREAD, &unread) < 0 || unread == 0)
             return;
     }
 }

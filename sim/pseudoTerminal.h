@@ -33,30 +33,32 @@ public:
     /// What a program opens.
     const std::string& path() const { return path_; }
 
-    int dataDescriptor() const { return master_.get(); } ///< readable when the program has written something
-    int openingDescriptor() const
-    {
-        return watch_.get();
-    } ///< readable when it has opened the port; may be -1
+    /// Becomes readable when the program writes or closes. While no program has the port open, there is
+    /// nothing to wait on: look every now and then.
+    int descriptor() const { return master_.get(); }
 
-    /// Whether a program has opened the port since the last call. Ask before reading: what it has written
-    /// since then belongs to the new session. What it left unread before is dropped.
+    bool isOpen() const { return open_; } ///< whether a program had the port open when last looked
+
+    /// Looks whether a program has the port open. @return whether it has opened it since the last look
     bool takeOpening();
 
-    /// What the program has written, possibly nothing.
+    /// What the program has written, possibly nothing; what it wrote just before it closed the port is still
+    /// there.
     std::string read();
 
-    /// Sends as much as there is room for; the rest is lost, as on a line that nobody reads.
+    /// Sends as much as there is room for; the rest is lost, and all of it while no program has the port
+    /// open.
     void write(std::string_view text);
 
-    /// Waits for the program to read what was sent, as closing would take it away.
+    /// Waits for the program to read what was sent, as the end of the terminal would take it away.
     void waitUntilRead(std::chrono::milliseconds atMost) const;
 
 private:
+    Descriptor openOtherSide() const;
+
     Descriptor master_;
-    Descriptor slave_; // kept open, so that the line survives while no program has it open
-    Descriptor watch_;
     std::string path_;
+    bool open_ = false;
 };
 
 /// A symbolic link for as long as this lives.

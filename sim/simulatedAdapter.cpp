@@ -163,9 +163,10 @@ std::optional<SimulatedAdapter::Request> SimulatedAdapter::parseRequest(std::str
     if (std::ranges::any_of(digits, [](char digit) { return digitValue(digit) < 0; }))
         return {};
     Request request{.bytes = {}, .expectedLines = 0};
-    for (std::size_t i = 0; i < byteCount; ++i)
-        request.bytes.push_back(
-            static_cast<std::uint8_t>(digitValue(digits[2 * i]) << 4 | digitValue(digits[2 * i + 1])));
+    for (std::size_t i = 0; i < byteCount; ++i) {
+        const int byte = digitValue(digits[2 * i]) << 4 | digitValue(digits[2 * i + 1]);
+        request.bytes.push_back(static_cast<std::uint8_t>(byte));
+    }
     if (tellsLines)
         request.expectedLines = static_cast<std::size_t>(digitValue(digits.back()));
     return request;

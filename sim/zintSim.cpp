@@ -62,9 +62,9 @@ std::vector<option> optionTable()
     const auto add = [&table](const char* name, bool hasValue) {
         table.push_back({name, hasValue ? required_argument : no_argument, nullptr, 0});
     };
+    // the names are literals, so they end in a NUL
     for (const SimulationArgument& argument : simulationArguments())
-        add(argument.name.data(),
-            !argument.valueName.empty()); // the names are literals, so they end in a NUL
+        add(argument.name.data(), !argument.valueName.empty());
     for (const OwnArgument& argument : ownArguments)
         add(argument.name, *argument.valueName != '\0');
     table.push_back({});
@@ -147,17 +147,15 @@ Time sinceStart()
 /// Waits for the program on the other side, for a signal, or until the adapter has something to do.
 void waitFor(const PseudoTerminal& terminal, std::optional<Time> due, const StopSignals& signals)
 {
-    std::array<pollfd, 2> descriptors{
-        {{terminal.dataDescriptor(), POLLIN, 0}, {terminal.openingDescriptor(), POLLIN, 0}}};
-    timespec time{};
-    if (due) {
-        const Time left = std::max(*due - sinceStart(), Time{0});
-        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
-        time.tv_sec = seconds.count();
-        time.tv_nsec = std::chrono::nanoseconds(left - seconds).count();
-    }
-    if (ppoll(descriptors.data(), descriptors.size(), due ? &time : nullptr, &signals.whileWaiting()) < 0 &&
-        errno != EINTR)
+    constexpr Time untilNextLook = std::chrono::milliseconds(10); // for a program that opens the port
+    constexpr Time longest = std::chrono::hours(1);
+    const Time limit = terminal.isOpen() ? longest : untilNextLook;
+    const Time left = due ? std::clamp(*due - sinceStart(), Time{0}, limit) : limit;
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
+    const timespec time{.tv_sec = seconds.count(),
+                        .tv_nsec = std::chrono::nanoseconds(left - seconds).count()};
+    pollfd other{.fd = terminal.isOpen() ? terminal.descriptor() : -1, .events = POLLIN, .revents = 0};
+    if (ppoll(&other, 1, &time, &signals.whileWaiting()) < 0 && errno != EINTR)
         throw std::system_error(errno, std::generic_category(), "waiting");
 }
 
@@ -173,9 +171,11 @@ void serve(const CommandLine& commandLine)
     std::cout << terminal.path() << std::endl; // who reads it waits for it
     while (stopRequested == 0 && !adapter.disconnected()) {
         waitFor(terminal, adapter.nextDue(), signals);
-        if (terminal.takeOpening())
+        const std::string text = terminal.read();
+        if (terminal
+                .takeOpening()) // looked for after reading, so that no text of a new session is taken for old
             adapter.portOpened(sinceStart());
-        adapter.receive(terminal.read(), sinceStart());
+        adapter.receive(text, sinceStart());
         terminal.write(adapter.take(sinceStart()));
     }
     if (adapter.disconnected())

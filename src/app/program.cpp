@@ -59,7 +59,6 @@ Program::Program(const ConnectionOptions& options)
                          }
 {
     connect(&instance_, &RunningInstance::askedBack, this, &Program::bringBack);
-    connect(qApp, &QGuiApplication::lastWindowClosed, this, &Program::waitIfHidden, Qt::QueuedConnection);
 }
 
 Program::~Program()
@@ -100,6 +99,7 @@ void Program::openTool(Tool tool)
 void Program::openFailedConn(QWidget& caller)
 {
     auto* dialog = new failedConnForm(context_);
+    connect(dialog, &toolForm::unloaded, this, &Program::waitIfHidden, Qt::QueuedConnection); // when it is gone
     caller.hide();
     dialog->show();
 }

@@ -26,16 +26,8 @@ startForm::startForm(ToolContext& context, const std::function<Launcher&(Prompts
     ui->comPort->setCurrentIndex(launcher_.panel().comPort);
     ui->comSpeed->setCurrentIndex(launcher_.panel().comSpeed);
 
-    const auto choose = [this](void (Launcher::*choice)(int), int position) {
-        gate().run([this, choice, position] {
-            (launcher_.*choice)(position);
-            paint();
-        });
-    };
-    connect(ui->comPort, &QComboBox::currentIndexChanged, this,
-            [choose](int position) { choose(&Launcher::choosePort, position); });
-    connect(ui->comSpeed, &QComboBox::currentIndexChanged, this,
-            [choose](int position) { choose(&Launcher::chooseSpeed, position); });
+    connect(ui->comPort, &QComboBox::currentIndexChanged, this, &startForm::comPort_Click);
+    connect(ui->comSpeed, &QComboBox::currentIndexChanged, this, &startForm::comSpeed_Click);
     connectToolButton(ui->getCodes, Tool::codes);
     connectToolButton(ui->editDTC, Tool::dtcEditor);
     connectToolButton(ui->pollDesign2, Tool::pollDesigner);
@@ -75,6 +67,19 @@ void startForm::hideEvent(QHideEvent* event)
 {
     portWatch_.stop();
     toolForm::hideEvent(event);
+}
+
+void startForm::comPort_Click(int position)
+{
+    gate().run([this, position] {
+        launcher_.choosePort(position);
+        paint();
+    });
+}
+
+void startForm::comSpeed_Click(int position)
+{
+    gate().run([this, position] { launcher_.chooseSpeed(position); });
 }
 
 void startForm::mnuPorts_Click()

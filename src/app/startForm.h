@@ -35,6 +35,8 @@ private:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
+    void comPort_Click(int position);
+    void comSpeed_Click(int position);
     void mnuPorts_Click();
     void mnuShowReg_Click();
     void mnuClearReg_Click();

@@ -1,5 +1,4 @@
 #include "app/launcher.h"
-
 #include "shared/programInfo.h"
 #include "support/fixedPortList.h"
 #include "support/memorySettings.h"
@@ -21,7 +20,8 @@ struct LauncherTest : testing::Test {
 
     static Launcher::System surroundings(char separator)
     {
-        return {.workingFolder = "/home/a", .pathSeparator = separator, .findBrowser = [] { return "/bin/www"; }};
+        return {
+            .workingFolder = "/home/a", .pathSeparator = separator, .findBrowser = [] { return "/bin/www"; }};
     }
 
     void store(const std::string& key, const std::string& value)
@@ -200,9 +200,10 @@ TEST_F(LauncherTest, ShowsStoredAndPresentValues)
     launcher.load();
     values.parmInitDir = "dir now";
     launcher.showDefaults();
-    EXPECT_EQ(prompts.takeMessage(), "Registry:\r\ncomPort 2\r\ncomSpeed 1\r\nInitDir dir\r\nDTCdb db\r\n"
-                                     "parmSaveDir save\r\nparmOutputDir output\r\nparmLogDir log\r\n"
-                                     "parmExportDir export\r\nVars:\r\nparmInitDir dir now\r\nparmDTCdb db\r\n");
+    EXPECT_EQ(prompts.takeMessage(),
+              "Registry:\r\ncomPort 2\r\ncomSpeed 1\r\nInitDir dir\r\nDTCdb db\r\n"
+              "parmSaveDir save\r\nparmOutputDir output\r\nparmLogDir log\r\n"
+              "parmExportDir export\r\nVars:\r\nparmInitDir dir now\r\nparmDTCdb db\r\n");
 
     launcher.clearDefaults();
     launcher.showDefaults();
@@ -215,9 +216,10 @@ TEST_F(LauncherTest, ShowsAnEmptyStoreOnTheFirstRun)
 {
     launcher.load();
     launcher.showDefaults();
-    EXPECT_EQ(prompts.takeMessage(), "Registry:\r\ncomPort \r\ncomSpeed \r\nInitDir \r\nDTCdb \r\nparmSaveDir \r\n"
-                                     "parmOutputDir \r\nparmLogDir \r\nparmExportDir \r\nVars:\r\n"
-                                     "parmInitDir /home/a\r\nparmDTCdb /home/a/dtc.mdb\r\n");
+    EXPECT_EQ(prompts.takeMessage(),
+              "Registry:\r\ncomPort \r\ncomSpeed \r\nInitDir \r\nDTCdb \r\nparmSaveDir \r\n"
+              "parmOutputDir \r\nparmLogDir \r\nparmExportDir \r\nVars:\r\n"
+              "parmInitDir /home/a\r\nparmDTCdb /home/a/dtc.mdb\r\n");
 }
 
 TEST_F(LauncherTest, ClearsFoldersAndFilesButNotTheStoreNorTheConnection)
@@ -230,7 +232,8 @@ TEST_F(LauncherTest, ClearsFoldersAndFilesButNotTheStoreNorTheConnection)
     launcher.clearDefaults();
     for (const std::string& value :
          {values.parmInitDir, values.parmDTCdb, values.parmSave, values.parmSaveFile, values.parmOutput,
-          values.parmOutputFile, values.parmLog, values.parmLogFile, values.parmExport, values.parmExportFile})
+          values.parmOutputFile, values.parmLog, values.parmLogFile, values.parmExport,
+          values.parmExportFile})
         EXPECT_EQ(value, "");
     EXPECT_EQ(launcher.connection().portName, "com3");
     EXPECT_EQ(stored("parmSave"), "/a/b.obc");

@@ -1,5 +1,4 @@
 #include "catalogue/chooser.h"
-
 #include "catalogue/pidCatalogue.h"
 #include "shared/runTimeError.h"
 
@@ -20,8 +19,14 @@ TEST(ChooserTest, ReadsTheDigitsBeforeTheFirstMark)
         std::string_view text;
         std::int32_t number;
     } rows[] = {
-        {"  15>about 5s", 15}, {"1800>about 10min", 1800}, {"3>Celsius", 3}, {"15", 0}, {"", 0},
-        {">name", 0},          {"abc>5", 0},               {"7>8>9", 7},
+        {"  15>about 5s", 15},
+        {"1800>about 10min", 1800},
+        {"3>Celsius", 3},
+        {"15", 0},
+        {"", 0},
+        {">name", 0},
+        {"abc>5", 0},
+        {"7>8>9", 7},
     };
     for (const auto& row : rows)
         EXPECT_EQ(chooserNumber(row.text), row.number) << '"' << row.text << '"';
@@ -34,7 +39,8 @@ TEST(ChooserTest, ReadsBackWhatItOffers)
     for (std::size_t i = 0; i < PollChoices.size(); ++i)
         EXPECT_EQ(chooserNumber(PollChoices[i]), frequencies[i]) << PollChoices[i];
     for (std::int32_t code = 0; code < static_cast<std::int32_t>(ConversionTable.size()); ++code)
-        EXPECT_EQ(chooserNumber(chooserText(code, ConversionTable[static_cast<std::size_t>(code)].name)), code);
+        EXPECT_EQ(chooserNumber(chooserText(code, ConversionTable[static_cast<std::size_t>(code)].name)),
+                  code);
 }
 
 } // namespace

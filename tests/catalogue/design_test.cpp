@@ -1,5 +1,4 @@
 #include "catalogue/design.h"
-
 #include "support/checksum.h"
 
 #include <gtest/gtest.h>

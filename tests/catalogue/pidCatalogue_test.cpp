@@ -1,5 +1,4 @@
 #include "catalogue/pidCatalogue.h"
-
 #include "support/checksum.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,4 @@
 #include "codes/codesExchange.h"
-
 #include "dtcdb/dtcDatabase.h"
 #include "support/manualTimer.h"
 #include "support/scriptedAdapter.h"
@@ -92,8 +91,8 @@ struct CodesExchangeTest : testing::Test {
         kind == Kind::read ? exchange.pressGetCodes() : exchange.pressClearCodes();
     }
 
-    /// Starts an exchange with a lit vehicle and answers its first `answered` requests; the next one is sent and
-    /// stays without an answer. A clear leaves codes behind.
+    /// Starts an exchange with a lit vehicle and answers its first `answered` requests; the next one is sent
+    /// and stays without an answer. A clear leaves codes behind.
     void driveTo(Kind kind, std::size_t answered)
     {
         for (std::size_t i = 0; i <= answered; ++i) {
@@ -202,7 +201,8 @@ TEST_F(CodesExchangeTest, EvaluatesTheMonitorStatus)
     } rows[] = {
         {"light off, no codes", goodStatus, "OFF", "", "", " Test OK"},
         {"light on without a code", "41 01 80 07 65 00 \r\r>", "ON", "", "", " Test OK"},
-        {"behind a bus initialisation", "BUS INIT: ...OK\r41 01 00 07 65 00 \r\r>", "OFF", "", "", " Test OK"},
+        {"behind a bus initialisation", "BUS INIT: ...OK\r41 01 00 07 65 00 \r\r>", "OFF", "", "",
+         " Test OK"},
         {"with line feeds", "BUS INIT: OK\r\n41 01 00 07 65 00 \r\n\r\n>", "OFF", "", "", " Test OK"},
         {"no data", "NO DATA\r\r>", "", ignitionText, "NO DATA\r\r>", ""},
         {"no bus", "BUS INIT: ...ERROR\r\r>", "", ignitionText, "\r>", ""},
@@ -214,7 +214,8 @@ TEST_F(CodesExchangeTest, EvaluatesTheMonitorStatus)
          " Test OK"},
         {"second digit garbled", "41 01 8? 07 65 00 \r\r>", "OFF", "Garbled MIL response (8), try again", "",
          " Test OK"},
-        {"nothing behind the start", "41 01 >", "OFF", "Garbled MIL response (>), try again", "", " input error"},
+        {"nothing behind the start", "41 01 >", "OFF", "Garbled MIL response (>), try again", "",
+         " input error"},
         {"two blanks read as 0", "41 01    07 65 00 \r\r>", "OFF", "", "", " Test OK"},
     };
     for (const auto& row : rows) {
@@ -481,7 +482,8 @@ TEST_F(CodesExchangeTest, EndsWhenTheDeviceVanishesInAnyState)
             driveTo(kind, answered);
             adapter.vanish();
             EXPECT_EQ(panel.statusBox, "com1 - adapter disconnected");
-            EXPECT_TRUE(panel.labelStats.ends_with(" Errors: " + std::to_string(++errors))) << panel.labelStats;
+            EXPECT_TRUE(panel.labelStats.ends_with(" Errors: " + std::to_string(++errors)))
+                << panel.labelStats;
             EXPECT_NE(panel.getCodes.caption, "Cancel");
             EXPECT_NE(panel.clearCodes.caption, "Cancel");
             EXPECT_FALSE(timer.enabled());

@@ -34,7 +34,8 @@ TEST(CodesReportTest, TellsLightCodesAndReadiness)
 TEST(CodesReportTest, TellsThatTheVehicleStoresMoreCodesThanAreListed)
 {
     const std::string report = codesReport(panelOfALitVehicle(), 5);
-    EXPECT_NE(report.find("  (3 more: only the first line of the vehicle's answer is listed)\n"), std::string::npos)
+    EXPECT_NE(report.find("  (3 more: only the first line of the vehicle's answer is listed)\n"),
+              std::string::npos)
         << report;
 }
 

@@ -26,12 +26,17 @@ std::string inLetters(std::string_view reply)
 
 TEST(ReadinessTest, NamesTheMonitorsInTheirOrder)
 {
-    const ReadinessTexts expected = {
-        "Misfire Test OK",      "Fuel System Test OK",        "Component Test Incomplete",
-        "Catalyst Test OK",     "Heated Catalyst Test Unsupported",
-        "Evaporative System Test Incomplete",                 "Secondary Air Test Unsupported",
-        "A/C Refrigerant Test Unsupported",                   "Oxygen Sensor Test OK",
-        "Oxygen Heater Test OK", "EGR System Test Unsupported"};
+    const ReadinessTexts expected = {"Misfire Test OK",
+                                     "Fuel System Test OK",
+                                     "Component Test Incomplete",
+                                     "Catalyst Test OK",
+                                     "Heated Catalyst Test Unsupported",
+                                     "Evaporative System Test Incomplete",
+                                     "Secondary Air Test Unsupported",
+                                     "A/C Refrigerant Test Unsupported",
+                                     "Oxygen Sensor Test OK",
+                                     "Oxygen Heater Test OK",
+                                     "EGR System Test Unsupported"};
     EXPECT_EQ(readinessReport("41 01 82 47 65 04 \r\r>"), expected);
 }
 

@@ -1,5 +1,4 @@
 #include "dtcdb/dtcDatabase.h"
-
 #include "support/temporaryFolder.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -50,9 +49,10 @@ struct DtcDatabaseTest : testing::Test {
 
 TEST_F(DtcDatabaseTest, FindsDescriptions)
 {
-    makeDatabase(std::string(layout) + "INSERT INTO DTCset VALUES ('P0133', 'O2 sensor – slow response', 'n'),"
-                                       "('u0123', 'Lost communication', ''), ('P0420', NULL, NULL),"
-                                       "('P0421', '', '');");
+    makeDatabase(std::string(layout) +
+                 "INSERT INTO DTCset VALUES ('P0133', 'O2 sensor – slow response', 'n'),"
+                 "('u0123', 'Lost communication', ''), ('P0420', NULL, NULL),"
+                 "('P0421', '', '');");
     const auto database = DtcDatabase::openForReading(path);
     EXPECT_EQ(database->describe("P0133"), "O2 sensor – slow response");
     EXPECT_EQ(database->describe("U0123"), "Lost communication") << "without regard to case";
@@ -61,7 +61,8 @@ TEST_F(DtcDatabaseTest, FindsDescriptions)
     EXPECT_EQ(database->describe("P0301"), std::nullopt);
     for (const std::string_view odd : {"", "P013", "P0133 ", "P01%", "P0\r\r>", "' OR 1=1 --"})
         EXPECT_EQ(database->describe(odd), std::nullopt) << odd;
-    EXPECT_EQ(database->describe("P0133"), "O2 sensor – slow response") << "after a look-up that found nothing";
+    EXPECT_EQ(database->describe("P0133"), "O2 sensor – slow response")
+        << "after a look-up that found nothing";
 }
 
 TEST_F(DtcDatabaseTest, OpensFilesOfAnyName)
@@ -167,7 +168,7 @@ TEST_F(DtcDatabaseTest, RefusesDamagedFilesWithoutHarm)
             damaged[at] = static_cast<char>(random());
         damage(damaged);
     }
-    EXPECT_GT(refused, 0);
+    EXPECT_GT(refused, 20) << "so are many damaged pages";
 }
 
 } // namespace

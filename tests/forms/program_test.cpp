@@ -1,6 +1,9 @@
 #include "app/program.h"
 #include "forms/formTest.h"
 
+#include <QAction>
+#include <QLabel>
+#include <QPushButton>
 #include <QTest>
 
 #include <algorithm>

@@ -27,6 +27,12 @@ protected:
         which.onComm = [this, &which] { events.push_back(which.lastCommEvent()); };
     }
 
+    void openPort()
+    {
+        port.open();
+        EXPECT_TRUE(terminal->takeOpening());
+    }
+
     /// Why what com1 stands for now can't be opened.
     CommError failureOf(const std::string& path)
     {
@@ -49,7 +55,7 @@ protected:
 
 TEST_F(QtSerialPortTest, CarriesTextBothWays)
 {
-    port.open();
+    openPort();
     port.output("ATZ\r");
     EXPECT_EQ(terminal->read(), "ATZ\r") << "a write waits for nothing";
     terminal->write("41 0C \r>");
@@ -85,7 +91,7 @@ TEST_F(QtSerialPortTest, ClosingDoesNotWaitForEverForAnAdapterThatReadsNothing)
 
 TEST_F(QtSerialPortTest, NotificationsWaitForTheHandlerThatRuns)
 {
-    port.open();
+    openPort();
     gate.run([&] {
         terminal->write("a");
         QTest::qWait(30);

@@ -1,5 +1,4 @@
 #include "link/adapterLink.h"
-
 #include "support/manualTimer.h"
 #include "support/scriptedAdapter.h"
 

@@ -1,7 +1,6 @@
-#include "link/lineSettings.h"
-
 #include "link/commError.h"
 #include "link/connectionChoice.h"
+#include "link/lineSettings.h"
 
 #include <gtest/gtest.h>
 
@@ -17,8 +16,8 @@ TEST(LineSettingsTest, ReadsWhatAToolSets)
 TEST(LineSettingsTest, RefusesWhatAPortCannotTake)
 {
     for (const std::string_view text :
-         {"", "9600", ",N,8,1", "9600,E,8,1", "9600,N,8,2", "9600,n,8,1", "fast,N,8,1", "0,N,8,1", "-9600,N,8,1",
-          "99999999999,N,8,1", "9600,N,8,1 "}) {
+         {"", "9600", ",N,8,1", "9600,E,8,1", "9600,N,8,2", "9600,n,8,1", "fast,N,8,1", "0,N,8,1",
+          "-9600,N,8,1", "99999999999,N,8,1", "9600,N,8,1 "}) {
         try {
             LineSettings::parse(text);
             ADD_FAILURE() << "taken: \"" << text << '"';

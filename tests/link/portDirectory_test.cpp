@@ -1,5 +1,4 @@
 #include "link/portDirectory.h"
-
 #include "support/fixedPortList.h"
 #include "support/memorySettings.h"
 

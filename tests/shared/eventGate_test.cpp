@@ -1,5 +1,4 @@
 #include "shared/eventGate.h"
-
 #include "shared/runTimeError.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,4 @@
 #include "shared/module1.h"
-
 #include "shared/runTimeError.h"
 #include "support/temporaryFolder.h"
 
@@ -27,9 +26,13 @@ TEST(Module1Test, ReadsHexadecimalNumbers)
         std::string_view text;
         std::int32_t number;
     } rows[] = {
-        {"", -1},           {"  ", 0},         {"0", 0},        {"ff", 255},      {"FF", 255},
-        {"65 04", 0x6504},  {" 1 A ", 0x1A},   {"4G", -1},      {"-1", -1},       {"1\r", -1},
-        {"0x1F", -1},       {"\xC4", -1},      {"41>", -1},     {"7FFFFFFF", std::numeric_limits<int>::max()},
+        {"", -1},          {"  ", 0},
+        {"0", 0},          {"ff", 255},
+        {"FF", 255},       {"65 04", 0x6504},
+        {" 1 A ", 0x1A},   {"4G", -1},
+        {"-1", -1},        {"1\r", -1},
+        {"0x1F", -1},      {"\xC4", -1},
+        {"41>", -1},       {"7FFFFFFF", std::numeric_limits<int>::max()},
         {"0000000001", 1},
     };
     for (const auto& row : rows)
@@ -44,7 +47,8 @@ TEST(Module1Test, RefusesHexadecimalNumbersBeyond32Bits)
 
 TEST(Module1Test, WritesBitsOfEachDigitFromTheLeastSignificant)
 {
-    EXPECT_EQ(hexToBits("0123456789ABCDEF"), "0000100001001100001010100110111000011001010111010011101101111111");
+    EXPECT_EQ(hexToBits("0123456789ABCDEF"),
+              "0000100001001100001010100110111000011001010111010011101101111111");
     EXPECT_EQ(hexToBits("1A"), "10000101");
     EXPECT_EQ(hexToBits("0 1"), "00001000");
     EXPECT_EQ(hexToBits(""), "");

@@ -1,7 +1,7 @@
 #include "link/commError.h"
-#include "manualClock.h"
-#include "manualTimer.h"
 #include "sim/simulatedPort.h"
+#include "support/manualClock.h"
+#include "support/manualTimer.h"
 
 #include <gtest/gtest.h>
 

@@ -25,7 +25,10 @@ public:
         savedKeys_.push_back(key);
     }
 
-    void remove(const std::string& section, const std::string& key) override { values_.erase({section, key}); }
+    void remove(const std::string& section, const std::string& key) override
+    {
+        values_.erase({section, key});
+    }
 
     std::string flush() override
     {

@@ -25,9 +25,9 @@ public:
     public:
         explicit Step(std::string written) : written_(std::move(written)) {}
 
-        Step& answer(std::string text);             ///< what the adapter sends, in one piece
-        Step& inChunksOf(std::size_t characters);   ///< cuts the answer given before
-        Step& vanishes();                           ///< the device is gone once its answer has been received
+        Step& answer(std::string text);           ///< what the adapter sends, in one piece
+        Step& inChunksOf(std::size_t characters); ///< cuts the answer given before
+        Step& vanishes();                         ///< the device is gone once its answer has been received
 
     private:
         friend class ScriptedAdapter;

@@ -1,5 +1,4 @@
 #include "support/scriptedAdapter.h"
-
 #include "support/scriptedPrompts.h"
 
 #include <gtest/gtest-spi.h>

@@ -12,7 +12,8 @@ namespace zint {
 class TemporaryFolder {
 public:
     TemporaryFolder()
-        : path_(std::filesystem::temp_directory_path() / ("zint-test-" + std::to_string(std::random_device{}())))
+        : path_(std::filesystem::temp_directory_path() /
+                ("zint-test-" + std::to_string(std::random_device{}())))
     {
         std::filesystem::create_directories(path_);
     }
