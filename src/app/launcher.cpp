@@ -53,7 +53,6 @@ void Launcher::load()
     if (values_.parmDTCdb.empty())
         values_.parmDTCdb = system_.workingFolder + system_.pathSeparator + "dtc.mdb";
     panel_.caption += " v" + programInfo().version();
-    refreshPortInfo();
     values_.browserPath = system_.findBrowser();
 }
 

@@ -36,7 +36,8 @@ public:
     Launcher(SettingsStore& settings, const PortDirectory& ports, Prompts& prompts, ProgramValues& values,
              Design& design, System system);
 
-    /// Reads the saved settings. One that can't be used is reported and replaced by its default.
+    /// Reads the saved settings. One that can't be used is reported and replaced by its default. What the port stands
+    /// for is left open: looking at the machine's ports takes longer than all the rest.
     void load();
 
     /// Writes the settings back; says so when that fails.

@@ -7,7 +7,6 @@
 #include "shared/programInfo.h"
 
 #include <QApplication>
-#include <QIcon>
 
 #include <iostream>
 
@@ -70,7 +69,6 @@ int runWindows(const zint::CommandLine& line)
     QApplication::setQuitOnLastWindowClosed(
         false); // a program without a visible window goes on, see RunningInstance
     zint::useOwnIcons();
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zint-obd.svg")));
     zint::Program program(line.connection);
     program.start();
     return QApplication::exec();

@@ -5,8 +5,10 @@
 #include "app/portsForm.h"
 #include "app/startForm.h"
 #include "codes/codesForm.h"
+#include "platform/icons.h"
 
 #include <QApplication>
+#include <QTimer>
 
 #include <algorithm>
 #include <array>
@@ -83,6 +85,7 @@ void Program::start()
                             .assignPorts = [this] { assignPorts(); }});
     connect(start_, &toolForm::unloaded, qApp, &QCoreApplication::quit);
     start_->show();
+    QTimer::singleShot(0, qApp, &useProgramIcon); // drawing it would keep the window waiting
 }
 
 void Program::openTool(Tool tool)
@@ -99,7 +102,8 @@ void Program::openTool(Tool tool)
 void Program::openFailedConn(QWidget& caller)
 {
     auto* dialog = new failedConnForm(context_);
-    connect(dialog, &toolForm::unloaded, this, &Program::waitIfHidden, Qt::QueuedConnection); // when it is gone
+    connect(dialog, &toolForm::unloaded, this, &Program::waitIfHidden,
+            Qt::QueuedConnection); // when it is gone
     caller.hide();
     dialog->show();
 }

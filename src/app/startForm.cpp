@@ -61,6 +61,7 @@ void startForm::showEvent(QShowEvent* event)
 {
     toolForm::showEvent(event);
     portWatch_.start();
+    QTimer::singleShot(0, this, [this] { gate().run([this] { lookAtPorts(); }); }); // the window comes first
 }
 
 void startForm::hideEvent(QHideEvent* event)

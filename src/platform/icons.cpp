@@ -16,8 +16,14 @@ void useOwnIcons()
     initialiseIconResource();
     const bool dark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
     if (QIcon::themeName().isEmpty())
-        QIcon::setThemeName(QStringLiteral("hicolor")); // without any theme the toolkit passes over the fallback too
+        QIcon::setThemeName(
+            QStringLiteral("hicolor")); // without any theme the toolkit passes over the fallback too
     QIcon::setFallbackThemeName(dark ? QStringLiteral("zint-dark") : QStringLiteral("zint"));
+}
+
+void useProgramIcon()
+{
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zint-obd.svg")));
 }
 
 } // namespace zint

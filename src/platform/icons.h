@@ -6,4 +6,7 @@ namespace zint {
 /// colours. Called once, when the application object exists.
 void useOwnIcons();
 
+/// Gives the program's windows its icon.
+void useProgramIcon();
+
 } // namespace zint

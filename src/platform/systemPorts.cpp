@@ -2,9 +2,11 @@
 
 #include "platform/text.h"
 
+#include <QFileInfo>
 #include <QSerialPortInfo>
 
 #include <algorithm>
+#include <tuple>
 
 namespace zint {
 namespace {
@@ -34,9 +36,8 @@ DetectedPort described(const QSerialPortInfo& port)
     return {fromQt(location), fromQt(port.description()), fromQt(usbIds(port))};
 }
 
-} // namespace
-
-std::vector<DetectedPort> SystemPorts::detected() const
+/// Looks at all ports. That takes long enough to be felt in a window that looks every other second.
+std::vector<DetectedPort> look()
 {
     QList<QSerialPortInfo> ports = QSerialPortInfo::availablePorts();
     std::ranges::sort(ports, {}, [](const QSerialPortInfo& port) {
@@ -46,6 +47,25 @@ std::vector<DetectedPort> SystemPorts::detected() const
     std::vector<DetectedPort> result;
     std::ranges::transform(ports, std::back_inserter(result), described);
     return result;
+}
+
+} // namespace
+
+std::vector<DetectedPort> SystemPorts::detected() const
+{
+#ifdef Q_OS_WIN
+    return look();
+#else
+    // A port that comes or goes changes the folder of the devices. The system goes on describing a new one
+    // for a while, so that what was seen shortly after a change does not count as seen.
+    constexpr qint64 settlingMs = 5000;
+    const QDateTime changed = QFileInfo(QStringLiteral("/dev")).lastModified();
+    if (!seenAt_.isValid() || changed.msecsTo(seenAt_) < settlingMs) {
+        seen_ = look();
+        seenAt_ = QDateTime::currentDateTime();
+    }
+    return seen_;
+#endif
 }
 
 std::optional<std::string> SystemPorts::fixedLocation([[maybe_unused]] int number) const

@@ -24,11 +24,25 @@ struct LauncherTest : testing::Test {
             .workingFolder = "/home/a", .pathSeparator = separator, .findBrowser = [] { return "/bin/www"; }};
     }
 
-    void store(const std::string& key, const std::string& value)
+    void store(const std::string& key, const std::string& value) { settings.save("Startup", key, value); }
+
+    /// Stores a text for each of the eight settings, in the order in which they are written.
+    void storeAll(const std::vector<std::string>& texts)
     {
-        settings.save("Startup", key, value);
-        settings.takeSavedKeys();
+        for (std::size_t i = 0; i < keys.size(); ++i)
+            store(keys[i], texts.at(i));
     }
+
+    std::vector<std::string> allStored() const
+    {
+        std::vector<std::string> texts;
+        for (const std::string& key : keys)
+            texts.push_back(stored(key));
+        return texts;
+    }
+
+    const std::vector<std::string> keys = {"comPort",  "comSpeed",   "InitDir", "DTCdb",
+                                           "parmSave", "parmOutput", "parmLog", "parmExport"};
 
     std::string stored(const std::string& key) const { return settings.get("Startup", key, "(missing)"); }
 };
@@ -40,7 +54,6 @@ TEST_F(LauncherTest, StartsWithDefaultsOnTheFirstRun)
     EXPECT_EQ(launcher.panel().caption, "Zint v" + programInfo().version());
     EXPECT_EQ(launcher.panel().comPort, 0);
     EXPECT_EQ(launcher.panel().comSpeed, 0);
-    EXPECT_EQ(launcher.panel().portInfo, "nothing connected");
     EXPECT_EQ(values.parmInitDir, "/home/a");
     EXPECT_EQ(values.parmDTCdb, "/home/a/dtc.mdb");
     EXPECT_EQ(values.parmSave + values.parmOutput + values.parmLog + values.parmExport, "");
@@ -51,6 +64,12 @@ TEST_F(LauncherTest, StartsWithDefaultsOnTheFirstRun)
     EXPECT_EQ(choice.portNumber, 1);
     EXPECT_EQ(choice.portName, "com1");
     EXPECT_EQ(choice.lineSettings(), "9600,N,8,1");
+
+    launcher.showDefaults();
+    EXPECT_EQ(
+        prompts.takeMessage(),
+        "Registry:\r\ncomPort \r\ncomSpeed \r\nInitDir \r\nDTCdb \r\nparmSaveDir \r\nparmOutputDir \r\n"
+        "parmLogDir \r\nparmExportDir \r\nVars:\r\nparmInitDir /home/a\r\nparmDTCdb /home/a/dtc.mdb\r\n");
 }
 
 TEST_F(LauncherTest, WritesTheDatabasePathAsItsSystemDoes)
@@ -62,13 +81,8 @@ TEST_F(LauncherTest, WritesTheDatabasePathAsItsSystemDoes)
 
 TEST_F(LauncherTest, ReadsWhatWasSaved)
 {
-    store("comPort", "2");
-    store("comSpeed", "1");
-    store("InitDir", "/designs");
-    store("DTCdb", "/data/codes.mdb");
-    store("parmSave", "C:\\designs\\a.obc");
-    store("parmLog", "run1.log");
-    store("parmExport", "C:\\designs\\");
+    storeAll(
+        {"2", "1", "/designs", "/data/codes.mdb", "C:\\designs\\a.obc", "", "run1.log", "C:\\designs\\"});
     values.parmOutputFile = "left alone";
     launcher.load();
 
@@ -124,12 +138,8 @@ TEST_F(LauncherTest, WritesEverythingBackAtTheExit)
     EXPECT_EQ(settings.takeSavedKeys(), std::vector<std::string>{}) << "nothing is saved before the exit";
     launcher.unload();
 
-    const std::vector<std::string> keys = {"comPort",  "comSpeed",   "InitDir", "DTCdb",
-                                           "parmSave", "parmOutput", "parmLog", "parmExport"};
-    const std::vector<std::string> texts = {"4", "1", "/elsewhere", "/b.mdb", "s", "o", "l", "e"};
     EXPECT_EQ(settings.takeSavedKeys(), keys);
-    for (std::size_t i = 0; i < keys.size(); ++i)
-        EXPECT_EQ(stored(keys[i]), texts[i]) << keys[i];
+    EXPECT_EQ(allStored(), (std::vector<std::string>{"4", "1", "/elsewhere", "/b.mdb", "s", "o", "l", "e"}));
     EXPECT_EQ(settings.flushes(), 1);
 }
 
@@ -189,14 +199,7 @@ TEST_F(LauncherTest, ShowsWhatTheChosenPortStandsFor)
 
 TEST_F(LauncherTest, ShowsStoredAndPresentValues)
 {
-    store("comPort", "2");
-    store("comSpeed", "1");
-    store("InitDir", "dir");
-    store("DTCdb", "db");
-    store("parmSave", "save");
-    store("parmOutput", "output");
-    store("parmLog", "log");
-    store("parmExport", "export");
+    storeAll({"2", "1", "dir", "db", "save", "output", "log", "export"});
     launcher.load();
     values.parmInitDir = "dir now";
     launcher.showDefaults();
@@ -210,16 +213,6 @@ TEST_F(LauncherTest, ShowsStoredAndPresentValues)
     const std::string cleared = prompts.takeMessage();
     EXPECT_NE(cleared.find("InitDir dir\r\nDTCdb db\r\nparmSaveDir save\r\n"), std::string::npos) << cleared;
     EXPECT_TRUE(cleared.ends_with("Vars:\r\nparmInitDir \r\nparmDTCdb \r\n")) << cleared;
-}
-
-TEST_F(LauncherTest, ShowsAnEmptyStoreOnTheFirstRun)
-{
-    launcher.load();
-    launcher.showDefaults();
-    EXPECT_EQ(prompts.takeMessage(),
-              "Registry:\r\ncomPort \r\ncomSpeed \r\nInitDir \r\nDTCdb \r\nparmSaveDir \r\n"
-              "parmOutputDir \r\nparmLogDir \r\nparmExportDir \r\nVars:\r\n"
-              "parmInitDir /home/a\r\nparmDTCdb /home/a/dtc.mdb\r\n");
 }
 
 TEST_F(LauncherTest, ClearsFoldersAndFilesButNotTheStoreNorTheConnection)

@@ -35,16 +35,5 @@ TEST(PidCatalogueTest, KeepsItsPollChoices)
     EXPECT_EQ(checksum(table), 0x51b22271fc4b4bcaU) << table;
 }
 
-TEST(PidCatalogueTest, DefaultsToUnitsOfTheUs)
-{
-    const auto defaultName = [](std::size_t pid) {
-        return ConversionTable.at(static_cast<std::size_t>(PidDefaultConversion[pid])).name;
-    };
-    EXPECT_EQ(defaultName(0x05), "Fahrenheit");
-    EXPECT_EQ(defaultName(0x0B), "psi  Air");
-    EXPECT_EQ(defaultName(0x0D), "MPH (miles/hour)");
-    EXPECT_EQ(ConversionTable[displayHexConversion].name, "Display Hex");
-}
-
 } // namespace
 } // namespace zint

@@ -66,6 +66,7 @@ TEST_F(ProgramTest, FromTheLauncherToTheVehicleAndBack)
 
     click("codesForm", "backCom");
     EXPECT_TRUE(isVisible("startForm"));
+    ASSERT_TRUE(waitUntil([] { return window("codesForm") == nullptr; }));
     click("startForm", "getCodes"); // the vehicle remembers
     click("codesForm", "getCodes");
     ASSERT_TRUE(waitUntil([] { return text("codesForm", "statusBox") == u"com1 Closed"; }));

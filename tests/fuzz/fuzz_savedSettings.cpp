@@ -37,6 +37,7 @@ int start(MemorySettings& settings)
     Launcher launcher(settings, ports, prompts, values, design,
                       {.workingFolder = "/home", .findBrowser = [] { return std::string(); }});
     launcher.load();
+    launcher.refreshPortInfo();
     const ConnectionChoice choice = launcher.connection();
     require(choice.portNumber >= 1 && choice.portNumber <= PortDirectory::portCount,
             "the port is in its list");

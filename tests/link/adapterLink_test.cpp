@@ -122,22 +122,10 @@ TEST_F(AdapterLinkTest, ClosesWithTheAdaptersDefaultsRestored)
 
     link.close();
     EXPECT_EQ(adapter.history().size(), 5U) << "a closed link stays as it is";
-}
 
-TEST_F(AdapterLinkTest, KeepsCountingOverSeveralExchangesAndStartsEachAnew)
-{
-    adapter.expect("ATZ\r").answer("half a rep");
-    adapter.expect("ATD\r");
-    link.open();
-    adapter.play();
-    link.close();
-
+    tool.told.clear();
     openAndGetReady();
-    EXPECT_EQ(link.counterLine(), "Bytes In: 40 Out: 17 Errors: 0");
-    adapter.expect("0101\r").answer("41 01 \r>");
-    link.send("0101");
-    adapter.play();
-    EXPECT_EQ(tool.told, Told{"41 01 \r>"});
+    EXPECT_EQ(link.counterLine(), "Bytes In: 60 Out: 22 Errors: 0") << "the window goes on counting";
 }
 
 TEST_F(AdapterLinkTest, TellsWhyThePortCannotBeOpened)

@@ -55,6 +55,7 @@ TEST(ReplyBufferTest, DropsTheLineThatReportsABusInitialisation)
         {"carriage returns", {"BUS INIT: ...OK\r41 01 00 \r\r>"}, {"41 01 00 \r\r>"}},
         {"line feeds", {"BUS INIT: OK\r\n41 01 00 \r\n\r\n>"}, {"41 01 00 \r\n\r\n>"}},
         {"dots one by one", {"BUS INIT: ", ".", ".", "OK\r", "41 01 00 ", "\r\r>"}, {"41 01 00 \r\r>"}},
+        {"its line feed comes later", {"BUS INIT: OK\r", "\n41 01 \r\n>"}, {"41 01 \r\n>"}},
         {"a failed initialisation", {"BUS INIT: ...ERROR\r\r>"}, {"\r>"}},
         {"no line end", {"BUS INIT: ...OK>"}, {"BUS INIT: ...OK>"}},
         {"no prompt", {"BUS INIT: ...OK\r41 01 00 \r\r"}, {}},

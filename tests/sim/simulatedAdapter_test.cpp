@@ -160,8 +160,11 @@ TEST(SimulatedAdapterTest, ReachesTheVehicleUnderItsHeaderAndProtocolOnly)
     EXPECT_EQ(bench.ask("0100"), "41 00 BE 3F B8 13 \r\r>");
     bench.ask("ATTP6");
     EXPECT_EQ(bench.ask("0100"), "UNABLE TO CONNECT\r\r>");
-    bench.ask("ATSP0");
+    bench.begin(); // a protocol that was merely tried is forgotten
     EXPECT_EQ(bench.ask("0100"), "41 00 BE 3F B8 13 \r\r>");
+    bench.ask("ATSP6");
+    bench.begin().begin(); // one that was set is not
+    EXPECT_EQ(bench.ask("0100"), "UNABLE TO CONNECT\r\r>");
 }
 
 TEST(SimulatedAdapterTest, TheIgnitionMustBeOn)
@@ -301,13 +304,14 @@ TEST(SimulatedAdapterTest, TheDotsComeOneByOne)
 
 TEST(SimulatedAdapterTest, AByteStopsARequest)
 {
-    Bench bench({.latency = 100ms});
+    Bench bench({.latency = 100ms, .repliesUntilDisconnect = 4}); // the stopped reply counts for nothing
     bench.begin();
     bench.adapter.receive("0101\r", bench.now);
     bench.now += 99ms;
     EXPECT_EQ(bench.adapter.take(bench.now), "");
     bench.adapter.receive("A", bench.now);
     EXPECT_EQ(bench.collect(), "STOPPED\r\r>");
+    EXPECT_EQ(bench.now, 99ms);
     EXPECT_EQ(bench.ask("0101"), "41 01 83 07 65 04 \r\r>") << "the byte that stopped the request is lost";
 }
 

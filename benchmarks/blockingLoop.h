@@ -1,0 +1,13 @@
+#pragma once
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Sends a request and waits for the prompt, `count` times, with blocking calls and nothing else.
+   Returns 0, or -1 when the port can't be used. */
+int blockingLoop(const char* path, const char* request, int count);
+
+#ifdef __cplusplus
+}
+#endif
