@@ -48,6 +48,7 @@ private:
     void linkReady() override;
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
+    void linkStatusChanged() override { changed(); }
     void linkTimedOut() override;
     void linkLost() override;
 

@@ -19,7 +19,7 @@ enum class FileKind { sqlite, access, empty, other, unreadable };
 FileKind kindOf(const std::string& path)
 {
     std::ifstream file(utf8Path(path), std::ios::binary);
-    if (!file)
+    if (!file || !fileExists(path)) // a folder opens, but holds no bytes
         return FileKind::unreadable;
     std::array<char, 19> start{};
     file.read(start.data(), start.size());

@@ -73,6 +73,7 @@ void AdapterLink::portEvent()
     case commEvent::unknown:
         appendStatus(" - unhandled comm Event: " + std::to_string(event));
         countError();
+        listener_.linkStatusChanged();
         break;
     case commEvent::deviceGone:
         lost();

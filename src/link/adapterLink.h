@@ -44,6 +44,9 @@ public:
         /// refreshed.
         virtual void linkReceived() = 0;
 
+        /// The status tells of an event that the driver does not explain; the error is counted.
+        virtual void linkStatusChanged() = 0;
+
         /// The reset was not answered in time; the error is counted, the port still open.
         virtual void linkTimedOut() = 0;
 

@@ -74,14 +74,9 @@ std::string hexToBits(std::string_view text)
     return bits;
 }
 
-std::int16_t lastBackslash(std::string_view text)
+int lastBackslash(std::string_view text)
 {
-    const auto index = text.rfind('\\');
-    if (index == std::string_view::npos)
-        return 0;
-    if (index >= static_cast<std::size_t>(std::numeric_limits<std::int16_t>::max()))
-        throw RunTimeError::overflow();
-    return static_cast<std::int16_t>(index + 1);
+    return static_cast<int>(text.rfind('\\') + 1); // 0 when there is none
 }
 
 std::string fileNamePart(std::string_view path)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -23,8 +24,7 @@ std::string hexToBits(std::string_view text);
 int upperHexDigit(char character);
 
 /// @return the position, counted from 1, of the last "\" in the text; 0 when there is none
-/// @throws RunTimeError 6 beyond position 32767
-std::int16_t lastBackslash(std::string_view text);
+int lastBackslash(std::string_view text);
 
 /// The part of a path behind its last "\" and, where paths are written with it, behind its last "/".
 std::string fileNamePart(std::string_view path);
