@@ -3,7 +3,7 @@
 cmake_minimum_required(VERSION 3.25)
 
 # What the toolkit-free files of a folder may include, beside their own folder.
-set(MAY_INCLUDE_shared "")
+set(MAY_INCLUDE_shared "(none)")
 set(MAY_INCLUDE_catalogue shared)
 set(MAY_INCLUDE_link shared)
 set(MAY_INCLUDE_dtcdb shared)
@@ -84,8 +84,8 @@ function(check_file file)
     if(NOT included MATCHES "/")
       complain(${file} "\"${included}\"" "own headers are included with their folder")
     elseif(NOT target STREQUAL folder AND NOT target IN_LIST allowed AND NOT included IN_LIST headers)
-      list(JOIN allowed "/, " list)
-      complain(${file} "\"${included}\"" "it may include of other folders only: ${list}/ ${headers}")
+      list(JOIN allowed ", " list)
+      complain(${file} "\"${included}\"" "of other folders it may include only: ${list} ${headers}")
     elseif(NOT knowsToolkit AND included MATCHES "${WINDOW_FILES}")
       complain(${file} "\"${included}\"" "a window is above whatever knows no toolkit")
     elseif(NOT knowsToolkit AND folder STREQUAL "app" AND target STREQUAL "app"

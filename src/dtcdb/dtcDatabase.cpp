@@ -18,8 +18,10 @@ enum class FileKind { sqlite, access, empty, other, unreadable };
 
 FileKind kindOf(const std::string& path)
 {
+    if (!fileExists(path)) // a folder would open, and hold no bytes
+        return FileKind::unreadable;
     std::ifstream file(utf8Path(path), std::ios::binary);
-    if (!file || !fileExists(path)) // a folder opens, but holds no bytes
+    if (!file)
         return FileKind::unreadable;
     std::array<char, 19> start{};
     file.read(start.data(), start.size());

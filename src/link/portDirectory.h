@@ -71,7 +71,7 @@ public:
     static std::string name(int number) { return "com" + std::to_string(number); }
 
     /// The number of "com1" to "com8", in upper or lower case; nothing for any other text.
-    static std::optional<int> numberOf(std::string_view name);
+    static std::optional<int> numberOf(std::string_view text);
 
 private:
     SettingsStore& settings_;

@@ -22,7 +22,7 @@ void EventGate::run(Handler handler)
     busy_ = false;
 }
 
-void EventGate::runOne(const Handler& handler)
+void EventGate::runOne(const Handler& handler) const
 {
     std::string failure;
     try {

@@ -23,7 +23,7 @@ public:
     std::function<void(const std::string& text)> onError;
 
 private:
-    void runOne(const Handler& handler);
+    void runOne(const Handler& handler) const;
 
     bool busy_ = false;
     std::deque<Handler> waiting_;

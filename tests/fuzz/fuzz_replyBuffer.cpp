@@ -45,6 +45,7 @@ struct Tool final : AdapterLink::Listener {
         reply = text;
     }
     void linkReceived() override {}
+    void linkStatusChanged() override { require(false, "the port sends no other event"); }
     void linkTimedOut() override { require(false, "the adapter has answered the reset"); }
     void linkLost() override { require(false, "the device is there"); }
 };

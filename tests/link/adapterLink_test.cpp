@@ -24,6 +24,7 @@ struct Tool final : AdapterLink::Listener {
     }
     void linkReply(std::string_view reply) override { told.emplace_back(reply); }
     void linkReceived() override { ++received; }
+    void linkStatusChanged() override { told.emplace_back("status"); }
     void linkTimedOut() override { told.emplace_back("timed out"); }
     void linkLost() override { told.emplace_back("lost"); }
 
@@ -157,6 +158,7 @@ TEST_F(AdapterLinkTest, CountsAnEventThatTheDriverDoesNotExplain)
     link.open();
     adapter.sendEvent(commEvent::unknown);
     EXPECT_EQ(link.status(), "com3 Open - unhandled comm Event: 0");
+    EXPECT_EQ(tool.told, Told{"status"});
     EXPECT_EQ(link.counters().errors, 1);
     EXPECT_EQ(link.counterLine(), "Bytes In: 0 Out: 4 Errors: 0") << "shown with the next reply";
     EXPECT_TRUE(timer.enabled());

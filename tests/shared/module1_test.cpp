@@ -63,8 +63,7 @@ TEST(Module1Test, FindsTheLastBackslash)
     EXPECT_EQ(lastBackslash("C:\\a\\b.log"), 5);
     EXPECT_EQ(lastBackslash("a\\"), 2);
     EXPECT_EQ(lastBackslash("/a/b"), 0);
-    EXPECT_EQ(lastBackslash(std::string(32766, 'x') + "\\"), 32767);
-    EXPECT_EQ(errorNumberOf([] { lastBackslash(std::string(32767, 'x') + "\\"); }), 6);
+    EXPECT_EQ(lastBackslash(std::string(40000, 'x') + "\\"), 40001);
 }
 
 TEST(Module1Test, TakesTheFileNameOffAPath)
