@@ -1,8 +1,8 @@
 #include "app/failedConnForm.h"
 
+#include "app/ui_failedConnForm.h"
 #include "platform/text.h"
 #include "shared/programInfo.h"
-#include "ui_failedConnForm.h"
 
 namespace zint {
 namespace {

@@ -1,7 +1,7 @@
 #include "app/portsForm.h"
 
+#include "app/ui_portsForm.h"
 #include "platform/text.h"
-#include "ui_portsForm.h"
 
 #include <QComboBox>
 #include <QHeaderView>

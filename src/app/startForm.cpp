@@ -1,7 +1,7 @@
 #include "app/startForm.h"
 
+#include "app/ui_startForm.h"
 #include "platform/text.h"
-#include "ui_startForm.h"
 
 #include <utility>
 

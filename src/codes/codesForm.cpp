@@ -1,7 +1,7 @@
 #include "codes/codesForm.h"
 
+#include "codes/ui_codesForm.h"
 #include "platform/text.h"
-#include "ui_codesForm.h"
 
 namespace zint {
 
