@@ -2,9 +2,12 @@
 
 #include "platform/text.h"
 
+#include <QDialogButtonBox>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QPrinterInfo>
+#include <QPushButton>
 #include <QWidget>
 
 namespace zint {
@@ -22,9 +25,19 @@ QPrinter& WindowPrinter::printer()
 
 void WindowPrinter::setUp()
 {
+    if (QPrinterInfo::availablePrinterNames().isEmpty()) {
+        prompts_.message("No printer is set up on this computer. Print can still write a PDF file.");
+        return;
+    }
     QPrintDialog dialog(&printer(), &window_);
     dialog.setOption(QAbstractPrintDialog::PrintToFile, false); // "Print " offers that
     dialog.setWindowTitle(QObject::tr("Print Setup"));
+    if (const auto* buttons = dialog.findChild<QDialogButtonBox*>()) {
+        for (QAbstractButton* button : buttons->buttons()) {
+            if (buttons->buttonRole(button) == QDialogButtonBox::AcceptRole)
+                button->setText(QObject::tr("OK")); // nothing is printed yet
+        }
+    }
     dialog.exec();
 }
 

@@ -12,71 +12,42 @@ struct PortDirectoryTest : testing::Test {
     FixedPortList system;
     PortDirectory directory{settings, system};
 
-    PortDirectoryTest()
-    {
-        system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", "0403:6001"}, {"/dev/rfcomm0", "", ""}};
-    }
+    PortDirectoryTest() { system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", ""}, {"/dev/rfcomm0", "", ""}}; }
 
     std::string textOf(int number) const { return directory.target(number).text(); }
 };
 
-TEST_F(PortDirectoryTest, NumbersTheDetectedPortsInTheirOrder)
+TEST_F(PortDirectoryTest, TheRunsAssignmentComesBeforeTheUsersAndThatBeforeTheDetectedPort)
 {
     EXPECT_EQ(textOf(1), "/dev/ttyUSB0 - FT232R USB UART");
     EXPECT_EQ(textOf(2), "/dev/rfcomm0");
-    EXPECT_EQ(textOf(3), "nothing connected");
     EXPECT_EQ(textOf(8), "nothing connected");
     EXPECT_EQ(directory.target(8).location, "");
 
-    system.ports.clear();
-    EXPECT_EQ(textOf(1), "nothing connected") << "the adapter was pulled out";
-}
+    directory.assign(1, "/tmp/zint-sim");
+    directory.assign(8, "/dev/ttyUSB0");
+    EXPECT_EQ(textOf(1), "/tmp/zint-sim");
+    EXPECT_EQ(textOf(8), "/dev/ttyUSB0 - FT232R USB UART");
 
-TEST_F(PortDirectoryTest, PrefersTheAssignmentToTheSystemsNumbering)
-{
+    directory.assignForThisRun(1, std::string(PortDirectory::simulated));
+    EXPECT_EQ(textOf(1), "simulated vehicle");
+    EXPECT_TRUE(directory.target(1).isSimulated());
+    EXPECT_EQ(directory.assignment(1), "/tmp/zint-sim");
+    EXPECT_EQ(settings.get("Ports", "com1"), "/tmp/zint-sim") << "kept for the next run";
+
     directory.assign(1, "/dev/rfcomm0");
-    directory.assign(5, "/tmp/zint-sim");
-    EXPECT_EQ(textOf(1), "/dev/rfcomm0");
-    EXPECT_EQ(textOf(5), "/tmp/zint-sim");
-    EXPECT_EQ(settings.get("Ports", "com5"), "/tmp/zint-sim");
-    EXPECT_EQ(PortDirectory(settings, system).assignment(5), "/tmp/zint-sim") << "kept for the next run";
-
-    directory.assign(5, "/dev/ttyUSB0");
-    EXPECT_EQ(textOf(5), "/dev/ttyUSB0 - FT232R USB UART");
-
+    EXPECT_EQ(textOf(1), "/dev/rfcomm0") << "what the user assigns now ends the assignment of the run";
     directory.assign(1, "");
     EXPECT_EQ(textOf(1), "/dev/ttyUSB0 - FT232R USB UART");
-    EXPECT_FALSE(settings.has("Ports", "com1"));
-}
-
-TEST_F(PortDirectoryTest, KnowsTheSimulatedVehicle)
-{
-    directory.assign(2, std::string(PortDirectory::simulated));
-    EXPECT_EQ(textOf(2), "simulated vehicle");
-    EXPECT_TRUE(directory.target(2).isSimulated());
-    EXPECT_FALSE(directory.target(1).isSimulated());
-}
-
-TEST_F(PortDirectoryTest, AssignsForOneRunWithoutSaving)
-{
-    directory.assign(3, "/dev/ttyS7");
-    directory.assignForThisRun(3, std::string(PortDirectory::simulated));
-    EXPECT_TRUE(directory.target(3).isSimulated());
-    EXPECT_EQ(directory.assignment(3), "/dev/ttyS7");
-    EXPECT_EQ(settings.get("Ports", "com3"), "/dev/ttyS7");
-
-    directory.assign(3, "/dev/rfcomm0");
-    EXPECT_EQ(textOf(3), "/dev/rfcomm0") << "what the user assigns now ends the assignment of the run";
+    EXPECT_EQ(settings.get("Ports", "com1", "removed"), "removed");
 }
 
 TEST_F(PortDirectoryTest, UsesTheSystemsOwnNumbersWhereThereAreSuch)
 {
     system.numbersAreFixed = true;
     system.ports = {{"COM7", "USB Serial", "1A86:7523"}};
-    EXPECT_EQ(directory.target(7).location, "COM7");
     EXPECT_EQ(textOf(7), "COM7 - USB Serial");
-    EXPECT_EQ(directory.target(1).location, "COM1") << "not the first detected port";
-
+    EXPECT_EQ(textOf(1), "COM1") << "not the first detected port";
     directory.assign(1, "COM7");
     EXPECT_EQ(textOf(1), "COM7 - USB Serial");
 }

@@ -3,7 +3,6 @@
 #include "shared/settingsStore.h"
 
 #include <map>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -12,6 +11,10 @@ namespace zint {
 /// A settings store that lasts as long as the test.
 class MemorySettings final : public SettingsStore {
 public:
+    std::vector<std::string> savedKeys; ///< in the order in which they were saved
+    std::string flushFailure;
+    int flushes = 0;
+
     std::string get(const std::string& section, const std::string& key,
                     const std::string& missing = {}) const override
     {
@@ -22,7 +25,7 @@ public:
     void save(const std::string& section, const std::string& key, const std::string& value) override
     {
         values_[{section, key}] = value;
-        savedKeys_.push_back(key);
+        savedKeys.push_back(key);
     }
 
     void remove(const std::string& section, const std::string& key) override
@@ -32,26 +35,12 @@ public:
 
     std::string flush() override
     {
-        ++flushes_;
-        return flushFailure_;
+        ++flushes;
+        return flushFailure;
     }
-
-    bool has(const std::string& section, const std::string& key) const
-    {
-        return values_.contains({section, key});
-    }
-
-    void failToFlush(std::string why) { flushFailure_ = std::move(why); }
-    int flushes() const { return flushes_; }
-
-    /// The keys in the order in which they were saved since the last call.
-    std::vector<std::string> takeSavedKeys() { return std::exchange(savedKeys_, {}); }
 
 private:
     std::map<std::pair<std::string, std::string>, std::string> values_;
-    std::vector<std::string> savedKeys_;
-    std::string flushFailure_;
-    int flushes_ = 0;
 };
 
 } // namespace zint

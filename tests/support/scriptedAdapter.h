@@ -4,11 +4,10 @@
 #include "link/serialPort.h"
 #include "shared/eventGate.h"
 
+#include <gtest/gtest.h>
+
 #include <deque>
 #include <optional>
-#include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 namespace zint {
@@ -20,71 +19,124 @@ namespace zint {
 /// those of the real port do.
 class ScriptedAdapter final : public SerialPort {
 public:
-    /// One expected write and what comes back.
-    class Step {
-    public:
-        explicit Step(std::string written) : written_(std::move(written)) {}
+    /// One expected write and the pieces in which its answer comes.
+    struct Step {
+        std::string written;
+        std::vector<std::string> pieces;
 
-        Step& answer(std::string text);           ///< what the adapter sends, in one piece
-        Step& inChunksOf(std::size_t characters); ///< cuts the answer given before
-        Step& vanishes();                         ///< the device is gone once its answer has been received
-
-    private:
-        friend class ScriptedAdapter;
-        std::string written_;
-        std::vector<std::string> pieces_;
-        bool vanishes_ = false;
+        void answer(const std::string& text, std::size_t pieceLength = std::string::npos)
+        {
+            for (std::size_t start = 0; start < text.size(); start += pieces.back().size())
+                pieces.push_back(text.substr(start, pieceLength));
+        }
     };
+
+    std::vector<std::string> history; ///< in order: "open 1 9600,N,8,1", each text written, "close"
+    std::optional<CommError> openError;
+    std::optional<CommError> writeError;
 
     explicit ScriptedAdapter(EventGate* gate = nullptr) : gate_(gate) {}
     ~ScriptedAdapter() override { verifyAllUsed(); }
 
-    Step& expect(std::string written);
+    Step& expect(std::string written) { return steps_.emplace_back(Step{std::move(written), {}}); }
 
     /// Expects the reset and the echo-off that begin each exchange, and answers both.
-    void expectOpening();
-
-    /// Delivers what is due, and what becomes due by that, until nothing is left.
-    void play();
-
-    void receive(const std::string& text); ///< characters that nobody asked for
-    void sendEvent(int code);
-    void vanish(); ///< the device behind the open port is gone
-
-    void refuseToOpen(CommError error) { openError_ = std::move(error); }
-    void refuseToWrite(CommError error) { writeError_ = std::move(error); }
-    void workAgain();
-
-    /// What happened so far, in order: "open 1 9600,N,8,1", each text written, "close".
-    const std::vector<std::string>& history() const { return history_; }
+    void expectOpening()
+    {
+        expect("ATZ\r").answer("ATZ\r\r\rELM327 v1.5\r\r>");
+        expect("ATE0\r").answer("ATE0\rOK\r\r>");
+    }
 
     /// Fails the test for each step that was not used.
-    void verifyAllUsed();
+    void verifyAllUsed()
+    {
+        for (; !steps_.empty(); steps_.pop_front())
+            ADD_FAILURE() << "never written: " << testing::PrintToString(steps_.front().written);
+    }
 
-    void open() override;
-    void close() override;
+    /// Delivers what is due, and what becomes due by that, until nothing is left.
+    void play()
+    {
+        while (!due_.empty()) {
+            const std::string piece = std::move(due_.front());
+            due_.pop_front();
+            receive(piece);
+        }
+    }
+
+    void receive(const std::string& text)
+    {
+        received_ += text;
+        if (receiveThreshold() > 0 && inBufferCount() >= receiveThreshold())
+            sendEvent(commEvent::receive);
+    }
+
+    void sendEvent(int event)
+    {
+        const auto tell = [this, event, opening = openings_] {
+            const bool nothingLeft = event == commEvent::receive && received_.empty();
+            if (!open_ || opening != openings_ || nothingLeft)
+                return;
+            lastEvent_ = event;
+            onComm();
+        };
+        gate_ == nullptr ? tell() : gate_->run(tell);
+    }
+
+    /// The device behind the open port is gone.
+    void vanish()
+    {
+        due_.clear();
+        writeError = CommError(5, "Input/output error");
+        openError = CommError(2, "No such file or directory");
+        sendEvent(commEvent::deviceGone);
+    }
+
+    void workAgain() { openError = writeError = std::nullopt; }
+
+    void open() override
+    {
+        if (openError)
+            throw CommError(*openError);
+        EXPECT_FALSE(open_) << "opened twice";
+        open_ = true;
+        ++openings_;
+        history.push_back("open " + std::to_string(commPort()) + " " + settings());
+    }
+
+    void close() override
+    {
+        if (!std::exchange(open_, false))
+            return;
+        received_.clear();
+        due_.clear();
+        history.emplace_back("close");
+    }
+
     bool isOpen() const override { return open_; }
-    void output(std::string_view text) override;
+
+    void output(std::string_view text) override
+    {
+        if (writeError)
+            throw CommError(*writeError);
+        EXPECT_TRUE(open_) << "written to a closed port";
+        history.emplace_back(text);
+        if (steps_.empty() || steps_.front().written != text) {
+            ADD_FAILURE() << "unexpected: " << testing::PrintToString(text);
+            return;
+        }
+        due_.insert(due_.end(), steps_.front().pieces.begin(), steps_.front().pieces.end());
+        steps_.pop_front();
+    }
+
     std::string input() override { return takeInput(received_); }
     int inBufferCount() const override { return static_cast<int>(received_.size()); }
     int lastCommEvent() const override { return lastEvent_; }
 
 private:
-    struct Delivery {
-        std::string text;
-        bool vanishes = false;
-    };
-
-    void notify(int event);
-    void notifyNow(int event);
-
     EventGate* gate_;
-    std::deque<Step> steps_; // keeps its elements in place, so that a test may go on writing on a step
-    std::size_t used_ = 0;
-    std::deque<Delivery> due_;
-    std::optional<CommError> openError_;
-    std::optional<CommError> writeError_;
-    std::vector<std::string> history_;
+    std::deque<Step> steps_;
+    std::deque<std::string> due_;
     std::string received_;
     int lastEvent_ = commEvent::receive;
     bool open_ = false;

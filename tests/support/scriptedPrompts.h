@@ -4,80 +4,42 @@
 
 #include <gtest/gtest.h>
 
-#include <deque>
 #include <functional>
-#include <string>
+#include <optional>
 #include <utility>
-#include <vector>
 
 namespace zint {
 
 /// A user who reads messages and answers questions as the test told before. A question without an answer
-/// fails the test, and so does a message or an answer that is left at the end.
+/// fails the test, and so does a message that the test does not take.
 class ScriptedPrompts final : public Prompts {
 public:
-    struct Shown {
-        std::string text;
-        std::string title;
-        bool operator==(const Shown&) const = default;
-    };
+    std::optional<bool> answer;      ///< to the next question
+    std::string question;            ///< the last one: its title, a line feed, its text
+    std::function<void()> whileOpen; ///< called once, while the next message is open
 
-    ~ScriptedPrompts() override
+    ~ScriptedPrompts() override { EXPECT_EQ(message_, "") << "unexpected message: " << message_; }
+
+    /// The message since the last call; empty when there was none.
+    std::string takeMessage() { return std::exchange(message_, {}); }
+
+    void message(const std::string& text, const std::string&) override
     {
-        for (const Shown& message : messages_)
-            ADD_FAILURE() << "unexpected message: " << message.text;
-        EXPECT_TRUE(answers_.empty()) << answers_.size() << " answer(s) were never asked for";
-    }
-
-    /// The answer to the next question.
-    void willAnswer(bool ok) { answers_.push_back(ok); }
-
-    /// The messages since the last call.
-    std::vector<Shown> takeMessages() { return std::exchange(messages_, {}); }
-
-    /// The text of the only message since the last call.
-    std::string takeMessage()
-    {
-        const auto messages = takeMessages();
-        EXPECT_EQ(messages.size(), 1U);
-        return messages.empty() ? std::string() : messages.back().text;
-    }
-
-    const std::vector<Shown>& questions() const { return questions_; }
-
-    /// Called once, while the next message or question is open.
-    void whileOpen(std::function<void()> action) { whileOpen_ = std::move(action); }
-
-    void message(const std::string& text, const std::string& title) override
-    {
-        messages_.push_back({text, title});
-        stayOpen();
+        EXPECT_EQ(message_, "") << "two messages";
+        message_ = text;
+        if (const auto action = std::exchange(whileOpen, {}))
+            action();
     }
 
     bool confirm(const std::string& text, const std::string& title) override
     {
-        questions_.push_back({text, title});
-        stayOpen();
-        if (answers_.empty()) {
-            ADD_FAILURE() << "unexpected question: " << text;
-            return false;
-        }
-        const bool answer = answers_.front();
-        answers_.pop_front();
-        return answer;
+        EXPECT_TRUE(answer) << "unexpected question: " << text;
+        question = title + "\n" + text;
+        return std::exchange(answer, {}).value_or(false);
     }
 
 private:
-    void stayOpen()
-    {
-        if (const auto action = std::exchange(whileOpen_, {}))
-            action();
-    }
-
-    std::deque<bool> answers_;
-    std::vector<Shown> messages_;
-    std::vector<Shown> questions_;
-    std::function<void()> whileOpen_;
+    std::string message_;
 };
 
 } // namespace zint

@@ -1,45 +1,35 @@
 #pragma once
 
-#include <filesystem>
+#include "shared/module1.h"
+
 #include <fstream>
 #include <random>
-#include <string>
-#include <string_view>
 
 namespace zint {
 
-/// A folder that goes away with the test, with everything in it.
+/// A folder that goes away with the test, with everything in it. Paths are UTF-8.
 class TemporaryFolder {
 public:
-    TemporaryFolder()
-        : path_(std::filesystem::temp_directory_path() /
-                ("zint-test-" + std::to_string(std::random_device{}())))
-    {
-        std::filesystem::create_directories(path_);
-    }
+    TemporaryFolder() { std::filesystem::create_directories(utf8Path(path_)); }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     ~TemporaryFolder()
     {
         std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
+        std::filesystem::remove_all(utf8Path(path_), ignored);
     }
 
-    /// The path, in UTF-8, of a file or folder of this name in the folder.
-    std::string path(std::string_view utf8Name = {}) const
-    {
-        const auto path = (path_ / std::u8string(utf8Name.begin(), utf8Name.end())).u8string();
-        return {path.begin(), path.end()};
-    }
+    const std::string& path() const { return path_; }
+    std::string path(const std::string& name) const { return path_ + "/" + name; }
 
-    static void write(const std::string& utf8Path, std::string_view bytes)
+    static void write(const std::string& path, std::string_view bytes)
     {
-        const std::filesystem::path path(std::u8string(utf8Path.begin(), utf8Path.end()));
-        std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        std::ofstream(utf8Path(path), std::ios::binary) << bytes;
     }
 
 private:
-    std::filesystem::path path_;
+    std::string path_ = (std::filesystem::temp_directory_path() / "zint-test-").string() +
+                        std::to_string(std::random_device{}());
 };
 
 } // namespace zint
