@@ -2,7 +2,7 @@
 
 #include "link/commError.h"
 #include "link/lineSettings.h"
-#include "platform/portOpenError.h"
+#include "platform/serialSystem.h"
 #include "platform/text.h"
 
 #include <QElapsedTimer>
@@ -79,12 +79,16 @@ void QtSerialPort::output(std::string_view text)
         throw CommError(static_cast<int>(QSerialPort::NotOpenError), "The port is not open");
     if (goneReported_)
         return;
-    if (port_.write(text.data(), static_cast<qint64>(text.size())) < 0)
-        throw CommError(static_cast<int>(port_.error()), fromQt(port_.errorString()));
-    port_.flush(); // now, and not when the event loop comes round to it
     const auto now = std::chrono::steady_clock::now();
     const auto characters = static_cast<int>(text.size());
     lineFreeAt_ = std::max(lineFreeAt_, now + driverMargin) + characters * timePerCharacter_;
+    if (port_.bytesToWrite() == 0)
+        text.remove_prefix(writeNow(port_, text));
+    if (text.empty())
+        return;
+    if (port_.write(text.data(), static_cast<qint64>(text.size())) < 0)
+        throw CommError(static_cast<int>(port_.error()), fromQt(port_.errorString()));
+    port_.flush(); // now, and not when the event loop comes round to it
 }
 
 void QtSerialPort::dataArrived()

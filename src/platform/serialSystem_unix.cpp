@@ -1,5 +1,5 @@
 #include "link/portDirectory.h"
-#include "platform/portOpenError.h"
+#include "platform/serialSystem.h"
 #include "platform/text.h"
 
 #include <array>
@@ -86,6 +86,12 @@ CommError nothingConnected(int number)
 {
     return {ENODEV, systemText(ENODEV) + " (" + PortDirectory::name(number) +
                         ") - connect an adapter, or assign a port under File, Serial Ports"};
+}
+
+std::size_t writeNow(QSerialPort& port, std::string_view text)
+{
+    const ssize_t count = ::write(port.handle(), text.data(), text.size());
+    return count < 0 ? 0 : static_cast<std::size_t>(count);
 }
 
 } // namespace zint

@@ -4,8 +4,11 @@
 
 #include <QSerialPort>
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 
+/// What a serial port needs of the system beyond the toolkit's port class.
 namespace zint {
 
 /// Why a port could not be opened: the operating system's number and text, and what to do about it.
@@ -14,5 +17,10 @@ CommError portOpenError(const std::string& location, QSerialPort::SerialPortErro
 
 /// A port number that stands for nothing now.
 CommError nothingConnected(int number);
+
+/// Hands text to the system at once. The toolkit's port does so from the event loop, which it has to wake for
+/// that: a fifth of the time of a fast exchange.
+/// @return how many characters the system took, possibly none; the rest goes through the toolkit's port
+std::size_t writeNow(QSerialPort& port, std::string_view text);
 
 } // namespace zint
