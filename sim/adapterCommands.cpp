@@ -26,16 +26,10 @@ struct Command {
     Action run;
 };
 
-CommandResult done()
-{
-    return {.text = "OK"};
-}
+CommandResult done() { return {.text = "OK"}; }
 
 /// For what makes no difference to the simulated vehicle.
-CommandResult accept(Argument, AdapterSettings&, const Vehicle&)
-{
-    return done();
-}
+CommandResult accept(Argument, AdapterSettings&, const Vehicle&) { return done(); }
 
 /// Tells the version, behind a reset or on its own.
 template <Reset kind>
@@ -214,10 +208,7 @@ void AdapterSettings::restoreDefaults()
     protocol = before.storedProtocol;
 }
 
-unsigned protocolNumber(VehicleProtocol protocol)
-{
-    return protocol == VehicleProtocol::can ? 6 : 3;
-}
+unsigned protocolNumber(VehicleProtocol protocol) { return protocol == VehicleProtocol::can ? 6 : 3; }
 
 CommandResult runCommand(std::string_view command, AdapterSettings& settings, const Vehicle& vehicle)
 {

@@ -47,10 +47,7 @@ Motion motionAt(double seconds)
             .acceleration = 6 * change * part * (1 - part) / length / kmhPerMetre};
 }
 
-double wave(double seconds, double period)
-{
-    return std::sin(2 * std::numbers::pi * seconds / period);
-}
+double wave(double seconds, double period) { return std::sin(2 * std::numbers::pi * seconds / period); }
 
 } // namespace
 

@@ -14,26 +14,11 @@ std::uint32_t rounded(double value, double limit = 255)
     return static_cast<std::uint32_t>(std::lround(std::clamp(value, 0.0, limit)));
 }
 
-std::uint32_t percent(double value)
-{
-    return rounded(value * 255 / 100);
-}
-std::uint32_t trim(double value)
-{
-    return rounded((value + 100) * 128 / 100);
-}
-std::uint32_t celsius(double value)
-{
-    return rounded(value + 40);
-}
-std::uint32_t word(double value)
-{
-    return rounded(value, 65535);
-}
-std::uint32_t sensor(double volts, std::uint32_t trimByte)
-{
-    return rounded(volts * 200) << 8 | trimByte;
-}
+std::uint32_t percent(double value) { return rounded(value * 255 / 100); }
+std::uint32_t trim(double value) { return rounded((value + 100) * 128 / 100); }
+std::uint32_t celsius(double value) { return rounded(value + 40); }
+std::uint32_t word(double value) { return rounded(value, 65535); }
+std::uint32_t sensor(double volts, std::uint32_t trimByte) { return rounded(volts * 200) << 8 | trimByte; }
 
 std::uint32_t fuelSystem(const EngineData& e)
 {
@@ -77,10 +62,7 @@ static_assert(std::ranges::none_of(pids, isSupportPid, &Pid::number));
 
 } // namespace
 
-std::span<const Pid> pidTable()
-{
-    return pids;
-}
+std::span<const Pid> pidTable() { return pids; }
 
 const Pid* findPid(std::uint8_t number)
 {

@@ -28,10 +28,7 @@ std::span<const Pid> pidTable();
 const Pid* findPid(std::uint8_t number);
 
 /// Whether a PID tells which of the 32 that follow it are supported (00, 20, 40 ...).
-constexpr bool isSupportPid(std::uint8_t number)
-{
-    return number % 32 == 0;
-}
+constexpr bool isSupportPid(std::uint8_t number) { return number % 32 == 0; }
 
 /// The answer to such a PID of mode 01, or of the freeze frame: the following PID is the most significant
 /// bit; the least significant one promises an answer to the next such PID.

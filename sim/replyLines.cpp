@@ -46,10 +46,7 @@ std::string isoLine(MessageView message, const ReplyFormat& format)
     return bytesLine({}, frame, format);
 }
 
-std::string canHeader(const ReplyFormat& format)
-{
-    return format.blanks ? "7E8 " : "7E8";
-}
+std::string canHeader(const ReplyFormat& format) { return format.blanks ? "7E8 " : "7E8"; }
 
 /// "00A" for ten bytes.
 std::string lengthLine(std::size_t length)

@@ -28,10 +28,7 @@ int digitValue(char digit)
     return position == std::string_view::npos ? -1 : static_cast<int>(position);
 }
 
-bool isPrintable(char byte)
-{
-    return byte >= ' ' && byte <= '~';
-}
+bool isPrintable(char byte) { return byte >= ' ' && byte <= '~'; }
 char capital(char letter)
 {
     return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;

@@ -147,10 +147,7 @@ constexpr std::array arguments{
 
 } // namespace
 
-std::span<const SimulationArgument> simulationArguments()
-{
-    return arguments;
-}
+std::span<const SimulationArgument> simulationArguments() { return arguments; }
 
 void applySimulationArgument(SimulationOptions& options, std::string_view name, std::string_view value)
 {

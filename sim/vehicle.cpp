@@ -33,10 +33,7 @@ constexpr char vehicleNumberCheck(std::string_view number)
 }
 static_assert(vehicleNumber.size() == 17 && vehicleNumber[8] == vehicleNumberCheck(vehicleNumber));
 
-constexpr std::uint8_t positiveAnswer(std::uint8_t mode)
-{
-    return static_cast<std::uint8_t>(mode + 0x40);
-}
+constexpr std::uint8_t positiveAnswer(std::uint8_t mode) { return static_cast<std::uint8_t>(mode + 0x40); }
 
 /// Appends the lowest bytes of a number, the most significant first.
 void appendNumber(Message& message, std::uint32_t number, int byteCount)

@@ -107,10 +107,7 @@ CommandLine parse(int argumentCount, char** arguments)
 
 volatile sig_atomic_t stopRequested = 0;
 
-void requestStop(int)
-{
-    stopRequested = 1;
-}
+void requestStop(int) { stopRequested = 1; }
 
 /// Lets the signals that end the program in while it waits, and only then.
 class StopSignals {

@@ -17,17 +17,35 @@
 namespace zint {
 namespace {
 
+/// Says on standard error what went wrong.
 void complain(std::string text)
 {
     std::erase(text, '\r');
     std::cerr << "zint-obd: " << text << std::endl;
 }
 
+/// @return the exit status
+int print(const std::string& report)
+{
+    std::cout << report << std::flush;
+    if (std::cout)
+        return 0;
+    complain("the report could not be written to standard output");
+    return 1;
+}
+
 /// Tells on standard error; questions were answered on the command line.
 class CommandPrompts final : public Prompts {
 public:
-    void message(const std::string& text, const std::string& /*title*/) override { complain(text); }
+    void message(const std::string& text, const std::string& /*title*/) override
+    {
+        complain(text);
+        hasComplained = true;
+    }
+
     bool confirm(const std::string& /*text*/, const std::string& /*title*/) override { return true; }
+
+    bool hasComplained = false;
 };
 
 /// The exchange and all that it needs.
@@ -52,10 +70,10 @@ public:
         if (exchange_->isRunning())
             QCoreApplication::exec();
         if (exchange_->succeeded())
-            std::cout << codesReport(exchange_->panel(), exchange_->reportedCodeCount()) << std::flush;
-        else
-            complain(exchange_->panel().statusBox);
-        return exchange_->succeeded() && std::cout ? 0 : 1;
+            return print(codesReport(exchange_->panel(), exchange_->reportedCodeCount()));
+        if (!prompts_.hasComplained)
+            complain(exchange_->panel().statusBox); // that is where a port tells its failures
+        return 1;
     }
 
 private:
@@ -79,7 +97,8 @@ private:
 
     void giveUp()
     {
-        complain("the exchange was not complete after " + std::to_string(line_.timeout.count()) + " seconds");
+        prompts_.message(
+            "the exchange was not complete after " + std::to_string(line_.timeout.count()) + " seconds", {});
         exchange_->unload();
         QCoreApplication::quit();
     }
@@ -103,9 +122,6 @@ private:
 
 } // namespace
 
-int runCodesCommand(const CommandLine& line)
-{
-    return CodesRun(line).run();
-}
+int runCodesCommand(const CommandLine& line) { return CodesRun(line).run(); }
 
 } // namespace zint

@@ -33,29 +33,14 @@ failedConnForm::failedConnForm(ToolContext& context)
 
 failedConnForm::~failedConnForm() = default;
 
-void failedConnForm::tooOld_Click()
-{
-    display(*ui->detail1, tooOldText);
-}
+void failedConnForm::tooOld_Click() { display(*ui->detail1, tooOldText); }
 
-void failedConnForm::badHardware_Click()
-{
-    display(*ui->detail1, badHardwareText);
-}
+void failedConnForm::badHardware_Click() { display(*ui->detail1, badHardwareText); }
 
-void failedConnForm::ignitionOn_Click()
-{
-    display(*ui->detail1, ignitionOnText);
-}
+void failedConnForm::ignitionOn_Click() { display(*ui->detail1, ignitionOnText); }
 
-void failedConnForm::applyCom_Click()
-{
-    close();
-}
+void failedConnForm::applyCom_Click() { close(); }
 
-void failedConnForm::cancelCom_Click()
-{
-    close();
-}
+void failedConnForm::cancelCom_Click() { close(); }
 
 } // namespace zint

@@ -40,6 +40,8 @@ Launcher::Launcher(SettingsStore& settings, const PortDirectory& ports, Prompts&
 
 void Launcher::load()
 {
+    if (const std::string damage = settings_.damage(); !damage.empty())
+        prompts_.message(damage);
     loadChoice(port_);
     loadChoice(speed_);
     for (const SavedValue& saved : savedValues) {
@@ -69,6 +71,7 @@ void Launcher::loadChoice(const Choice& choice)
         prompts_.message("The saved setting \"" + std::string(choice.key) + "\" is \"" + text +
                          "\", which is no position in its list. The first entry is used instead.");
         position = 0;
+        settings_.save(section, choice.key, "0"); // also when another choice holds for this run
     }
     panel_.*choice.position = choice.forThisRun.value_or(position);
 }
@@ -86,35 +89,36 @@ void Launcher::unload()
 
 void Launcher::saveChoice(const Choice& choice)
 {
-    const int position = panel_.*choice.position;
-    if (choice.forThisRun != position)
-        settings_.save(section, choice.key, std::to_string(position));
+    if (!choice.forThisRun)
+        settings_.save(section, choice.key, std::to_string(panel_.*choice.position));
 }
 
 void Launcher::choosePortForThisRun(int number)
 {
-    port_.forThisRun = number - 1;
     choosePort(number - 1);
+    port_.forThisRun = number - 1;
 }
 
 void Launcher::chooseSpeedForThisRun(int position)
 {
-    speed_.forThisRun = position;
     chooseSpeed(position);
+    speed_.forThisRun = position;
 }
 
 void Launcher::choosePort(int position)
 {
-    if (position < 0 || position >= port_.count)
-        return;
-    panel_.comPort = position;
+    choose(port_, position);
     refreshPortInfo();
 }
 
-void Launcher::chooseSpeed(int position)
+void Launcher::chooseSpeed(int position) { choose(speed_, position); }
+
+void Launcher::choose(Choice& choice, int position)
 {
-    if (position >= 0 && position < speed_.count)
-        panel_.comSpeed = position;
+    if (position < 0 || position >= choice.count)
+        return;
+    panel_.*choice.position = position;
+    choice.forThisRun.reset(); // it is the user's from now on
 }
 
 bool Launcher::refreshPortInfo()

@@ -36,8 +36,8 @@ public:
     Launcher(SettingsStore& settings, const PortDirectory& ports, Prompts& prompts, ProgramValues& values,
              Design& design, System system);
 
-    /// Reads the saved settings. One that can't be used is reported and replaced by its default. What the port stands
-    /// for is left open: looking at the machine's ports takes longer than all the rest.
+    /// Reads the saved settings. One that can't be used is reported and replaced by its default. What the
+    /// port stands for is left open: looking at the machine's ports takes longer than all the rest.
     void load();
 
     /// Writes the settings back; says so when that fails.
@@ -76,6 +76,7 @@ private:
     };
 
     void loadChoice(const Choice& choice);
+    void choose(Choice& choice, int position);
     void saveChoice(const Choice& choice);
     std::string stored(const char* key, const std::string& missing = {}) const;
 

@@ -44,15 +44,21 @@ QComboBox* portsForm::makeChooser(int number)
     chooser->addItem(tr("Automatic"), QString());
     chooser->addItem(tr("Simulated vehicle"), toQt(PortDirectory::simulated));
     for (const DetectedPort& port : detected_)
-        chooser->addItem(toQt(PortDirectory::Target{port.location, port.description}.text()),
+        chooser->addItem(toQt(PortDirectory::Target{port.location, port.description, true}.text()),
                          toQt(port.location));
 
-    const QString assigned = toQt(directory_.assignment(number));
+    const QString assigned = toQt(initial(number));
     const int known = chooser->findData(assigned);
     chooser->setCurrentIndex(known);
     if (known < 0)
         chooser->setEditText(assigned);
     return chooser;
+}
+
+std::string portsForm::initial(int number) const
+{
+    const std::string forThisRun = directory_.assignmentForThisRun(number);
+    return forThisRun.empty() ? directory_.assignment(number) : forThisRun;
 }
 
 std::string portsForm::chosen(const QComboBox& chooser) const
@@ -66,7 +72,7 @@ void portsForm::accept()
 {
     for (int number = 1; number <= PortDirectory::portCount; ++number) {
         const std::string location = chosen(*choosers_.at(static_cast<std::size_t>(number - 1)));
-        if (location != directory_.assignment(number))
+        if (location != initial(number))
             directory_.assign(number, location);
     }
     QDialog::accept();

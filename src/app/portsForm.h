@@ -29,6 +29,7 @@ public:
 private:
     void listDetected();
     QComboBox* makeChooser(int number);
+    std::string initial(int number) const; ///< what the chooser shows first
     std::string chosen(const QComboBox& chooser) const;
 
     std::unique_ptr<Ui::portsForm> ui;

@@ -39,10 +39,7 @@ const ToolEntry* entryOf(Tool tool)
     return entry == toolEntries.end() ? nullptr : entry;
 }
 
-bool anyWindowVisible()
-{
-    return std::ranges::any_of(QApplication::topLevelWidgets(), &QWidget::isVisible);
-}
+bool anyWindowVisible() { return std::ranges::any_of(QApplication::topLevelWidgets(), &QWidget::isVisible); }
 
 } // namespace
 
@@ -60,7 +57,7 @@ Program::Program(const ConnectionOptions& options)
                              .openFailedConn = [this](QWidget& caller) { openFailedConn(caller); },
                          }
 {
-    connect(&instance_, &RunningInstance::askedBack, this, &Program::bringBack);
+    instance_.onAsked = [this] { return bringBack(); };
 }
 
 Program::~Program()
@@ -108,10 +105,7 @@ void Program::openFailedConn(QWidget& caller)
     dialog->show();
 }
 
-void Program::assignPorts()
-{
-    portsForm(ports_, start_).exec();
-}
+void Program::assignPorts() { portsForm(ports_, start_).exec(); }
 
 void Program::showLauncher()
 {
@@ -119,13 +113,16 @@ void Program::showLauncher()
     start_->show();
 }
 
-void Program::bringBack()
+bool Program::bringBack()
 {
+    if (anyWindowVisible()) // a message box over the hidden tool
+        return false;
     if (tool_)
         tool_->close(); // ends what it has running, then shows the launcher
     showLauncher();
     start_->raise();
     start_->activateWindow();
+    return true;
 }
 
 void Program::waitIfHidden()

@@ -37,7 +37,7 @@ private:
     void openFailedConn(QWidget& caller);
     void assignPorts();
     void showLauncher();
-    void bringBack();
+    bool bringBack();
     void waitIfHidden();
 
     QtSettingsStore settings_;

@@ -52,10 +52,7 @@ void startForm::connectToolButton(QPushButton* button, Tool tool)
             [this, tool] { gate().run([this, tool] { actions_.openTool(launcher_.toolFor(tool)); }); });
 }
 
-void startForm::Form_Unload()
-{
-    launcher_.unload();
-}
+void startForm::Form_Unload() { launcher_.unload(); }
 
 void startForm::showEvent(QShowEvent* event)
 {
@@ -89,15 +86,9 @@ void startForm::mnuPorts_Click()
     lookAtPorts();
 }
 
-void startForm::mnuShowReg_Click()
-{
-    launcher_.showDefaults();
-}
+void startForm::mnuShowReg_Click() { launcher_.showDefaults(); }
 
-void startForm::mnuClearReg_Click()
-{
-    launcher_.clearDefaults();
-}
+void startForm::mnuClearReg_Click() { launcher_.clearDefaults(); }
 
 void startForm::lookAtPorts()
 {

@@ -59,6 +59,7 @@ void CodesExchange::pressClearCodes()
 void CodesExchange::unload()
 {
     link_.close();
+    changed();
 }
 
 bool CodesExchange::begin()

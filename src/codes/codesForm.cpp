@@ -27,25 +27,13 @@ codesForm::codesForm(ToolContext& context)
 
 codesForm::~codesForm() = default;
 
-void codesForm::Form_Unload()
-{
-    exchange_.unload();
-}
+void codesForm::Form_Unload() { exchange_.unload(); }
 
-void codesForm::getCodes_Click()
-{
-    exchange_.pressGetCodes();
-}
+void codesForm::getCodes_Click() { exchange_.pressGetCodes(); }
 
-void codesForm::clearCodes_Click()
-{
-    exchange_.pressClearCodes();
-}
+void codesForm::clearCodes_Click() { exchange_.pressClearCodes(); }
 
-void codesForm::ftc_Click()
-{
-    context().openFailedConn(*this);
-}
+void codesForm::ftc_Click() { context().openFailedConn(*this); }
 
 void codesForm::paint()
 {

@@ -35,10 +35,7 @@ FileKind kindOf(const std::string& path)
                                                                                           : FileKind::other;
 }
 
-std::string inQuotes(const std::string& path)
-{
-    return "\"" + path + "\"";
-}
+std::string inQuotes(const std::string& path) { return "\"" + path + "\""; }
 
 [[noreturn]] void refuse(const std::string& path, const std::string& why)
 {
@@ -112,10 +109,7 @@ std::optional<std::string> DtcDatabase::describe(std::string_view code)
     }
 }
 
-bool DtcDatabaseSource::available() const
-{
-    return fileExists(path_);
-}
+bool DtcDatabaseSource::available() const { return fileExists(path_); }
 
 std::unique_ptr<CodeDescriptions> DtcDatabaseSource::open() const
 {

@@ -8,43 +8,45 @@ namespace {
 
 constexpr const char* section = "Ports";
 
-std::size_t indexOf(int number)
-{
-    return static_cast<std::size_t>(number - 1);
-}
+std::size_t indexOf(int number) { return static_cast<std::size_t>(number - 1); }
 
 } // namespace
 
 std::string PortDirectory::Target::text() const
 {
-    if (location.empty())
-        return "nothing connected";
     if (isSimulated())
         return "simulated vehicle";
+    if (location.empty())
+        return "nothing connected";
+    if (!connected)
+        return location + " - nothing connected";
     return description.empty() ? location : location + " - " + description;
 }
 
 PortDirectory::Target PortDirectory::target(int number) const
 {
-    std::string location = thisRun_.at(indexOf(number));
+    std::string location = assignmentForThisRun(number);
     if (location.empty())
         location = assignment(number);
     if (location.empty())
         location = system_.fixedLocation(number).value_or("");
 
     const auto ports = system_.detected();
-    if (location.empty())
-        return indexOf(number) < ports.size()
-                   ? Target{ports[indexOf(number)].location, ports[indexOf(number)].description}
-                   : Target{};
+    if (location.empty()) {
+        if (indexOf(number) >= ports.size())
+            return {};
+        const DetectedPort& port = ports[indexOf(number)];
+        return {port.location, port.description, true};
+    }
     const auto known = std::ranges::find(ports, location, &DetectedPort::location);
-    return {location, known == ports.end() ? std::string() : known->description};
+    if (known != ports.end())
+        return {location, known->description, true};
+    return {location, {}, location == simulated || system_.exists(location)};
 }
 
-std::string PortDirectory::assignment(int number) const
-{
-    return settings_.get(section, name(number));
-}
+std::string PortDirectory::assignment(int number) const { return settings_.get(section, name(number)); }
+
+std::string PortDirectory::assignmentForThisRun(int number) const { return thisRun_.at(indexOf(number)); }
 
 void PortDirectory::assign(int number, const std::string& location)
 {

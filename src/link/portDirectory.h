@@ -22,6 +22,9 @@ class PortList {
 public:
     virtual ~PortList() = default;
 
+    /// Whether there is a device at a location now.
+    virtual bool exists(const std::string& location) const = 0;
+
     /// The ports that exist now, in the order in which they get their numbers.
     virtual std::vector<DetectedPort> detected() const = 0;
 
@@ -44,11 +47,13 @@ public:
     struct Target {
         std::string location;    ///< empty: nothing is connected
         std::string description; ///< of the device, may be empty
+        bool connected = false;  ///< whether there is a device now
 
         bool isSimulated() const { return location == simulated; }
 
-        /// In one line for the user: "/dev/ttyUSB0 - FT232R USB UART", "nothing connected", "simulated
-        /// vehicle".
+        /// In one line for the user: "/dev/ttyUSB0 - FT232R USB UART", "simulated vehicle", "nothing
+        /// connected",
+        /// "/dev/rfcomm0 - nothing connected".
         std::string text() const;
     };
 
@@ -59,6 +64,9 @@ public:
 
     /// The user's assignment for good, empty when there is none.
     std::string assignment(int number) const;
+
+    /// What the command line assigned, empty when it did not.
+    std::string assignmentForThisRun(int number) const;
 
     /// Assigns a location, `simulated`, or nothing (empty) for good.
     void assign(int number, const std::string& location);

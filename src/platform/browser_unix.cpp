@@ -5,15 +5,21 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <utility>
 
 namespace zint {
 namespace {
 
+/// The program of a command that takes nothing but the address ("firefox %u"). One with further arguments is
+/// not found: the program alone would do something else.
 QString programOf(const QString& command)
 {
     const QStringList words = QProcess::splitCommand(command);
-    return words.isEmpty() ? QString() : QStandardPaths::findExecutable(words.first());
+    if (words.isEmpty() ||
+        !std::ranges::all_of(words.mid(1), [](const QString& w) { return w.startsWith(u'%'); }))
+        return {};
+    return QStandardPaths::findExecutable(words.first());
 }
 
 /// The value of `key` in the lines of a desktop file that follow `[group]`.

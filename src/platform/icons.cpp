@@ -4,10 +4,7 @@
 #include <QIcon>
 #include <QPalette>
 
-static void initialiseIconResource()
-{
-    Q_INIT_RESOURCE(icons);
-} // must stand outside any namespace
+static void initialiseIconResource() { Q_INIT_RESOURCE(icons); } // must stand outside any namespace
 
 namespace zint {
 
@@ -21,9 +18,6 @@ void useOwnIcons()
     QIcon::setFallbackThemeName(dark ? QStringLiteral("zint-dark") : QStringLiteral("zint"));
 }
 
-void useProgramIcon()
-{
-    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zint-obd.svg")));
-}
+void useProgramIcon() { QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zint-obd.svg"))); }
 
 } // namespace zint

@@ -13,7 +13,7 @@ void prepare(QMessageBox& box, QMessageBox::Icon icon, const std::string& text, 
     box.setIcon(icon);
     box.setWindowTitle(toQt(title.empty() ? programInfo().productName : title));
     box.setTextFormat(Qt::PlainText);
-    box.setText(toQt(text).remove(u'\r'));
+    box.setText(toQtLines(text));
 }
 
 } // namespace

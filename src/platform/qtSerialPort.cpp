@@ -5,8 +5,6 @@
 #include "platform/serialSystem.h"
 #include "platform/text.h"
 
-#include <QElapsedTimer>
-
 #include <algorithm>
 #include <thread>
 #include <utility>
@@ -34,14 +32,15 @@ void QtSerialPort::open()
     const std::string location = locate_(commPort());
     if (location.empty())
         throw nothingConnected(commPort());
-    port_.setPortName(toQt(location));
+    const std::string path = devicePath(location);
+    port_.setPortName(toQt(path));
     port_.setBaudRate(line.bitsPerSecond);
     port_.setDataBits(QSerialPort::Data8);
     port_.setParity(QSerialPort::NoParity);
     port_.setStopBits(QSerialPort::OneStop);
     port_.setFlowControl(QSerialPort::NoFlowControl);
     if (!port_.open(QIODevice::ReadWrite))
-        throw portOpenError(location, port_.error(), port_.errorString());
+        throw portOpenError(path, port_.error(), port_.errorString());
     received_.clear();
     ++opening_;
     receiveWaiting_ = false;
@@ -63,22 +62,21 @@ void QtSerialPort::close()
 
 void QtSerialPort::letWrittenTextLeave()
 {
-    QElapsedTimer waited;
-    waited.start();
-    const auto left = [&waited] { return static_cast<int>(closingPatience.count() - waited.elapsed()); };
+    using std::chrono::duration_cast, std::chrono::milliseconds, std::chrono::steady_clock;
+    const auto deadline = steady_clock::now() + closingPatience;
+    const auto left = [deadline] {
+        return static_cast<int>(duration_cast<milliseconds>(deadline - steady_clock::now()).count());
+    };
     while (port_.bytesToWrite() > 0 && left() > 0 && port_.waitForBytesWritten(left())) {
     }
     // The system has the text now; closing resets the line's speed, so that it must be on the wire before.
-    const auto now = std::chrono::steady_clock::now();
-    std::this_thread::sleep_until(std::min(lineFreeAt_, now + closingPatience));
+    std::this_thread::sleep_until(std::min(lineFreeAt_, deadline));
 }
 
 void QtSerialPort::output(std::string_view text)
 {
-    if (!port_.isOpen())
+    if (!port_.isOpen() || goneReported_)
         throw CommError(static_cast<int>(QSerialPort::NotOpenError), "The port is not open");
-    if (goneReported_)
-        return;
     const auto now = std::chrono::steady_clock::now();
     const auto characters = static_cast<int>(text.size());
     lineFreeAt_ = std::max(lineFreeAt_, now + driverMargin) + characters * timePerCharacter_;

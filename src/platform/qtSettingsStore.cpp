@@ -5,10 +5,7 @@
 namespace zint {
 namespace {
 
-QString nameOf(const std::string& section, const std::string& key)
-{
-    return toQt(section + "/" + key);
-}
+QString nameOf(const std::string& section, const std::string& key) { return toQt(section + "/" + key); }
 
 } // namespace
 
@@ -21,7 +18,7 @@ std::string QtSettingsStore::get(const std::string& section, const std::string& 
     if (!value.isValid())
         return missing;
     // A text with commas that was written by hand comes back as a list.
-    return fromQt(value.toStringList().join(QStringLiteral(", ")));
+    return fromQt(value.toStringList().join(u','));
 }
 
 void QtSettingsStore::save(const std::string& section, const std::string& key, const std::string& value)
@@ -34,18 +31,20 @@ void QtSettingsStore::remove(const std::string& section, const std::string& key)
     settings_.remove(nameOf(section, key));
 }
 
+std::string QtSettingsStore::damage() const
+{
+    if (settings_.status() != QSettings::FormatError)
+        return {};
+    return "The saved settings in " + fromQt(settings_.fileName()) +
+           " are damaged; what can't be read has its default value. They are written anew at the exit.";
+}
+
 std::string QtSettingsStore::flush()
 {
     settings_.sync();
-    switch (settings_.status()) {
-    case QSettings::NoError:
+    if (settings_.status() != QSettings::AccessError)
         return {};
-    case QSettings::AccessError:
-        return fromQt(settings_.fileName()) + " can't be written. Check its permissions and the free space.";
-    case QSettings::FormatError:
-        return fromQt(settings_.fileName()) + " is damaged. Delete it to start with the defaults.";
-    }
-    return {};
+    return fromQt(settings_.fileName()) + " can't be written. Check its permissions and the free space.";
 }
 
 } // namespace zint

@@ -15,6 +15,7 @@ public:
                     const std::string& missing) const override;
     void save(const std::string& section, const std::string& key, const std::string& value) override;
     void remove(const std::string& section, const std::string& key) override;
+    std::string damage() const override;
     std::string flush() override;
 
 private:

@@ -12,6 +12,7 @@ constexpr int placeCount = 8; // so many hidden programs of one user can wait
 constexpr int patienceMs = 1000;
 constexpr char question[] = "show\n"; // without it, a connection only looks whether the place is taken
 constexpr char answerText[] = "shown\n";
+constexpr char refusalText[] = "visible\n";
 
 QString placeName(int place)
 {
@@ -87,9 +88,8 @@ void RunningInstance::answer(QLocalSocket& socket)
 {
     if (socket.readAll() != question)
         return;
-    socket.write(answerText);
+    socket.write(onAsked && onAsked() ? answerText : refusalText);
     socket.waitForBytesWritten(patienceMs);
-    Q_EMIT askedBack();
 }
 
 } // namespace zint

@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+#include <functional>
+
 class QLocalServer;
 class QLocalSocket;
 
@@ -24,8 +26,9 @@ public:
     void waitToBeAsked();
     void stopWaiting();
 
-Q_SIGNALS:
-    void askedBack(); ///< somebody started the program; it answers by showing a window
+    /// Called when somebody starts the program: shows a window. @return false when it has one already, so
+    /// that the second start goes on by itself
+    std::function<bool()> onAsked;
 
 private:
     void listenTo();

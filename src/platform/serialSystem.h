@@ -11,8 +11,12 @@
 /// What a serial port needs of the system beyond the toolkit's port class.
 namespace zint {
 
+/// The path of a device: a bare name is one of the system's ports, anything else is taken from the working
+/// folder.
+std::string devicePath(const std::string& location);
+
 /// Why a port could not be opened: the operating system's number and text, and what to do about it.
-CommError portOpenError(const std::string& location, QSerialPort::SerialPortError error,
+CommError portOpenError(const std::string& path, QSerialPort::SerialPortError error,
                         const QString& description);
 
 /// A port number that stands for nothing now.

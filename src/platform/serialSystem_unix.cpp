@@ -2,6 +2,8 @@
 #include "platform/serialSystem.h"
 #include "platform/text.h"
 
+#include <QFileInfo>
+
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
@@ -13,39 +15,38 @@
 namespace zint {
 namespace {
 
-std::string systemText(int number)
-{
-    return std::generic_category().message(number);
-}
-
-std::string withDevPath(const std::string& location)
-{
-    return location.find('/') == std::string::npos ? "/dev/" + location : location;
-}
+std::string systemText(int number) { return std::generic_category().message(number); }
 
 /// The number of the failure: the port class of the toolkit tells a text only, so that the system is asked
 /// once more.
-int failureNumber(const std::string& path)
+/// @return 0 when the system finds nothing wrong
+int failureNumber(const std::string& path, QSerialPort::SerialPortError error)
 {
     const int file = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (file < 0)
         return errno;
     const bool serial = ::isatty(file) != 0;
     ::close(file);
-    return serial ? EBUSY : ENOTTY; // it opens for us: then another program has locked it, or it is no port
+    if (!serial)
+        return ENOTTY;
+    return error == QSerialPort::PermissionError ? EBUSY : 0; // another program has locked it
 }
 
-std::string groupOf(const std::string& path)
+std::string whoMayUse(const std::string& path)
 {
     struct stat status = {};
     if (::stat(path.c_str(), &status) != 0)
         return {};
+    constexpr mode_t groupMayUse = S_IRGRP | S_IWGRP;
+    if ((status.st_mode & groupMayUse) != groupMayUse)
+        return "only the device's owner may use it";
     std::array<char, 4096> buffer{};
     group entry = {};
     group* found = nullptr;
-    if (::getgrgid_r(status.st_gid, &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr)
-        return std::to_string(status.st_gid);
-    return found->gr_name;
+    const bool named =
+        ::getgrgid_r(status.st_gid, &entry, buffer.data(), buffer.size(), &found) == 0 && found != nullptr;
+    return "the device belongs to the group \"" + (named ? found->gr_name : std::to_string(status.st_gid)) +
+           "\", whose members may use it";
 }
 
 std::string advice(const std::string& path, int number)
@@ -53,9 +54,7 @@ std::string advice(const std::string& path, int number)
     switch (number) {
     case EACCES:
     case EPERM:
-        if (const std::string group = groupOf(path); !group.empty())
-            return "the device belongs to the group \"" + group + "\", whose members may use it";
-        return {};
+        return whoMayUse(path);
     case EBUSY:
         return "another program holds it";
     case ENOENT:
@@ -71,15 +70,21 @@ std::string advice(const std::string& path, int number)
 
 } // namespace
 
-CommError portOpenError(const std::string& location, QSerialPort::SerialPortError /*error*/,
-                        const QString& /*description*/)
+std::string devicePath(const std::string& location)
 {
-    const std::string path = withDevPath(location);
-    const int number = failureNumber(path);
-    std::string text = systemText(number) + " (" + path + ")";
+    if (location.find('/') == std::string::npos)
+        return "/dev/" + location;
+    return fromQt(QFileInfo(toQt(location)).absoluteFilePath());
+}
+
+CommError portOpenError(const std::string& path, QSerialPort::SerialPortError error,
+                        const QString& description)
+{
+    const int number = failureNumber(path, error);
+    std::string text = (number == 0 ? fromQt(description) : systemText(number)) + " (" + path + ")";
     if (const std::string more = advice(path, number); !more.empty())
         text += " - " + more;
-    return {number, text};
+    return {number == 0 ? EIO : number, text};
 }
 
 CommError nothingConnected(int number)

@@ -33,11 +33,13 @@ std::string advice(int number)
 
 } // namespace
 
-CommError portOpenError(const std::string& location, QSerialPort::SerialPortError error,
+std::string devicePath(const std::string& location) { return location; }
+
+CommError portOpenError(const std::string& path, QSerialPort::SerialPortError error,
                         const QString& description)
 {
     const int number = failureNumber(error);
-    return {number, fromQt(description) + " (" + location + ")" + advice(number)};
+    return {number, fromQt(description) + " (" + path + ")" + advice(number)};
 }
 
 CommError nothingConnected(int number)

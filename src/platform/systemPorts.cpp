@@ -1,5 +1,6 @@
 #include "platform/systemPorts.h"
 
+#include "platform/serialSystem.h"
 #include "platform/text.h"
 
 #include <QFileInfo>
@@ -57,14 +58,27 @@ std::vector<DetectedPort> SystemPorts::detected() const
     return look();
 #else
     // A port that comes or goes changes the folder of the devices. The system goes on describing a new one
-    // for a while, so that what was seen shortly after a change does not count as seen.
-    constexpr qint64 settlingMs = 5000;
-    const QDateTime changed = QFileInfo(QStringLiteral("/dev")).lastModified();
-    if (!seenAt_.isValid() || changed.msecsTo(seenAt_) < settlingMs) {
-        seen_ = look();
-        seenAt_ = QDateTime::currentDateTime();
+    // for a while, so that one look after a change is not enough.
+    constexpr std::chrono::seconds settling{5};
+    const QDateTime change = QFileInfo(QStringLiteral("/dev")).lastModified();
+    const auto now = std::chrono::steady_clock::now();
+    if (change != lastChange_) {
+        lastChange_ = change;
+        changeSeenAt_ = now;
     }
+    if (now - changeSeenAt_ < settling)
+        seen_ = look();
     return seen_;
+#endif
+}
+
+bool SystemPorts::exists(const std::string& location) const
+{
+#ifdef Q_OS_WIN
+    return std::ranges::any_of(detected(),
+                               [&](const DetectedPort& port) { return port.location == location; });
+#else
+    return QFileInfo::exists(toQt(devicePath(location)));
 #endif
 }
 

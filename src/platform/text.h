@@ -16,15 +16,18 @@ inline QString toQt(std::string_view text)
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-inline std::string fromQt(const QString& text)
+/// The same with line ends as the toolkit shows them; the program's are CR LF, those of replies CR alone.
+inline QString toQtLines(std::string_view text)
 {
-    return text.toStdString();
+    return toQt(text).replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
 }
+
+inline std::string fromQt(const QString& text) { return text.toStdString(); }
 
 /// Shows a text in a label, or a button's caption and state, when it differs from what is shown.
 inline void display(QLabel& label, const std::string& text)
 {
-    if (const QString now = toQt(text).remove(u'\r'); label.text() != now)
+    if (const QString now = toQtLines(text); label.text() != now)
         label.setText(now);
 }
 

@@ -49,41 +49,42 @@ void toolForm::setUpCommonControls()
 
 void toolForm::closeEvent(QCloseEvent* event)
 {
+    if (gate_.isBusy() && !mayClose_) { // a handler is on the stack, perhaps with a message box open
+        event->ignore();
+        gate_.run([this] {
+            mayClose_ = true;
+            close();
+        });
+        return;
+    }
+    if (!hasUnloaded_) {
+        hasUnloaded_ = true;
+        if (mayClose_)
+            unload();
+        else
+            gate_.run([this] { unload(); });
+    }
+    event->accept();
+}
+
+void toolForm::unload()
+{
     Form_Unload();
     rememberSize();
-    event->accept();
     Q_EMIT unloaded();
 }
 
-void toolForm::goBack()
-{
-    close();
-}
+void toolForm::goBack() { close(); }
 
-void toolForm::mnuAbout_Click()
-{
-    prompts_.message(programInfo().aboutText(), {});
-}
+void toolForm::mnuAbout_Click() { prompts_.message(programInfo().aboutText(), {}); }
 
-void toolForm::mnuHelp_Click()
-{
-    openHelpPage(context_.values, helpPage_);
-}
+void toolForm::mnuHelp_Click() { openHelpPage(context_.values, helpPage_); }
 
-void toolForm::logo_Click()
-{
-    openWebSite(context_.values);
-}
+void toolForm::logo_Click() { openWebSite(context_.values); }
 
-void toolForm::mnuPrintSetup_Click()
-{
-    printer().setUp();
-}
+void toolForm::mnuPrintSetup_Click() { printer().setUp(); }
 
-void toolForm::mnuPrintOut_Click()
-{
-    printer().print();
-}
+void toolForm::mnuPrintOut_Click() { printer().print(); }
 
 WindowPrinter& toolForm::printer()
 {

@@ -33,7 +33,7 @@ protected:
     /// Called by the constructor of each window once its controls exist.
     void setUpCommonControls();
 
-    /// Ends what the window has running; called once, when it closes.
+    /// Ends what the window has running; called once, when it closes, never inside another handler.
     virtual void Form_Unload() {}
 
     void closeEvent(QCloseEvent* event) override;
@@ -67,6 +67,7 @@ private:
     void mnuPrintOut_Click();
     void logo_Click();
     void goBack();
+    void unload();
 
     void restoreSize();
     void rememberSize();
@@ -77,6 +78,8 @@ private:
     EventGate gate_;
     QtPrompts prompts_;
     std::unique_ptr<WindowPrinter> printer_;
+    bool mayClose_ = false; ///< a close that had to wait has come through the gate
+    bool hasUnloaded_ = false;
 };
 
 } // namespace zint

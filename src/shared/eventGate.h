@@ -19,6 +19,9 @@ public:
     /// Runs the handler at once, or after the one that is running and those that came before.
     void run(Handler handler);
 
+    /// Whether a handler is running.
+    bool isBusy() const { return busy_; }
+
     /// Told the text of what a handler threw. Until it returns, further events go on waiting.
     std::function<void(const std::string& text)> onError;
 

@@ -87,10 +87,7 @@ std::string fileNamePart(std::string_view path)
     return std::string(name);
 }
 
-std::filesystem::path utf8Path(std::string_view path)
-{
-    return {std::u8string(path.begin(), path.end())};
-}
+std::filesystem::path utf8Path(std::string_view path) { return {std::u8string(path.begin(), path.end())}; }
 
 bool fileExists(const std::string& path) noexcept
 {

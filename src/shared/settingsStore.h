@@ -17,6 +17,9 @@ public:
 
     virtual void remove(const std::string& section, const std::string& key) = 0;
 
+    /// Why what is stored can't be read, in words for the user; empty when it can.
+    virtual std::string damage() const { return {}; }
+
     /// Writes what was saved. @return why that failed, in words for the user, or empty
     virtual std::string flush() = 0;
 };
