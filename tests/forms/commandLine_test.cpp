@@ -13,49 +13,45 @@ CommandLine parse(const char* words)
         QStringLiteral("zint-obd %1").arg(QLatin1String(words)).split(u' ', Qt::SkipEmptyParts));
 }
 
-TEST(CommandLineTest, Actions)
+TEST(CommandLineTest, TakesActionsAndPorts)
 {
-    EXPECT_EQ(parse("").action, Action::showWindows);
-    EXPECT_EQ(parse("--simulate --speed 38400").action, Action::showWindows);
-    EXPECT_EQ(parse("codes").action, Action::reportCodes);
-    EXPECT_EQ(parse("--version").action, Action::showVersion);
-    EXPECT_EQ(parse("codes --help").action, Action::showHelp);
-}
-
-TEST(CommandLineTest, Ports)
-{
-    struct Row {
+    const struct {
         const char* words;
-        int number;
-        const char* location;
+        Action action;
+        int port = 0; ///< 0: not told
+        const char* location = "";
+    } rows[] = {
+        {"", Action::showWindows},
+        {"codes", Action::reportCodes},
+        {"--version", Action::showVersion},
+        {"codes --help", Action::showHelp},
+        {"--port com3", Action::showWindows, 3},
+        {"--port COM8", Action::showWindows, 8},
+        {"--port /dev/ttyUSB1", Action::showWindows, 1, "/dev/ttyUSB1"},
+        {"--port com3=/dev/rfcomm0", Action::showWindows, 3, "/dev/rfcomm0"},
+        {"--port com9", Action::showWindows, 1, "com9"},
+        {"--port /dev/a=b", Action::showWindows, 1, "/dev/a=b"},
+        {"--simulate --speed 38400", Action::showWindows, 1, "simulated"},
     };
-    for (const Row& row :
-         {Row{"--port com3", 3, ""}, Row{"--port COM8", 8, ""}, Row{"--port /dev/ttyUSB1", 1, "/dev/ttyUSB1"},
-          Row{"--port com3=/dev/rfcomm0", 3, "/dev/rfcomm0"}, Row{"--port com9", 1, "com9"},
-          Row{"--port /dev/a=b", 1, "/dev/a=b"}, Row{"--simulate", 1, "simulated"},
-          Row{"--simulate --port com1", 1, "simulated"}}) {
-        const CommandLine line = parse(row.words);
-        EXPECT_EQ(line.action, Action::showWindows) << row.words << ": " << line.complaint;
-        EXPECT_EQ(line.connection.portNumber, row.number) << row.words;
-        EXPECT_EQ(line.connection.portLocation, row.location) << row.words;
+    for (const auto& [words, action, port, location] : rows) {
+        const CommandLine line = parse(words);
+        EXPECT_EQ(line.action, action) << words << ": " << line.complaint;
+        EXPECT_EQ(line.connection.portNumber.value_or(0), port) << words;
+        EXPECT_EQ(line.connection.portLocation, location) << words;
     }
     EXPECT_EQ(parse("--speed 38400").connection.speedPosition, 1);
-    EXPECT_FALSE(parse("").connection.portNumber);
+    const CommandLine clear = parse("codes --clear --yes --timeout 7");
+    EXPECT_TRUE(clear.clearCodes);
+    EXPECT_EQ(clear.timeout, std::chrono::seconds(7));
 }
 
-TEST(CommandLineTest, WhatIsWrongIsRefused)
+TEST(CommandLineTest, RefusesWhatIsWrong)
 {
     for (const char* words : {"code", "codes twice", "--prot com1", "--port com3=", "--port", "--speed 19200",
                               "--simulate --port com2", "codes --clear", "--clear --yes", "--timeout 3",
                               "codes --timeout x", "codes --timeout -1"}) {
-        const CommandLine line = parse(words);
-        EXPECT_EQ(line.action, Action::refuse) << words;
-        EXPECT_FALSE(line.complaint.empty()) << words;
+        EXPECT_TRUE(parse(words).action == Action::refuse && !parse(words).complaint.empty()) << words;
     }
-    const CommandLine clear = parse("codes --clear --yes --timeout 7");
-    EXPECT_EQ(clear.action, Action::reportCodes);
-    EXPECT_TRUE(clear.clearCodes);
-    EXPECT_EQ(clear.timeout, std::chrono::seconds(7));
 }
 
 } // namespace

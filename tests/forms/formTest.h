@@ -1,54 +1,101 @@
 #pragma once
 
+#include "app/startForm.h"
 #include "platform/toolContext.h"
+#include "support/fixedPortList.h"
 #include "support/memorySettings.h"
 #include "support/scriptedAdapter.h"
 
 #include <QApplication>
+#include <QGroupBox>
+#include <QLabel>
 #include <QMessageBox>
-#include <QString>
-#include <QWidget>
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <vector>
+#include <QTest>
 
 namespace zint {
 
 /// Runs the event loop until the condition holds. @return whether it did within five seconds
-bool waitUntil(const std::function<bool()>& condition);
+inline bool waitUntil(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, 5000); }
+
+/// What a label, a button or a frame shows.
+inline QString textOf(const QWidget& control)
+{
+    return control.property(qobject_cast<const QGroupBox*>(&control) != nullptr ? "title" : "text")
+        .toString();
+}
 
 /// The next message box is read and answered as a user would.
-void answerNextBox(QMessageBox::StandardButton button, QString* text = nullptr);
-
-/// The next modal dialog is handed to `act`, which closes it.
-void withNextDialog(const std::function<void(QWidget& dialog)>& act);
+inline void answerNextBox(QMessageBox::StandardButton button, QString* text)
+{
+    auto* watch = new QTimer(qApp);
+    QObject::connect(watch, &QTimer::timeout, watch, [watch, button, text] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            watch->stop();
+            watch->deleteLater();
+            *text = box->text();
+            box->button(button)->click();
+        }
+    });
+    watch->start(5);
+}
 
 /// A window with what the program would give it; the port is a scripted adapter.
 class FormTest : public testing::Test {
 protected:
-    FormTest();
-    ~FormTest() override;
+    ~FormTest() override
+    {
+        delete form;
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 
-    /// A control of the window by its name.
+    /// The launcher's window, in a program that has all tools but the terminal.
+    std::unique_ptr<startForm> makeStartForm()
+    {
+        const auto makeLauncher = [this](Prompts& prompts) -> Launcher& {
+            return launcher.emplace(
+                settings, ports, prompts, values, design,
+                Launcher::System{.workingFolder = "/work", .findBrowser = [] { return ""; }});
+        };
+        return std::make_unique<startForm>(
+            context, makeLauncher,
+            startForm::Actions{.hasTool = [](Tool tool) { return tool != Tool::terminal; },
+                               .openTool = [this](Tool tool) { opened.push_back(tool); },
+                               .assignPorts = [this] { ++portsAssigned; }});
+    }
+
     template <typename Widget>
     Widget* control(const char* name)
     {
         auto* found = form->findChild<Widget*>(QLatin1String(name));
-        if (found == nullptr)
-            throw std::logic_error(std::string("no control ") + name);
-        return found;
+        return found != nullptr ? found : throw std::logic_error(std::string("no control ") + name);
     }
 
-    QString textOf(const char* name);
+    void click(const char* name) { QTest::mouseClick(control<QPushButton>(name), Qt::LeftButton); }
+
+    QString textOf(const char* name) { return zint::textOf(*control<QWidget>(name)); }
 
     ProgramValues values;
     Design design;
     MemorySettings settings;
-    ConnectionChoice choice;
+    FixedPortList system;
+    PortDirectory ports{settings, system};
+    std::optional<Launcher> launcher;
+    std::vector<Tool> opened;
+    int portsAssigned = 0;
     ScriptedAdapter* adapter = nullptr; ///< of the tool that was made last; owned by it
-    int failedConnOpened = 0;
-    ToolContext context;
+    ToolContext context{
+        .values = values,
+        .design = design,
+        .settings = settings,
+        .connection = [] { return ConnectionChoice(); },
+        .makePort =
+            [this](EventGate& gate, const ConnectionChoice&) {
+                auto port = std::make_unique<ScriptedAdapter>(&gate);
+                adapter = port.get();
+                return port;
+            },
+        .openFailedConn = {},
+    };
     QWidget* form = nullptr; ///< deleted at the end of the test
 };
 

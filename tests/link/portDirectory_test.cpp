@@ -12,7 +12,10 @@ struct PortDirectoryTest : testing::Test {
     FixedPortList system;
     PortDirectory directory{settings, system};
 
-    PortDirectoryTest() { system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", ""}, {"/dev/rfcomm0", "", ""}}; }
+    PortDirectoryTest()
+    {
+        system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", ""}, {"/dev/rfcomm0", "", ""}};
+    }
 
     std::string textOf(int number) const { return directory.target(number).text(); }
 };
@@ -26,6 +29,8 @@ TEST_F(PortDirectoryTest, TheRunsAssignmentComesBeforeTheUsersAndThatBeforeTheDe
 
     directory.assign(1, "/tmp/zint-sim");
     directory.assign(8, "/dev/ttyUSB0");
+    EXPECT_EQ(textOf(1), "/tmp/zint-sim - nothing connected");
+    system.devices = {"/tmp/zint-sim"};
     EXPECT_EQ(textOf(1), "/tmp/zint-sim");
     EXPECT_EQ(textOf(8), "/dev/ttyUSB0 - FT232R USB UART");
 
@@ -47,7 +52,7 @@ TEST_F(PortDirectoryTest, UsesTheSystemsOwnNumbersWhereThereAreSuch)
     system.numbersAreFixed = true;
     system.ports = {{"COM7", "USB Serial", "1A86:7523"}};
     EXPECT_EQ(textOf(7), "COM7 - USB Serial");
-    EXPECT_EQ(textOf(1), "COM1") << "not the first detected port";
+    EXPECT_EQ(textOf(1), "COM1 - nothing connected") << "not the first detected port";
     directory.assign(1, "COM7");
     EXPECT_EQ(textOf(1), "COM7 - USB Serial");
 }

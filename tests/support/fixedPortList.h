@@ -2,14 +2,21 @@
 
 #include "link/portDirectory.h"
 
+#include <algorithm>
+
 namespace zint {
 
 /// The ports of a machine that a test makes up.
 struct FixedPortList final : PortList {
     std::vector<DetectedPort> ports;
-    bool numbersAreFixed = false; ///< port n is always "COMn"
+    bool numbersAreFixed = false;     ///< port n is always "COMn"
+    std::vector<std::string> devices; ///< exist, but are not detected, as a typed path
 
     std::vector<DetectedPort> detected() const override { return ports; }
+    bool exists(const std::string& location) const override
+    {
+        return std::ranges::find(devices, location) != devices.end();
+    }
     std::optional<std::string> fixedLocation(int number) const override
     {
         return numbersAreFixed ? std::optional("COM" + std::to_string(number)) : std::nullopt;

@@ -12,8 +12,8 @@ namespace zint {
 class MemorySettings final : public SettingsStore {
 public:
     std::vector<std::string> savedKeys; ///< in the order in which they were saved
+    std::string damageText;
     std::string flushFailure;
-    int flushes = 0;
 
     std::string get(const std::string& section, const std::string& key,
                     const std::string& missing = {}) const override
@@ -33,11 +33,9 @@ public:
         values_.erase({section, key});
     }
 
-    std::string flush() override
-    {
-        ++flushes;
-        return flushFailure;
-    }
+    std::string damage() const override { return damageText; }
+
+    std::string flush() override { return flushFailure; }
 
 private:
     std::map<std::pair<std::string, std::string>, std::string> values_;

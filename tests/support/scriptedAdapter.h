@@ -12,11 +12,9 @@
 
 namespace zint {
 
-/// A serial port with an adapter behind it that follows a script.
-///
-/// A write that is not the next one expected fails the test, and so does a step that was never used. Answers
-/// are delivered by play() alone, never from inside a call to the port. With a gate, notifications pass it as
-/// those of the real port do.
+/// A serial port with an adapter behind it that follows a script. A write that is not the next one expected
+/// fails the test, and so does a step that was never used. Answers are delivered by play() alone, never from
+/// inside a call to the port. With a gate, notifications pass it as those of the real port do.
 class ScriptedAdapter final : public SerialPort {
 public:
     /// One expected write and the pieces in which its answer comes.
@@ -36,29 +34,26 @@ public:
     std::optional<CommError> writeError;
 
     explicit ScriptedAdapter(EventGate* gate = nullptr) : gate_(gate) {}
-    ~ScriptedAdapter() override { verifyAllUsed(); }
+    ~ScriptedAdapter() override
+    {
+        for (const Step& step : steps_)
+            ADD_FAILURE() << "never written: " << testing::PrintToString(step.written);
+    }
 
     Step& expect(std::string written) { return steps_.emplace_back(Step{std::move(written), {}}); }
 
-    /// Expects the reset and the echo-off that begin each exchange, and answers both.
+    /// Expects the reset and the echo-off that begin each exchange.
     void expectOpening()
     {
         expect("ATZ\r").answer("ATZ\r\r\rELM327 v1.5\r\r>");
         expect("ATE0\r").answer("ATE0\rOK\r\r>");
     }
 
-    /// Fails the test for each step that was not used.
-    void verifyAllUsed()
-    {
-        for (; !steps_.empty(); steps_.pop_front())
-            ADD_FAILURE() << "never written: " << testing::PrintToString(steps_.front().written);
-    }
-
     /// Delivers what is due, and what becomes due by that, until nothing is left.
     void play()
     {
         while (!due_.empty()) {
-            const std::string piece = std::move(due_.front());
+            const std::string piece = due_.front();
             due_.pop_front();
             receive(piece);
         }
@@ -74,8 +69,7 @@ public:
     void sendEvent(int event)
     {
         const auto tell = [this, event, opening = openings_] {
-            const bool nothingLeft = event == commEvent::receive && received_.empty();
-            if (!open_ || opening != openings_ || nothingLeft)
+            if (!open_ || opening != openings_ || (event == commEvent::receive && received_.empty()))
                 return;
             lastEvent_ = event;
             onComm();
@@ -121,10 +115,8 @@ public:
             throw CommError(*writeError);
         EXPECT_TRUE(open_) << "written to a closed port";
         history.emplace_back(text);
-        if (steps_.empty() || steps_.front().written != text) {
-            ADD_FAILURE() << "unexpected: " << testing::PrintToString(text);
-            return;
-        }
+        ASSERT_TRUE(!steps_.empty() && steps_.front().written == text)
+            << "unexpected: " << testing::PrintToString(text);
         due_.insert(due_.end(), steps_.front().pieces.begin(), steps_.front().pieces.end());
         steps_.pop_front();
     }

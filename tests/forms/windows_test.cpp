@@ -1,0 +1,149 @@
+#include "app/failedConnForm.h"
+#include "app/portsForm.h"
+#include "codes/codesForm.h"
+#include "forms/formTest.h"
+#include "platform/windowPrinter.h"
+#include "support/scriptedPrompts.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QPrinter>
+#include <QTemporaryDir>
+#include <QTreeWidget>
+
+namespace zint {
+namespace {
+
+struct StartFormTest : FormTest {
+    QString message; ///< the last one shown
+
+    void open() { (form = makeStartForm().release())->show(); }
+
+    const QString& messageOf(const char* action)
+    {
+        answerNextBox(QMessageBox::Ok, &message);
+        control<QAction>(action)->trigger();
+        return message;
+    }
+};
+
+TEST_F(StartFormTest, OffersPortsAndSpeedsAndKeepsTheChoice)
+{
+    settings.save("Startup", "comPort", "eleven");
+    answerNextBox(QMessageBox::Ok, &message);
+    open();
+    EXPECT_TRUE(message.contains(u"\"comPort\" is \"eleven\"")) << message.toStdString();
+    EXPECT_EQ(form->windowTitle(), u"Zint v1.5.1");
+    EXPECT_EQ(control<QComboBox>("comPort")->currentText(), u"com1");
+    EXPECT_EQ(control<QComboBox>("comSpeed")->currentText(), u"9600");
+    EXPECT_TRUE(waitUntil([&] { return textOf("portInfo") == u"nothing connected"; }));
+    system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", "0403:6001"}};
+    EXPECT_TRUE(waitUntil([&] { return textOf("portInfo") == u"/dev/ttyUSB0 - FT232R USB UART"; }));
+
+    control<QComboBox>("comPort")->setCurrentIndex(2);
+    control<QComboBox>("comSpeed")->setCurrentIndex(1);
+    EXPECT_EQ(textOf("portInfo"), u"nothing connected");
+    form->setAttribute(Qt::WA_DeleteOnClose, false);
+    form->close();
+    EXPECT_EQ(settings.get("Startup", "comPort"), "2");
+    EXPECT_EQ(settings.get("Startup", "comSpeed"), "1");
+}
+
+TEST_F(StartFormTest, ButtonsAndMenusDoTheirWork)
+{
+    open();
+    EXPECT_FALSE(control<QPushButton>("debugger")->isEnabled()) << "the tool does not exist here";
+    for (const char* name : {"getCodes", "editDTC", "pollDesign2", "obdPoll", "scanner"})
+        click(name);
+    EXPECT_EQ(opened, (std::vector{Tool::codes, Tool::dtcEditor, Tool::pollDesigner,
+                                   Tool::pollDesigner, // the default design has unpolled events
+                                   Tool::scanner}));
+    control<QAction>("mnuPorts")->trigger();
+    EXPECT_EQ(portsAssigned, 1);
+    control<QAction>("mnuClearReg")->trigger();
+    EXPECT_TRUE(messageOf("mnuShowReg").endsWith(u"Vars:\nparmInitDir \nparmDTCdb \n"));
+    EXPECT_TRUE(messageOf("mnuAbout").startsWith(u"Zint Version 1.5.1\n"));
+}
+
+using FailedConnFormTest = FormTest;
+
+TEST_F(FailedConnFormTest, ShowsTheFailureAndTheHints)
+{
+    EXPECT_EQ(failedConnForm(context).findChild<QLabel*>(QStringLiteral("failedRpt"))->text(), u"");
+    values.lastFailureText = "Timeout responding to ATZ";
+    form = new failedConnForm(context);
+    form->show();
+    EXPECT_EQ(textOf("failedRpt"), u"Timeout responding to ATZ");
+    EXPECT_TRUE(textOf("detail1").startsWith(u"We apologize for the inconvenience"));
+    click("tooOld");
+    EXPECT_TRUE(textOf("detail1").startsWith(u"OBD2 standards were in effect in the U.S. in 1996."));
+    click("badHardware");
+    EXPECT_TRUE(textOf("detail1").endsWith(u"re-attaching the computer, wait, then vehicle"));
+    click("ignitionOn");
+    EXPECT_EQ(textOf("detail1"), u"The vehicle ignition must be ON, preferably with engine running");
+    form->setAttribute(Qt::WA_DeleteOnClose, false);
+    click("applyCom");
+    EXPECT_FALSE(form->isVisible());
+}
+
+using PortsFormTest = FormTest;
+
+TEST_F(PortsFormTest, AssignsWhatWasChosenOrTypedUnlessCancelled)
+{
+    system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", "0403:6001"}};
+    ports.assign(4, "/dev/old");
+    auto* dialog = new portsForm(ports, nullptr);
+    form = dialog;
+    EXPECT_EQ(control<QTreeWidget>("detectedPorts")->topLevelItem(0)->text(2), u"0403:6001");
+    EXPECT_EQ(control<QComboBox>("assigned1")->currentText(), u"Automatic");
+    EXPECT_EQ(control<QComboBox>("assigned4")->currentText(), u"/dev/old");
+    control<QComboBox>("assigned1")->setCurrentText(u"Simulated vehicle"_qs);
+    control<QComboBox>("assigned2")->setCurrentText(u"/dev/ttyUSB0 - FT232R USB UART"_qs);
+    control<QComboBox>("assigned3")->setCurrentText(u"  /dev/rfcomm0 "_qs);
+    control<QComboBox>("assigned4")->setCurrentText(u""_qs);
+    dialog->reject();
+    EXPECT_EQ(ports.assignment(1), "");
+    dialog->accept();
+    EXPECT_TRUE(ports.target(1).isSimulated());
+    EXPECT_EQ(ports.assignment(2), "/dev/ttyUSB0");
+    EXPECT_EQ(ports.assignment(3), "/dev/rfcomm0");
+    EXPECT_EQ(ports.assignment(4), "");
+    EXPECT_EQ(settings.get("Ports", "com5", "not saved"), "not saved");
+}
+
+struct CodesFormTest : FormTest {
+    CodesFormTest() { (form = new codesForm(context))->show(); }
+};
+
+TEST_F(CodesFormTest, ClosingEndsTheExchange)
+{
+    adapter->expect("ATZ\r");
+    adapter->expect("ATD\r");
+    click("getCodes");
+    bool unloaded = false;
+    QObject::connect(static_cast<toolForm*>(form), &toolForm::unloaded, form, [&] {
+        unloaded = true;
+        EXPECT_FALSE(adapter->isOpen());
+    });
+    form->setAttribute(Qt::WA_DeleteOnClose, false); // the test looks at it once more
+    click("backCom");
+    EXPECT_TRUE(unloaded);
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_FALSE(settings.get("Windows", "codesForm").empty()) << "the size is not remembered";
+}
+
+TEST_F(CodesFormTest, PrintsItsImage)
+{
+    const QTemporaryDir folder;
+    ScriptedPrompts prompts;
+    QPrinter printer;
+    printer.setOutputFileName(folder.filePath(QStringLiteral("codes.pdf")));
+    ASSERT_TRUE(WindowPrinter(*form, prompts).printOn(printer));
+    QFile file(printer.outputFileName());
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly) && file.readAll().contains("/Image"));
+    printer.setOutputFileName(folder.filePath(QStringLiteral("no such folder/codes.pdf")));
+    EXPECT_FALSE(WindowPrinter(*form, prompts).printOn(printer));
+}
+
+} // namespace
+} // namespace zint
