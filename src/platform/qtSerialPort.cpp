@@ -86,7 +86,6 @@ void QtSerialPort::output(std::string_view text)
         return;
     if (port_.write(text.data(), static_cast<qint64>(text.size())) < 0)
         throw CommError(static_cast<int>(port_.error()), fromQt(port_.errorString()));
-    port_.flush(); // now, and not when the event loop comes round to it
 }
 
 void QtSerialPort::dataArrived()

@@ -22,7 +22,7 @@ struct Outcome {
 };
 
 /// Runs zint-obd with a home of its own, so that nobody's settings matter.
-Outcome runZint(const QStringList& arguments)
+Outcome runZint(const QStringList& arguments, const QString& outputFile = {})
 {
     const QTemporaryDir home;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -32,6 +32,8 @@ Outcome runZint(const QStringList& arguments)
     QProcess process;
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(home.path());
+    if (!outputFile.isEmpty())
+        process.setStandardOutputFile(outputFile);
     process.start(QStringLiteral(ZINT_OBD), arguments);
     const bool ended = process.waitForFinished(patienceMs) && process.exitStatus() == QProcess::NormalExit;
     return {ended ? process.exitCode() : -1, process.readAllStandardOutput().toStdString(),
@@ -121,6 +123,9 @@ TEST(CodesEndToEnd, UsageAndVersion)
     EXPECT_EQ(noDisplay.status, 1);
     EXPECT_NE(noDisplay.errors.find("there is no display"), std::string::npos);
     EXPECT_TRUE(runZint(words("codes --simulate")).output.starts_with(litReport));
+    const Outcome full = runZint(words("codes --simulate"), QStringLiteral("/dev/full"));
+    EXPECT_EQ(full.status, 1);
+    EXPECT_NE(full.errors.find("could not be written"), std::string::npos) << full.errors;
 }
 
 } // namespace

@@ -48,8 +48,8 @@ TEST(QtSettingsStoreTest, KeepsTextsAsTheyAre)
 
 TEST(BrowserTest, TheEnvironmentsChoiceComesFirst)
 {
-    EXPECT_EQ(findBrowser(), "/bin/true"); // as set in main
-    qputenv("BROWSER", "no-such-browser:sh %s");
+    EXPECT_EQ(findBrowser(), "/bin/true");                          // as set in main
+    qputenv("BROWSER", "no-such-browser:env HINT=1 true %s:sh %s"); // env alone would show no page
     EXPECT_TRUE(findBrowser().ends_with("/sh"));
     qputenv("BROWSER", "/bin/true");
 }

@@ -1,6 +1,8 @@
 #include "app/program.h"
 #include "forms/formTest.h"
+#include "sim/pseudoTerminal.h"
 
+#include <atomic>
 #include <thread>
 
 namespace zint {
@@ -93,6 +95,49 @@ TEST_F(ProgramTest, AProgramWithoutAVisibleWindowLivesOnAndIsBroughtBack)
     EXPECT_TRUE(broughtBack);
     EXPECT_TRUE(waitUntil([] { return window("codesForm") == nullptr; })) << "the hidden tool is unloaded";
     EXPECT_FALSE(RunningInstance::bringBackHidden()) << "a visible program is not asked";
+}
+
+/// The program with the test as the adapter.
+TEST(ProgramWithAdapterTest, AMessageOverAHiddenToolLeavesASecondStartAlone)
+{
+    PseudoTerminal terminal;
+    Program program(ConnectionOptions{.portNumber = 1, .portLocation = terminal.path()});
+    program.start();
+    ProgramTest::click("startForm", "getCodes");
+    ProgramTest::click("codesForm", "getCodes");
+    ASSERT_TRUE(terminal.takeOpening());
+    for (const char* request : {"ATZ\r", "ATE0\r", "0101\r"}) {
+        std::string sent;
+        ASSERT_TRUE(waitUntil([&] { return (sent += terminal.read()) == request; })) << sent;
+        if (request != std::string("0101\r"))
+            terminal.write(">");
+    }
+    ProgramTest::window("codesForm")->findChild<QAction*>(QStringLiteral("ftc"))->trigger();
+    ProgramTest::click("failedConnForm", "cancelCom");
+    QTest::qWait(50);
+
+    const auto startAgain = [] {
+        std::atomic<int> result = -1;
+        std::thread second([&result] { result = RunningInstance::bringBackHidden() ? 1 : 0; });
+        EXPECT_TRUE(waitUntil([&result] { return result >= 0; }));
+        second.join();
+        return result == 1;
+    };
+    bool whileOpen = true;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+        if (QWidget* box = QApplication::activeModalWidget()) {
+            watch.stop();
+            whileOpen = startAgain();
+            box->close();
+        }
+    });
+    watch.start(5);
+    terminal.write("NO DATA\r\r>");
+    ASSERT_TRUE(waitUntil([&] { return !whileOpen; }));
+    EXPECT_TRUE(waitUntil([&] { return terminal.read() == "ATD\r"; })) << "the exchange goes on to its end";
+    EXPECT_TRUE(startAgain());
+    EXPECT_TRUE(ProgramTest::isVisible("startForm"));
 }
 
 } // namespace

@@ -70,10 +70,10 @@ using FailedConnFormTest = FormTest;
 TEST_F(FailedConnFormTest, ShowsTheFailureAndTheHints)
 {
     EXPECT_EQ(failedConnForm(context).findChild<QLabel*>(QStringLiteral("failedRpt"))->text(), u"");
-    values.lastFailureText = "Timeout responding to ATZ";
+    values.lastFailureText = "SEARCHING...\r41 01 00 \r\r>";
     form = new failedConnForm(context);
     form->show();
-    EXPECT_EQ(textOf("failedRpt"), u"Timeout responding to ATZ");
+    EXPECT_EQ(textOf("failedRpt"), u"SEARCHING...\n41 01 00 \n\n>") << "the reply's lines are lines here";
     EXPECT_TRUE(textOf("detail1").startsWith(u"We apologize for the inconvenience"));
     click("tooOld");
     EXPECT_TRUE(textOf("detail1").startsWith(u"OBD2 standards were in effect in the U.S. in 1996."));
