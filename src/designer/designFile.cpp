@@ -1,0 +1,124 @@
+#include "designer/designFile.h"
+
+#include "shared/module1.h"
+#include "shared/runTimeError.h"
+#include "shared/textFile.h"
+
+#include <limits>
+#include <string_view>
+#include <vector>
+
+namespace zint {
+namespace {
+
+constexpr char separator = '|';
+constexpr std::string_view endLine = "EOP - end of Parms";
+constexpr std::size_t mostFields = 7;
+constexpr std::size_t fewestFields = 5;
+
+/// The fields of a line; the seventh holds all that is left.
+std::vector<std::string_view> split(std::string_view line)
+{
+    std::vector<std::string_view> fields;
+    while (fields.size() + 1 < mostFields) {
+        const auto end = line.find(separator);
+        if (end == std::string_view::npos)
+            break;
+        fields.push_back(line.substr(0, end));
+        line.remove_prefix(end + 1);
+    }
+    fields.push_back(line);
+    return fields;
+}
+
+std::string lineOf(LineReader& lines)
+{
+    auto line = lines.next();
+    if (!line)
+        throw FileError("the file ends before its settings line");
+    return *line;
+}
+
+std::int16_t toSpeed(std::string_view text)
+{
+    const std::int32_t speed = toInteger(text);
+    if (speed < std::numeric_limits<std::int16_t>::min() || speed > std::numeric_limits<std::int16_t>::max())
+        throw RunTimeError::overflow();
+    const bool offered = speed >= fastestSampling && speed <= slowestSampling;
+    return speed == Design::automaticSpeed || offered ? static_cast<std::int16_t>(speed)
+                                                      : Design::defaultSpeed;
+}
+
+void readSettings(std::string_view line, Design& design)
+{
+    const auto end = line.find(separator);
+    design.extraCommands = line.substr(0, end);
+    if (end != std::string_view::npos)
+        design.sampleSpeed = toSpeed(line.substr(end + 1));
+}
+
+DesignEntry toEvent(const std::vector<std::string_view>& fields)
+{
+    DesignEntry event{.code = std::string(fields[0]),
+                      .description = std::string(fields[1]),
+                      .conversion = toInteger(fields[2]),
+                      .frequency = toInteger(fields[3]),
+                      .offset = toInteger(fields[4])};
+    if (fields.size() == mostFields) {
+        event.reserved1 = toInteger(fields[5]);
+        event.reserved2 = toInteger(fields[6]);
+    }
+    return event;
+}
+
+void appendEvent(Design& design, DesignEntry event)
+{
+    if (design.eventCount() == Design::maxEvents)
+        throw FileError("the file holds more than " + std::to_string(Design::maxEvents) + " events");
+    if (event.frequency > 0)
+        ++design.polledCount();
+    design.entries.at(static_cast<std::size_t>(++design.eventCount())) = std::move(event);
+}
+
+} // namespace
+
+void writeDesign(std::ostream& stream, const Design& design)
+{
+    stream << design.title() << lineEnd << design.extraCommands << separator << design.sampleSpeed << lineEnd;
+    for (std::int32_t n = 1; n <= design.eventCount(); ++n) {
+        const DesignEntry& event = design.entries.at(static_cast<std::size_t>(n));
+        stream << event.code << separator << event.description << separator << event.conversion << separator
+               << event.frequency << separator << event.offset << separator << event.reserved1 << separator
+               << event.reserved2 << lineEnd;
+    }
+    stream << endLine << lineEnd;
+}
+
+Design readDesign(std::istream& stream)
+{
+    LineReader lines(stream);
+    Design design;
+    design.title() = lineOf(lines);
+    readSettings(lineOf(lines), design);
+    while (const auto line = lines.next()) {
+        if (line->starts_with(endLine))
+            break;
+        if (const auto fields = split(*line); fields.size() >= fewestFields)
+            appendEvent(design, toEvent(fields));
+    }
+    return design;
+}
+
+Design loadDesign(const std::string& path)
+{
+    Design design;
+    readFile(path, [&design](std::istream& stream) { design = readDesign(stream); });
+    return design;
+}
+
+void saveDesign(const std::string& path, const Design& design)
+{
+    replaceFile(path, [&design](std::ostream& stream) { writeDesign(stream, design); });
+}
+
+} // namespace zint

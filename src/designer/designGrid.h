@@ -1,0 +1,49 @@
+#pragma once
+
+#include "catalogue/design.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace zint {
+
+/// One row of the designer's grid: an event, polled or not.
+struct GridRow {
+    std::string code;
+    std::string description;
+    std::int32_t conversion = 0;
+    std::int32_t frequency = 0; ///< 0: disabled
+    std::string offset = "0";   ///< as typed; read as a number when the design is committed
+
+    bool isEnabled() const { return frequency >= 1; }
+    bool operator==(const GridRow&) const = default;
+};
+
+/// What the designer's grid holds while the user edits it. The design changes when the grid is committed.
+struct DesignGrid {
+    std::string title;
+    std::vector<GridRow> rows;
+
+    bool operator==(const DesignGrid&) const = default;
+};
+
+/// A design holds no more events than Design::maxEvents.
+class TooManyEvents : public std::runtime_error {
+public:
+    explicit TooManyEvents(std::size_t count);
+};
+
+/// The grid for a design.
+DesignGrid gridOf(const Design& design);
+
+/// Makes the enabled rows the design's events, in their order, and the grid's title its title. The design's
+/// two reserved numbers stay with the places in the list, not with the rows.
+/// @throws RunTimeError 13 or 6 for an offset that is no number, TooManyEvents for a 65th enabled row; the
+/// design is then as
+///         it was
+void commit(const DesignGrid& grid, Design& design);
+
+} // namespace zint

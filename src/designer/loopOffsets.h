@@ -1,0 +1,23 @@
+#pragma once
+
+#include "catalogue/design.h"
+
+#include <string>
+
+/// In which passes of the polling loop the events are requested.
+namespace zint {
+
+/// Whether an event is requested in a pass, counted from 0. @throws RunTimeError 11 for frequency 0
+bool isDue(const DesignEntry& event, std::int32_t pass);
+
+/// Spreads the events of each frequency over its passes: the first of a frequency falls into pass 0, the next
+/// into pass 1 and so on, beginning again after as many passes as the frequency has.
+void spreadOffsets(Design& design);
+
+/// The events of each pass as text, lines ended by CR LF, for as many passes as the largest frequency has, at
+/// least 10, and on to the next pass with an event. The title is dropped from the design on the way: the line
+/// before the first pass shows it empty.
+/// @throws RunTimeError 11 for a design without events or with one of frequency 0
+std::string timelineText(Design& design);
+
+} // namespace zint

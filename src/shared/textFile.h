@@ -1,0 +1,46 @@
+#pragma once
+
+#include "shared/fileError.h"
+
+#include <functional>
+#include <istream>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+/// Text files as all tools write and read them: lines ended by CR LF, paths in UTF-8.
+namespace zint {
+
+inline constexpr std::string_view lineEnd = "\r\n";
+
+/// The text in UTF-8: as it is when it is valid UTF-8, else read as Windows-1252, as older programs wrote.
+std::string toUtf8(std::string_view bytes);
+
+/// Reads a stream line by line; CR LF and LF alone both end a line, and so does the end of the stream.
+class LineReader {
+public:
+    /// Longer lines are no text of this program's; reading on would only fill the memory.
+    static constexpr std::size_t longestLine = 65536;
+
+    explicit LineReader(std::istream& stream) : stream_(stream) {}
+
+    /// The next line without its end, in UTF-8; nothing at the end of the stream.
+    /// @throws FileError for a line that is too long, or when the stream can't be read
+    std::optional<std::string> next();
+
+private:
+    std::istream& stream_;
+};
+
+/// Calls `read` with the file's stream. @throws FileError when the file can't be opened; whatever `read`
+/// throws
+void readFile(const std::string& path, const std::function<void(std::istream&)>& read);
+
+/// Writes a file in one step: `write` fills a new file, which then takes the old one's place. When anything
+/// fails, the old file stays whole and the new one is removed. What is no plain file (a pipe, a device) is
+/// written directly.
+/// @throws FileError when the file can't be written to its end
+void replaceFile(const std::string& path, const std::function<void(std::ostream&)>& write);
+
+} // namespace zint

@@ -1,0 +1,91 @@
+#include "designer/designFile.h"
+#include "shared/fileError.h"
+#include "shared/runTimeError.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace zint {
+namespace {
+
+Design read(const std::string& text)
+{
+    std::istringstream stream(text);
+    return readDesign(stream);
+}
+
+std::string written(const Design& design)
+{
+    std::ostringstream stream;
+    writeDesign(stream, design);
+    return stream.str();
+}
+
+constexpr const char* twoEvents = "Default Settings\r\n"
+                                  "|-1\r\n"
+                                  "010C|Engine RPM|5|10|1|0|0\r\n"
+                                  "010D|Vehicle Speed|7|0|2|-3|4\r\n"
+                                  "EOP - end of Parms\r\n";
+
+TEST(DesignFileTest, ReadsWhatItWrites)
+{
+    const Design design = read(twoEvents);
+    EXPECT_EQ(design.title(), "Default Settings");
+    EXPECT_EQ(design.sampleSpeed, Design::automaticSpeed);
+    EXPECT_EQ(design.eventCount(), 2);
+    EXPECT_EQ(design.polledCount(), 1);
+    EXPECT_EQ(design.entries[2].description, "Vehicle Speed");
+    EXPECT_EQ(design.entries[2].reserved1, -3);
+    EXPECT_EQ(written(design), twoEvents);
+
+    Design defaults;
+    loadDefaultDesign(defaults);
+    EXPECT_EQ(written(read(written(defaults))), written(defaults));
+}
+
+TEST(DesignFileTest, SettingsLine)
+{
+    struct Row {
+        const char* line;
+        const char* commands;
+        int speed;
+    };
+    for (const Row& row : {Row{"ATSH 81 10 F1|-1", "ATSH 81 10 F1", -1}, Row{"ATH1", "ATH1", 200},
+                           Row{"|102", "", 102}, Row{"|4", "", 4}, Row{"|1020", "", 1020}, Row{"|3", "", 200},
+                           Row{"|1021", "", 200}, Row{"|-2", "", 200}, Row{"", "", 200}}) {
+        const Design design = read("t\n" + std::string(row.line) + "\n");
+        EXPECT_EQ(design.extraCommands, row.commands) << row.line;
+        EXPECT_EQ(design.sampleSpeed, row.speed) << row.line;
+    }
+}
+
+TEST(DesignFileTest, EventLines)
+{
+    const Design design = read(
+        "t\n|200\n0105|Coolant Temp|3|1|0\ngarbage\na|b|c|d\n0104|Load|1|2|1|7\nEOP - end of Parms and more\n"
+        "0106|not read|x|y|z\n");
+    EXPECT_EQ(design.eventCount(), 2);
+    EXPECT_EQ(design.entries[1].conversion, 3);
+    EXPECT_EQ(design.entries[2].code, "0104");
+    EXPECT_EQ(design.entries[2].reserved1, 0) << "six fields";
+}
+
+TEST(DesignFileTest, WhatIsWrongIsRefused)
+{
+    for (const char* text : {"t\n|fast\n", "t\n|40000\n", "t\n|\n", "t\n|200\n0105|x|three|1|0\n",
+                             "t\n|200\n0105|x|1|1|0|0|0|0\n", "t\n|200\n0105|x|99999999999|1|0\n"})
+        EXPECT_THROW(read(text), RunTimeError) << text;
+    EXPECT_THROW(read(""), FileError);
+    EXPECT_THROW(read("title only"), FileError);
+    EXPECT_THROW(read("t\n|200\n" + std::string(100000, 'x')), FileError) << "a line without an end";
+
+    std::string full = "t\n|200\n";
+    for (int i = 0; i < 64; ++i)
+        full += "0105|x|1|1|0\n";
+    EXPECT_EQ(read(full).eventCount(), 64);
+    EXPECT_THROW(read(full + "0105|x|1|1|0\n"), FileError);
+}
+
+} // namespace
+} // namespace zint

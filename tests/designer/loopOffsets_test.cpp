@@ -1,0 +1,70 @@
+#include "designer/loopOffsets.h"
+#include "shared/runTimeError.h"
+
+#include <gtest/gtest.h>
+
+namespace zint {
+namespace {
+
+struct Timing {
+    std::int32_t frequency;
+    std::int32_t offset;
+};
+
+Design designOf(const std::vector<Timing>& timings)
+{
+    Design design;
+    design.title() = "title";
+    for (const Timing& timing : timings) {
+        DesignEntry& event = design.entries.at(static_cast<std::size_t>(++design.eventCount()));
+        event.description = std::string(1, static_cast<char>('a' + design.eventCount() - 1));
+        event.frequency = timing.frequency;
+        event.offset = timing.offset;
+    }
+    return design;
+}
+
+TEST(LoopOffsetsTest, SpreadsTheEventsOfEachFrequency)
+{
+    Design design = designOf({{2, 9}, {1, 9}, {2, 9}, {5, 9}, {2, 9}, {5, 9}, {5, 9}, {0, 9}});
+    spreadOffsets(design);
+    const std::vector<std::int32_t> expected{0, 0, 1, 0, 0, 4, 3, 9};
+    for (std::size_t i = 0; i < expected.size(); ++i)
+        EXPECT_EQ(design.entries[i + 1].offset, expected[i]) << i;
+}
+
+TEST(LoopOffsetsTest, TimelineListsThePassesAndDropsTheTitle)
+{
+    Design design = designOf({{1, 0}, {5, 4}});
+    EXPECT_EQ(timelineText(design),
+              "----------\r\n   \r\n"
+              "   a\r\n---------- End Loop 1\r\n   a\r\n   b\r\n---------- End Loop 2\r\n"
+              "   a\r\n---------- End Loop 3\r\n   a\r\n---------- End Loop 4\r\n"
+              "   a\r\n---------- End Loop 5\r\n   a\r\n---------- End Loop 6\r\n"
+              "   a\r\n   b\r\n---------- End Loop 7\r\n   a\r\n---------- End Loop 8\r\n"
+              "   a\r\n---------- End Loop 9\r\n   a\r\n---------- End Loop 10\r\n");
+    EXPECT_EQ(design.title(), "");
+
+    Design late = designOf({{5, 2}}); // due in passes 3, 8 and 13
+    EXPECT_TRUE(timelineText(late).ends_with(
+        "   a\r\n---------- End Loop 9\r\n---------- End Loop 10\r\n"
+        "---------- End Loop 11\r\n---------- End Loop 12\r\n---------- End Loop 13\r\n"));
+    Design slow = designOf({{1800, 0}});
+    EXPECT_NE(timelineText(slow).find("End Loop 1800\r\n"), std::string::npos);
+}
+
+TEST(LoopOffsetsTest, WhatIsNeverDueIsADivisionByZero)
+{
+    for (const auto& timings : {std::vector<Timing>{}, {{1, 0}, {0, 0}}}) {
+        Design design = designOf(timings);
+        try {
+            timelineText(design);
+            ADD_FAILURE();
+        } catch (const RunTimeError& error) {
+            EXPECT_EQ(error.number(), 11);
+        }
+    }
+}
+
+} // namespace
+} // namespace zint

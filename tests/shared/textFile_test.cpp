@@ -1,0 +1,88 @@
+#include "shared/module1.h"
+#include "shared/textFile.h"
+#include "support/temporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace zint {
+namespace {
+
+struct TextFileTest : testing::Test {
+    TemporaryFolder folder;
+    std::string path = folder.path() + "/f\xC3\xA9.obc";
+
+    static std::string contents(const std::string& path)
+    {
+        std::ostringstream text;
+        text << std::ifstream(utf8Path(path), std::ios::binary).rdbuf();
+        return text.str();
+    }
+
+    std::size_t fileCount() const
+    {
+        const std::filesystem::directory_iterator files(folder.path());
+        return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+    }
+};
+
+TEST_F(TextFileTest, ReplacesTheWholeFileOrNothing)
+{
+    replaceFile(path, [](std::ostream& stream) { stream << "old"; });
+    EXPECT_EQ(contents(path), "old");
+    EXPECT_THROW(replaceFile(path,
+                             [](std::ostream& stream) {
+                                 stream << "half";
+                                 throw std::runtime_error("in the middle");
+                             }),
+                 std::runtime_error);
+    EXPECT_THROW(replaceFile(path, [](std::ostream& stream) { stream.setstate(std::ios::badbit); }),
+                 FileError);
+    EXPECT_EQ(contents(path), "old");
+    replaceFile(path, [](std::ostream& stream) { stream << "new"; });
+    EXPECT_EQ(contents(path), "new");
+    EXPECT_EQ(fileCount(), 1U) << "nothing is left behind";
+
+    const std::string link = folder.path() + "/link";
+    std::filesystem::create_symlink(utf8Path(path), link);
+    replaceFile(link, [](std::ostream& stream) { stream << "through the link"; });
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(contents(path), "through the link");
+}
+
+TEST_F(TextFileTest, FailuresNameTheFileAndTheReason)
+{
+    const auto failure = [](const std::string& target) -> std::string {
+        try {
+            replaceFile(target, [](std::ostream& stream) { stream << std::string(100000, 'x'); });
+            return "none";
+        } catch (const FileError& error) {
+            return error.what();
+        }
+    };
+    EXPECT_EQ(failure("/dev/full"), "\"/dev/full\" can't be written: No space left on device");
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full")) << "a device is not replaced by a file";
+    EXPECT_EQ(failure(folder.path()), "\"" + folder.path() + "\" can't be written: it is a folder");
+    EXPECT_NE(failure(folder.path() + "/none/x").find("No such file"), std::string::npos);
+    EXPECT_THROW(readFile(folder.path() + "/none", [](std::istream&) {}), FileError);
+    EXPECT_THROW(readFile(folder.path(), [](std::istream&) {}), FileError);
+}
+
+TEST_F(TextFileTest, ReadsLinesOfEitherEndAndEitherCharacterSet)
+{
+    std::istringstream stream(std::string("a\r\nb\n\n\xE9\x80\r\n\xC3\xA9\0z", 14));
+    LineReader lines(stream);
+    for (const char* expected : {"a", "b", "", "\xC3\xA9\xE2\x82\xAC"})
+        EXPECT_EQ(lines.next(), expected);
+    EXPECT_EQ(lines.next(), std::string("\xC3\xA9\0z", 4));
+    EXPECT_EQ(lines.next(), std::nullopt);
+    EXPECT_EQ(toUtf8("\xED\xA0\x80"), "\xC3\xAD\xC2\xA0\xE2\x82\xAC")
+        << "half of a surrogate pair is no UTF-8";
+    EXPECT_EQ(toUtf8("\xF0\x9F\x9A\x97"), "\xF0\x9F\x9A\x97");
+    EXPECT_EQ(toUtf8("\xC3"), "\xC3\x83") << "a character that is cut off";
+}
+
+} // namespace
+} // namespace zint
