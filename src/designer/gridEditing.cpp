@@ -1,0 +1,176 @@
+#include "designer/gridEditing.h"
+
+#include "catalogue/chooser.h"
+#include "catalogue/pidCatalogue.h"
+#include "shared/module1.h"
+#include "shared/runTimeError.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace zint {
+namespace {
+
+bool isInTable(std::int32_t conversion)
+{
+    return conversion >= 0 && conversion < static_cast<std::int32_t>(ConversionTable.size());
+}
+
+const Conversion& inTable(std::int32_t conversion)
+{
+    return ConversionTable.at(static_cast<std::size_t>(conversion));
+}
+
+std::string conversionText(std::int32_t conversion)
+{
+    return chooserText(conversion, isInTable(conversion) ? inTable(conversion).name : std::string_view());
+}
+
+/// A chosen entry, or a number that was typed instead.
+std::int32_t frequencyOf(std::string_view text)
+{
+    const std::int32_t frequency =
+        text.find('>') == std::string_view::npos ? toInteger(text) : chooserNumber(text);
+    if (frequency < 0)
+        throw RunTimeError::typeMismatch();
+    return frequency;
+}
+
+std::string lowerCase(std::string text)
+{
+    std::ranges::transform(text, text.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return text;
+}
+
+/// What a column is sorted by; a text counts where there is no number.
+std::pair<std::int64_t, std::string> sortKey(const GridRow& row, GridColumn column)
+{
+    switch (column) {
+    case GridColumn::code:
+        return {0, lowerCase(row.code)};
+    case GridColumn::description:
+        return {0, lowerCase(row.description)};
+    case GridColumn::conversion:
+        return {row.conversion, {}};
+    case GridColumn::frequency:
+        return {row.frequency, {}};
+    case GridColumn::offset:
+        try {
+            return {toInteger(row.offset), {}};
+        } catch (const RunTimeError&) {
+            return {0, row.offset};
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+std::string cellText(const GridRow& row, GridColumn column)
+{
+    switch (column) {
+    case GridColumn::code:
+        return row.code;
+    case GridColumn::description:
+        return row.description;
+    case GridColumn::conversion:
+        return conversionText(row.conversion);
+    case GridColumn::frequency:
+        return std::to_string(row.frequency);
+    case GridColumn::offset:
+        return row.offset;
+    }
+    return {};
+}
+
+void setCell(GridRow& row, GridColumn column, std::string_view text)
+{
+    switch (column) {
+    case GridColumn::code:
+        break;
+    case GridColumn::description:
+        row.description = text;
+        break;
+    case GridColumn::conversion:
+        row.conversion = chooserNumber(text);
+        break;
+    case GridColumn::frequency:
+        row.frequency = frequencyOf(text);
+        break;
+    case GridColumn::offset:
+        row.offset = std::to_string(toInteger(text));
+        break;
+    }
+}
+
+std::vector<std::string> conversionChoices(std::int32_t conversion)
+{
+    std::vector<std::string> choices{conversionText(conversion)};
+    const std::int32_t family = isInTable(conversion) ? inTable(conversion).conversionClass : 0;
+    for (std::int32_t other = 0; isInTable(other); ++other) {
+        if (other != conversion && (family == 0 || inTable(other).conversionClass == family))
+            choices.push_back(conversionText(other));
+    }
+    return choices;
+}
+
+void setAllFrequencies(DesignGrid& grid, std::int32_t frequency)
+{
+    for (GridRow& row : grid.rows) {
+        row.frequency = frequency;
+        row.offset = "0";
+    }
+}
+
+void addRow(DesignGrid& grid, std::string code)
+{
+    constexpr std::int32_t usualFrequency = 10;
+    grid.rows.push_back({.code = std::move(code), .frequency = usualFrequency});
+}
+
+void moveRow(DesignGrid& grid, std::size_t from, std::size_t to)
+{
+    const auto at = [&grid](std::size_t row) { return grid.rows.begin() + static_cast<std::ptrdiff_t>(row); };
+    if (from < to)
+        std::rotate(at(from), at(from + 1), at(to));
+    else
+        std::rotate(at(to), at(from), at(from + 1));
+}
+
+void sortRows(DesignGrid& grid, GridColumn column, bool descending)
+{
+    std::ranges::stable_sort(grid.rows, [column, descending](const GridRow& a, const GridRow& b) {
+        return descending ? sortKey(b, column) < sortKey(a, column) : sortKey(a, column) < sortKey(b, column);
+    });
+}
+
+void GridHistory::remember(const DesignGrid& grid)
+{
+    past_.push_back(grid);
+    future_.clear();
+    if (past_.size() > mostSteps)
+        past_.erase(past_.begin());
+}
+
+void GridHistory::forget()
+{
+    past_.clear();
+    future_.clear();
+}
+
+void GridHistory::undo(DesignGrid& grid) { step(past_, future_, grid); }
+
+void GridHistory::redo(DesignGrid& grid) { step(future_, past_, grid); }
+
+void GridHistory::step(std::vector<DesignGrid>& from, std::vector<DesignGrid>& to, DesignGrid& grid)
+{
+    if (from.empty())
+        return;
+    to.push_back(std::exchange(grid, std::move(from.back())));
+    from.pop_back();
+}
+
+} // namespace zint

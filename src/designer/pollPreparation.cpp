@@ -1,0 +1,43 @@
+#include "designer/pollPreparation.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zint {
+namespace {
+
+constexpr std::string_view interfering = "ZDELRPM"; // third letters of commands that change how replies look
+
+std::string upperCase(std::string_view text)
+{
+    std::string upper(text);
+    std::ranges::transform(upper, upper.begin(), [](char c) {
+        return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    });
+    return upper;
+}
+
+} // namespace
+
+InitCommands checkInitCommands(std::string_view answer)
+{
+    std::string commands = upperCase(answer);
+    if (commands.empty())
+        return {};
+    if (!commands.starts_with("AT"))
+        return {.complaint = "Error - commands must begin with AT"};
+    if (commands.size() > 2 && interfering.find(commands[2]) != std::string_view::npos)
+        return {.complaint = commands + " would interfere will ability to recognize poll data"};
+    return {.commands = std::move(commands)};
+}
+
+int roundedSpeed(int position)
+{
+    constexpr int unit = 4;
+    const int below = position / unit;
+    const int rest = position % unit;
+    const bool up = rest * 2 > unit || (rest * 2 == unit && below % 2 != 0);
+    return (below + (up ? 1 : 0)) * unit;
+}
+
+} // namespace zint

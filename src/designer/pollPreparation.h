@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// How a design prepares the adapter: extra commands and the sample speed.
+namespace zint {
+
+/// Extra initialisation commands as the user typed them, checked.
+struct InitCommands {
+    std::string commands;  ///< in upper case; empty clears them
+    std::string complaint; ///< why they are refused, as a message; empty when they are taken
+};
+
+/// Only the beginning of the answer is looked at: commands behind a ";" are the user's own responsibility.
+InitCommands checkInitCommands(std::string_view answer);
+
+/// The slider's position as a multiple of 4 ms, the adapter's unit; a half goes to the even multiple.
+int roundedSpeed(int position);
+
+} // namespace zint
