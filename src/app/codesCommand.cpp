@@ -43,6 +43,12 @@ public:
         hasComplained = true;
     }
 
+    std::optional<std::string> input(const std::string& /*text*/, const std::string& /*title*/,
+                                     const std::string& /*initial*/) override
+    {
+        return std::nullopt;
+    }
+
     bool confirm(const std::string& /*text*/, const std::string& /*title*/) override { return true; }
 
     bool hasComplained = false;

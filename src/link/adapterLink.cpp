@@ -19,9 +19,10 @@ AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice
     setStatus(" Closed");
 }
 
-bool AdapterLink::open()
+bool AdapterLink::open(Guard guard)
 {
     state_ = State::resetSent;
+    guard_ = guard;
     buffer_.clear();
     try {
         port_.open();
@@ -97,7 +98,7 @@ void AdapterLink::handleReply(std::string_view reply)
 {
     switch (state_) {
     case State::resetSent:
-        timer_.setEnabled(false);
+        timer_.setEnabled(guard_ == Guard::exchange);
         send("ATE0");
         setStatus(" Init");
         state_ = State::echoOffSent;

@@ -47,7 +47,8 @@ public:
         /// The status tells of an event that the driver does not explain; the error is counted.
         virtual void linkStatusChanged() = 0;
 
-        /// The reset was not answered in time; the error is counted, the port still open.
+        /// The reset, or what else is guarded, was not answered in time; the error is counted, the port still
+        /// open.
         virtual void linkTimedOut() = 0;
 
         /// The device vanished; the error is counted, the status says so, the timer is stopped and the port
@@ -61,8 +62,12 @@ public:
     /// Sets the port up for the chosen connection; does not open it.
     AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener);
 
+    /// What the time-out guards: the reset's answer alone, or all answers up to close(), for an exchange that
+    /// a silent vehicle must not keep open. It starts anew when the reset is answered.
+    enum class Guard { reset, exchange };
+
     /// Opens the port and sends the reset. @return false when that failed; the status then says why
-    bool open();
+    bool open(Guard guard = Guard::reset);
 
     /// Stops the time-out, restores the adapter's defaults and closes the port. Does nothing on a closed
     /// link.
@@ -99,6 +104,7 @@ private:
     ConnectionChoice choice_;
     Listener& listener_;
     State state_ = State::resetSent;
+    Guard guard_ = Guard::reset;
     ReplyBuffer buffer_;
     LinkCounters counters_;
     std::string status_;

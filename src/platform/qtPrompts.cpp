@@ -3,6 +3,7 @@
 #include "platform/text.h"
 #include "shared/programInfo.h"
 
+#include <QInputDialog>
 #include <QMessageBox>
 
 namespace zint {
@@ -23,6 +24,15 @@ void QtPrompts::message(const std::string& text, const std::string& title)
     QMessageBox box(&window_);
     prepare(box, QMessageBox::Information, text, title);
     box.exec();
+}
+
+std::optional<std::string> QtPrompts::input(const std::string& text, const std::string& title,
+                                            const std::string& initial)
+{
+    bool accepted = false;
+    const QString answer =
+        QInputDialog::getText(&window_, toQt(title), toQt(text), QLineEdit::Normal, toQt(initial), &accepted);
+    return accepted ? std::optional(fromQt(answer)) : std::nullopt;
 }
 
 bool QtPrompts::confirm(const std::string& text, const std::string& title)

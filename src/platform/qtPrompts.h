@@ -13,6 +13,8 @@ public:
     explicit QtPrompts(QWidget& window) : window_(window) {}
 
     void message(const std::string& text, const std::string& title) override;
+    std::optional<std::string> input(const std::string& text, const std::string& title,
+                                     const std::string& initial) override;
     bool confirm(const std::string& text, const std::string& title) override;
 
 private:

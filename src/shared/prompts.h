@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace zint {
@@ -12,6 +13,10 @@ public:
 
     /// Shows a text with an OK button. Lines are separated by CR LF. An empty title means the program's name.
     virtual void message(const std::string& text, const std::string& title = {}) = 0;
+
+    /// Asks for a line of text, which begins as `initial`. @return nothing for a Cancel
+    virtual std::optional<std::string> input(const std::string& text, const std::string& title,
+                                             const std::string& initial = {}) = 0;
 
     /// Asks for OK or Cancel. @return true for OK; closing the question is a Cancel
     virtual bool confirm(const std::string& text, const std::string& title) = 0;

@@ -14,8 +14,9 @@ namespace zint {
 /// fails the test, and so does a message that the test does not take.
 class ScriptedPrompts final : public Prompts {
 public:
-    std::optional<bool> answer;      ///< to the next question
-    std::string question;            ///< the last one: its title, a line feed, its text
+    std::optional<bool> answer;       ///< to the next question
+    std::optional<std::string> typed; ///< to the next request for a text
+    std::string question; ///< the last one: its title, a line feed, its text, and what a text begins with
     std::function<void()> whileOpen; ///< called once, while the next message is open
 
     ~ScriptedPrompts() override { EXPECT_EQ(message_, "") << "unexpected message: " << message_; }
@@ -29,6 +30,13 @@ public:
         message_ = text;
         if (const auto action = std::exchange(whileOpen, {}))
             action();
+    }
+
+    std::optional<std::string> input(const std::string& text, const std::string& title,
+                                     const std::string& initial) override
+    {
+        question = title + "\n" + text + initial;
+        return std::exchange(typed, {});
     }
 
     bool confirm(const std::string& text, const std::string& title) override

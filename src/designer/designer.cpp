@@ -1,0 +1,342 @@
+#include "designer/designer.h"
+
+#include "designer/designFile.h"
+#include "designer/loopOffsets.h"
+#include "designer/pollPreparation.h"
+#include "designer/supportReply.h"
+#include "shared/module1.h"
+
+#include <exception>
+
+namespace zint {
+namespace {
+
+const FileKinds openKinds{.extension = "obc",
+                          .filter = "OBD2 config files (*.obc)|*.obc|Zint log files (*.log)|*.log|"
+                                    "Text files (*.txt)|*.txt|All files (*.*)|*.*"};
+const FileKinds saveKinds{.extension = "obc",
+                          .filter =
+                              "OBD2 config files (*.obc)|*.obc|Text files (*.txt)|*.txt|All files (*.*)|*.*"};
+
+} // namespace
+
+Designer::Designer(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Design& design,
+                   Prompts& prompts, FileDialogs& dialogs, ProgramValues& values)
+    : link_(port, timer, choice, *this), design_(design), prompts_(prompts), dialogs_(dialogs),
+      values_(values)
+{
+}
+
+void Designer::load()
+{
+    rebuild();
+    if (design_.isCommitted())
+        panel_.fileLab = values_.parmSaveFile;
+    else if (fileExists(values_.parmSave))
+        loadFile(values_.parmSave);
+    changed();
+}
+
+void Designer::unload() { link_.close(); }
+
+void Designer::newDesign()
+{
+    loadDefaultDesign(design_);
+    rebuild();
+    changed();
+}
+
+void Designer::open()
+{
+    const std::string path = dialogs_.chooseToOpen(openKinds, values_.parmInitDir);
+    if (path.empty())
+        return;
+    rememberFolder(path);
+    loadFile(path);
+    changed();
+}
+
+void Designer::save()
+{
+    if ((values_.parmSave.empty() || !mayOverwrite_) && !askName())
+        return;
+    saveFile();
+}
+
+void Designer::saveAs()
+{
+    if (askName())
+        saveFile();
+}
+
+bool Designer::askName()
+{
+    const std::string path = dialogs_.chooseToSave(saveKinds, values_.parmInitDir, values_.parmSaveFile);
+    if (path.empty())
+        return false;
+    rememberFolder(path);
+    values_.parmSave = path;
+    values_.parmSaveFile = fileNamePart(path);
+    panel_.fileLab = values_.parmSaveFile;
+    mayOverwrite_ = true;
+    return true;
+}
+
+void Designer::saveFile()
+{
+    commit(panel_.obdGrid, design_);
+    saveDesign(values_.parmSave, design_);
+    rebuild();
+    panel_.statusBox = values_.parmSaveFile + " saved";
+    changed();
+}
+
+void Designer::loadFile(const std::string& path)
+{
+    const std::string name = fileNamePart(path);
+    try {
+        design_ = loadDesign(path);
+    } catch (const std::exception& error) { // whatever is wrong with the file, the default takes its place
+        prompts_.message("Error loading file" + name + "\r\n" + error.what());
+        loadDefaultDesign(design_);
+        rebuild();
+        panel_.statusBox = "Default values loaded";
+        return;
+    }
+    mayOverwrite_ = !name.ends_with(".log");
+    if (mayOverwrite_) {
+        values_.parmSave = path;
+        values_.parmSaveFile = name;
+    }
+    rebuild();
+    panel_.fileLab = name;
+    panel_.statusBox = name + " loaded";
+}
+
+void Designer::rememberFolder(const std::string& path)
+{
+    values_.parmInitDir = path.substr(0, path.size() - fileNamePart(path).size());
+}
+
+void Designer::setTitle(const std::string& title)
+{
+    panel_.obdGrid.title = title;
+    changed();
+}
+
+void Designer::edit(const std::function<void(DesignGrid&)>& change)
+{
+    DesignGrid edited = panel_.obdGrid;
+    change(edited);
+    if (edited != panel_.obdGrid) {
+        history_.remember(panel_.obdGrid);
+        panel_.obdGrid = std::move(edited);
+    }
+    changed();
+}
+
+void Designer::setCell(std::size_t row, GridColumn column, std::string_view text)
+{
+    edit([&](DesignGrid& grid) { zint::setCell(grid.rows.at(row), column, text); });
+}
+
+void Designer::moveRow(std::size_t from, std::size_t to)
+{
+    edit([&](DesignGrid& grid) { zint::moveRow(grid, from, to); });
+}
+
+void Designer::sortBy(GridColumn column)
+{
+    const bool descending = sortedBy_ == column;
+    edit([&](DesignGrid& grid) { sortRows(grid, column, descending); });
+    sortedBy_ = descending ? std::nullopt : std::optional(column);
+}
+
+void Designer::undo()
+{
+    history_.undo(panel_.obdGrid);
+    changed();
+}
+
+void Designer::redo()
+{
+    history_.redo(panel_.obdGrid);
+    changed();
+}
+
+void Designer::disableAll()
+{
+    edit([](DesignGrid& grid) { setAllFrequencies(grid, 0); });
+}
+
+void Designer::enableAll()
+{
+    edit([](DesignGrid& grid) { setAllFrequencies(grid, 1); });
+}
+
+bool Designer::addNew()
+{
+    const auto code = prompts_.input("New Hexadecimal Command ", "Add New Event");
+    if (!code || code->empty())
+        return false;
+    edit([&](DesignGrid& grid) { addRow(grid, *code); });
+    return true;
+}
+
+void Designer::deleteDisabled()
+{
+    commit(panel_.obdGrid, design_);
+    rebuild();
+    changed();
+}
+
+void Designer::askInitSequence()
+{
+    const auto answer = prompts_.input("Extra Initialization Commands ", "Init Cmds", design_.extraCommands);
+    const InitCommands checked = checkInitCommands(answer.value_or(""));
+    if (!checked.complaint.empty()) {
+        prompts_.message(checked.complaint);
+        return;
+    }
+    design_.extraCommands = checked.commands;
+    panel_.pollPrefix = checked.commands;
+    changed();
+}
+
+void Designer::clickAutoSpeed(bool checked)
+{
+    design_.sampleSpeed = checked ? Design::automaticSpeed : Design::defaultSpeed;
+    panel_.pollSpeed.value = Design::defaultSpeed;
+    showSpeed();
+    changed();
+}
+
+void Designer::movePollSpeed(int position)
+{
+    panel_.pollSpeed.value = roundedSpeed(position);
+    panel_.sampleDsp = std::to_string(panel_.pollSpeed.value) + "ms";
+    changed();
+}
+
+void Designer::showSpeed()
+{
+    panel_.autoSpeed = design_.sampleSpeed == Design::automaticSpeed;
+    panel_.pollSpeed.enabled = !panel_.autoSpeed;
+    if (!panel_.autoSpeed)
+        panel_.pollSpeed.value = design_.sampleSpeed;
+    panel_.sampleDsp = panel_.autoSpeed ? "Auto" : std::to_string(design_.sampleSpeed) + "ms";
+}
+
+void Designer::calculateOffsets()
+{
+    commit(panel_.obdGrid, design_);
+    spreadOffsets(design_);
+    rebuild();
+    changed();
+}
+
+void Designer::showTimeline()
+{
+    commit(panel_.obdGrid, design_);
+    const std::string text = timelineText(design_);
+    changed();
+    prompts_.message(text);
+}
+
+void Designer::commitForPolling()
+{
+    commit(panel_.obdGrid, design_);
+    rebuild();
+    changed();
+}
+
+void Designer::rebuild()
+{
+    panel_.obdGrid = gridOf(design_);
+    history_.forget();
+    sortedBy_.reset();
+    panel_.pollPrefix = design_.extraCommands;
+    showSpeed();
+    panel_.statusBox = design_.title() + " (" + std::to_string(design_.eventCount()) + " events)";
+}
+
+void Designer::verifySupport()
+{
+    if (link_.isOpen())
+        return;
+    if (link_.open(AdapterLink::Guard::exchange))
+        link_.setStatus(" Verify events with OBD2");
+    showLinkStatus();
+    changed();
+}
+
+void Designer::linkReady()
+{
+    link_.setStatus(" Reading Data");
+    link_.send("0100");
+}
+
+void Designer::linkReply(std::string_view reply)
+{
+    disableUnsupported(reply);
+    link_.close();
+}
+
+void Designer::disableUnsupported(std::string_view reply)
+{
+    if (!isSupportReply(reply)) {
+        prompts_.message("Please try again, is possible ignition not ON");
+        return;
+    }
+    const std::string_view data = supportData(reply);
+    const std::string bits = hexToBits(data);
+    if (bits.empty()) {
+        prompts_.message("Garbled OBD2 0100 response (" + std::string(data) + "), try again");
+        return;
+    }
+    edit([&bits](DesignGrid& grid) {
+        for (GridRow& row : grid.rows) {
+            if (!isUnsupported(row.code, bits))
+                continue;
+            row.frequency = 0;
+            row.offset = "0";
+        }
+    });
+}
+
+void Designer::linkReceived()
+{
+    showLinkStatus();
+    changed();
+}
+
+void Designer::linkStatusChanged()
+{
+    showLinkStatus();
+    changed();
+}
+
+void Designer::linkTimedOut()
+{
+    prompts_.message(std::string(AdapterLink::notRespondingText));
+    link_.close();
+    showLinkStatus();
+    changed();
+}
+
+void Designer::linkLost()
+{
+    showLinkStatus();
+    changed();
+}
+
+void Designer::changed()
+{
+    panel_.labelStats = link_.counterLine();
+    panel_.canUndo = history_.canUndo();
+    panel_.canRedo = history_.canRedo();
+    if (onChanged)
+        onChanged();
+}
+
+} // namespace zint

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "designer/designerPanel.h"
+#include "designer/gridEditing.h"
+#include "link/adapterLink.h"
+#include "shared/fileDialogs.h"
+#include "shared/programValues.h"
+#include "shared/prompts.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zint {
+
+/// The polling designer's work: a grid that is edited freely, and the design that it becomes when it is
+/// committed.
+///
+/// Every operation closes with the panel as the window shall show it. One that fails throws or tells the
+/// user, and leaves grid and design as they were.
+class Designer final : private AdapterLink::Listener {
+public:
+    /// All references outlive the designer.
+    Designer(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Design& design, Prompts& prompts,
+             FileDialogs& dialogs, ProgramValues& values);
+
+    /// Shows the design that the program holds, or the last design file when it holds none that was
+    /// committed.
+    void load();
+
+    /// Closes the port if it is open; the window goes away. Nothing is committed.
+    void unload();
+
+    void newDesign(); ///< the built-in default
+    void open();      ///< asks for a file
+    void save();      ///< asks for a name when there is none
+    void saveAs();
+
+    void setTitle(const std::string& title);
+    void setCell(std::size_t row, GridColumn column, std::string_view text);
+    void moveRow(std::size_t from, std::size_t to);
+    void sortBy(GridColumn column); ///< ascending; the same column once more: descending
+    void undo();
+    void redo();
+
+    void disableAll();
+    void enableAll();
+    bool addNew(); ///< asks for a request. @return whether a row was added, at the end
+    void deleteDisabled();
+
+    void askInitSequence();
+    void clickAutoSpeed(bool checked);
+    void movePollSpeed(int position); ///< changes what is shown, not the design's speed
+
+    void verifySupport(); ///< asks the vehicle and disables the rows that it does not support
+    void calculateOffsets();
+    void showTimeline();
+
+    /// Commits the grid, for the polling runner.
+    void commitForPolling();
+
+    const DesignerPanel& panel() const { return panel_; }
+    std::function<void()> onChanged; ///< called after each event that may have changed the panel
+
+private:
+    void linkReady() override;
+    void linkReply(std::string_view reply) override;
+    void linkReceived() override;
+    void linkStatusChanged() override;
+    void linkTimedOut() override;
+    void linkLost() override;
+
+    void edit(const std::function<void(DesignGrid&)>& change);
+    void rebuild();
+    void showSpeed();
+    void loadFile(const std::string& path);
+    void saveFile();
+    bool askName();
+    void disableUnsupported(std::string_view reply);
+    void rememberFolder(const std::string& path);
+    void showLinkStatus() { panel_.statusBox = link_.status(); }
+    void changed();
+
+    AdapterLink link_;
+    Design& design_;
+    Prompts& prompts_;
+    FileDialogs& dialogs_;
+    ProgramValues& values_;
+    DesignerPanel panel_;
+    GridHistory history_;
+    std::optional<GridColumn> sortedBy_; ///< ascending; a second click reverses
+    bool mayOverwrite_ = true;           ///< false once a data log was opened as a design
+};
+
+} // namespace zint

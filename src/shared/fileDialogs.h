@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+namespace zint {
+
+/// What a file dialog offers.
+struct FileKinds {
+    std::string extension; ///< added to a name that has none: "obc"
+    std::string filter;    ///< pairs of name and pattern: "Text files (*.txt)|*.txt|All files (*.*)|*.*"
+};
+
+/// How a tool lets its user choose files. All paths are UTF-8; an empty one means that the user cancelled.
+class FileDialogs {
+public:
+    virtual ~FileDialogs() = default;
+
+    virtual std::string chooseToOpen(const FileKinds& kinds, const std::string& folder) = 0;
+
+    /// Asks before an existing file is chosen. @param proposed a file name, may be empty
+    virtual std::string chooseToSave(const FileKinds& kinds, const std::string& folder,
+                                     const std::string& proposed) = 0;
+};
+
+} // namespace zint
