@@ -5,6 +5,7 @@
 #include "app/portsForm.h"
 #include "app/startForm.h"
 #include "codes/codesForm.h"
+#include "designer/pollSetup2.h"
 #include "platform/icons.h"
 
 #include <QApplication>
@@ -31,6 +32,7 @@ toolForm* make(ToolContext& context)
 
 constexpr std::array toolEntries = {
     ToolEntry{Tool::codes, &make<codesForm>},
+    ToolEntry{Tool::pollDesigner, &make<pollSetup2>},
 };
 
 const ToolEntry* entryOf(Tool tool)

@@ -30,7 +30,13 @@ constexpr std::int32_t plus(std::int32_t a, std::int32_t b) { return narrow(std:
 constexpr std::int32_t times(std::int32_t a, std::int32_t b) { return narrow(std::int64_t{a} * b); }
 
 /// Percent of 255, cut off (not rounded) behind the second decimal place.
-constexpr double bytePercentage(std::int32_t raw) { return times(raw, 10000) / 255 * 0.01; }
+constexpr double bytePercentage(std::int32_t raw)
+{
+    const std::int32_t hundredths = times(raw, 10000) / 255;
+    return hundredths * 0.01;
+}
+
+constexpr std::int32_t highByte(std::int32_t raw) { return raw / 256; }
 
 /// Fuel from air flow. The stoichiometric ratio multiplies here; users have come to compare these figures.
 constexpr double fuelFlow(std::int32_t raw) { return raw * 0.01 * 14.2; }
@@ -53,7 +59,7 @@ constexpr std::array<Rule, ConversionTable.size()> rules = {{
     {[](std::int32_t x) -> Value { return x * 0.2953; }, "inHg"},
     {[](std::int32_t) -> Value { return ""; }, ""},
     {[](std::int32_t x) -> Value { return x * 0.5 - 64; }, "Deg"},
-    {[](std::int32_t x) -> Value { return x / 256 * 0.005; }, "v"},
+    {[](std::int32_t x) -> Value { return highByte(x) * 0.005; }, "v"},
     {[](std::int32_t x) -> Value { return bytePercentage(x % 256); }, "%"},
     {[](std::int32_t x) -> Value { return x * 0.01; }, "gm/sec"},
     {[](std::int32_t x) -> Value { return times(x, 3); }, "kPaG"},

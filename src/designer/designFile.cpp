@@ -5,6 +5,7 @@
 #include "shared/textFile.h"
 
 #include <limits>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -31,9 +32,19 @@ std::vector<std::string_view> split(std::string_view line)
     return fields;
 }
 
+/// The next line, if it can be written again: the numbers that a file may leave out make it longer.
+std::optional<std::string> nextLine(LineReader& lines)
+{
+    constexpr std::size_t longest = LineReader::longestLine / 2;
+    auto line = lines.next();
+    if (line && line->size() > longest)
+        throw FileError("a line is longer than " + std::to_string(longest) + " characters");
+    return line;
+}
+
 std::string lineOf(LineReader& lines)
 {
-    auto line = lines.next();
+    auto line = nextLine(lines);
     if (!line)
         throw FileError("the file ends before its settings line");
     return *line;
@@ -100,7 +111,7 @@ Design readDesign(std::istream& stream)
     Design design;
     design.title() = lineOf(lines);
     readSettings(lineOf(lines), design);
-    while (const auto line = lines.next()) {
+    while (const auto line = nextLine(lines)) {
         if (line->starts_with(endLine))
             break;
         if (const auto fields = split(*line); fields.size() >= fewestFields)

@@ -10,13 +10,16 @@
 
 namespace zint {
 
+/// The offset of an event that has been given none.
+inline const std::string noOffset = "0";
+
 /// One row of the designer's grid: an event, polled or not.
 struct GridRow {
     std::string code;
     std::string description;
     std::int32_t conversion = 0;
-    std::int32_t frequency = 0; ///< 0: disabled
-    std::string offset = "0";   ///< as typed; read as a number when the design is committed
+    std::int32_t frequency = 0;    ///< 0: disabled
+    std::string offset = noOffset; ///< as typed; read as a number when the design is committed
 
     bool isEnabled() const { return frequency >= 1; }
     bool operator==(const GridRow&) const = default;

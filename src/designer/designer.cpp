@@ -2,6 +2,7 @@
 
 #include "designer/designFile.h"
 #include "designer/loopOffsets.h"
+#include "designer/pollCost.h"
 #include "designer/pollPreparation.h"
 #include "designer/supportReply.h"
 #include "shared/module1.h"
@@ -23,7 +24,7 @@ const FileKinds saveKinds{.extension = "obc",
 Designer::Designer(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Design& design,
                    Prompts& prompts, FileDialogs& dialogs, ProgramValues& values)
     : link_(port, timer, choice, *this), design_(design), prompts_(prompts), dialogs_(dialogs),
-      values_(values)
+      values_(values), bitsPerSecond_(toInteger(choice.speed))
 {
 }
 
@@ -299,7 +300,7 @@ void Designer::disableUnsupported(std::string_view reply)
             if (!isUnsupported(row.code, bits))
                 continue;
             row.frequency = 0;
-            row.offset = "0";
+            row.offset = noOffset;
         }
     });
 }
@@ -333,6 +334,7 @@ void Designer::linkLost()
 void Designer::changed()
 {
     panel_.labelStats = link_.counterLine();
+    panel_.costLab = pollCost(panel_.obdGrid, design_.sampleSpeed, bitsPerSecond_);
     panel_.canUndo = history_.canUndo();
     panel_.canRedo = history_.canRedo();
     if (onChanged)

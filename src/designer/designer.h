@@ -90,7 +90,8 @@ private:
     DesignerPanel panel_;
     GridHistory history_;
     std::optional<GridColumn> sortedBy_; ///< ascending; a second click reverses
-    bool mayOverwrite_ = true;           ///< false once a data log was opened as a design
+    int bitsPerSecond_;
+    bool mayOverwrite_ = true; ///< false once a data log was opened as a design
 };
 
 } // namespace zint

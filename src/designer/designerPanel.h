@@ -22,6 +22,7 @@ struct DesignerPanel {
     Slider pollSpeed;
     bool autoSpeed = false;
     std::string sampleDsp = "200ms";
+    std::string costLab; ///< what a pass of the design will cost
     bool canUndo = false;
     bool canRedo = false;
 };

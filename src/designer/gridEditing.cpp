@@ -121,7 +121,7 @@ void setAllFrequencies(DesignGrid& grid, std::int32_t frequency)
 {
     for (GridRow& row : grid.rows) {
         row.frequency = frequency;
-        row.offset = "0";
+        row.offset = noOffset;
     }
 }
 

@@ -136,7 +136,7 @@ std::optional<std::string> LineReader::next()
         }
         if (c == '\n')
             break;
-        if (line.size() == longestLine)
+        if (line.size() == longestLine && c != '\r')
             throw FileError("a line is longer than " + std::to_string(longestLine) + " characters");
         line += static_cast<char>(c);
     }

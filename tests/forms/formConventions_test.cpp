@@ -1,6 +1,7 @@
 #include "app/failedConnForm.h"
 #include "app/portsForm.h"
 #include "codes/codesForm.h"
+#include "designer/pollSetup2.h"
 #include "forms/formTest.h"
 
 #include <QAccessible>
@@ -20,6 +21,7 @@ struct FormConventionsTest : FormTest {
     {
         forms.push_back(makeStartForm());
         forms.push_back(std::make_unique<codesForm>(context));
+        forms.push_back(std::make_unique<pollSetup2>(context));
         forms.push_back(std::make_unique<failedConnForm>(context));
         forms.push_back(std::make_unique<portsForm>(ports, nullptr));
     }

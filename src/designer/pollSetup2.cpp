@@ -1,0 +1,151 @@
+#include "designer/pollSetup2.h"
+
+#include "designer/gridDelegate.h"
+#include "designer/gridModel.h"
+#include "designer/ui_pollSetup2.h"
+#include "platform/text.h"
+
+#include <QHeaderView>
+#include <QSignalBlocker>
+
+#include <array>
+
+namespace zint {
+
+pollSetup2::pollSetup2(ToolContext& context)
+    : toolForm(context, "docpldsn2"), ui(std::make_unique<Ui::pollSetup2>()),
+      MSComm1(context.makePort(gate(), context.connection())), Timer1(gate()), CommonDialog1(*this),
+      designer_(*MSComm1, Timer1, context.connection(), context.design, prompts(), CommonDialog1,
+                context.values),
+      grid_(std::make_unique<GridModel>(designer_,
+                                        [this](GridModel::Edit edit) { gate().run(std::move(edit)); }))
+{
+    ui->setupUi(this);
+    setUpGrid();
+    connectActions();
+    connect(ui->autoSpeed, &QCheckBox::clicked, this, &pollSetup2::autoSpeed_Click);
+    connect(ui->pollSpeed, &QSlider::valueChanged, this, &pollSetup2::pollSpeed_Change);
+    connect(ui->pollTitle, &QLineEdit::textEdited, this, &pollSetup2::pollTitle_Change);
+    designer_.onChanged = [this] { paint(); };
+    setUpCommonControls();
+    gate().run([this] { designer_.load(); });
+}
+
+pollSetup2::~pollSetup2() = default;
+
+void pollSetup2::Form_Unload() { designer_.unload(); }
+
+void pollSetup2::setUpGrid()
+{
+    auto* delegate = new GridDelegate(this);
+    ui->obdGrid->setModel(grid_.get());
+    ui->obdGrid->setItemDelegate(delegate);
+    ui->obdGrid->setDropIndicatorShown(true);
+    connect(delegate, &GridDelegate::finished, this, &pollSetup2::editNext);
+    connect(delegate, &GridDelegate::abandoned, ui->pollTitle, [this] { ui->pollTitle->setFocus(); });
+    QHeaderView* header = ui->obdGrid->horizontalHeader();
+    header->setSectionsClickable(true);
+    constexpr std::array<int, 5> widths = {80, 240, 180, 120, 80};
+    for (int column = 0; column < grid_->columnCount(); ++column)
+        header->resizeSection(column, widths.at(static_cast<std::size_t>(column)));
+    header->setSectionResizeMode(static_cast<int>(GridColumn::description), QHeaderView::Stretch);
+    connect(header, &QHeaderView::sectionClicked, this, [this](int column) {
+        closeEditor();
+        gate().run([this, column] { designer_.sortBy(static_cast<GridColumn>(column)); });
+    });
+}
+
+void pollSetup2::connectActions()
+{
+    const auto forward = [this](QAction* action, void (Designer::*operation)()) {
+        connect(action, &QAction::triggered, this, [this, operation] {
+            closeEditor();
+            gate().run([this, operation] { (designer_.*operation)(); });
+        });
+    };
+    forward(ui->mnuDefault, &Designer::newDesign);
+    forward(ui->mnuOpen, &Designer::open);
+    forward(ui->mnuSave, &Designer::save);
+    forward(ui->mnuSaveAs, &Designer::saveAs);
+    forward(ui->mnuUndo, &Designer::undo);
+    forward(ui->mnuRedo, &Designer::redo);
+    forward(ui->mnuDisable, &Designer::disableAll);
+    forward(ui->mnuEnable, &Designer::enableAll);
+    forward(ui->mnuPurge, &Designer::deleteDisabled);
+    forward(ui->mnuInitSeq, &Designer::askInitSequence);
+    forward(ui->mnuVerifyObd, &Designer::verifySupport);
+    forward(ui->mnuAutoOffset, &Designer::calculateOffsets);
+    forward(ui->mnuShowTimeline, &Designer::showTimeline);
+    onTrigger(ui->mnuAddNew, &pollSetup2::mnuAddNew_Click);
+    ui->comDone->setEnabled(false); // until there is a polling runner to go to
+}
+
+void pollSetup2::mnuAddNew_Click()
+{
+    closeEditor();
+    if (!designer_.addNew())
+        return;
+    const QModelIndex description =
+        grid_->index(grid_->rowCount() - 1, static_cast<int>(GridColumn::description));
+    ui->obdGrid->setCurrentIndex(description);
+    ui->obdGrid->edit(description);
+}
+
+void pollSetup2::autoSpeed_Click(bool checked)
+{
+    gate().run([this, checked] { designer_.clickAutoSpeed(checked); });
+}
+
+void pollSetup2::pollSpeed_Change(int position)
+{
+    gate().run([this, position] { designer_.movePollSpeed(position); });
+}
+
+void pollSetup2::pollTitle_Change(const QString& title)
+{
+    gate().run([this, text = fromQt(title)] { designer_.setTitle(text); });
+}
+
+/// What is being edited counts before anything else is done with the grid.
+void pollSetup2::closeEditor()
+{
+    if (const QWidget* focus = focusWidget();
+        focus != nullptr && ui->obdGrid->viewport()->isAncestorOf(focus))
+        ui->obdGrid->setFocus();
+}
+
+/// The next cell of the row; behind the last one the next row's first; behind the last row the title.
+void pollSetup2::editNext()
+{
+    QModelIndex next = ui->obdGrid->currentIndex().siblingAtColumn(ui->obdGrid->currentIndex().column() + 1);
+    if (!next.isValid())
+        next = grid_->index(ui->obdGrid->currentIndex().row() + 1, static_cast<int>(GridColumn::description));
+    if (!next.isValid()) {
+        ui->pollTitle->setFocus();
+        return;
+    }
+    ui->obdGrid->setCurrentIndex(next);
+    ui->obdGrid->edit(next);
+}
+
+void pollSetup2::paint()
+{
+    const DesignerPanel& p = designer_.panel();
+    display(*ui->statusBox, p.statusBox);
+    display(*ui->labelStats, p.labelStats);
+    display(*ui->fileLab, p.fileLab);
+    display(*ui->pollPrefix, p.pollPrefix);
+    display(*ui->sampleDsp, p.sampleDsp);
+    display(*ui->costLab, p.costLab);
+    if (const QString title = toQt(p.obdGrid.title); ui->pollTitle->text() != title)
+        ui->pollTitle->setText(title);
+    ui->autoSpeed->setChecked(p.autoSpeed);
+    const QSignalBlocker quiet(ui->pollSpeed); // shown, not moved
+    ui->pollSpeed->setValue(p.pollSpeed.value);
+    ui->pollSpeed->setEnabled(p.pollSpeed.enabled);
+    ui->mnuUndo->setEnabled(p.canUndo);
+    ui->mnuRedo->setEnabled(p.canRedo);
+    grid_->refresh();
+}
+
+} // namespace zint

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "designer/designer.h"
+#include "platform/qtFileDialogs.h"
+#include "platform/qtTimer.h"
+#include "platform/toolForm.h"
+
+#include <memory>
+
+namespace Ui {
+class pollSetup2;
+} // namespace Ui
+
+namespace zint {
+
+class GridModel;
+
+/// The polling designer's window.
+class pollSetup2 final : public toolForm {
+    Q_OBJECT
+
+public:
+    explicit pollSetup2(ToolContext& context);
+    ~pollSetup2() override;
+
+private:
+    void Form_Unload() override;
+    void mnuAddNew_Click();
+    void autoSpeed_Click(bool checked);
+    void pollSpeed_Change(int position);
+    void pollTitle_Change(const QString& title);
+
+    void connectActions();
+    void setUpGrid();
+    void closeEditor();
+    void editNext();
+    void paint();
+
+    std::unique_ptr<Ui::pollSetup2> ui;
+    std::unique_ptr<SerialPort> MSComm1;
+    QtTimer Timer1;
+    QtFileDialogs CommonDialog1;
+    Designer designer_;
+    std::unique_ptr<GridModel> grid_;
+};
+
+} // namespace zint

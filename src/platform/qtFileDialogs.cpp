@@ -1,0 +1,54 @@
+#include "platform/qtFileDialogs.h"
+
+#include "platform/text.h"
+
+#include <QFileDialog>
+
+namespace zint {
+namespace {
+
+/// "Text files (*.txt)|*.txt|..." as the toolkit wants it: the names carry the patterns already.
+QStringList nameFilters(const FileKinds& kinds)
+{
+    const QStringList parts = toQt(kinds.filter).split(u'|');
+    QStringList filters;
+    for (qsizetype i = 0; i < parts.size(); i += 2)
+        filters += parts[i];
+    return filters;
+}
+
+void prepare(QFileDialog& dialog, const FileKinds& kinds, const std::string& folder)
+{
+    dialog.setNameFilters(nameFilters(kinds));
+    dialog.setDefaultSuffix(toQt(kinds.extension));
+    dialog.setDirectory(toQt(folder));
+}
+
+std::string chosen(QFileDialog& dialog)
+{
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
+    return fromQt(QDir::toNativeSeparators(dialog.selectedFiles().constFirst()));
+}
+
+} // namespace
+
+std::string QtFileDialogs::chooseToOpen(const FileKinds& kinds, const std::string& folder)
+{
+    QFileDialog dialog(&window_);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    prepare(dialog, kinds, folder);
+    return chosen(dialog);
+}
+
+std::string QtFileDialogs::chooseToSave(const FileKinds& kinds, const std::string& folder,
+                                        const std::string& proposed)
+{
+    QFileDialog dialog(&window_);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    prepare(dialog, kinds, folder);
+    dialog.selectFile(toQt(proposed));
+    return chosen(dialog);
+}
+
+} // namespace zint

@@ -1,0 +1,116 @@
+#include "designer/pollSetup2.h"
+#include "forms/formTest.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QTableView>
+
+namespace zint {
+namespace {
+
+struct PollSetup2Test : FormTest {
+    QTableView* grid = nullptr;
+
+    PollSetup2Test()
+    {
+        loadDefaultDesign(design);
+        form = new pollSetup2(context);
+        form->show();
+        grid = control<QTableView>("obdGrid");
+    }
+
+    QString cell(int row, int column) const { return grid->model()->index(row, column).data().toString(); }
+
+    /// Opens the editor of a cell. @return the editor
+    template <typename Editor>
+    Editor* edit(int row, int column, const char* name)
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // editors of before
+        grid->setCurrentIndex(grid->model()->index(row, column));
+        grid->edit(grid->currentIndex());
+        return control<Editor>(name);
+    }
+};
+
+TEST_F(PollSetup2Test, CellsAreEditedInPlaceAndUndone)
+{
+    EXPECT_EQ(textOf("statusBox"), u"Default Settings (31 events)");
+    EXPECT_EQ(control<QLineEdit>("pollTitle")->text(), u"Default Settings");
+    EXPECT_EQ(cell(3, 2), u"1>Byte Percentage");
+    EXPECT_FALSE(grid->model()->flags(grid->model()->index(0, 0)) & Qt::ItemIsEditable) << "the code";
+
+    auto* texter = edit<QLineEdit>(3, 1, "obdTexter");
+    texter->setText(QStringLiteral("Load"));
+    QTest::keyClick(texter, Qt::Key_Return);
+    EXPECT_EQ(cell(3, 1), u"Load");
+    EXPECT_EQ(control<QComboBox>("ObdUnit")->count(), 1) << "Enter moves on to the next cell";
+
+    auto* frequency = edit<QComboBox>(3, 3, "ObdFreq");
+    EXPECT_EQ(frequency->itemText(6), u"  15>about 5s");
+    frequency->setEditText(QStringLiteral("25"));
+    QTest::keyClick(frequency, Qt::Key_Return);
+    EXPECT_EQ(cell(3, 3), u"25");
+
+    auto* offset = edit<QLineEdit>(3, 4, "obdTexter");
+    offset->setText(QStringLiteral("soon"));
+    QString message;
+    answerNextBox(QMessageBox::Ok, &message);
+    QTest::keyClick(offset, Qt::Key_Return);
+    EXPECT_EQ(message, u"Run-time error 13: Type mismatch");
+    EXPECT_EQ(cell(3, 4), u"3");
+
+    control<QAction>("mnuUndo")->trigger();
+    control<QAction>("mnuUndo")->trigger();
+    EXPECT_EQ(cell(3, 1), u"Calculated Engine Load");
+    EXPECT_FALSE(control<QAction>("mnuUndo")->isEnabled());
+    control<QAction>("mnuRedo")->trigger();
+    EXPECT_EQ(cell(3, 1), u"Load");
+}
+
+TEST_F(PollSetup2Test, RowsAreDraggedAndSorted)
+{
+    QAbstractItemModel* model = grid->model();
+    const std::unique_ptr<QMimeData> dragged(model->mimeData({model->index(3, 0)}));
+    model->dropMimeData(dragged.get(), Qt::MoveAction, 0, 0, {});
+    EXPECT_EQ(cell(0, 0), u"0104");
+    EXPECT_EQ(cell(1, 0), u"0101");
+    EXPECT_EQ(model->rowCount(), 31);
+    QHeaderView* header = grid->horizontalHeader();
+    const auto clickOn = [header](int column) {
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                          QPoint(header->sectionViewportPosition(column) + 20, header->height() / 2));
+    };
+    clickOn(0);
+    EXPECT_EQ(cell(0, 0), u"0101");
+    clickOn(0);
+    EXPECT_EQ(cell(0, 0), u"011F");
+}
+
+TEST_F(PollSetup2Test, AsksTheVehicleAndClosesWithTheWindow)
+{
+    adapter->expectOpening();
+    adapter->expect("0100\r").answer("41 00 BE 1F A8 13 \r\r>");
+    adapter->expect("ATD\r");
+    control<QAction>("mnuVerifyObd")->trigger();
+    EXPECT_EQ(textOf("statusBox"), u"com1 Verify events with OBD2");
+    adapter->play();
+    EXPECT_EQ(textOf("statusBox"), u"com1 Closed");
+    EXPECT_EQ(cell(3, 3), u"0");
+    EXPECT_EQ(cell(4, 3), u"10");
+
+    control<QCheckBox>("autoSpeed")->click();
+    EXPECT_EQ(textOf("sampleDsp"), u"Auto");
+    EXPECT_EQ(design.sampleSpeed, -1);
+    adapter->expect("ATZ\r");
+    adapter->expect("ATD\r");
+    control<QAction>("mnuVerifyObd")->trigger();
+    form->setAttribute(Qt::WA_DeleteOnClose, false);
+    form->close();
+    EXPECT_FALSE(adapter->isOpen());
+}
+
+} // namespace
+} // namespace zint
