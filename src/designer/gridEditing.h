@@ -2,6 +2,7 @@
 
 #include "designer/designGrid.h"
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -12,6 +13,9 @@ namespace zint {
 
 /// The grid's columns, from the left.
 enum class GridColumn { code, description, conversion, frequency, offset };
+
+inline constexpr std::array<const char*, 5> gridHeadings = {"Code", "Code Description", "Unit Conversion",
+                                                            "Poll Frequency", "Offset"};
 
 /// A cell's text: choosers as number + ">" + name, numbers in decimal.
 std::string cellText(const GridRow& row, GridColumn column);

@@ -6,14 +6,10 @@
 #include <QMimeData>
 #include <QPalette>
 
-#include <array>
 #include <utility>
 
 namespace zint {
 namespace {
-
-constexpr std::array<const char*, 5> headings = {"Code", "Code Description", "Unit Conversion",
-                                                 "Poll Frequency", "Offset"};
 
 const QString rowType = QStringLiteral("application/x-zint-design-row");
 
@@ -43,7 +39,7 @@ int GridModel::rowCount(const QModelIndex& parent) const { return parent.isValid
 
 int GridModel::columnCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(headings.size());
+    return parent.isValid() ? 0 : static_cast<int>(gridHeadings.size());
 }
 
 const GridRow& GridModel::rowAt(const QModelIndex& index) const
@@ -80,7 +76,7 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
         return {};
     if (orientation == Qt::Vertical)
         return section + 1;
-    return QString::fromLatin1(headings.at(static_cast<std::size_t>(section)));
+    return QString::fromLatin1(gridHeadings.at(static_cast<std::size_t>(section)));
 }
 
 Qt::ItemFlags GridModel::flags(const QModelIndex& index) const

@@ -1,11 +1,15 @@
 #include "designer/pollSetup2.h"
 
+#include "designer/designPrintout.h"
 #include "designer/gridDelegate.h"
 #include "designer/gridModel.h"
 #include "designer/ui_pollSetup2.h"
 #include "platform/text.h"
+#include "platform/windowPrinter.h"
 
+#include <QDateTime>
 #include <QHeaderView>
+#include <QLocale>
 #include <QSignalBlocker>
 
 #include <array>
@@ -34,6 +38,14 @@ pollSetup2::pollSetup2(ToolContext& context)
 pollSetup2::~pollSetup2() = default;
 
 void pollSetup2::Form_Unload() { designer_.unload(); }
+
+bool pollSetup2::printOn(QPrinter& printer)
+{
+    const QString date =
+        QLocale::c().toString(QDateTime::currentDateTime(), QStringLiteral("dddd, MMMM dd, yyyy hh:mm AP"));
+    return printDocument(
+        designPrintout(designer_.panel().obdGrid, context().design.sampleSpeed, fromQt(date)), printer);
+}
 
 void pollSetup2::setUpGrid()
 {

@@ -25,6 +25,7 @@ public:
 
 private:
     void Form_Unload() override;
+    bool printOn(QPrinter& printer) override;
     void mnuAddNew_Click();
     void autoSpeed_Click(bool checked);
     void pollSpeed_Change(int position);

@@ -35,6 +35,7 @@ void toolForm::setUpCommonControls()
     action("mnuHelp", &toolForm::mnuHelp_Click);
     action("mnuPrintSetup", &toolForm::mnuPrintSetup_Click);
     action("mnuPrintOut", &toolForm::mnuPrintOut_Click);
+    action("mnuPrint", &toolForm::mnuPrintOut_Click);
     action("mnuExit", &toolForm::goBack);
     for (const char* name : {"logo", "logo2"}) {
         if (auto* logo = findChild<QPushButton*>(QLatin1String(name))) {
@@ -86,10 +87,13 @@ void toolForm::mnuPrintSetup_Click() { printer().setUp(); }
 
 void toolForm::mnuPrintOut_Click() { printer().print(); }
 
+bool toolForm::printOn(QPrinter& printer) { return printImage(*this, printer); }
+
 WindowPrinter& toolForm::printer()
 {
     if (!printer_)
-        printer_ = std::make_unique<WindowPrinter>(*this, prompts_);
+        printer_ =
+            std::make_unique<WindowPrinter>(*this, prompts_, [this](QPrinter& p) { return printOn(p); });
     return *printer_;
 }
 

@@ -11,6 +11,8 @@
 #include <memory>
 #include <string>
 
+class QPrinter;
+
 namespace zint {
 
 class WindowPrinter;
@@ -35,6 +37,9 @@ protected:
 
     /// Ends what the window has running; called once, when it closes, never inside another handler.
     virtual void Form_Unload() {}
+
+    /// What "Print" puts on paper: the window's image, unless it has something better.
+    virtual bool printOn(QPrinter& printer);
 
     void closeEvent(QCloseEvent* event) override;
 

@@ -2,17 +2,60 @@
 
 #include "platform/text.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QDialogButtonBox>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QPushButton>
+#include <QTextDocument>
 #include <QWidget>
+
+#include <utility>
 
 namespace zint {
 
-WindowPrinter::WindowPrinter(QWidget& window, Prompts& prompts) : window_(window), prompts_(prompts) {}
+bool printImage(QWidget& window, QPrinter& printer)
+{
+    QPainter painter;
+    if (!painter.begin(&printer))
+        return false;
+    const QPixmap image = window.grab();
+    const QRect page = painter.viewport();
+    const QSize size = image.size().scaled(page.size(), Qt::KeepAspectRatio);
+    painter.drawPixmap(QRect(QPoint(0, 0), size), image);
+    return painter.end();
+}
+
+bool printDocument(const std::string& html, QPrinter& printer)
+{
+    QPainter painter;
+    if (!painter.begin(&printer))
+        return false;
+    const QRect page = painter.viewport();
+    const int footer = 2 * painter.fontMetrics().height();
+    const QSize body(page.width(), page.height() - footer);
+    QTextDocument document;
+    document.documentLayout()->setPaintDevice(&printer);
+    document.setHtml(toQt(html));
+    document.setPageSize(body);
+    for (int number = 0; number < document.pageCount(); ++number) {
+        if (number > 0)
+            printer.newPage();
+        painter.save();
+        painter.translate(0, -number * body.height());
+        document.drawContents(&painter, QRect(QPoint(0, number * body.height()), body));
+        painter.restore();
+        painter.drawText(page, Qt::AlignRight | Qt::AlignBottom, QString::number(number + 1));
+    }
+    return painter.end();
+}
+
+WindowPrinter::WindowPrinter(QWidget& window, Prompts& prompts, Paint paint)
+    : window_(window), prompts_(prompts), paint_(std::move(paint))
+{
+}
 
 WindowPrinter::~WindowPrinter() = default;
 
@@ -46,24 +89,12 @@ void WindowPrinter::print()
     QPrintDialog dialog(&printer(), &window_);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    if (!printOn(printer())) {
+    if (!paint_(printer())) {
         const QString file = printer().outputFileName();
         prompts_.message(file.isEmpty() ? "Printing failed: the printer does not respond. Choose another one."
                                         : "Printing failed: " + fromQt(file) +
                                               " can't be written. Choose another file or folder.");
     }
-}
-
-bool WindowPrinter::printOn(QPrinter& printer) const
-{
-    QPainter painter;
-    if (!painter.begin(&printer))
-        return false;
-    const QPixmap image = window_.grab();
-    const QRect page = painter.viewport();
-    const QSize size = image.size().scaled(page.size(), Qt::KeepAspectRatio);
-    painter.drawPixmap(QRect(QPoint(0, 0), size), image);
-    return painter.end();
 }
 
 } // namespace zint

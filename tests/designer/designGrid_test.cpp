@@ -1,4 +1,5 @@
 #include "designer/designGrid.h"
+#include "designer/designPrintout.h"
 #include "shared/runTimeError.h"
 
 #include <gtest/gtest.h>
@@ -40,6 +41,17 @@ TEST(DesignGridTest, ACommitIsAllOrNothing)
     grid.rows.pop_back();
     EXPECT_NO_THROW(commit(grid, design));
     EXPECT_EQ(design.eventCount(), 64);
+}
+
+TEST(DesignPrintoutTest, ListsTheRowsAsText)
+{
+    const DesignGrid grid{.title = "A & B", .rows = {{"0105", "<hot>", 3, 15, "2"}}};
+    const std::string html = designPrintout(grid, 100, "Monday");
+    for (const char* part :
+         {"<h2>Polling Design</h2>", "<b>A &amp; B</b><br>Monday<br>", ";Sample Speed: 100ms<",
+          "<td>0105</td><td>&lt;hot&gt;</td><td>3&gt;Celsius</td><td>15</td><td>2</td>"})
+        EXPECT_NE(html.find(part), std::string::npos) << part << " in " << html;
+    EXPECT_NE(designPrintout(grid, -1, "").find("Sample Speed: Dynamic<"), std::string::npos);
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "codes/codesForm.h"
 #include "forms/formTest.h"
 #include "platform/windowPrinter.h"
-#include "support/scriptedPrompts.h"
 
 #include <QComboBox>
 #include <QFile>
@@ -135,14 +134,14 @@ TEST_F(CodesFormTest, ClosingEndsTheExchange)
 TEST_F(CodesFormTest, PrintsItsImage)
 {
     const QTemporaryDir folder;
-    ScriptedPrompts prompts;
     QPrinter printer;
     printer.setOutputFileName(folder.filePath(QStringLiteral("codes.pdf")));
-    ASSERT_TRUE(WindowPrinter(*form, prompts).printOn(printer));
+    ASSERT_TRUE(printImage(*form, printer));
     QFile file(printer.outputFileName());
     EXPECT_TRUE(file.open(QIODevice::ReadOnly) && file.readAll().contains("/Image"));
     printer.setOutputFileName(folder.filePath(QStringLiteral("no such folder/codes.pdf")));
-    EXPECT_FALSE(WindowPrinter(*form, prompts).printOn(printer));
+    EXPECT_FALSE(printImage(*form, printer));
+    EXPECT_FALSE(printDocument("text", printer));
 }
 
 } // namespace
