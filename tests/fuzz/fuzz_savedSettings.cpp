@@ -16,6 +16,10 @@ struct Prompter final : Prompts {
 
     void message(const std::string&, const std::string&) override { ++messages; }
     bool confirm(const std::string&, const std::string&) override { return false; }
+    std::optional<std::string> input(const std::string&, const std::string&, const std::string&) override
+    {
+        return std::nullopt;
+    }
 };
 
 /// A start with what the store holds. @return how many settings were reported
