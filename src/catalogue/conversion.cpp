@@ -1,8 +1,8 @@
 #include "catalogue/conversion.h"
 
+#include "shared/module1.h"
 #include "shared/runTimeError.h"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
@@ -89,10 +89,7 @@ std::string written(Format... valueAndFormat)
 
 std::string hexText(std::int32_t raw)
 {
-    std::string digits = written(static_cast<std::uint32_t>(raw), 16); // a negative value as its 32 bits
-    std::ranges::transform(digits, digits.begin(),
-                           [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
-    return "&H" + digits;
+    return "&H" + upperCase(written(static_cast<std::uint32_t>(raw), 16)); // a negative value as its 32 bits
 }
 
 struct Writer {

@@ -37,22 +37,14 @@ std::int32_t frequencyOf(std::string_view text)
     return frequency;
 }
 
-std::string lowerCase(std::string text)
-{
-    std::ranges::transform(text, text.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return text;
-}
-
 /// What a column is sorted by; a text counts where there is no number.
 std::pair<std::int64_t, std::string> sortKey(const GridRow& row, GridColumn column)
 {
     switch (column) {
     case GridColumn::code:
-        return {0, lowerCase(row.code)};
+        return {0, upperCase(row.code)};
     case GridColumn::description:
-        return {0, lowerCase(row.description)};
+        return {0, upperCase(row.description)};
     case GridColumn::conversion:
         return {row.conversion, {}};
     case GridColumn::frequency:

@@ -1,21 +1,13 @@
 #include "designer/pollPreparation.h"
 
-#include <algorithm>
+#include "shared/module1.h"
+
 #include <utility>
 
 namespace zint {
 namespace {
 
 constexpr std::string_view interfering = "ZDELRPM"; // third letters of commands that change how replies look
-
-std::string upperCase(std::string_view text)
-{
-    std::string upper(text);
-    std::ranges::transform(upper, upper.begin(), [](char c) {
-        return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-    });
-    return upper;
-}
 
 } // namespace
 

@@ -1,5 +1,7 @@
 #include "link/portDirectory.h"
 
+#include "shared/module1.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -64,12 +66,9 @@ void PortDirectory::assignForThisRun(int number, std::string location)
 
 std::optional<int> PortDirectory::numberOf(std::string_view text)
 {
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
+    const std::string wanted = upperCase(text);
     for (int number = 1; number <= portCount; ++number) {
-        if (lower == name(number))
+        if (wanted == upperCase(name(number)))
             return number;
     }
     return std::nullopt;

@@ -19,11 +19,9 @@ constexpr std::array<std::string_view, 16> reversedBits = {
     "0001", "1001", "0101", "1101", "0011", "1011", "0111", "1111",
 };
 
-int hexDigit(char character)
+char capital(char letter)
 {
-    const char upper =
-        character >= 'a' && character <= 'f' ? static_cast<char>(character - 'a' + 'A') : character;
-    return upperHexDigit(upper);
+    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
 }
 
 std::string_view trimmed(std::string_view text)
@@ -35,6 +33,13 @@ std::string_view trimmed(std::string_view text)
 }
 
 } // namespace
+
+std::string upperCase(std::string_view text)
+{
+    std::string upper(text);
+    std::ranges::transform(upper, upper.begin(), capital);
+    return upper;
+}
 
 int upperHexDigit(char character)
 {
@@ -50,7 +55,7 @@ std::int32_t hexToNumber(std::string_view text)
     for (const char character : text) {
         if (character == ' ')
             continue;
-        const int digit = hexDigit(character);
+        const int digit = upperHexDigit(capital(character));
         if (digit < 0)
             return -1;
         value = value * 16 + digit;

@@ -19,6 +19,9 @@ std::int32_t hexToNumber(std::string_view text);
 /// @return empty for a text with any other character, lower-case digits included
 std::string hexToBits(std::string_view text);
 
+/// The text with the letters a to z as capitals; all other characters stay.
+std::string upperCase(std::string_view text);
+
 /// The value of one upper-case hexadecimal digit, or -1. Replies are upper case; anything else is not a digit
 /// here.
 int upperHexDigit(char character);
