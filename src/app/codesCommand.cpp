@@ -49,6 +49,12 @@ public:
         return std::nullopt;
     }
 
+    std::optional<std::size_t> choose(const std::string& /*text*/, const std::string& /*title*/,
+                                      const std::vector<std::string>& /*lines*/) override
+    {
+        return std::nullopt;
+    }
+
     bool confirm(const std::string& /*text*/, const std::string& /*title*/) override { return true; }
 
     bool hasComplained = false;

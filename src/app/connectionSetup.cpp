@@ -1,6 +1,7 @@
 #include "app/connectionSetup.h"
 
 #include "platform/browser.h"
+#include "platform/folders.h"
 #include "platform/text.h"
 
 #include <QDir>
@@ -11,6 +12,8 @@ Launcher::System launcherSystem()
 {
     return {.workingFolder = fromQt(QDir::toNativeSeparators(QDir::currentPath())),
             .pathSeparator = static_cast<char>(QDir::separator().unicode()),
+            .sampleFolder =
+                fromQt(QDir::toNativeSeparators(programDataFolder() + QStringLiteral("/designs/"))),
             .findBrowser = findBrowser};
 }
 

@@ -50,7 +50,9 @@ void Launcher::load()
         if (saved.fileName != nullptr && !value.empty())
             values_.*saved.fileName = fileNamePart(value);
     }
-    if (values_.parmInitDir.empty())
+    values_.sampleFolder = system_.sampleFolder;
+    values_.isFolderRemembered = !values_.parmInitDir.empty();
+    if (!values_.isFolderRemembered)
         values_.parmInitDir = system_.workingFolder;
     if (values_.parmDTCdb.empty())
         values_.parmDTCdb = system_.workingFolder + system_.pathSeparator + "dtc.mdb";
@@ -160,6 +162,7 @@ void Launcher::clearDefaults()
         if (saved.fileName != nullptr)
             (values_.*saved.fileName).clear();
     }
+    values_.isFolderRemembered = false;
 }
 
 std::string Launcher::stored(const char* key, const std::string& missing) const

@@ -6,13 +6,16 @@
 #include "app/startForm.h"
 #include "codes/codesForm.h"
 #include "designer/pollSetup2.h"
+#include "platform/folders.h"
 #include "platform/icons.h"
+#include "platform/text.h"
 
 #include <QApplication>
 #include <QTimer>
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace zint {
 namespace {
@@ -51,6 +54,7 @@ Program::Program(const ConnectionOptions& options)
                              .values = values_,
                              .design = design_,
                              .settings = settings_,
+                             .userDataFolder = fromQt(userDataFolder()),
                              .connection = [this] { return launcher_->connection(); },
                              .makePort =
                                  [this](EventGate& gate, const ConnectionChoice& choice) {
@@ -59,6 +63,8 @@ Program::Program(const ConnectionOptions& options)
                              .openFailedConn = [this](QWidget& caller) { openFailedConn(caller); },
                          }
 {
+    if (entryOf(Tool::pollRunner) != nullptr)
+        context_.goPolling = [this] { next_ = Tool::pollRunner; };
     instance_.onAsked = [this] { return bringBack(); };
 }
 
@@ -93,7 +99,7 @@ void Program::openTool(Tool tool)
     if (entry == nullptr)
         return;
     tool_ = entry->make(context_);
-    connect(tool_, &toolForm::unloaded, this, &Program::showLauncher);
+    connect(tool_, &toolForm::unloaded, this, &Program::toolClosed);
     start_->hide();
     tool_->show();
 }
@@ -108,6 +114,14 @@ void Program::openFailedConn(QWidget& caller)
 }
 
 void Program::assignPorts() { portsForm(ports_, start_).exec(); }
+
+void Program::toolClosed()
+{
+    if (const std::optional<Tool> next = std::exchange(next_, std::nullopt))
+        openTool(*next);
+    else
+        showLauncher();
+}
 
 void Program::showLauncher()
 {

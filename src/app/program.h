@@ -36,6 +36,7 @@ private:
     void openTool(Tool tool);
     void openFailedConn(QWidget& caller);
     void assignPorts();
+    void toolClosed();
     void showLauncher();
     bool bringBack();
     void waitIfHidden();
@@ -52,6 +53,7 @@ private:
     RunningInstance instance_;
     QPointer<startForm> start_;
     QPointer<toolForm> tool_;
+    std::optional<Tool> next_; ///< opened in place of the launcher when the present tool closes
 };
 
 } // namespace zint

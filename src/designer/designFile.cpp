@@ -4,6 +4,8 @@
 #include "shared/runTimeError.h"
 #include "shared/textFile.h"
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -82,42 +84,71 @@ DesignEntry toEvent(const std::vector<std::string_view>& fields)
     return event;
 }
 
-void appendEvent(Design& design, DesignEntry event)
+/// A design as text has it: events without end.
+struct Block {
+    Design design; ///< all but its events
+    std::vector<DesignEntry> events;
+};
+
+Block readBlock(std::istream& stream, std::size_t mostEvents)
 {
-    if (design.eventCount() == Design::maxEvents)
-        throw FileError("the file holds more than " + std::to_string(Design::maxEvents) + " events");
-    if (event.frequency > 0)
-        ++design.polledCount();
-    design.entries.at(static_cast<std::size_t>(++design.eventCount())) = std::move(event);
+    LineReader lines(stream);
+    Block block;
+    block.design.title() = lineOf(lines);
+    readSettings(lineOf(lines), block.design);
+    while (const auto line = nextLine(lines)) {
+        if (line->starts_with(endLine))
+            break;
+        const auto fields = split(*line);
+        if (fields.size() < fewestFields)
+            continue;
+        if (block.events.size() == mostEvents)
+            throw FileError("the file holds more than " + std::to_string(mostEvents) + " events");
+        block.events.push_back(toEvent(fields));
+    }
+    return block;
+}
+
+/// The design of a block, with as many of its events as it has room for.
+Design designOf(const Block& block)
+{
+    Design design = block.design;
+    for (const DesignEntry& event : block.events) {
+        if (design.eventCount() == Design::maxEvents)
+            break;
+        design.entries.at(static_cast<std::size_t>(++design.eventCount())) = event;
+        if (event.frequency > 0)
+            ++design.polledCount();
+    }
+    return design;
 }
 
 } // namespace
 
-void writeDesign(std::ostream& stream, const Design& design)
+void writeDraft(std::ostream& stream, const DesignGrid& grid, const Design& design)
 {
-    stream << design.title() << lineEnd << design.extraCommands << separator << design.sampleSpeed << lineEnd;
-    for (std::int32_t n = 1; n <= design.eventCount(); ++n) {
-        const DesignEntry& event = design.entries.at(static_cast<std::size_t>(n));
-        stream << event.code << separator << event.description << separator << event.conversion << separator
-               << event.frequency << separator << event.offset << separator << event.reserved1 << separator
-               << event.reserved2 << lineEnd;
+    static const DesignEntry noEvent;
+    stream << grid.title << lineEnd << design.extraCommands << separator << design.sampleSpeed << lineEnd;
+    for (std::size_t n = 1; const GridRow& row : grid.rows) {
+        const DesignEntry& place = n < design.entries.size() ? design.entries.at(n) : noEvent;
+        stream << row.code << separator << row.description << separator << row.conversion << separator
+               << row.frequency << separator << row.offset << separator << place.reserved1 << separator
+               << place.reserved2 << lineEnd;
+        ++n;
     }
     stream << endLine << lineEnd;
 }
 
-Design readDesign(std::istream& stream)
+void writeDesign(std::ostream& stream, const Design& design) { writeDraft(stream, gridOf(design), design); }
+
+Design readDesign(std::istream& stream) { return designOf(readBlock(stream, Design::maxEvents)); }
+
+DesignDraft readDraft(std::istream& stream)
 {
-    LineReader lines(stream);
-    Design design;
-    design.title() = lineOf(lines);
-    readSettings(lineOf(lines), design);
-    while (const auto line = nextLine(lines)) {
-        if (line->starts_with(endLine))
-            break;
-        if (const auto fields = split(*line); fields.size() >= fewestFields)
-            appendEvent(design, toEvent(fields));
-    }
-    return design;
+    const Block block = readBlock(stream, std::numeric_limits<std::size_t>::max());
+    DesignDraft draft{.grid = {.title = block.design.title()}, .design = designOf(block)};
+    std::ranges::transform(block.events, std::back_inserter(draft.grid.rows), &rowOf);
+    return draft;
 }
 
 Design loadDesign(const std::string& path)

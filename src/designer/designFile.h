@@ -1,6 +1,6 @@
 #pragma once
 
-#include "catalogue/design.h"
+#include "designer/designGrid.h"
 
 #include <cstdint>
 #include <istream>
@@ -28,5 +28,19 @@ Design readDesign(std::istream& stream);
 /// The same for a file. @throws FileError when it can't be opened, read or written, and as above
 Design loadDesign(const std::string& path);
 void saveDesign(const std::string& path, const Design& design);
+
+/// A design while it is edited: a grid, which may hold rows that are not polled and more of them than a
+/// design may, and the design that it is to become.
+struct DesignDraft {
+    DesignGrid grid;
+    Design design; ///< gives what no grid shows: extra commands, sample speed and the reserved numbers
+};
+
+/// Writes a draft as a design of all its rows.
+void writeDraft(std::ostream& stream, const DesignGrid& grid, const Design& design);
+
+/// Reads what writeDraft() wrote. The design gets as many of the rows as it has room for.
+/// @throws as readDesign(), but for the number of events
+DesignDraft readDraft(std::istream& stream);
 
 } // namespace zint

@@ -12,15 +12,22 @@ TooManyEvents::TooManyEvents(std::size_t count)
 {
 }
 
+GridRow rowOf(const DesignEntry& event)
+{
+    return {event.code, event.description, event.conversion, event.frequency, std::to_string(event.offset)};
+}
+
 DesignGrid gridOf(const Design& design)
 {
     DesignGrid grid{.title = design.title()};
-    for (std::int32_t n = 1; n <= design.eventCount(); ++n) {
-        const DesignEntry& event = design.entries.at(static_cast<std::size_t>(n));
-        grid.rows.push_back(
-            {event.code, event.description, event.conversion, event.frequency, std::to_string(event.offset)});
-    }
+    for (std::int32_t n = 1; n <= design.eventCount(); ++n)
+        grid.rows.push_back(rowOf(design.entries.at(static_cast<std::size_t>(n))));
     return grid;
+}
+
+std::string summaryOf(const DesignGrid& grid)
+{
+    return grid.title + " (" + std::to_string(grid.rows.size()) + " events)";
 }
 
 void commit(const DesignGrid& grid, Design& design)

@@ -39,8 +39,14 @@ public:
     explicit TooManyEvents(std::size_t count);
 };
 
+/// The row for an event.
+GridRow rowOf(const DesignEntry& event);
+
 /// The grid for a design.
 DesignGrid gridOf(const Design& design);
+
+/// "title (N events)"
+std::string summaryOf(const DesignGrid& grid);
 
 /// Makes the enabled rows the design's events, in their order, and the grid's title its title. The design's
 /// two reserved numbers stay with the places in the list, not with the rows.

@@ -5,9 +5,12 @@
 #include "designer/pollCost.h"
 #include "designer/pollPreparation.h"
 #include "designer/supportReply.h"
+#include "shared/fileError.h"
 #include "shared/module1.h"
 
 #include <exception>
+#include <utility>
+#include <vector>
 
 namespace zint {
 namespace {
@@ -19,37 +22,51 @@ const FileKinds saveKinds{.extension = "obc",
                           .filter =
                               "OBD2 config files (*.obc)|*.obc|Text files (*.txt)|*.txt|All files (*.*)|*.*"};
 
+/// The folder of a file, with its last separator.
+std::string folderOf(const std::string& path)
+{
+    return path.substr(0, path.size() - fileNamePart(path).size());
+}
+
 } // namespace
 
 Designer::Designer(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Design& design,
-                   Prompts& prompts, FileDialogs& dialogs, ProgramValues& values)
+                   Prompts& prompts, FileDialogs& dialogs, ProgramValues& values, KeptDesigns& kept)
     : link_(port, timer, choice, *this), design_(design), prompts_(prompts), dialogs_(dialogs),
-      values_(values), bitsPerSecond_(toInteger(choice.speed))
+      values_(values), kept_(kept), bitsPerSecond_(toInteger(choice.speed))
 {
 }
 
 void Designer::load()
 {
-    rebuild();
-    if (design_.isCommitted())
-        panel_.fileLab = values_.parmSaveFile;
-    else if (fileExists(values_.parmSave))
+    beginWithDesign();
+    if (design_.isCommitted()) {
+        panel_.fileLab = values_.mayOverwriteSave ? values_.parmSaveFile : "";
+        if (kept_.resume(panel_.obdGrid, design_))
+            safe_.reset();
+    } else if (fileExists(values_.parmSave)) {
         loadFile(values_.parmSave);
+    }
     changed();
 }
 
-void Designer::unload() { link_.close(); }
+void Designer::unload()
+{
+    link_.close();
+    kept_.leave();
+}
 
 void Designer::newDesign()
 {
     loadDefaultDesign(design_);
-    rebuild();
+    beginWithDesign();
     changed();
 }
 
 void Designer::open()
 {
-    const std::string path = dialogs_.chooseToOpen(openKinds, values_.parmInitDir);
+    const std::string path = dialogs_.chooseToOpen(
+        openKinds, values_.isFolderRemembered ? values_.parmInitDir : values_.sampleFolder);
     if (path.empty())
         return;
     rememberFolder(path);
@@ -57,9 +74,34 @@ void Designer::open()
     changed();
 }
 
+void Designer::recover()
+{
+    const std::vector<KeptDesigns::Entry> entries = kept_.list();
+    if (entries.empty()) {
+        prompts_.message("There is no unsaved design to recover.");
+        return;
+    }
+    std::vector<std::string> lines;
+    for (const KeptDesigns::Entry& entry : entries)
+        lines.push_back(entry.text);
+    const auto chosen = prompts_.choose("Unsaved designs", "Recover Unsaved Design", lines);
+    if (!chosen)
+        return;
+    DesignDraft draft = kept_.bringBack(entries.at(*chosen));
+    design_ = std::move(draft.design);
+    rebuild();
+    history_.forget();
+    panel_.obdGrid = std::move(draft.grid); // may be longer than the design
+    safe_.reset();
+    values_.mayOverwriteSave = false;
+    panel_.fileLab.clear();
+    panel_.statusBox = summaryOf(panel_.obdGrid) + " recovered";
+    changed();
+}
+
 void Designer::save()
 {
-    if ((values_.parmSave.empty() || !mayOverwrite_) && !askName())
+    if ((values_.parmSave.empty() || !values_.mayOverwriteSave) && !askName())
         return;
     saveFile();
 }
@@ -79,7 +121,7 @@ bool Designer::askName()
     values_.parmSave = path;
     values_.parmSaveFile = fileNamePart(path);
     panel_.fileLab = values_.parmSaveFile;
-    mayOverwrite_ = true;
+    values_.mayOverwriteSave = true;
     return true;
 }
 
@@ -88,6 +130,7 @@ void Designer::saveFile()
     commit(panel_.obdGrid, design_);
     saveDesign(values_.parmSave, design_);
     rebuild();
+    safe_ = content();
     panel_.statusBox = values_.parmSaveFile + " saved";
     changed();
 }
@@ -100,23 +143,30 @@ void Designer::loadFile(const std::string& path)
     } catch (const std::exception& error) { // whatever is wrong with the file, the default takes its place
         prompts_.message("Error loading file" + name + "\r\n" + error.what());
         loadDefaultDesign(design_);
-        rebuild();
+        beginWithDesign();
         panel_.statusBox = "Default values loaded";
         return;
     }
-    mayOverwrite_ = !name.ends_with(".log");
-    if (mayOverwrite_) {
+    values_.mayOverwriteSave = !isTemplate(path);
+    if (values_.mayOverwriteSave) {
         values_.parmSave = path;
         values_.parmSaveFile = name;
     }
-    rebuild();
+    beginWithDesign();
     panel_.fileLab = name;
     panel_.statusBox = name + " loaded";
 }
 
+/// Whether a file only lends its design, so that saving does not overwrite it: a data log, a sample.
+bool Designer::isTemplate(const std::string& path) const
+{
+    return path.ends_with(".log") || folderOf(path) == values_.sampleFolder;
+}
+
 void Designer::rememberFolder(const std::string& path)
 {
-    values_.parmInitDir = path.substr(0, path.size() - fileNamePart(path).size());
+    values_.parmInitDir = folderOf(path);
+    values_.isFolderRemembered = true;
 }
 
 void Designer::setTitle(const std::string& title)
@@ -125,14 +175,19 @@ void Designer::setTitle(const std::string& title)
     changed();
 }
 
-void Designer::edit(const std::function<void(DesignGrid&)>& change)
+/// Changes the grid, which can be undone.
+void Designer::apply(const std::function<void(DesignGrid&)>& change)
 {
     DesignGrid edited = panel_.obdGrid;
     change(edited);
-    if (edited != panel_.obdGrid) {
-        history_.remember(panel_.obdGrid);
-        panel_.obdGrid = std::move(edited);
-    }
+    if (edited.rows != panel_.obdGrid.rows)
+        history_.remember(panel_.obdGrid.rows);
+    panel_.obdGrid = std::move(edited);
+}
+
+void Designer::edit(const std::function<void(DesignGrid&)>& change)
+{
+    apply(change);
     changed();
 }
 
@@ -155,13 +210,13 @@ void Designer::sortBy(GridColumn column)
 
 void Designer::undo()
 {
-    history_.undo(panel_.obdGrid);
+    history_.undo(panel_.obdGrid.rows);
     changed();
 }
 
 void Designer::redo()
 {
-    history_.redo(panel_.obdGrid);
+    history_.redo(panel_.obdGrid.rows);
     changed();
 }
 
@@ -253,12 +308,51 @@ void Designer::commitForPolling()
 
 void Designer::rebuild()
 {
-    panel_.obdGrid = gridOf(design_);
-    history_.forget();
+    apply([this](DesignGrid& grid) { grid = gridOf(design_); });
     sortedBy_.reset();
     panel_.pollPrefix = design_.extraCommands;
     showSpeed();
-    panel_.statusBox = design_.title() + " (" + std::to_string(design_.eventCount()) + " events)";
+    panel_.statusBox = summaryOf(panel_.obdGrid);
+}
+
+/// Shows a design that has come in. What was in the grid before stays kept if it was not saved.
+void Designer::beginWithDesign()
+{
+    kept_.leave();
+    rebuild();
+    history_.forget();
+    safe_ = content();
+}
+
+Designer::Content Designer::content() const
+{
+    return {panel_.obdGrid, design_.extraCommands, design_.sampleSpeed};
+}
+
+/// Whether nothing is lost with the content: disabled rows that a commit dropped are no loss.
+bool Designer::isSafe(const Content& content) const
+{
+    if (!safe_ || content == safe_)
+        return safe_.has_value();
+    Content committed = *safe_;
+    std::erase_if(committed.grid.rows, [](const GridRow& row) { return !row.isEnabled(); });
+    return content == committed;
+}
+
+void Designer::keepUnsaved()
+{
+    Content now = content();
+    if (now == seen_)
+        return;
+    seen_ = std::move(now);
+    try {
+        if (isSafe(seen_))
+            kept_.forget();
+        else
+            kept_.keep(panel_.obdGrid, design_);
+    } catch (const FileError& error) {
+        panel_.statusBox = std::string("Unsaved changes can't be kept: ") + error.what();
+    }
 }
 
 void Designer::verifySupport()
@@ -295,6 +389,8 @@ void Designer::disableUnsupported(std::string_view reply)
         prompts_.message("Garbled OBD2 0100 response (" + std::string(data) + "), try again");
         return;
     }
+    if (closeEditor)
+        closeEditor();
     edit([&bits](DesignGrid& grid) {
         for (GridRow& row : grid.rows) {
             if (!isUnsupported(row.code, bits))
@@ -333,6 +429,7 @@ void Designer::linkLost()
 
 void Designer::changed()
 {
+    keepUnsaved();
     panel_.labelStats = link_.counterLine();
     panel_.costLab = pollCost(panel_.obdGrid, design_.sampleSpeed, bitsPerSecond_);
     panel_.canUndo = history_.canUndo();

@@ -2,6 +2,7 @@
 
 #include "designer/designerPanel.h"
 #include "designer/gridEditing.h"
+#include "designer/keptDesigns.h"
 #include "link/adapterLink.h"
 #include "shared/fileDialogs.h"
 #include "shared/programValues.h"
@@ -23,7 +24,7 @@ class Designer final : private AdapterLink::Listener {
 public:
     /// All references outlive the designer.
     Designer(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Design& design, Prompts& prompts,
-             FileDialogs& dialogs, ProgramValues& values);
+             FileDialogs& dialogs, ProgramValues& values, KeptDesigns& kept);
 
     /// Shows the design that the program holds, or the last design file when it holds none that was
     /// committed.
@@ -34,6 +35,7 @@ public:
 
     void newDesign(); ///< the built-in default
     void open();      ///< asks for a file
+    void recover();   ///< asks which of the unsaved designs
     void save();      ///< asks for a name when there is none
     void saveAs();
 
@@ -61,7 +63,8 @@ public:
     void commitForPolling();
 
     const DesignerPanel& panel() const { return panel_; }
-    std::function<void()> onChanged; ///< called after each event that may have changed the panel
+    std::function<void()> closeEditor; ///< ends an edit of a cell; what was typed counts
+    std::function<void()> onChanged;   ///< called after each event that may have changed the panel
 
 private:
     void linkReady() override;
@@ -71,6 +74,21 @@ private:
     void linkTimedOut() override;
     void linkLost() override;
 
+    /// What a file of the design would hold.
+    struct Content {
+        DesignGrid grid;
+        std::string extraCommands;
+        int sampleSpeed = 0;
+
+        bool operator==(const Content&) const = default;
+    };
+
+    Content content() const;
+    bool isTemplate(const std::string& path) const;
+    bool isSafe(const Content& content) const;
+    void keepUnsaved();
+    void beginWithDesign();
+    void apply(const std::function<void(DesignGrid&)>& change);
     void edit(const std::function<void(DesignGrid&)>& change);
     void rebuild();
     void showSpeed();
@@ -87,11 +105,14 @@ private:
     Prompts& prompts_;
     FileDialogs& dialogs_;
     ProgramValues& values_;
+    KeptDesigns& kept_;
     DesignerPanel panel_;
+    Content seen_; ///< what was last looked at, whether it must be kept
+    std::optional<Content>
+        safe_; ///< as a file has it, or the default; nothing for a design that was brought back
     GridHistory history_;
     std::optional<GridColumn> sortedBy_; ///< ascending; a second click reverses
     int bitsPerSecond_;
-    bool mayOverwrite_ = true; ///< false once a data log was opened as a design
 };
 
 } // namespace zint

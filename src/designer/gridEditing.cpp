@@ -139,9 +139,9 @@ void sortRows(DesignGrid& grid, GridColumn column, bool descending)
     });
 }
 
-void GridHistory::remember(const DesignGrid& grid)
+void GridHistory::remember(const Rows& rows)
 {
-    past_.push_back(grid);
+    past_.push_back(rows);
     future_.clear();
     if (past_.size() > mostSteps)
         past_.erase(past_.begin());
@@ -153,15 +153,15 @@ void GridHistory::forget()
     future_.clear();
 }
 
-void GridHistory::undo(DesignGrid& grid) { step(past_, future_, grid); }
+void GridHistory::undo(Rows& rows) { step(past_, future_, rows); }
 
-void GridHistory::redo(DesignGrid& grid) { step(future_, past_, grid); }
+void GridHistory::redo(Rows& rows) { step(future_, past_, rows); }
 
-void GridHistory::step(std::vector<DesignGrid>& from, std::vector<DesignGrid>& to, DesignGrid& grid)
+void GridHistory::step(std::vector<Rows>& from, std::vector<Rows>& to, Rows& rows)
 {
     if (from.empty())
         return;
-    to.push_back(std::exchange(grid, std::move(from.back())));
+    to.push_back(std::exchange(rows, std::move(from.back())));
     from.pop_back();
 }
 

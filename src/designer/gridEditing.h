@@ -39,27 +39,29 @@ void moveRow(DesignGrid& grid, std::size_t from, std::size_t to);
 /// Sorts by a column: numbers as numbers, texts without regard to case; rows that are alike keep their order.
 void sortRows(DesignGrid& grid, GridColumn column, bool descending);
 
-/// The steps back and forth over edits of the grid.
+/// The steps back and forth over edits of the grid. The title is no part of them: its text box has its own.
 class GridHistory {
 public:
-    /// Remembers the grid as it is before an edit; what was undone can't be done again then.
-    void remember(const DesignGrid& grid);
+    using Rows = std::vector<GridRow>;
+
+    /// Remembers the rows as they are before an edit; what was undone can't be done again then.
+    void remember(const Rows& rows);
 
     void forget();
 
     bool canUndo() const { return !past_.empty(); }
     bool canRedo() const { return !future_.empty(); }
 
-    void undo(DesignGrid& grid); ///< without a step to take, nothing happens
-    void redo(DesignGrid& grid); ///< as undo()
+    void undo(Rows& rows); ///< without a step to take, nothing happens
+    void redo(Rows& rows); ///< as undo()
 
 private:
     static constexpr std::size_t mostSteps = 1000;
 
-    static void step(std::vector<DesignGrid>& from, std::vector<DesignGrid>& to, DesignGrid& grid);
+    static void step(std::vector<Rows>& from, std::vector<Rows>& to, Rows& rows);
 
-    std::vector<DesignGrid> past_;
-    std::vector<DesignGrid> future_;
+    std::vector<Rows> past_;
+    std::vector<Rows> future_;
 };
 
 } // namespace zint

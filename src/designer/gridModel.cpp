@@ -17,7 +17,7 @@ GridColumn columnOf(const QModelIndex& index) { return static_cast<GridColumn>(i
 
 } // namespace
 
-GridModel::GridModel(Designer& designer, std::function<void(Edit)> enter)
+GridModel::GridModel(Designer& designer, std::function<void(const Edit&)> enter)
     : designer_(designer), enter_(std::move(enter))
 {
 }

@@ -16,7 +16,7 @@ public:
     using Edit = std::function<void()>;
 
     /// @param enter runs an edit as an event of the window; the designer outlives the model
-    GridModel(Designer& designer, std::function<void(Edit)> enter);
+    GridModel(Designer& designer, std::function<void(const Edit&)> enter);
 
     /// Shows the panel as it is now.
     void refresh();
@@ -39,7 +39,7 @@ private:
     const GridRow& rowAt(const QModelIndex& index) const;
 
     Designer& designer_;
-    std::function<void(Edit)> enter_;
+    std::function<void(const Edit&)> enter_;
     int shownRows_ = 0;
 };
 

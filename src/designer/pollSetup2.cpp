@@ -4,6 +4,7 @@
 #include "designer/gridDelegate.h"
 #include "designer/gridModel.h"
 #include "designer/ui_pollSetup2.h"
+#include "platform/dateText.h"
 #include "platform/text.h"
 #include "platform/windowPrinter.h"
 
@@ -13,16 +14,17 @@
 #include <QSignalBlocker>
 
 #include <array>
+#include <utility>
 
 namespace zint {
 
 pollSetup2::pollSetup2(ToolContext& context)
     : toolForm(context, "docpldsn2"), ui(std::make_unique<Ui::pollSetup2>()),
       MSComm1(context.makePort(gate(), context.connection())), Timer1(gate()), CommonDialog1(*this),
+      kept_(context.userDataFolder + "/designs", dateText),
       designer_(*MSComm1, Timer1, context.connection(), context.design, prompts(), CommonDialog1,
-                context.values),
-      grid_(std::make_unique<GridModel>(designer_,
-                                        [this](GridModel::Edit edit) { gate().run(std::move(edit)); }))
+                context.values, kept_),
+      grid_(std::make_unique<GridModel>(designer_, [this](const GridModel::Edit& edit) { enterEdit(edit); }))
 {
     ui->setupUi(this);
     setUpGrid();
@@ -30,6 +32,7 @@ pollSetup2::pollSetup2(ToolContext& context)
     connect(ui->autoSpeed, &QCheckBox::clicked, this, &pollSetup2::autoSpeed_Click);
     connect(ui->pollSpeed, &QSlider::valueChanged, this, &pollSetup2::pollSpeed_Change);
     connect(ui->pollTitle, &QLineEdit::textEdited, this, &pollSetup2::pollTitle_Change);
+    designer_.closeEditor = [this] { closeEditor(); };
     designer_.onChanged = [this] { paint(); };
     setUpCommonControls();
     gate().run([this] { designer_.load(); });
@@ -62,8 +65,10 @@ void pollSetup2::setUpGrid()
         header->resizeSection(column, widths.at(static_cast<std::size_t>(column)));
     header->setSectionResizeMode(static_cast<int>(GridColumn::description), QHeaderView::Stretch);
     connect(header, &QHeaderView::sectionClicked, this, [this](int column) {
-        closeEditor();
-        gate().run([this, column] { designer_.sortBy(static_cast<GridColumn>(column)); });
+        gate().run([this, column] {
+            closeEditor();
+            designer_.sortBy(static_cast<GridColumn>(column));
+        });
     });
 }
 
@@ -71,14 +76,17 @@ void pollSetup2::connectActions()
 {
     const auto forward = [this](QAction* action, void (Designer::*operation)()) {
         connect(action, &QAction::triggered, this, [this, operation] {
-            closeEditor();
-            gate().run([this, operation] { (designer_.*operation)(); });
+            gate().run([this, operation] {
+                closeEditor();
+                (designer_.*operation)();
+            });
         });
     };
     forward(ui->mnuDefault, &Designer::newDesign);
     forward(ui->mnuOpen, &Designer::open);
     forward(ui->mnuSave, &Designer::save);
     forward(ui->mnuSaveAs, &Designer::saveAs);
+    forward(ui->mnuRecover, &Designer::recover);
     forward(ui->mnuUndo, &Designer::undo);
     forward(ui->mnuRedo, &Designer::redo);
     forward(ui->mnuDisable, &Designer::disableAll);
@@ -89,7 +97,8 @@ void pollSetup2::connectActions()
     forward(ui->mnuAutoOffset, &Designer::calculateOffsets);
     forward(ui->mnuShowTimeline, &Designer::showTimeline);
     onTrigger(ui->mnuAddNew, &pollSetup2::mnuAddNew_Click);
-    ui->comDone->setEnabled(false); // until there is a polling runner to go to
+    onClick(ui->comDone, &pollSetup2::comDone_Click);
+    ui->comDone->setEnabled(context().goPolling != nullptr);
 }
 
 void pollSetup2::mnuAddNew_Click()
@@ -101,6 +110,14 @@ void pollSetup2::mnuAddNew_Click()
         grid_->index(grid_->rowCount() - 1, static_cast<int>(GridColumn::description));
     ui->obdGrid->setCurrentIndex(description);
     ui->obdGrid->edit(description);
+}
+
+void pollSetup2::comDone_Click()
+{
+    closeEditor();
+    designer_.commitForPolling();
+    context().goPolling();
+    close();
 }
 
 void pollSetup2::autoSpeed_Click(bool checked)
@@ -118,12 +135,30 @@ void pollSetup2::pollTitle_Change(const QString& title)
     gate().run([this, text = fromQt(title)] { designer_.setTitle(text); });
 }
 
-/// What is being edited counts before anything else is done with the grid.
+/// An edit is an event of its own, or part of the one that closed its editor.
+void pollSetup2::enterEdit(const GridModel::Edit& edit)
+{
+    if (!gate().isBusy()) {
+        gate().run(edit);
+        return;
+    }
+    try {
+        edit();
+    } catch (...) { // the toolkit's code lies between here and closeEditor()
+        failedEdit_ = std::current_exception();
+    }
+}
+
+/// What is being edited counts before anything else is done with the grid. If it can't be read, nothing is.
 void pollSetup2::closeEditor()
 {
-    if (const QWidget* focus = focusWidget();
-        focus != nullptr && ui->obdGrid->viewport()->isAncestorOf(focus))
-        ui->obdGrid->setFocus();
+    if (QWidget* editor = ui->obdGrid->indexWidget(ui->obdGrid->currentIndex())) {
+        QAbstractItemDelegate* delegate = ui->obdGrid->itemDelegate();
+        Q_EMIT delegate->commitData(editor);
+        Q_EMIT delegate->closeEditor(editor);
+    }
+    if (const std::exception_ptr failure = std::exchange(failedEdit_, nullptr))
+        std::rethrow_exception(failure);
 }
 
 /// The next cell of the row; behind the last one the next row's first; behind the last row the title.

@@ -5,6 +5,7 @@
 #include "platform/qtTimer.h"
 #include "platform/toolForm.h"
 
+#include <exception>
 #include <memory>
 
 namespace Ui {
@@ -27,12 +28,14 @@ private:
     void Form_Unload() override;
     bool printOn(QPrinter& printer) override;
     void mnuAddNew_Click();
+    void comDone_Click();
     void autoSpeed_Click(bool checked);
     void pollSpeed_Change(int position);
     void pollTitle_Change(const QString& title);
 
     void connectActions();
     void setUpGrid();
+    void enterEdit(const std::function<void()>& edit);
     void closeEditor();
     void editNext();
     void paint();
@@ -41,8 +44,10 @@ private:
     std::unique_ptr<SerialPort> MSComm1;
     QtTimer Timer1;
     QtFileDialogs CommonDialog1;
+    KeptDesigns kept_;
     Designer designer_;
     std::unique_ptr<GridModel> grid_;
+    std::exception_ptr failedEdit_; ///< of an editor that was closed by closeEditor()
 };
 
 } // namespace zint

@@ -1,27 +1,20 @@
 #include "platform/browser.h"
 
+#include "platform/folders.h"
 #include "platform/text.h"
 #include "shared/programInfo.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QProcess>
 #include <QUrl>
 
 namespace zint {
 namespace {
 
-/// The address of the help pages that come with the program: beside it on Windows, in the shared data
-/// elsewhere.
+/// The address of the help pages that come with the program.
 std::string ownHelpSite()
 {
-    const QDir programFolder(QCoreApplication::applicationDirPath());
-#ifdef Q_OS_WIN
-    const QString folder = programFolder.filePath(QStringLiteral("help"));
-#else
-    const QString folder = programFolder.filePath(QStringLiteral("../share/zint-obd/help"));
-#endif
-    return fromQt(QUrl::fromLocalFile(QDir::cleanPath(folder)).toString(QUrl::FullyEncoded));
+    const QString folder = programDataFolder() + QStringLiteral("/help");
+    return fromQt(QUrl::fromLocalFile(folder).toString(QUrl::FullyEncoded));
 }
 
 void openAddress(const ProgramValues& values, const std::string& address)

@@ -5,6 +5,8 @@
 
 #include <QDialogButtonBox>
 #include <QInputDialog>
+#include <QLabel>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
@@ -26,6 +28,15 @@ void prepare(QMessageBox& box, QMessageBox::Icon icon, const std::string& text, 
     box.setText(toQtLines(text));
 }
 
+/// The buttons under what a dialog shows.
+void addButtons(QDialog& box, QDialogButtonBox::StandardButtons which)
+{
+    auto* buttons = new QDialogButtonBox(which, &box);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &box, &QDialog::reject);
+    box.layout()->addWidget(buttons);
+}
+
 /// A message box that scrolls, for a text that would not fit on the screen.
 void showLongText(QWidget& window, const std::string& text, const std::string& title)
 {
@@ -36,9 +47,7 @@ void showLongText(QWidget& window, const std::string& text, const std::string& t
     lines->setReadOnly(true);
     lines->setAccessibleName(box.windowTitle());
     layout->addWidget(lines);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, &box);
-    QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);
-    layout->addWidget(buttons);
+    addButtons(box, QDialogButtonBox::Ok);
     box.resize(460, 560);
     box.exec();
 }
@@ -63,6 +72,29 @@ std::optional<std::string> QtPrompts::input(const std::string& text, const std::
     const QString answer =
         QInputDialog::getText(&window_, toQt(title), toQt(text), QLineEdit::Normal, toQt(initial), &accepted);
     return accepted ? std::optional(fromQt(answer)) : std::nullopt;
+}
+
+std::optional<std::size_t> QtPrompts::choose(const std::string& text, const std::string& title,
+                                             const std::vector<std::string>& lines)
+{
+    QDialog box(&window_);
+    box.setWindowTitle(titleOf(title));
+    auto* layout = new QVBoxLayout(&box);
+    auto* label = new QLabel(toQt(text), &box);
+    layout->addWidget(label);
+    auto* list = new QListWidget(&box);
+    label->setBuddy(list);
+    list->setAccessibleName(label->text());
+    for (const std::string& line : lines)
+        list->addItem(toQt(line));
+    list->setCurrentRow(0);
+    layout->addWidget(list);
+    addButtons(box, QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    QObject::connect(list, &QListWidget::itemActivated, &box, &QDialog::accept);
+    box.resize(460, 300);
+    if (box.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return static_cast<std::size_t>(list->currentRow());
 }
 
 bool QtPrompts::confirm(const std::string& text, const std::string& title)

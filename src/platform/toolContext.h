@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 class QWidget;
 
@@ -19,6 +20,7 @@ struct ToolContext {
     ProgramValues& values;
     Design& design;
     SettingsStore& settings;
+    std::string userDataFolder; ///< in UTF-8; what the program keeps for this user beside the settings
 
     /// The launcher's choice, read by a tool when it is opened.
     std::function<ConnectionChoice()> connection;
@@ -26,8 +28,11 @@ struct ToolContext {
     /// The serial control for a choice. Its notifications pass the gate, which outlives it.
     std::function<std::unique_ptr<SerialPort>(EventGate&, const ConnectionChoice&)> makePort;
 
+    /// Opens the poll runner once the present tool's window has closed; empty in a version without a runner.
+    std::function<void()> goPolling = {};
+
     /// Opens the connection-trouble dialog in place of a tool's window, which is hidden.
-    std::function<void(QWidget& caller)> openFailedConn;
+    std::function<void(QWidget& caller)> openFailedConn = {};
 };
 
 } // namespace zint

@@ -94,6 +94,12 @@ std::string fileNamePart(std::string_view path)
 
 std::filesystem::path utf8Path(std::string_view path) { return {std::u8string(path.begin(), path.end())}; }
 
+std::string utf8Text(const std::filesystem::path& path)
+{
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
 bool fileExists(const std::string& path) noexcept
 {
     try {

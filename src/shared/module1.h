@@ -35,6 +35,9 @@ std::string fileNamePart(std::string_view path);
 /// A path that is written in UTF-8, as all paths in the program are.
 std::filesystem::path utf8Path(std::string_view path);
 
+/// A path as the program writes it.
+std::string utf8Text(const std::filesystem::path& path);
+
 /// Whether a file of this name exists (a folder is none). Never throws; a path that can't be examined does
 /// not exist.
 bool fileExists(const std::string& path) noexcept;

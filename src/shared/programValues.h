@@ -21,8 +21,12 @@ struct ProgramValues {
     std::string parmLogFile;
     std::string parmExportFile;
 
-    std::string browserPath;     ///< the program that opens web pages; empty when none was found
-    std::string lastFailureText; ///< the last reply that was no monitor status, or the time-out's text
+    // What is not saved.
+    bool isFolderRemembered = true; ///< whether the user chose parmInitDir, as opposed to a default
+    bool mayOverwriteSave = true;   ///< whether parmSave is the present design's; else saving asks for a name
+    std::string sampleFolder;       ///< the designs that come with the program, with its last separator
+    std::string browserPath;        ///< the program that opens web pages; empty when none was found
+    std::string lastFailureText;    ///< the last reply that was no monitor status, or the time-out's text
 };
 
 } // namespace zint

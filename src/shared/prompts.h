@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zint {
 
@@ -17,6 +19,10 @@ public:
     /// Asks for a line of text, which begins as `initial`. @return nothing for a Cancel
     virtual std::optional<std::string> input(const std::string& text, const std::string& title,
                                              const std::string& initial = {}) = 0;
+
+    /// Lets the user choose one of some lines, at least one. @return its place from 0; nothing for a Cancel
+    virtual std::optional<std::size_t> choose(const std::string& text, const std::string& title,
+                                              const std::vector<std::string>& lines) = 0;
 
     /// Asks for OK or Cancel. @return true for OK; closing the question is a Cancel
     virtual bool confirm(const std::string& text, const std::string& title) = 0;

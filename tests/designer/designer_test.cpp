@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 
 namespace zint {
@@ -23,12 +24,13 @@ struct DesignerTest : testing::Test {
     ScriptedDialogs dialogs;
     ProgramValues values{.parmInitDir = "/start"};
     Design design;
+    KeptDesigns kept{folder.path("kept"), [](auto) { return "today"; }};
     std::optional<Designer> designer;
 
     DesignerTest()
     {
         loadDefaultDesign(design);
-        designer.emplace(adapter, timer, ConnectionChoice{}, design, prompts, dialogs, values);
+        designer.emplace(adapter, timer, ConnectionChoice{}, design, prompts, dialogs, values, kept);
         designer->load();
     }
 
@@ -124,6 +126,89 @@ TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
     EXPECT_THROW(designer->commitForPolling(), TooManyEvents);
     EXPECT_EQ(panel().obdGrid.rows.size(), 66U);
     EXPECT_EQ(design.eventCount(), 31);
+}
+
+TEST_F(DesignerTest, ASampleIsFoundAtOnceAndNotOverwritten)
+{
+    values.isFolderRemembered = false;
+    values.sampleFolder = folder.path() + "/";
+    folder.write(folder.path("sample.obc"), "Sample\n|200\n010C|rpm|5|1|0\n");
+    dialogs.chosen = folder.path("sample.obc");
+    designer->open();
+    EXPECT_TRUE(dialogs.asked.starts_with("open " + folder.path() + "/||")) << dialogs.asked;
+    EXPECT_EQ(panel().fileLab, "sample.obc");
+    EXPECT_EQ(values.parmSave, "");
+    designer->unload();
+    designer->load();
+    designer->save();
+    EXPECT_TRUE(dialogs.asked.starts_with("save " + folder.path() + "/||")) << dialogs.asked;
+}
+
+TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
+{
+    const auto keptFiles = [this] {
+        return std::distance(std::filesystem::directory_iterator(utf8Path(folder.path("kept"))), {});
+    };
+    designer->recover();
+    EXPECT_EQ(prompts.takeMessage(), "There is no unsaved design to recover.");
+    designer->deleteDisabled();
+    EXPECT_FALSE(fileExists(folder.path("kept"))) << "nothing of the default is lost";
+
+    designer->setCell(0, GridColumn::frequency, "0");
+    designer->setTitle("left");
+    EXPECT_EQ(keptFiles(), 1) << "a crash may come at any time";
+    designer->recover();
+    EXPECT_EQ(prompts.takeMessage(), "There is no unsaved design to recover.") << "this one is being edited";
+    designer->unload();
+    designer->load();
+    prompts.typed = "ATH1";
+    designer->askInitSequence();
+    designer->setTitle("replaced");
+    designer->newDesign();
+    EXPECT_EQ(keptFiles(), 2);
+
+    prompts.chosen = 0;
+    designer->recover();
+    EXPECT_EQ(prompts.question, "Recover Unsaved Design\nUnsaved designs\ntoday   replaced (22 events)\n"
+                                "today   left (22 events)");
+    EXPECT_EQ(panel().statusBox, "replaced (22 events) recovered");
+    EXPECT_EQ(panel().pollPrefix, "ATH1");
+    prompts.chosen = 0;
+    designer->recover();
+    EXPECT_EQ(panel().obdGrid.title, "left") << "and the one before can still be recovered";
+    EXPECT_EQ(row(0).frequency, 0) << "disabled rows come back too";
+    designer->save();
+    EXPECT_TRUE(dialogs.asked.starts_with("save "));
+    dialogs.chosen = folder.path("car.obc");
+    designer->save();
+    EXPECT_EQ(keptFiles(), 1) << "what is saved need not be kept";
+
+    for (int i = 0; i < 12; ++i) {
+        designer->setTitle("t" + std::to_string(i));
+        designer->newDesign();
+    }
+    EXPECT_EQ(keptFiles(), 10);
+}
+
+TEST_F(DesignerTest, GoesOnWithTheDesignThatWentToTheRunner)
+{
+    designer->setTitle("tried");
+    designer->commitForPolling();
+    designer->unload();
+    designer->load();
+    designer->setTitle("tried again");
+    designer->newDesign();
+    prompts.chosen = 0;
+    designer->recover();
+    EXPECT_EQ(std::ranges::count(prompts.question, '\n'), 2) << "one kept design: " << prompts.question;
+}
+
+TEST_F(DesignerTest, SaysWhenNothingCanBeKept)
+{
+    folder.write(folder.path("kept"), "no folder");
+    designer->setTitle("x");
+    EXPECT_TRUE(panel().statusBox.starts_with("Unsaved changes can't be kept: ")) << panel().statusBox;
+    EXPECT_EQ(panel().obdGrid.title, "x");
 }
 
 TEST_F(DesignerTest, PreparesTheAdapter)

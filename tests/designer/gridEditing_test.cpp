@@ -75,21 +75,21 @@ TEST(GridEditingTest, StepsBackAndForth)
     DesignGrid grid;
     GridHistory history;
     for (const char* code : {"1", "2", "3"}) {
-        history.remember(grid);
+        history.remember(grid.rows);
         addRow(grid, code);
     }
-    history.undo(grid);
-    history.undo(grid);
+    history.undo(grid.rows);
+    history.undo(grid.rows);
     EXPECT_EQ(codesOf(grid), "1");
-    history.redo(grid);
+    history.redo(grid.rows);
     EXPECT_EQ(codesOf(grid), "12");
-    history.remember(grid);
+    history.remember(grid.rows);
     setAllFrequencies(grid, 0);
     EXPECT_FALSE(history.canRedo()) << "a new edit ends what was undone";
-    history.undo(grid);
+    history.undo(grid.rows);
     EXPECT_EQ(grid.rows[0].frequency, 10);
     for (int i = 0; i < 5; ++i)
-        history.undo(grid);
+        history.undo(grid.rows);
     EXPECT_TRUE(grid.rows.empty());
     EXPECT_FALSE(history.canUndo());
 }

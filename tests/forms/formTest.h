@@ -5,6 +5,7 @@
 #include "support/fixedPortList.h"
 #include "support/memorySettings.h"
 #include "support/scriptedAdapter.h"
+#include "support/temporaryFolder.h"
 
 #include <QApplication>
 #include <QGroupBox>
@@ -74,6 +75,7 @@ protected:
 
     QString textOf(const char* name) { return zint::textOf(*control<QWidget>(name)); }
 
+    TemporaryFolder folder;
     ProgramValues values;
     Design design;
     MemorySettings settings;
@@ -87,6 +89,7 @@ protected:
         .values = values,
         .design = design,
         .settings = settings,
+        .userDataFolder = folder.path(),
         .connection = [] { return ConnectionChoice(); },
         .makePort =
             [this](EventGate& gate, const ConnectionChoice&) {
@@ -94,7 +97,6 @@ protected:
                 adapter = port.get();
                 return port;
             },
-        .openFailedConn = {},
     };
     QWidget* form = nullptr; ///< deleted at the end of the test
 };

@@ -3,8 +3,10 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMimeData>
 #include <QTableView>
 
@@ -87,6 +89,65 @@ TEST_F(PollSetup2Test, RowsAreDraggedAndSorted)
     EXPECT_EQ(cell(0, 0), u"0101");
     clickOn(0);
     EXPECT_EQ(cell(0, 0), u"011F");
+}
+
+TEST_F(PollSetup2Test, ACellThatCantBeReadKeepsTheDesignFromBeingSaved)
+{
+    const std::string path = folder.path("car.obc");
+    values.parmSave = path;
+    values.parmSaveFile = "car.obc";
+    control<QLineEdit>("pollTitle")->setText({});
+    QTest::keyClicks(control<QLineEdit>("pollTitle"), QStringLiteral("Mine"));
+    auto* offset = edit<QLineEdit>(3, 4, "obdTexter");
+    offset->setText(QStringLiteral("soon"));
+    QString message;
+    answerNextBox(QMessageBox::Ok, &message);
+    control<QAction>("mnuSave")->trigger();
+    EXPECT_EQ(message, u"Run-time error 13: Type mismatch");
+    EXPECT_FALSE(fileExists(path));
+
+    offset = edit<QLineEdit>(3, 4, "obdTexter");
+    offset->setText(QStringLiteral(" 7 "));
+    control<QAction>("mnuSave")->trigger();
+    EXPECT_EQ(textOf("statusBox"), u"car.obc saved");
+    control<QAction>("mnuDefault")->trigger();
+    EXPECT_EQ(cell(3, 4), u"3");
+
+    design = {}; // another start of the program
+    loadDefaultDesign(design);
+    const pollSetup2 again(context);
+    EXPECT_EQ(again.findChild<QLineEdit*>(QStringLiteral("pollTitle"))->text(), u"Mine");
+    const QAbstractItemModel* model = again.findChild<QTableView*>(QStringLiteral("obdGrid"))->model();
+    EXPECT_EQ(model->rowCount(), 22);
+    EXPECT_EQ(model->index(0, 4).data().toString(), u"7");
+}
+
+TEST_F(PollSetup2Test, ChoosesAnUnsavedDesignAndGoesOnToPolling)
+{
+    EXPECT_FALSE(control<QPushButton>("comDone")->isEnabled()) << "nowhere to go";
+    QTest::keyClicks(control<QLineEdit>("pollTitle"), QStringLiteral(" lost"));
+    delete form;
+    loadDefaultDesign(design);
+    bool gone = false;
+    context.goPolling = [&gone] { gone = true; };
+    form = new pollSetup2(context);
+    form->show();
+    QTimer::singleShot(0, form, [] {
+        auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        auto* list = box->findChild<QListWidget*>();
+        EXPECT_EQ(list->count(), 1);
+        EXPECT_TRUE(list->item(0)->text().endsWith(u"   Default Settings lost (31 events)"));
+        box->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    });
+    control<QAction>("mnuRecover")->trigger();
+    EXPECT_EQ(textOf("statusBox"), u"Default Settings lost (31 events) recovered");
+
+    form->setAttribute(Qt::WA_DeleteOnClose, false);
+    click("comDone");
+    EXPECT_TRUE(gone);
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_EQ(design.title(), "Default Settings lost");
+    EXPECT_EQ(design.eventCount(), 22);
 }
 
 TEST_F(PollSetup2Test, AsksTheVehicleAndClosesWithTheWindow)

@@ -2,12 +2,12 @@
 #include "app/portsForm.h"
 #include "codes/codesForm.h"
 #include "forms/formTest.h"
+#include "platform/text.h"
 #include "platform/windowPrinter.h"
 
 #include <QComboBox>
 #include <QFile>
 #include <QPrinter>
-#include <QTemporaryDir>
 #include <QTreeWidget>
 
 namespace zint {
@@ -133,13 +133,12 @@ TEST_F(CodesFormTest, ClosingEndsTheExchange)
 
 TEST_F(CodesFormTest, PrintsItsImage)
 {
-    const QTemporaryDir folder;
     QPrinter printer;
-    printer.setOutputFileName(folder.filePath(QStringLiteral("codes.pdf")));
+    printer.setOutputFileName(toQt(folder.path("codes.pdf")));
     ASSERT_TRUE(printImage(*form, printer));
     QFile file(printer.outputFileName());
     EXPECT_TRUE(file.open(QIODevice::ReadOnly) && file.readAll().contains("/Image"));
-    printer.setOutputFileName(folder.filePath(QStringLiteral("no such folder/codes.pdf")));
+    printer.setOutputFileName(toQt(folder.path("no such folder/codes.pdf")));
     EXPECT_FALSE(printImage(*form, printer));
     EXPECT_FALSE(printDocument("text", printer));
 }

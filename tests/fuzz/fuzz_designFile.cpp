@@ -1,4 +1,5 @@
-// Arbitrary design files: a file that can be read is written so that it reads the same again.
+// Arbitrary text as a design file and as a draft: what can be read is written so that it reads the same
+// again.
 
 #include "designer/designFile.h"
 #include "fuzz/fuzzInput.h"
@@ -11,11 +12,12 @@
 namespace zint {
 namespace {
 
-std::optional<Design> read(const std::string& text)
+template <typename Result>
+std::optional<Result> read(const std::string& text, Result (*reader)(std::istream&))
 {
     std::istringstream stream(text);
     try {
-        return readDesign(stream);
+        return reader(stream);
     } catch (const FileError&) {
     } catch (const RunTimeError&) {
     }
@@ -29,19 +31,34 @@ std::string written(const Design& design)
     return stream.str();
 }
 
+std::string written(const DesignDraft& draft)
+{
+    std::ostringstream stream;
+    writeDraft(stream, draft.grid, draft.design);
+    return stream.str();
+}
+
+/// What can be read reads the same again once it is written.
+template <typename Result>
+void checkRoundTrip(const std::string& text, Result (*reader)(std::istream&))
+{
+    const auto first = read(text, reader);
+    if (!first)
+        return;
+    const std::string once = written(*first);
+    const auto again = read(once, reader);
+    require(again.has_value(), "what is written can be read");
+    require(written(*again) == once, "what is written reads the same again");
+}
+
 } // namespace
 } // namespace zint
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace zint;
-    const auto design = read(std::string(asText(data, size)));
-    if (!design)
-        return 0;
-    require(design->polledCount() <= design->eventCount(), "polled events are events");
-    const std::string text = written(*design);
-    const auto again = read(text);
-    require(again.has_value(), "a written design can be read");
-    require(written(*again) == text, "a written design reads the same again");
+    const std::string text(asText(data, size));
+    checkRoundTrip(text, &readDesign);
+    checkRoundTrip(text, &readDraft);
     return 0;
 }

@@ -20,6 +20,11 @@ struct Prompter final : Prompts {
     {
         return std::nullopt;
     }
+    std::optional<std::size_t> choose(const std::string&, const std::string&,
+                                      const std::vector<std::string>&) override
+    {
+        return std::nullopt;
+    }
 };
 
 /// A start with what the store holds. @return how many settings were reported
@@ -30,7 +35,8 @@ int start(MemorySettings& settings)
     Prompter prompts;
     ProgramValues values;
     Design design;
-    Launcher launcher(settings, ports, prompts, values, design, {"/home", '/', [] { return "www"; }});
+    Launcher launcher(settings, ports, prompts, values, design,
+                      {.workingFolder = "/home", .findBrowser = [] { return "www"; }});
     launcher.load();
     launcher.refreshPortInfo();
     require(launcher.connection().portNumber <= PortDirectory::portCount, "the port is in its list");

@@ -14,9 +14,11 @@ namespace zint {
 /// fails the test, and so does a message that the test does not take.
 class ScriptedPrompts final : public Prompts {
 public:
-    std::optional<bool> answer;       ///< to the next question
-    std::optional<std::string> typed; ///< to the next request for a text
-    std::string question; ///< the last one: its title, a line feed, its text, and what a text begins with
+    std::optional<bool> answer;        ///< to the next question
+    std::optional<std::string> typed;  ///< to the next request for a text
+    std::optional<std::size_t> chosen; ///< of the next list
+    std::string question; ///< the last one: its title, a line feed, its text, and what a text begins with or
+                          ///< the lines
     std::function<void()> whileOpen; ///< called once, while the next message is open
 
     ~ScriptedPrompts() override { EXPECT_EQ(message_, "") << "unexpected message: " << message_; }
@@ -37,6 +39,15 @@ public:
     {
         question = title + "\n" + text + initial;
         return std::exchange(typed, {});
+    }
+
+    std::optional<std::size_t> choose(const std::string& text, const std::string& title,
+                                      const std::vector<std::string>& lines) override
+    {
+        question = title + "\n" + text;
+        for (const std::string& line : lines)
+            question += "\n" + line;
+        return std::exchange(chosen, {});
     }
 
     bool confirm(const std::string& text, const std::string& title) override

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "designer/designFile.h"
+#include "shared/keptFiles.h"
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace zint {
+
+/// The user's unsaved designs, so that none is lost: the one that is being edited, and those that were left.
+class KeptDesigns {
+public:
+    struct Entry {
+        std::string path;
+        std::string text; ///< date, title and event count, for the user
+    };
+
+    /// @param folder is made when it is needed. @param dateText writes a time as the user reads it
+    KeptDesigns(std::string folder,
+                std::function<std::string(std::chrono::system_clock::time_point)> dateText);
+
+    /// Keeps the design that is being edited, in place of what was kept of it before.
+    /// @throws FileError when that can't be written
+    void keep(const DesignGrid& grid, const Design& design);
+
+    /// Forgets the design that is being edited: it was saved, or there is nothing to lose.
+    void forget();
+
+    /// What is kept of the design that was being edited stays; the next keep() is about another one.
+    void leave();
+
+    /// What can be brought back, the newest first; not the one that is being edited, and nothing that can't
+    /// be read.
+    std::vector<Entry> list() const;
+
+    /// Brings one back: from now on it is the one that is being edited.
+    /// @throws FileError when the file can't be opened; what readDraft() throws
+    DesignDraft bringBack(const Entry& entry);
+
+    /// Goes on with the newest one if it is this very design. @return whether it is
+    bool resume(const DesignGrid& grid, const Design& design);
+
+private:
+    KeptFiles files_;
+    std::function<std::string(std::chrono::system_clock::time_point)> dateText_;
+    std::string edited_; ///< the file of the design that is being edited; empty when nothing is kept of it
+};
+
+} // namespace zint

@@ -1,0 +1,21 @@
+#include "platform/dateText.h"
+
+#include "platform/text.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+namespace zint {
+
+std::string dateText(std::chrono::system_clock::time_point time)
+{
+    const auto sinceEpoch = std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
+    const QDateTime local = QDateTime::fromMSecsSinceEpoch(sinceEpoch.count());
+    const QLocale locale;
+    QString timeFormat = locale.timeFormat(QLocale::LongFormat); // the short one has no seconds
+    timeFormat.remove(u't');                                     // the time zone's name
+    return fromQt(locale.toString(local.date(), QLocale::ShortFormat) + u' ' +
+                  locale.toString(local.time(), timeFormat.trimmed()));
+}
+
+} // namespace zint

@@ -1,0 +1,76 @@
+#include "shared/keptFiles.h"
+
+#include "shared/fileError.h"
+#include "shared/module1.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <random>
+#include <system_error>
+#include <utility>
+
+namespace zint {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::chrono::system_clock::time_point systemTime(fs::file_time_type time)
+{
+    using std::chrono::system_clock;
+    const auto age = fs::file_time_type::clock::now() - time; // not all libraries can convert between the two
+    return system_clock::now() - std::chrono::duration_cast<system_clock::duration>(age);
+}
+
+} // namespace
+
+KeptFiles::KeptFiles(std::string folder, std::string extension, std::size_t most)
+    : folder_(std::move(folder)), extension_(std::move(extension)), most_(most)
+{
+}
+
+std::vector<KeptFiles::File> KeptFiles::all() const
+{
+    std::vector<File> files;
+    std::error_code error;
+    fs::directory_iterator entry(utf8Path(folder_), error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        if (entry->path().extension() != extension_)
+            continue;
+        std::error_code gone;
+        if (const auto changed = entry->last_write_time(gone); !gone)
+            files.push_back({utf8Text(entry->path()), systemTime(changed)});
+    }
+    std::ranges::sort(files, std::greater(), &File::changed);
+    return files;
+}
+
+std::vector<KeptFiles::File> KeptFiles::newestFirst() const
+{
+    std::vector<File> files = all();
+    files.resize(std::min(files.size(), most_));
+    return files;
+}
+
+std::string KeptFiles::newPath() const
+{
+    std::error_code error;
+    fs::create_directories(utf8Path(folder_), error);
+    if (error)
+        throw FileError("The folder \"" + folder_ + "\" can't be made: " + error.message());
+    static std::mt19937 random{std::random_device{}()}; // two programs may keep files at the same time
+    std::string path;
+    do
+        path = utf8Text(utf8Path(folder_) / ("unsaved-" + std::to_string(random()) + extension_));
+    while (fs::exists(utf8Path(path), error));
+    return path;
+}
+
+void KeptFiles::prune() const
+{
+    const std::vector<File> files = all();
+    std::error_code ignored;
+    for (std::size_t i = most_; i < files.size(); ++i)
+        fs::remove(utf8Path(files[i].path), ignored);
+}
+
+} // namespace zint
