@@ -82,6 +82,7 @@ void Designer::recover()
         return;
     }
     std::vector<std::string> lines;
+    lines.reserve(entries.size());
     for (const KeptDesigns::Entry& entry : entries)
         lines.push_back(entry.text);
     const auto chosen = prompts_.choose("Unsaved designs", "Recover Unsaved Design", lines);
