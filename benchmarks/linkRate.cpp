@@ -64,7 +64,7 @@ private:
     }
 
     void linkReceived() override {}
-    void linkStatusChanged() override {}
+    void linkEvent(int /*event*/) override {}
     void linkTimedOut() override { fail("the adapter does not answer"); }
     void linkLost() override { fail("the adapter has gone"); }
 

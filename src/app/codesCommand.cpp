@@ -37,9 +37,9 @@ int print(const std::string& report)
 /// Tells on standard error; questions were answered on the command line.
 class CommandPrompts final : public Prompts {
 public:
-    void message(const std::string& text, const std::string& /*title*/) override
+    void message(const std::string& text, const std::string& /*title*/, const std::string& reason) override
     {
-        complain(text);
+        complain(reason.empty() ? text : text + "\r\n" + reason);
         hasComplained = true;
     }
 
@@ -109,8 +109,9 @@ private:
 
     void giveUp()
     {
-        prompts_.message(
-            "the exchange was not complete after " + std::to_string(line_.timeout.count()) + " seconds", {});
+        prompts_.message("the exchange was not complete after " + std::to_string(line_.timeout.count()) +
+                             " seconds",
+                         {}, {});
         exchange_->unload();
         QCoreApplication::quit();
     }

@@ -13,7 +13,7 @@ Launcher::System launcherSystem()
     return {.workingFolder = fromQt(QDir::toNativeSeparators(QDir::currentPath())),
             .pathSeparator = static_cast<char>(QDir::separator().unicode()),
             .sampleFolder =
-                fromQt(QDir::toNativeSeparators(programDataFolder() + QStringLiteral("/designs/"))),
+                fromQt(QDir::toNativeSeparators(programDataFolder() + QStringLiteral("/designs"))),
             .findBrowser = findBrowser};
 }
 

@@ -28,7 +28,7 @@ public:
     struct System {
         std::string workingFolder;
         char pathSeparator = '/';
-        std::string sampleFolder; ///< with its last separator
+        std::string sampleFolder; ///< see ProgramValues
         std::function<std::string()>
             findBrowser; ///< the program that opens web pages; empty when there is none
     };

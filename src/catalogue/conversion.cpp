@@ -72,11 +72,6 @@ constexpr std::array<Rule, ConversionTable.size()> rules = {{
 }};
 // clang-format on
 
-bool isConversion(std::int32_t conversion)
-{
-    return conversion >= 0 && conversion < static_cast<std::int32_t>(rules.size());
-}
-
 const Rule& ruleOf(std::int32_t conversion) { return rules.at(static_cast<std::size_t>(conversion)); }
 
 template <typename... Format>
@@ -108,20 +103,19 @@ constexpr std::int32_t noConversion = 0;
 
 std::string convert(std::int32_t conversion, std::int32_t raw)
 {
-    if (!isConversion(conversion))
+    if (findConversion(conversion) == nullptr)
         return {};
     if (conversion == displayHexConversion)
         return hexText(raw);
     std::string text = std::visit(Writer(), ruleOf(conversion).value(raw));
     if (conversion == noConversion)
-        text +=
-            " ?"; // and once more as the unit: the doubling marks a value that nobody has chosen a unit for
+        text += " ?"; // and once more as the unit: it marks a value that nobody has chosen a unit for
     return text;
 }
 
 std::string_view unitText(std::int32_t conversion)
 {
-    return isConversion(conversion) ? ruleOf(conversion).unit : std::string_view();
+    return findConversion(conversion) != nullptr ? ruleOf(conversion).unit : std::string_view();
 }
 
 std::string displayText(std::int32_t conversion, std::int32_t raw)
@@ -131,7 +125,7 @@ std::string displayText(std::int32_t conversion, std::int32_t raw)
 
 std::optional<double> convertedNumber(std::int32_t conversion, std::int32_t raw)
 {
-    if (!isConversion(conversion))
+    if (findConversion(conversion) == nullptr)
         return std::nullopt;
     const Value value = ruleOf(conversion).value(raw);
     if (const auto* whole = std::get_if<std::int32_t>(&value))

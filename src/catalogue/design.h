@@ -1,7 +1,9 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 
 namespace zint {
@@ -36,8 +38,14 @@ struct Design {
     std::int32_t& polledCount() { return entries[0].offset; } ///< events with a frequency above 0
     std::int32_t polledCount() const { return entries[0].offset; }
 
+    std::span<DesignEntry> events() { return std::span(entries).subspan(1, count()); }
+    std::span<const DesignEntry> events() const { return std::span(entries).subspan(1, count()); }
+
     /// Whether the design holds nothing but polled events, as it does once it was committed in the designer.
     bool isCommitted() const { return eventCount() == polledCount(); }
+
+private:
+    std::size_t count() const { return static_cast<std::size_t>(eventCount()); }
 };
 
 /// Replaces the design's header, events and extra commands by the built-in default: every parameter of the

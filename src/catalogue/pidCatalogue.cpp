@@ -1,5 +1,7 @@
 #include "catalogue/pidCatalogue.h"
 
+#include <type_traits>
+
 namespace zint {
 namespace {
 
@@ -75,5 +77,11 @@ constexpr std::array<std::string_view, 14> PollChoices = {
     "   5>Every 5th",   "  15>about 5s",   "  90>about 30s",   " 180>about 1min",  " 270>about 90s",
     " 360>about 2min",  " 540>about 3min", " 900>about 5min",  "1800>about 10min",
 };
+
+const Conversion* findConversion(std::int32_t code)
+{
+    const bool isRow = code >= 0 && code < static_cast<std::int32_t>(ConversionTable.size());
+    return isRow ? &ConversionTable.at(static_cast<std::size_t>(code)) : nullptr;
+}
 
 } // namespace zint

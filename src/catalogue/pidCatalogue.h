@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <span>
 #include <string_view>
 
 /// The mode-01 parameters that the program knows by name, and the ways of showing and polling them.
@@ -22,6 +21,9 @@ struct Conversion {
 extern const std::array<std::string_view, pidCount> PidNames;         ///< by PID
 extern const std::array<std::int32_t, pidCount> PidDefaultConversion; ///< by PID; rows of ConversionTable
 extern const std::array<Conversion, 25> ConversionTable;              ///< by conversion code
-extern const std::array<std::string_view, 14> PollChoices;            ///< entries of the frequency chooser
+/// The row for a conversion code; null for a number that is none.
+const Conversion* findConversion(std::int32_t code);
+
+extern const std::array<std::string_view, 14> PollChoices; ///< entries of the frequency chooser
 
 } // namespace zint

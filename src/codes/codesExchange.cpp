@@ -120,7 +120,7 @@ void CodesExchange::linkReceived()
 void CodesExchange::linkTimedOut()
 {
     prompts_.message(std::string(AdapterLink::notRespondingText) + ". See fails-to-respond under Help.");
-    values_.lastFailureText = "Timeout responding to " + std::string(AdapterLink::resetCommand);
+    values_.lastFailureText = AdapterLink::timeoutText;
     if (link_.isOpen())
         pressStartingButton();
     changed();

@@ -113,17 +113,26 @@ Block readBlock(std::istream& stream, std::size_t mostEvents)
 Design designOf(const Block& block)
 {
     Design design = block.design;
-    for (const DesignEntry& event : block.events) {
-        if (design.eventCount() == Design::maxEvents)
-            break;
-        design.entries.at(static_cast<std::size_t>(++design.eventCount())) = event;
-        if (event.frequency > 0)
-            ++design.polledCount();
-    }
+    const std::size_t count = std::min<std::size_t>(block.events.size(), Design::maxEvents);
+    std::ranges::copy_n(block.events.begin(), static_cast<std::ptrdiff_t>(count), design.entries.begin() + 1);
+    design.eventCount() = static_cast<std::int32_t>(count);
+    design.polledCount() = static_cast<std::int32_t>(
+        std::ranges::count_if(design.events(), [](const DesignEntry& event) { return event.frequency > 0; }));
     return design;
 }
 
 } // namespace
+
+NotStorable::NotStorable()
+    : std::runtime_error("This text can't hold a \"|\": design files use it to separate their fields.")
+{
+}
+
+void requireStorable(std::string_view text)
+{
+    if (text.find(separator) != std::string_view::npos)
+        throw NotStorable();
+}
 
 void writeDraft(std::ostream& stream, const DesignGrid& grid, const Design& design)
 {

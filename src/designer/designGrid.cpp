@@ -1,8 +1,7 @@
 #include "designer/designGrid.h"
 
-#include "shared/module1.h"
-
 #include <algorithm>
+#include <iterator>
 
 namespace zint {
 
@@ -14,14 +13,13 @@ TooManyEvents::TooManyEvents(std::size_t count)
 
 GridRow rowOf(const DesignEntry& event)
 {
-    return {event.code, event.description, event.conversion, event.frequency, std::to_string(event.offset)};
+    return {event.code, event.description, event.conversion, event.frequency, event.offset};
 }
 
 DesignGrid gridOf(const Design& design)
 {
     DesignGrid grid{.title = design.title()};
-    for (std::int32_t n = 1; n <= design.eventCount(); ++n)
-        grid.rows.push_back(rowOf(design.entries.at(static_cast<std::size_t>(n))));
+    std::ranges::transform(design.events(), std::back_inserter(grid.rows), &rowOf);
     return grid;
 }
 
@@ -35,22 +33,19 @@ void commit(const DesignGrid& grid, Design& design)
     const auto enabled = static_cast<std::size_t>(std::ranges::count_if(grid.rows, &GridRow::isEnabled));
     if (enabled > static_cast<std::size_t>(Design::maxEvents))
         throw TooManyEvents(enabled);
-    Design committed = design;
-    std::size_t n = 0;
+    design.title() = grid.title;
+    design.eventCount() = design.polledCount() = static_cast<std::int32_t>(enabled);
+    auto event = design.events().begin();
     for (const GridRow& row : grid.rows) {
         if (!row.isEnabled())
             continue;
-        DesignEntry& event = committed.entries.at(++n);
-        event.code = row.code;
-        event.description = row.description;
-        event.conversion = row.conversion;
-        event.frequency = row.frequency;
-        event.offset = toInteger(row.offset);
+        event->code = row.code;
+        event->description = row.description;
+        event->conversion = row.conversion;
+        event->frequency = row.frequency;
+        event->offset = row.offset;
+        ++event;
     }
-    committed.eventCount() = static_cast<std::int32_t>(n);
-    committed.polledCount() = committed.eventCount();
-    committed.title() = grid.title;
-    design = std::move(committed);
 }
 
 } // namespace zint

@@ -10,16 +10,13 @@
 
 namespace zint {
 
-/// The offset of an event that has been given none.
-inline const std::string noOffset = "0";
-
 /// One row of the designer's grid: an event, polled or not.
 struct GridRow {
     std::string code;
     std::string description;
     std::int32_t conversion = 0;
-    std::int32_t frequency = 0;    ///< 0: disabled
-    std::string offset = noOffset; ///< as typed; read as a number when the design is committed
+    std::int32_t frequency = 0; ///< 0: disabled
+    std::int32_t offset = 0;
 
     bool isEnabled() const { return frequency >= 1; }
     bool operator==(const GridRow&) const = default;
@@ -50,9 +47,7 @@ std::string summaryOf(const DesignGrid& grid);
 
 /// Makes the enabled rows the design's events, in their order, and the grid's title its title. The design's
 /// two reserved numbers stay with the places in the list, not with the rows.
-/// @throws RunTimeError 13 or 6 for an offset that is no number, TooManyEvents for a 65th enabled row; the
-/// design is then as
-///         it was
+/// @throws TooManyEvents for a 65th enabled row; the design is then as it was
 void commit(const DesignGrid& grid, Design& design);
 
 } // namespace zint

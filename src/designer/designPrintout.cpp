@@ -2,15 +2,10 @@
 
 #include "designer/gridEditing.h"
 
-#include <array>
 #include <string_view>
 
 namespace zint {
 namespace {
-
-constexpr std::array<GridColumn, 5> columns = {GridColumn::code, GridColumn::description,
-                                               GridColumn::conversion, GridColumn::frequency,
-                                               GridColumn::offset};
 
 std::string escaped(std::string_view text)
 {
@@ -41,13 +36,13 @@ std::string designPrintout(const DesignGrid& grid, int sampleSpeed, const std::s
                        "<br>&nbsp;&nbsp;&nbsp;Sample Speed: ";
     html += sampleSpeed == Design::automaticSpeed ? "Dynamic" : std::to_string(sampleSpeed) + "ms";
     html += "</p><table cellpadding=\"3\"><tr>";
-    for (const char* heading : gridHeadings)
-        html += std::string("<th align=\"left\">") + heading + "</th>";
+    for (const GridHeading& heading : gridHeadings)
+        html += "<th align=\"left\">" + std::string(heading.text) + "</th>";
     html += "</tr>";
     for (const GridRow& row : grid.rows) {
         html += "<tr>";
-        for (const GridColumn column : columns)
-            html += "<td>" + escaped(cellText(row, column)) + "</td>";
+        for (const GridHeading& heading : gridHeadings)
+            html += "<td>" + escaped(cellText(row, heading.column)) + "</td>";
         html += "</tr>";
     }
     return html + "</table>";

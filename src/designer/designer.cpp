@@ -22,11 +22,7 @@ const FileKinds saveKinds{.extension = "obc",
                           .filter =
                               "OBD2 config files (*.obc)|*.obc|Text files (*.txt)|*.txt|All files (*.*)|*.*"};
 
-/// The folder of a file, with its last separator.
-std::string folderOf(const std::string& path)
-{
-    return path.substr(0, path.size() - fileNamePart(path).size());
-}
+std::string folderOf(const std::string& path) { return utf8Text(utf8Path(path).parent_path()); }
 
 } // namespace
 
@@ -47,6 +43,7 @@ void Designer::load()
     } else if (fileExists(values_.parmSave)) {
         loadFile(values_.parmSave);
     }
+    panel_.statusBox = summaryOf(panel_.obdGrid);
     changed();
 }
 
@@ -90,8 +87,7 @@ void Designer::recover()
         return;
     DesignDraft draft = kept_.bringBack(entries.at(*chosen));
     design_ = std::move(draft.design);
-    rebuild();
-    history_.forget();
+    show();
     panel_.obdGrid = std::move(draft.grid); // may be longer than the design
     safe_.reset();
     values_.mayOverwriteSave = false;
@@ -100,17 +96,22 @@ void Designer::recover()
     changed();
 }
 
-void Designer::save()
-{
-    if ((values_.parmSave.empty() || !values_.mayOverwriteSave) && !askName())
-        return;
-    saveFile();
-}
+void Designer::save() { saveFile(values_.parmSave.empty() || !values_.mayOverwriteSave); }
 
-void Designer::saveAs()
+void Designer::saveAs() { saveFile(true); }
+
+void Designer::saveFile(bool asking)
 {
-    if (askName())
-        saveFile();
+    Design committed = design_;
+    zint::commit(panel_.obdGrid, committed);
+    if (asking && !askName())
+        return;
+    saveDesign(values_.parmSave, committed);
+    design_ = std::move(committed);
+    rebuild();
+    safe_ = content();
+    panel_.statusBox = values_.parmSaveFile + " saved";
+    changed();
 }
 
 bool Designer::askName()
@@ -121,19 +122,9 @@ bool Designer::askName()
     rememberFolder(path);
     values_.parmSave = path;
     values_.parmSaveFile = fileNamePart(path);
-    panel_.fileLab = values_.parmSaveFile;
     values_.mayOverwriteSave = true;
+    panel_.fileLab = values_.parmSaveFile;
     return true;
-}
-
-void Designer::saveFile()
-{
-    commit(panel_.obdGrid, design_);
-    saveDesign(values_.parmSave, design_);
-    rebuild();
-    safe_ = content();
-    panel_.statusBox = values_.parmSaveFile + " saved";
-    changed();
 }
 
 void Designer::loadFile(const std::string& path)
@@ -142,9 +133,12 @@ void Designer::loadFile(const std::string& path)
     try {
         design_ = loadDesign(path);
     } catch (const std::exception& error) { // whatever is wrong with the file, the default takes its place
-        prompts_.message("Error loading file" + name + "\r\n" + error.what());
+        prompts_.message("Error loading file" + name, {}, error.what());
         loadDefaultDesign(design_);
+        design_.sampleSpeed = Design::defaultSpeed;
         beginWithDesign();
+        values_.mayOverwriteSave = false; // the file that was open before is whole
+        panel_.fileLab.clear();
         panel_.statusBox = "Default values loaded";
         return;
     }
@@ -161,7 +155,7 @@ void Designer::loadFile(const std::string& path)
 /// Whether a file only lends its design, so that saving does not overwrite it: a data log, a sample.
 bool Designer::isTemplate(const std::string& path) const
 {
-    return path.ends_with(".log") || folderOf(path) == values_.sampleFolder;
+    return upperCase(path).ends_with(".LOG") || folderOf(path) == values_.sampleFolder;
 }
 
 void Designer::rememberFolder(const std::string& path)
@@ -181,8 +175,10 @@ void Designer::apply(const std::function<void(DesignGrid&)>& change)
 {
     DesignGrid edited = panel_.obdGrid;
     change(edited);
-    if (edited.rows != panel_.obdGrid.rows)
+    if (edited.rows != panel_.obdGrid.rows) {
         history_.remember(panel_.obdGrid.rows);
+        sortedBy_.reset();
+    }
     panel_.obdGrid = std::move(edited);
 }
 
@@ -212,12 +208,14 @@ void Designer::sortBy(GridColumn column)
 void Designer::undo()
 {
     history_.undo(panel_.obdGrid.rows);
+    sortedBy_.reset();
     changed();
 }
 
 void Designer::redo()
 {
     history_.redo(panel_.obdGrid.rows);
+    sortedBy_.reset();
     changed();
 }
 
@@ -240,9 +238,9 @@ bool Designer::addNew()
     return true;
 }
 
-void Designer::deleteDisabled()
+void Designer::commit()
 {
-    commit(panel_.obdGrid, design_);
+    zint::commit(panel_.obdGrid, design_);
     rebuild();
     changed();
 }
@@ -263,8 +261,7 @@ void Designer::askInitSequence()
 void Designer::clickAutoSpeed(bool checked)
 {
     design_.sampleSpeed = checked ? Design::automaticSpeed : Design::defaultSpeed;
-    panel_.pollSpeed.value = Design::defaultSpeed;
-    showSpeed();
+    showSpeed(design_.sampleSpeed);
     changed();
 }
 
@@ -275,18 +272,9 @@ void Designer::movePollSpeed(int position)
     changed();
 }
 
-void Designer::showSpeed()
-{
-    panel_.autoSpeed = design_.sampleSpeed == Design::automaticSpeed;
-    panel_.pollSpeed.enabled = !panel_.autoSpeed;
-    if (!panel_.autoSpeed)
-        panel_.pollSpeed.value = design_.sampleSpeed;
-    panel_.sampleDsp = panel_.autoSpeed ? "Auto" : std::to_string(design_.sampleSpeed) + "ms";
-}
-
 void Designer::calculateOffsets()
 {
-    commit(panel_.obdGrid, design_);
+    zint::commit(panel_.obdGrid, design_);
     spreadOffsets(design_);
     rebuild();
     changed();
@@ -294,34 +282,43 @@ void Designer::calculateOffsets()
 
 void Designer::showTimeline()
 {
-    commit(panel_.obdGrid, design_);
-    const std::string text = timelineText(design_);
+    Design committed = design_;
+    zint::commit(panel_.obdGrid, committed);
+    const std::string text = timelineText(committed);
+    design_ = std::move(committed);
     changed();
     prompts_.message(text);
-}
-
-void Designer::commitForPolling()
-{
-    commit(panel_.obdGrid, design_);
-    rebuild();
-    changed();
 }
 
 void Designer::rebuild()
 {
     apply([this](DesignGrid& grid) { grid = gridOf(design_); });
-    sortedBy_.reset();
-    panel_.pollPrefix = design_.extraCommands;
-    showSpeed();
+    ++panel_.rebuilds;
     panel_.statusBox = summaryOf(panel_.obdGrid);
+}
+
+/// Shows the design with all that belongs to it; there is nothing to undo then.
+void Designer::show()
+{
+    rebuild();
+    history_.forget();
+    panel_.pollPrefix = design_.extraCommands;
+    showSpeed(design_.sampleSpeed);
+}
+
+void Designer::showSpeed(int speed)
+{
+    panel_.autoSpeed = speed == Design::automaticSpeed;
+    panel_.pollSpeed.enabled = !panel_.autoSpeed;
+    panel_.pollSpeed.value = panel_.autoSpeed ? Design::defaultSpeed : speed;
+    panel_.sampleDsp = panel_.autoSpeed ? "Auto" : std::to_string(speed) + "ms";
 }
 
 /// Shows a design that has come in. What was in the grid before stays kept if it was not saved.
 void Designer::beginWithDesign()
 {
     kept_.leave();
-    rebuild();
-    history_.forget();
+    show();
     safe_ = content();
 }
 
@@ -362,8 +359,7 @@ void Designer::verifySupport()
         return;
     if (link_.open(AdapterLink::Guard::exchange))
         link_.setStatus(" Verify events with OBD2");
-    showLinkStatus();
-    changed();
+    showLink();
 }
 
 void Designer::linkReady()
@@ -374,22 +370,22 @@ void Designer::linkReady()
 
 void Designer::linkReply(std::string_view reply)
 {
-    disableUnsupported(reply);
+    const std::string answer(reply);
+    const bool understood = isSupportReply(answer) && !hexToBits(supportData(answer)).empty();
+    if (!understood)
+        link_.countError();
     link_.close();
+    showLink();
+    if (understood)
+        disableUnsupported(hexToBits(supportData(answer)));
+    else if (isSupportReply(answer))
+        prompts_.message("Garbled OBD2 0100 response (" + std::string(supportData(answer)) + "), try again");
+    else
+        prompts_.message("Please try again, is possible ignition not ON");
 }
 
-void Designer::disableUnsupported(std::string_view reply)
+void Designer::disableUnsupported(const std::string& bits)
 {
-    if (!isSupportReply(reply)) {
-        prompts_.message("Please try again, is possible ignition not ON");
-        return;
-    }
-    const std::string_view data = supportData(reply);
-    const std::string bits = hexToBits(data);
-    if (bits.empty()) {
-        prompts_.message("Garbled OBD2 0100 response (" + std::string(data) + "), try again");
-        return;
-    }
     if (closeEditor)
         closeEditor();
     edit([&bits](DesignGrid& grid) {
@@ -397,34 +393,32 @@ void Designer::disableUnsupported(std::string_view reply)
             if (!isUnsupported(row.code, bits))
                 continue;
             row.frequency = 0;
-            row.offset = noOffset;
+            row.offset = 0;
         }
     });
 }
 
-void Designer::linkReceived()
-{
-    showLinkStatus();
-    changed();
-}
+void Designer::linkReceived() { showLink(); }
 
-void Designer::linkStatusChanged()
+void Designer::linkEvent(int event)
 {
-    showLinkStatus();
-    changed();
+    link_.setStatus(AdapterLink::unhandledText(event));
+    showLink();
 }
 
 void Designer::linkTimedOut()
 {
     prompts_.message(std::string(AdapterLink::notRespondingText));
+    values_.lastFailureText = AdapterLink::timeoutText;
     link_.close();
-    showLinkStatus();
-    changed();
+    showLink();
 }
 
-void Designer::linkLost()
+void Designer::linkLost() { showLink(); }
+
+void Designer::showLink()
 {
-    showLinkStatus();
+    panel_.statusBox = link_.status();
     changed();
 }
 

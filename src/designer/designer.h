@@ -49,7 +49,7 @@ public:
     void disableAll();
     void enableAll();
     bool addNew(); ///< asks for a request. @return whether a row was added, at the end
-    void deleteDisabled();
+    void commit(); ///< makes the grid the design; disabled rows leave the grid
 
     void askInitSequence();
     void clickAutoSpeed(bool checked);
@@ -59,9 +59,6 @@ public:
     void calculateOffsets();
     void showTimeline();
 
-    /// Commits the grid, for the polling runner.
-    void commitForPolling();
-
     const DesignerPanel& panel() const { return panel_; }
     std::function<void()> closeEditor; ///< ends an edit of a cell; what was typed counts
     std::function<void()> onChanged;   ///< called after each event that may have changed the panel
@@ -70,7 +67,7 @@ private:
     void linkReady() override;
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
-    void linkStatusChanged() override;
+    void linkEvent(int event) override;
     void linkTimedOut() override;
     void linkLost() override;
 
@@ -91,13 +88,14 @@ private:
     void apply(const std::function<void(DesignGrid&)>& change);
     void edit(const std::function<void(DesignGrid&)>& change);
     void rebuild();
-    void showSpeed();
+    void show();
+    void showSpeed(int speed);
     void loadFile(const std::string& path);
-    void saveFile();
+    void saveFile(bool asking);
     bool askName();
-    void disableUnsupported(std::string_view reply);
+    void disableUnsupported(const std::string& bits);
     void rememberFolder(const std::string& path);
-    void showLinkStatus() { panel_.statusBox = link_.status(); }
+    void showLink();
     void changed();
 
     AdapterLink link_;

@@ -19,6 +19,7 @@ struct DesignerPanel {
     std::string fileLab;    ///< the design file's name
     std::string pollPrefix; ///< the extra initialisation commands
     DesignGrid obdGrid;     ///< with the title, which pollTitle shows
+    unsigned rebuilds = 0;  ///< of the grid from a design; no cell is current after one
     Slider pollSpeed;
     bool autoSpeed = false;
     std::string sampleDsp = "200ms";

@@ -1,8 +1,8 @@
 #include "designer/gridDelegate.h"
 
-#include "catalogue/chooser.h"
 #include "catalogue/pidCatalogue.h"
 #include "designer/gridEditing.h"
+#include "designer/gridModel.h"
 #include "platform/text.h"
 
 #include <QComboBox>
@@ -32,7 +32,7 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
     switch (columnOf(index)) {
     case GridColumn::conversion: {
         auto* chooser = named(new QComboBox(parent), "ObdUnit", tr("Unit conversion"));
-        for (const std::string& choice : conversionChoices(chooserNumber(fromQt(textOf(index)))))
+        for (const std::string& choice : conversionChoices(index.data(GridModel::conversionRole).toInt()))
             chooser->addItem(toQt(choice));
         return chooser;
     }
@@ -40,6 +40,7 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
         auto* chooser = named(new QComboBox(parent), "ObdFreq", tr("Poll frequency"));
         chooser->setEditable(true);
         chooser->setInsertPolicy(QComboBox::NoInsert);
+        chooser->setCompleter(nullptr); // a "1" is not the beginning of "1800>about 10min"
         for (const std::string_view choice : PollChoices)
             chooser->addItem(toQt(choice));
         return chooser;
@@ -54,28 +55,30 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
 
 void GridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
 {
-    if (auto* texter = qobject_cast<QLineEdit*>(editor))
+    if (auto* texter = qobject_cast<QLineEdit*>(editor)) {
         texter->setText(textOf(index));
-    else if (auto* chooser = qobject_cast<QComboBox*>(editor); chooser->isEditable())
+    } else if (auto* chooser = qobject_cast<QComboBox*>(editor); chooser->isEditable()) {
         chooser->setEditText(textOf(index));
+        chooser->lineEdit()->selectAll();
+    }
 }
 
 void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const
 {
-    if (const auto* texter = qobject_cast<const QLineEdit*>(editor))
-        model->setData(index, texter->text());
-    else
-        model->setData(index, qobject_cast<const QComboBox*>(editor)->currentText());
+    const auto* texter = qobject_cast<const QLineEdit*>(editor);
+    accepted_ = model->setData(
+        index, texter != nullptr ? texter->text() : qobject_cast<const QComboBox*>(editor)->currentText());
 }
 
 bool GridDelegate::eventFilter(QObject* object, QEvent* event)
 {
     auto* editor = qobject_cast<QWidget*>(object);
     const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
-    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+    if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Tab) {
         Q_EMIT commitData(editor);
         Q_EMIT closeEditor(editor, NoHint);
-        Q_EMIT finished();
+        if (accepted_)
+            Q_EMIT finished();
         return true;
     }
     if (key == Qt::Key_Escape) {

@@ -18,11 +18,14 @@ public:
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
 
 Q_SIGNALS:
-    void finished();  ///< Enter ended an edit: the next cell's turn
+    void finished();  ///< Enter or Tab ended an edit: the next cell's turn
     void abandoned(); ///< Escape ended it
 
 protected:
     bool eventFilter(QObject* editor, QEvent* event) override;
+
+private:
+    mutable bool accepted_ = true; ///< whether the model took what the last editor held
 };
 
 } // namespace zint

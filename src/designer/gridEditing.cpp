@@ -2,6 +2,7 @@
 
 #include "catalogue/chooser.h"
 #include "catalogue/pidCatalogue.h"
+#include "designer/designFile.h"
 #include "shared/module1.h"
 #include "shared/runTimeError.h"
 
@@ -12,33 +13,29 @@
 namespace zint {
 namespace {
 
-bool isInTable(std::int32_t conversion)
-{
-    return conversion >= 0 && conversion < static_cast<std::int32_t>(ConversionTable.size());
-}
-
-const Conversion& inTable(std::int32_t conversion)
-{
-    return ConversionTable.at(static_cast<std::size_t>(conversion));
-}
-
 std::string conversionText(std::int32_t conversion)
 {
-    return chooserText(conversion, isInTable(conversion) ? inTable(conversion).name : std::string_view());
+    const Conversion* row = findConversion(conversion);
+    return chooserText(conversion, row != nullptr ? row->name : std::string_view());
 }
 
-/// A chosen entry, or a number that was typed instead.
+bool isTypedNumber(std::string_view text)
+{
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    const auto isPart = [&](char c) { return isDigit(c) || c == '-' || c == ' '; };
+    return std::ranges::all_of(text, isPart) && std::ranges::any_of(text, isDigit);
+}
+
 std::int32_t frequencyOf(std::string_view text)
 {
-    const std::int32_t frequency =
-        text.find('>') == std::string_view::npos ? toInteger(text) : chooserNumber(text);
+    const std::int32_t frequency = isTypedNumber(text) ? toInteger(text) : chooserNumber(text);
     if (frequency < 0)
         throw RunTimeError::typeMismatch();
     return frequency;
 }
 
-/// What a column is sorted by; a text counts where there is no number.
-std::pair<std::int64_t, std::string> sortKey(const GridRow& row, GridColumn column)
+/// What a column is sorted by: its number, then its text.
+std::pair<std::int32_t, std::string> sortKey(const GridRow& row, GridColumn column)
 {
     switch (column) {
     case GridColumn::code:
@@ -50,11 +47,7 @@ std::pair<std::int64_t, std::string> sortKey(const GridRow& row, GridColumn colu
     case GridColumn::frequency:
         return {row.frequency, {}};
     case GridColumn::offset:
-        try {
-            return {toInteger(row.offset), {}};
-        } catch (const RunTimeError&) {
-            return {0, row.offset};
-        }
+        return {row.offset, {}};
     }
     return {};
 }
@@ -73,17 +66,20 @@ std::string cellText(const GridRow& row, GridColumn column)
     case GridColumn::frequency:
         return std::to_string(row.frequency);
     case GridColumn::offset:
-        return row.offset;
+        return std::to_string(row.offset);
     }
     return {};
 }
 
 void setCell(GridRow& row, GridColumn column, std::string_view text)
 {
+    if (text == cellText(row, column))
+        return; // closed as it was opened, which changes nothing, not even what could not be typed
     switch (column) {
     case GridColumn::code:
         break;
     case GridColumn::description:
+        requireStorable(text);
         row.description = text;
         break;
     case GridColumn::conversion:
@@ -93,7 +89,7 @@ void setCell(GridRow& row, GridColumn column, std::string_view text)
         row.frequency = frequencyOf(text);
         break;
     case GridColumn::offset:
-        row.offset = std::to_string(toInteger(text));
+        row.offset = toInteger(text);
         break;
     }
 }
@@ -101,10 +97,12 @@ void setCell(GridRow& row, GridColumn column, std::string_view text)
 std::vector<std::string> conversionChoices(std::int32_t conversion)
 {
     std::vector<std::string> choices{conversionText(conversion)};
-    const std::int32_t family = isInTable(conversion) ? inTable(conversion).conversionClass : 0;
-    for (std::int32_t other = 0; isInTable(other); ++other) {
-        if (other != conversion && (family == 0 || inTable(other).conversionClass == family))
-            choices.push_back(conversionText(other));
+    const Conversion* own = findConversion(conversion);
+    const std::int32_t family = own != nullptr ? own->conversionClass : 0;
+    for (std::int32_t code = 0; const Conversion& other : ConversionTable) {
+        if (code != conversion && (family == 0 || other.conversionClass == family))
+            choices.push_back(chooserText(code, other.name));
+        ++code;
     }
     return choices;
 }
@@ -113,13 +111,14 @@ void setAllFrequencies(DesignGrid& grid, std::int32_t frequency)
 {
     for (GridRow& row : grid.rows) {
         row.frequency = frequency;
-        row.offset = noOffset;
+        row.offset = 0;
     }
 }
 
 void addRow(DesignGrid& grid, std::string code)
 {
     constexpr std::int32_t usualFrequency = 10;
+    requireStorable(code);
     grid.rows.push_back({.code = std::move(code), .frequency = usualFrequency});
 }
 

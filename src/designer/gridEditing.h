@@ -14,23 +14,36 @@ namespace zint {
 /// The grid's columns, from the left.
 enum class GridColumn { code, description, conversion, frequency, offset };
 
-inline constexpr std::array<const char*, 5> gridHeadings = {"Code", "Code Description", "Unit Conversion",
-                                                            "Poll Frequency", "Offset"};
+struct GridHeading {
+    GridColumn column;
+    std::string_view text; ///< with blanks, which set the width of its column
+    bool alignedRight = false;
+};
+
+inline constexpr std::array<GridHeading, 5> gridHeadings = {{
+    {GridColumn::code, "Code"},
+    {GridColumn::description, "Code Description                   "},
+    {GridColumn::conversion, "Unit Conversion                      "},
+    {GridColumn::frequency, " Poll Frequency "},
+    {GridColumn::offset, "Offset", true},
+}};
 
 /// A cell's text: choosers as number + ">" + name, numbers in decimal.
 std::string cellText(const GridRow& row, GridColumn column);
 
-/// Writes what an editor holds into a cell. The code can't be edited and stays.
-/// @throws RunTimeError 13 or 6 for a number that can't be read; the row is then as it was
+/// Writes what an editor holds into a cell. The code can't be edited and stays. As a frequency counts a
+/// number that is typed, or the one of a chooser's entry; any other text is 0.
+/// @throws RunTimeError 13 for a negative frequency or an offset that is no number, 6 for a number that is
+/// too large; NotStorable; the row is then as it was
 void setCell(GridRow& row, GridColumn column, std::string_view text);
 
 /// The entries of the unit chooser for a row: its own conversion first, then those that may take its place.
 std::vector<std::string> conversionChoices(std::int32_t conversion);
 
-/// Sets frequency (0 or 1) and offset "0" in all rows.
+/// Sets the frequency, 0 or 1, in all rows, and no offset.
 void setAllFrequencies(DesignGrid& grid, std::int32_t frequency);
 
-/// Adds a row for a request; its description is left to be typed.
+/// Adds a row for a request; its description is left to be typed. @throws NotStorable
 void addRow(DesignGrid& grid, std::string code);
 
 /// Puts the row in front of the one that stands at `to` now, or at the end for `to` == row count.

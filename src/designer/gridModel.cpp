@@ -15,50 +15,62 @@ const QString rowType = QStringLiteral("application/x-zint-design-row");
 
 GridColumn columnOf(const QModelIndex& index) { return static_cast<GridColumn>(index.column()); }
 
+QVariant alignmentOf(int column)
+{
+    const bool right = gridHeadings.at(static_cast<std::size_t>(column)).alignedRight;
+    return QVariant::fromValue<Qt::Alignment>((right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
+
 } // namespace
 
-GridModel::GridModel(Designer& designer, std::function<void(const Edit&)> enter)
+GridModel::GridModel(Designer& designer, std::function<bool(const Edit&)> enter)
     : designer_(designer), enter_(std::move(enter))
 {
 }
 
 void GridModel::refresh()
 {
-    const auto rows = static_cast<int>(designer_.panel().obdGrid.rows.size());
-    if (rows == shownRows_) {
-        if (rows > 0)
-            Q_EMIT dataChanged(index(0, 0), index(rows - 1, columnCount() - 1));
+    const DesignerPanel& panel = designer_.panel();
+    const std::vector<GridRow>& rows = panel.obdGrid.rows;
+    if (panel.rebuilds != rebuilds_ || rows.size() != rows_.size()) {
+        beginResetModel();
+        rows_ = rows;
+        rebuilds_ = panel.rebuilds;
+        endResetModel();
         return;
     }
-    beginResetModel();
-    shownRows_ = rows;
-    endResetModel();
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (rows_[i] == rows[i])
+            continue;
+        rows_[i] = rows[i];
+        const auto row = static_cast<int>(i);
+        Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
+    }
 }
 
-int GridModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : shownRows_; }
+int GridModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
 
 int GridModel::columnCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(gridHeadings.size());
 }
 
-const GridRow& GridModel::rowAt(const QModelIndex& index) const
-{
-    return designer_.panel().obdGrid.rows.at(static_cast<std::size_t>(index.row()));
-}
-
 QVariant GridModel::data(const QModelIndex& index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const GridRow& row = rowAt(index);
+    const GridRow& row = rows_.at(static_cast<std::size_t>(index.row()));
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
         return toQt(cellText(row, columnOf(index)));
     case Qt::TextAlignmentRole:
-        return QVariant::fromValue<Qt::Alignment>(
-            (columnOf(index) == GridColumn::offset ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+        return alignmentOf(index.column());
+    case conversionRole:
+        return row.conversion;
     case Qt::BackgroundRole:
         return row.isEnabled() ? QVariant()
                                : QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Window);
@@ -72,11 +84,16 @@ QVariant GridModel::data(const QModelIndex& index, int role) const
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (role != Qt::DisplayRole)
-        return {};
     if (orientation == Qt::Vertical)
-        return section + 1;
-    return QString::fromLatin1(gridHeadings.at(static_cast<std::size_t>(section)));
+        return role == Qt::DisplayRole ? section + 1 : QVariant();
+    switch (role) {
+    case Qt::DisplayRole:
+        return toQt(gridHeadings.at(static_cast<std::size_t>(section)).text);
+    case Qt::TextAlignmentRole:
+        return alignmentOf(section);
+    default:
+        return {};
+    }
 }
 
 Qt::ItemFlags GridModel::flags(const QModelIndex& index) const
@@ -91,9 +108,8 @@ bool GridModel::setData(const QModelIndex& index, const QVariant& value, int rol
 {
     if (role != Qt::EditRole)
         return false;
-    enter_([this, row = static_cast<std::size_t>(index.row()), column = columnOf(index),
-            text = fromQt(value.toString())] { designer_.setCell(row, column, text); });
-    return true;
+    return enter_([this, row = static_cast<std::size_t>(index.row()), column = columnOf(index),
+                   text = fromQt(value.toString())] { designer_.setCell(row, column, text); });
 }
 
 QStringList GridModel::mimeTypes() const { return {rowType}; }
@@ -113,6 +129,7 @@ bool GridModel::dropMimeData(const QMimeData* data, Qt::DropAction /*action*/, i
     enter_([this, from, to] {
         designer_.moveRow(static_cast<std::size_t>(from), static_cast<std::size_t>(to));
     });
+    Q_EMIT rowMoved(from < to ? to - 1 : to);
     return false; // the row has moved: the view must not remove it where it was
 }
 

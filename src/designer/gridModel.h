@@ -5,20 +5,25 @@
 #include <QAbstractTableModel>
 
 #include <functional>
+#include <vector>
 
 namespace zint {
 
-/// The designer's grid for a table view. It holds nothing: it shows the engine's panel and passes edits on.
+/// The designer's grid for a table view. It shows the engine's panel and passes edits on.
 class GridModel final : public QAbstractTableModel {
     Q_OBJECT
 
 public:
     using Edit = std::function<void()>;
 
-    /// @param enter runs an edit as an event of the window; the designer outlives the model
-    GridModel(Designer& designer, std::function<void(const Edit&)> enter);
+    /// The role of a conversion cell's number.
+    static constexpr int conversionRole = Qt::UserRole;
 
-    /// Shows the panel as it is now.
+    /// @param enter runs an edit as an event of the window and tells whether it succeeded
+    /// @param designer outlives the model
+    GridModel(Designer& designer, std::function<bool(const Edit&)> enter);
+
+    /// Shows the panel as it is now. Cells that have not changed are left alone: one may be under an editor.
     void refresh();
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -35,12 +40,14 @@ public:
     bool dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
                       const QModelIndex& parent) override;
 
-private:
-    const GridRow& rowAt(const QModelIndex& index) const;
+Q_SIGNALS:
+    void rowMoved(int row); ///< to where it was dropped
 
+private:
     Designer& designer_;
-    std::function<void(const Edit&)> enter_;
-    int shownRows_ = 0;
+    std::function<bool(const Edit&)> enter_;
+    std::vector<GridRow> rows_; ///< as shown
+    unsigned rebuilds_ = 0;     ///< of what is shown
 };
 
 } // namespace zint

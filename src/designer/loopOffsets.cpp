@@ -4,39 +4,35 @@
 
 #include <algorithm>
 #include <map>
-#include <span>
+#include <stdexcept>
 
 namespace zint {
 namespace {
 
 constexpr std::int32_t fewestPasses = 10;
+constexpr std::size_t longestTimeline = std::size_t{16} << 20; // bytes; more would only stop the program
 
-std::span<DesignEntry> eventsOf(Design& design)
-{
-    return std::span(design.entries).subspan(1, static_cast<std::size_t>(design.eventCount()));
-}
-
-std::int32_t passCount(Design& design)
+std::int32_t passCount(const Design& design)
 {
     std::int32_t passes = fewestPasses;
-    for (const DesignEntry& event : eventsOf(design))
+    for (const DesignEntry& event : design.events())
         passes = std::max(passes, event.frequency);
     return passes;
 }
 
 } // namespace
 
-bool isDue(const DesignEntry& event, std::int32_t pass)
+bool isDue(const DesignEntry& event, std::int64_t pass)
 {
     if (event.frequency == 0)
         throw RunTimeError::divisionByZero();
-    return (std::int64_t{event.offset} + pass) % event.frequency == 0;
+    return (event.offset + pass) % event.frequency == 0;
 }
 
 void spreadOffsets(Design& design)
 {
     std::map<std::int32_t, std::int32_t> nextOffset; // by frequency
-    for (DesignEntry& event : eventsOf(design)) {
+    for (DesignEntry& event : design.events()) {
         if (event.frequency < 1)
             continue;
         std::int32_t& next = nextOffset[event.frequency];
@@ -47,20 +43,27 @@ void spreadOffsets(Design& design)
 
 std::string timelineText(Design& design)
 {
+    if (design.eventCount() == 0)
+        throw RunTimeError::divisionByZero();
     const std::int32_t passes = passCount(design);
-    design.title().clear();
-    std::string text = "----------\r\n";
-    std::int32_t pass = 0;
-    for (std::size_t entry = 0; pass < passes;) {
-        text += "   " + design.entries.at(entry).description + "\r\n";
-        do { // the passes end with the first event that is due after them, so that empty ones may follow the
-             // last
-            if (++entry > static_cast<std::size_t>(design.eventCount())) {
-                entry = 1;
-                text += "---------- End Loop " + std::to_string(++pass) + "\r\n";
-            }
-        } while (!isDue(design.entries.at(entry), pass));
+    std::string text = "----------\r\n   \r\n";
+    std::int64_t pass = 0;
+    for (std::size_t n = 1;; ++n) {
+        if (n > design.events().size()) {
+            n = 1;
+            text += "---------- End Loop " + std::to_string(++pass) + "\r\n";
+            if (text.size() > longestTimeline)
+                throw std::length_error("A timeline of " + std::to_string(passes) +
+                                        " passes is too long to show. Choose smaller frequencies.");
+        }
+        const DesignEntry& event = design.entries.at(n);
+        if (!isDue(event, pass))
+            continue;
+        if (pass >= passes) // so late, empty passes may have followed the last
+            break;
+        text += "   " + event.description + "\r\n";
     }
+    design.title().clear();
     return text;
 }
 

@@ -2,13 +2,14 @@
 
 #include "catalogue/design.h"
 
+#include <cstdint>
 #include <string>
 
 /// In which passes of the polling loop the events are requested.
 namespace zint {
 
 /// Whether an event is requested in a pass, counted from 0. @throws RunTimeError 11 for frequency 0
-bool isDue(const DesignEntry& event, std::int32_t pass);
+bool isDue(const DesignEntry& event, std::int64_t pass);
 
 /// Spreads the events of each frequency over its passes: the first of a frequency falls into pass 0, the next
 /// into pass 1 and so on, beginning again after as many passes as the frequency has.
@@ -17,7 +18,8 @@ void spreadOffsets(Design& design);
 /// The events of each pass as text, lines ended by CR LF, for as many passes as the largest frequency has, at
 /// least 10, and on to the next pass with an event. The title is dropped from the design on the way: the line
 /// before the first pass shows it empty.
-/// @throws RunTimeError 11 for a design without events or with one of frequency 0
+/// @throws RunTimeError 11 for a design without events or with one of frequency 0, std::length_error for a
+/// text that would be too long to show (several 100,000 passes); the design is then as it was
 std::string timelineText(Design& design);
 
 } // namespace zint

@@ -1,5 +1,6 @@
 #include "designer/pollPreparation.h"
 
+#include "designer/designFile.h"
 #include "shared/module1.h"
 
 #include <utility>
@@ -20,6 +21,7 @@ InitCommands checkInitCommands(std::string_view answer)
         return {.complaint = "Error - commands must begin with AT"};
     if (commands.size() > 2 && interfering.find(commands[2]) != std::string_view::npos)
         return {.complaint = commands + " would interfere will ability to recognize poll data"};
+    requireStorable(commands);
     return {.commands = std::move(commands)};
 }
 

@@ -13,6 +13,7 @@ struct InitCommands {
 };
 
 /// Only the beginning of the answer is looked at: commands behind a ";" are the user's own responsibility.
+/// @throws NotStorable
 InitCommands checkInitCommands(std::string_view answer);
 
 /// The slider's position as a multiple of 4 ms, the adapter's unit; a half goes to the even multiple.

@@ -13,7 +13,6 @@
 #include <QLocale>
 #include <QSignalBlocker>
 
-#include <array>
 #include <utility>
 
 namespace zint {
@@ -24,10 +23,12 @@ pollSetup2::pollSetup2(ToolContext& context)
       kept_(context.userDataFolder + "/designs", dateText),
       designer_(*MSComm1, Timer1, context.connection(), context.design, prompts(), CommonDialog1,
                 context.values, kept_),
-      grid_(std::make_unique<GridModel>(designer_, [this](const GridModel::Edit& edit) { enterEdit(edit); }))
+      grid_(std::make_unique<GridModel>(designer_,
+                                        [this](const GridModel::Edit& edit) { return enterEdit(edit); }))
 {
     ui->setupUi(this);
     setUpGrid();
+    setUpToolbar();
     connectActions();
     connect(ui->autoSpeed, &QCheckBox::clicked, this, &pollSetup2::autoSpeed_Click);
     connect(ui->pollSpeed, &QSlider::valueChanged, this, &pollSetup2::pollSpeed_Change);
@@ -36,6 +37,7 @@ pollSetup2::pollSetup2(ToolContext& context)
     designer_.onChanged = [this] { paint(); };
     setUpCommonControls();
     gate().run([this] { designer_.load(); });
+    ui->obdGrid->resizeColumnsToContents();
 }
 
 pollSetup2::~pollSetup2() = default;
@@ -56,13 +58,17 @@ void pollSetup2::setUpGrid()
     ui->obdGrid->setModel(grid_.get());
     ui->obdGrid->setItemDelegate(delegate);
     ui->obdGrid->setDropIndicatorShown(true);
+    ui->obdGrid->verticalHeader()->setDefaultSectionSize(ui->obdGrid->verticalHeader()->minimumSectionSize());
+    connect(ui->obdGrid, &QTableView::clicked, ui->obdGrid, [this](const QModelIndex& cell) {
+        if (cell.flags() & Qt::ItemIsEditable)
+            ui->obdGrid->edit(cell);
+    });
+    connect(grid_.get(), &GridModel::rowMoved, ui->obdGrid,
+            [this](int row) { ui->obdGrid->setCurrentIndex(grid_->index(row, 0)); });
     connect(delegate, &GridDelegate::finished, this, &pollSetup2::editNext);
     connect(delegate, &GridDelegate::abandoned, ui->pollTitle, [this] { ui->pollTitle->setFocus(); });
     QHeaderView* header = ui->obdGrid->horizontalHeader();
     header->setSectionsClickable(true);
-    constexpr std::array<int, 5> widths = {80, 240, 180, 120, 80};
-    for (int column = 0; column < grid_->columnCount(); ++column)
-        header->resizeSection(column, widths.at(static_cast<std::size_t>(column)));
     header->setSectionResizeMode(static_cast<int>(GridColumn::description), QHeaderView::Stretch);
     connect(header, &QHeaderView::sectionClicked, this, [this](int column) {
         gate().run([this, column] {
@@ -70,6 +76,22 @@ void pollSetup2::setUpGrid()
             designer_.sortBy(static_cast<GridColumn>(column));
         });
     });
+}
+
+void pollSetup2::setUpToolbar()
+{
+    const std::pair<QAction*, const char*> keys[] = {
+        {ui->mnuDefault, "newDesign"},     {ui->mnuSave, "saveDesign"},
+        {ui->mnuOpen, "openDesign"},       {ui->mnuPrint, "printDesign"},
+        {ui->mnuDisable, "codeDisable"},   {ui->mnuEnable, "codeEnable"},
+        {ui->mnuVerifyObd, "checkCodes"},  {ui->mnuShowTimeline, "showTimeline"},
+        {ui->mnuAutoOffset, "calcOffset"},
+    };
+    for (const auto& [action, key] : keys) {
+        QWidget* button = ui->Toolbar1->widgetForAction(action);
+        button->setObjectName(QLatin1String(key));
+        button->setAccessibleName(action->toolTip());
+    }
 }
 
 void pollSetup2::connectActions()
@@ -91,11 +113,13 @@ void pollSetup2::connectActions()
     forward(ui->mnuRedo, &Designer::redo);
     forward(ui->mnuDisable, &Designer::disableAll);
     forward(ui->mnuEnable, &Designer::enableAll);
-    forward(ui->mnuPurge, &Designer::deleteDisabled);
+    forward(ui->mnuPurge, &Designer::commit);
     forward(ui->mnuInitSeq, &Designer::askInitSequence);
     forward(ui->mnuVerifyObd, &Designer::verifySupport);
     forward(ui->mnuAutoOffset, &Designer::calculateOffsets);
     forward(ui->mnuShowTimeline, &Designer::showTimeline);
+    connect(ui->mnuMoveUp, &QAction::triggered, this, [this] { moveCurrent(-1); });
+    connect(ui->mnuMoveDown, &QAction::triggered, this, [this] { moveCurrent(1); });
     onTrigger(ui->mnuAddNew, &pollSetup2::mnuAddNew_Click);
     onClick(ui->comDone, &pollSetup2::comDone_Click);
     ui->comDone->setEnabled(context().goPolling != nullptr);
@@ -115,9 +139,25 @@ void pollSetup2::mnuAddNew_Click()
 void pollSetup2::comDone_Click()
 {
     closeEditor();
-    designer_.commitForPolling();
+    designer_.commit();
     context().goPolling();
     close();
+}
+
+/// Moves the current row up (-1) or down (1).
+void pollSetup2::moveCurrent(int rows)
+{
+    gate().run([this, rows] {
+        closeEditor();
+        const QModelIndex current = ui->obdGrid->currentIndex();
+        const QModelIndex target = current.siblingAtRow(current.row() + rows);
+        if (!target.isValid())
+            return;
+        const auto from = static_cast<std::size_t>(current.row());
+        const auto to = static_cast<std::size_t>(target.row());
+        designer_.moveRow(from, to > from ? to + 1 : to);
+        ui->obdGrid->setCurrentIndex(target);
+    });
 }
 
 void pollSetup2::autoSpeed_Click(bool checked)
@@ -135,28 +175,37 @@ void pollSetup2::pollTitle_Change(const QString& title)
     gate().run([this, text = fromQt(title)] { designer_.setTitle(text); });
 }
 
-/// An edit is an event of its own, or part of the one that closed its editor.
-void pollSetup2::enterEdit(const GridModel::Edit& edit)
+/// An edit is an event of its own, or part of the one that closes its editor. @return whether it succeeded
+bool pollSetup2::enterEdit(const GridModel::Edit& edit)
 {
-    if (!gate().isBusy()) {
-        gate().run(edit);
-        return;
+    if (!isClosingEditor_) {
+        const auto succeeded = std::make_shared<bool>(false); // the edit may have to wait at the gate
+        gate().run([edit, succeeded] {
+            edit();
+            *succeeded = true;
+        });
+        return *succeeded;
     }
     try {
         edit();
+        return true;
     } catch (...) { // the toolkit's code lies between here and closeEditor()
         failedEdit_ = std::current_exception();
+        return false;
     }
 }
 
 /// What is being edited counts before anything else is done with the grid. If it can't be read, nothing is.
 void pollSetup2::closeEditor()
 {
-    if (QWidget* editor = ui->obdGrid->indexWidget(ui->obdGrid->currentIndex())) {
-        QAbstractItemDelegate* delegate = ui->obdGrid->itemDelegate();
-        Q_EMIT delegate->commitData(editor);
-        Q_EMIT delegate->closeEditor(editor);
-    }
+    QWidget* editor = ui->obdGrid->indexWidget(ui->obdGrid->currentIndex());
+    if (editor == nullptr)
+        return;
+    QAbstractItemDelegate* delegate = ui->obdGrid->itemDelegate();
+    isClosingEditor_ = true;
+    Q_EMIT delegate->commitData(editor);
+    isClosingEditor_ = false;
+    Q_EMIT delegate->closeEditor(editor);
     if (const std::exception_ptr failure = std::exchange(failedEdit_, nullptr))
         std::rethrow_exception(failure);
 }

@@ -35,7 +35,9 @@ private:
 
     void connectActions();
     void setUpGrid();
-    void enterEdit(const std::function<void()>& edit);
+    void setUpToolbar();
+    bool enterEdit(const std::function<void()>& edit);
+    void moveCurrent(int rows);
     void closeEditor();
     void editNext();
     void paint();
@@ -47,7 +49,8 @@ private:
     KeptDesigns kept_;
     Designer designer_;
     std::unique_ptr<GridModel> grid_;
-    std::exception_ptr failedEdit_; ///< of an editor that was closed by closeEditor()
+    bool isClosingEditor_ = false;
+    std::exception_ptr failedEdit_; ///< of the editor that is being closed
 };
 
 } // namespace zint

@@ -1,6 +1,7 @@
 #include "designer/supportReply.h"
 
 #include "shared/module1.h"
+#include "shared/runTimeError.h"
 
 namespace zint {
 namespace {
@@ -20,11 +21,14 @@ std::string_view supportData(std::string_view reply)
 
 bool isUnsupported(std::string_view requestCode, std::string_view bits)
 {
-    constexpr std::size_t longestPid = 6; // digits; longer ones lie beyond any reply
-    if (!requestCode.starts_with(mode) || requestCode.size() > mode.size() + longestPid)
+    if (!requestCode.starts_with(mode))
         return false;
-    const auto pid = hexToNumber(requestCode.substr(mode.size()));
-    return pid >= 0 && textAt(bits, static_cast<std::size_t>(pid) + 1, 1) == "0";
+    try {
+        const auto pid = hexToNumber(requestCode.substr(mode.size()));
+        return pid >= 0 && textAt(bits, static_cast<std::size_t>(pid) + 1, 1) == "0";
+    } catch (const RunTimeError&) { // so large a number lies beyond any reply
+        return false;
+    }
 }
 
 } // namespace zint

@@ -67,19 +67,21 @@ void AdapterLink::write(std::string_view command)
 
 void AdapterLink::portEvent()
 {
-    switch (const int event = port_.lastCommEvent()) {
+    const int event = port_.lastCommEvent();
+    switch (event) {
     case commEvent::receive:
         receive();
         break;
     case commEvent::unknown:
-        appendStatus(" - unhandled comm Event: " + std::to_string(event));
+        appendStatus(unhandledText(event));
         countError();
-        listener_.linkStatusChanged();
+        listener_.linkEvent(event);
         break;
     case commEvent::deviceGone:
         lost();
         break;
-    default: // line errors and modem lines say nothing that a reply does not show
+    default:
+        listener_.linkEvent(event);
         break;
     }
 }
@@ -128,6 +130,11 @@ void AdapterLink::timedOut()
     timer_.setEnabled(false);
     countError();
     listener_.linkTimedOut();
+}
+
+std::string AdapterLink::unhandledText(int event)
+{
+    return " - unhandled comm Event: " + std::to_string(event);
 }
 
 } // namespace zint

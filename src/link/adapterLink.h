@@ -27,6 +27,9 @@ public:
     /// The command whose answer the time-out guards.
     static constexpr std::string_view resetCommand = "ATZ";
 
+    /// Why the last exchange failed, when it was for the time-out.
+    static constexpr std::string_view timeoutText = "Timeout responding to ATZ";
+
     static constexpr std::string_view notRespondingText =
         "OBD is not responding... Please verify connections between computer and vehicle";
 
@@ -44,8 +47,10 @@ public:
         /// refreshed.
         virtual void linkReceived() = 0;
 
-        /// The status tells of an event that the driver does not explain; the error is counted.
-        virtual void linkStatusChanged() = 0;
+        /// The port tells of something else (a line error, a modem line), which a reply would show if it
+        /// mattered. An event that the driver does not explain has been counted as an error, and the status
+        /// tells of it.
+        virtual void linkEvent(int event) = 0;
 
         /// The reset, or what else is guarded, was not answered in time; the error is counted, the port still
         /// open.
@@ -82,6 +87,9 @@ public:
     void setStatus(std::string_view words) { status_ = choice_.portName + std::string(words); }
     void appendStatus(std::string_view words) { status_ += words; }
     const std::string& status() const { return status_; }
+
+    /// What a status says of an event.
+    static std::string unhandledText(int event);
 
     void countError() { ++counters_.errors; }
     const LinkCounters& counters() const { return counters_; }

@@ -8,7 +8,7 @@
 namespace zint {
 
 /// What an event of a serial port is about. Drivers report further numbers (line errors, breaks, modem
-/// lines); a tool passes over those.
+/// lines).
 namespace commEvent {
 inline constexpr int unknown = 0;     ///< an event that the driver does not explain
 inline constexpr int receive = 2;     ///< characters have been received

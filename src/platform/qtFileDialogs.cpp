@@ -12,8 +12,13 @@ QStringList nameFilters(const FileKinds& kinds)
 {
     const QStringList parts = toQt(kinds.filter).split(u'|');
     QStringList filters;
-    for (qsizetype i = 0; i < parts.size(); i += 2)
+    for (qsizetype i = 0; i < parts.size(); i += 2) {
         filters += parts[i];
+#ifndef Q_OS_WIN
+        filters.last().replace(QLatin1String("*.*"),
+                               QLatin1String("*")); // all files, those without a dot too
+#endif
+    }
     return filters;
 }
 

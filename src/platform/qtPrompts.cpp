@@ -54,7 +54,7 @@ void showLongText(QWidget& window, const std::string& text, const std::string& t
 
 } // namespace
 
-void QtPrompts::message(const std::string& text, const std::string& title)
+void QtPrompts::message(const std::string& text, const std::string& title, const std::string& reason)
 {
     if (std::ranges::count(text, '\n') > mostLines) {
         showLongText(window_, text, title);
@@ -62,6 +62,7 @@ void QtPrompts::message(const std::string& text, const std::string& title)
     }
     QMessageBox box(&window_);
     prepare(box, QMessageBox::Information, text, title);
+    box.setInformativeText(toQtLines(reason));
     box.exec();
 }
 

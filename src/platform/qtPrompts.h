@@ -12,7 +12,7 @@ public:
     /// @param window outlives the prompts
     explicit QtPrompts(QWidget& window) : window_(window) {}
 
-    void message(const std::string& text, const std::string& title) override;
+    void message(const std::string& text, const std::string& title, const std::string& reason) override;
     std::optional<std::string> input(const std::string& text, const std::string& title,
                                      const std::string& initial) override;
     std::optional<std::size_t> choose(const std::string& text, const std::string& title,

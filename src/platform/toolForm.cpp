@@ -20,7 +20,7 @@ toolForm::toolForm(ToolContext& context, std::string helpPage)
     : context_(context), helpPage_(std::move(helpPage)), prompts_(*this)
 {
     setAttribute(Qt::WA_DeleteOnClose);
-    gate_.onError = [this](const std::string& text) { prompts_.message(text, {}); };
+    gate_.onError = [this](const std::string& text) { prompts().message(text); };
 }
 
 toolForm::~toolForm() = default;
@@ -77,7 +77,7 @@ void toolForm::unload()
 
 void toolForm::goBack() { close(); }
 
-void toolForm::mnuAbout_Click() { prompts_.message(programInfo().aboutText(), {}); }
+void toolForm::mnuAbout_Click() { prompts().message(programInfo().aboutText()); }
 
 void toolForm::mnuHelp_Click() { openHelpPage(context_.values, helpPage_); }
 

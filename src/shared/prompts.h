@@ -14,7 +14,9 @@ public:
     virtual ~Prompts() = default;
 
     /// Shows a text with an OK button. Lines are separated by CR LF. An empty title means the program's name.
-    virtual void message(const std::string& text, const std::string& title = {}) = 0;
+    /// @param reason stands below the text, set off from it
+    virtual void message(const std::string& text, const std::string& title = {},
+                         const std::string& reason = {}) = 0;
 
     /// Asks for a line of text, which begins as `initial`. @return nothing for a Cancel
     virtual std::optional<std::string> input(const std::string& text, const std::string& title,

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <random>
 #include <system_error>
+#include <utility>
 
 namespace zint {
 namespace {
@@ -21,6 +22,8 @@ constexpr std::array<char16_t, 32> windows1252 = {
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
 };
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF"; // some editors begin a UTF-8 text with it
 
 std::uint8_t byteAt(std::string_view text, std::size_t index)
 {
@@ -142,6 +145,8 @@ std::optional<std::string> LineReader::next()
     }
     if (line.ends_with('\r'))
         line.pop_back();
+    if (std::exchange(isFirst_, false) && line.starts_with(byteOrderMark))
+        line.erase(0, byteOrderMark.size());
     return toUtf8(line);
 }
 

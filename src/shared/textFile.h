@@ -31,6 +31,7 @@ public:
 
 private:
     std::istream& stream_;
+    bool isFirst_ = true;
 };
 
 /// Calls `read` with the file's stream. @throws FileError when the file can't be opened; whatever `read`

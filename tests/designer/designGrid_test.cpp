@@ -14,7 +14,7 @@ TEST(DesignGridTest, ACommitKeepsTheEnabledRows)
     design.entries[2].reserved1 = 7;
     DesignGrid grid = gridOf(design);
     ASSERT_EQ(grid.rows.size(), 31U);
-    EXPECT_EQ(grid.rows[3].offset, "3");
+    EXPECT_EQ(grid.rows[3].offset, 3);
     grid.title = "Car1";
     commit(grid, design);
     EXPECT_EQ(design.eventCount(), 22);
@@ -31,8 +31,6 @@ TEST(DesignGridTest, ACommitIsAllOrNothing)
     loadDefaultDesign(design);
     DesignGrid grid = gridOf(design);
     grid.title = "changed";
-    grid.rows[10].offset = "soon";
-    EXPECT_THROW(commit(grid, design), RunTimeError);
     grid.rows.assign(65, {.code = "0105", .frequency = 1});
     EXPECT_THROW(commit(grid, design), TooManyEvents);
     EXPECT_EQ(design.title(), "Default Settings");
@@ -45,7 +43,7 @@ TEST(DesignGridTest, ACommitIsAllOrNothing)
 
 TEST(DesignPrintoutTest, ListsTheRowsAsText)
 {
-    const DesignGrid grid{.title = "A & B", .rows = {{"0105", "<hot>", 3, 15, "2"}}};
+    const DesignGrid grid{.title = "A & B", .rows = {{"0105", "<hot>", 3, 15, 2}}};
     const std::string html = designPrintout(grid, 100, "Monday");
     for (const char* part :
          {"<h2>Polling Design</h2>", "<b>A &amp; B</b><br>Monday<br>", ";Sample Speed: 100ms<",

@@ -59,7 +59,7 @@ TEST_F(DesignerTest, SavesOpensAndKeepsTheTitle)
     EXPECT_EQ(panel().statusBox, "car.obc saved");
     EXPECT_EQ(panel().fileLab, "car.obc");
     EXPECT_EQ(values.parmSaveFile, "car.obc");
-    EXPECT_EQ(values.parmInitDir, folder.path() + "/");
+    EXPECT_EQ(values.parmInitDir, folder.path());
     EXPECT_EQ(panel().obdGrid.rows.size(), 22U) << "the unpolled rows left with the commit";
     EXPECT_TRUE(
         fileText("car.obc").starts_with("Car1\r\n|200\r\n0104|Calculated Engine Load|1|10|3|0|0\r\n"));
@@ -81,17 +81,23 @@ TEST_F(DesignerTest, AFileThatCantBeReadGivesTheDefault)
     folder.write(folder.path("bad.obc"), "t\n|200\n0105|x|three|1|0\n");
     dialogs.chosen = folder.path("bad.obc");
     designer->open();
-    EXPECT_TRUE(prompts.takeMessage().starts_with("Error loading filebad.obc"));
+    EXPECT_EQ(prompts.takeMessage(), "Error loading filebad.obc");
+    EXPECT_EQ(prompts.reason, "Type mismatch");
     EXPECT_EQ(panel().statusBox, "Default values loaded");
     EXPECT_EQ(design.eventCount(), 31);
+    values.parmSave = folder.path("good.obc");
+    designer->save();
+    EXPECT_TRUE(dialogs.asked.starts_with("save ")) << "the file of before is not overwritten";
 
-    folder.write(folder.path("run.log"),
+    folder.write(folder.path("RUN.LOG"),
                  "Logged\r\n|-1\r\n010C|rpm|5|1|0|0|0\r\nEOP - end of Parms\r\nsamples");
-    dialogs.chosen = folder.path("run.log");
+    dialogs.chosen = folder.path("RUN.LOG");
     designer->open();
     EXPECT_EQ(panel().obdGrid.title, "Logged");
     EXPECT_TRUE(panel().autoSpeed);
     EXPECT_EQ(panel().sampleDsp, "Auto");
+    EXPECT_EQ(panel().pollSpeed.value, 200);
+    dialogs.asked.clear();
     designer->save();
     EXPECT_TRUE(dialogs.asked.starts_with("save ")) << "a log is not overwritten";
     dialogs.chosen = "/dev/full";
@@ -116,14 +122,17 @@ TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
 
     prompts.typed = "0902";
     EXPECT_TRUE(designer->addNew());
-    EXPECT_EQ(row(31), (GridRow{"0902", "", 0, 10, "0"}));
+    EXPECT_EQ(row(31), (GridRow{"0902", "", 0, 10, 0}));
     EXPECT_FALSE(designer->addNew()) << "an empty answer adds nothing";
     for (int i = 0; i < 34; ++i) {
         prompts.typed = "0105";
         designer->addNew();
     }
     designer->enableAll();
-    EXPECT_THROW(designer->commitForPolling(), TooManyEvents);
+    dialogs.asked.clear();
+    EXPECT_THROW(designer->saveAs(), TooManyEvents);
+    EXPECT_EQ(dialogs.asked, "") << "what can't be saved needs no name";
+    EXPECT_THROW(designer->commit(), TooManyEvents);
     EXPECT_EQ(panel().obdGrid.rows.size(), 66U);
     EXPECT_EQ(design.eventCount(), 31);
 }
@@ -131,17 +140,17 @@ TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
 TEST_F(DesignerTest, ASampleIsFoundAtOnceAndNotOverwritten)
 {
     values.isFolderRemembered = false;
-    values.sampleFolder = folder.path() + "/";
+    values.sampleFolder = folder.path();
     folder.write(folder.path("sample.obc"), "Sample\n|200\n010C|rpm|5|1|0\n");
     dialogs.chosen = folder.path("sample.obc");
     designer->open();
-    EXPECT_TRUE(dialogs.asked.starts_with("open " + folder.path() + "/||")) << dialogs.asked;
+    EXPECT_TRUE(dialogs.asked.starts_with("open " + folder.path() + "||")) << dialogs.asked;
     EXPECT_EQ(panel().fileLab, "sample.obc");
     EXPECT_EQ(values.parmSave, "");
     designer->unload();
     designer->load();
     designer->save();
-    EXPECT_TRUE(dialogs.asked.starts_with("save " + folder.path() + "/||")) << dialogs.asked;
+    EXPECT_TRUE(dialogs.asked.starts_with("save " + folder.path() + "||")) << dialogs.asked;
 }
 
 TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
@@ -151,7 +160,7 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
     };
     designer->recover();
     EXPECT_EQ(prompts.takeMessage(), "There is no unsaved design to recover.");
-    designer->deleteDisabled();
+    designer->commit();
     EXPECT_FALSE(fileExists(folder.path("kept"))) << "nothing of the default is lost";
 
     designer->setCell(0, GridColumn::frequency, "0");
@@ -193,7 +202,7 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
 TEST_F(DesignerTest, GoesOnWithTheDesignThatWentToTheRunner)
 {
     designer->setTitle("tried");
-    designer->commitForPolling();
+    designer->commit();
     designer->unload();
     designer->load();
     designer->setTitle("tried again");
@@ -247,12 +256,13 @@ TEST_F(DesignerTest, DisablesWhatTheVehicleDoesNotSupport)
     };
     verify("NO DATA\r\r>");
     EXPECT_EQ(prompts.takeMessage(), "Please try again, is possible ignition not ON");
+    EXPECT_TRUE(panel().labelStats.ends_with("Errors: 1"));
     verify("41 00 BE 1G A8 13 \r\r>");
     EXPECT_EQ(prompts.takeMessage(), "Garbled OBD2 0100 response (BE 1G A8 13 ), try again");
     EXPECT_FALSE(panel().canUndo);
     verify("BUS INIT: OK\r41 00 BE 1F A8 13 \r\r>");
     EXPECT_EQ(row(3).frequency, 0) << "0104";
-    EXPECT_EQ(row(3).offset, "0");
+    EXPECT_EQ(row(3).offset, 0);
     EXPECT_EQ(row(4).frequency, 10) << "0105";
     EXPECT_EQ(design.entries[4].frequency, 10) << "only the grid changes";
 }
@@ -270,16 +280,20 @@ TEST_F(DesignerTest, TheTimeOutGuardsTheAnswerToo)
               "OBD is not responding... Please verify connections between computer and vehicle");
     EXPECT_EQ(panel().statusBox, "com1 Closed");
     EXPECT_TRUE(panel().labelStats.ends_with("Errors: 1"));
+    EXPECT_EQ(values.lastFailureText, "Timeout responding to ATZ");
 }
 
 TEST_F(DesignerTest, SpreadsOffsetsAndShowsTheTimeline)
 {
     designer->calculateOffsets();
-    EXPECT_EQ(row(0).offset, "0");
-    EXPECT_EQ(row(1).offset, "9");
+    EXPECT_EQ(row(0).offset, 0);
+    EXPECT_EQ(row(1).offset, 9);
     designer->showTimeline();
     EXPECT_TRUE(prompts.takeMessage().starts_with("----------\r\n   \r\n   Calculated Engine Load\r\n"));
     EXPECT_EQ(design.title(), "");
+    designer->disableAll();
+    EXPECT_THROW(designer->showTimeline(), RunTimeError);
+    EXPECT_EQ(design.eventCount(), 22);
 }
 
 } // namespace

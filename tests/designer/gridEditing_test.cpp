@@ -1,3 +1,4 @@
+#include "designer/designFile.h"
 #include "designer/gridEditing.h"
 #include "designer/pollPreparation.h"
 #include "designer/supportReply.h"
@@ -21,23 +22,29 @@ std::string codesOf(const DesignGrid& grid)
 
 TEST(GridEditingTest, CellsTakeWhatTheirEditorsHold)
 {
-    GridRow row{.code = "0105", .conversion = 3, .frequency = 10, .offset = "4"};
+    GridRow row{.code = "0105", .conversion = 3, .frequency = 10, .offset = 4};
     setCell(row, GridColumn::code, "0106");
-    setCell(row, GridColumn::description, "a|b ");
+    setCell(row, GridColumn::description, " a ");
     setCell(row, GridColumn::conversion, "4>Fahrenheit");
     setCell(row, GridColumn::frequency, "  15>about 5s");
     setCell(row, GridColumn::offset, " 007 ");
-    EXPECT_EQ(row, (GridRow{"0105", "a|b ", 4, 15, "7"}));
+    EXPECT_EQ(row, (GridRow{"0105", " a ", 4, 15, 7}));
     EXPECT_EQ(cellText(row, GridColumn::conversion), "4>Fahrenheit");
     setCell(row, GridColumn::frequency, "25");
     EXPECT_EQ(cellText(row, GridColumn::frequency), "25");
     for (const auto& [column, text] : {std::pair{GridColumn::offset, "x"},
                                        {GridColumn::offset, ""},
-                                       {GridColumn::frequency, "often"},
                                        {GridColumn::frequency, "-1"},
+                                       {GridColumn::frequency, "99999999999>"},
                                        {GridColumn::offset, "3000000000"}})
         EXPECT_THROW(setCell(row, column, text), RunTimeError) << text;
-    EXPECT_EQ(row, (GridRow{"0105", "a|b ", 4, 25, "7"})) << "a refused text changes nothing";
+    EXPECT_THROW(setCell(row, GridColumn::description, "a|b"), NotStorable);
+    EXPECT_EQ(row, (GridRow{"0105", " a ", 4, 25, 7})) << "a refused text changes nothing";
+    setCell(row, GridColumn::frequency, "often");
+    EXPECT_EQ(row.frequency, 0);
+    row.frequency = -3;
+    setCell(row, GridColumn::frequency, "-3");
+    EXPECT_EQ(row.frequency, -3) << "what a file brought may stay";
 }
 
 TEST(GridEditingTest, OffersConversionsOfTheSameFamily)

@@ -62,8 +62,14 @@ TEST(LoopOffsetsTest, WhatIsNeverDueIsADivisionByZero)
             ADD_FAILURE();
         } catch (const RunTimeError& error) {
             EXPECT_EQ(error.number(), 11);
+            EXPECT_EQ(design.title(), "title");
         }
     }
+    Design emptied = designOf({{10, 0}}); // what was an event once is none
+    emptied.eventCount() = 0;
+    EXPECT_THROW(timelineText(emptied), RunTimeError);
+    Design endless = designOf({{2000000000, 1}});
+    EXPECT_THROW(timelineText(endless), std::length_error);
 }
 
 } // namespace

@@ -50,11 +50,14 @@ TEST_F(PollSetup2Test, CellsAreEditedInPlaceAndUndone)
     EXPECT_EQ(cell(3, 1), u"Load");
     EXPECT_EQ(control<QComboBox>("ObdUnit")->count(), 1) << "Enter moves on to the next cell";
 
-    auto* frequency = edit<QComboBox>(3, 3, "ObdFreq");
-    EXPECT_EQ(frequency->itemText(6), u"  15>about 5s");
-    frequency->setEditText(QStringLiteral("25"));
-    QTest::keyClick(frequency, Qt::Key_Return);
-    EXPECT_EQ(cell(3, 3), u"25");
+    for (const char* typed : {"25", "18"}) { // neither what stood there nor an entry that begins so
+        auto* frequency = edit<QComboBox>(3, 3, "ObdFreq");
+        EXPECT_EQ(frequency->itemText(6), u"  15>about 5s");
+        QTest::keyClicks(frequency, QLatin1String(typed));
+        QTest::keyClick(frequency, Qt::Key_Tab);
+        EXPECT_EQ(cell(3, 3), QLatin1String(typed));
+        EXPECT_EQ(grid->currentIndex().column(), 4);
+    }
 
     auto* offset = edit<QLineEdit>(3, 4, "obdTexter");
     offset->setText(QStringLiteral("soon"));
@@ -63,13 +66,29 @@ TEST_F(PollSetup2Test, CellsAreEditedInPlaceAndUndone)
     QTest::keyClick(offset, Qt::Key_Return);
     EXPECT_EQ(message, u"Run-time error 13: Type mismatch");
     EXPECT_EQ(cell(3, 4), u"3");
+    EXPECT_EQ(grid->currentIndex().row(), 3) << "nothing to move on from";
 
-    control<QAction>("mnuUndo")->trigger();
-    control<QAction>("mnuUndo")->trigger();
+    for (int i = 0; i < 3; ++i)
+        control<QAction>("mnuUndo")->trigger();
     EXPECT_EQ(cell(3, 1), u"Calculated Engine Load");
     EXPECT_FALSE(control<QAction>("mnuUndo")->isEnabled());
     control<QAction>("mnuRedo")->trigger();
     EXPECT_EQ(cell(3, 1), u"Load");
+}
+
+TEST_F(PollSetup2Test, ConversionsThatNoTableHasCanBeEdited)
+{
+    design.entries[1].conversion = std::numeric_limits<std::int32_t>::min();
+    design.polledCount() = design.eventCount();
+    delete form;
+    form = new pollSetup2(context);
+    form->show();
+    grid = control<QTableView>("obdGrid");
+    auto* chooser = edit<QComboBox>(0, 2, "ObdUnit");
+    EXPECT_EQ(chooser->currentText(), u"-2147483648>");
+    EXPECT_EQ(chooser->count(), 26);
+    QTest::keyClick(chooser, Qt::Key_Return);
+    EXPECT_EQ(cell(0, 2), u"-2147483648>") << "nothing was chosen";
 }
 
 TEST_F(PollSetup2Test, RowsAreDraggedAndSorted)
@@ -80,6 +99,12 @@ TEST_F(PollSetup2Test, RowsAreDraggedAndSorted)
     EXPECT_EQ(cell(0, 0), u"0104");
     EXPECT_EQ(cell(1, 0), u"0101");
     EXPECT_EQ(model->rowCount(), 31);
+    EXPECT_EQ(grid->currentIndex().row(), 0) << "follows the row";
+    control<QAction>("mnuMoveDown")->trigger();
+    control<QAction>("mnuMoveDown")->trigger();
+    control<QAction>("mnuMoveUp")->trigger();
+    EXPECT_EQ(cell(1, 0), u"0104");
+    EXPECT_EQ(grid->currentIndex().row(), 1);
     QHeaderView* header = grid->horizontalHeader();
     const auto clickOn = [header](int column) {
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
@@ -157,7 +182,10 @@ TEST_F(PollSetup2Test, AsksTheVehicleAndClosesWithTheWindow)
     adapter->expect("ATD\r");
     control<QAction>("mnuVerifyObd")->trigger();
     EXPECT_EQ(textOf("statusBox"), u"com1 Verify events with OBD2");
+    auto* texter = edit<QLineEdit>(3, 1, "obdTexter");
+    texter->setText(QStringLiteral("My load"));
     adapter->play();
+    EXPECT_EQ(cell(3, 1), u"My load") << "what is typed meanwhile counts";
     EXPECT_EQ(textOf("statusBox"), u"com1 Closed");
     EXPECT_EQ(cell(3, 3), u"0");
     EXPECT_EQ(cell(4, 3), u"10");

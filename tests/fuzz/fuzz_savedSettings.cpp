@@ -14,7 +14,7 @@ namespace {
 struct Prompter final : Prompts {
     int messages = 0;
 
-    void message(const std::string&, const std::string&) override { ++messages; }
+    void message(const std::string&, const std::string&, const std::string&) override { ++messages; }
     bool confirm(const std::string&, const std::string&) override { return false; }
     std::optional<std::string> input(const std::string&, const std::string&, const std::string&) override
     {

@@ -14,7 +14,7 @@ struct Tool final : AdapterLink::Listener {
     void linkReady() override { told.emplace_back("ready"); }
     void linkReply(std::string_view reply) override { told.emplace_back(reply); }
     void linkReceived() override {}
-    void linkStatusChanged() override { told.emplace_back("status"); }
+    void linkEvent(int event) override { told.push_back("event " + std::to_string(event)); }
     void linkTimedOut() override { told.emplace_back("timed out"); }
     void linkLost() override { told.emplace_back("lost"); }
 };

@@ -13,7 +13,7 @@ TEST(ScriptTest, FailsTheTestOnWhatWasNotExpected)
     adapter.open();
     EXPECT_FATAL_FAILURE(adapter.output("04\r"), "unexpected: \"04\\r\"");
     EXPECT_NONFATAL_FAILURE(ScriptedAdapter().expect("03\r"), "never written: \"03\\r\"");
-    EXPECT_NONFATAL_FAILURE(ScriptedPrompts().message("text", ""), "unexpected message: text");
+    EXPECT_NONFATAL_FAILURE(ScriptedPrompts().message("text", "", ""), "unexpected message: text");
     EXPECT_NONFATAL_FAILURE(ScriptedPrompts().confirm("text", ""), "unexpected question: text");
 }
 

@@ -19,6 +19,7 @@ public:
     std::optional<std::size_t> chosen; ///< of the next list
     std::string question; ///< the last one: its title, a line feed, its text, and what a text begins with or
                           ///< the lines
+    std::string reason;   ///< of the last message
     std::function<void()> whileOpen; ///< called once, while the next message is open
 
     ~ScriptedPrompts() override { EXPECT_EQ(message_, "") << "unexpected message: " << message_; }
@@ -26,10 +27,11 @@ public:
     /// The message since the last call; empty when there was none.
     std::string takeMessage() { return std::exchange(message_, {}); }
 
-    void message(const std::string& text, const std::string&) override
+    void message(const std::string& text, const std::string&, const std::string& why) override
     {
         EXPECT_EQ(message_, "") << "two messages";
         message_ = text;
+        reason = why;
         if (const auto action = std::exchange(whileOpen, {}))
             action();
     }
