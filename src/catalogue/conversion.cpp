@@ -72,6 +72,12 @@ constexpr std::array<Rule, ConversionTable.size()> rules = {{
 }};
 // clang-format on
 
+// Rows that stand where ConversionTable has their names: Fahrenheit, RPM, STFT O2 sensor, kPa Gauge (fuel).
+static_assert(std::get<double>(rules[4].value(40)) == 32 && ConversionTable.size() == rules.size());
+static_assert(std::get<std::int32_t>(rules[5].value(8000)) == 2000);
+static_assert(std::get<double>(rules[16].value(0x5AFF)) == 100);
+static_assert(std::get<std::int32_t>(rules[18].value(100)) == 300);
+
 const Rule& ruleOf(std::int32_t conversion) { return rules.at(static_cast<std::size_t>(conversion)); }
 
 template <typename... Format>

@@ -1,5 +1,7 @@
 #include "catalogue/pidCatalogue.h"
 
+#include <algorithm>
+#include <iterator>
 #include <type_traits>
 
 namespace zint {
@@ -71,6 +73,11 @@ constexpr std::array<Conversion, 25> ConversionTable = {{
     {"Fuel system stat", 12}, {"~ fuel gm/sec", 10},    {"~ fuel ml/sec", 10},
     {"~ fuel gal/hour", 10},
 }};
+
+static_assert(ConversionTable[displayHexConversion].name == "Display Hex");
+static_assert(std::ranges::all_of(PidDefaultConversion, [](std::int32_t code) {
+    return code >= 0 && code < std::ssize(ConversionTable);
+}));
 
 constexpr std::array<std::string_view, 14> PollChoices = {
     "   0>Do not poll", "   1>Every time", "   2>Every other", "   3>Every 3rd",   "   4>Every 4th",

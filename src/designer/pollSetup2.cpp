@@ -58,7 +58,8 @@ void pollSetup2::setUpGrid()
     ui->obdGrid->setModel(grid_.get());
     ui->obdGrid->setItemDelegate(delegate);
     ui->obdGrid->setDropIndicatorShown(true);
-    ui->obdGrid->verticalHeader()->setDefaultSectionSize(ui->obdGrid->verticalHeader()->minimumSectionSize());
+    constexpr int rowMargin = 8; // leaves room for an editor's frame
+    ui->obdGrid->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowMargin);
     connect(ui->obdGrid, &QTableView::clicked, ui->obdGrid, [this](const QModelIndex& cell) {
         if (cell.flags() & Qt::ItemIsEditable)
             ui->obdGrid->edit(cell);
@@ -69,6 +70,7 @@ void pollSetup2::setUpGrid()
     connect(delegate, &GridDelegate::abandoned, ui->pollTitle, [this] { ui->pollTitle->setFocus(); });
     QHeaderView* header = ui->obdGrid->horizontalHeader();
     header->setSectionsClickable(true);
+    header->setHighlightSections(false);
     header->setSectionResizeMode(static_cast<int>(GridColumn::description), QHeaderView::Stretch);
     connect(header, &QHeaderView::sectionClicked, this, [this](int column) {
         gate().run([this, column] {
@@ -229,8 +231,10 @@ void pollSetup2::paint()
     const DesignerPanel& p = designer_.panel();
     display(*ui->statusBox, p.statusBox);
     display(*ui->labelStats, p.labelStats);
-    display(*ui->fileLab, p.fileLab);
-    display(*ui->pollPrefix, p.pollPrefix);
+    for (const auto& [label, text] : {std::pair{ui->fileLab, p.fileLab}, {ui->pollPrefix, p.pollPrefix}}) {
+        display(*label, text);
+        label->setVisible(!text.empty());
+    }
     display(*ui->sampleDsp, p.sampleDsp);
     display(*ui->costLab, p.costLab);
     if (const QString title = toQt(p.obdGrid.title); ui->pollTitle->text() != title)

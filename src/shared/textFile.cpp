@@ -139,6 +139,8 @@ std::optional<std::string> LineReader::next()
         }
         if (c == '\n')
             break;
+        if (c == 0)
+            throw FileError("the file is no text");
         if (line.size() == longestLine && c != '\r')
             throw FileError("a line is longer than " + std::to_string(longestLine) + " characters");
         line += static_cast<char>(c);

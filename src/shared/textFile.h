@@ -26,7 +26,8 @@ public:
     explicit LineReader(std::istream& stream) : stream_(stream) {}
 
     /// The next line without its end, in UTF-8; nothing at the end of the stream.
-    /// @throws FileError for a line that is too long, or when the stream can't be read
+    /// @throws FileError for a line that is too long or holds the character 0, as no text does, or when the
+    /// stream can't be read
     std::optional<std::string> next();
 
 private:

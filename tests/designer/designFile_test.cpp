@@ -79,6 +79,8 @@ TEST(DesignFileTest, WhatIsWrongIsRefused)
     EXPECT_THROW(read(""), FileError);
     EXPECT_THROW(read("title only"), FileError);
     EXPECT_THROW(read("t\n|200\n" + std::string(100000, 'x')), FileError) << "a line without an end";
+    EXPECT_THROW(read(std::string("t\0itle\n|200\n", 12)), FileError) << "no text";
+    EXPECT_EQ(read("\xEF\xBB\xBFt\xE9st\n|200\n").title(), "t\xC3\xA9st") << "what editors put there";
 
     std::string full = "t\n|200\n";
     for (int i = 0; i < 64; ++i)

@@ -1,18 +1,15 @@
-#include <QProcess>
+#include "endToEnd/simulator.h"
+
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace zint {
 namespace {
 
-constexpr int patienceMs = 20000;
-
 const std::string litReport = "Service Engine Soon Light is ON\n\n"
                               "Diagnostic (MIL) Codes: 3 code(s) reported\n"
                               "  P0133\n  P0301\n  U0123\n\n"
                               "Readiness\n";
-
-QStringList words(const char* text) { return QString::fromLatin1(text).split(u' ', Qt::SkipEmptyParts); }
 
 /// What a program left behind.
 struct Outcome {
@@ -40,46 +37,24 @@ Outcome runZint(const QStringList& arguments, const QString& outputFile = {})
             process.readAllStandardError().toStdString()};
 }
 
-/// zint-sim, serving until this is destroyed.
-class Simulator {
-public:
-    explicit Simulator(const char* options)
-    {
-        process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process_.start(QStringLiteral(ZINT_SIM), words("--reset-time 20") + words(options));
-        if (!process_.waitForReadyRead(patienceMs))
-            throw std::runtime_error("zint-sim does not start");
-        path_ = QString::fromUtf8(process_.readLine()).trimmed();
-    }
-    ~Simulator()
-    {
-        process_.terminate();
-        process_.waitForFinished(patienceMs);
-    }
-
-    Outcome codes(const char* options = "") const
-    {
-        return runZint(words("codes --port") + QStringList{path_} + words(options));
-    }
-
-private:
-    QProcess process_;
-    QString path_;
-};
+Outcome codesOf(const Simulator& simulator, const char* options = "")
+{
+    return runZint(words("codes --port") + QStringList{simulator.path()} + words(options));
+}
 
 TEST(CodesEndToEnd, ReadsAndClears)
 {
     const Simulator simulator("--latency 5");
-    const Outcome read = simulator.codes("--speed 38400");
+    const Outcome read = codesOf(simulator, "--speed 38400");
     EXPECT_EQ(read.status, 0) << read.errors;
     EXPECT_TRUE(read.output.starts_with(litReport)) << read.output;
     EXPECT_NE(read.output.find("  Evaporative System Test Incomplete\n"), std::string::npos) << read.output;
 
-    const Outcome cleared = simulator.codes("--clear --yes");
+    const Outcome cleared = codesOf(simulator, "--clear --yes");
     EXPECT_EQ(cleared.status, 0) << cleared.errors;
     EXPECT_NE(cleared.output.find("OFF\n\nDiagnostic (MIL) Codes\n  No codes reported\n"), std::string::npos)
         << cleared.output;
-    EXPECT_EQ(simulator.codes().output, cleared.output) << "the vehicle forgot that its codes were cleared";
+    EXPECT_EQ(codesOf(simulator).output, cleared.output) << "the vehicle forgot that its codes were cleared";
 }
 
 TEST(CodesEndToEnd, ReadsThroughTheHabitsOfAdapters)
@@ -87,7 +62,7 @@ TEST(CodesEndToEnd, ReadsThroughTheHabitsOfAdapters)
     for (const char* habit :
          {"--pieces 1 --piece-gap 1", "--pieces 7 --latency 30", "--line-speed 9600", "--line-feeds",
           "--no-announcement --single-line-end", "--rubbish \\0\\xFC", "--no-trailing-blank"}) {
-        const Outcome read = Simulator(habit).codes();
+        const Outcome read = codesOf(Simulator(habit));
         EXPECT_EQ(read.status, 0) << habit << read.errors;
         EXPECT_TRUE(read.output.starts_with(litReport)) << habit << read.output;
     }
@@ -107,7 +82,7 @@ TEST(CodesEndToEnd, FailuresSayWhy)
         {"", "--port /dev/no-such-port", "com1 - Comm init error: 2: "},
     };
     for (const auto& [simulator, program, complaint] : rows) {
-        const Outcome read = Simulator(simulator).codes(program);
+        const Outcome read = codesOf(Simulator(simulator), program);
         EXPECT_EQ(read.status, 1) << simulator;
         EXPECT_EQ(read.output, "") << simulator;
         EXPECT_NE(read.errors.find(complaint), std::string::npos) << simulator << read.errors;

@@ -72,12 +72,16 @@ TEST_F(TextFileTest, FailuresNameTheFileAndTheReason)
 
 TEST_F(TextFileTest, ReadsLinesOfEitherEndAndEitherCharacterSet)
 {
-    std::istringstream stream(std::string("a\r\nb\n\n\xE9\x80\r\n\xC3\xA9\0z", 14));
+    std::istringstream stream(std::string("a\r\nb\n\n\xE9\x80\r\n\xC3\xA9z\n\0", 15));
     LineReader lines(stream);
     for (const char* expected : {"a", "b", "", "\xC3\xA9\xE2\x82\xAC"})
         EXPECT_EQ(lines.next(), expected);
-    EXPECT_EQ(lines.next(), std::string("\xC3\xA9\0z", 4));
-    EXPECT_EQ(lines.next(), std::nullopt);
+    EXPECT_EQ(lines.next(), "\xC3\xA9z");
+    EXPECT_THROW(lines.next(), FileError) << "no text has the character 0";
+    std::istringstream whole("end");
+    LineReader last(whole);
+    EXPECT_EQ(last.next(), "end");
+    EXPECT_EQ(last.next(), std::nullopt);
     EXPECT_EQ(toUtf8("\xED\xA0\x80"), "\xC3\xAD\xC2\xA0\xE2\x82\xAC")
         << "half of a surrogate pair is no UTF-8";
     EXPECT_EQ(toUtf8("\xF0\x9F\x9A\x97"), "\xF0\x9F\x9A\x97");
