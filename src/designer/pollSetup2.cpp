@@ -122,6 +122,7 @@ void pollSetup2::connectActions()
     forward(ui->mnuShowTimeline, &Designer::showTimeline);
     connect(ui->mnuMoveUp, &QAction::triggered, this, [this] { moveCurrent(-1); });
     connect(ui->mnuMoveDown, &QAction::triggered, this, [this] { moveCurrent(1); });
+    ui->mnuRedo->setShortcuts({Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
     onTrigger(ui->mnuAddNew, &pollSetup2::mnuAddNew_Click);
     onClick(ui->comDone, &pollSetup2::comDone_Click);
     ui->comDone->setEnabled(context().goPolling != nullptr);
