@@ -1,31 +1,17 @@
 // Requests per second over a serial line: the program's link against a blocking loop, in turn on the same
 // adapter.
 
-#include "blockingLoop.h"
 #include "link/adapterLink.h"
 #include "platform/qtSerialPort.h"
 #include "platform/qtTimer.h"
+#include "rate.h"
 
 #include <QCoreApplication>
 
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <vector>
-
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 constexpr int rounds = 7;
 constexpr std::string_view request = "010C";
-
-[[noreturn]] void fail(const char* why)
-{
-    std::fprintf(stderr, "bench_linkRate: %s\n", why);
-    std::exit(1);
-}
 
 /// Sends one request after the other, as a polling run does.
 class Run final : private zint::AdapterLink::Listener {
@@ -42,13 +28,13 @@ public:
         if (!opened_)
             fail(link_.status().c_str());
         QCoreApplication::exec();
-        return std::chrono::duration<double>(end_ - start_).count();
+        return seconds_;
     }
 
 private:
     void linkReady() override
     {
-        start_ = Clock::now();
+        start_ = RateClock::now();
         link_.send(request);
     }
 
@@ -58,7 +44,7 @@ private:
             link_.send(request);
             return;
         }
-        end_ = Clock::now();
+        seconds_ = secondsSince(start_);
         link_.close();
         QCoreApplication::quit();
     }
@@ -74,23 +60,9 @@ private:
     zint::AdapterLink link_;
     int left_;
     bool opened_ = false;
-    Clock::time_point start_;
-    Clock::time_point end_;
+    RateClock::time_point start_;
+    double seconds_ = 0;
 };
-
-double blockingSeconds(const char* path, int count)
-{
-    const auto start = Clock::now();
-    if (blockingLoop(path, "010C\r", count) != 0)
-        fail("the blocking loop can't use the port");
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
 
 } // namespace
 
@@ -104,7 +76,7 @@ int main(int argc, char* argv[])
     std::vector<double> blocking;
     for (int round = 0; round < rounds; ++round) {
         link.push_back(count / Run(argv[1], count).secondsTaken());
-        blocking.push_back(count / blockingSeconds(argv[1], count));
+        blocking.push_back(count / blockingSeconds(argv[1], "010C\r", count));
     }
     std::printf(
         "link, %s: %.0f requests/s, blocking loop %.0f (medians of %d): ratio %.2f (goal: at least 0.9)\n",

@@ -5,15 +5,16 @@
 #include "platform/text.h"
 
 #include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
-#include <utility>
+#include <vector>
 
 namespace zint {
 namespace {
-
-const QString codesCommand = QStringLiteral("codes");
 
 /// What is wrong with a command line.
 class UsageError : public std::runtime_error {
@@ -21,105 +22,241 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-QCommandLineOption valued(const char* name, const char* description, const char* value)
+/// A word on the command line that says what to do, and the files that follow it.
+struct Command {
+    const char* name; ///< empty: the windows
+    CommandLine::Action action;
+    std::vector<std::string CommandLine::*> files;
+    const char* usage;
+    const char* description;
+};
+
+const Command windows{"", CommandLine::Action::showWindows, {}, "", ""};
+
+const std::array commands{
+    Command{"codes",
+            CommandLine::Action::reportCodes,
+            {},
+            "codes",
+            "Print the MIL state, the stored codes and the readiness tests."},
+    Command{"poll",
+            CommandLine::Action::poll,
+            {&CommandLine::designPath},
+            "poll DESIGN.obc",
+            "Poll a design's events, print a summary, write the files asked for."},
+    Command{"export",
+            CommandLine::Action::exportLog,
+            {&CommandLine::logPath, &CommandLine::exportPath},
+            "export LOG.log OUT.txt",
+            "Turn a saved data log into a table for spreadsheets."},
+};
+
+/// An option: with which commands it goes, and what it means.
+struct Option {
+    const char* name;
+    const char* valueName; ///< empty: the option has no value
+    const char* description;
+    QStringList commands; ///< names
+    void (*read)(CommandLine& line, const QString& value);
+
+    QCommandLineOption forParser() const
+    {
+        return {QLatin1String(name), QLatin1String(description), QLatin1String(valueName)};
+    }
+};
+
+int number(const char* option, const QString& text, const char* what, int least, int most)
 {
-    return {QLatin1String(name), QLatin1String(description), QLatin1String(value)};
+    bool isNumber = false;
+    const int value = text.toInt(&isNumber);
+    if (isNumber && value >= least && value <= most)
+        return value;
+    throw UsageError(std::string(option) + " " + fromQt(text) + ": give " + what + ", " +
+                     std::to_string(least) + " to " + std::to_string(most));
 }
 
-QCommandLineOption flag(const char* name, const char* description)
+std::string fileName(const char* option, const QString& text)
 {
-    return {QLatin1String(name), QLatin1String(description)};
+    if (text.isEmpty())
+        throw UsageError(std::string(option) + ": the file's name is missing");
+    return fromQt(text);
 }
 
-const QCommandLineOption portOption = valued(
-    "port", "Port to use: com1 to com8, the path of a device (stands for com1=PATH), or comN=PATH.", "port");
-const QCommandLineOption speedOption = valued("speed", "Line speed: 9600 or 38400 bits per second.", "speed");
-const QCommandLineOption simulateOption = flag("simulate", "Put a simulated adapter and vehicle on com1.");
-const QCommandLineOption clearOption =
-    flag("clear", "With codes: erase the codes and test results in the vehicle.");
-const QCommandLineOption yesOption =
-    flag("yes", "With codes --clear: confirm that data in the vehicle be erased.");
-const QCommandLineOption timeoutOption = valued(
-    "timeout", "With codes: give up after so many seconds (default 120; 0 waits for ever).", "seconds");
+constexpr int mostSeconds = 86400;
+constexpr int mostLoops = 100000;
 
-void describe(QCommandLineParser& parser)
-{
-    parser.setApplicationDescription(QStringLiteral(
-        "\nOBD-II diagnostics with ELM327 adapters. Without a command, the launcher window opens.\n\n"
-        "Commands:\n"
-        "  codes  Print the MIL state, the stored codes and the readiness tests.\n\n"
-        "Exit status: 0 when all went well, 1 when the exchange failed, 2 for a wrong command line."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addOptions({portOption, speedOption, simulateOption, clearOption, yesOption, timeoutOption});
-    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("codes"),
-                                 QStringLiteral("[command]"));
-}
-
-ConnectionOptions parsePort(const QString& text)
+void readPort(CommandLine& line, const QString& text)
 {
     const QString name = text.section(u'=', 0, 0);
     const QString location = text.section(u'=', 1);
-    if (const auto number = PortDirectory::numberOf(fromQt(name))) {
+    ConnectionOptions& options = line.connection;
+    options.portNumber = PortDirectory::numberOf(fromQt(name));
+    if (options.portNumber) {
         if (text.contains(u'=') && location.isEmpty())
             throw UsageError("--port " + fromQt(text) + ": the path is missing");
-        return {.portNumber = number, .portLocation = fromQt(location)};
+        options.portLocation = fromQt(location);
+        return;
     }
     if (text.isEmpty())
         throw UsageError("--port: give com1 to com8, or the path of a device");
-    return {.portNumber = 1, .portLocation = fromQt(text)};
+    options.portNumber = 1;
+    options.portLocation = fromQt(text);
 }
 
-ConnectionOptions connectionOf(const QCommandLineParser& parser)
+void readSimulate(CommandLine& line, const QString& /*value*/)
 {
-    ConnectionOptions options;
-    if (parser.isSet(portOption))
-        options = parsePort(parser.value(portOption));
-    if (parser.isSet(simulateOption)) {
-        if (options.portNumber.value_or(1) != 1 || !options.portLocation.empty())
-            throw UsageError("--simulate puts the simulated vehicle on com1; use --port com" +
-                             std::to_string(*options.portNumber) + "=simulated for another port");
-        options.portNumber = 1;
-        options.portLocation = PortDirectory::simulated;
-    }
-    if (parser.isSet(speedOption)) {
-        const auto* const speed = std::ranges::find(lineSpeeds, fromQt(parser.value(speedOption)));
-        if (speed == lineSpeeds.end())
-            throw UsageError("--speed " + fromQt(parser.value(speedOption)) + ": give 9600 or 38400");
-        options.speedPosition = static_cast<int>(speed - lineSpeeds.begin());
-    }
-    return options;
+    ConnectionOptions& options = line.connection;
+    if (options.portNumber.value_or(1) != 1 || !options.portLocation.empty())
+        throw UsageError("--simulate puts the simulated vehicle on com1; use --port com" +
+                         std::to_string(*options.portNumber) + "=simulated for another port");
+    options.portNumber = 1;
+    options.portLocation = PortDirectory::simulated;
 }
 
-std::chrono::seconds timeoutOf(const QCommandLineParser& parser)
+void readSpeed(CommandLine& line, const QString& text)
 {
-    bool isNumber = false;
-    const int seconds = parser.value(timeoutOption).toInt(&isNumber);
-    constexpr int mostSeconds = 86400;
-    if (!isNumber || seconds < 0 || seconds > mostSeconds)
-        throw UsageError("--timeout " + fromQt(parser.value(timeoutOption)) + ": give seconds, 0 to 86400");
-    return std::chrono::seconds(seconds);
+    const auto* const speed = std::ranges::find(lineSpeeds, fromQt(text));
+    if (speed == lineSpeeds.end())
+        throw UsageError("--speed " + fromQt(text) + ": give 9600 or 38400");
+    line.connection.speedPosition = static_cast<int>(speed - lineSpeeds.begin());
 }
 
-void readCommand(const QCommandLineParser& parser, CommandLine& line)
+/// All options but --help and --version, in the order in which they are read.
+const std::vector<Option>& options()
 {
-    const QStringList words = parser.positionalArguments();
-    const bool codes = words == QStringList{codesCommand};
-    if (!words.isEmpty() && !codes)
+    static const QStringList connecting{QString(), QStringLiteral("codes"), QStringLiteral("poll")};
+    static const QStringList codes{QStringLiteral("codes")};
+    static const QStringList poll{QStringLiteral("poll")};
+    static const std::vector<Option> table{
+        {"port", "port",
+         "Port to use: com1 to com8, the path of a device (stands for com1=PATH), or comN=PATH.", connecting,
+         readPort},
+        {"speed", "speed", "Line speed: 9600 or 38400 bits per second.", connecting, readSpeed},
+        {"simulate", "", "Put a simulated adapter and vehicle on com1.", connecting, readSimulate},
+        {"clear", "", "With codes: erase the codes and test results in the vehicle.", codes,
+         [](CommandLine& line, const QString&) { line.clearCodes = true; }},
+        {"yes", "", "With codes --clear: confirm that data in the vehicle be erased.", codes,
+         [](CommandLine& line, const QString&) { line.isConfirmed = true; }},
+        {"timeout", "seconds", "With codes: give up after so many seconds (default 120; 0 waits for ever).",
+         codes,
+         [](CommandLine& line, const QString& text) {
+             line.timeout = std::chrono::seconds(number("--timeout", text, "seconds", 0, mostSeconds));
+         }},
+        {"loops", "number", "With poll: end after so many loops (default 1000).", poll,
+         [](CommandLine& line, const QString& text) {
+             line.loops = number("--loops", text, "a number of loops", 1, mostLoops);
+         }},
+        {"seconds", "seconds", "With poll: end after so many seconds instead.", poll,
+         [](CommandLine& line, const QString& text) {
+             line.seconds = std::chrono::seconds(number("--seconds", text, "seconds", 1, mostSeconds));
+         }},
+        {"log", "file", "With poll: save a data log, the design and every sample.", poll,
+         [](CommandLine& line, const QString& text) { line.logPath = fileName("--log", text); }},
+        {"export", "file", "With poll: write a table for spreadsheets.", poll,
+         [](CommandLine& line, const QString& text) { line.exportPath = fileName("--export", text); }},
+        {"quiet", "", "With poll: show no progress.", poll,
+         [](CommandLine& line, const QString&) { line.quiet = true; }},
+    };
+    return table;
+}
+
+void describe(QCommandLineParser& parser)
+{
+    QString text = QStringLiteral(
+        "\nOBD-II diagnostics with ELM327 adapters. Without a command, the launcher window opens.\n\n"
+        "Commands:\n");
+    constexpr int usageWidth = 24;
+    for (const Command& command : commands)
+        text += QStringLiteral("  %1%2\n")
+                    .arg(QLatin1String(command.usage), -usageWidth)
+                    .arg(QLatin1String(command.description));
+    text += QStringLiteral("\nCtrl-C ends a poll run properly: its files are written.\n"
+                           "Exit status: 0 when all went well, 1 when something failed (standard error tells "
+                           "what),\n2 for a wrong command line.");
+    parser.setApplicationDescription(text);
+    parser.addHelpOption();
+    parser.addVersionOption();
+    for (const Option& option : options())
+        parser.addOption(option.forParser());
+    QStringList names;
+    for (const Command& command : commands)
+        names += QLatin1String(command.name);
+    parser.addPositionalArgument(QStringLiteral("command"), names.join(QStringLiteral(", ")),
+                                 QStringLiteral("[command [files]]"));
+}
+
+const Command& commandOf(const QStringList& words)
+{
+    if (words.isEmpty())
+        return windows;
+    const auto* const found =
+        std::ranges::find(commands, words.front(), [](const Command& c) { return QLatin1String(c.name); });
+    if (found == commands.end())
         throw UsageError("unknown command \"" + fromQt(words.join(u' ')) + "\"");
-    if (codes)
-        line.action = CommandLine::Action::reportCodes;
-    for (const auto& [option, name] :
-         {std::pair(&clearOption, "--clear"), {&yesOption, "--yes"}, {&timeoutOption, "--timeout"}}) {
-        if (!codes && parser.isSet(*option))
-            throw UsageError(std::string(name) + " goes with the command codes");
+    return *found;
+}
+
+void readFiles(const QStringList& words, const Command& command, CommandLine& line)
+{
+    const auto count = static_cast<qsizetype>(command.files.size());
+    if (words.size() != count || words.contains(QString()))
+        throw UsageError("wrong words after \"" + std::string(command.name) +
+                         "\"; the command is: zint-obd " + command.usage);
+    for (qsizetype i = 0; i < count; ++i)
+        line.*command.files[static_cast<std::size_t>(i)] = fromQt(words[i]);
+}
+
+void readOptions(const QCommandLineParser& parser, const Command& command, CommandLine& line)
+{
+    for (const Option& option : options()) {
+        if (!parser.isSet(QLatin1String(option.name)))
+            continue;
+        if (!option.commands.contains(QLatin1String(command.name))) {
+            QStringList takers = option.commands;
+            takers.removeAll(QString());
+            throw UsageError("--" + std::string(option.name) + " goes with the command " +
+                             fromQt(takers.join(QStringLiteral(" or "))));
+        }
+        option.read(line, parser.value(QLatin1String(option.name)));
     }
-    line.clearCodes = parser.isSet(clearOption);
-    if (line.clearCodes && !parser.isSet(yesOption))
+}
+
+QString wholePath(const std::string& path)
+{
+    return QDir::cleanPath(QFileInfo(toQt(path)).absoluteFilePath());
+}
+
+/// Refuses a file that would be read or written as two things: one of them would be lost.
+void requireDifferentFiles(const CommandLine& line)
+{
+    QStringList paths;
+    for (const std::string& path : {line.designPath, line.logPath, line.exportPath}) {
+        if (path.empty())
+            continue;
+        if (paths.contains(wholePath(path)))
+            throw UsageError("\"" + path + "\" is named twice; give each file a name of its own");
+        paths += wholePath(path);
+    }
+}
+
+CommandLine read(const QCommandLineParser& parser)
+{
+    CommandLine line;
+    QStringList words = parser.positionalArguments();
+    const Command& command = commandOf(words);
+    line.action = command.action;
+    readFiles(words.mid(1), command, line);
+    readOptions(parser, command, line);
+    if (line.clearCodes && !line.isConfirmed)
         throw UsageError(
             "--clear erases all diagnostic data in the vehicle; add --yes if that is what you want");
-    if (parser.isSet(timeoutOption))
-        line.timeout = timeoutOf(parser);
+    if (line.seconds) {
+        if (parser.isSet(QStringLiteral("loops")))
+            throw UsageError("--loops and --seconds both say when the run ends; give one of them");
+        line.loops = mostLoops;
+    }
+    requireDifferentFiles(line);
+    return line;
 }
 
 } // namespace
@@ -135,9 +272,7 @@ CommandLine CommandLine::parse(const QStringList& arguments)
     if (parser.isSet(QStringLiteral("version")))
         return {.action = Action::showVersion};
     try {
-        CommandLine line{.connection = connectionOf(parser)};
-        readCommand(parser, line);
-        return line;
+        return read(parser);
     } catch (const UsageError& error) {
         return {.action = Action::refuse, .complaint = error.what()};
     }

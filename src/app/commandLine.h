@@ -15,15 +15,24 @@ struct ConnectionOptions {
     std::optional<int> speedPosition; ///< position in the launcher's list
 };
 
-/// A command line, understood.
+/// A command line, understood. Paths are UTF-8; an empty one was not given.
 struct CommandLine {
-    enum class Action { showWindows, showHelp, showVersion, reportCodes, refuse };
+    enum class Action { showWindows, showHelp, showVersion, reportCodes, poll, exportLog, refuse };
 
     Action action = Action::showWindows;
     std::string complaint; ///< what is wrong, with refuse
     ConnectionOptions connection;
+
     bool clearCodes = false;
+    bool isConfirmed = false;          ///< that data in the vehicle be erased
     std::chrono::seconds timeout{120}; ///< for the whole exchange; 0: none
+
+    std::string designPath;
+    std::string logPath;
+    std::string exportPath;
+    int loops = 1000;
+    std::optional<std::chrono::seconds> seconds; ///< after which a run ends
+    bool quiet = false;                          ///< without a progress line
 
     /// @param arguments with the program's name in front
     static CommandLine parse(const QStringList& arguments);

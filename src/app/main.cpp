@@ -1,5 +1,7 @@
 #include "app/codesCommand.h"
 #include "app/commandLine.h"
+#include "app/commandSession.h"
+#include "app/pollCommand.h"
 #include "app/program.h"
 #include "platform/icons.h"
 #include "platform/runningInstance.h"
@@ -8,12 +10,9 @@
 
 #include <QApplication>
 
-#include <iostream>
+#include <optional>
 
 namespace {
-
-constexpr int failed = 1;
-constexpr int wrongUsage = 2;
 
 QStringList rawArguments(int argc, char* argv[])
 {
@@ -36,25 +35,23 @@ bool hasDisplay()
 #endif
 }
 
-int print(const std::string& text)
-{
-    std::cout << text << std::flush;
-    return std::cout ? 0 : failed;
-}
-
 /// The exit status of what needs no window; nothing when windows are asked for.
 std::optional<int> runInTerminal(const zint::CommandLine& line)
 {
     switch (line.action) {
     case zint::CommandLine::Action::showHelp:
-        return print(zint::CommandLine::helpText());
+        return zint::printOut(zint::CommandLine::helpText());
     case zint::CommandLine::Action::showVersion:
-        return print(zint::programInfo().productName + " " + zint::programInfo().version() + "\n");
+        return zint::printOut(zint::programInfo().productName + " " + zint::programInfo().version() + "\n");
     case zint::CommandLine::Action::refuse:
-        std::cerr << "zint-obd: " << line.complaint << "\nzint-obd --help tells the options." << std::endl;
-        return wrongUsage;
+        zint::complain(line.complaint + "\nzint-obd --help tells the options.");
+        return zint::exitStatus::wrongUsage;
     case zint::CommandLine::Action::reportCodes:
         return zint::runCodesCommand(line);
+    case zint::CommandLine::Action::poll:
+        return zint::runPollCommand(line);
+    case zint::CommandLine::Action::exportLog:
+        return zint::runExportCommand(line);
     case zint::CommandLine::Action::showWindows:
         break;
     }
@@ -86,12 +83,12 @@ int main(int argc, char* argv[])
     // knows.
     if (wanted != Action::showWindows && (wanted != Action::refuse || !display)) {
         const QCoreApplication application(argc, argv);
-        return runInTerminal(zint::CommandLine::parse(QCoreApplication::arguments())).value_or(failed);
+        return runInTerminal(zint::CommandLine::parse(QCoreApplication::arguments()))
+            .value_or(zint::exitStatus::failure);
     }
     if (!display) {
-        std::cerr << "zint-obd: there is no display for the windows. \"zint-obd codes\" works without one."
-                  << std::endl;
-        return failed;
+        zint::complain("there is no display for the windows. The commands codes, poll and export need none.");
+        return zint::exitStatus::failure;
     }
     const QApplication application(argc, argv);
     const zint::CommandLine line = zint::CommandLine::parse(QCoreApplication::arguments());

@@ -9,6 +9,7 @@
 #include "platform/folders.h"
 #include "platform/icons.h"
 #include "platform/text.h"
+#include "runner/obdPollForm.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -36,6 +37,7 @@ toolForm* make(ToolContext& context)
 constexpr std::array toolEntries = {
     ToolEntry{Tool::codes, &make<codesForm>},
     ToolEntry{Tool::pollDesigner, &make<pollSetup2>},
+    ToolEntry{Tool::pollRunner, &make<obdPollForm>},
 };
 
 const ToolEntry* entryOf(Tool tool)
@@ -63,8 +65,8 @@ Program::Program(const ConnectionOptions& options)
                              .openFailedConn = [this](QWidget& caller) { openFailedConn(caller); },
                          }
 {
-    if (entryOf(Tool::pollRunner) != nullptr)
-        context_.goPolling = [this] { next_ = Tool::pollRunner; };
+    context_.goPolling = [this] { next_ = Tool::pollRunner; };
+    context_.goDesigning = [this] { next_ = Tool::pollDesigner; };
     instance_.onAsked = [this] { return bringBack(); };
 }
 

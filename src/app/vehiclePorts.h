@@ -2,7 +2,7 @@
 
 #include "link/portDirectory.h"
 #include "link/serialPort.h"
-#include "platform/steadyClock.h"
+#include "platform/systemClock.h"
 #include "shared/eventGate.h"
 
 #include <memory>
@@ -23,7 +23,7 @@ public:
 
 private:
     const PortDirectory& directory_;
-    SteadyClock clock_;
+    SystemClock clock_;
     std::unique_ptr<Vehicle> vehicle_; ///< made when it is needed
 };
 

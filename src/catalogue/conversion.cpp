@@ -81,25 +81,29 @@ static_assert(std::get<std::int32_t>(rules[18].value(100)) == 300);
 const Rule& ruleOf(std::int32_t conversion) { return rules.at(static_cast<std::size_t>(conversion)); }
 
 template <typename... Format>
-std::string written(Format... valueAndFormat)
+void append(std::string& text, Format... valueAndFormat)
 {
     std::array<char, 64> buffer{};
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), valueAndFormat...);
-    return {buffer.data(), result.ptr};
+    text.append(buffer.data(), result.ptr);
 }
 
-std::string hexText(std::int32_t raw)
+std::string hexDigits(std::int32_t raw)
 {
-    return "&H" + upperCase(written(static_cast<std::uint32_t>(raw), 16)); // a negative value as its 32 bits
+    std::string digits;
+    append(digits, static_cast<std::uint32_t>(raw), 16); // a negative value as its 32 bits
+    return upperCase(digits);
 }
 
 struct Writer {
-    std::string operator()(std::int32_t value) const { return written(value); }
-    std::string operator()(std::string_view text) const { return std::string(text); }
-    std::string operator()(double value) const
+    std::string& text;
+
+    void operator()(std::int32_t value) const { append(text, value); }
+    void operator()(std::string_view words) const { text += words; }
+    void operator()(double value) const
     {
         constexpr int significantDigits = 15;
-        return written(value, std::chars_format::general, significantDigits);
+        append(text, value, std::chars_format::general, significantDigits);
     }
 };
 
@@ -107,15 +111,23 @@ constexpr std::int32_t noConversion = 0;
 
 } // namespace
 
-std::string convert(std::int32_t conversion, std::int32_t raw)
+void appendConverted(std::string& text, std::int32_t conversion, std::int32_t raw)
 {
     if (findConversion(conversion) == nullptr)
-        return {};
-    if (conversion == displayHexConversion)
-        return hexText(raw);
-    std::string text = std::visit(Writer(), ruleOf(conversion).value(raw));
+        return;
+    if (conversion == displayHexConversion) {
+        (text += "&H") += hexDigits(raw);
+        return;
+    }
+    std::visit(Writer{text}, ruleOf(conversion).value(raw));
     if (conversion == noConversion)
         text += " ?"; // and once more as the unit: it marks a value that nobody has chosen a unit for
+}
+
+std::string convert(std::int32_t conversion, std::int32_t raw)
+{
+    std::string text;
+    appendConverted(text, conversion, raw);
     return text;
 }
 

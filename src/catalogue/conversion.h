@@ -17,6 +17,9 @@ namespace zint {
 /// do
 std::string convert(std::int32_t conversion, std::int32_t raw);
 
+/// The same behind a text, which stays as it was when this throws.
+void appendConverted(std::string& text, std::int32_t conversion, std::int32_t raw);
+
 /// The unit alone, such as "mph"; empty for a number that is no conversion.
 std::string_view unitText(std::int32_t conversion);
 

@@ -1,6 +1,7 @@
 #include "catalogue/design.h"
 
 #include "catalogue/pidCatalogue.h"
+#include "shared/runTimeError.h"
 
 #include <string_view>
 
@@ -36,6 +37,13 @@ DesignEntry defaultEvent(int pid)
 }
 
 } // namespace
+
+bool isDue(const DesignEntry& event, std::int64_t pass)
+{
+    if (event.frequency == 0)
+        throw RunTimeError::divisionByZero();
+    return (event.offset + pass) % event.frequency == 0;
+}
 
 void loadDefaultDesign(Design& design)
 {

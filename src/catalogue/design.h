@@ -48,6 +48,10 @@ private:
     std::size_t count() const { return static_cast<std::size_t>(eventCount()); }
 };
 
+/// Whether an event is requested in a pass of the polling loop, counted from 0.
+/// @throws RunTimeError 11 for frequency 0
+bool isDue(const DesignEntry& event, std::int64_t pass);
+
 /// Replaces the design's header, events and extra commands by the built-in default: every parameter of the
 /// catalogue but PID 00, of which those with a readable value are polled in every tenth pass.
 void loadDefaultDesign(Design& design);

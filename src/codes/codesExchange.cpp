@@ -126,6 +126,14 @@ void CodesExchange::linkTimedOut()
     changed();
 }
 
+void CodesExchange::linkEvent(int event)
+{
+    if (event != commEvent::unknown)
+        return; // line errors and modem lines say nothing that a reply does not show
+    link_.reportEvent(event);
+    changed();
+}
+
 void CodesExchange::linkLost()
 {
     if (clearRequested_)

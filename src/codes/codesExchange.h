@@ -48,7 +48,7 @@ private:
     void linkReady() override;
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
-    void linkEvent(int /*event*/) override { changed(); }
+    void linkEvent(int event) override;
     void linkTimedOut() override;
     void linkLost() override;
 

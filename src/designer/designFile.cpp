@@ -9,6 +9,7 @@
 #include <limits>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace zint {
@@ -90,6 +91,14 @@ struct Block {
     std::vector<DesignEntry> events;
 };
 
+/// @throws FileError for an event too many
+void add(DesignEntry event, std::vector<DesignEntry>& events, std::size_t most)
+{
+    if (events.size() == most)
+        throw FileError("the file holds more than " + std::to_string(most) + " events");
+    events.push_back(std::move(event));
+}
+
 Block readBlock(std::istream& stream, std::size_t mostEvents)
 {
     LineReader lines(stream);
@@ -100,11 +109,8 @@ Block readBlock(std::istream& stream, std::size_t mostEvents)
         if (line->starts_with(endLine))
             break;
         const auto fields = split(*line);
-        if (fields.size() < fewestFields)
-            continue;
-        if (block.events.size() == mostEvents)
-            throw FileError("the file holds more than " + std::to_string(mostEvents) + " events");
-        block.events.push_back(toEvent(fields));
+        if (fields.size() >= fewestFields)
+            add(toEvent(fields), block.events, mostEvents);
     }
     return block;
 }
@@ -119,6 +125,38 @@ Design designOf(const Block& block)
     design.polledCount() = static_cast<std::int32_t>(
         std::ranges::count_if(design.events(), [](const DesignEntry& event) { return event.frequency > 0; }));
     return design;
+}
+
+std::string settingsText(const Design& design)
+{
+    return design.extraCommands + separator + std::to_string(design.sampleSpeed);
+}
+
+/// @param place where the row stands in the design, with the reserved numbers
+std::string eventText(const GridRow& row, const DesignEntry& place, EventFields fields)
+{
+    std::string text = row.code + separator + row.description;
+    const auto append = [&text](std::int32_t number) { (text += separator) += std::to_string(number); };
+    append(row.conversion);
+    append(row.frequency);
+    append(row.offset);
+    if (fields == EventFields::all) {
+        append(place.reserved1);
+        append(place.reserved2);
+    }
+    return text;
+}
+
+void writeBlock(std::ostream& stream, const DesignGrid& grid, const Design& design, EventFields fields)
+{
+    static const DesignEntry noEvent;
+    stream << grid.title << lineEnd << settingsText(design) << lineEnd;
+    for (std::size_t n = 1; const GridRow& row : grid.rows) {
+        const DesignEntry& place = n < design.entries.size() ? design.entries.at(n) : noEvent;
+        stream << eventText(row, place, fields) << lineEnd;
+        ++n;
+    }
+    stream << endLine << lineEnd;
 }
 
 } // namespace
@@ -136,21 +174,38 @@ void requireStorable(std::string_view text)
 
 void writeDraft(std::ostream& stream, const DesignGrid& grid, const Design& design)
 {
-    static const DesignEntry noEvent;
-    stream << grid.title << lineEnd << design.extraCommands << separator << design.sampleSpeed << lineEnd;
-    for (std::size_t n = 1; const GridRow& row : grid.rows) {
-        const DesignEntry& place = n < design.entries.size() ? design.entries.at(n) : noEvent;
-        stream << row.code << separator << row.description << separator << row.conversion << separator
-               << row.frequency << separator << row.offset << separator << place.reserved1 << separator
-               << place.reserved2 << lineEnd;
-        ++n;
-    }
-    stream << endLine << lineEnd;
+    writeBlock(stream, grid, design, EventFields::all);
 }
 
-void writeDesign(std::ostream& stream, const Design& design) { writeDraft(stream, gridOf(design), design); }
+void writeDesign(std::ostream& stream, const Design& design, EventFields fields)
+{
+    writeBlock(stream, gridOf(design), design, fields);
+}
 
 Design readDesign(std::istream& stream) { return designOf(readBlock(stream, Design::maxEvents)); }
+
+Design readLoggedDesign(LineReader& lines)
+{
+    Block block;
+    block.design.title() = lineOf(lines);
+    const std::string settings = lineOf(lines);
+    readSettings(settings, block.design);
+    if (settings != settingsText(block.design))
+        throw FileError("these are no settings of a data log's design");
+    for (;;) {
+        const auto line = nextLine(lines);
+        if (!line)
+            throw FileError("the file ends before its design does");
+        if (*line == endLine)
+            return designOf(block);
+        DesignEntry event;
+        if (const auto fields = split(*line); fields.size() >= fewestFields)
+            event = toEvent(fields);
+        if (*line != eventText(rowOf(event), event, EventFields::withoutReserved))
+            throw FileError("this is no event of a data log's design");
+        add(event, block.events, Design::maxEvents);
+    }
+}
 
 DesignDraft readDraft(std::istream& stream)
 {

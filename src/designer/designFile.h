@@ -1,6 +1,7 @@
 #pragma once
 
 #include "designer/designGrid.h"
+#include "shared/textFile.h"
 
 #include <cstdint>
 #include <istream>
@@ -26,8 +27,14 @@ public:
 /// @throws NotStorable for a text that can't be a field of the file
 void requireStorable(std::string_view text);
 
+/// What the line of an event tells.
+enum class EventFields {
+    all,            ///< as design files have it
+    withoutReserved ///< as data logs have it: five fields, the reserved numbers are left out
+};
+
 /// Writes the design, lines ended by CR LF.
-void writeDesign(std::ostream& stream, const Design& design);
+void writeDesign(std::ostream& stream, const Design& design, EventFields fields = EventFields::all);
 
 /// Reads a design up to its end line; what follows is left. A speed that the slider can't show becomes the
 /// default one.
@@ -35,7 +42,11 @@ void writeDesign(std::ostream& stream, const Design& design);
 /// events, a text that ends before its settings line, or a line that is too long
 Design readDesign(std::istream& stream);
 
-/// The same for a file. @throws FileError when it can't be opened, read or written, and as above
+/// Reads the design that a data log begins with, and nothing that writeDesign() would not have written there.
+/// @throws as readDesign(), and FileError for a line that is different; it is the last one that was read
+Design readLoggedDesign(LineReader& lines);
+
+/// Reads and writes a design's file. @throws FileError when it can't be opened, read or written, and as above
 Design loadDesign(const std::string& path);
 void saveDesign(const std::string& path, const Design& design);
 

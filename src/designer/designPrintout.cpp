@@ -1,38 +1,12 @@
 #include "designer/designPrintout.h"
 
 #include "designer/gridEditing.h"
-
-#include <string_view>
+#include "shared/module1.h"
 
 namespace zint {
-namespace {
-
-std::string escaped(std::string_view text)
-{
-    std::string html;
-    for (const char c : text) {
-        switch (c) {
-        case '<':
-            html += "&lt;";
-            break;
-        case '>':
-            html += "&gt;";
-            break;
-        case '&':
-            html += "&amp;";
-            break;
-        default:
-            html += c;
-        }
-    }
-    return html;
-}
-
-} // namespace
-
 std::string designPrintout(const DesignGrid& grid, int sampleSpeed, const std::string& date)
 {
-    std::string html = "<h2>Polling Design</h2><p><b>" + escaped(grid.title) + "</b><br>" + escaped(date) +
+    std::string html = "<h2>Polling Design</h2><p><b>" + htmlText(grid.title) + "</b><br>" + htmlText(date) +
                        "<br>&nbsp;&nbsp;&nbsp;Sample Speed: ";
     html += sampleSpeed == Design::automaticSpeed ? "Dynamic" : std::to_string(sampleSpeed) + "ms";
     html += "</p><table cellpadding=\"3\"><tr>";
@@ -42,7 +16,7 @@ std::string designPrintout(const DesignGrid& grid, int sampleSpeed, const std::s
     for (const GridRow& row : grid.rows) {
         html += "<tr>";
         for (const GridHeading& heading : gridHeadings)
-            html += "<td>" + escaped(cellText(row, heading.column)) + "</td>";
+            html += "<td>" + htmlText(cellText(row, heading.column)) + "</td>";
         html += "</tr>";
     }
     return html + "</table>";

@@ -66,7 +66,7 @@ void Designer::open()
         openKinds, values_.isFolderRemembered ? values_.parmInitDir : values_.sampleFolder);
     if (path.empty())
         return;
-    rememberFolder(path);
+    values_.rememberFolderOf(path);
     loadFile(path);
     changed();
 }
@@ -119,7 +119,7 @@ bool Designer::askName()
     const std::string path = dialogs_.chooseToSave(saveKinds, values_.parmInitDir, values_.parmSaveFile);
     if (path.empty())
         return false;
-    rememberFolder(path);
+    values_.rememberFolderOf(path);
     values_.parmSave = path;
     values_.parmSaveFile = fileNamePart(path);
     values_.mayOverwriteSave = true;
@@ -156,12 +156,6 @@ void Designer::loadFile(const std::string& path)
 bool Designer::isTemplate(const std::string& path) const
 {
     return upperCase(path).ends_with(".LOG") || folderOf(path) == values_.sampleFolder;
-}
-
-void Designer::rememberFolder(const std::string& path)
-{
-    values_.parmInitDir = folderOf(path);
-    values_.isFolderRemembered = true;
 }
 
 void Designer::setTitle(const std::string& title)
@@ -402,7 +396,8 @@ void Designer::linkReceived() { showLink(); }
 
 void Designer::linkEvent(int event)
 {
-    link_.setStatus(AdapterLink::unhandledText(event));
+    link_.setStatus({});
+    link_.reportEvent(event);
     showLink();
 }
 

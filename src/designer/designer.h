@@ -94,7 +94,6 @@ private:
     void saveFile(bool asking);
     bool askName();
     void disableUnsupported(const std::string& bits);
-    void rememberFolder(const std::string& path);
     void showLink();
     void changed();
 

@@ -22,13 +22,6 @@ std::int32_t passCount(const Design& design)
 
 } // namespace
 
-bool isDue(const DesignEntry& event, std::int64_t pass)
-{
-    if (event.frequency == 0)
-        throw RunTimeError::divisionByZero();
-    return (event.offset + pass) % event.frequency == 0;
-}
-
 void spreadOffsets(Design& design)
 {
     std::map<std::int32_t, std::int32_t> nextOffset; // by frequency
@@ -61,7 +54,9 @@ std::string timelineText(Design& design)
             continue;
         if (pass >= passes) // so late, empty passes may have followed the last
             break;
-        text += "   " + event.description + "\r\n";
+        text += "   "; // piece by piece: there may be 100,000 lines
+        text += event.description;
+        text += "\r\n";
     }
     design.title().clear();
     return text;

@@ -2,14 +2,10 @@
 
 #include "catalogue/design.h"
 
-#include <cstdint>
 #include <string>
 
 /// In which passes of the polling loop the events are requested.
 namespace zint {
-
-/// Whether an event is requested in a pass, counted from 0. @throws RunTimeError 11 for frequency 0
-bool isDue(const DesignEntry& event, std::int64_t pass);
 
 /// Spreads the events of each frequency over its passes: the first of a frequency falls into pass 0, the next
 /// into pass 1 and so on, beginning again after as many passes as the frequency has.

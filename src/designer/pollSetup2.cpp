@@ -82,18 +82,15 @@ void pollSetup2::setUpGrid()
 
 void pollSetup2::setUpToolbar()
 {
-    const std::pair<QAction*, const char*> keys[] = {
-        {ui->mnuDefault, "newDesign"},     {ui->mnuSave, "saveDesign"},
-        {ui->mnuOpen, "openDesign"},       {ui->mnuPrint, "printDesign"},
-        {ui->mnuDisable, "codeDisable"},   {ui->mnuEnable, "codeEnable"},
-        {ui->mnuVerifyObd, "checkCodes"},  {ui->mnuShowTimeline, "showTimeline"},
-        {ui->mnuAutoOffset, "calcOffset"},
-    };
-    for (const auto& [action, key] : keys) {
-        QWidget* button = ui->Toolbar1->widgetForAction(action);
-        button->setObjectName(QLatin1String(key));
-        button->setAccessibleName(action->toolTip());
-    }
+    nameToolButtons(*ui->Toolbar1, {{ui->mnuDefault, "newDesign"},
+                                    {ui->mnuSave, "saveDesign"},
+                                    {ui->mnuOpen, "openDesign"},
+                                    {ui->mnuPrint, "printDesign"},
+                                    {ui->mnuDisable, "codeDisable"},
+                                    {ui->mnuEnable, "codeEnable"},
+                                    {ui->mnuVerifyObd, "checkCodes"},
+                                    {ui->mnuShowTimeline, "showTimeline"},
+                                    {ui->mnuAutoOffset, "calcOffset"}});
 }
 
 void pollSetup2::connectActions()

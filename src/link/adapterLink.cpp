@@ -5,6 +5,12 @@
 #include <utility>
 
 namespace zint {
+namespace {
+
+/// Of a command with its carriage return.
+std::int64_t lengthOf(std::string_view command) { return static_cast<std::int64_t>(command.size()) + 1; }
+
+} // namespace
 
 AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener)
     : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener)
@@ -26,7 +32,7 @@ bool AdapterLink::open(Guard guard)
     buffer_.clear();
     try {
         port_.open();
-        write(resetCommand);
+        write(resetCommand, lengthOf(resetCommand));
     } catch (const CommError& error) {
         setStatus(" - Comm init error: " + std::to_string(error.number()) + ": " + error.what());
         port_.close();
@@ -51,18 +57,20 @@ void AdapterLink::close()
     refreshCounterLine();
 }
 
-void AdapterLink::send(std::string_view command)
+void AdapterLink::send(std::string_view command) { send(command, lengthOf(command)); }
+
+void AdapterLink::send(std::string_view command, std::int64_t countedBytes)
 {
     try {
-        write(command);
+        write(command, countedBytes);
     } catch (const CommError&) { // NOLINT(bugprone-empty-catch): the port's own event ends the exchange
     }
 }
 
-void AdapterLink::write(std::string_view command)
+void AdapterLink::write(std::string_view command, std::int64_t countedBytes)
 {
     port_.output(std::string(command) + '\r');
-    counters_.bytesOut += static_cast<std::int64_t>(command.size()) + 1;
+    counters_.bytesOut += countedBytes;
 }
 
 void AdapterLink::portEvent()
@@ -71,11 +79,6 @@ void AdapterLink::portEvent()
     switch (event) {
     case commEvent::receive:
         receive();
-        break;
-    case commEvent::unknown:
-        appendStatus(unhandledText(event));
-        countError();
-        listener_.linkEvent(event);
         break;
     case commEvent::deviceGone:
         lost();
@@ -104,6 +107,7 @@ void AdapterLink::handleReply(std::string_view reply)
         send("ATE0");
         setStatus(" Init");
         state_ = State::echoOffSent;
+        listener_.linkReset();
         break;
     case State::echoOffSent:
         state_ = State::ready;
@@ -132,9 +136,12 @@ void AdapterLink::timedOut()
     listener_.linkTimedOut();
 }
 
-std::string AdapterLink::unhandledText(int event)
+std::string AdapterLink::eventText(int event) { return " - unhandled comm Event: " + std::to_string(event); }
+
+void AdapterLink::reportEvent(int event)
 {
-    return " - unhandled comm Event: " + std::to_string(event);
+    appendStatus(eventText(event));
+    countError();
 }
 
 } // namespace zint

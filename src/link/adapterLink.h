@@ -37,6 +37,9 @@ public:
     /// close in it.
     class Listener {
     public:
+        /// The adapter is reset; its echo is being switched off.
+        virtual void linkReset() {}
+
         /// The adapter is reset and its echo is off: time for the first request.
         virtual void linkReady() = 0;
 
@@ -47,9 +50,7 @@ public:
         /// refreshed.
         virtual void linkReceived() = 0;
 
-        /// The port tells of something else (a line error, a modem line), which a reply would show if it
-        /// mattered. An event that the driver does not explain has been counted as an error, and the status
-        /// tells of it.
+        /// The port tells of something else, see commEvent; a reply would show it if it mattered.
         virtual void linkEvent(int event) = 0;
 
         /// The reset, or what else is guarded, was not answered in time; the error is counted, the port still
@@ -84,12 +85,18 @@ public:
     /// just vanished takes nothing; its own event follows.
     void send(std::string_view command);
 
+    /// The same, with a number of its own for the counter.
+    void send(std::string_view command, std::int64_t countedBytes);
+
     void setStatus(std::string_view words) { status_ = choice_.portName + std::string(words); }
     void appendStatus(std::string_view words) { status_ += words; }
     const std::string& status() const { return status_; }
 
-    /// What a status says of an event.
-    static std::string unhandledText(int event);
+    /// What a status says of an event of the port.
+    static std::string eventText(int event);
+
+    /// Adds an event of the port to the status, and counts it as an error.
+    void reportEvent(int event);
 
     void countError() { ++counters_.errors; }
     const LinkCounters& counters() const { return counters_; }
@@ -105,7 +112,7 @@ private:
     void handleReply(std::string_view reply);
     void lost();
     void timedOut();
-    void write(std::string_view command);
+    void write(std::string_view command, std::int64_t countedBytes);
 
     SerialPort& port_;
     Timer& timer_;

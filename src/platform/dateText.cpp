@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <QRegularExpression>
 
 namespace zint {
 
@@ -13,7 +14,8 @@ std::string dateText(std::chrono::system_clock::time_point time)
     const QDateTime local = QDateTime::fromMSecsSinceEpoch(sinceEpoch.count());
     const QLocale locale;
     QString timeFormat = locale.timeFormat(QLocale::LongFormat); // the short one has no seconds
-    timeFormat.remove(u't');                                     // the time zone's name
+    static const QRegularExpression zone(QStringLiteral("[\\s,]*[(\\[]?t+[)\\]]?"));
+    timeFormat.remove(zone).remove(u'B'); // the time zone's name, and a part of the day that Qt does not know
     return fromQt(locale.toString(local.date(), QLocale::ShortFormat) + u' ' +
                   locale.toString(local.time(), timeFormat.trimmed()));
 }

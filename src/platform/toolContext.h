@@ -31,6 +31,9 @@ struct ToolContext {
     /// Opens the poll runner once the present tool's window has closed; empty in a version without a runner.
     std::function<void()> goPolling = {};
 
+    /// As goPolling, for the polling designer.
+    std::function<void()> goDesigning = {};
+
     /// Opens the connection-trouble dialog in place of a tool's window, which is hidden.
     std::function<void(QWidget& caller)> openFailedConn = {};
 };

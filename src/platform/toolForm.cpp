@@ -6,6 +6,7 @@
 #include "shared/programInfo.h"
 
 #include <QCloseEvent>
+#include <QToolBar>
 
 #include <utility>
 
@@ -34,6 +35,7 @@ void toolForm::setUpCommonControls()
     action("mnuAbout", &toolForm::mnuAbout_Click);
     action("mnuHelp", &toolForm::mnuHelp_Click);
     action("mnuPrintSetup", &toolForm::mnuPrintSetup_Click);
+    action("mnuprintSetup", &toolForm::mnuPrintSetup_Click);
     action("mnuPrintOut", &toolForm::mnuPrintOut_Click);
     action("mnuPrint", &toolForm::mnuPrintOut_Click);
     action("mnuExit", &toolForm::goBack);
@@ -46,6 +48,15 @@ void toolForm::setUpCommonControls()
     if (auto* back = findChild<QPushButton*>(QStringLiteral("backCom")))
         onClick(back, &toolForm::goBack);
     restoreSize();
+}
+
+void toolForm::nameToolButtons(const QToolBar& bar, std::initializer_list<ToolButton> buttons)
+{
+    for (const ToolButton& button : buttons) {
+        QWidget* widget = bar.widgetForAction(button.action);
+        widget->setObjectName(QLatin1String(button.name));
+        widget->setAccessibleName(button.action->iconText());
+    }
 }
 
 void toolForm::closeEvent(QCloseEvent* event)

@@ -8,10 +8,12 @@
 #include <QMainWindow>
 #include <QPushButton>
 
+#include <initializer_list>
 #include <memory>
 #include <string>
 
 class QPrinter;
+class QToolBar;
 
 namespace zint {
 
@@ -54,6 +56,13 @@ protected:
     {
         connect(action, &QAction::triggered, this, [this, handler] { enter<Form>(handler); });
     }
+
+    /// Gives the buttons of a tool bar the names that they are known by.
+    struct ToolButton {
+        QAction* action;
+        const char* name;
+    };
+    static void nameToolButtons(const QToolBar& bar, std::initializer_list<ToolButton> buttons);
 
     ToolContext& context() { return context_; }
     EventGate& gate() { return gate_; }

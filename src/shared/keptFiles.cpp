@@ -23,8 +23,8 @@ std::chrono::system_clock::time_point systemTime(fs::file_time_type time)
 
 } // namespace
 
-KeptFiles::KeptFiles(std::string folder, std::string extension, std::size_t most)
-    : folder_(std::move(folder)), extension_(std::move(extension)), most_(most)
+KeptFiles::KeptFiles(std::string folder, std::string extension, std::size_t most, std::uintmax_t mostBytes)
+    : folder_(std::move(folder)), extension_(std::move(extension)), most_(most), mostBytes_(mostBytes)
 {
 }
 
@@ -36,9 +36,12 @@ std::vector<KeptFiles::File> KeptFiles::all() const
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
         if (entry->path().extension() != extension_)
             continue;
-        std::error_code gone;
-        if (const auto changed = entry->last_write_time(gone); !gone)
-            files.push_back({utf8Text(entry->path()), systemTime(changed)});
+        std::error_code none; // it is gone by now, or no file
+        const std::uintmax_t size = entry->file_size(none);
+        if (none)
+            continue;
+        if (const auto changed = entry->last_write_time(none); !none)
+            files.push_back({utf8Text(entry->path()), systemTime(changed), size});
     }
     std::ranges::sort(files, std::greater(), &File::changed);
     return files;
@@ -69,8 +72,12 @@ void KeptFiles::prune() const
 {
     const std::vector<File> files = all();
     std::error_code ignored;
-    for (std::size_t i = most_; i < files.size(); ++i)
-        fs::remove(utf8Path(files[i].path), ignored);
+    std::uintmax_t bytes = 0;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        bytes += files[i].size;
+        if (i >= most_ || (i > 0 && bytes > mostBytes_))
+            fs::remove(utf8Path(files[i].path), ignored);
+    }
 }
 
 } // namespace zint

@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -13,11 +15,15 @@ public:
     struct File {
         std::string path;
         std::chrono::system_clock::time_point changed;
+        std::uintmax_t size = 0; ///< in bytes
     };
 
+    static constexpr std::uintmax_t anySize = std::numeric_limits<std::uintmax_t>::max();
+
     /// @param folder is made when the first file is. @param extension of the files, with its dot
-    /// @param most how many are kept
-    KeptFiles(std::string folder, std::string extension, std::size_t most);
+    /// @param most how many are kept. @param mostBytes that they may have together
+    KeptFiles(std::string folder, std::string extension, std::size_t most,
+              std::uintmax_t mostBytes = anySize);
 
     /// The files, at most `most`, the newest first. A folder that can't be read has none.
     std::vector<File> newestFirst() const;
@@ -25,7 +31,8 @@ public:
     /// A name for another file. @throws FileError when the folder can't be made
     std::string newPath() const;
 
-    /// Removes the oldest files until no more than `most` are left. What can't be removed stays.
+    /// Removes the oldest files until no more than `most` are left and they have no more than `mostBytes`;
+    /// the newest stays whatever its size. What can't be removed stays.
     void prune() const;
 
 private:
@@ -34,6 +41,7 @@ private:
     std::string folder_;
     std::string extension_;
     std::size_t most_;
+    std::uintmax_t mostBytes_;
 };
 
 } // namespace zint

@@ -128,4 +128,25 @@ std::int32_t toInteger(std::string_view text)
     return value;
 }
 
+std::string htmlText(std::string_view text)
+{
+    std::string html;
+    for (const char c : text) {
+        switch (c) {
+        case '<':
+            html += "&lt;";
+            break;
+        case '>':
+            html += "&gt;";
+            break;
+        case '&':
+            html += "&amp;";
+            break;
+        default:
+            html += c;
+        }
+    }
+    return html;
+}
+
 } // namespace zint

@@ -46,6 +46,9 @@ bool fileExists(const std::string& path) noexcept;
 /// possibly empty, where the text ends before.
 std::string_view textAt(std::string_view text, std::size_t position, std::size_t count);
 
+/// A text as it stands between the tags of HTML.
+std::string htmlText(std::string_view text);
+
 /// A decimal integer, blanks around it allowed.
 /// @throws RunTimeError 13 when the text is no integer, 6 when it exceeds the signed 32-bit range
 std::int32_t toInteger(std::string_view text);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shared/module1.h"
+
 #include <string>
 
 namespace zint {
@@ -27,6 +29,13 @@ struct ProgramValues {
     std::string sampleFolder;       ///< the designs that come with the program
     std::string browserPath;        ///< the program that opens web pages; empty when none was found
     std::string lastFailureText;    ///< the last reply that was no monitor status, or the time-out's text
+
+    /// Lets the file dialogs start where a file was chosen.
+    void rememberFolderOf(const std::string& path)
+    {
+        parmInitDir = utf8Text(utf8Path(path).parent_path());
+        isFolderRemembered = true;
+    }
 };
 
 } // namespace zint

@@ -9,7 +9,6 @@
 #include <fstream>
 #include <random>
 #include <system_error>
-#include <utility>
 
 namespace zint {
 namespace {
@@ -111,6 +110,31 @@ fs::path newNameBeside(const fs::path& file)
     return name;
 }
 
+/// Where a file is written.
+struct Target {
+    fs::path file; ///< behind a symbolic link, which stays
+    fs::file_status old;
+
+    /// Whether a new file takes the place of the old one; a pipe or a device is written directly.
+    bool isReplaced() const { return !fs::exists(old) || fs::is_regular_file(old); }
+};
+
+/// @throws FileError for a folder, and for a file that may not be written
+Target targetOf(const std::string& path)
+{
+    std::error_code error;
+    fs::path file = utf8Path(path);
+    if (const fs::path behindLink = fs::canonical(file, error); !error)
+        file = behindLink;
+    const fs::file_status old = fs::status(file, error);
+    if (fs::is_directory(old))
+        throw FileError(inQuotes(path) + " can't be written: it is a folder");
+    if (fs::is_regular_file(old) && !std::ofstream(file, std::ios::binary | std::ios::app))
+        throw FileError(inQuotes(path) +
+                        " can't be written: " + reason(EACCES)); // a new file would get past that
+    return {file, old};
+}
+
 } // namespace
 
 std::string toUtf8(std::string_view bytes)
@@ -128,6 +152,8 @@ std::string toUtf8(std::string_view bytes)
 std::optional<std::string> LineReader::next()
 {
     std::string line;
+    ++number_;
+    isEnded_ = false;
     for (;;) {
         const int c = stream_.get();
         if (c == std::istream::traits_type::eof()) {
@@ -137,8 +163,10 @@ std::optional<std::string> LineReader::next()
                 return std::nullopt;
             break;
         }
-        if (c == '\n')
+        if (c == '\n') {
+            isEnded_ = true;
             break;
+        }
         if (c == 0)
             throw FileError("the file is no text");
         if (line.size() == longestLine && c != '\r')
@@ -147,7 +175,7 @@ std::optional<std::string> LineReader::next()
     }
     if (line.ends_with('\r'))
         line.pop_back();
-    if (std::exchange(isFirst_, false) && line.starts_with(byteOrderMark))
+    while (number_ == 1 && line.starts_with(byteOrderMark)) // all, for else the next reading would drop more
         line.erase(0, byteOrderMark.size());
     return toUtf8(line);
 }
@@ -165,29 +193,31 @@ void readFile(const std::string& path, const std::function<void(std::istream&)>&
     read(stream);
 }
 
+void requireWritable(const std::string& path)
+{
+    const Target target = targetOf(path);
+    if (!target.isReplaced())
+        return;
+    const fs::path fresh = newNameBeside(target.file);
+    writeAll(fresh, path, [](std::ostream&) {});
+    std::error_code ignored;
+    fs::remove(fresh, ignored);
+}
+
 void replaceFile(const std::string& path, const std::function<void(std::ostream&)>& write)
 {
-    std::error_code error;
-    fs::path file = utf8Path(path);
-    if (const fs::path target = fs::canonical(file, error); !error)
-        file = target; // behind a symbolic link, which stays
-    const fs::file_status old = fs::status(file, error);
-    if (fs::is_directory(old))
-        throw FileError(inQuotes(path) + " can't be written: it is a folder");
-    if (fs::exists(old) && !fs::is_regular_file(old)) {
-        writeAll(file, path, write);
+    const Target target = targetOf(path);
+    if (!target.isReplaced()) {
+        writeAll(target.file, path, write);
         return;
     }
-    if (fs::exists(old) && !std::ofstream(file, std::ios::binary | std::ios::app))
-        throw FileError(inQuotes(path) +
-                        " can't be written: " + reason(EACCES)); // the new file would get past that
-
-    const fs::path fresh = newNameBeside(file);
+    std::error_code error;
+    const fs::path fresh = newNameBeside(target.file);
     try {
         writeAll(fresh, path, write);
-        if (fs::exists(old))
-            fs::permissions(fresh, old.permissions(), error);
-        fs::rename(fresh, file);
+        if (fs::exists(target.old))
+            fs::permissions(fresh, target.old.permissions(), error);
+        fs::rename(fresh, target.file);
     } catch (const fs::filesystem_error& failure) {
         fs::remove(fresh, error);
         throw FileError(inQuotes(path) + " can't be written: " + failure.code().message());

@@ -2,6 +2,7 @@
 
 #include "shared/fileError.h"
 
+#include <cstddef>
 #include <functional>
 #include <istream>
 #include <optional>
@@ -30,14 +31,25 @@ public:
     /// stream can't be read
     std::optional<std::string> next();
 
+    /// The number, from 1, of the line that next() gave or failed at.
+    std::size_t number() const { return number_; }
+
+    /// Whether the line that next() gave had an end; one that was cut short has none.
+    bool isEnded() const { return isEnded_; }
+
 private:
     std::istream& stream_;
-    bool isFirst_ = true;
+    std::size_t number_ = 0;
+    bool isEnded_ = false;
 };
 
 /// Calls `read` with the file's stream. @throws FileError when the file can't be opened; whatever `read`
 /// throws
 void readFile(const std::string& path, const std::function<void(std::istream&)>& read);
+
+/// Makes sure that replaceFile() can begin, as long as nothing changes. Nothing is written to the file.
+/// @throws FileError when it can't
+void requireWritable(const std::string& path);
 
 /// Writes a file in one step: `write` fills a new file, which then takes the old one's place. When anything
 /// fails, the old file stays whole and the new one is removed. What is no plain file (a pipe, a device) is

@@ -1,6 +1,6 @@
 #include "endToEnd/simulator.h"
+#include "endToEnd/zintObd.h"
 
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace zint {
@@ -10,32 +10,6 @@ const std::string litReport = "Service Engine Soon Light is ON\n\n"
                               "Diagnostic (MIL) Codes: 3 code(s) reported\n"
                               "  P0133\n  P0301\n  U0123\n\n"
                               "Readiness\n";
-
-/// What a program left behind.
-struct Outcome {
-    int status = -1; ///< -1 when it did not end by itself
-    std::string output;
-    std::string errors;
-};
-
-/// Runs zint-obd with a home of its own, so that nobody's settings matter.
-Outcome runZint(const QStringList& arguments, const QString& outputFile = {})
-{
-    const QTemporaryDir home;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_CONFIG_HOME"})
-        environment.remove(QLatin1String(name));
-    environment.insert(QStringLiteral("HOME"), home.path());
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(home.path());
-    if (!outputFile.isEmpty())
-        process.setStandardOutputFile(outputFile);
-    process.start(QStringLiteral(ZINT_OBD), arguments);
-    const bool ended = process.waitForFinished(patienceMs) && process.exitStatus() == QProcess::NormalExit;
-    return {ended ? process.exitCode() : -1, process.readAllStandardOutput().toStdString(),
-            process.readAllStandardError().toStdString()};
-}
 
 Outcome codesOf(const Simulator& simulator, const char* options = "")
 {

@@ -32,6 +32,8 @@ TEST(CommandLineTest, TakesActionsAndPorts)
         {"--port com9", Action::showWindows, 1, "com9"},
         {"--port /dev/a=b", Action::showWindows, 1, "/dev/a=b"},
         {"--simulate --speed 38400", Action::showWindows, 1, "simulated"},
+        {"poll d.obc --port com2", Action::poll, 2},
+        {"export a.log a.txt", Action::exportLog},
     };
     for (const auto& [words, action, port, location] : rows) {
         const CommandLine line = parse(words);
@@ -43,13 +45,52 @@ TEST(CommandLineTest, TakesActionsAndPorts)
     const CommandLine clear = parse("codes --clear --yes --timeout 7");
     EXPECT_TRUE(clear.clearCodes);
     EXPECT_EQ(clear.timeout, std::chrono::seconds(7));
+
+    const CommandLine loops = parse("poll d.obc --loops 100000 --log a.log --export a.txt --quiet");
+    EXPECT_EQ(loops.loops, 100000);
+    EXPECT_FALSE(loops.seconds);
+    EXPECT_TRUE(loops.quiet);
+    for (const CommandLine& line : {loops, parse("--log a.log poll --export a.txt d.obc")}) {
+        EXPECT_EQ(line.designPath, "d.obc");
+        EXPECT_EQ(line.logPath, "a.log");
+        EXPECT_EQ(line.exportPath, "a.txt");
+    }
+    const CommandLine seconds = parse("poll d.obc --seconds 86400");
+    EXPECT_EQ(seconds.seconds, std::chrono::seconds(86400));
+    EXPECT_EQ(seconds.loops, 100000) << "the time ends the run, not the usual number of loops";
+    EXPECT_EQ(parse("poll d.obc").loops, 1000);
+    EXPECT_EQ(parse("export a.log b.txt").exportPath, "b.txt");
 }
 
 TEST(CommandLineTest, RefusesWhatIsWrong)
 {
-    for (const char* words : {"code", "codes twice", "--prot com1", "--port com3=", "--port", "--speed 19200",
-                              "--simulate --port com2", "codes --clear", "--clear --yes", "--timeout 3",
-                              "codes --timeout x", "codes --timeout -1"}) {
+    for (const char* words : {"code",
+                              "codes twice",
+                              "--prot com1",
+                              "--port com3=",
+                              "--port",
+                              "--speed 19200",
+                              "--simulate --port com2",
+                              "codes --clear",
+                              "--clear --yes",
+                              "--timeout 3",
+                              "codes --timeout x",
+                              "codes --timeout -1",
+                              "poll",
+                              "poll a.obc b.obc",
+                              "poll a.obc --loops 0",
+                              "poll a.obc --loops 100001",
+                              "poll a.obc --seconds 0",
+                              "poll a.obc --loops 1 --seconds 1",
+                              "poll a.obc --timeout 3",
+                              "poll a.obc --log=",
+                              "codes --loops 3",
+                              "--log a.log",
+                              "poll a.obc --log a.txt --export ./a.txt",
+                              "poll a.obc --log a.obc",
+                              "export a.log",
+                              "export a.log a.log",
+                              "export a.log a.txt --simulate"}) {
         EXPECT_TRUE(parse(words).action == Action::refuse && !parse(words).complaint.empty()) << words;
     }
 }

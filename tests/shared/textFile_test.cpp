@@ -70,6 +70,22 @@ TEST_F(TextFileTest, FailuresNameTheFileAndTheReason)
     EXPECT_THROW(readFile(folder.path(), [](std::istream&) {}), FileError);
 }
 
+TEST_F(TextFileTest, TellsBeforehandWhetherAFileCanBeWritten)
+{
+    requireWritable(path);
+    EXPECT_EQ(fileCount(), 0U) << "nothing is left behind";
+    replaceFile(path, [](std::ostream& stream) { stream << "old"; });
+    const auto written = std::filesystem::last_write_time(utf8Path(path));
+    requireWritable(path);
+    EXPECT_EQ(contents(path), "old");
+    EXPECT_EQ(std::filesystem::last_write_time(utf8Path(path)), written);
+    EXPECT_EQ(fileCount(), 1U);
+    requireWritable("/dev/null");
+    EXPECT_THROW(requireWritable(folder.path()), FileError);
+    EXPECT_THROW(requireWritable(folder.path() + "/none/x"), FileError);
+    EXPECT_THROW(requireWritable("/proc/x"), FileError) << "there is no making files, even for root";
+}
+
 TEST_F(TextFileTest, ReadsLinesOfEitherEndAndEitherCharacterSet)
 {
     std::istringstream stream(std::string("a\r\nb\n\n\xE9\x80\r\n\xC3\xA9z\n\0", 15));

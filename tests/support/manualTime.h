@@ -3,13 +3,18 @@
 #include "shared/clock.h"
 #include "shared/timer.h"
 
+#include <chrono>
+
 namespace zint {
 
 /// A clock that a test sets.
 struct ManualClock final : Clock {
     std::chrono::microseconds now{0};
 
+    std::chrono::system_clock::time_point date{};
+
     std::chrono::microseconds monotonic() const override { return now; }
+    std::chrono::system_clock::time_point wall() const override { return date; }
 };
 
 /// A timer whose time passes only when a test says so.

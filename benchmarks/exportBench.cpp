@@ -1,0 +1,217 @@
+// The files of a long run: the program's data log and export against plain C that prints the same lines from
+// an array, in turn; and the memory that the samples take.
+
+#include "designer/designFile.h"
+#include "plainPrinter.h"
+#include "runner/dataLog.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <random>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int rounds = 5;
+constexpr int passesPerSecond = 3;
+constexpr const char* nowhere = "/dev/null";
+constexpr std::array conversions = {1, 4, 5, 7, 9, 14, 15, 17}; // what engines mostly send
+
+[[noreturn]] void fail(const char* why)
+{
+    std::fprintf(stderr, "bench_export: %s\n", why);
+    std::exit(1);
+}
+
+zint::Design fullDesign()
+{
+    zint::Design design;
+    design.title() = "Benchmark";
+    design.eventCount() = zint::Design::maxEvents;
+    for (std::size_t n = 0; zint::DesignEntry & event : design.events()) {
+        event = {.code = "010C",
+                 .description = "Event",
+                 .conversion = conversions.at(n++ % conversions.size()),
+                 .frequency = 1};
+    }
+    return design;
+}
+
+/// What of a 32-bit number goes to a conversion: one byte or two.
+int rawValue(std::uint32_t random, int conversion)
+{
+    const bool isWide = conversion == 5 || conversion == 15 || conversion == 17;
+    return static_cast<int>(random & (isWide ? 0xFFFFU : 0xFFU));
+}
+
+/// The same samples as the program and as plain C have them.
+struct Run {
+    explicit Run(int passes) : design(fullDesign())
+    {
+        std::mt19937 random{1};
+        for (const zint::DesignEntry& event : design.events())
+            eventConversions.push_back(event.conversion);
+        times.reserve(static_cast<std::size_t>(passes));
+        values.reserve(times.capacity() *
+                       zint::Design::maxEvents); // no left-overs that the samples could use
+        for (int pass = 0; pass < passes; ++pass) {
+            times.push_back(pass / passesPerSecond);
+            for (const int conversion : eventConversions)
+                values.push_back(rawValue(static_cast<std::uint32_t>(random()), conversion));
+        }
+        plain = {.events = design.eventCount(),
+                 .passes = passes,
+                 .conversions = eventConversions.data(),
+                 .times = times.data(),
+                 .values = values.data()};
+    }
+
+    void fill(zint::SampleStore& samples) const
+    {
+        samples.reset(design);
+        for (std::size_t n = 0; n < values.size(); ++n)
+            samples.add(n % zint::Design::maxEvents, values[n], times[n / zint::Design::maxEvents]);
+    }
+
+    zint::Design design;
+    std::vector<int> eventConversions;
+    std::vector<int> times;
+    std::vector<int> values;
+    PlainRun plain{};
+};
+
+std::size_t residentBytes()
+{
+    std::ifstream file("/proc/self/statm");
+    std::size_t total = 0;
+    std::size_t resident = 0;
+    file >> total >> resident;
+    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+double seconds(const std::function<void()>& work)
+{
+    const auto start = Clock::now();
+    work();
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+using Ours = std::function<void(std::ostream&)>;
+using Plain = std::function<int(std::FILE*)>;
+
+void writeOurs(const std::string& path, const Ours& write)
+{
+    std::ofstream stream(path, std::ios::binary);
+    write(stream);
+    stream.close();
+    if (!stream)
+        fail("a file can't be written");
+}
+
+void writePlain(const std::string& path, const Plain& write)
+{
+    std::FILE* file = std::fopen(path.c_str(), "wb");
+    if (file == nullptr || write(file) != 0 || std::fclose(file) != 0)
+        fail("a file can't be written");
+}
+
+std::string contentOf(const std::string& path)
+{
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// Makes sure that both write the same, but for the lines before the samples.
+void compare(const Ours& ours, const Plain& plain)
+{
+    const std::string path =
+        (std::filesystem::temp_directory_path() / ("zint" + std::to_string(getpid()))).string();
+    writeOurs(path, ours);
+    const std::string first = contentOf(path);
+    writePlain(path, plain);
+    const std::string second = contentOf(path);
+    std::filesystem::remove(path);
+    if (second.empty() || !first.ends_with(second) || first.size() - second.size() > 10000)
+        fail("the program and plain C write different lines");
+}
+
+struct Medians {
+    double ours;
+    double plain;
+};
+
+Medians measure(const char* name, std::size_t samples, const Ours& ours, const Plain& plain)
+{
+    compare(ours, plain);
+    std::vector<double> oursTook;
+    std::vector<double> plainTook;
+    for (int round = 0; round < rounds; ++round) {
+        oursTook.push_back(seconds([&ours] { writeOurs(nowhere, ours); }));
+        plainTook.push_back(seconds([&plain] { writePlain(nowhere, plain); }));
+    }
+    const Medians took{median(oursTook), median(plainTook)};
+    std::printf(
+        "%s, %.2f million samples: %.3f s, plain C %.3f s (medians of %d): ratio %.2f (goal: at most 1.5)\n",
+        name, static_cast<double>(samples) / 1e6, took.ours, took.plain, rounds, took.ours / took.plain);
+    return took;
+}
+
+struct Both {
+    Medians log;
+    Medians table;
+};
+
+Both measure(int passes)
+{
+    const Run run(passes);
+    const std::size_t before = residentBytes();
+    zint::SampleStore samples;
+    run.fill(samples);
+    std::printf("memory of %zu records: %.1f bytes per record (goal: near 12)\n", samples.size(),
+                static_cast<double>(residentBytes() - before) / static_cast<double>(samples.size()));
+    const auto ignore = [](const std::string&) { fail("a sample belongs to no event"); };
+    const std::size_t count = run.values.size();
+    const Medians log = measure(
+        "log", count, [&](std::ostream& stream) { writeLog(stream, run.design, samples, "now"); },
+        [&run](std::FILE* file) { return printLog(file, &run.plain); });
+    const Medians table = measure(
+        "export", count,
+        [&](std::ostream& stream) { writeExport(stream, run.design, samples, "now", ignore); },
+        [&run](std::FILE* file) { return printTable(file, &run.plain); });
+    return {log, table};
+}
+
+void printGrowth(const char* name, const Medians& tenth, const Medians& whole)
+{
+    std::printf("%s, ten times the samples: %.1f times as long, plain C %.1f times (goal: about 10)\n", name,
+                whole.ours / tenth.ours, whole.plain / tenth.plain);
+}
+
+} // namespace
+
+int main()
+{
+    const Both whole = measure(100000); // first, while no memory has been left over
+    const Both tenth = measure(10000);
+    printGrowth("log", tenth.log, whole.log);
+    printGrowth("export", tenth.table, whole.table);
+    return 0;
+}

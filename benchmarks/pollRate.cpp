@@ -1,0 +1,123 @@
+// Requests per second of the poll runner, its window open and its chart visible, against a blocking loop on
+// the same adapter; and the processor time that a request costs.
+
+#include "platform/folders.h"
+#include "platform/qtSerialPort.h"
+#include "platform/qtSettingsStore.h"
+#include "platform/text.h"
+#include "rate.h"
+#include "runner/obdPollForm.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLineEdit>
+#include <QTabWidget>
+#include <QTimer>
+
+#include <string>
+#include <sys/resource.h>
+
+namespace {
+
+constexpr int rounds = 5;
+constexpr int eventCount = 4;
+
+zint::Design fourEvents()
+{
+    zint::Design design;
+    design.title() = "Benchmark";
+    design.eventCount() = design.polledCount() = eventCount;
+    for (zint::DesignEntry& event : design.events())
+        event = {.code = "010C", .description = "Engine RPM", .conversion = 5, .frequency = 1};
+    return design;
+}
+
+double processorSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+struct Run {
+    double seconds = 0;
+    double processor = 0;
+};
+
+/// A run through the window, from the first request to the last reply.
+Run poll(const std::string& path, int loops)
+{
+    zint::ProgramValues values;
+    zint::Design design = fourEvents();
+    zint::QtSettingsStore settings;
+    zint::ToolContext context{
+        .values = values,
+        .design = design,
+        .settings = settings,
+        .userDataFolder = zint::fromQt(zint::userDataFolder()),
+        .connection = [] { return zint::ConnectionChoice(); },
+        .makePort =
+            [&path](zint::EventGate& gate, const zint::ConnectionChoice&) {
+                return std::make_unique<zint::QtSerialPort>(gate, [path](int) { return path; });
+            },
+    };
+    auto* form = new zint::obdPollForm(context);
+    form->show();
+    const auto* pages = form->findChild<QTabWidget*>();
+    const_cast<QTabWidget*>(pages)->setCurrentIndex(pages->count() - 1);
+    auto* loopsBox = form->findChild<QLineEdit*>(QStringLiteral("textSampleCnt"));
+    loopsBox->setText(QString::number(loops));
+    Q_EMIT loopsBox->textEdited(loopsBox->text());
+    form->findChild<QAction*>(QStringLiteral("mnuResetVal"))->trigger();
+
+    Run run;
+    RateClock::time_point start;
+    double processorBefore = 0;
+    const auto* status = form->findChild<QLabel*>(QStringLiteral("statusBox"));
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+        if (start == RateClock::time_point() && status->text().endsWith(QLatin1String(" Polling"))) {
+            start = RateClock::now();
+            processorBefore = processorSeconds();
+        } else if (status->text().startsWith(QLatin1String("Completed"))) {
+            run = {secondsSince(start), processorSeconds() - processorBefore};
+            form->close();
+            QCoreApplication::quit();
+        }
+    });
+    watch.start(1);
+    form->findChild<QAction*>(QStringLiteral("mnuComStart"))->trigger();
+    QApplication::exec();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return run;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    if (argc != 5)
+        fail("usage: bench_pollRate PATH LOOPS GOAL DESCRIPTION");
+    const int loops = std::max(1, std::atoi(argv[2]));
+    const int requests = loops * eventCount;
+    std::vector<double> window;
+    std::vector<double> processor;
+    std::vector<double> blocking;
+    for (int round = 0; round < rounds; ++round) {
+        const Run run = poll(argv[1], loops);
+        window.push_back(requests / run.seconds);
+        processor.push_back(run.processor / requests * 1e6);
+        blocking.push_back(requests / blockingSeconds(argv[1], "010C\r", requests));
+    }
+    std::printf(
+        "polling, %s: %.0f requests/s, blocking loop %.0f (medians of %d): ratio %.2f (goal: at least %s); "
+        "%.1f us of processor time per request\n",
+        argv[4], median(window), median(blocking), rounds, median(window) / median(blocking), argv[3],
+        median(processor));
+    return 0;
+}

@@ -1,0 +1,77 @@
+#include "app/commandSession.h"
+
+#include "app/connectionSetup.h"
+#include "platform/console.h"
+
+#include <QCoreApplication>
+
+#include <iostream>
+
+namespace zint {
+namespace {
+
+std::size_t progressLength = 0; ///< of what the terminal shows
+
+} // namespace
+
+void showProgress(const std::string& text)
+{
+    if ((text.empty() && progressLength == 0) || !isErrorOutputTerminal())
+        return;
+    const std::size_t rest = progressLength > text.size() ? progressLength - text.size() : 0;
+    std::cerr << '\r' << text << std::string(rest, ' ') << (text.empty() ? "\r" : "") << std::flush;
+    progressLength = text.size();
+}
+
+void complain(std::string text)
+{
+    showProgress({});
+    std::erase(text, '\r');
+    std::cerr << "zint-obd: " << text << std::endl;
+}
+
+int printOut(const std::string& text)
+{
+    std::cout << text << std::flush;
+    if (std::cout)
+        return exitStatus::success;
+    complain("the report could not be written to standard output");
+    return exitStatus::failure;
+}
+
+void CommandPrompts::message(const std::string& text, const std::string& /*title*/, const std::string& reason)
+{
+    complain(reason.empty() ? text : text + "\r\n" + reason);
+    hasComplained = true;
+}
+
+std::optional<std::string> CommandPrompts::input(const std::string& /*text*/, const std::string& /*title*/,
+                                                 const std::string& /*initial*/)
+{
+    return std::nullopt;
+}
+
+std::optional<std::size_t> CommandPrompts::choose(const std::string& /*text*/, const std::string& /*title*/,
+                                                  const std::vector<std::string>& /*lines*/)
+{
+    return std::nullopt;
+}
+
+bool CommandPrompts::confirm(const std::string& /*text*/, const std::string& /*title*/) { return true; }
+
+CommandSession::CommandSession(const ConnectionOptions& options)
+{
+    gate.onError = [this](const std::string& text) {
+        prompts.message(text);
+        QCoreApplication::quit();
+    };
+    applyForThisRun(options, ports_);
+    Design design; // the launcher sets it to the default one
+    Launcher launcher(settings_, ports_, prompts, values, design, launcherSystem());
+    applyForThisRun(options, launcher);
+    launcher.load();
+    prompts.hasComplained = false; // a setting that can't be used is no failure of what follows
+    connection_ = launcher.connection();
+}
+
+} // namespace zint

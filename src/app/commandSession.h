@@ -1,0 +1,77 @@
+#pragma once
+
+#include "app/commandLine.h"
+#include "app/launcher.h"
+#include "app/vehiclePorts.h"
+#include "catalogue/design.h"
+#include "link/connectionChoice.h"
+#include "link/portDirectory.h"
+#include "platform/qtSettingsStore.h"
+#include "platform/systemPorts.h"
+#include "shared/eventGate.h"
+#include "shared/programValues.h"
+#include "shared/prompts.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// What the commands that need no window have in common.
+namespace zint {
+
+namespace exitStatus {
+inline constexpr int success = 0;
+inline constexpr int failure = 1; ///< standard error tells why
+inline constexpr int wrongUsage = 2;
+} // namespace exitStatus
+
+/// Says on standard error what went wrong.
+void complain(std::string text);
+
+/// Shows on standard error how far the command is, in place of what was shown before; an empty text takes it
+/// away. Only a terminal shows it.
+void showProgress(const std::string& text);
+
+/// Prints on standard output. @return the exit status; a failure has been told
+int printOut(const std::string& text);
+
+/// Tells on standard error; questions were answered on the command line.
+class CommandPrompts final : public Prompts {
+public:
+    void message(const std::string& text, const std::string& title = {},
+                 const std::string& reason = {}) override;
+    std::optional<std::string> input(const std::string& text, const std::string& title,
+                                     const std::string& initial = {}) override;
+    std::optional<std::size_t> choose(const std::string& text, const std::string& title,
+                                      const std::vector<std::string>& lines) override;
+    bool confirm(const std::string& text, const std::string& title) override;
+
+    bool hasComplained = false;
+};
+
+/// A command that speaks to a vehicle: the connection as the settings and the command line say, and all else
+/// that an engine asks for. Needs an application object.
+class CommandSession {
+public:
+    explicit CommandSession(const ConnectionOptions& options);
+
+    const ConnectionChoice& connection() const { return connection_; }
+
+    /// The chosen port. It must not outlive the session.
+    std::unique_ptr<SerialPort> makePort() { return vehiclePorts_.make(gate, connection_.portNumber); }
+
+    CommandPrompts prompts;
+    ProgramValues values; ///< changes are not saved
+    EventGate gate;       ///< an action that fails is told, and ends the event loop
+
+private:
+    QtSettingsStore settings_;
+    SystemPorts systemPorts_;
+    PortDirectory ports_{settings_, systemPorts_};
+    VehiclePorts vehiclePorts_{ports_};
+    ConnectionChoice connection_;
+};
+
+} // namespace zint

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+/// What a command without a window needs of the system.
+namespace zint {
+
+/// Whether a user reads standard error while it is written: it goes to a terminal, not to a file or a pipe.
+bool isErrorOutputTerminal();
+
+/// Lets a command end properly when the user or the system asks it to (Ctrl-C, a signal to end). One exists
+/// at a time; it needs an application object.
+class Interruption {
+public:
+    /// @param onAsked called from the event loop, once. Whoever asks again ends the program at once.
+    explicit Interruption(std::function<void()> onAsked);
+    ~Interruption();
+
+private:
+    struct Watch;
+
+    std::unique_ptr<Watch> watch_;
+};
+
+} // namespace zint

@@ -1,0 +1,95 @@
+#include "platform/console.h"
+
+#include <QSocketNotifier>
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <fcntl.h>
+#include <signal.h> // NOLINT(modernize-deprecated-headers): <csignal> has no sigaction
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace zint {
+namespace {
+
+constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP};
+
+volatile sig_atomic_t isAsked = 0;
+volatile sig_atomic_t wakingEnd = -1; ///< of the pipe that wakes the event loop
+
+/// A signal handler may do next to nothing, so that it wakes the event loop only.
+void ask(int number)
+{
+    if (isAsked != 0) {
+        ::signal(number, SIG_DFL);
+        ::raise(number); // takes effect when this handler returns
+        return;
+    }
+    isAsked = 1;
+    const int before = errno;
+    const char byte = 0;
+    [[maybe_unused]] const ssize_t written = ::write(wakingEnd, &byte, 1);
+    errno = before;
+}
+
+} // namespace
+
+bool isErrorOutputTerminal() { return ::isatty(STDERR_FILENO) != 0; }
+
+struct Interruption::Watch {
+    explicit Watch(std::function<void()> onAsked)
+        : ends(makePipe()), notifier(ends[0], QSocketNotifier::Read), asked(std::move(onAsked))
+    {
+        QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [this] {
+            notifier.setEnabled(false);
+            asked();
+        });
+        isAsked = 0;
+        wakingEnd = ends[1];
+        struct sigaction action = {};
+        action.sa_handler = ask;
+        action.sa_flags = SA_RESTART;
+        for (std::size_t i = 0; i < endingSignals.size(); ++i) {
+            ::sigaction(endingSignals[i], nullptr, &before[i]);
+            if (before[i].sa_handler != SIG_IGN) // as under nohup, which is to be obeyed
+                ::sigaction(endingSignals[i], &action, nullptr);
+        }
+    }
+
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+    ~Watch()
+    {
+        for (std::size_t i = 0; i < endingSignals.size(); ++i)
+            ::sigaction(endingSignals[i], &before[i], nullptr);
+        for (const int end : ends)
+            ::close(end);
+    }
+
+    static std::array<int, 2> makePipe()
+    {
+        std::array<int, 2> ends{};
+        if (::pipe(ends.data()) != 0)
+            throw std::system_error(errno, std::generic_category(), "pipe");
+        for (const int end : ends)
+            ::fcntl(end, F_SETFD, FD_CLOEXEC);
+        return ends;
+    }
+
+    std::array<int, 2> ends; ///< of a pipe: read, write
+    QSocketNotifier notifier;
+    std::function<void()> asked;
+    std::array<struct sigaction, endingSignals.size()> before{};
+};
+
+Interruption::Interruption(std::function<void()> onAsked)
+    : watch_(std::make_unique<Watch>(std::move(onAsked)))
+{
+}
+
+Interruption::~Interruption() = default;
+
+} // namespace zint

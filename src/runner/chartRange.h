@@ -1,0 +1,43 @@
+#pragma once
+
+namespace zint {
+
+/// Which part of a run the chart shows: the last minutes while polling runs, the whole run, or what the user
+/// went to. Times are seconds since the first start of polling.
+class ChartRange {
+public:
+    static constexpr double shortest = 1; ///< the store knows whole seconds; closer there is nothing to see
+
+    double from() const;
+    double to() const;
+
+    /// Tells where the run has come to. A start begins to follow it; its end shows the whole run to those who
+    /// followed.
+    void setEnd(double end, bool isRunning);
+
+    /// What is shown of a run that is on, in seconds; goes back to following it.
+    void setWindow(double seconds);
+
+    void showAll();
+
+    /// @param factor below 1 shows less. @param at the moment that stays where it is. The newest moment stays
+    /// where it is while the run is followed.
+    void zoom(double factor, double at);
+
+    void pan(double seconds); ///< below 0: to what was before
+
+private:
+    enum class Shown { newest, all, part };
+
+    double longest() const;
+    void showPart(double from, double span);
+
+    Shown shown_ = Shown::all;
+    double window_ = 300;
+    double span_ = 300; ///< of what is shown, unless it is the whole run
+    double from_ = 0;   ///< of a part
+    double end_ = 0;
+    bool isRunning_ = false;
+};
+
+} // namespace zint

@@ -1,0 +1,54 @@
+#include "runner/dataLog.h"
+
+#include "designer/designFile.h"
+#include "runner/lineWriter.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace zint {
+namespace {
+
+void writeBlock(LineWriter& lines, const SampleStore& samples, std::size_t event)
+{
+    const std::int32_t header = samples.events()[event].header;
+    if (header == EventTotals::none)
+        return;
+    lines << "##" << event + 1;
+    lines.endLine();
+    for (std::int32_t index = header + 1; index > 0;) {
+        const SampleRecord& sample = samples[static_cast<std::size_t>(index)];
+        lines << sample.time << ',' << sample.value;
+        lines.endLine();
+        index = sample.link;
+    }
+}
+
+} // namespace
+
+void writeLog(std::ostream& stream, const Design& design, const SampleStore& samples,
+              const std::string& firstStart)
+{
+    writeDesign(stream, design, EventFields::withoutReserved);
+    LineWriter lines(stream);
+    lines << firstStart;
+    lines.endLine();
+    lines << ' ' << samples.size() << ' ';
+    lines.endLine();
+    for (std::size_t event = 0; event < samples.events().size(); ++event)
+        writeBlock(lines, samples, event);
+    lines.flush();
+}
+
+void writeDebugDump(std::ostream& stream, const SampleStore& samples)
+{
+    LineWriter lines(stream);
+    for (std::size_t index = 0; index < samples.size(); ++index) {
+        const SampleRecord& record = samples[index];
+        lines << record.link << ',' << record.value << ',' << record.time;
+        lines.endLine();
+    }
+    lines.flush();
+}
+
+} // namespace zint

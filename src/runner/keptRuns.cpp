@@ -1,0 +1,340 @@
+#include "runner/keptRuns.h"
+
+#include "designer/designFile.h"
+#include "shared/module1.h"
+#include "shared/textFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <filesystem>
+#include <iterator>
+#include <limits>
+#include <optional>
+#include <sstream>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace zint {
+namespace {
+
+namespace fs = std::filesystem;
+using std::chrono::milliseconds;
+using std::chrono::system_clock;
+
+constexpr std::size_t mostKept = 10;
+constexpr std::size_t handOverSize = 65536;
+constexpr std::size_t longestSample = 64; // three numbers of at most 20 digits, and what is between them
+constexpr std::size_t readSize = 262144;
+constexpr std::string_view leftLine = "left";
+constexpr std::string_view leftMark = "left\r\n";
+
+/// The event (from 0) of each record; a record tells its event only by the chain in which it hangs.
+std::vector<std::uint8_t> eventsOf(const SampleStore& samples)
+{
+    static_assert(Design::maxEvents <= std::numeric_limits<std::uint8_t>::max());
+    std::vector<std::uint8_t> events(samples.size());
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const SampleRecord& record = samples[i];
+        if (record.isHeader()) // the event's first sample is the next record
+            events.at(i + 1) = events[i] = static_cast<std::uint8_t>(record.value - 1);
+        else if (record.link != 0)
+            events.at(static_cast<std::size_t>(record.link)) = events[i];
+    }
+    return events;
+}
+
+char* appendNumber(char* place, char* end, std::int64_t number, char separator)
+{
+    place = std::to_chars(place, end, number).ptr;
+    *place++ = separator;
+    return place;
+}
+
+/// Takes a number and the separator behind it off the line. @return whether they were there
+bool takeNumber(std::string_view& line, std::int32_t& number, std::string_view separator)
+{
+    const auto [stop, error] = std::from_chars(line.data(), line.data() + line.size(), number);
+    if (error != std::errc())
+        return false;
+    line.remove_prefix(static_cast<std::size_t>(stop - line.data()));
+    if (!line.starts_with(separator))
+        return false;
+    line.remove_prefix(separator.size());
+    return true;
+}
+
+/// Stores the sample of a line, if it has one. @return whether the line is whole
+bool takeLine(std::string_view line, SampleStore& samples)
+{
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+    if (line == leftLine)
+        return true;
+    std::int32_t event = 0;
+    std::int32_t time = 0;
+    std::int32_t value = 0;
+    if (!takeNumber(line, event, ",") || !takeNumber(line, time, ",") || !takeNumber(line, value, "") ||
+        !line.empty())
+        return false;
+    if (event < 1 || static_cast<std::size_t>(event) > samples.events().size())
+        return false;
+    samples.add(static_cast<std::size_t>(event) - 1, value, time);
+    return true;
+}
+
+/// Reads up to the end or the first line that is not whole.
+void readSamples(std::istream& stream, SampleStore& samples)
+{
+    std::vector<char> block(readSize);
+    std::size_t rest = 0; // the beginning of a line whose end is in the next block
+    while (rest < block.size()) {
+        stream.read(block.data() + rest, static_cast<std::streamsize>(block.size() - rest));
+        if (stream.gcount() == 0)
+            return;
+        std::string_view text(block.data(), rest + static_cast<std::size_t>(stream.gcount()));
+        for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+            if (!takeLine(text.substr(0, end), samples))
+                return;
+            text.remove_prefix(end + 1);
+        }
+        std::ranges::copy(text, block.begin());
+        rest = text.size();
+    }
+}
+
+/// How many samples stand in the rest of a file that is not damaged: it would take long to look at each.
+std::int64_t countSamples(std::istream& stream)
+{
+    std::vector<char> block(readSize);
+    std::int64_t count = 0;
+    do {
+        stream.read(block.data(), static_cast<std::streamsize>(block.size()));
+        const auto end = block.begin() + stream.gcount();
+        count += std::count(block.begin(), end, '\n') - std::count(block.begin(), end, leftLine.front());
+    } while (stream);
+    return count;
+}
+
+struct Head {
+    Design design;
+    system_clock::time_point firstStart;
+};
+
+Head readHead(std::istream& stream, const std::string& path)
+{
+    try {
+        Head head{.design = readDesign(stream)};
+        LineReader lines(stream);
+        const std::string line = lines.next().value_or("");
+        std::int64_t start = 0;
+        const char* const end = line.data() + line.size();
+        const auto [stop, error] = std::from_chars(line.data(), end, start);
+        constexpr auto latest = std::chrono::duration_cast<milliseconds>(system_clock::duration::max());
+        const bool isTime = start >= -latest.count() && start <= latest.count();
+        if (error != std::errc() || stop != end || !isTime || !lines.isEnded())
+            throw FileError("the time of its start is missing");
+        head.firstStart += milliseconds(start);
+        return head;
+    } catch (const std::runtime_error& error) {
+        throw FileError("\"" + path + "\" can't be read: " + error.what());
+    }
+}
+
+std::optional<std::string> summaryOf(const std::string& path,
+                                     const std::function<std::string(system_clock::time_point)>& dateText)
+{
+    std::string text;
+    try {
+        readFile(path, [&](std::istream& stream) {
+            const Head head = readHead(stream, path);
+            if (const std::int64_t count = countSamples(stream); count > 0)
+                text = dateText(head.firstStart) + "   " + head.design.title() + " (" +
+                       std::to_string(count) + " samples)";
+        });
+    } catch (const std::exception&) { // a file that is damaged, or gone by now
+        return std::nullopt;
+    }
+    return text.empty() ? std::nullopt : std::optional(text);
+}
+
+bool isMarkedLeft(const std::string& path)
+{
+    std::ifstream stream(utf8Path(path), std::ios::binary);
+    std::array<char, leftMark.size()> tail{};
+    stream.seekg(-static_cast<std::streamoff>(tail.size()), std::ios::end);
+    stream.read(tail.data(), tail.size());
+    return stream && std::string_view(tail.data(), tail.size()) == leftMark;
+}
+
+/// Tells in the file that it was left. Its time stays that of its last sample. @return whether it could be
+/// done
+bool markLeft(const std::string& path)
+{
+    const fs::path file = utf8Path(path);
+    std::error_code error;
+    const auto changed = fs::last_write_time(file, error);
+    if (error)
+        return false;
+    std::ofstream stream(file, std::ios::binary | std::ios::app);
+    stream << leftMark;
+    stream.close();
+    fs::last_write_time(file, changed, error);
+    return !stream.fail();
+}
+
+void removeFile(const std::string& path)
+{
+    std::error_code ignored;
+    fs::remove(utf8Path(path), ignored);
+}
+
+} // namespace
+
+KeptRuns::KeptRuns(std::string folder, std::function<std::string(system_clock::time_point)> dateText,
+                   std::uintmax_t mostBytes)
+    : files_(std::move(folder), ".run", mostKept, mostBytes), dateText_(std::move(dateText))
+{
+}
+
+void KeptRuns::begin(const Design& design, const SampleStore& samples, system_clock::time_point firstStart)
+{
+    if (keeping_ && !samples.isEmpty())
+        return;
+    samples.isEmpty() ? leave() : forget(); // a file that failed: what it holds is in the store as well
+    std::ostringstream head;
+    writeDesign(head, design);
+    head << std::chrono::floor<milliseconds>(firstStart).time_since_epoch().count() << lineEnd;
+    const std::vector<std::uint8_t> events = eventsOf(samples);
+    head_ = head.str();
+    waiting_.resize(handOverSize + longestSample);
+    path_ = files_.newPath();
+    keeping_ = true;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        if (const SampleRecord& record = samples[i]; !record.isHeader())
+            add(events[i], record.value, record.time);
+    }
+    flush();
+}
+
+void KeptRuns::add(std::size_t event, std::int32_t value, std::int32_t time)
+{
+    if (!keeping_)
+        return;
+    char* const end = waiting_.data() + waiting_.size();
+    char* place = waiting_.data() + waitingSize_;
+    place = appendNumber(place, end, static_cast<std::int64_t>(event) + 1, ',');
+    place = appendNumber(place, end, time, ',');
+    place = appendNumber(place, end, value, '\r');
+    *place++ = '\n';
+    waitingSize_ = static_cast<std::size_t>(place - waiting_.data());
+    if (waitingSize_ >= handOverSize)
+        handOver();
+}
+
+void KeptRuns::flush()
+{
+    if (keeping_ && waitingSize_ > 0)
+        handOver();
+    if (const int number = std::exchange(failure_, 0); number != 0)
+        throw FileError("\"" + path_ + "\" can't be written: " + std::generic_category().message(number));
+}
+
+/// Writes what waits. When that fails, nothing more is kept and `failure_` says why.
+void KeptRuns::handOver()
+{
+    try {
+        errno = 0;
+        if (!stream_.is_open()) {
+            stream_.rdbuf()->pubsetbuf(nullptr, 0); // else close() would write again what failed in part
+            stream_.open(utf8Path(path_), std::ios::binary | std::ios::app);
+            stream_ << head_;
+        }
+        stream_.write(waiting_.data(), static_cast<std::streamsize>(waitingSize_));
+        if (!stream_)
+            failure_ = errno != 0 ? errno : EIO;
+    } catch (const std::exception&) {
+        failure_ = ENOMEM; // the path's copy is all that can fail
+    }
+    waitingSize_ = 0;
+    if (failure_ != 0) {
+        stream_.close();
+        keeping_ = false;
+    }
+}
+
+/// From now on there is no present run. Its file stays as it is.
+void KeptRuns::close()
+{
+    stream_.close();
+    keeping_ = false;
+    path_.clear();
+    waitingSize_ = 0;
+    failure_ = 0;
+}
+
+void KeptRuns::forget()
+{
+    const std::string path = path_;
+    close();
+    if (!path.empty())
+        removeFile(path);
+}
+
+void KeptRuns::leave()
+{
+    if (keeping_ && waitingSize_ > 0)
+        handOver();
+    const std::string path = path_;
+    close();
+    if (!path.empty())
+        markLeft(path);
+    files_.prune();
+}
+
+bool KeptRuns::takeCutOff()
+{
+    bool found = false;
+    try {
+        files_.prune();
+        for (const KeptFiles::File& file : files_.newestFirst()) {
+            if (file.path != path_ && !isMarkedLeft(file.path) && markLeft(file.path))
+                found = summaryOf(file.path, dateText_).has_value() || found;
+        }
+    } catch (const std::exception&) {
+        return found;
+    }
+    return found;
+}
+
+std::vector<KeptRuns::Entry> KeptRuns::list() const
+{
+    std::vector<Entry> entries;
+    for (const KeptFiles::File& file : files_.newestFirst()) {
+        if (file.path == path_)
+            continue;
+        if (const auto text = summaryOf(file.path, dateText_))
+            entries.push_back({file.path, *text});
+    }
+    return entries;
+}
+
+KeptRun KeptRuns::load(const Entry& entry)
+{
+    KeptRun run;
+    readFile(entry.path, [&](std::istream& stream) {
+        const Head head = readHead(stream, entry.path);
+        run.design = head.design;
+        run.firstStart = head.firstStart;
+        run.samples.reset(run.design);
+        readSamples(stream, run.samples);
+    });
+    return run;
+}
+
+void KeptRuns::remove(const Entry& entry) { removeFile(entry.path); }
+
+} // namespace zint

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "catalogue/design.h"
+#include "runner/sampleStore.h"
+#include "shared/keptFiles.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace zint {
+
+/// A run that can be recovered.
+struct KeptRun {
+    Design design;
+    std::chrono::system_clock::time_point firstStart;
+    SampleStore samples;
+};
+
+/// The user's unsaved runs, so that no sample is lost: the present one, to which each sample is appended as
+/// it comes, and those that were reset, left, or cut off by a crash; the last ten, of at most 1 GB together.
+///
+/// A file holds the design as writeDesign() writes it, a line with the first start in milliseconds since
+/// 1970, and a line "event,time,value" for each sample, events from 1, in the order in which they came. A
+/// line "left" ends a run that was properly left. Another running program may take a file that is being
+/// written for one of a crash, so that readers skip that line wherever it stands.
+class KeptRuns {
+public:
+    struct Entry {
+        std::string path;
+        std::string text; ///< date, title and sample count, for the user
+    };
+
+    /// @param folder is made when it is needed. @param dateText writes a time as the user reads it
+    /// @param mostBytes that are kept together; the newest run stays whatever its size
+    KeptRuns(std::string folder, std::function<std::string(std::chrono::system_clock::time_point)> dateText,
+             std::uintmax_t mostBytes = 1'000'000'000);
+
+    /// Makes sure that the present run is kept from here on: goes on with its file, or begins one with what
+    /// the store holds already. A file comes into being with its first sample. After a failure it begins
+    /// anew, in place of what the failed file holds. @throws FileError
+    void begin(const Design& design, const SampleStore& samples,
+               std::chrono::system_clock::time_point firstStart);
+
+    /// Whether begin() was called and nothing has failed or ended since.
+    bool isKeeping() const { return keeping_; }
+
+    /// Appends a sample; does nothing unless a run is being kept. Never throws: flush() tells what failed.
+    /// @param event from 0
+    void add(std::size_t event, std::int32_t value, std::int32_t time);
+
+    /// Hands what was added to the system; call it about once a second, even if isKeeping() says no by then.
+    /// @throws FileError when that fails (a full disk) or failed in add() since the last call; the file stays
+    /// as it is and nothing more is kept
+    void flush();
+
+    /// Removes the present run's file: its log was saved.
+    void forget();
+
+    /// Closes the present run's file, which stays; removes what is too old or too much. Call it before the
+    /// store is emptied, even after a failure. Never throws: call flush() before to hear what fails.
+    void leave();
+
+    /// Whether a run was cut off by a crash since this was last asked. Never throws.
+    bool takeCutOff();
+
+    /// What can be recovered, the newest first; not the present run, and nothing that can't be read or has no
+    /// sample.
+    std::vector<Entry> list() const;
+
+    /// Reads a run, up to the first damage if there is one. @throws FileError when the file can't be opened
+    /// or its design or start can't be read
+    static KeptRun load(const Entry& entry);
+
+    /// Removes one that has been saved as a log.
+    static void remove(const Entry& entry);
+
+private:
+    void handOver();
+    void close();
+
+    KeptFiles files_;
+    std::function<std::string(std::chrono::system_clock::time_point)> dateText_;
+    bool keeping_ = false;
+    std::string path_;     ///< of the present run's file, also after a failure; empty when there is none
+    std::string head_;     ///< what it begins with
+    std::ofstream stream_; ///< open from the first handing over on
+    std::vector<char> waiting_;
+    std::size_t waitingSize_ = 0; ///< how much of it is used; whole lines always
+    int failure_ = 0; ///< the system's number for what flush() has yet to tell; 0 when there is nothing
+};
+
+} // namespace zint

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "shared/textFile.h"
+
+#include <array>
+#include <charconv>
+#include <concepts>
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace zint {
+
+/// Writes lines to a stream, which gets them in large pieces: a run may have millions of them.
+class LineWriter {
+public:
+    explicit LineWriter(std::ostream& stream) : stream_(stream) {}
+
+    LineWriter& operator<<(std::string_view words)
+    {
+        text_ += words;
+        return *this;
+    }
+    LineWriter& operator<<(char character)
+    {
+        text_ += character;
+        return *this;
+    }
+    template <std::integral Number>
+    LineWriter& operator<<(Number number)
+    {
+        std::array<char, 24> digits; // NOLINT(cppcoreguidelines-pro-type-member-init): to_chars fills it
+        const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+        text_.append(digits.data(), result.ptr);
+        return *this;
+    }
+
+    /// For whatever appends to a text.
+    std::string& text() { return text_; }
+
+    void endLine()
+    {
+        text_ += lineEnd;
+        if (text_.size() >= pieceSize)
+            flush();
+    }
+
+    /// Hands over what is left; to be called at the end.
+    void flush()
+    {
+        stream_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
+        text_.clear();
+    }
+
+private:
+    static constexpr std::size_t pieceSize = 65536;
+
+    std::ostream& stream_;
+    std::string text_;
+};
+
+} // namespace zint

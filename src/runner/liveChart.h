@@ -1,0 +1,41 @@
+#pragma once
+
+#include "catalogue/design.h"
+#include "runner/sampleStore.h"
+#include "shared/eventGate.h"
+#include "shared/fileDialogs.h"
+#include "shared/programValues.h"
+
+#include <QWidget>
+
+namespace zint {
+
+/// The poll runner's chart: a line per checked event over time. It repaints itself a few times a second while
+/// it is visible and polling runs, by looking into the store.
+class LiveChart : public QWidget {
+public:
+    using QWidget::QWidget;
+
+    /// Tells what to show. Both outlive the chart; the design stays as it is.
+    virtual void setRun(const Design& design, const SampleStore& samples) = 0;
+
+    /// Tells whether polling runs. It costs next to nothing, so call it whenever the panel may have changed;
+    /// call it at any rate after the store was emptied and before it is filled again.
+    virtual void setRunning(bool isRunning) = 0;
+};
+
+/// What the chart asks of its window; all of it outlives the chart.
+struct LiveChartSurroundings {
+    EventGate& gate; ///< shows what goes wrong when a picture is written
+    FileDialogs& dialogs;
+    ProgramValues& values;
+};
+
+/// @return nothing when the program was built without charts
+#ifdef ZINT_CHARTS
+LiveChart* makeLiveChart(const LiveChartSurroundings& surroundings, QWidget* parent);
+#else
+inline LiveChart* makeLiveChart(const LiveChartSurroundings&, QWidget*) { return nullptr; }
+#endif
+
+} // namespace zint

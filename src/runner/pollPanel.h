@@ -1,0 +1,53 @@
+#pragma once
+
+#include "link/linkCounters.h"
+
+#include <string>
+#include <vector>
+
+namespace zint {
+
+/// What the poll runner shows; members are named after its controls.
+struct PollPanel {
+    struct TextBox {
+        std::string text;
+        bool enabled = true;
+    };
+
+    /// How a row of the grid is shaded.
+    enum class Shade {
+        usual,
+        constant, ///< all values were the same
+        error     ///< there was a bad reply
+    };
+
+    struct Row {
+        std::string description;
+        std::string value;
+        std::string samples;
+        std::string minimum;
+        std::string maximum;
+        bool minimumIsNew = false; ///< differs from what the last refresh showed
+        bool maximumIsNew = false;
+        Shade shade = Shade::usual;
+        std::string
+            toolTip; ///< good replies per second of this run, and the bad ones; empty before the first
+    };
+
+    struct Progress {
+        double value = 0;     ///< percent of the loops
+        std::string timeLeft; ///< such as "2:05 left"; empty while that is unknown
+    };
+
+    std::string titleLab;
+    std::string statusBox = "Ready";
+    std::string statLab1 = "0 Loops, 0 Events, 0 sec, 0 Events/s";
+    std::string labelStats = LinkCounters::initialText;
+    TextBox textSampleCnt{.text = "1000"};
+    TextBox scnUpdate{.text = "10"}; ///< seconds
+    std::string comStart = "&Start Polling";
+    std::vector<Row> obdGrid;
+    Progress ProgressBar1;
+};
+
+} // namespace zint

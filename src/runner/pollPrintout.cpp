@@ -1,0 +1,39 @@
+#include "runner/pollPrintout.h"
+
+#include "shared/module1.h"
+
+namespace zint {
+namespace {
+
+std::string cell(const char* tag, const std::string& text, bool right)
+{
+    return std::string("<") + tag + (right ? " align=\"right\">" : " align=\"left\">") + htmlText(text) +
+           "</" + tag + ">";
+}
+
+} // namespace
+
+std::string pollPrintout(const Poller& poller,
+                         const std::function<std::string(std::chrono::system_clock::time_point)>& dateText)
+{
+    const PollPanel& panel = poller.panel();
+    std::string html = "<h2>Polling Summary</h2><p><b>" + htmlText(panel.titleLab) + "</b>";
+    if (!poller.samples().isEmpty())
+        html += "<br>First start: " + htmlText(dateText(poller.firstStart())) +
+                "<br>Last start: " + htmlText(dateText(poller.lastStart()));
+    html += "</p><p>" + htmlText(panel.statLab1) + "<br>" + htmlText(panel.labelStats) +
+            " (no data: " + std::to_string(poller.noDataCount()) + ")</p><table cellpadding=\"3\"><tr>" +
+            cell("th", "Description", false);
+    for (const char* heading : {"Value", "Samples", "Min", "Max"})
+        html += cell("th", heading, true);
+    html += "</tr>";
+    for (const PollPanel::Row& row : panel.obdGrid) {
+        html += "<tr>" + cell("td", row.description, false);
+        for (const std::string& text : {row.value, row.samples, row.minimum, row.maximum})
+            html += cell("td", text, true);
+        html += "</tr>";
+    }
+    return html + "</table>";
+}
+
+} // namespace zint

@@ -1,0 +1,82 @@
+#include "runner/sampleStore.h"
+
+#include <algorithm>
+#include <limits>
+#include <new>
+
+namespace zint {
+namespace {
+
+/// Above all that an event of this conversion usually sends, for its minimum to begin with.
+std::int32_t startingMinimum(std::int32_t conversion)
+{
+    constexpr std::int32_t rpm = 5;
+    constexpr std::int32_t airFlow = 17;
+    constexpr std::int32_t displayHex = 20;
+    switch (conversion) {
+    case rpm:
+    case airFlow:
+        return 65536;
+    case displayHex:
+        return -1;
+    default:
+        return 255;
+    }
+}
+
+} // namespace
+
+void SampleStore::reset(const Design& design)
+{
+    blocks_.clear();
+    size_ = 0;
+    events_.clear();
+    for (const DesignEntry& event : design.events())
+        events_.push_back({.minimum = startingMinimum(event.conversion)});
+}
+
+void SampleStore::add(std::size_t event, std::int32_t value, std::int32_t time)
+{
+    EventTotals& totals = events_.at(event);
+    const bool isFirst = totals.lastSample == EventTotals::none;
+    makeRoom(isFirst ? 2 : 1);
+    const auto append = [this](const SampleRecord& record) {
+        const auto index = static_cast<std::int32_t>(size_++);
+        at(index) = record;
+        return index;
+    };
+    if (isFirst)
+        totals.header =
+            append({.value = static_cast<std::int32_t>(event) + 1, .link = SampleRecord::headerLink});
+    const std::int32_t sample = append({.time = time, .value = value});
+    if (!isFirst)
+        at(totals.lastSample).link = sample;
+    totals.lastSample = sample;
+    totals.current = value;
+    ++totals.sampleCount;
+    totals.maximum = std::max(totals.maximum, value);
+    totals.minimum = std::min(totals.minimum, value);
+}
+
+void SampleStore::addError(std::size_t event)
+{
+    EventTotals& totals = events_.at(event);
+    ++totals.errorCount;
+    totals.errorFlag = true;
+}
+
+SampleRecord& SampleStore::at(std::int32_t index)
+{
+    const auto place = static_cast<std::size_t>(index);
+    return (*blocks_[place / blockSize])[place % blockSize];
+}
+
+void SampleStore::makeRoom(std::size_t records)
+{
+    if (size_ + records > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()))
+        throw std::bad_alloc(); // links could not tell them apart
+    while (size_ + records > blocks_.size() * blockSize)
+        blocks_.push_back(std::make_unique<Block>());
+}
+
+} // namespace zint

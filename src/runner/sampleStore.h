@@ -1,0 +1,78 @@
+#pragma once
+
+#include "catalogue/design.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace zint {
+
+/// One record of the sample store: a sample, or the header that stands before the first sample of an event.
+struct SampleRecord {
+    static constexpr std::int32_t headerLink = -1;
+
+    std::int32_t time = 0;  ///< whole seconds since the first start of polling; 0 in a header
+    std::int32_t value = 0; ///< as it was sent; in a header the event's number, from 1
+    std::int32_t link = 0;  ///< the event's next sample, 0 while there is none; headerLink in a header
+
+    bool isHeader() const { return link == headerLink; }
+};
+
+/// What is known of one event of the design.
+struct EventTotals {
+    static constexpr std::int32_t none = -1;
+
+    std::int32_t sampleCount = 0; ///< good replies
+    std::int32_t current = 0;     ///< raw, as all values here
+    std::int32_t maximum = 0;
+    std::int32_t minimum = 255;
+    std::int32_t errorCount = 0; ///< bad replies
+    bool errorFlag = false;      ///< there was a bad reply
+    std::int32_t header = none;  ///< the record before the first sample
+    std::int32_t lastSample = none;
+};
+
+/// All that was sampled, in the order in which it came. Each event's samples are a chain that begins behind
+/// its header and follows the links.
+///
+/// Records stand in blocks that never move, so that growing costs the same at any size.
+class SampleStore {
+public:
+    /// Empties the store and makes it ready for the design's events.
+    void reset(const Design& design);
+
+    /// Stores a good value. @param event from 0. @param time whole seconds since the first start of polling
+    /// @throws std::bad_alloc when there is no room; the store is then as it was
+    void add(std::size_t event, std::int32_t value, std::int32_t time);
+
+    /// Counts a bad reply. @param event from 0
+    void addError(std::size_t event);
+
+    std::size_t size() const { return size_; } ///< records in use, headers included
+    bool isEmpty() const { return size_ == 0; }
+
+    const SampleRecord& operator[](std::size_t index) const
+    {
+        return (*blocks_[index / blockSize])[index % blockSize];
+    }
+
+    std::span<const EventTotals> events() const { return events_; }
+
+private:
+    static constexpr std::size_t blockSize = 65536; // records
+
+    using Block = std::array<SampleRecord, blockSize>;
+
+    SampleRecord& at(std::int32_t index);
+    void makeRoom(std::size_t records);
+
+    std::vector<std::unique_ptr<Block>> blocks_;
+    std::size_t size_ = 0;
+    std::vector<EventTotals> events_;
+};
+
+} // namespace zint

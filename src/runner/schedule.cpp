@@ -1,0 +1,40 @@
+#include "runner/schedule.h"
+
+#include <algorithm>
+#include <span>
+
+namespace zint {
+namespace {
+
+bool isEverDue(const DesignEntry& event) { return event.frequency > 0; }
+
+bool isDueIn(const DesignEntry& event, std::int64_t loop) { return isEverDue(event) && isDue(event, loop); }
+
+} // namespace
+
+std::int64_t nextLoop(const DesignEntry& event, std::int64_t loop)
+{
+    if (!isEverDue(event))
+        return noLoop;
+    const std::int64_t past = (event.offset + loop) % event.frequency;
+    return past > 0 ? loop + event.frequency - past : loop - past;
+}
+
+bool isEverDue(const Design& design)
+{
+    return std::ranges::any_of(design.events(), [](const DesignEntry& event) { return isEverDue(event); });
+}
+
+Turn nextTurn(const Design& design, Turn after)
+{
+    const std::span events = design.events();
+    for (std::size_t event = after.event + 1; event < events.size(); ++event) {
+        if (isDueIn(events[event], after.loop))
+            return {after.loop, event};
+    }
+    const auto firstLoop = [&after](const DesignEntry& event) { return nextLoop(event, after.loop + 1); };
+    const auto next = std::ranges::min_element(events, {}, firstLoop); // of equals the first, as in a pass
+    return {firstLoop(*next), static_cast<std::size_t>(next - events.begin())};
+}
+
+} // namespace zint

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "catalogue/design.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+
+namespace zint {
+
+/// A request's place in a run.
+struct Turn {
+    std::int64_t loop = 0; ///< pass through the design, from 0
+    std::size_t event = 0; ///< of the design, from 0
+
+    bool operator==(const Turn&) const = default;
+};
+
+/// The loop of an event that is never due.
+inline constexpr std::int64_t noLoop = std::numeric_limits<std::int64_t>::max();
+
+/// The first loop from a given one on in which an event is due, or noLoop.
+std::int64_t nextLoop(const DesignEntry& event, std::int64_t loop);
+
+/// Whether the design has an event that is ever due; one with a frequency below 1 never is.
+bool isEverDue(const Design& design);
+
+/// The next request after a turn, possibly many loops later. Takes the same time however far that is.
+/// Legal when an event is ever due.
+Turn nextTurn(const Design& design, Turn after);
+
+} // namespace zint

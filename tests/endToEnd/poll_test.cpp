@@ -1,0 +1,264 @@
+#include "endToEnd/simulator.h"
+#include "endToEnd/zintObd.h"
+#include "runner/keptRuns.h"
+#include "sim/pseudoTerminal.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+#include <sstream>
+
+namespace zint {
+namespace {
+
+/// Asks for values that stay the same all the time, one that the vehicle does not know, and one never.
+constexpr const char* fixedDesign = "Fixed Values\r\n"
+                                    "|-1\r\n"
+                                    "0133|Barometer|9|1|0|0|0\r\n"
+                                    "0105|Unpolled|4|0|0|0|0\r\n"
+                                    "011C|OBD type|20|2|1|0|0\r\n"
+                                    "010A|Not There|0|3|0|0|0\r\n"
+                                    "EOP - end of Parms\r\n";
+
+/// The whole number of seconds that begins a line, where it is counted.
+std::string withoutTimes(const std::string& text)
+{
+    return std::regex_replace(text, std::regex("(\n)[0-9]+(,|\t)"), "$1T$2");
+}
+
+std::string contents(const std::string& path)
+{
+    std::ostringstream text;
+    text << std::ifstream(utf8Path(path), std::ios::binary).rdbuf();
+    return text.str();
+}
+
+std::string line(const std::string& text, std::size_t number)
+{
+    std::istringstream stream(text);
+    std::string found;
+    for (std::size_t i = 0; i < number; ++i)
+        std::getline(stream, found);
+    return found.substr(0, found.find('\r'));
+}
+
+std::size_t fileCount(const std::string& folder)
+{
+    std::error_code missing;
+    const std::filesystem::directory_iterator files(utf8Path(folder), missing);
+    return missing ? 0 : static_cast<std::size_t>(std::distance(begin(files), end(files)));
+}
+
+class PollEndToEnd : public testing::Test {
+protected:
+    PollEndToEnd() { TemporaryFolder::write(design, fixedDesign); }
+
+    QStringList pollArguments(const Simulator& simulator, const char* options) const
+    {
+        return words("poll --port") + QStringList{simulator.path(), QString::fromStdString(design)} +
+               words(options);
+    }
+
+    QStringList fileArguments() const
+    {
+        return {QStringLiteral("--log"), QString::fromStdString(log), QStringLiteral("--export"),
+                QString::fromStdString(table)};
+    }
+
+    static std::string runsOf(const ZintObd& program)
+    {
+        return program.home().path(".local/share/Zint/runs");
+    }
+
+    /// Whether samples of the run have come, and are kept.
+    static bool isSampling(const ZintObd& program)
+    {
+        return QTest::qWaitFor([&] { return fileCount(runsOf(program)) > 0; }, patienceMs);
+    }
+
+    TemporaryFolder folder;
+    std::string design = folder.path("fixed.obc");
+    std::string log = folder.path("run.log");
+    std::string table = folder.path("run.txt");
+};
+
+TEST_F(PollEndToEnd, WritesWhatTheVehicleSent)
+{
+    const Simulator simulator("--latency 0 --no-announcement");
+    ZintObd program(pollArguments(simulator, "--loops 4") + fileArguments());
+    const Outcome run = program.wait();
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(line(run.output, 1), "Fixed Values (3 events)");
+    EXPECT_TRUE(line(run.output, 2).starts_with("4 Loops, 8 Events, ")) << run.output;
+    EXPECT_TRUE(line(run.output, 3).ends_with(" Out: 53 Err: 2")) << run.output << "with ATD at the end";
+    // The least number that is displayed in hexadecimal begins at -1.
+    EXPECT_EQ(run.output.substr(run.output.find("\n\n")), "\n\n"
+                                                          "Event      Value  Samples         Min    Max\n"
+                                                          "Barometer  99kPa        4       99kPa  99kPa\n"
+                                                          "OBD type     &H1        2  &HFFFFFFFF    &H1\n"
+                                                          "Not There      -        0           -      -\n");
+    const std::string saved = contents(log);
+    const std::string date = line(saved, 7);
+    EXPECT_EQ(withoutTimes(saved), "Fixed Values\r\n"
+                                   "|-1\r\n"
+                                   "0133|Barometer|9|1|0\r\n"
+                                   "011C|OBD type|20|2|1\r\n"
+                                   "010A|Not There|0|3|0\r\n"
+                                   "EOP - end of Parms\r\n" +
+                                       date +
+                                       "\r\n"
+                                       " 8 \r\n"
+                                       "##1\r\nT,99\r\nT,99\r\nT,99\r\nT,99\r\n"
+                                       "##2\r\nT,1\r\nT,1\r\n");
+    const std::string exported = contents(table);
+    EXPECT_EQ(withoutTimes(exported), "Fixed Values " + date +
+                                          "\r\n"
+                                          " \r\n"
+                                          "Second(s)\tBarometer(kPa)\tOBD type( )\tNot There( ?)\r\n"
+                                          "T\t99\t\t\r\nT\t99\t&H1\t\r\nT\t99\t\t\r\nT\t99\t&H1\t\r\n");
+    EXPECT_EQ(fileCount(runsOf(program)), 0U) << "what is saved needs no recovery";
+
+    const std::string again = folder.path("again.txt");
+    const Outcome turned =
+        runZint({QStringLiteral("export"), QString::fromStdString(log), QString::fromStdString(again)});
+    EXPECT_EQ(turned.status, 0) << turned.errors;
+    EXPECT_EQ(contents(again), exported);
+}
+
+TEST_F(PollEndToEnd, EndsWhenItsTimeIsOver)
+{
+    const Simulator simulator("--latency 5 --line-speed 38400");
+    QElapsedTimer time;
+    time.start();
+    ZintObd program(pollArguments(simulator, "--seconds 1"));
+    const Outcome run = program.wait();
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_GE(time.elapsed(), 1000);
+    EXPECT_NE(run.output.find(" 1 sec, "), std::string::npos) << run.output;
+    EXPECT_EQ(fileCount(runsOf(program)), 1U) << "an unsaved run can be recovered";
+}
+
+TEST_F(PollEndToEnd, EndsProperlyWhenAskedTo)
+{
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const Simulator simulator("--latency 2");
+        ZintObd program(pollArguments(simulator, "--loops 100000") + fileArguments());
+        ASSERT_TRUE(isSampling(program));
+        program.send(signal);
+        const Outcome run = program.wait();
+        EXPECT_EQ(run.status, 0) << run.errors;
+        EXPECT_TRUE(run.output.starts_with("Fixed Values (3 events)\n")) << run.output;
+        EXPECT_NE(contents(log).find("\r\n##2\r\n"), std::string::npos);
+        EXPECT_EQ(runZint({QStringLiteral("export"), QString::fromStdString(log),
+                           QString::fromStdString(folder.path("again.txt"))})
+                      .status,
+                  0);
+        EXPECT_EQ(contents(folder.path("again.txt")), contents(table));
+        for (const std::string& path : {log, table})
+            std::filesystem::remove(path);
+    }
+}
+
+TEST_F(PollEndToEnd, EndsAtOnceWhenAskedTwice)
+{
+    const Simulator simulator("--latency 2");
+    ZintObd program(pollArguments(simulator, "--loops 100000") + fileArguments());
+    ASSERT_TRUE(isSampling(program));
+    program.send(SIGSTOP); // so that both are there before it can do anything about the first
+    program.send(SIGINT);
+    program.send(SIGTERM);
+    program.send(SIGCONT);
+    EXPECT_EQ(program.wait().status, -1);
+    EXPECT_FALSE(fileExists(log));
+
+    const KeptRuns kept(runsOf(program), [](auto) { return "then"; });
+    ASSERT_EQ(kept.list().size(), 1U) << "it can be recovered";
+    const KeptRun run = KeptRuns::load(kept.list().front());
+    EXPECT_EQ(run.design.title(), "Fixed Values");
+    EXPECT_FALSE(run.samples.isEmpty());
+}
+
+TEST_F(PollEndToEnd, FailuresSayWhyAndKeepWhatThereIs)
+{
+    const struct {
+        const char* simulator;
+        const char* program;
+        const char* complaint;
+        bool isSampled;
+    } rows[] = {
+        {"--no-announcement --disconnect-after 7", "", "com1 - adapter disconnected", true},
+        {"", "--port /dev/no-such-port", "com1 - Comm init error: 2: ", false},
+        {"--ignition-off", "--loops 3", "nothing was sampled", false},
+        {"--no-reset-answer", "--seconds 1", "nothing was sampled", false},
+    };
+    for (const auto& [simulator, program, complaint, isSampled] : rows) {
+        TemporaryFolder::write(log, "from before");
+        const Outcome run = runZint(pollArguments(Simulator(simulator), program) + fileArguments());
+        EXPECT_EQ(run.status, 1) << simulator;
+        EXPECT_NE(run.errors.find(complaint), std::string::npos) << simulator << run.errors;
+        EXPECT_EQ(contents(log).find("\r\n##2\r\n") != std::string::npos, isSampled) << simulator;
+        EXPECT_EQ(contents(log) == "from before", !isSampled) << simulator;
+        EXPECT_EQ(fileExists(table), isSampled) << simulator;
+        std::filesystem::remove(table);
+    }
+}
+
+TEST_F(PollEndToEnd, FilesThatCantBeReadOrWrittenAreTold)
+{
+    const Simulator simulator("--latency 2");
+    const auto refused = [&](const QStringList& arguments, const char* reason) {
+        const Outcome run = runZint(arguments);
+        EXPECT_EQ(run.status, 1) << reason;
+        EXPECT_EQ(run.output, "");
+        EXPECT_NE(run.errors.find(reason), std::string::npos) << run.errors;
+    };
+    const QString missing = QString::fromStdString(folder.path("none/run"));
+    refused(pollArguments(simulator, "--log") + QStringList{missing}, "none/run\" can't be written: No such");
+    refused(pollArguments(simulator, "--export") + QStringList{QString::fromStdString(folder.path())},
+            "it is a folder");
+    refused(words("poll") + QStringList{missing}, "can't be read: No such");
+    TemporaryFolder::write(folder.path("bad.log"), "title\r\n|-1\r\nno event\r\n");
+    refused(words("export") +
+                QStringList{QString::fromStdString(folder.path("bad.log")), QString::fromStdString(table)},
+            "bad.log\": This is no whole data log, line 3: ");
+    EXPECT_FALSE(fileExists(table));
+    TemporaryFolder::write(folder.path("bad.obc"), "title\r\n|fast\r\n");
+    refused(words("poll") + QStringList{QString::fromStdString(folder.path("bad.obc"))},
+            "bad.obc\" is no polling design: Type mismatch");
+
+    const TemporaryFolder other; // goes away while the run is on; the other file must be written all the same
+    ZintObd program(pollArguments(simulator, "--loops 100000 --log") +
+                    QStringList{QString::fromStdString(other.path("run.log")), QStringLiteral("--export"),
+                                QString::fromStdString(table)});
+    ASSERT_TRUE(isSampling(program));
+    std::filesystem::remove_all(other.path());
+    program.send(SIGINT);
+    const Outcome run = program.wait();
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.errors.find("run.log\" can't be written"), std::string::npos) << run.errors;
+    EXPECT_TRUE(fileExists(table));
+    EXPECT_EQ(fileCount(runsOf(program)), 1U) << "it can be recovered";
+}
+
+TEST_F(PollEndToEnd, ATerminalShowsTheProgress)
+{
+    const Simulator simulator("--latency 5");
+    for (const char* options : {"--loops 30", "--seconds 1", "--loops 9 --quiet"}) {
+        PseudoTerminal terminal;
+        ZintObd program(pollArguments(simulator, options), {}, QString::fromStdString(terminal.path()));
+        EXPECT_EQ(program.wait().status, 0) << options;
+        const std::string shown = terminal.read();
+        const std::regex progress(R"((\r[0-9]+%, [0-9]+ Loops(, [0-9:]+ (s )?left)? *)+\r *\r)");
+        if (std::string_view(options).ends_with("quiet"))
+            EXPECT_EQ(shown, "");
+        else
+            EXPECT_TRUE(std::regex_match(shown, progress)) << options << shown;
+    }
+}
+
+} // namespace
+} // namespace zint

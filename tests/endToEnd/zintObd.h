@@ -1,0 +1,69 @@
+#pragma once
+
+#include "endToEnd/simulator.h"
+#include "support/temporaryFolder.h"
+
+#include <QProcess>
+
+#include <signal.h> // NOLINT(modernize-deprecated-headers): <csignal> has no kill
+#include <string>
+
+namespace zint {
+
+/// What a program left behind.
+struct Outcome {
+    int status = -1; ///< -1 when it did not end by itself
+    std::string output;
+    std::string errors;
+};
+
+/// zint-obd without a display, with a home of its own, so that nobody's settings matter.
+class ZintObd {
+public:
+    /// @param errorFile takes standard error when it is given
+    explicit ZintObd(const QStringList& arguments, const QString& outputFile = {},
+                     const QString& errorFile = {})
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char* name :
+             {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
+            environment.remove(QLatin1String(name));
+        environment.insert(QStringLiteral("HOME"), QString::fromStdString(home_.path()));
+        process_.setProcessEnvironment(environment);
+        process_.setWorkingDirectory(QString::fromStdString(home_.path()));
+        if (!outputFile.isEmpty())
+            process_.setStandardOutputFile(outputFile);
+        if (!errorFile.isEmpty())
+            process_.setStandardErrorFile(errorFile);
+        process_.setChildProcessModifier([] { // tests in the background would pass ignored signals on
+            for (const int number : {SIGINT, SIGTERM, SIGHUP})
+                ::signal(number, SIG_DFL);
+        });
+        process_.start(QStringLiteral(ZINT_OBD), arguments);
+        process_.waitForStarted(patienceMs);
+    }
+
+    Outcome wait()
+    {
+        const bool ended = process_.state() == QProcess::NotRunning || process_.waitForFinished(patienceMs);
+        const bool byItself = ended && process_.exitStatus() == QProcess::NormalExit;
+        return {byItself ? process_.exitCode() : -1, process_.readAllStandardOutput().toStdString(),
+                process_.readAllStandardError().toStdString()};
+    }
+
+    void send(int signal) const { ::kill(static_cast<pid_t>(process_.processId()), signal); }
+
+    /// The folder that it starts in and keeps its data in.
+    const TemporaryFolder& home() const { return home_; }
+
+private:
+    TemporaryFolder home_;
+    QProcess process_;
+};
+
+inline Outcome runZint(const QStringList& arguments, const QString& outputFile = {})
+{
+    return ZintObd(arguments, outputFile).wait();
+}
+
+} // namespace zint

@@ -1,0 +1,195 @@
+#include "forms/formTest.h"
+#include "runner/liveChart.h"
+#include "support/scriptedDialogs.h"
+
+#include <QCategoryAxis>
+#include <QChartView>
+#include <QComboBox>
+#include <QImage>
+#include <QLegendMarker>
+#include <QLineSeries>
+#include <QListWidget>
+#include <QValueAxis>
+
+namespace zint {
+namespace {
+
+constexpr std::int32_t celsius = 3;
+constexpr std::int32_t rpm = 5;
+constexpr std::int32_t mph = 7;
+constexpr std::int32_t fuelStatus = 21;
+
+struct LiveChartTest : FormTest {
+    SampleStore samples;
+    ScriptedDialogs dialogs;
+    EventGate gate;
+    std::string failure;
+    LiveChart* chart = nullptr;
+
+    LiveChartTest()
+    {
+        const std::pair<const char*, std::int32_t> events[] = {
+            {"Engine RPM", rpm},  {"Fuel System", fuelStatus}, {"Speed", mph},
+            {"Coolant", celsius}, {"Intake Air", celsius},     {"Road Speed", mph},
+        };
+        design.eventCount() = static_cast<std::int32_t>(std::size(events));
+        for (std::size_t i = 0; const auto& [description, conversion] : events)
+            design.events()[i++] = {.code = "0100", .description = description, .conversion = conversion};
+        samples.reset(design);
+        gate.onError = [this](const std::string& text) { failure = text; };
+        chart = makeLiveChart({gate, dialogs, values}, nullptr);
+        form = chart;
+        chart->setRun(design, samples);
+        chart->resize(800, 500);
+        chart->show();
+    }
+
+    void poll(std::int32_t from, std::int32_t to)
+    {
+        for (std::int32_t time = from; time < to; ++time) {
+            for (std::size_t event = 0; event < samples.events().size(); ++event)
+                samples.add(event, 40 + time % 100, time);
+        }
+    }
+
+    QChart& drawing() { return *control<QChartView>("chartView")->chart(); }
+
+    std::vector<std::string> names()
+    {
+        std::vector<std::string> found;
+        for (const QAbstractSeries* series : drawing().series())
+            found.push_back(series->name().toStdString());
+        return found;
+    }
+
+    qsizetype points() { return qobject_cast<QLineSeries*>(drawing().series().at(0))->count(); }
+
+    /// What the time axis shows.
+    std::pair<double, double> shown()
+    {
+        const auto* axis = qobject_cast<QValueAxis*>(drawing().axes(Qt::Horizontal).at(0));
+        return {axis->min(), axis->max()};
+    }
+
+    void key(Qt::Key key) { QTest::keyClick(control<QWidget>("chartView"), key); }
+
+    void check(int row, Qt::CheckState state)
+    {
+        control<QListWidget>("chartEvents")->item(row)->setCheckState(state);
+    }
+};
+
+TEST_F(LiveChartTest, DrawsTheCheckedEventsThatHaveNumbers)
+{
+    poll(0, 100);
+    chart->setRunning(true);
+    EXPECT_EQ(control<QListWidget>("chartEvents")->count(), 5); // a status is no number
+    EXPECT_EQ(names(), (std::vector<std::string>{"Engine RPM (rpm)", "Speed (mph)", "Coolant (C, 0..100)",
+                                                 "Intake Air (C, 0..100)"}));
+    EXPECT_EQ(points(), 100);
+
+    check(0, Qt::Unchecked);
+    check(4, Qt::Checked);
+    EXPECT_EQ(names(),
+              (std::vector<std::string>{"Speed (mph)", "Coolant (C)", "Intake Air (C)", "Road Speed (mph)"}));
+    std::set<QRgb> colours;
+    for (const QAbstractSeries* series : drawing().series())
+        colours.insert(qobject_cast<const QLineSeries*>(series)->pen().color().rgb());
+    EXPECT_EQ(colours.size(), 4U);
+
+    for (int row = 0; row < 5; ++row)
+        check(row, Qt::Unchecked);
+    EXPECT_TRUE(names().empty());
+}
+
+TEST_F(LiveChartTest, FollowsARunUnlessItIsPausedAndShowsAllOfItInTheEnd)
+{
+    chart->setRunning(true);
+    poll(0, 400);
+    EXPECT_TRUE(waitUntil([this] { return shown() == std::pair(99.0, 399.0); }));
+    auto* minutes = control<QComboBox>("chartWindow");
+    QTest::keyClick(minutes, Qt::Key_Up);
+    EXPECT_EQ(shown(), std::pair(339.0, 399.0));
+
+    key(Qt::Key_Space);
+    poll(400, 500);
+    QTest::qWait(400);
+    EXPECT_EQ(shown(), std::pair(339.0, 399.0));
+    click("chartPause");
+    EXPECT_EQ(shown(), std::pair(439.0, 499.0));
+
+    chart->setRunning(false);
+    EXPECT_EQ(shown(), std::pair(0.0, 499.0));
+
+    samples.reset(design);
+    chart->setRunning(false);
+    EXPECT_EQ(points(), 0);
+}
+
+TEST_F(LiveChartTest, ZoomsAndPansByButtonsKeysAndMouse)
+{
+    poll(0, 101);
+    chart->setRunning(true);
+    chart->setRunning(false);
+    ASSERT_EQ(shown(), std::pair(0.0, 100.0));
+    click("chartZoomIn");
+    const auto [from, to] = shown();
+    EXPECT_NEAR(from, 15, 0.01);
+    EXPECT_NEAR(to, 85, 0.01);
+    key(Qt::Key_Right);
+    EXPECT_NEAR(shown().first, 22, 0.01);
+    key(Qt::Key_Left);
+    key(Qt::Key_Plus);
+    EXPECT_NEAR(shown().second - shown().first, 49, 0.01);
+    key(Qt::Key_Minus);
+    EXPECT_NEAR(shown().first, 15, 0.01);
+
+    QWidget* view = control<QChartView>("chartView")->viewport();
+    const QRectF plot = drawing().plotArea();
+    const QPoint start = plot.center().toPoint();
+    QTest::mousePress(view, Qt::LeftButton, {}, start);
+    QTest::mouseMove(view, start + QPoint(static_cast<int>(plot.width() / 7), 0)); // a tenth of the run
+    QTest::mouseRelease(view, Qt::LeftButton, {}, start);
+    EXPECT_NEAR(shown().first, 5, 0.2);
+
+    key(Qt::Key_Home);
+    EXPECT_EQ(shown(), std::pair(0.0, 100.0));
+    QWheelEvent turn(QPointF(plot.left(), start.y()), view->mapToGlobal(QPointF(plot.left(), start.y())), {},
+                     {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(view, &turn);
+    EXPECT_NEAR(shown().first, 0, 1); // what is under the pointer stays there
+    EXPECT_NEAR(shown().second, 70, 1);
+    click("chartAll");
+    EXPECT_EQ(shown(), std::pair(0.0, 100.0));
+}
+
+TEST_F(LiveChartTest, SavesAPictureOrTellsWhyNot)
+{
+    poll(0, 100);
+    chart->setRunning(true);
+    dialogs.chosen = folder.path("picture.png");
+    click("chartSave");
+    const QImage picture(QString::fromStdString(folder.path("picture.png")));
+    EXPECT_GT(picture.width(), 300);
+    std::set<QRgb> colours;
+    for (int x = 0; x < picture.width(); ++x) {
+        for (int y = 0; y < picture.height(); ++y)
+            colours.insert(picture.pixel(x, y));
+    }
+    for (const QAbstractSeries* series : drawing().series())
+        EXPECT_TRUE(colours.contains(qobject_cast<const QLineSeries*>(series)->pen().color().rgb()));
+    EXPECT_EQ(values.parmInitDir, folder.path());
+    EXPECT_EQ(failure, "");
+
+    dialogs.chosen = folder.path("no folder/picture.png");
+    click("chartSave");
+    EXPECT_NE(failure.find("picture.png"), std::string::npos);
+    failure.clear();
+    click("chartSave"); // cancelled
+    EXPECT_EQ(failure, "");
+    EXPECT_EQ(dialogs.asked,
+              "save " + folder.path() + "|chart.png|Pictures (*.png)|*.png|All files (*.*)|*.*");
+}
+
+} // namespace
+} // namespace zint

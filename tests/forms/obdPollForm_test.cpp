@@ -1,0 +1,88 @@
+#include "forms/formTest.h"
+#include "runner/obdPollForm.h"
+
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QTableView>
+#include <QToolButton>
+
+namespace zint {
+namespace {
+
+struct ObdPollFormTest : FormTest {
+    QTableView* grid = nullptr;
+
+    ObdPollFormTest()
+    {
+        design.title() = "Car";
+        design.eventCount() = design.polledCount() = 2;
+        design.events()[0] = {.code = "010C", .description = "Engine RPM", .conversion = 5, .frequency = 1};
+        design.events()[1] = {.code = "0105", .description = "Coolant", .conversion = 3, .frequency = 1};
+        context.goDesigning = [this] { opened.push_back(Tool::pollDesigner); };
+        form = new obdPollForm(context);
+        form->show();
+        grid = control<QTableView>("obdGrid");
+    }
+
+    QVariant cell(int row, int column, int role = Qt::DisplayRole) const
+    {
+        return grid->model()->index(row, column).data(role);
+    }
+};
+
+TEST_F(ObdPollFormTest, ShowsARunAndItsEnd)
+{
+    EXPECT_EQ(textOf("titleLab"), u"Car (2 events)");
+    EXPECT_EQ(textOf("statusBox"), u"Ready");
+    EXPECT_EQ(cell(0, 0).toString(), u"Engine RPM");
+    control<QLineEdit>("textSampleCnt")->clear();
+    QTest::keyClicks(control<QLineEdit>("textSampleCnt"), QStringLiteral("1"));
+    control<QAction>("mnuResetVal")->trigger();
+    adapter->expectOpening();
+    adapter->expect("010C\r").answer("41 0C 1F 40 \r\r>");
+    adapter->expect("0105\r").answer("STOPPED\r\r>");
+    adapter->expect("ATD\r");
+    click("comStart");
+    EXPECT_EQ(textOf("comStart"), u"Stop Polling");
+    EXPECT_FALSE(control<QLineEdit>("scnUpdate")->isEnabled());
+    adapter->play();
+    EXPECT_EQ(textOf("statusBox"), u"Completed Polling, all samples filled");
+    EXPECT_EQ(control<QProgressBar>("ProgressBar1")->text(), u"100%");
+    EXPECT_EQ(cell(0, 1).toString(), u"2000rpm");
+    EXPECT_EQ(cell(0, 4, Qt::ForegroundRole).value<QColor>(), form->palette().color(QPalette::Highlight))
+        << "a new maximum";
+    EXPECT_EQ(cell(1, 1, Qt::BackgroundRole).value<QColor>(), QColor(Qt::yellow));
+    EXPECT_EQ(cell(1, 0, Qt::ToolTipRole).toString(), u"1 bad reply");
+
+    QString message;
+    answerNextBox(QMessageBox::Ok, &message);
+    control<QAction>("mnuComStart")->trigger();
+    EXPECT_EQ(message, u"All samples filled, reset values before polling again");
+}
+
+TEST_F(ObdPollFormTest, ToolbarKeysAndTheWayToTheDesigner)
+{
+    const std::pair<const char*, const char*> tips[] = {
+        {"newPoll", "F1 New Poll / Reset Data"}, {"saveData", "F2 Save Data"},
+        {"loadData", "F3 Load Data from File"},  {"printDesign", "F4 Print Design File"},
+        {"exportData", "F5 Export Data"},        {"openDesign", "F6 Open Designer Window"},
+    };
+    for (const auto& [key, tip] : tips) {
+        const auto* button = control<QToolButton>(key);
+        EXPECT_EQ(button->toolTip(), QLatin1String(tip));
+        EXPECT_EQ(button->defaultAction()->shortcut().toString(), button->toolTip().left(2));
+    }
+    adapter->expectOpening();
+    adapter->expect("010C\r");
+    adapter->expect("ATD\r");
+    control<QAction>("mnuComStart")->trigger();
+    adapter->play();
+    form->setAttribute(Qt::WA_DeleteOnClose, false);
+    control<QAction>("mnuDesigner")->trigger();
+    EXPECT_EQ(opened, std::vector{Tool::pollDesigner});
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_FALSE(adapter->isOpen());
+}
+
+} // namespace
+} // namespace zint

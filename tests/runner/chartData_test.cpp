@@ -1,0 +1,263 @@
+#include "runner/chartAxes.h"
+#include "runner/chartData.h"
+#include "runner/chartRange.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <random>
+
+namespace zint {
+
+void PrintTo(const ChartPoint& point, std::ostream* stream) { *stream << point.time << ": " << point.value; }
+
+namespace {
+
+constexpr std::int32_t celsius = 3;
+constexpr std::int32_t rpm = 5;
+constexpr std::int32_t mph = 7;
+constexpr std::int32_t undefined = 13;
+constexpr std::int32_t shortTrim = 16; // reads the low byte only, so that values don't follow the raw ones
+constexpr std::int32_t hex = 20;
+constexpr std::int32_t fuelStatus = 21;
+
+using Points = std::vector<ChartPoint>;
+
+struct ChartDataTest : testing::Test {
+    Design design;
+    SampleStore store;
+    ChartData data;
+
+    void begin(std::initializer_list<std::int32_t> conversions)
+    {
+        design.eventCount() = static_cast<std::int32_t>(conversions.size());
+        for (std::size_t i = 0; const std::int32_t conversion : conversions)
+            design.events()[i++] = {.code = "01" + std::to_string(10 + i), .conversion = conversion};
+        store.reset(design);
+        data.setDesign(design);
+    }
+};
+
+TEST_F(ChartDataTest, SpreadsTheSamplesOfASecondAndShowsThemInTheirUnit)
+{
+    begin({celsius, rpm});
+    for (const std::int32_t value : {40, 50, 60, 70})
+        store.add(0, value, 3);
+    store.add(1, 8000, 3);
+    store.add(0, 80, 4);
+    store.add(0, 90, 4); // this second is not over: its samples come as fast as those before
+    EXPECT_EQ(data.points(store, 0, 0, 10, 1000),
+              (Points{{3, 0}, {3.25, 10}, {3.5, 20}, {3.75, 30}, {4, 40}, {4.25, 50}}));
+    EXPECT_EQ(data.end(store), 4.25);
+    EXPECT_EQ(data.points(store, 1, 0, 10, 1000), (Points{{3, 2000}}));
+
+    store.add(0, 95, 5);
+    EXPECT_EQ(data.points(store, 0, 4, 10, 1000), (Points{{3.75, 30}, {4, 40}, {4.5, 50}, {5, 55}}));
+}
+
+TEST_F(ChartDataTest, GoesToTheNextPointsOutsideAndLeavesOutWhatIsNoNumber)
+{
+    begin({1, undefined, fuelStatus, hex, 99});
+    EXPECT_TRUE(data.points(store, 0, 0, 10, 100).empty());
+    constexpr std::int32_t tooLarge = 300000; // for hundredths of a percent
+    const std::array values = {tooLarge, 51, tooLarge, 102, tooLarge, 255};
+    for (std::int32_t time = 0; const std::int32_t value : values) {
+        store.add(0, value, time += 10);
+        store.add(1, value, time);
+    }
+    EXPECT_EQ(data.points(store, 0, 45, 55, 100), (Points{{40, 40}, {60, 100}}));
+    EXPECT_EQ(data.points(store, 0, 0, 5, 100), (Points{{20, 20}}));
+    EXPECT_TRUE(data.points(store, 0, 70, 80, 100).empty());
+    EXPECT_TRUE(data.points(store, 1, 0, 100, 100).empty());
+    EXPECT_TRUE(data.points(store, 0, 5, 5, 100).empty());
+    EXPECT_TRUE(data.points(store, 0, 0, 5, 0).empty());
+
+    const std::array hasNumbers = {true, false, false, true, false};
+    for (std::size_t event = 0; event < hasNumbers.size(); ++event)
+        EXPECT_EQ(data.hasNumbers(event), hasNumbers.at(event)) << event;
+}
+
+TEST_F(ChartDataTest, FollowsAStoreThatGrowsIsEmptiedAndHasAClockThatIsSetBack)
+{
+    begin({celsius});
+    for (const std::int32_t time : {10, 20, 5, 21}) {
+        store.add(0, time, time);
+        data.points(store, 0, 0, 100, 100);
+    }
+    EXPECT_EQ(data.points(store, 0, 0, 100, 1000), (Points{{10, -30}, {20, -20}, {20.5, -35}, {21, -19}}));
+
+    store.reset(design);
+    EXPECT_TRUE(data.notice(store));
+    EXPECT_FALSE(data.notice(store));
+    for (const std::int32_t time : {1, 2, 3, 4, 5})
+        store.add(0, 41, time);
+    EXPECT_EQ(data.points(store, 0, 0, 3.5, 1000), (Points{{1, 1}, {2, 1}, {3, 1}, {4, 1}}));
+    EXPECT_EQ(data.end(store), 5);
+}
+
+/// A long run with bursts, pauses and values in no order, looked at while it grows.
+TEST_F(ChartDataTest, KeepsEveryPeakWithinFourPointsAColumn)
+{
+    begin({shortTrim, rpm});
+    std::mt19937 random(1);
+    const auto upTo = [&random](std::uint32_t most) {
+        return static_cast<std::int32_t>(random() % (most + 1));
+    };
+    for (std::int32_t i = 0, time = 0; i < 20000; ++i) {
+        time += upTo(20) == 0 ? upTo(300) : upTo(9) == 0;
+        store.add(0, upTo(65535), time);
+        if (upTo(3) == 0)
+            store.add(1, upTo(65535), time);
+        if (i % 1000 == 0) // the chart looks now and then
+            data.points(store, static_cast<std::size_t>(i / 1000 % 2), 0, time, 100);
+    }
+    const double end = store[store.size() - 1].time;
+
+    for (const std::size_t event : {0U, 1U}) {
+        const Points all = data.points(store, event, -1, end + 1, 1 << 30); // each in its own column
+        EXPECT_EQ(all.size(), static_cast<std::size_t>(store.events()[event].sampleCount));
+        EXPECT_TRUE(std::ranges::is_sorted(all, std::ranges::less_equal{}, &ChartPoint::time));
+        for (int trial = 0; trial < 300; ++trial) {
+            const double from = end * (upTo(1000) - 10) / 1000.0;
+            const double to = from + end * (1 + upTo(trial % 2 == 0 ? 1000 : 20)) / 1000.0;
+            const int pixels = 1 + upTo(400);
+
+            Points expected; // by definition
+            const double width = (to - from) / pixels;
+            auto point = std::ranges::lower_bound(all, from, {}, &ChartPoint::time);
+            const auto past = std::ranges::upper_bound(all, to, {}, &ChartPoint::time);
+            if (point != all.begin() && point != all.end())
+                expected.push_back(*std::prev(point));
+            while (point != past) {
+                const auto next = std::find_if(point, past, [&](const ChartPoint& other) {
+                    return std::floor(other.time / width) != std::floor(point->time / width);
+                });
+                const auto less = [](const ChartPoint& a, const ChartPoint& b) { return a.value < b.value; };
+                std::array chosen = {*point, *std::min_element(point, next, less),
+                                     *std::max_element(point, next, less), *std::prev(next)};
+                std::ranges::sort(chosen, {}, &ChartPoint::time);
+                expected.insert(expected.end(), chosen.begin(), std::ranges::unique(chosen).begin());
+                point = next;
+            }
+            if (past != all.end())
+                expected.push_back(*past);
+            ASSERT_EQ(data.points(store, event, from, to, pixels), expected) << from << " to " << to;
+        }
+    }
+}
+
+TEST_F(ChartDataTest, GivesTwoUnitsAnAxisAndTellsTheLimitsOfTheRest)
+{
+    begin({rpm, mph, celsius, rpm, hex, 1, 2});
+    design.events()[0].description = "Engine RPM";
+    design.events()[2].description = "Coolant Temp";
+    const std::array<std::size_t, 7> events = {0, 1, 2, 3, 4, 5, 6};
+    const std::vector<ChartAxis> axes = axesOf(design, events);
+    ASSERT_EQ(axes.size(), 5U);
+    EXPECT_EQ(axes[0].unit, "rpm");
+    EXPECT_EQ(axes[0].side, ChartAxis::Side::left);
+    EXPECT_EQ(axes[1].unit, "mph");
+    EXPECT_EQ(axes[1].side, ChartAxis::Side::right);
+    EXPECT_EQ(axes[2].side, ChartAxis::Side::none);
+    EXPECT_EQ(axes[3].unit, "");
+    EXPECT_EQ(axes[4].unit, "%"); // of both kinds of percent
+
+    const ChartScale scale{.lowest = -40, .highest = 120.5};
+    EXPECT_EQ(lineName(design, 0, axes[0], scale), "Engine RPM (rpm)");
+    EXPECT_EQ(lineName(design, 2, axes[2], scale), "Coolant Temp (C, -40..120.5)");
+    EXPECT_EQ(lineName(design, 4, axes[3], scale), "0114 (-40..120.5)");
+    EXPECT_EQ(lineName(design, 4, {.side = ChartAxis::Side::left}, scale), "0114");
+}
+
+TEST(ChartAxes, AreScaledToRoundLimits)
+{
+    EXPECT_EQ(roundScale(3, 97), (ChartScale{0, 100, 5}));
+    EXPECT_EQ(roundScale(740, 6890), (ChartScale{0, 7000, 7}));
+    EXPECT_EQ(roundScale(-12, 9), (ChartScale{-15, 10, 5}));
+    for (const double value : {0.0, 5.0, -40.0, 0.45, 8000.0, 1e9}) {
+        for (const double span : {0.0, 0.001, 3.3, 1e6}) {
+            const ChartScale scale = roundScale(value, value + span);
+            EXPECT_LE(scale.lowest, value + 1e-9);
+            EXPECT_GE(scale.highest, value + span - 1e-9);
+            EXPECT_LT(scale.lowest, scale.highest);
+            EXPECT_GE(scale.steps, 1);
+            EXPECT_LE(scale.steps, 12);
+        }
+    }
+    EXPECT_EQ(scaleOf(std::array{Points{{0, 10}, {1, 90}}, Points{{0, 3}}, Points{}}), roundScale(3, 90));
+    EXPECT_EQ(scaleOf({}), ChartScale());
+
+    EXPECT_EQ(timeMarks(0, 60, 8), (std::vector<TimeMark>{{0, "0:00"},
+                                                          {10, "0:10"},
+                                                          {20, "0:20"},
+                                                          {30, "0:30"},
+                                                          {40, "0:40"},
+                                                          {50, "0:50"},
+                                                          {60, "1:00"}}));
+    EXPECT_EQ(timeMarks(3599.75, 3600.25, 6), (std::vector<TimeMark>{{3599.8, "59:59.8"},
+                                                                     {3599.9, "59:59.9"},
+                                                                     {3600, "1:00:00.0"},
+                                                                     {3600.1, "1:00:00.1"},
+                                                                     {3600.2, "1:00:00.2"}}));
+    for (const double span : {1.0, 7.0, 1000.0, 1e5, 2e9}) {
+        const auto count = timeMarks(12, 12 + span, 6).size();
+        EXPECT_GE(count, 1U) << span;
+        EXPECT_LE(count, 6U) << span;
+    }
+}
+
+TEST(ChartRange, FollowsARunShowsItAllAfterwardsAndStaysWhereTheUserWent)
+{
+    ChartRange range;
+    const auto shows = [&range](double from, double to) {
+        EXPECT_NEAR(range.from(), from, 1e-9);
+        EXPECT_NEAR(range.to(), to, 1e-9);
+    };
+    range.setWindow(60);
+    range.setEnd(10, true);
+    shows(0, 60);
+    range.setEnd(100, true);
+    shows(40, 100);
+
+    range.zoom(0.5, 50); // the newest moment stays in sight
+    shows(70, 100);
+    range.setEnd(110, true);
+    shows(80, 110);
+
+    range.pan(-50);
+    shows(30, 60);
+    range.setEnd(200, true);
+    shows(30, 60);
+    range.pan(-100);
+    shows(0, 30);
+    range.zoom(2, 10);
+    shows(0, 60);
+    range.pan(500); // back to the run
+    range.setEnd(210, true);
+    shows(150, 210);
+
+    range.setEnd(220, false);
+    shows(0, 220);
+    range.zoom(0.5, 55);
+    shows(27.5, 137.5);
+    range.zoom(1e-9, 100);
+    EXPECT_NEAR(range.to() - range.from(), ChartRange::shortest, 1e-9);
+    range.zoom(1e9, 100);
+    shows(0, 220);
+    range.setEnd(230, true); // polling goes on
+    shows(170, 230);
+    range.showAll();
+    range.setEnd(240, true);
+    shows(0, 240);
+    range.setEnd(250, false);
+    shows(0, 250);
+    range.zoom(0.5, 0);
+    range.setEnd(0, false); // emptied
+    range.setEnd(30, false);
+    shows(0, 30);
+}
+
+} // namespace
+} // namespace zint

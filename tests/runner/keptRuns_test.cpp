@@ -1,0 +1,384 @@
+#include "designer/designFile.h"
+#include "runner/keptRuns.h"
+#include "shared/fileError.h"
+#include "support/temporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <sstream>
+#ifdef __unix__
+#include <csignal>
+#include <sys/resource.h>
+#endif
+
+namespace zint {
+namespace {
+
+namespace fs = std::filesystem;
+using std::chrono::milliseconds;
+using std::chrono::system_clock;
+
+std::string dateText(system_clock::time_point time)
+{
+    return std::to_string(std::chrono::duration_cast<milliseconds>(time.time_since_epoch()).count());
+}
+
+/// What a call that must fail says.
+template <typename Call>
+std::string failureOf(const Call& call)
+{
+    try {
+        call();
+    } catch (const FileError& error) {
+        return error.what();
+    }
+    return "no failure";
+}
+
+class KeptRunsTest : public testing::Test {
+protected:
+    TemporaryFolder folder;
+    const std::string runs = folder.path("runs");
+    const system_clock::time_point start{milliseconds(1'700'000'000'123)};
+    std::optional<KeptRuns> kept;
+    Design design;
+    SampleStore store;
+
+    KeptRunsTest()
+    {
+        kept.emplace(runs, dateText);
+        design.title() = "drive";
+        design.eventCount() = design.polledCount() = 3;
+        for (DesignEntry& event : design.events())
+            event = {.code = "010C", .description = "RPM", .conversion = 20, .frequency = 1};
+        store.reset(design);
+    }
+
+    std::string head() const
+    {
+        std::ostringstream text;
+        writeDesign(text, design);
+        return text.str() + "1700000000123\r\n";
+    }
+
+    void begin() { kept->begin(design, store, start); }
+
+    void sample(std::size_t event, std::int32_t value, std::int32_t time)
+    {
+        store.add(event, value, time);
+        kept->add(event, value, time);
+    }
+
+    /// The program starts again. A sample that was not flushed is lost with a crash.
+    void restart() { kept.emplace(runs, dateText); }
+
+    std::vector<std::string> files() const
+    {
+        std::vector<std::string> paths;
+        if (fs::exists(utf8Path(runs))) {
+            for (const auto& entry : fs::directory_iterator(utf8Path(runs)))
+                paths.push_back(utf8Text(entry.path()));
+        }
+        return paths;
+    }
+
+    std::string content() const
+    {
+        EXPECT_EQ(files().size(), 1);
+        std::ifstream stream(utf8Path(files().at(0)), std::ios::binary);
+        return {std::istreambuf_iterator(stream), {}};
+    }
+
+    std::vector<std::string> texts() const
+    {
+        std::vector<std::string> texts;
+        for (const KeptRuns::Entry& entry : kept->list())
+            texts.push_back(entry.text);
+        return texts;
+    }
+
+    /// Keeps a run of one sample and leaves it. @param age in hours
+    void leaveRun(const std::string& title, int age)
+    {
+        const auto before = files();
+        design.title() = title;
+        begin();
+        kept->add(0, 1, 1);
+        kept->flush();
+        for (const std::string& path : files()) {
+            if (std::ranges::find(before, path) == before.end())
+                fs::last_write_time(utf8Path(path),
+                                    fs::file_time_type::clock::now() - std::chrono::hours(age));
+        }
+        kept->leave();
+    }
+
+    /// The samples, in their order, of a file with this content.
+    std::string loaded(const std::string& bytes)
+    {
+        folder.write(folder.path("some.run"), bytes);
+        const KeptRun run = KeptRuns::load({folder.path("some.run"), ""});
+        std::string text;
+        for (std::size_t i = 0; i < run.samples.size(); ++i) {
+            if (!run.samples[i].isHeader())
+                text +=
+                    std::to_string(run.samples[i].time) + "=" + std::to_string(run.samples[i].value) + " ";
+        }
+        return text;
+    }
+};
+
+TEST_F(KeptRunsTest, WritesEachSampleUntilTheLogIsSaved)
+{
+    kept->add(0, 1, 1);
+    begin();
+    kept->flush();
+    EXPECT_TRUE(kept->isKeeping());
+    EXPECT_TRUE(files().empty()) << "an empty run leaves no file";
+
+    sample(0, 40, 0);
+    sample(2, -7, 1);
+    kept->flush();
+    EXPECT_EQ(content(), head() + "1,0,40\r\n3,1,-7\r\n");
+    begin();
+    sample(1, 2147483647, 2);
+    kept->flush();
+    EXPECT_EQ(content(), head() + "1,0,40\r\n3,1,-7\r\n2,2,2147483647\r\n") << "a paused run goes on";
+    EXPECT_TRUE(texts().empty()) << "this run can't be recovered while it is on";
+    EXPECT_FALSE(kept->takeCutOff());
+
+    kept->forget();
+    EXPECT_TRUE(files().empty());
+    EXPECT_FALSE(kept->isKeeping());
+    begin();
+    EXPECT_EQ(content(), head() + "1,0,40\r\n3,1,-7\r\n2,2,2147483647\r\n")
+        << "and a new one begins with all";
+}
+
+TEST_F(KeptRunsTest, BringsBackALongRunAsItWas)
+{
+    for (std::int32_t i = 0; i < 60000; ++i)
+        store.add(i % 7 == 0 ? 2 : 0, 100 - i, i / 10); // event 1 has none
+    begin();
+    for (std::int32_t i = 0; i < 10000; ++i)
+        sample(i % 3 == 0 ? 0 : 1, i, 6000 + i);
+    kept->leave();
+    ASSERT_EQ(texts(), std::vector<std::string>{"1700000000123   drive (70000 samples)"});
+
+    const KeptRun run = KeptRuns::load(kept->list().at(0));
+    EXPECT_EQ(run.firstStart, start);
+    EXPECT_EQ(run.design.title(), "drive");
+    EXPECT_EQ(run.design.events()[2].code, "010C");
+    ASSERT_EQ(run.samples.size(), store.size());
+    std::size_t differing = 0;
+    for (std::size_t i = 0; i < store.size(); ++i) {
+        const SampleRecord& one = store[i];
+        const SampleRecord& other = run.samples[i];
+        differing += one.time != other.time || one.value != other.value || one.link != other.link ? 1 : 0;
+    }
+    EXPECT_EQ(differing, 0);
+    EXPECT_EQ(run.samples.events()[0].minimum, store.events()[0].minimum);
+
+    KeptRuns::remove(kept->list().at(0));
+    EXPECT_TRUE(files().empty());
+}
+
+TEST_F(KeptRunsTest, TellsOnceOfEachCrash)
+{
+    EXPECT_FALSE(kept->takeCutOff());
+    leaveRun("left", 9);
+    begin();
+    kept->flush();
+    restart();
+    EXPECT_FALSE(kept->takeCutOff()) << "the one was left, the other had no sample";
+
+    leaveRun("older", 8);
+    design.title() = "cut";
+    begin();
+    kept->add(0, 5, 1);
+    kept->flush();
+    for (const std::string& path : files()) {
+        std::ifstream stream(utf8Path(path));
+        std::string title;
+        if (std::getline(stream, title) && title == "cut\r")
+            fs::last_write_time(utf8Path(path), fs::file_time_type::clock::now() - std::chrono::hours(10));
+    }
+    KeptRuns second(runs, dateText);
+    EXPECT_TRUE(second.takeCutOff());
+    EXPECT_FALSE(second.takeCutOff());
+    EXPECT_EQ(texts().size(), 2) << "to the first program its run is still on";
+    restart();
+    EXPECT_FALSE(kept->takeCutOff()) << "told already";
+    EXPECT_EQ(texts(), (std::vector<std::string>{"1700000000123   older (1 samples)",
+                                                 "1700000000123   left (1 samples)",
+                                                 "1700000000123   cut (1 samples)"}))
+        << "the time of a file stays";
+}
+
+TEST_F(KeptRunsTest, AnotherProgramDoesNotDisturb)
+{
+    begin();
+    sample(0, 5, 1);
+    kept->flush();
+    KeptRuns second(runs, dateText);
+    EXPECT_TRUE(second.takeCutOff()) << "it can't know better";
+    sample(1, 6, 2);
+    kept->flush();
+    EXPECT_EQ(content(), head() + "1,1,5\r\nleft\r\n2,2,6\r\n");
+    EXPECT_EQ(loaded(content()), "1=5 2=6 ");
+    restart();
+    EXPECT_TRUE(kept->takeCutOff());
+    EXPECT_EQ(texts(), std::vector<std::string>{"1700000000123   drive (2 samples)"});
+}
+
+TEST_F(KeptRunsTest, ReadsWhatIsWholeOfADamagedFile)
+{
+    const std::string whole = head() + "1,1,5\r\n2,1,6\r\n";
+    EXPECT_EQ(loaded(whole), "1=5 1=6 ");
+    EXPECT_EQ(loaded(head()), "");
+    EXPECT_EQ(loaded(whole + "1,2,7"), "1=5 1=6 ") << "the number may go on";
+    EXPECT_EQ(loaded(whole + "1,2,7left\r\n"), "1=5 1=6 ");
+    EXPECT_EQ(loaded(head() + "1,1,5\n1,2,6\n"), "1=5 2=6 ");
+    for (const std::string wrong : {"", "1,2", "1,2,3,4", "0,2,3", "4,2,3", "-1,2,3", "1,2,", "1,,3",
+                                    "1,2,3x", "1, 2,3", "1,2,2147483648", "99999999999,2,3", "\t", "lefty"})
+        EXPECT_EQ(loaded(whole + wrong + "\r\n1,9,9\r\n"), "1=5 1=6 ") << wrong;
+    EXPECT_EQ(loaded(whole + std::string(1'000'000, '1') + "\r\n1,9,9\r\n"), "1=5 1=6 ");
+    EXPECT_EQ(loaded(whole + std::string(4096, '\0') + "\r\n1,9,9\r\n"), "1=5 1=6 ");
+
+    std::vector<std::string> damagedHeads = {"", "drive\r\n", whole.substr(whole.find("1700000000123"))};
+    for (std::size_t length = head().find("EOP"); length < head().size(); ++length)
+        damagedHeads.push_back(head().substr(0, length));
+    const std::string block = head().substr(0, head().find("1700000000123"));
+    for (const std::string line : {"", "soon", "17000x", "9223372036854775807", "-9223372036854775808"})
+        damagedHeads.push_back(block + line + "\r\n1,1,5\r\n");
+    for (const std::string& damaged : damagedHeads) {
+        const std::string why = failureOf([&] { loaded(damaged); });
+        EXPECT_TRUE(why.starts_with("\"" + folder.path("some.run") + "\" can't be read: ")) << damaged << why;
+    }
+    EXPECT_NE(failureOf([&] { loaded("drive\r\n|x\r\n"); }), "no failure") << "a number that is none";
+
+    leaveRun("good", 1);
+    folder.write(runs + "/damaged.run", damagedHeads.back());
+    folder.write(runs + "/empty.run", "");
+    folder.write(runs + "/noSamples.run", head());
+    folder.write(runs + "/other.obc", whole);
+    fs::create_directories(utf8Path(runs + "/folder.run"));
+    EXPECT_FALSE(kept->takeCutOff()) << "nothing of them can be brought back";
+    EXPECT_EQ(texts(), std::vector<std::string>{"1700000000123   good (1 samples)"});
+}
+
+TEST_F(KeptRunsTest, KeepsTheLastTenOfSoMuch)
+{
+    for (int age = 12; age > 0; --age)
+        leaveRun("t" + std::to_string(age), age);
+    EXPECT_EQ(files().size(), 10);
+    EXPECT_TRUE(texts().front().ends_with("t1 (1 samples)"));
+    EXPECT_TRUE(texts().back().ends_with("t10 (1 samples)"));
+
+    const auto size = fs::file_size(utf8Path(files().at(0)));
+    kept.emplace(runs, dateText, 3 * size + size / 2);
+    leaveRun("t0", 0);
+    EXPECT_EQ(files().size(), 3);
+    EXPECT_TRUE(texts().back().ends_with("t2 (1 samples)")) << texts().back();
+    kept.emplace(runs, dateText, size / 2);
+    EXPECT_FALSE(kept->takeCutOff());
+    ASSERT_EQ(files().size(), 1)
+        << "the newest one stays whatever its size; crashes alone don't fill the disk";
+    EXPECT_TRUE(texts().front().ends_with("t0 (1 samples)"));
+}
+
+TEST_F(KeptRunsTest, SaysWhenNothingCanBeKept)
+{
+    folder.write(runs, "no folder");
+    EXPECT_TRUE(failureOf([this] { begin(); }).starts_with("The folder \"" + runs + "\" can't be made: "));
+    EXPECT_FALSE(kept->isKeeping());
+    EXPECT_FALSE(kept->takeCutOff());
+    sample(0, 1, 1);
+    kept->flush();
+    fs::remove(utf8Path(runs));
+    store.reset(design);
+
+    begin();
+    fs::remove(utf8Path(runs)); // while it is on
+    sample(0, 1, 1);
+    const std::string why = failureOf([this] { kept->flush(); });
+    EXPECT_TRUE(why.starts_with("\"" + runs + "/") &&
+                why.find(".run\" can't be written: ") != std::string::npos)
+        << why;
+    EXPECT_FALSE(kept->isKeeping());
+    EXPECT_NO_THROW(kept->flush()) << "told once";
+    begin();
+    EXPECT_EQ(content(), head() + "1,1,1\r\n");
+}
+
+#ifdef __unix__
+TEST_F(KeptRunsTest, StopsWhenTheDiskIsFull)
+{
+    /// For as long as it lives no file grows beyond the limit.
+    class FileLimit {
+    public:
+        explicit FileLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN))
+        {
+            getrlimit(RLIMIT_FSIZE, &before_);
+            const rlimit limit{.rlim_cur = bytes, .rlim_max = before_.rlim_max};
+            setrlimit(RLIMIT_FSIZE, &limit);
+        }
+        FileLimit(const FileLimit&) = delete;
+        FileLimit& operator=(const FileLimit&) = delete;
+        ~FileLimit()
+        {
+            setrlimit(RLIMIT_FSIZE, &before_);
+            std::signal(SIGXFSZ, handler_);
+        }
+
+    private:
+        rlimit before_{};
+        void (*handler_)(int);
+    };
+
+    begin();
+    sample(0, 1, 1);
+    kept->flush();
+    const auto room = static_cast<rlim_t>(head().size()) + 1001;
+    bool keeping = true;
+    std::string why;
+    {
+        const FileLimit limit(room);
+        for (std::int32_t i = 0; i < 10000; ++i)
+            sample(1, i, 2);
+        keeping = kept->isKeeping();
+        why = failureOf([this] { kept->flush(); });
+    }
+    EXPECT_FALSE(keeping) << "found out while a sample was added";
+    EXPECT_TRUE(why.ends_with(".run\" can't be written: File too large")) << why;
+    EXPECT_EQ(content().size(), room) << "what has gone out stays";
+    EXPECT_TRUE(content().starts_with(head() + "1,1,1\r\n2,2,0\r\n2,2,1\r\n"));
+    EXPECT_TRUE(texts().empty()) << "it is still the present run";
+
+    {
+        const FileLimit limit(room);
+        why = failureOf([this] { begin(); });
+    }
+    EXPECT_TRUE(why.ends_with("File too large")) << why;
+    begin();
+    kept->leave();
+    EXPECT_EQ(texts(), std::vector<std::string>{"1700000000123   drive (10001 samples)"})
+        << "in place of the one that failed";
+
+    begin();
+    {
+        const FileLimit limit(room);
+        sample(0, 1, 1);
+        EXPECT_THROW(kept->flush(), FileError);
+    }
+    store.reset(design);
+    begin();
+    EXPECT_EQ(files().size(), 2) << "a failed file holds what the emptied store does not";
+}
+#endif
+
+} // namespace
+} // namespace zint
