@@ -88,7 +88,7 @@ Run poll(const std::string& path, int loops)
             QCoreApplication::quit();
         }
     });
-    watch.start(1);
+    watch.start(10);
     form->findChild<QAction*>(QStringLiteral("mnuComStart"))->trigger();
     QApplication::exec();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -7,6 +7,7 @@
 #include "shared/timer.h"
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -101,8 +102,11 @@ public:
     void countError() { ++counters_.errors; }
     const LinkCounters& counters() const { return counters_; }
 
-    void refreshCounterLine() { counterLine_ = counters_.text(); }
-    const std::string& counterLine() const { return counterLine_; }
+    void refreshCounterLine() { shownCounters_ = counters_; }
+    std::string counterLine() const
+    {
+        return shownCounters_ ? shownCounters_->text() : LinkCounters::initialText;
+    }
 
 private:
     enum class State { resetSent, echoOffSent, ready };
@@ -123,7 +127,7 @@ private:
     ReplyBuffer buffer_;
     LinkCounters counters_;
     std::string status_;
-    std::string counterLine_ = LinkCounters::initialText;
+    std::optional<LinkCounters> shownCounters_; ///< as counterLine() tells them
 };
 
 } // namespace zint

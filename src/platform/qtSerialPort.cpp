@@ -91,6 +91,8 @@ void QtSerialPort::output(std::string_view text)
 void QtSerialPort::dataArrived()
 {
     received_ += port_.readAll().toStdString();
+    lineFreeAt_ =
+        {}; // whoever answers has got what was written; many adapters are faster than their line's speed says
     if (receiveThreshold() == 0 || receiveWaiting_)
         return;
     receiveWaiting_ = true;

@@ -42,6 +42,7 @@ constexpr int eventRole = Qt::UserRole; ///< of a list item: the event, from 0
 constexpr double zoomStep = 0.7;
 constexpr double panStep = 0.1; ///< of what is shown
 constexpr std::size_t checkedAtFirst = 4;
+constexpr QSize sampleSize(20, 12); ///< of a line, beside its name
 
 /// Colours that differ from each other and stand out from their background. There are as many of both kinds.
 constexpr std::array onLight = {0x1b5fb8, 0xc8401a, 0x1c7d47, 0xa3308f,
@@ -52,6 +53,11 @@ static_assert(onLight.size() == onDark.size());
 
 /// With the colours used up, lines differ by their dashes.
 constexpr std::array dashes = {Qt::SolidLine, Qt::DashLine, Qt::DotLine, Qt::DashDotLine};
+
+std::size_t eventOf(const QListWidgetItem& item)
+{
+    return static_cast<std::size_t>(item.data(eventRole).toInt());
+}
 
 /// The place on the screen where the user points at, drags and steers the chart.
 class ChartView final : public QChartView {
@@ -202,6 +208,9 @@ private:
     void paintColours();
     QPen penOf(std::size_t event) const;
     void paintPens();
+    void paintNames();
+    QPixmap sampleOf(std::size_t event) const;
+    QImage picture() const;
     void look();
     void schedule();
     void zoom(double factor, double place);
@@ -245,7 +254,8 @@ QtLiveChart::QtLiveChart(const LiveChartSurroundings& surroundings, QWidget* par
     ui->chartSplitter->setSizes({3 * listWidth, listWidth});
     chart_->layout()->setContentsMargins(0, 0, 0, 0);
     chart_->setBackgroundRoundness(0);
-    chart_->legend()->setAlignment(Qt::AlignBottom);
+    chart_->setMargins(QMargins(8, 8, 8, 8));
+    chart_->legend()->hide(); // the list tells the same, and has room for it
     timeAxis_->setLabelsPosition(QCategoryAxis::AxisLabelsPositionOnValue);
     chart_->addAxis(timeAxis_, Qt::AlignBottom);
     timer_.setSingleShot(true);
@@ -324,7 +334,7 @@ void QtLiveChart::takeStyle(std::size_t event)
 
 void QtLiveChart::checkedChanged(const QListWidgetItem& item)
 {
-    const auto event = static_cast<std::size_t>(item.data(eventRole).toInt());
+    const std::size_t event = eventOf(item);
     const bool isDrawn = item.checkState() == Qt::Checked;
     if (isDrawn == (styles_.at(event) != none))
         return;
@@ -440,16 +450,30 @@ void QtLiveChart::paint()
         for (const ChartPoint& point : found)
             shown.append({point.time, point.value});
         line.series->replace(shown);
-        const QString name = toQt(lineName(*design_, line.event, axes_[line.axis].axis, scales[line.axis]));
-        if (line.series->name() != name) // else the legend would be laid out again
-            line.series->setName(name);
+        line.series->setName(toQt(lineName(*design_, line.event, axes_[line.axis].axis, scales[line.axis])));
+    }
+    paintNames();
+}
+
+/// Lets the list tell what a line's unit is, and its limits where no axis does.
+void QtLiveChart::paintNames()
+{
+    const QSignalBlocker quiet(ui->chartEvents); // shown, not checked by the user
+    auto line = lines_.begin();
+    for (int row = 0; row < ui->chartEvents->count(); ++row) {
+        QListWidgetItem* item = ui->chartEvents->item(row);
+        const std::size_t event = eventOf(*item);
+        const bool isDrawn = line != lines_.end() && line->event == event;
+        const QString name = isDrawn ? (line++)->series->name() : toQt(eventName(*design_, event));
+        if (item->text() != name)
+            item->setText(name);
     }
 }
 
 void QtLiveChart::paintTimeAxis()
 {
     const int labelWidth = fontMetrics().horizontalAdvance(QStringLiteral("0:00:00.0"));
-    const int most = std::max(2, static_cast<int>(chart_->plotArea().width()) / (2 * labelWidth));
+    const int most = std::max(2, static_cast<int>(chart_->plotArea().width()) / (labelWidth * 3 / 2));
     const std::vector<TimeMark> marks = timeMarks(range_.from(), range_.to(), most);
     QStringList texts;
     for (const TimeMark& mark : marks)
@@ -498,8 +522,6 @@ void QtLiveChart::paintColours()
     chart_->setBackgroundBrush(base);
     chart_->setBackgroundPen(Qt::NoPen);
     view_->setBackgroundBrush(base);
-    chart_->legend()->setLabelColor(text);
-    chart_->legend()->setFont(font());
     for (QAbstractAxis* axis : chart_->axes()) {
         axis->setLabelsColor(text);
         axis->setLabelsFont(font());
@@ -513,19 +535,25 @@ void QtLiveChart::paintColours()
     const QSignalBlocker quiet(ui->chartEvents); // shown, not checked by the user
     for (int row = 0; row < ui->chartEvents->count(); ++row) {
         QListWidgetItem* item = ui->chartEvents->item(row);
-        const auto event = static_cast<std::size_t>(item->data(eventRole).toInt());
-        QPixmap sample(QSize(20, 12) * devicePixelRatioF());
-        sample.setDevicePixelRatio(devicePixelRatioF());
-        sample.fill(Qt::transparent);
-        if (styles_.at(event) != none) {
-            QPainter painter(&sample);
-            QPen pen = penOf(event);
-            pen.setWidthF(pen.style() == Qt::SolidLine ? 3 : 2);
-            painter.setPen(pen);
-            painter.drawLine(1, 6, 19, 6);
-        }
-        item->setIcon(QIcon(sample));
+        const std::size_t event = eventOf(*item);
+        item->setIcon(QIcon(sampleOf(event)));
     }
+}
+
+/// A piece of an event's line; nothing is drawn of one that is not shown.
+QPixmap QtLiveChart::sampleOf(std::size_t event) const
+{
+    QPixmap sample(sampleSize * devicePixelRatioF());
+    sample.setDevicePixelRatio(devicePixelRatioF());
+    sample.fill(Qt::transparent);
+    if (styles_.at(event) == none)
+        return sample;
+    QPainter painter(&sample);
+    QPen pen = penOf(event);
+    pen.setWidthF(pen.style() == Qt::SolidLine ? 3 : 2);
+    painter.setPen(pen);
+    painter.drawLine(1, sampleSize.height() / 2, sampleSize.width() - 1, sampleSize.height() / 2);
+    return sample;
 }
 
 void QtLiveChart::zoom(double factor, double place)
@@ -546,20 +574,55 @@ void QtLiveChart::showAll()
     paint();
 }
 
+/// The chart with its lines' names below it.
+QImage QtLiveChart::picture() const
+{
+    constexpr int gap = 8;
+    const QFontMetrics metrics(font());
+    const int rowHeight = metrics.lineSpacing() + gap / 2;
+    const QSize size = view_->size();
+    std::vector<QPoint> places; // of the names, in rows
+    QPoint place(gap, size.height());
+    for (const Line& line : lines_) {
+        const int width = sampleSize.width() + metrics.horizontalAdvance(line.series->name()) + 2 * gap;
+        if (place.x() + width > size.width() && place.x() > gap)
+            place = QPoint(gap, place.y() + rowHeight);
+        places.push_back(place);
+        place.rx() += width + gap;
+    }
+    const int height = places.empty() ? size.height() : place.y() + rowHeight + gap;
+
+    QImage image(QSize(size.width(), height) * devicePixelRatioF(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(devicePixelRatioF());
+    image.fill(palette().color(QPalette::Base));
+    QPainter painter(&image);
+    painter.drawPixmap(0, 0, view_->grab());
+    painter.setFont(font());
+    painter.setPen(palette().color(QPalette::Text));
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        const QPoint middle = places[i] + QPoint(0, rowHeight / 2);
+        painter.drawPixmap(middle - QPoint(0, sampleSize.height() / 2), sampleOf(lines_[i].event));
+        painter.drawText(places[i] + QPoint(sampleSize.width() + gap,
+                                            (rowHeight - metrics.height()) / 2 + metrics.ascent()),
+                         lines_[i].series->name());
+    }
+    return image;
+}
+
 /// Polling goes on while the user chooses a file; the picture is what was seen when the button was pressed.
 void QtLiveChart::savePicture()
 {
-    const QImage picture = view_->grab().toImage();
+    const QImage image = picture();
     ProgramValues& values = surroundings_.values;
     const std::string path = surroundings_.dialogs.chooseToSave(
         {.extension = "png", .filter = "Pictures (*.png)|*.png|All files (*.*)|*.*"}, values.parmInitDir,
         "chart.png");
     if (path.empty())
         return;
-    surroundings_.gate.run([picture, path, &values] {
+    surroundings_.gate.run([image, path, &values] {
         QByteArray bytes;
         QBuffer buffer(&bytes);
-        if (!picture.save(&buffer, "PNG"))
+        if (!image.save(&buffer, "PNG"))
             throw FileError("The picture can't be made; there may be too little memory.");
         replaceFile(path, [&bytes](std::ostream& stream) { stream.write(bytes.constData(), bytes.size()); });
         values.rememberFolderOf(path);
