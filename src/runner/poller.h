@@ -66,10 +66,8 @@ public:
     const SampleStore& samples() const { return samples_; }
     const PollPanel& panel() const { return panel_; }
 
-    std::int64_t noDataCount() const
-    {
-        return noDataCount_;
-    } ///< "NO DATA" replies since the window was opened
+    /// "NO DATA" replies since the window was opened.
+    std::int64_t noDataCount() const { return noDataCount_; }
 
     /// Seconds since the first start of polling, as samples count them.
     double now() const;
