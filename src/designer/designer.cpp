@@ -5,6 +5,7 @@
 #include "designer/pollCost.h"
 #include "designer/pollPreparation.h"
 #include "designer/supportReply.h"
+#include "shared/askToSave.h"
 #include "shared/fileError.h"
 #include "shared/module1.h"
 
@@ -73,19 +74,10 @@ void Designer::open()
 
 void Designer::recover()
 {
-    const std::vector<KeptDesigns::Entry> entries = kept_.list();
-    if (entries.empty()) {
-        prompts_.message("There is no unsaved design to recover.");
-        return;
-    }
-    std::vector<std::string> lines;
-    lines.reserve(entries.size());
-    for (const KeptDesigns::Entry& entry : entries)
-        lines.push_back(entry.text);
-    const auto chosen = prompts_.choose("Unsaved designs", "Recover Unsaved Design", lines);
+    const auto chosen = chooseToRecover(prompts_, kept_.list(), "design");
     if (!chosen)
         return;
-    DesignDraft draft = kept_.bringBack(entries.at(*chosen));
+    DesignDraft draft = kept_.bringBack(*chosen);
     design_ = std::move(draft.design);
     show();
     panel_.obdGrid = std::move(draft.grid); // may be longer than the design
@@ -116,12 +108,9 @@ void Designer::saveFile(bool asking)
 
 bool Designer::askName()
 {
-    const std::string path = dialogs_.chooseToSave(saveKinds, values_.parmInitDir, values_.parmSaveFile);
-    if (path.empty())
+    constexpr RememberedFile designFile{&ProgramValues::parmSave, &ProgramValues::parmSaveFile};
+    if (!askToSave(dialogs_, values_, saveKinds, designFile))
         return false;
-    values_.rememberFolderOf(path);
-    values_.parmSave = path;
-    values_.parmSaveFile = fileNamePart(path);
     values_.mayOverwriteSave = true;
     panel_.fileLab = values_.parmSaveFile;
     return true;

@@ -65,19 +65,20 @@ void KeptDesigns::leave()
     files_.prune();
 }
 
-std::vector<KeptDesigns::Entry> KeptDesigns::list() const
+std::vector<KeptEntry> KeptDesigns::list() const
 {
-    std::vector<Entry> entries;
+    std::vector<KeptEntry> entries;
     for (const KeptFiles::File& file : files_.newestFirst()) {
         if (file.path == edited_)
             continue;
         if (const auto draft = tryToLoad(file.path))
-            entries.push_back({file.path, dateText_(file.changed) + "   " + summaryOf(draft->grid)});
+            entries.push_back(
+                {file.path, dateText_(file.changed) + "   " + summaryOf(draft->grid), file.size});
     }
     return entries;
 }
 
-DesignDraft KeptDesigns::bringBack(const Entry& entry)
+DesignDraft KeptDesigns::bringBack(const KeptEntry& entry)
 {
     DesignDraft draft = loadDraft(entry.path);
     leave();

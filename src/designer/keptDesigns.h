@@ -13,11 +13,6 @@ namespace zint {
 /// The user's unsaved designs, so that none is lost: the one that is being edited, and those that were left.
 class KeptDesigns {
 public:
-    struct Entry {
-        std::string path;
-        std::string text; ///< date, title and event count, for the user
-    };
-
     /// @param folder is made when it is needed. @param dateText writes a time as the user reads it
     KeptDesigns(std::string folder,
                 std::function<std::string(std::chrono::system_clock::time_point)> dateText);
@@ -34,11 +29,11 @@ public:
 
     /// What can be brought back, the newest first; not the one that is being edited, and nothing that can't
     /// be read.
-    std::vector<Entry> list() const;
+    std::vector<KeptEntry> list() const;
 
     /// Brings one back: from now on it is the one that is being edited.
     /// @throws FileError when the file can't be opened; what readDraft() throws
-    DesignDraft bringBack(const Entry& entry);
+    DesignDraft bringBack(const KeptEntry& entry);
 
     /// Goes on with the newest one if it is this very design. @return whether it is
     bool resume(const DesignGrid& grid, const Design& design);

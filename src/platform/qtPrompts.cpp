@@ -3,12 +3,15 @@
 #include "platform/text.h"
 #include "shared/programInfo.h"
 
+#include <QCoreApplication>
 #include <QDialogButtonBox>
+#include <QElapsedTimer>
 #include <QInputDialog>
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QProgressDialog>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -51,6 +54,37 @@ void showLongText(QWidget& window, const std::string& text, const std::string& t
     box.resize(460, 560);
     box.exec();
 }
+
+/// Shows itself when the work takes longer than one likes to wait.
+class ProgressBox final : public Progress {
+public:
+    ProgressBox(QWidget& window, const std::string& text)
+        : box_(toQt(text), QCoreApplication::translate("QtPrompts", "Stop"), 0, whole, &window)
+    {
+        box_.setWindowTitle(titleOf({}));
+        box_.setWindowModality(Qt::WindowModal);
+        box_.setMinimumDuration(500);
+        box_.setAutoReset(false);
+        sinceShown_.start();
+    }
+
+    void advance(double done) override
+    {
+        constexpr qint64 often = 50; // ms; showing takes time as well
+        if (sinceShown_.elapsed() < often)
+            return;
+        box_.setValue(static_cast<int>(done * whole)); // handles the user's events too
+        sinceShown_.restart();
+        if (box_.wasCanceled())
+            throw WorkStopped();
+    }
+
+private:
+    static constexpr int whole = 1000;
+
+    QProgressDialog box_;
+    QElapsedTimer sinceShown_;
+};
 
 } // namespace
 
@@ -105,6 +139,17 @@ bool QtPrompts::confirm(const std::string& text, const std::string& title)
     box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
     box.setDefaultButton(QMessageBox::Cancel);
     return box.exec() == QMessageBox::Ok;
+}
+
+bool QtPrompts::runLong(const std::string& text, const std::function<void(Progress&)>& work)
+{
+    ProgressBox progress(window_, text);
+    try {
+        work(progress);
+        return true;
+    } catch (const WorkStopped&) {
+        return false;
+    }
 }
 
 } // namespace zint

@@ -18,6 +18,7 @@ public:
     std::optional<std::size_t> choose(const std::string& text, const std::string& title,
                                       const std::vector<std::string>& lines) override;
     bool confirm(const std::string& text, const std::string& title) override;
+    bool runLong(const std::string& text, const std::function<void(Progress&)>& work) override;
 
 private:
     QWidget& window_;

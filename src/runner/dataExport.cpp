@@ -118,16 +118,19 @@ void writeHead(LineWriter& lines, const Design& design, const std::string& first
 } // namespace
 
 void writeExport(std::ostream& stream, const Design& design, const SampleStore& samples,
-                 const std::string& firstStart, const std::function<void(const std::string&)>& complain)
+                 const std::string& firstStart, const std::function<void(const std::string&)>& complain,
+                 Progress& progress)
 {
     Row row(stream, design);
     writeHead(row.lines(), design, firstStart);
+    ProgressSteps records(progress, samples.size());
     for (std::size_t index = 0; index < samples.size(); ++index) {
         const SampleRecord& record = samples[index];
         if (record.isHeader())
             row.expect(static_cast<std::size_t>(record.value) - 1, index + 1);
         else if (!row.take(index, record))
             complain(row.complaint(index));
+        records.step();
     }
     row.write();
     row.lines().flush();

@@ -9,7 +9,7 @@
 namespace zint {
 namespace {
 
-void writeBlock(LineWriter& lines, const SampleStore& samples, std::size_t event)
+void writeBlock(LineWriter& lines, const SampleStore& samples, std::size_t event, ProgressSteps& records)
 {
     const std::int32_t header = samples.events()[event].header;
     if (header == EventTotals::none)
@@ -21,13 +21,14 @@ void writeBlock(LineWriter& lines, const SampleStore& samples, std::size_t event
         lines << sample.time << ',' << sample.value;
         lines.endLine();
         index = sample.link;
+        records.step();
     }
 }
 
 } // namespace
 
 void writeLog(std::ostream& stream, const Design& design, const SampleStore& samples,
-              const std::string& firstStart)
+              const std::string& firstStart, Progress& progress)
 {
     writeDesign(stream, design, EventFields::withoutReserved);
     LineWriter lines(stream);
@@ -35,18 +36,21 @@ void writeLog(std::ostream& stream, const Design& design, const SampleStore& sam
     lines.endLine();
     lines << ' ' << samples.size() << ' ';
     lines.endLine();
+    ProgressSteps records(progress, samples.size());
     for (std::size_t event = 0; event < samples.events().size(); ++event)
-        writeBlock(lines, samples, event);
+        writeBlock(lines, samples, event, records);
     lines.flush();
 }
 
-void writeDebugDump(std::ostream& stream, const SampleStore& samples)
+void writeDebugDump(std::ostream& stream, const SampleStore& samples, Progress& progress)
 {
     LineWriter lines(stream);
+    ProgressSteps records(progress, samples.size());
     for (std::size_t index = 0; index < samples.size(); ++index) {
         const SampleRecord& record = samples[index];
         lines << record.link << ',' << record.value << ',' << record.time;
         lines.endLine();
+        records.step();
     }
     lines.flush();
 }

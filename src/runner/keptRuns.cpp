@@ -86,9 +86,10 @@ bool takeLine(std::string_view line, SampleStore& samples)
     return true;
 }
 
-/// Reads up to the end or the first line that is not whole.
-void readSamples(std::istream& stream, SampleStore& samples)
+/// Reads up to the end or the first line that is not whole. @param size of the file in bytes, as it was
+void readSamples(std::istream& stream, SampleStore& samples, std::uintmax_t size, Progress& progress)
 {
+    double done = 0; // bytes
     std::vector<char> block(readSize);
     std::size_t rest = 0; // the beginning of a line whose end is in the next block
     while (rest < block.size()) {
@@ -103,6 +104,8 @@ void readSamples(std::istream& stream, SampleStore& samples)
         }
         std::ranges::copy(text, block.begin());
         rest = text.size();
+        done += static_cast<double>(stream.gcount());
+        progress.advance(std::min(1.0, done / std::max(1.0, static_cast<double>(size))));
     }
 }
 
@@ -310,19 +313,21 @@ bool KeptRuns::takeCutOff()
     return found;
 }
 
-std::vector<KeptRuns::Entry> KeptRuns::list() const
+std::vector<KeptEntry> KeptRuns::list(Progress& progress) const
 {
-    std::vector<Entry> entries;
-    for (const KeptFiles::File& file : files_.newestFirst()) {
-        if (file.path == path_)
+    std::vector<KeptEntry> entries;
+    const std::vector<KeptFiles::File> files = files_.newestFirst();
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        progress.advance(static_cast<double>(i) / static_cast<double>(files.size()));
+        if (files[i].path == path_)
             continue;
-        if (const auto text = summaryOf(file.path, dateText_))
-            entries.push_back({file.path, *text});
+        if (const auto text = summaryOf(files[i].path, dateText_))
+            entries.push_back({files[i].path, *text, files[i].size});
     }
     return entries;
 }
 
-KeptRun KeptRuns::load(const Entry& entry)
+KeptRun KeptRuns::load(const KeptEntry& entry, Progress& progress)
 {
     KeptRun run;
     readFile(entry.path, [&](std::istream& stream) {
@@ -330,11 +335,16 @@ KeptRun KeptRuns::load(const Entry& entry)
         run.design = head.design;
         run.firstStart = head.firstStart;
         run.samples.reset(run.design);
-        readSamples(stream, run.samples);
+        readSamples(stream, run.samples, entry.size, progress);
     });
     return run;
 }
 
-void KeptRuns::remove(const Entry& entry) { removeFile(entry.path); }
+void KeptRuns::remove(const KeptEntry& entry)
+{
+    std::error_code error;
+    if (fs::file_size(utf8Path(entry.path), error) == entry.size)
+        removeFile(entry.path);
+}
 
 } // namespace zint

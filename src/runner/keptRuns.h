@@ -30,11 +30,6 @@ struct KeptRun {
 /// written for one of a crash, so that readers skip that line wherever it stands.
 class KeptRuns {
 public:
-    struct Entry {
-        std::string path;
-        std::string text; ///< date, title and sample count, for the user
-    };
-
     /// @param folder is made when it is needed. @param dateText writes a time as the user reads it
     /// @param mostBytes that are kept together; the newest run stays whatever its size
     KeptRuns(std::string folder, std::function<std::string(std::chrono::system_clock::time_point)> dateText,
@@ -70,14 +65,16 @@ public:
 
     /// What can be recovered, the newest first; not the present run, and nothing that can't be read or has no
     /// sample.
-    std::vector<Entry> list() const;
+    /// Counting the samples of a GB takes seconds. @throws WorkStopped
+    std::vector<KeptEntry> list(Progress& progress = unwatched) const;
 
     /// Reads a run, up to the first damage if there is one. @throws FileError when the file can't be opened
-    /// or its design or start can't be read
-    static KeptRun load(const Entry& entry);
+    /// or its design or start can't be read; WorkStopped
+    static KeptRun load(const KeptEntry& entry, Progress& progress = unwatched);
 
-    /// Removes one that has been saved as a log.
-    static void remove(const Entry& entry);
+    /// Removes one that has been saved as a log, unless it has grown since it was listed: then another
+    /// program is still writing it.
+    static void remove(const KeptEntry& entry);
 
 private:
     void handOver();

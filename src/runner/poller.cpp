@@ -1,12 +1,10 @@
 #include "runner/poller.h"
 
 #include "catalogue/conversion.h"
-#include "runner/dataLog.h"
 #include "runner/pollReply.h"
 #include "shared/fileError.h"
 #include "shared/module1.h"
 #include "shared/runTimeError.h"
-#include "shared/textFile.h"
 
 #include <array>
 #include <charconv>
@@ -25,11 +23,6 @@ constexpr double longestRefresh = 3600;
 constexpr std::int64_t countedRequest = 5; // as "010C" and its end, whatever a request's length
 constexpr std::chrono::milliseconds tickInterval{500};
 constexpr double whole = 100; // percent
-
-const FileKinds logKinds{.extension = "log",
-                         .filter =
-                             "Zint log files (*.log)|*.log|Text files (*.txt)|*.txt|All files (*.*)|*.*"};
-const FileKinds textKinds{.extension = "txt", .filter = "Text files (*.txt)|*.txt|All files (*.*)|*.*"};
 
 /// The number in a text box as a whole one, or its usual value when it is out of range; nothing when it holds
 /// no number.
@@ -96,10 +89,12 @@ std::string minutesText(std::int64_t seconds)
 } // namespace
 
 Poller::Poller(Surroundings surroundings, const ConnectionChoice& choice, const Design& design)
-    : around_(std::move(surroundings)), design_(design),
-      link_(around_.port, around_.timer, choice, *this), log_{logKinds, &ProgramValues::parmLog,
-                                                              &ProgramValues::parmLogFile, "log"},
-      export_{textKinds, &ProgramValues::parmExport, &ProgramValues::parmExportFile, "export"}
+    : around_(std::move(surroundings)), design_(design), link_(around_.port, around_.timer, choice, *this),
+      files_({around_.prompts, around_.dialogs, around_.values, around_.dateText,
+              [this](const std::string& status) {
+                  panel_.statusBox = status;
+                  changed();
+              }})
 {
     around_.ticker.onTick = [this] { tick(); };
     around_.ticker.setInterval(tickInterval);
@@ -366,7 +361,7 @@ void Poller::resetValues()
     pollStart_ = around_.clock.monotonic();
     pollDate_ = around_.clock.wall();
     panel_.ProgressBar1 = {};
-    log_.isNamed = export_.isNamed = false;
+    files_.forgetNames();
     if (pollActive_) {
         keepRun();
         panel_.statusBox += keepFailure_;
@@ -436,107 +431,13 @@ std::int64_t Poller::secondsSince(std::chrono::microseconds moment) const
     return std::chrono::duration_cast<std::chrono::seconds>(around_.clock.monotonic() - moment).count();
 }
 
-void Poller::saveLog() { saveLog(!log_.isNamed); }
-
-void Poller::saveLogAs() { saveLog(true); }
-
-void Poller::saveLog(bool asking)
+void Poller::saveLog(RunFiles::Name name)
 {
-    const bool isWritten = save(log_, asking, [this](std::ostream& stream) {
-        writeLog(stream, design_, samples_, around_.dateText(firstPollDate_));
-    });
-    if (!isWritten)
+    if (!files_.saveLog(run(), name))
         return;
     savedSize_ = samples_.size();
     if (!pollActive_) // what a run that is on brings is not saved yet
         around_.kept.forget();
-}
-
-void Poller::exportLog() { exportLog(!export_.isNamed); }
-
-void Poller::exportLogAs() { exportLog(true); }
-
-void Poller::exportLog(bool asking)
-{
-    const auto complain = [this](const std::string& text) { around_.prompts.message(text); };
-    save(export_, asking, [&](std::ostream& stream) {
-        writeExport(stream, design_, samples_, around_.dateText(firstPollDate_), complain);
-    });
-}
-
-bool Poller::save(OutputFile& file, bool asking, const std::function<void(std::ostream&)>& write)
-{
-    std::string& path = around_.values.*file.path;
-    std::string& name = around_.values.*file.name;
-    if (asking) {
-        const std::string chosen = askName(file.kinds, name);
-        if (chosen.empty())
-            return false;
-        path = chosen;
-        name = fileNamePart(chosen);
-        file.isNamed = true;
-    }
-    return writeTo(path, file.what, write);
-}
-
-std::string Poller::askName(const FileKinds& kinds, const std::string& proposed)
-{
-    std::string path = around_.dialogs.chooseToSave(kinds, around_.values.parmInitDir, proposed);
-    if (!path.empty())
-        around_.values.rememberFolderOf(path);
-    return path;
-}
-
-/// @param what "log" or "export", for the status. @return whether it was written
-bool Poller::writeTo(const std::string& path, const std::string& what,
-                     const std::function<void(std::ostream&)>& write)
-{
-    const std::string name = fileNamePart(path);
-    std::string failure;
-    try {
-        replaceFile(path, write);
-        panel_.statusBox = name + " " + what + " saved";
-    } catch (const FileError& error) {
-        failure = error.what();
-        panel_.statusBox = "Error Saving " + what + " to " + name;
-    }
-    changed();
-    if (!failure.empty())
-        around_.prompts.message(failure);
-    return failure.empty();
-}
-
-void Poller::debugLog()
-{
-    const std::string path = askName(textKinds, {});
-    if (!path.empty())
-        writeTo(path, "export", [this](std::ostream& stream) { writeDebugDump(stream, samples_); });
-}
-
-void Poller::recover()
-{
-    const std::vector<KeptRuns::Entry> entries = around_.kept.list();
-    if (entries.empty()) {
-        around_.prompts.message("There is no unsaved run to recover.");
-        return;
-    }
-    std::vector<std::string> lines;
-    lines.reserve(entries.size());
-    for (const KeptRuns::Entry& entry : entries)
-        lines.push_back(entry.text);
-    const auto chosen = around_.prompts.choose("Unsaved runs", "Recover Unsaved Run", lines);
-    if (!chosen)
-        return;
-    const KeptRuns::Entry& entry = entries.at(*chosen);
-    const KeptRun run = KeptRuns::load(entry);
-    const std::string path = askName(logKinds, {});
-    if (path.empty())
-        return;
-    const bool isWritten = writeTo(path, "log", [&](std::ostream& stream) {
-        writeLog(stream, run.design, run.samples, around_.dateText(run.firstStart));
-    });
-    if (isWritten)
-        KeptRuns::remove(entry);
 }
 
 void Poller::setStatus(std::string_view words)

@@ -4,6 +4,7 @@
 #include "link/adapterLink.h"
 #include "runner/keptRuns.h"
 #include "runner/pollPanel.h"
+#include "runner/runFiles.h"
 #include "runner/sampleStore.h"
 #include "runner/schedule.h"
 #include "shared/clock.h"
@@ -15,7 +16,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -55,12 +55,12 @@ public:
 
     void resetValues(); ///< empties the store; a run that is on goes on
 
-    void saveLog(); ///< asks for a name the first time
-    void saveLogAs();
-    void exportLog(); ///< asks for a name the first time
-    void exportLogAs();
-    void debugLog(); ///< always asks for a name
-    void recover();  ///< saves a kept run as a log
+    void saveLog() { saveLog(RunFiles::Name::usual); }
+    void saveLogAs() { saveLog(RunFiles::Name::asked); }
+    void exportLog() { files_.saveExport(run(), RunFiles::Name::usual); }
+    void exportLogAs() { files_.saveExport(run(), RunFiles::Name::asked); }
+    void debugLog() { files_.saveDebugDump(run()); }
+    void recover() { files_.recover(around_.kept); }
 
     bool isPolling() const { return pollActive_; }
     const SampleStore& samples() const { return samples_; }
@@ -88,15 +88,6 @@ private:
     void linkTimedOut() override;
     void linkLost() override;
 
-    /// A file that a run is written to.
-    struct OutputFile {
-        const FileKinds& kinds;
-        std::string ProgramValues::*path;
-        std::string ProgramValues::*name;
-        const char* what;     ///< "log" or "export", for the status
-        bool isNamed = false; ///< by the user, for the present run
-    };
-
     void start();
     void stop(const std::string& status);
     std::string completedStatus();
@@ -115,12 +106,8 @@ private:
     std::int64_t secondsSince(std::chrono::microseconds moment) const;
 
     bool isSaved() const;
-    void saveLog(bool asking);
-    void exportLog(bool asking);
-    bool save(OutputFile& file, bool asking, const std::function<void(std::ostream&)>& write);
-    std::string askName(const FileKinds& kinds, const std::string& proposed);
-    bool writeTo(const std::string& path, const std::string& what,
-                 const std::function<void(std::ostream&)>& write);
+    void saveLog(RunFiles::Name name);
+    RunFiles::Run run() const { return {design_, samples_, firstPollDate_}; }
 
     void setStatus(std::string_view words);
     void changed() const;
@@ -130,6 +117,7 @@ private:
     AdapterLink link_;
     SampleStore samples_;
     PollPanel panel_;
+    RunFiles files_;
 
     State state_ = State::commands;
     bool pollActive_ = false;
@@ -151,9 +139,6 @@ private:
     std::size_t savedSize_ = 0;               ///< of the store when it was last saved as a log
     std::int64_t loopsBefore_ = 0;            ///< of earlier starts
     std::vector<std::int32_t> samplesBefore_; ///< by event, of earlier starts
-
-    OutputFile log_;
-    OutputFile export_;
 };
 
 } // namespace zint

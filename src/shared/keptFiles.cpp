@@ -10,6 +10,23 @@
 #include <utility>
 
 namespace zint {
+
+std::optional<KeptEntry> chooseToRecover(Prompts& prompts, const std::vector<KeptEntry>& entries,
+                                         const std::string& what)
+{
+    if (entries.empty()) {
+        prompts.message("There is no unsaved " + what + " to recover.");
+        return std::nullopt;
+    }
+    std::vector<std::string> lines;
+    lines.reserve(entries.size());
+    for (const KeptEntry& entry : entries)
+        lines.push_back(entry.text);
+    const std::string title = "Recover Unsaved " + upperCase(what.substr(0, 1)) + what.substr(1);
+    const auto chosen = prompts.choose("Unsaved " + what + "s", title, lines);
+    return chosen ? std::optional(entries.at(*chosen)) : std::nullopt;
+}
+
 namespace {
 
 namespace fs = std::filesystem;

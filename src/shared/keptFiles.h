@@ -1,13 +1,28 @@
 #pragma once
 
+#include "shared/prompts.h"
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace zint {
+
+/// A kept file that can be brought back.
+struct KeptEntry {
+    std::string path;
+    std::string text;        ///< date, title and size, for the user
+    std::uintmax_t size = 0; ///< in bytes, when it was looked at
+};
+
+/// Lets the user choose what to bring back. @param what it is, in small letters: "design"
+/// @return nothing when there is nothing or the user cancels
+std::optional<KeptEntry> chooseToRecover(Prompts& prompts, const std::vector<KeptEntry>& entries,
+                                         const std::string& what);
 
 /// A folder of files that keep what the user has not saved, until there are newer ones. Paths are UTF-8.
 class KeptFiles {

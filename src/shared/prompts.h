@@ -1,6 +1,9 @@
 #pragma once
 
+#include "shared/progress.h"
+
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,6 +31,14 @@ public:
 
     /// Asks for OK or Cancel. @return true for OK; closing the question is a Cancel
     virtual bool confirm(const std::string& text, const std::string& title) = 0;
+
+    /// Runs work that may take long, and shows meanwhile how far it is and what it does; the user can stop
+    /// it. Throws what the work throws. @return false when it was stopped
+    virtual bool runLong(const std::string& /*text*/, const std::function<void(Progress&)>& work)
+    {
+        work(unwatched);
+        return true;
+    }
 };
 
 } // namespace zint

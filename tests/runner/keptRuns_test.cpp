@@ -95,7 +95,7 @@ protected:
     std::vector<std::string> texts() const
     {
         std::vector<std::string> texts;
-        for (const KeptRuns::Entry& entry : kept->list())
+        for (const KeptEntry& entry : kept->list())
             texts.push_back(entry.text);
         return texts;
     }

@@ -20,6 +20,7 @@ public:
     std::string question; ///< the last one: its title, a line feed, its text, and what a text begins with or
                           ///< the lines
     std::string reason;   ///< of the last message
+    bool stopsWork = false;          ///< as soon as it tells how far it is
     std::function<void()> whileOpen; ///< called once, while the next message is open
 
     ~ScriptedPrompts() override { EXPECT_EQ(message_, "") << "unexpected message: " << message_; }
@@ -57,6 +58,27 @@ public:
         EXPECT_TRUE(answer) << "unexpected question: " << text;
         question = title + "\n" + text;
         return std::exchange(answer, {}).value_or(false);
+    }
+
+    bool runLong(const std::string&, const std::function<void(Progress&)>& work) override
+    {
+        struct Watch final : Progress {
+            bool stops = false;
+
+            void advance(double done) override
+            {
+                EXPECT_TRUE(done >= 0 && done <= 1) << done;
+                if (stops)
+                    throw WorkStopped();
+            }
+        } watch;
+        watch.stops = stopsWork;
+        try {
+            work(watch);
+            return true;
+        } catch (const WorkStopped&) {
+            return false;
+        }
     }
 
 private:

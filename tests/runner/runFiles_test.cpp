@@ -1,0 +1,64 @@
+#include "runner/runFiles.h"
+#include "support/scriptedDialogs.h"
+#include "support/scriptedPrompts.h"
+#include "support/temporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+namespace zint {
+namespace {
+
+std::string bytesOf(const std::string& path)
+{
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator(stream), {}};
+}
+
+TEST(RunFiles, WritingThatIsStoppedLeavesTheFileAndTheKeptRun)
+{
+    const TemporaryFolder folder;
+    Design design;
+    design.eventCount() = design.polledCount() = 1;
+    design.entries[1] = {.code = "010D", .frequency = 1};
+    SampleStore samples;
+    samples.reset(design);
+    constexpr std::int32_t count = 50000;
+    for (std::int32_t i = 0; i < count; ++i)
+        samples.add(0, i, i);
+    KeptRuns kept(folder.path("runs"), [](auto) { return "then"; });
+    kept.begin(design, samples, {});
+    kept.leave();
+
+    ScriptedPrompts prompts;
+    ScriptedDialogs dialogs;
+    ProgramValues values;
+    std::string status;
+    RunFiles files({prompts, dialogs, values, [](auto) { return "then"; },
+                    [&status](const std::string& text) { status = text; }});
+    const std::string path = folder.path("some.log");
+    dialogs.chosen = path;
+    const RunFiles::Run run{design, samples, {}};
+    ASSERT_TRUE(files.saveLog(run, RunFiles::Name::usual));
+    const std::string whole = bytesOf(path);
+
+    prompts.stopsWork = true;
+    EXPECT_FALSE(files.saveLog(run, RunFiles::Name::usual));
+    EXPECT_EQ(status, "Saving log to some.log was stopped");
+    files.recover(kept);
+    EXPECT_EQ(bytesOf(path), whole);
+
+    prompts.stopsWork = false;
+    EXPECT_EQ(kept.list().size(), 1U);
+    prompts.chosen = 0;
+    dialogs.chosen = path;
+    files.recover(kept);
+    EXPECT_EQ(prompts.question, "Recover Unsaved Run\nUnsaved runs\nthen    (50000 samples)");
+    EXPECT_EQ(bytesOf(path), whole);
+    EXPECT_TRUE(kept.list().empty());
+}
+
+} // namespace
+} // namespace zint
