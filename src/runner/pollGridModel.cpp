@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include <algorithm>
 #include <array>
 
 namespace zint {
@@ -46,11 +47,24 @@ QVariant background(PollPanel::Shade shade)
     return {};
 }
 
+/// The colour of selections, made light or dark enough to be read on the grid's own colour.
+QColor highlight()
+{
+    constexpr int lightest = 110; // on a light grid
+    constexpr int darkest = 175;  // on a dark one
+    const QPalette palette = QGuiApplication::palette();
+    const QColor colour = palette.color(QPalette::Highlight).toHsl();
+    const bool isDark = palette.color(QPalette::Base).lightness() < 128;
+    const int lightness =
+        isDark ? std::max(colour.lightness(), darkest) : std::min(colour.lightness(), lightest);
+    return QColor::fromHsl(colour.hslHue(), colour.hslSaturation(), lightness);
+}
+
 QVariant textColour(PollPanel::Shade shade, bool isNew)
 {
     const bool onYellow = shade == PollPanel::Shade::error;
     if (isNew)
-        return onYellow ? QColor(Qt::darkBlue) : QGuiApplication::palette().color(QPalette::Highlight);
+        return onYellow ? QColor(Qt::darkBlue) : highlight();
     return onYellow ? QColor(Qt::black) : QVariant();
 }
 
