@@ -161,9 +161,16 @@ void ChartColumn::add(const ChartColumn& laterPoints)
 void ChartData::setDesign(const Design& design)
 {
     lines_.clear();
+    starts_.clear();
     size_ = 0;
     for (const DesignEntry& event : design.events())
         lines_.push_back({.conversion = event.conversion});
+}
+
+void ChartData::startRun(const SampleStore& samples)
+{
+    notice(samples);
+    starts_.push_back(samples.size());
 }
 
 bool ChartData::hasNumbers(std::size_t event) const
@@ -177,6 +184,7 @@ bool ChartData::notice(const SampleStore& samples)
     if (isEmptied) {
         for (Line& line : lines_)
             line = {.conversion = line.conversion};
+        starts_.clear();
     }
     size_ = samples.size();
     return isEmptied;
@@ -283,6 +291,26 @@ std::vector<ChartPoint> ChartData::points(const SampleStore& samples, std::size_
                      });
     }
     return maker.finish();
+}
+
+std::vector<std::span<const ChartPoint>> ChartData::pieces(const SampleStore& samples,
+                                                           std::span<const ChartPoint> line) const
+{
+    std::vector<std::span<const ChartPoint>> found;
+    for (std::size_t record : starts_) {
+        while (record < samples.size() && samples[record].isHeader())
+            ++record;
+        if (record >= samples.size())
+            break;
+        const auto next = std::ranges::lower_bound(line, samples[record].time, {}, &ChartPoint::time);
+        const auto count = static_cast<std::size_t>(next - line.begin());
+        if (count > 0)
+            found.push_back(line.first(count));
+        line = line.subspan(count);
+    }
+    if (!line.empty())
+        found.push_back(line);
+    return found;
 }
 
 double ChartData::end(const SampleStore& samples) const

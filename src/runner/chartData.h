@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace zint {
@@ -43,6 +44,10 @@ public:
     /// Forgets all, and reads the events' conversions.
     void setDesign(const Design& design);
 
+    /// Tells that polling starts, before its first sample comes; the store may hold samples of earlier
+    /// starts.
+    void startRun(const SampleStore& samples);
+
     /// Whether an event can be drawn at all. @param event from 0
     bool hasNumbers(std::size_t event) const;
 
@@ -55,6 +60,10 @@ public:
     /// @param event from 0
     std::vector<ChartPoint> points(const SampleStore& samples, std::size_t event, double from, double to,
                                    int pixels);
+
+    /// The pieces of a line that points() gave: it breaks where polling was stopped. None is empty.
+    std::vector<std::span<const ChartPoint>> pieces(const SampleStore& samples,
+                                                    std::span<const ChartPoint> line) const;
 
     /// The time of the newest sample, as exactly as it is known from the lines that were asked for.
     double end(const SampleStore& samples) const;
@@ -95,7 +104,8 @@ private:
     static void extend(Line& line, const SampleStore& samples, std::size_t event);
 
     std::vector<Line> lines_;
-    std::size_t size_ = 0; ///< of the store, when it was last seen
+    std::vector<std::size_t> starts_; ///< how large the store was each time polling started
+    std::size_t size_ = 0;            ///< of the store, when it was last seen
 };
 
 } // namespace zint

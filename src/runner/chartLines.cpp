@@ -70,11 +70,7 @@ void ChartLines::draw(std::span<const std::size_t> events)
     for (const std::size_t event : events) {
         const auto axis = std::ranges::find(axes_, axisUnit(*design_, event),
                                             [](const ValueAxis& a) { return a.axis.unit; });
-        auto* series = new QLineSeries(&chart_);
-        chart_.addSeries(series);
-        series->attachAxis(timeAxis_);
-        series->attachAxis(axis->shown);
-        lines_.push_back({event, static_cast<std::size_t>(axis - axes_.begin()), series});
+        lines_.push_back({.event = event, .axis = static_cast<std::size_t>(axis - axes_.begin())});
     }
     paintColours();
 }
@@ -86,8 +82,10 @@ void ChartLines::paint(ChartData& data, const SampleStore& samples, const ChartR
     for (const Line& line : lines_)
         points[line.axis].push_back(data.points(samples, line.event, range.from(), range.to(), pixels));
 
-    for (const Line& line : lines_)
-        line.series->clear(); // each change of an axis would lay out the old points once more
+    for (const Line& line : lines_) {
+        for (QLineSeries* piece : line.pieces)
+            piece->clear(); // each change of an axis would lay out the old points once more
+    }
     std::vector<ChartScale> scales;
     for (std::size_t i = 0; i < axes_.size(); ++i) {
         const ChartScale scale = scaleOf(points[i]);
@@ -103,14 +101,30 @@ void ChartLines::paint(ChartData& data, const SampleStore& samples, const ChartR
     if (std::exchange(isCrowded_, total > crowd) != isCrowded_)
         paintPens();
     std::vector<std::size_t> drawn(axes_.size());
-    for (const Line& line : lines_) {
+    for (Line& line : lines_) {
+        line.name = toQt(lineName(*design_, line.event, axes_[line.axis].axis, scales[line.axis]));
+        paintLine(line, data.pieces(samples, points[line.axis][drawn[line.axis]++]));
+    }
+}
+
+/// A series has no gaps, so each piece of the line is a series.
+void ChartLines::paintLine(Line& line, std::span<const std::span<const ChartPoint>> pieces)
+{
+    while (line.pieces.size() < pieces.size()) {
+        auto* series = new QLineSeries(&chart_);
+        chart_.addSeries(series);
+        series->attachAxis(timeAxis_);
+        series->attachAxis(axes_[line.axis].shown);
+        series->setPen(penOf(line.event));
+        line.pieces.push_back(series);
+    }
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
         QList<QPointF> shown;
-        const std::vector<ChartPoint>& found = points[line.axis][drawn[line.axis]++];
-        shown.reserve(static_cast<qsizetype>(found.size()));
-        for (const ChartPoint& point : found)
+        shown.reserve(static_cast<qsizetype>(pieces[i].size()));
+        for (const ChartPoint& point : pieces[i])
             shown.append({point.time, point.value});
-        line.series->replace(shown);
-        line.series->setName(toQt(lineName(*design_, line.event, axes_[line.axis].axis, scales[line.axis])));
+        line.pieces[i]->replace(shown);
+        line.pieces[i]->setName(line.name);
     }
 }
 
@@ -150,8 +164,10 @@ void ChartLines::paintColours()
 
 void ChartLines::paintPens()
 {
-    for (const Line& line : lines_)
-        line.series->setPen(penOf(line.event));
+    for (const Line& line : lines_) {
+        for (QLineSeries* piece : line.pieces)
+            piece->setPen(penOf(line.event));
+    }
 }
 
 QPen ChartLines::penOf(std::size_t event) const
@@ -170,7 +186,7 @@ QPen ChartLines::penOf(std::size_t event) const
 QString ChartLines::nameOf(std::size_t event) const
 {
     const auto line = std::ranges::find(lines_, event, &Line::event);
-    return line != lines_.end() ? line->series->name() : toQt(eventName(*design_, event));
+    return line != lines_.end() ? line->name : toQt(eventName(*design_, event));
 }
 
 QPixmap ChartLines::sampleOf(std::size_t event) const

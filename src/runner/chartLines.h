@@ -50,7 +50,8 @@ private:
     struct Line {
         std::size_t event;
         std::size_t axis;
-        QLineSeries* series;
+        QString name;
+        std::vector<QLineSeries*> pieces; ///< empty ones may be left over
     };
 
     struct ValueAxis {
@@ -59,6 +60,7 @@ private:
     };
 
     void takeStyles(std::span<const std::size_t> events);
+    void paintLine(Line& line, std::span<const std::span<const ChartPoint>> pieces);
     void paintTimeAxis(const ChartRange& range);
     void paintPens();
     QPen penOf(std::size_t event) const;

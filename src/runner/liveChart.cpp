@@ -143,6 +143,8 @@ void QtLiveChart::setRunning(bool isRunning)
     const bool isEmptied = data_.notice(*samples_);
     if (isRunning == isRunning_ && !isEmptied)
         return;
+    if (isRunning && !isRunning_)
+        data_.startRun(*samples_);
     isRunning_ = isRunning;
     look();
 }
