@@ -1,10 +1,17 @@
+#include "designer/designFile.h"
 #include "designer/pollSetup2.h"
+#include "endToEnd/fixedRun.h"
 #include "endToEnd/simulator.h"
 #include "forms/formTest.h"
 #include "platform/qtSerialPort.h"
+#include "runner/dataLog.h"
+#include "runner/obdPollForm.h"
 
-#include <QAction>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QProgressBar>
 #include <QTableView>
+#include <QTimer>
 
 namespace zint {
 namespace {
@@ -19,6 +26,35 @@ protected:
             return std::make_unique<QtSerialPort>(gate,
                                                   [this](int) { return simulator_->path().toStdString(); });
         };
+    }
+
+    /// Types a name, as a user does who is asked for a file in the test's folder. @return what was written
+    std::string savedBy(const char* action, const char* name, const char* extension)
+    {
+        values.parmInitDir = folder.path();
+        QTimer watch;
+        QObject::connect(&watch, &QTimer::timeout, form, [&watch, name] {
+            auto* edit = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+            if (edit == nullptr || edit->objectName() != u"fileNameEdit")
+                return;
+            watch.stop();
+            edit->selectAll();
+            QTest::keyClicks(edit, QLatin1String(name));
+            QTest::keyClick(edit, Qt::Key_Return);
+        });
+        watch.start(5);
+        control<QAction>(action)->trigger();
+        return contents(folder.path(name) + extension);
+    }
+
+    bool showsStatus(const char* text)
+    {
+        return waitUntil([&] { return textOf("statusBox") == QLatin1String(text); });
+    }
+
+    QString cell(int row, int column)
+    {
+        return control<QTableView>("obdGrid")->model()->index(row, column).data().toString();
     }
 
 private:
@@ -49,14 +85,59 @@ TEST_F(WindowsEndToEnd, TheDesignerAsksWhatTheVehicleSupports)
         EXPECT_TRUE(ends) << row.simulator;
         EXPECT_TRUE(waitUntil([&] { return message.startsWith(QLatin1String(row.message)); }))
             << row.simulator;
-        const QAbstractItemModel* grid = control<QTableView>("obdGrid")->model();
         int disabled = 0;
-        for (int i = 0; i < grid->rowCount(); ++i)
-            disabled += grid->index(i, 3).data().toString() == u"0" ? 1 : 0;
+        for (int i = 0; i < control<QTableView>("obdGrid")->model()->rowCount(); ++i)
+            disabled += cell(i, 3) == u"0" ? 1 : 0;
         EXPECT_EQ(disabled, row.disabled) << row.simulator;
         delete form;
         form = nullptr;
     }
+}
+
+TEST_F(WindowsEndToEnd, TheRunnerPollsAndWritesWhatTheVehicleSent)
+{
+    const char* const ended = "Completed Polling, all samples filled";
+    const char* const pulled = "com1 - adapter disconnected";
+    struct Row {
+        const char* simulator;
+        const char* loops;
+        const char* end;
+        const char* files;
+    };
+    for (const Row& row : {Row{"--no-announcement --latency 0", "4", ended, "whole"},
+                           Row{"--no-announcement --pieces 1 --latency 20", "4", ended, "pieces"},
+                           // with the reply that ends the fourth loop of the six
+                           Row{"--no-announcement --latency 1 --disconnect-after 10", "6", pulled, "cut"}}) {
+        SCOPED_TRACE(row.simulator);
+        plugIn(row.simulator);
+        std::istringstream stream(fixedDesign);
+        design = readDesign(stream);
+        commit(gridOf(design), design); // as the designer hands it over
+        delete std::exchange(form, new obdPollForm(context));
+        form->show();
+        control<QLineEdit>("textSampleCnt")->clear();
+        QTest::keyClicks(control<QLineEdit>("textSampleCnt"), QLatin1String(row.loops));
+        control<QAction>("mnuResetVal")->trigger();
+        const auto started = std::chrono::system_clock::now();
+        click("comStart");
+        EXPECT_TRUE(showsStatus(row.end)) << textOf("statusBox").toStdString();
+        EXPECT_EQ(textOf("comStart"), u"Start Polling");
+        EXPECT_EQ(cell(0, 1) + u' ' + cell(0, 2), u"99kPa 4");
+
+        const std::string log = savedBy("mnuSaveLog", row.files, ".log");
+        EXPECT_EQ(textOf("statusBox").toStdString(), row.files + std::string(".log log saved"));
+        expectFourLoops(log, savedBy("mnuExportLog", row.files, ".txt"), started);
+    }
+
+    plugIn("--no-announcement --latency 1"); // again, to go on with the run
+    control<QAction>("mnuComStart")->trigger();
+    EXPECT_TRUE(showsStatus(ended)) << textOf("statusBox").toStdString();
+    EXPECT_EQ(control<QProgressBar>("ProgressBar1")->text(), u"100%");
+    control<QAction>("mnuSaveLog")->trigger(); // to the same file
+    std::istringstream stream(contents(folder.path("cut.log")));
+    const SampleStore samples = readLog(stream).samples;
+    EXPECT_GT(samples.events()[0].sampleCount, 4);
+    EXPECT_EQ(cell(0, 2), QString::number(samples.events()[0].sampleCount));
 }
 
 } // namespace

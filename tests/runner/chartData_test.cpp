@@ -189,13 +189,7 @@ TEST(ChartAxes, AreScaledToRoundLimits)
     EXPECT_EQ(scaleOf(std::array{Points{{0, 10}, {1, 90}}, Points{{0, 3}}, Points{}}), roundScale(3, 90));
     EXPECT_EQ(scaleOf({}), ChartScale());
 
-    EXPECT_EQ(timeMarks(0, 60, 8), (std::vector<TimeMark>{{0, "0:00"},
-                                                          {10, "0:10"},
-                                                          {20, "0:20"},
-                                                          {30, "0:30"},
-                                                          {40, "0:40"},
-                                                          {50, "0:50"},
-                                                          {60, "1:00"}}));
+    EXPECT_EQ(timeMarks(588, 611, 3), (std::vector<TimeMark>{{590, "9:50"}, {600, "10:00"}, {610, "10:10"}}));
     EXPECT_EQ(timeMarks(3599.75, 3600.25, 6), (std::vector<TimeMark>{{3599.8, "59:59.8"},
                                                                      {3599.9, "59:59.9"},
                                                                      {3600, "1:00:00.0"},
@@ -251,8 +245,6 @@ TEST(ChartRange, FollowsARunShowsItAllAfterwardsAndStaysWhereTheUserWent)
     range.showAll();
     range.setEnd(240, true);
     shows(0, 240);
-    range.setEnd(250, false);
-    shows(0, 250);
     range.zoom(0.5, 0);
     range.setEnd(0, false); // emptied
     range.setEnd(30, false);

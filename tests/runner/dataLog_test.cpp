@@ -91,7 +91,7 @@ SampleStore run(const Design& design, int passes, const std::function<std::int32
     return samples;
 }
 
-TEST(DataLogTest, WritesBlocksOfTheEventsThatHaveSamples)
+TEST(DataLogTest, WritesBlocksOfTheEventsThatHaveSamplesAndReadsThem)
 {
     const Design design = threeEvents();
     SampleStore samples;
@@ -107,20 +107,13 @@ TEST(DataLogTest, WritesBlocksOfTheEventsThatHaveSamples)
 
     std::istringstream stream(log);
     EXPECT_EQ(readDesign(stream).eventCount(), 3) << "a log can be opened as a design";
-}
-
-TEST(DataLogTest, ReadsWhatItWrites)
-{
-    const std::string text =
-        head + std::string(" 6 \r\n##1\r\n1,6904\r\n125,-1\r\n##3\r\n0,40\r\n2147483647,0\r\n");
-    const DataLog log = read(text);
-    EXPECT_EQ(log.firstStart, date);
-    EXPECT_EQ(log.design.extraCommands, "ATH1");
-    EXPECT_EQ(log.design.polledCount(), 2);
-    EXPECT_EQ(log.samples.events()[0].sampleCount, 2);
-    EXPECT_EQ(log.samples.events()[1].header, EventTotals::none);
-    EXPECT_EQ(logOf(log.design, log.samples), text);
-    EXPECT_TRUE(read(head + std::string("0\r\n")).samples.isEmpty()) << "blanks around the count are trimmed";
+    const DataLog again = read(log);
+    EXPECT_EQ(again.firstStart, date);
+    EXPECT_EQ(again.design.polledCount(), 2);
+    EXPECT_EQ(again.samples.events()[1].sampleCount, 2);
+    EXPECT_EQ(again.samples.events()[2].header, EventTotals::none);
+    EXPECT_EQ(logOf(again.design, again.samples), log);
+    EXPECT_TRUE(read(head + std::string("0\r\n")).samples.isEmpty()) << "the count's blanks are trimmed";
 }
 
 TEST(DataLogTest, RefusesWhatIsNoWholeLog)
@@ -144,12 +137,8 @@ TEST(DataLogTest, RefusesWhatIsNoWholeLog)
              Row{top + " 1 \r\n1,1\r\n", "line 9: this sample belongs to no event"},
              Row{block + "1,1\r\n2,2\r\n3,3\r\n", "line 12: there are more records than the 3"},
              Row{block + "1,1\r\n\r\n", "line 11: this is no sample"},
-             Row{block + "1;1\r\n", "line 10: this is no sample"},
              Row{block + "1,\r\n", "line 10: this is no sample"},
              Row{block + "1,1,1\r\n", "line 10: this is no sample"},
-             Row{block + "1, 1\r\n", "line 10: this is no sample"},
-             Row{block + "+1,1\r\n", "line 10: this is no sample"},
-             Row{block + "01,1\r\n", "line 10: this is no sample"},
              Row{block + "1,-0\r\n", "line 10: this is no sample"},
              Row{block + "1,2147483648\r\n", "line 10: this is no sample"},
              Row{block + "##3\r\n3,3\r\n", "line 10: the block before has no samples"},
