@@ -33,7 +33,6 @@ void SimulatedPort::open()
     if (open_)
         throw CommError(deviceBusy, "The port is already open");
     LineSettings::parse(settings());
-    received_.clear();
     gone_ = false;
     open_ = true;
     adapter_.portOpened(clock_.monotonic());
@@ -43,6 +42,8 @@ void SimulatedPort::open()
 void SimulatedPort::close()
 {
     timer_.setEnabled(false);
+    groups_.clear();
+    group_.reset();
     received_.clear();
     open_ = false;
 }
@@ -55,18 +56,32 @@ void SimulatedPort::output(std::string_view text)
     schedule();
 }
 
-/// Sets the timer to the adapter's next move.
+/// Whether the device is gone, all that it sent has been delivered, and the owner does not know yet.
+bool SimulatedPort::isVanishing() const
+{
+    return adapter_.disconnected() && !gone_ && !group_ && groups_.isEmpty();
+}
+
+/// When something is to be delivered; nothing when nothing is on its way.
+std::optional<std::chrono::microseconds> SimulatedPort::nextDue() const
+{
+    if (group_ || isVanishing())
+        return clock_.monotonic();
+    const auto due = adapter_.nextDue();
+    if (groups_.isEmpty())
+        return due;
+    return due ? std::min(*due, pauseEnd_) : pauseEnd_;
+}
+
+/// Sets the timer to the next delivery.
 void SimulatedPort::schedule()
 {
     using std::chrono::milliseconds;
-    const auto due = adapter_.nextDue();
-    const bool vanished = adapter_.disconnected() && !gone_;
-    if (!open_ || (!due && !vanished)) {
-        timer_.setEnabled(false);
+    const auto due = nextDue();
+    timer_.setEnabled(false);
+    if (!open_ || !due)
         return;
-    }
-    const auto now = clock_.monotonic();
-    const auto wait = vanished ? milliseconds(0) : std::chrono::ceil<milliseconds>(*due - now);
+    const auto wait = std::chrono::ceil<milliseconds>(*due - clock_.monotonic());
     timer_.setInterval(std::max(wait, milliseconds(0)));
     timer_.setEnabled(true);
 }
@@ -75,7 +90,7 @@ void SimulatedPort::deliver()
 {
     if (!open_)
         return;
-    if (adapter_.disconnected() && !gone_) {
+    if (isVanishing()) {
         gone_ = true;
         schedule();
         notify(commEvent::deviceGone);
@@ -87,10 +102,19 @@ void SimulatedPort::deliver()
 /// What the owner does in the notification (write, close, run an event loop) finds the port in order.
 void SimulatedPort::receive()
 {
-    const std::string arrived = adapter_.take(clock_.monotonic());
-    received_ += arrived;
+    const auto now = clock_.monotonic();
+    if (const std::string arrived = adapter_.take(now); !arrived.empty()) {
+        groups_.append(arrived);
+        pauseEnd_ = now + ReceiveGroups::pause;
+    }
+    if (!group_)
+        group_ = groups_.take();
+    if (!group_ && !groups_.isEmpty() && now >= pauseEnd_)
+        group_ = groups_.takeRest();
+    const bool hasArrived = group_.has_value();
+    received_ += std::exchange(group_, groups_.take()).value_or("");
     schedule();
-    if (!arrived.empty() && receiveThreshold() > 0 && inBufferCount() >= receiveThreshold())
+    if (hasArrived && receiveThreshold() > 0 && inBufferCount() >= receiveThreshold())
         notify(commEvent::receive);
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "link/receiveGroups.h"
 #include "link/serialPort.h"
 #include "shared/clock.h"
 #include "shared/timer.h"
 #include "sim/simulatedAdapter.h"
 
+#include <chrono>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -32,13 +35,18 @@ public:
 private:
     void deliver();
     void receive();
+    bool isVanishing() const;
+    std::optional<std::chrono::microseconds> nextDue() const;
     void schedule();
     void notify(int event);
 
     Timer& timer_;
     const Clock& clock_;
     SimulatedAdapter adapter_;
-    std::string received_;
+    ReceiveGroups groups_;
+    std::optional<std::string> group_;     // the next one to be delivered
+    std::chrono::microseconds pauseEnd_{}; // when an incomplete group is delivered
+    std::string received_;                 // of what the owner was notified
     int lastCommEvent_ = commEvent::unknown;
     bool open_ = false;
     bool gone_ = false; // the device has vanished and the owner has been told

@@ -15,7 +15,7 @@ set(MAY_INCLUDE_sim shared)
 
 # Single headers that a folder may include beyond that.
 set(MAY_INCLUDE_HEADERS_runner designer/designFile.h) # a data log begins with the design
-set(MAY_INCLUDE_HEADERS_sim link/serialPort.h link/commError.h link/lineSettings.h) # what a port implements
+set(MAY_INCLUDE_HEADERS_sim link/receiveGroups.h link/serialPort.h link/commError.h link/lineSettings.h) # what a port implements
 
 # Folders and files that know the toolkit. What lies in app/ and is not named here knows none.
 set(TOOLKIT_FOLDERS platform)

@@ -1,7 +1,5 @@
 #include "link/adapterLink.h"
 
-#include "link/commError.h"
-
 #include <utility>
 
 namespace zint {
@@ -15,14 +13,24 @@ std::int64_t lengthOf(std::string_view command) { return static_cast<std::int64_
 AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener)
     : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener)
 {
-    port_.setCommPort(choice_.portNumber);
-    port_.setSettings(choice_.lineSettings());
-    port_.setReceiveThreshold(1);
-    port_.setInputMode(InputMode::text);
-    port_.setInputLength(0);
+    setUp(port_, choice_);
     port_.onComm = [this] { portEvent(); };
     timer_.onTick = [this] { timedOut(); };
     setStatus(" Closed");
+}
+
+void AdapterLink::setUp(SerialPort& port, const ConnectionChoice& choice)
+{
+    port.setCommPort(choice.portNumber);
+    port.setSettings(choice.lineSettings());
+    port.setReceiveThreshold(1);
+    port.setInputMode(InputMode::text);
+    port.setInputLength(0);
+}
+
+std::string AdapterLink::initErrorText(const CommError& error)
+{
+    return " - Comm init error: " + std::to_string(error.number()) + ": " + error.what();
 }
 
 bool AdapterLink::open(Guard guard)
@@ -34,7 +42,7 @@ bool AdapterLink::open(Guard guard)
         port_.open();
         write(resetCommand, lengthOf(resetCommand));
     } catch (const CommError& error) {
-        setStatus(" - Comm init error: " + std::to_string(error.number()) + ": " + error.what());
+        setStatus(initErrorText(error));
         port_.close();
         refreshCounterLine();
         return false;
@@ -124,7 +132,7 @@ void AdapterLink::lost()
     timer_.setEnabled(false);
     countError();
     port_.close();
-    setStatus(" - adapter disconnected");
+    setStatus(disconnectedText);
     refreshCounterLine();
     listener_.linkLost();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/commError.h"
 #include "link/connectionChoice.h"
 #include "link/linkCounters.h"
 #include "link/replyBuffer.h"
@@ -33,6 +34,14 @@ public:
 
     static constexpr std::string_view notRespondingText =
         "OBD is not responding... Please verify connections between computer and vehicle";
+
+    static constexpr std::string_view disconnectedText = " - adapter disconnected";
+
+    /// What a status says of a port that can't be opened.
+    static std::string initErrorText(const CommError& error);
+
+    /// Sets a port up as all tools use it.
+    static void setUp(SerialPort& port, const ConnectionChoice& choice);
 
     /// A tool. Each call comes from the port's notification or the timer's tick; the listener may send or
     /// close in it.

@@ -24,6 +24,9 @@ QtSerialPort::QtSerialPort(EventGate& gate, Locate locate) : gate_(gate), locate
     QObject::connect(&port_, &QSerialPort::readyRead, &port_, [this] { dataArrived(); });
     QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
                      [this](QSerialPort::SerialPortError error) { errorArrived(error); });
+    pause_.setSingleShot(true);
+    pause_.setInterval(ReceiveGroups::pause);
+    QObject::connect(&pause_, &QTimer::timeout, &port_, [this] { deliver(groups_.takeRest()); });
 }
 
 void QtSerialPort::open()
@@ -41,9 +44,7 @@ void QtSerialPort::open()
     port_.setFlowControl(QSerialPort::NoFlowControl);
     if (!port_.open(QIODevice::ReadWrite))
         throw portOpenError(path, port_.error(), port_.errorString());
-    received_.clear();
     ++opening_;
-    receiveWaiting_ = false;
     goneReported_ = false;
     timePerCharacter_ =
         std::chrono::microseconds(std::chrono::seconds(1)) * bitsPerCharacter / line.bitsPerSecond;
@@ -57,6 +58,8 @@ void QtSerialPort::close()
     if (!goneReported_)
         letWrittenTextLeave();
     port_.close();
+    pause_.stop();
+    groups_.clear();
     received_.clear();
 }
 
@@ -90,17 +93,25 @@ void QtSerialPort::output(std::string_view text)
 
 void QtSerialPort::dataArrived()
 {
-    received_ += port_.readAll().toStdString();
+    groups_.append(port_.readAll().toStdString());
     lineFreeAt_ =
         {}; // whoever answers has got what was written; many adapters are faster than their line's speed says
-    if (receiveThreshold() == 0 || receiveWaiting_)
-        return;
-    receiveWaiting_ = true;
-    gate_.run([this, opening = opening_] {
-        if (opening != opening_)
+    while (auto group = groups_.take())
+        deliver(std::move(*group));
+    if (groups_.isEmpty())
+        pause_.stop();
+    else
+        pause_.start();
+}
+
+/// Each group is a notification of its own.
+void QtSerialPort::deliver(std::string group)
+{
+    gate_.run([this, opening = opening_, group = std::move(group)] {
+        if (opening != opening_ || !port_.isOpen())
             return;
-        receiveWaiting_ = false;
-        if (inBufferCount() >= receiveThreshold())
+        received_ += group;
+        if (receiveThreshold() > 0 && inBufferCount() >= receiveThreshold())
             notify(commEvent::receive);
     });
 }

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "link/receiveGroups.h"
 #include "link/serialPort.h"
 #include "shared/eventGate.h"
 
 #include <QSerialPort>
+#include <QTimer>
 
 #include <chrono>
 #include <functional>
@@ -31,6 +33,7 @@ private:
     using SteadyTime = std::chrono::steady_clock::time_point;
 
     void dataArrived();
+    void deliver(std::string group);
     void errorArrived(QSerialPort::SerialPortError error);
     void notify(int event);
     void letWrittenTextLeave();
@@ -38,10 +41,11 @@ private:
     EventGate& gate_;
     Locate locate_;
     QSerialPort port_;
-    std::string received_;
+    QTimer pause_; ///< after which an incomplete group is delivered
+    ReceiveGroups groups_;
+    std::string received_; ///< of what the owner was notified
     int lastEvent_ = commEvent::receive;
-    unsigned opening_ = 0;        ///< counts openings; an event of an earlier one is dropped
-    bool receiveWaiting_ = false; ///< a notification is on its way and will find all that arrives before it
+    unsigned opening_ = 0; ///< counts openings; an event of an earlier one is dropped
     bool goneReported_ = false;
     std::chrono::microseconds timePerCharacter_{0};
     SteadyTime lineFreeAt_; ///< when the last character written will have left the wire

@@ -1,0 +1,56 @@
+#include "link/receiveGroups.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
+
+namespace zint {
+namespace {
+
+/// What is delivered of a text that comes in pieces, and what stays.
+std::vector<std::string> groupsOf(const std::vector<std::string>& pieces)
+{
+    ReceiveGroups groups;
+    std::vector<std::string> delivered;
+    for (const std::string& piece : pieces) {
+        groups.append(piece);
+        while (auto group = groups.take())
+            delivered.push_back(*group);
+    }
+    EXPECT_EQ(groups.take(), std::nullopt);
+    delivered.push_back(groups.takeRest());
+    EXPECT_TRUE(groups.isEmpty());
+    return delivered;
+}
+
+TEST(ReceiveGroupsTest, EndsAGroupWithItsLineOrPrompt)
+{
+    using Groups = std::vector<std::string>;
+    EXPECT_EQ(groupsOf({"41 0C 1A F8 \r\r>"}), (Groups{"41 0C 1A F8 \r", "\r>", ""}));
+    EXPECT_EQ(groupsOf({"ATE0\rOK\r\n\r\n>"}), (Groups{"ATE0\r", "OK\r\n", "\r\n>", ""}));
+    EXPECT_EQ(groupsOf({"OK\r>\r\n41"}), (Groups{"OK\r>", "\r\n", "41"}));
+    EXPECT_EQ(groupsOf({"OK\r\n>>"}), (Groups{"OK\r\n>", ">", ""}));
+    EXPECT_EQ(groupsOf({"?\r"}), (Groups{"?\r"})) << "the prompt may still come";
+    EXPECT_EQ(groupsOf({std::string(5000, 'x')}), (Groups{std::string(5000, 'x'), ""}));
+}
+
+TEST(ReceiveGroupsTest, DoesNotDependOnThePieces)
+{
+    const std::string text =
+        "ATZ\r\r\rELM327 v1.5\r\r>SEARCHING...\r41 00 BE \r\n41 00 98 \r\n\r\n>?\r>>NO DATA\r\r>";
+    const std::vector<std::string> expected = groupsOf({text});
+    EXPECT_GT(expected.size(), 10U);
+    std::mt19937 random(1); // NOLINT(cert-msc51-cpp): the same cuts each time
+    for (int round = 0; round < 200; ++round) {
+        std::vector<std::string> pieces;
+        for (std::size_t at = 0; at < text.size();) {
+            pieces.push_back(text.substr(at, 1 + random() % (round == 0 ? 1 : 9)));
+            at += pieces.back().size();
+        }
+        EXPECT_EQ(groupsOf(pieces), expected);
+    }
+}
+
+} // namespace
+} // namespace zint
