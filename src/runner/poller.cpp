@@ -65,16 +65,6 @@ std::string shown(std::int32_t conversion, std::int32_t raw)
     }
 }
 
-/// A rate with the decimals that it has, two at most, not rounded.
-std::string perSecond(std::int64_t count, std::int64_t seconds)
-{
-    std::array<char, 32> text{};
-    const std::int64_t hundredths = count * 100 / seconds;
-    const double rate = static_cast<double>(hundredths) / 100;
-    return {text.data(),
-            std::to_chars(text.data(), text.data() + text.size(), rate, std::chars_format::fixed).ptr};
-}
-
 std::string keepFailureText(const FileError& error)
 {
     return std::string(" - unsaved samples are not kept: ") + error.what();
@@ -403,7 +393,7 @@ void Poller::refreshRow(std::size_t event)
     showExtreme(row.maximum, row.maximumIsNew, totals.maximum);
     const std::int64_t seconds = secondsSince(pollStart_);
     const std::int32_t sampled = totals.sampleCount - samplesBefore_.at(event);
-    row.toolTip = sampled > 0 && seconds > 0 ? perSecond(sampled, seconds) + " samples/s" : "";
+    row.toolTip = sampled > 0 && seconds > 0 ? rateText(sampled, seconds) + " samples/s" : "";
     if (totals.errorCount > 0)
         row.toolTip += (row.toolTip.empty() ? "" : ", ") + std::to_string(totals.errorCount) +
                        (totals.errorCount == 1 ? " bad reply" : " bad replies");
@@ -417,8 +407,8 @@ void Poller::writeSummary()
                         " Err: " + std::to_string(counters.errors); // shorter than while starting, on purpose
     panel_.statLab1 = std::to_string(loopCount_) + " Loops, " + std::to_string(eventsDone_) + " Events, ";
     if (const std::int64_t seconds = secondsSince(pollStart_); seconds >= 1)
-        panel_.statLab1 += std::to_string(seconds) + " sec, " + perSecond(loopCount_, seconds) + " Lp/s, " +
-                           perSecond(eventsDone_, seconds) + " Ev/s";
+        panel_.statLab1 += std::to_string(seconds) + " sec, " + rateText(loopCount_, seconds) + " Lp/s, " +
+                           rateText(eventsDone_, seconds) + " Ev/s";
 }
 
 double Poller::now() const

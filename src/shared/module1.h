@@ -46,6 +46,10 @@ bool fileExists(const std::string& path) noexcept;
 /// possibly empty, where the text ends before.
 std::string_view textAt(std::string_view text, std::size_t position, std::size_t count);
 
+/// How often something came about in a second, with the decimals that it has, two at most, not rounded; "0"
+/// for no time. @param count at least 0. @param seconds at least 0
+std::string rateText(std::int64_t count, std::int64_t seconds);
+
 /// A text as it stands between the tags of HTML.
 std::string htmlText(std::string_view text);
 

@@ -227,4 +227,21 @@ void replaceFile(const std::string& path, const std::function<void(std::ostream&
     }
 }
 
+void appendToFile(const std::string& path, std::string_view text)
+{
+    std::error_code error;
+    const bool isAdded = fs::is_regular_file(utf8Path(path), error);
+    replaceFile(path, [&](std::ostream& stream) {
+        if (isAdded) {
+            readFile(path, [&](std::istream& old) {
+                if (old.peek() != std::istream::traits_type::eof())
+                    stream << old.rdbuf();
+                if (old.bad())
+                    throw FileError(inQuotes(path) + " can't be read to its end");
+            });
+        }
+        stream << text;
+    });
+}
+
 } // namespace zint

@@ -57,4 +57,8 @@ void requireWritable(const std::string& path);
 /// @throws FileError when the file can't be written to its end
 void replaceFile(const std::string& path, const std::function<void(std::ostream&)>& write);
 
+/// Adds to the end of a file, or makes it, in one step as replaceFile() does.
+/// @throws FileError when that fails; the file is then as it was
+void appendToFile(const std::string& path, std::string_view text);
+
 } // namespace zint

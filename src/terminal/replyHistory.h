@@ -1,0 +1,49 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+
+namespace zint {
+
+/// The last replies as they were shown, each with its line end.
+class ReplyHistory {
+public:
+    static constexpr std::size_t most = 12;
+
+    void add(std::string entry)
+    {
+        replyHistory_[index()] = std::move(entry);
+        ++historyCount_;
+    }
+
+    /// Begins anew with an empty entry.
+    void clear()
+    {
+        replyHistory_[0].clear();
+        historyCount_ = 1;
+    }
+
+    bool isEmpty() const { return historyCount_ == 0; }
+    const std::string& newest() const { return replyHistory_[(index() + most - 1) % most]; }
+
+    /// All that are kept, the oldest first.
+    std::string text() const
+    {
+        std::string all;
+        for (auto k = std::min<std::int64_t>(historyCount_, most); k > 0; --k)
+            all += replyHistory_[static_cast<std::size_t>(historyCount_ - k) % most];
+        return all;
+    }
+
+private:
+    std::size_t index() const { return static_cast<std::size_t>(historyCount_) % most; } ///< of the next one
+
+    std::array<std::string, most> replyHistory_;
+    std::int64_t historyCount_ = 0; ///< ever added since the last clearing
+};
+
+} // namespace zint

@@ -1,0 +1,332 @@
+#include "terminal/terminal.h"
+
+#include "link/adapterLink.h"
+#include "link/commError.h"
+#include "link/replyBuffer.h"
+#include "shared/module1.h"
+#include "shared/textFile.h"
+#include "terminal/textReply.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace zint {
+namespace {
+
+/// One line of what was received, with blanks for whatever would not be seen.
+std::string blanked(std::string_view received)
+{
+    std::string text(received);
+    std::ranges::replace_if(
+        text, [](char c) { return c < ' ' || c > '~'; }, ' ');
+    return text;
+}
+
+} // namespace
+
+Terminal::Terminal(Surroundings surroundings, ConnectionChoice choice)
+    : around_(surroundings), portName_(choice.portName),
+      binary_({.show = [this](const std::string& text) { output_ += text; },
+               .store = [this](const std::string& reply) { history_.add(cmdEcho_ + reply); },
+               .prompted = [this] { prompted(); }})
+{
+    AdapterLink::setUp(around_.port, choice);
+    around_.port.onComm = [this] { portEvent(); };
+    around_.timer.onTick = [this] { timedOut(); };
+    panel_.openCom.caption = "Open OBD (" + portName_ + ")";
+    panel_.statusBox = portName_ + " Closed";
+}
+
+void Terminal::unload()
+{
+    if (!isOpen())
+        return;
+    write("ATD");
+    around_.timer.setEnabled(false);
+    around_.port.close();
+}
+
+void Terminal::pressOpenCom()
+{
+    isOpen() ? close() : open();
+    changed();
+}
+
+void Terminal::open()
+{
+    linkState_ = State::resetSent;
+    rxBuf_.clear();
+    around_.outBox.replace("Initializing...");
+    try {
+        around_.port.open();
+        around_.port.output(std::string(AdapterLink::resetCommand) + '\r');
+    } catch (const CommError& error) {
+        panel_.statusBox = portName_ + AdapterLink::initErrorText(error);
+        around_.port.close();
+        return;
+    }
+    counters_.bytesOut += static_cast<std::int32_t>(AdapterLink::resetCommand.size()) + 1;
+    ++counters_.commandsSent;
+    refreshCounters();
+    panel_.statusBox = portName_ + " Open";
+    panel_.openCom.caption = "Close OBD (" + portName_ + ")";
+    panel_.mnuOpenCom = false;
+    panel_.mnuCloseCom = panel_.sendIsDefault = true;
+    cmdEcho_.clear();
+    binary_.clear();
+    lineEndsInPrompt_ = false;
+    around_.timer.setInterval(AdapterLink::resetTimeout);
+    around_.timer.setEnabled(true);
+}
+
+void Terminal::close()
+{
+    write("ATD");
+    ++counters_.commandsSent;
+    endConnection(" Closed");
+}
+
+/// The port is closed from here on; what the window shows of it follows.
+void Terminal::endConnection(std::string_view status)
+{
+    around_.timer.setEnabled(false);
+    stopRepeating();
+    around_.port.close();
+    panel_.statusBox = portName_ + std::string(status);
+    panel_.openCom.caption = "Open OBD (" + portName_ + ")";
+    panel_.mnuOpenCom = true;
+    panel_.mnuCloseCom = panel_.sendIsDefault = false;
+}
+
+void Terminal::pressSendCom()
+{
+    send();
+    changed();
+}
+
+void Terminal::send()
+{
+    if (!isOpen())
+        return;
+    ++counters_.commandsSent;
+    if (inBox_.starts_with('A'))
+        binary_.expectLiteral();
+    if (repeating_) {
+        write({}); // lets the adapter do its last command again
+        ++repeatCount_;
+        ++counters_.commandsSent; // a repeated send counts as two commands
+        return;
+    }
+    write(inBox_);
+    refreshCounters();
+    cmdEcho_ = ">" + inBox_ + "  ";
+    around_.outBox.append(cmdEcho_);
+}
+
+void Terminal::write(std::string_view command)
+{
+    try {
+        around_.port.output(std::string(command) + '\r');
+    } catch (const CommError&) { // NOLINT(bugprone-empty-catch): the port's own event tells it
+    }
+    counters_.bytesOut += static_cast<std::int32_t>(command.size()) + 1;
+}
+
+void Terminal::pressRepeatCom()
+{
+    if (repeating_) {
+        stopRepeating();
+        const auto elapsed =
+            std::chrono::duration_cast<std::chrono::seconds>(around_.clock.monotonic() - repeatStart_)
+                .count();
+        panel_.statusBox = std::to_string(repeatCount_) + " In " + std::to_string(elapsed) + " second(s) (" +
+                           rateText(repeatCount_, elapsed) + ")";
+    } else if (isOpen()) {
+        send();
+        repeating_ = true;
+        panel_.repeatCom.caption = "Stop Sending";
+        panel_.sendCom.enabled = false;
+        repeatCount_ = 0;
+        repeatStart_ = around_.clock.monotonic();
+    }
+    changed();
+}
+
+void Terminal::stopRepeating()
+{
+    repeating_ = false;
+    panel_.repeatCom.caption = "Send Repeatedly";
+    panel_.sendCom.enabled = true;
+}
+
+/// Of the port's other events, a reply would show those that matter.
+void Terminal::portEvent()
+{
+    switch (const int event = around_.port.lastCommEvent()) {
+    case commEvent::receive:
+        receive();
+        break;
+    case commEvent::unknown:
+        panel_.statusBox += AdapterLink::eventText(event);
+        ++counters_.totalErrors;
+        break;
+    case commEvent::deviceGone:
+        ++counters_.totalErrors;
+        refreshCounters();
+        endConnection(AdapterLink::disconnectedText);
+        break;
+    default:
+        return;
+    }
+    changed();
+}
+
+void Terminal::receive()
+{
+    counters_.bytesIn += around_.port.inBufferCount();
+    rxBuf_ += around_.port.input();
+    output_.clear();
+    hasPrompt_ = false;
+    switch (linkState_) {
+    case State::resetSent:
+        if (rxBuf_.ends_with(ReplyBuffer::prompt))
+            takeBanner();
+        break;
+    case State::echoOffSent:
+        if (rxBuf_.ends_with(ReplyBuffer::prompt))
+            takeStartUp({}, State::text);
+        break;
+    case State::binaryStartUp:
+        if (rxBuf_.ends_with(ReplyBuffer::prompt))
+            takeStartUp("ATPD ", State::binary);
+        break;
+    case State::binary:
+        binary_.take(std::exchange(rxBuf_, {}), cmdEcho_, options_, counters_);
+        break;
+    case State::text:
+        takeTextLine();
+        break;
+    }
+    if (!output_.empty()) {
+        showOutput();
+        refreshCounters();
+    }
+    if (hasPrompt_ && onPrompt)
+        onPrompt();
+}
+
+void Terminal::takeBanner()
+{
+    around_.timer.setEnabled(false);
+    const auto start = rxBuf_.find(AdapterLink::resetCommand);
+    rxBuf_.erase(0, start == std::string::npos ? 0 : start);
+    takeLineToPrompt({});
+    write("ATE0");
+    panel_.statusBox = portName_ + " Init";
+    linkState_ = State::echoOffSent;
+}
+
+void Terminal::takeStartUp(std::string_view prefix, State next)
+{
+    takeLineToPrompt(prefix);
+    panel_.statusBox = portName_ + " Ready";
+    linkState_ = next;
+    if (next == State::binary)
+        binary_.begin();
+    hasPrompt_ = true;
+}
+
+/// Shows all that has come as one line, without the prompt that ends it.
+void Terminal::takeLineToPrompt(std::string_view prefix)
+{
+    rxBuf_.pop_back();
+    output_ = std::string(prefix) + blanked(rxBuf_) + std::string(lineEnd);
+    rxBuf_.clear();
+    history_.add(output_);
+    ++counters_.messagesReceived;
+}
+
+void Terminal::takeTextLine()
+{
+    if (const auto end = rxBuf_.find('\r'); end != std::string::npos) {
+        lineEndsInPrompt_ = rxBuf_.ends_with(ReplyBuffer::prompt);
+        const TextReply reply = showTextReply(rxBuf_, options_.base);
+        rxBuf_.erase(0, end + 1);
+        if (reply.overflowed) {
+            panel_.statusBox = portName_ + " - Overflow: a number has more than 32 bits";
+            ++counters_.totalErrors;
+        }
+        if (!reply.text.empty()) {
+            ++counters_.messagesReceived;
+            output_ = toUtf8(reply.text) + std::string(lineEnd);
+            history_.add(cmdEcho_ + output_);
+        }
+        hasPrompt_ = lineEndsInPrompt_;
+    }
+    if (lineEndsInPrompt_ && repeating_)
+        send();
+}
+
+void Terminal::prompted()
+{
+    hasPrompt_ = true;
+    if (repeating_)
+        send();
+}
+
+void Terminal::showOutput()
+{
+    switch (options_.mode) {
+    case OutputMode::append:
+        around_.outBox.append(output_);
+        break;
+    case OutputMode::overwrite:
+        if (!history_.isEmpty())
+            around_.outBox.replace(history_.newest());
+        break;
+    case OutputMode::scroll:
+        around_.outBox.replace(history_.text());
+        break;
+    }
+}
+
+void Terminal::timedOut()
+{
+    around_.timer.setEnabled(false);
+    ++counters_.totalErrors;
+    around_.prompts.message(std::string(AdapterLink::notRespondingText));
+    send();
+    changed();
+}
+
+void Terminal::clearOutput()
+{
+    around_.outBox.replace({});
+    history_.clear();
+}
+
+void Terminal::clearCounters()
+{
+    counters_ = {};
+    refreshCounters();
+    changed();
+}
+
+void Terminal::showStatistics() { around_.prompts.message(counters_.statistics(), "Piolum Stats"); }
+
+void Terminal::showStatus(const std::string& text)
+{
+    panel_.statusBox = text;
+    changed();
+}
+
+void Terminal::refreshCounters() { panel_.labelStats = counters_.line(); }
+
+void Terminal::changed() const
+{
+    if (onChanged)
+        onChanged();
+}
+
+} // namespace zint

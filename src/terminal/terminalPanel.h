@@ -1,0 +1,26 @@
+#pragma once
+
+#include "terminal/terminalCounters.h"
+
+#include <string>
+
+namespace zint {
+
+/// What the terminal's window shows beside the output, by the names of its controls.
+struct TerminalPanel {
+    struct Button {
+        std::string caption;
+        bool enabled = true;
+    };
+
+    Button openCom{"Open Com"};
+    Button sendCom{"Send Command"};
+    Button repeatCom{"Send Repeatedly"};
+    bool sendIsDefault = false; ///< the Return key sends; else it opens
+    bool mnuOpenCom = true;     ///< enabled
+    bool mnuCloseCom = false;
+    std::string statusBox;
+    std::string labelStats = TerminalCounters::initialText;
+};
+
+} // namespace zint
