@@ -132,10 +132,10 @@ std::string rateText(std::int64_t count, std::int64_t seconds)
 {
     const std::int64_t hundredths = seconds > 0 ? count * 100 / seconds : 0;
     std::array<char, 32> text{};
-    const char* const end = std::to_chars(text.data(), text.data() + text.size(),
-                                          static_cast<double>(hundredths) / 100, std::chars_format::fixed)
-                                .ptr;
-    return std::string(text.data(), end);
+    char* const end = std::to_chars(text.data(), text.data() + text.size(),
+                                    static_cast<double>(hundredths) / 100, std::chars_format::fixed)
+                          .ptr;
+    return {text.data(), end};
 }
 
 std::string htmlText(std::string_view text)
