@@ -49,6 +49,11 @@ const std::array commands{
             {&CommandLine::logPath, &CommandLine::exportPath},
             "export LOG.log OUT.txt",
             "Turn a saved data log into a table for spreadsheets."},
+    Command{"terminal",
+            CommandLine::Action::terminal,
+            {},
+            "terminal",
+            "Send each line of standard input to the adapter, print what it answers."},
 };
 
 /// An option: with which commands it goes, and what it means.
@@ -124,7 +129,10 @@ void readSpeed(CommandLine& line, const QString& text)
 /// All options but --help and --version, in the order in which they are read.
 const std::vector<Option>& options()
 {
-    static const QStringList connecting{QString(), QStringLiteral("codes"), QStringLiteral("poll")};
+    static const QStringList connecting{QString(), QStringLiteral("codes"), QStringLiteral("poll"),
+                                        QStringLiteral("terminal")};
+    static const QStringList terminal{QStringLiteral("terminal")};
+    static const QStringList waiting{QStringLiteral("codes"), QStringLiteral("terminal")};
     static const QStringList codes{QStringLiteral("codes")};
     static const QStringList poll{QStringLiteral("poll")};
     static const std::vector<Option> table{
@@ -137,8 +145,11 @@ const std::vector<Option>& options()
          [](CommandLine& line, const QString&) { line.clearCodes = true; }},
         {"yes", "", "With codes --clear: confirm that data in the vehicle be erased.", codes,
          [](CommandLine& line, const QString&) { line.isConfirmed = true; }},
-        {"timeout", "seconds", "With codes: give up after so many seconds (default 120; 0 waits for ever).",
-         codes,
+        {"timeout", "seconds",
+         "With codes: give up after so many seconds (default 120; 0 waits for ever). With terminal: give up "
+         "a "
+         "reply after so many, unless a user types the commands.",
+         waiting,
          [](CommandLine& line, const QString& text) {
              line.timeout = std::chrono::seconds(number("--timeout", text, "seconds", 0, mostSeconds));
          }},
@@ -154,6 +165,12 @@ const std::vector<Option>& options()
          [](CommandLine& line, const QString& text) { line.logPath = fileName("--log", text); }},
         {"export", "file", "With poll: write a table for spreadsheets.", poll,
          [](CommandLine& line, const QString& text) { line.exportPath = fileName("--export", text); }},
+        {"hex", "", "With terminal: print the numbers of replies in hexadecimal (the default).", terminal,
+         [](CommandLine& line, const QString&) { line.base = NumberBase::hexadecimal; }},
+        {"dec", "", "With terminal: in decimal.", terminal,
+         [](CommandLine& line, const QString&) { line.base = NumberBase::decimal; }},
+        {"oct", "", "With terminal: in octal.", terminal,
+         [](CommandLine& line, const QString&) { line.base = NumberBase::octal; }},
         {"quiet", "", "With poll: show no progress.", poll,
          [](CommandLine& line, const QString&) { line.quiet = true; }},
     };
@@ -255,6 +272,9 @@ CommandLine read(const QCommandLineParser& parser)
             throw UsageError("--loops and --seconds both say when the run ends; give one of them");
         line.loops = mostLoops;
     }
+    const auto bases = {QStringLiteral("hex"), QStringLiteral("dec"), QStringLiteral("oct")};
+    if (std::ranges::count_if(bases, [&](const QString& name) { return parser.isSet(name); }) > 1)
+        throw UsageError("--hex, --dec and --oct exclude each other; give one of them");
     requireDifferentFiles(line);
     return line;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "terminal/terminalOptions.h"
+
 #include <QStringList>
 
 #include <chrono>
@@ -17,7 +19,7 @@ struct ConnectionOptions {
 
 /// A command line, understood. Paths are UTF-8; an empty one was not given.
 struct CommandLine {
-    enum class Action { showWindows, showHelp, showVersion, reportCodes, poll, exportLog, refuse };
+    enum class Action { showWindows, showHelp, showVersion, reportCodes, poll, exportLog, terminal, refuse };
 
     Action action = Action::showWindows;
     std::string complaint; ///< what is wrong, with refuse
@@ -25,7 +27,7 @@ struct CommandLine {
 
     bool clearCodes = false;
     bool isConfirmed = false;          ///< that data in the vehicle be erased
-    std::chrono::seconds timeout{120}; ///< for the whole exchange; 0: none
+    std::chrono::seconds timeout{120}; ///< for the whole exchange, or for a reply; 0: none
 
     std::string designPath;
     std::string logPath;
@@ -33,6 +35,8 @@ struct CommandLine {
     int loops = 1000;
     std::optional<std::chrono::seconds> seconds; ///< after which a run ends
     bool quiet = false;                          ///< without a progress line
+
+    NumberBase base = NumberBase::hexadecimal; ///< of the numbers in replies
 
     /// @param arguments with the program's name in front
     static CommandLine parse(const QStringList& arguments);

@@ -3,6 +3,7 @@
 #include "app/commandSession.h"
 #include "app/pollCommand.h"
 #include "app/program.h"
+#include "app/terminalCommand.h"
 #include "platform/icons.h"
 #include "platform/runningInstance.h"
 #include "platform/text.h"
@@ -52,6 +53,8 @@ std::optional<int> runInTerminal(const zint::CommandLine& line)
         return zint::runPollCommand(line);
     case zint::CommandLine::Action::exportLog:
         return zint::runExportCommand(line);
+    case zint::CommandLine::Action::terminal:
+        return zint::runTerminalCommand(line);
     case zint::CommandLine::Action::showWindows:
         break;
     }

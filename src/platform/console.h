@@ -2,12 +2,31 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 /// What a command without a window needs of the system.
 namespace zint {
 
 /// Whether a user reads standard error while it is written: it goes to a terminal, not to a file or a pipe.
 bool isErrorOutputTerminal();
+
+/// Whether a user types the lines of standard input.
+bool isInputTerminal();
+
+/// The lines of standard input, as they come; the event loop goes on meanwhile. One exists at a time; it
+/// needs an application object.
+class InputLines {
+public:
+    /// @param onLine called from the event loop with each line, without its end
+    /// @param onEnd called after the last one
+    InputLines(std::function<void(const std::string&)> onLine, std::function<void()> onEnd);
+    ~InputLines();
+
+private:
+    struct Reader;
+
+    std::unique_ptr<Reader> reader_;
+};
 
 /// Lets a command end properly when the user or the system asks it to (Ctrl-C, a signal to end). One exists
 /// at a time; it needs an application object.

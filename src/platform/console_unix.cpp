@@ -38,6 +38,58 @@ void ask(int number)
 
 bool isErrorOutputTerminal() { return ::isatty(STDERR_FILENO) != 0; }
 
+bool isInputTerminal() { return ::isatty(STDIN_FILENO) != 0; }
+
+struct InputLines::Reader {
+    Reader(std::function<void(const std::string&)> lineRead, std::function<void()> endReached)
+        : onLine(std::move(lineRead)), onEnd(std::move(endReached))
+    {
+        QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [this] { read(); });
+    }
+
+    void read()
+    {
+        std::array<char, 4096> bytes{};
+        const ssize_t count = ::read(STDIN_FILENO, bytes.data(), bytes.size());
+        if (count < 0 && (errno == EINTR || errno == EAGAIN))
+            return;
+        if (count > 0) {
+            text.append(bytes.data(), static_cast<std::size_t>(count));
+            takeLines();
+            return;
+        }
+        notifier.setEnabled(false);
+        if (!text.empty())
+            onLine(std::exchange(text, {}));
+        onEnd();
+    }
+
+    void takeLines()
+    {
+        std::size_t begin = 0;
+        for (auto end = text.find('\n'); end != std::string::npos; end = text.find('\n', begin)) {
+            std::string line = text.substr(begin, end - begin);
+            if (line.ends_with('\r'))
+                line.pop_back();
+            onLine(line);
+            begin = end + 1;
+        }
+        text.erase(0, begin);
+    }
+
+    QSocketNotifier notifier{STDIN_FILENO, QSocketNotifier::Read};
+    std::string text; ///< the beginning of a line
+    std::function<void(const std::string&)> onLine;
+    std::function<void()> onEnd;
+};
+
+InputLines::InputLines(std::function<void(const std::string&)> onLine, std::function<void()> onEnd)
+    : reader_(std::make_unique<Reader>(std::move(onLine), std::move(onEnd)))
+{
+}
+
+InputLines::~InputLines() = default;
+
 struct Interruption::Watch {
     explicit Watch(std::function<void()> onAsked)
         : ends(makePipe()), notifier(ends[0], QSocketNotifier::Read), asked(std::move(onAsked))

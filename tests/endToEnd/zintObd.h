@@ -51,6 +51,13 @@ public:
                 process_.readAllStandardError().toStdString()};
     }
 
+    /// What is typed or piped into it, to its end.
+    void type(const char* input)
+    {
+        process_.write(input);
+        process_.closeWriteChannel();
+    }
+
     void send(int signal) const { ::kill(static_cast<pid_t>(process_.processId()), signal); }
 
     /// The folder that it starts in and keeps its data in.

@@ -34,6 +34,7 @@ TEST(CommandLineTest, TakesActionsAndPorts)
         {"--simulate --speed 38400", Action::showWindows, 1, "simulated"},
         {"poll d.obc --port com2", Action::poll, 2},
         {"export a.log a.txt", Action::exportLog},
+        {"terminal --dec --port com4", Action::terminal, 4},
     };
     for (const auto& [words, action, port, location] : rows) {
         const CommandLine line = parse(words);
@@ -76,6 +77,9 @@ TEST(CommandLineTest, RefusesWhatIsWrong)
                               "--timeout 3",
                               "codes --timeout x",
                               "codes --timeout -1",
+                              "terminal ATZ",
+                              "terminal --hex --oct",
+                              "codes --dec",
                               "poll",
                               "poll a.obc b.obc",
                               "poll a.obc --loops 0",

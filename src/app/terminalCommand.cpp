@@ -1,0 +1,142 @@
+#include "app/terminalCommand.h"
+
+#include "app/commandSession.h"
+#include "platform/console.h"
+#include "platform/qtTimer.h"
+#include "platform/systemClock.h"
+#include "terminal/terminal.h"
+
+#include <QCoreApplication>
+
+#include <deque>
+#include <memory>
+
+namespace zint {
+namespace {
+
+/// Standard output as the terminal's box, which keeps all lines.
+class PrintedBox final : public OutputBox {
+public:
+    void append(const std::string& text) override
+    {
+        std::string printed = text;
+        std::erase(printed, '\r');
+        if (printOut(printed) != exitStatus::success)
+            hasFailed = true;
+    }
+    void replace(const std::string& text) override { append(text); }
+    std::string text() const override { return {}; } // nothing here reads it
+
+    bool hasFailed = false;
+};
+
+/// The terminal and all that it needs.
+///
+/// Commands of a file or a pipe wait until the adapter has answered the one before; what a user types goes
+/// out at once, so that it can end an answer that would never end.
+class TerminalRun {
+public:
+    explicit TerminalRun(const CommandLine& line) : line_(line), session_(line.connection)
+    {
+        terminal_.setOptions({.base = line.base, .mode = OutputMode::append});
+        terminal_.onPrompt = [this] { prompted(); };
+        terminal_.onChanged = [this] { watch(); };
+        patience_.onTick = [this] { giveUp(); };
+    }
+
+    int run()
+    {
+        const Interruption interruption([this] { session_.gate.run([] { QCoreApplication::quit(); }); });
+        session_.gate.run([this] { open(); });
+        if (terminal_.isOpen()) {
+            const InputLines input([this](const std::string& command) { enter(command); },
+                                   [this] { session_.gate.run([this] { end(); }); });
+            QCoreApplication::exec();
+        }
+        const bool isWhole = terminal_.isOpen() && !session_.prompts.hasComplained && !box_.hasFailed;
+        session_.gate.run([this] { terminal_.unload(); });
+        return isWhole ? exitStatus::success : exitStatus::failure;
+    }
+
+private:
+    void open()
+    {
+        terminal_.pressOpenCom();
+        beginWaiting();
+    }
+
+    /// A user who types sees that nothing comes, and ends the program.
+    void beginWaiting()
+    {
+        isPrompted_ = false;
+        patience_.setInterval(line_.timeout);
+        patience_.setEnabled(!isTyped_ && line_.timeout.count() > 0);
+    }
+
+    void enter(const std::string& command)
+    {
+        session_.gate.run([this, command] {
+            commands_.push_back(command);
+            sendNext();
+        });
+    }
+
+    void end()
+    {
+        isEnded_ = true;
+        sendNext();
+    }
+
+    void prompted()
+    {
+        isPrompted_ = true;
+        patience_.setEnabled(false);
+        sendNext();
+    }
+
+    void sendNext()
+    {
+        while (terminal_.isReady() && !commands_.empty() && (isPrompted_ || isTyped_)) {
+            beginWaiting();
+            terminal_.setCommand(commands_.front());
+            commands_.pop_front();
+            terminal_.pressSendCom();
+        }
+        if (isEnded_ && commands_.empty() && isPrompted_)
+            QCoreApplication::quit();
+    }
+
+    void watch()
+    {
+        if (!terminal_.isOpen() && !session_.prompts.hasComplained)
+            session_.prompts.message(terminal_.panel().statusBox); // that is where a port tells its failures
+        if (!terminal_.isOpen() || session_.prompts.hasComplained || box_.hasFailed)
+            QCoreApplication::quit();
+    }
+
+    void giveUp()
+    {
+        session_.prompts.message("the adapter has not answered within " +
+                                 std::to_string(line_.timeout.count()) + " seconds");
+        QCoreApplication::quit();
+    }
+
+    const CommandLine& line_;
+    CommandSession session_;
+    SystemClock clock_;
+    PrintedBox box_;
+    QtTimer resetTimer_{session_.gate};
+    QtTimer patience_{session_.gate};
+    std::unique_ptr<SerialPort> port_ = session_.makePort();
+    Terminal terminal_{{*port_, resetTimer_, clock_, session_.prompts, box_}, session_.connection()};
+    std::deque<std::string> commands_; ///< not sent yet
+    const bool isTyped_ = isInputTerminal();
+    bool isPrompted_ = false; ///< the adapter waits for a command
+    bool isEnded_ = false;    ///< there will be no more commands
+};
+
+} // namespace
+
+int runTerminalCommand(const CommandLine& line) { return TerminalRun(line).run(); }
+
+} // namespace zint
