@@ -126,6 +126,23 @@ TEST_F(LiveChartTest, FollowsARunUnlessItIsPausedAndShowsAllOfItInTheEnd)
     EXPECT_EQ(points(), 0);
 }
 
+TEST_F(LiveChartTest, DrawsNoLineOverTheTimeBetweenTwoRuns)
+{
+    for (const std::int32_t start : {0, 400}) {
+        chart->setRunning(true);
+        poll(start, start + 50);
+        chart->setRunning(false);
+    }
+    std::multiset<std::pair<double, double>> pieces;
+    for (const QAbstractSeries* series : drawing().series()) {
+        const auto points = qobject_cast<const QLineSeries*>(series)->points();
+        pieces.emplace(points.first().x(), points.last().x());
+    }
+    EXPECT_EQ(pieces.size(), 8U); // of four events
+    EXPECT_EQ(pieces.count({0, 49}), 4U);
+    EXPECT_EQ(pieces.count({400, 449}), 4U);
+}
+
 TEST_F(LiveChartTest, ZoomsAndPansByButtonsKeysAndMouse)
 {
     poll(0, 101);

@@ -97,6 +97,40 @@ TEST_F(ChartDataTest, FollowsAStoreThatGrowsIsEmptiedAndHasAClockThatIsSetBack)
     EXPECT_EQ(data.end(store), 5);
 }
 
+TEST_F(ChartDataTest, BreaksALineWherePollingWasStoppedAndNowhereElse)
+{
+    begin({celsius, celsius});
+    const auto times = [this](std::size_t event) {
+        const Points line = data.points(store, event, 0, 1000, 1000);
+        std::vector<std::vector<double>> found;
+        for (const auto piece : data.pieces(store, line)) {
+            found.emplace_back();
+            for (const ChartPoint& point : piece)
+                found.back().push_back(point.time);
+        }
+        return found;
+    };
+    using Times = std::vector<std::vector<double>>;
+    data.startRun(store);
+    for (const std::int32_t time : {1, 2, 300}) // a slow reply is no stop
+        store.add(0, 50, time);
+    EXPECT_EQ(times(0), (Times{{1, 2, 300}}));
+    data.startRun(store);
+    EXPECT_EQ(times(0), (Times{{1, 2, 300}}));
+    data.startRun(store); // nothing came since the last start
+    store.add(1, 50, 400);
+    store.add(0, 50, 401);
+    store.add(0, 50, 402);
+    EXPECT_EQ(times(0), (Times{{1, 2, 300}, {401, 402}}));
+    EXPECT_EQ(times(1), (Times{{400}}));
+
+    store.reset(design);
+    data.notice(store);
+    for (std::int32_t time = 0; time < 8; ++time)
+        store.add(0, 50, time);
+    EXPECT_EQ(times(0), (Times{{0, 1, 2, 3, 4, 5, 6, 7}}));
+}
+
 /// A long run with bursts, pauses and values in no order, looked at while it grows.
 TEST_F(ChartDataTest, KeepsEveryPeakWithinFourPointsAColumn)
 {
