@@ -13,7 +13,7 @@ Outcome terminalOf(const Simulator& simulator, const char* options, const char* 
     return program.wait();
 }
 
-TEST(TerminalEndToEnd, SendsLinesAndPrintsWhatTheWindowShows)
+TEST(TerminalCommandEndToEnd, SendsLinesAndPrintsWhatTheWindowShows)
 {
     for (const char* pieces : {"", "--pieces 1", "--pieces 7 --line-feeds"}) {
         const Outcome run =
@@ -37,7 +37,7 @@ TEST(TerminalEndToEnd, SendsLinesAndPrintsWhatTheWindowShows)
     }
 }
 
-TEST(TerminalEndToEnd, TellsWhatFailed)
+TEST(TerminalCommandEndToEnd, TellsWhatFailed)
 {
     const struct {
         const char* simulator;
