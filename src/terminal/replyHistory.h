@@ -16,7 +16,7 @@ public:
 
     void add(std::string entry)
     {
-        replyHistory_[index()] = std::move(entry);
+        replyHistory_[historyIndex()] = std::move(entry);
         ++historyCount_;
     }
 
@@ -28,7 +28,7 @@ public:
     }
 
     bool isEmpty() const { return historyCount_ == 0; }
-    const std::string& newest() const { return replyHistory_[(index() + most - 1) % most]; }
+    const std::string& newest() const { return replyHistory_[(historyIndex() + most - 1) % most]; }
 
     /// All that are kept, the oldest first.
     std::string text() const
@@ -40,7 +40,8 @@ public:
     }
 
 private:
-    std::size_t index() const { return static_cast<std::size_t>(historyCount_) % most; } ///< of the next one
+    /// Of the next one.
+    std::size_t historyIndex() const { return static_cast<std::size_t>(historyCount_) % most; }
 
     std::array<std::string, most> replyHistory_;
     std::int64_t historyCount_ = 0; ///< ever added since the last clearing

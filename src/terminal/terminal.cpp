@@ -66,7 +66,7 @@ void Terminal::open()
         around_.port.close();
         return;
     }
-    counters_.bytesOut += static_cast<std::int32_t>(AdapterLink::resetCommand.size()) + 1;
+    counters_.bytesOut += static_cast<std::int64_t>(AdapterLink::resetCommand.size()) + 1;
     ++counters_.commandsSent;
     refreshCounters();
     panel_.statusBox = portName_ + " Open";
@@ -128,9 +128,9 @@ void Terminal::write(std::string_view command)
 {
     try {
         around_.port.output(std::string(command) + '\r');
+        counters_.bytesOut += static_cast<std::int64_t>(command.size()) + 1;
     } catch (const CommError&) { // NOLINT(bugprone-empty-catch): the port's own event tells it
     }
-    counters_.bytesOut += static_cast<std::int32_t>(command.size()) + 1;
 }
 
 void Terminal::pressRepeatCom()
@@ -249,12 +249,13 @@ void Terminal::takeLineToPrompt(std::string_view prefix)
 
 void Terminal::takeTextLine()
 {
+    hasPrompt_ = rxBuf_.ends_with(ReplyBuffer::prompt);
     if (const auto end = rxBuf_.find('\r'); end != std::string::npos) {
-        lineEndsInPrompt_ = rxBuf_.ends_with(ReplyBuffer::prompt);
+        lineEndsInPrompt_ = hasPrompt_;
         const TextReply reply = showTextReply(rxBuf_, options_.base);
         rxBuf_.erase(0, end + 1);
         if (reply.overflowed) {
-            panel_.statusBox = portName_ + " - Overflow: a number has more than 32 bits";
+            panel_.statusBox = portName_ + " - Overflow: a number is larger than 7FFFFFFF";
             ++counters_.totalErrors;
         }
         if (!reply.text.empty()) {
@@ -262,7 +263,6 @@ void Terminal::takeTextLine()
             output_ = toUtf8(reply.text) + std::string(lineEnd);
             history_.add(cmdEcho_ + output_);
         }
-        hasPrompt_ = lineEndsInPrompt_;
     }
     if (lineEndsInPrompt_ && repeating_)
         send();

@@ -56,7 +56,7 @@ public:
     bool isOpen() const { return around_.port.isOpen(); }
 
     /// Whether the adapter has been reset and waits for commands.
-    bool isReady() const { return linkState_ == State::text || linkState_ == State::binary; }
+    bool isReady() const { return isOpen() && (linkState_ == State::text || linkState_ == State::binary); }
 
     /// Tells that a file was written, or why not.
     void showStatus(const std::string& text);

@@ -1,13 +1,13 @@
 #include "terminal/terminalCounters.h"
 
+#include "link/linkCounters.h"
 #include "shared/textFile.h"
 
 namespace zint {
 
 std::string TerminalCounters::line() const
 {
-    return "Bytes In: " + std::to_string(bytesIn) + " Out: " + std::to_string(bytesOut) +
-           " Errors: " + std::to_string(totalErrors);
+    return LinkCounters{.bytesIn = bytesIn, .bytesOut = bytesOut, .errors = totalErrors}.text();
 }
 
 std::string TerminalCounters::statistics() const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "terminal/terminalCounters.h"
+#include "link/linkCounters.h"
 
 #include <string>
 
@@ -20,7 +20,7 @@ struct TerminalPanel {
     bool mnuOpenCom = true;     ///< enabled
     bool mnuCloseCom = false;
     std::string statusBox;
-    std::string labelStats = TerminalCounters::initialText;
+    std::string labelStats = LinkCounters::initialText;
 };
 
 } // namespace zint

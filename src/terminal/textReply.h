@@ -10,7 +10,7 @@ namespace zint {
 /// A line of a reply as the terminal shows it.
 struct TextReply {
     std::string text;        ///< without a line end
-    bool overflowed = false; ///< a number has more than 32 bits; from it on the text is as it was received
+    bool overflowed = false; ///< a number exceeds signed 32 bits; from it on the text is as it was received
 };
 
 /// Shows hexadecimal numbers in another base. From a character on that belongs to no number (a letter behind

@@ -19,7 +19,8 @@ public:
     std::optional<std::size_t> chosen; ///< of the next list
     std::string question; ///< the last one: its title, a line feed, its text, and what a text begins with or
                           ///< the lines
-    std::string reason;   ///< of the last message
+    std::string messageTitle;        ///< of the last message
+    std::string reason;              ///< likewise
     bool stopsWork = false;          ///< as soon as it tells how far it is
     std::function<void()> whileOpen; ///< called once, while the next message is open
 
@@ -28,10 +29,11 @@ public:
     /// The message since the last call; empty when there was none.
     std::string takeMessage() { return std::exchange(message_, {}); }
 
-    void message(const std::string& text, const std::string&, const std::string& why) override
+    void message(const std::string& text, const std::string& title, const std::string& why) override
     {
         EXPECT_EQ(message_, "") << "two messages";
         message_ = text;
+        messageTitle = title;
         reason = why;
         if (const auto action = std::exchange(whileOpen, {}))
             action();

@@ -1,0 +1,105 @@
+// Commands per second that the terminal sends over and over, without its window, against a blocking loop on
+// the same adapter.
+
+#include "platform/qtSerialPort.h"
+#include "platform/qtTimer.h"
+#include "platform/systemClock.h"
+#include "rate.h"
+#include "terminal/terminal.h"
+
+#include <QCoreApplication>
+
+#include <string>
+
+namespace {
+
+constexpr int rounds = 7;
+constexpr const char* command = "010C";
+
+struct Box final : zint::OutputBox {
+    std::string shown;
+
+    void append(const std::string& text) override { shown += text; }
+    void replace(const std::string& text) override { shown = text; }
+    std::string text() const override { return shown; }
+};
+
+struct NoPrompts final : zint::Prompts {
+    void message(const std::string& text, const std::string&, const std::string&) override
+    {
+        fail(text.c_str());
+    }
+    std::optional<std::string> input(const std::string&, const std::string&, const std::string&) override
+    {
+        return {};
+    }
+    std::optional<std::size_t> choose(const std::string&, const std::string&,
+                                      const std::vector<std::string>&) override
+    {
+        return {};
+    }
+    bool confirm(const std::string&, const std::string&) override { return false; }
+};
+
+class Run {
+public:
+    Run(const std::string& path, int count) : port_(gate_, [path](int) { return path; }), left_(count)
+    {
+        terminal_.setOptions({.mode = zint::OutputMode::append});
+        terminal_.setCommand(command);
+        terminal_.onPrompt = [this] { prompted(); };
+    }
+
+    double secondsTaken()
+    {
+        gate_.run([this] { terminal_.pressOpenCom(); });
+        if (!terminal_.isOpen())
+            fail(terminal_.panel().statusBox.c_str());
+        QCoreApplication::exec();
+        return seconds_;
+    }
+
+private:
+    void prompted()
+    {
+        if (start_ == RateClock::time_point()) {
+            start_ = RateClock::now();
+            terminal_.pressRepeatCom();
+        } else if (--left_ == 0) {
+            seconds_ = secondsSince(start_);
+            terminal_.pressOpenCom();
+            QCoreApplication::quit();
+        }
+    }
+
+    zint::EventGate gate_;
+    zint::QtSerialPort port_;
+    zint::QtTimer timer_{gate_};
+    zint::SystemClock clock_;
+    NoPrompts prompts_;
+    Box box_;
+    zint::Terminal terminal_{{port_, timer_, clock_, prompts_, box_}, {}};
+    int left_;
+    RateClock::time_point start_;
+    double seconds_ = 0;
+};
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QCoreApplication application(argc, argv);
+    if (argc != 4)
+        fail("usage: bench_terminalRate PATH COUNT DESCRIPTION");
+    const int count = std::max(1, std::atoi(argv[2]));
+    std::vector<double> terminal;
+    std::vector<double> blocking;
+    for (int round = 0; round < rounds; ++round) {
+        terminal.push_back(count / Run(argv[1], count).secondsTaken());
+        blocking.push_back(count / blockingSeconds(argv[1], "\r", count));
+    }
+    std::printf("terminal, %s: %.0f commands/s, blocking loop %.0f (medians of %d): ratio %.2f (goal: at "
+                "least 0.8)\n",
+                argv[3], median(terminal), median(blocking), rounds, median(terminal) / median(blocking));
+    return 0;
+}

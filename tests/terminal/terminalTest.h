@@ -1,0 +1,55 @@
+#pragma once
+
+#include "support/manualTime.h"
+#include "support/scriptedAdapter.h"
+#include "support/scriptedPrompts.h"
+#include "support/textBox.h"
+#include "terminal/terminal.h"
+
+namespace zint {
+
+/// A terminal on com3 whose adapter follows a script.
+struct TerminalTest : testing::Test {
+    using Pieces = std::vector<std::string>;
+
+    ScriptedAdapter adapter;
+    ManualTimer timer;
+    ManualClock clock;
+    ScriptedPrompts prompts;
+    TextBox box;
+    Terminal terminal{{adapter, timer, clock, prompts, box}, {3, "com3", "38400"}};
+
+    void getReady(const TerminalOptions& options = {})
+    {
+        terminal.setOptions(options);
+        adapter.expectOpening();
+        terminal.pressOpenCom();
+        adapter.play();
+        ASSERT_EQ(status(), "com3 Ready");
+    }
+
+    /// Sends a command; each piece of the answer is a notification.
+    void send(const std::string& command, const Pieces& answer)
+    {
+        terminal.setCommand(command);
+        adapter.expect(command + "\r").pieces = answer;
+        terminal.pressSendCom();
+        adapter.play();
+    }
+
+    /// What is in the box now; it is empty then.
+    std::string takeShown() { return std::exchange(box.shown, {}); }
+
+    const std::string& status() const { return terminal.panel().statusBox; }
+    const std::string& line() const { return terminal.panel().labelStats; }
+
+    /// The counters in the order of the statistics: received, then sent, then failed.
+    std::vector<std::int64_t> counted() const
+    {
+        const TerminalCounters& c = terminal.counters();
+        return {c.bytesIn,     c.messagesReceived, c.bytesOut,      c.commandsSent,
+                c.totalErrors, c.messageUnderflow, c.commandFailed, c.commandSyntaxErrors};
+    }
+};
+
+} // namespace zint
