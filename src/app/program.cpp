@@ -10,6 +10,7 @@
 #include "platform/icons.h"
 #include "platform/text.h"
 #include "runner/obdPollForm.h"
+#include "terminal/debuggerForm.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -38,6 +39,7 @@ constexpr std::array toolEntries = {
     ToolEntry{Tool::codes, &make<codesForm>},
     ToolEntry{Tool::pollDesigner, &make<pollSetup2>},
     ToolEntry{Tool::pollRunner, &make<obdPollForm>},
+    ToolEntry{Tool::terminal, &make<debuggerForm>},
 };
 
 const ToolEntry* entryOf(Tool tool)

@@ -4,6 +4,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QDialogButtonBox>
+#include <QFontDatabase>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -15,6 +16,32 @@
 #include <utility>
 
 namespace zint {
+namespace {
+
+/// Page by page, with page numbers.
+bool printPages(QTextDocument& document, QPrinter& printer)
+{
+    QPainter painter;
+    if (!painter.begin(&printer))
+        return false;
+    const QRect page = painter.viewport();
+    const int footer = 2 * painter.fontMetrics().height();
+    const QSize body(page.width(), page.height() - footer);
+    document.documentLayout()->setPaintDevice(&printer);
+    document.setPageSize(body);
+    for (int number = 0; number < document.pageCount(); ++number) {
+        if (number > 0)
+            printer.newPage();
+        painter.save();
+        painter.translate(0, -number * body.height());
+        document.drawContents(&painter, QRect(QPoint(0, number * body.height()), body));
+        painter.restore();
+        painter.drawText(page, Qt::AlignRight | Qt::AlignBottom, QString::number(number + 1));
+    }
+    return painter.end();
+}
+
+} // namespace
 
 bool printImage(QWidget& window, QPrinter& printer)
 {
@@ -30,26 +57,24 @@ bool printImage(QWidget& window, QPrinter& printer)
 
 bool printDocument(const std::string& html, QPrinter& printer)
 {
-    QPainter painter;
-    if (!painter.begin(&printer))
-        return false;
-    const QRect page = painter.viewport();
-    const int footer = 2 * painter.fontMetrics().height();
-    const QSize body(page.width(), page.height() - footer);
     QTextDocument document;
-    document.documentLayout()->setPaintDevice(&printer);
     document.setHtml(toQt(html));
-    document.setPageSize(body);
-    for (int number = 0; number < document.pageCount(); ++number) {
-        if (number > 0)
-            printer.newPage();
-        painter.save();
-        painter.translate(0, -number * body.height());
-        document.drawContents(&painter, QRect(QPoint(0, number * body.height()), body));
-        painter.restore();
-        painter.drawText(page, Qt::AlignRight | Qt::AlignBottom, QString::number(number + 1));
-    }
-    return painter.end();
+    return printPages(document, printer);
+}
+
+bool printText(const std::string& text, QPrinter& printer)
+{
+    constexpr int typeSize = 12;
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSize(typeSize);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere); // a long word would leave the page
+    QTextDocument document;
+    document.setUndoRedoEnabled(false);
+    document.setDefaultFont(font);
+    document.setDefaultTextOption(option);
+    document.setPlainText(toQt(text));
+    return printPages(document, printer);
 }
 
 WindowPrinter::WindowPrinter(QWidget& window, Prompts& prompts, Paint paint)

@@ -19,6 +19,9 @@ bool printImage(QWidget& window, QPrinter& printer);
 /// A text in HTML, page by page, with page numbers.
 bool printDocument(const std::string& html, QPrinter& printer);
 
+/// A plain text in letters of one width, page by page, with page numbers.
+bool printText(const std::string& text, QPrinter& printer);
+
 /// A window's way to the printer, or to a PDF file.
 class WindowPrinter {
 public:

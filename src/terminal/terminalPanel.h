@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/linkCounters.h"
+#include "shared/controls.h"
 
 #include <string>
 
@@ -8,11 +9,6 @@ namespace zint {
 
 /// What the terminal's window shows beside the output, by the names of its controls.
 struct TerminalPanel {
-    struct Button {
-        std::string caption;
-        bool enabled = true;
-    };
-
     Button openCom{"Open Com"};
     Button sendCom{"Send Command"};
     Button repeatCom{"Send Repeatedly"};

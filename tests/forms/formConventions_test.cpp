@@ -3,6 +3,7 @@
 #include "codes/codesForm.h"
 #include "designer/pollSetup2.h"
 #include "forms/formTest.h"
+#include "terminal/debuggerForm.h"
 
 #include <QAccessible>
 #include <QComboBox>
@@ -22,6 +23,7 @@ struct FormConventionsTest : FormTest {
         forms.push_back(makeStartForm());
         forms.push_back(std::make_unique<codesForm>(context));
         forms.push_back(std::make_unique<pollSetup2>(context));
+        forms.push_back(std::make_unique<debuggerForm>(context));
         forms.push_back(std::make_unique<failedConnForm>(context));
         forms.push_back(std::make_unique<portsForm>(ports, nullptr));
     }

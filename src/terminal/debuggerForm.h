@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/qtFileDialogs.h"
+#include "platform/qtTimer.h"
+#include "platform/systemClock.h"
+#include "platform/toolForm.h"
+#include "shared/outputFile.h"
+#include "terminal/commandHistory.h"
+#include "terminal/terminal.h"
+
+#include <memory>
+
+namespace Ui {
+class debuggerForm;
+} // namespace Ui
+
+namespace zint {
+
+/// The command terminal's window.
+class debuggerForm final : public toolForm {
+    Q_OBJECT
+
+public:
+    explicit debuggerForm(ToolContext& context);
+    ~debuggerForm() override;
+
+private:
+    void Form_Unload() override;
+    bool printOn(QPrinter& printer) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+    void openCom_Click();
+    void sendCom_Click();
+    void repeatCom_Click();
+    void mnuOpenCom_Click();
+    void mnuCloseCom_Click();
+    void mnuSelect_Click();
+
+    std::unique_ptr<Ui::debuggerForm> makeUi();
+    void connectControls();
+    void takeOptions();
+    void rememberCommand();
+    void paint();
+
+    std::unique_ptr<Ui::debuggerForm> ui;
+    std::unique_ptr<SerialPort> MSComm1;
+    QtTimer Timer1;
+    QtFileDialogs CommonDialog1;
+    SystemClock clock_;
+    Terminal terminal_;
+    OutputFile output_;
+    CommandHistory commands_;
+};
+
+} // namespace zint
