@@ -1,5 +1,5 @@
-#include "shared/outputFile.h"
 #include "shared/fileError.h"
+#include "shared/outputFile.h"
 #include "support/scriptedDialogs.h"
 #include "support/temporaryFolder.h"
 
