@@ -70,6 +70,8 @@ std::optional<std::chrono::microseconds> SimulatedPort::nextDue() const
     const auto due = adapter_.nextDue();
     if (groups_.isEmpty())
         return due;
+    if (adapter_.disconnected()) // nothing will complete what has come
+        return due.value_or(clock_.monotonic());
     return due ? std::min(*due, pauseEnd_) : pauseEnd_;
 }
 
@@ -103,16 +105,16 @@ void SimulatedPort::deliver()
 void SimulatedPort::receive()
 {
     const auto now = clock_.monotonic();
-    if (const std::string arrived = adapter_.take(now); !arrived.empty()) {
-        groups_.append(arrived);
-        pauseEnd_ = now + ReceiveGroups::pause;
-    }
+    const std::string arrived = adapter_.take(now);
+    groups_.append(arrived);
     if (!group_)
         group_ = groups_.take();
-    if (!group_ && !groups_.isEmpty() && now >= pauseEnd_)
+    if (!group_ && !groups_.isEmpty() && arrived.empty() && (now >= pauseEnd_ || adapter_.disconnected()))
         group_ = groups_.takeRest();
     const bool hasArrived = group_.has_value();
     received_ += std::exchange(group_, groups_.take()).value_or("");
+    if (!arrived.empty())
+        pauseEnd_ = now + groups_.pause();
     schedule();
     if (hasArrived && receiveThreshold() > 0 && inBufferCount() >= receiveThreshold())
         notify(commEvent::receive);

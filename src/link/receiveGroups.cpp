@@ -34,6 +34,13 @@ std::optional<std::string> ReceiveGroups::take()
     return group;
 }
 
+std::chrono::milliseconds ReceiveGroups::pause() const
+{
+    constexpr std::chrono::milliseconds behindLine{100};
+    constexpr std::chrono::milliseconds withinLine{5000};
+    return text_.find('\r') != std::string::npos ? behindLine : withinLine;
+}
+
 std::string ReceiveGroups::takeRest() { return std::exchange(text_, {}); }
 
 } // namespace zint

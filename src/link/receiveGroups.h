@@ -15,14 +15,15 @@ namespace zint {
 /// together with it: "41 0C 1A F8 " CR | CR ">".
 class ReceiveGroups {
 public:
-    /// How long what is incomplete waits for more before it is delivered all the same. Longer than drivers
-    /// hold a short text back, short enough to see dots come one by one.
-    static constexpr std::chrono::milliseconds pause{100};
-
     void append(std::string_view received) { text_ += received; }
 
     /// The next group; nothing while it is incomplete.
     std::optional<std::string> take();
+
+    /// How long what is incomplete waits for more before it is delivered all the same: behind a line end
+    /// longer than drivers hold a short text back; in the middle of a line longer than adapters take from one
+    /// dot of "BUS INIT: ..." to the next, for a tool that answers half a line would end the search.
+    std::chrono::milliseconds pause() const;
 
     /// What stays incomplete, for the end of the pause; may be empty.
     std::string takeRest();

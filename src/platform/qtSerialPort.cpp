@@ -25,7 +25,6 @@ QtSerialPort::QtSerialPort(EventGate& gate, Locate locate) : gate_(gate), locate
     QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
                      [this](QSerialPort::SerialPortError error) { errorArrived(error); });
     pause_.setSingleShot(true);
-    pause_.setInterval(ReceiveGroups::pause);
     QObject::connect(&pause_, &QTimer::timeout, &port_, [this] { deliver(groups_.takeRest()); });
 }
 
@@ -101,7 +100,7 @@ void QtSerialPort::dataArrived()
     if (groups_.isEmpty())
         pause_.stop();
     else
-        pause_.start();
+        pause_.start(groups_.pause());
 }
 
 /// Each group is a notification of its own.

@@ -35,6 +35,15 @@ TEST(ReceiveGroupsTest, EndsAGroupWithItsLineOrPrompt)
     EXPECT_EQ(groupsOf({std::string(5000, 'x')}), (Groups{std::string(5000, 'x'), ""}));
 }
 
+TEST(ReceiveGroupsTest, WaitsLongerInTheMiddleOfALine)
+{
+    ReceiveGroups groups;
+    groups.append("BUS INIT: .");
+    EXPECT_GE(groups.pause(), std::chrono::seconds(3)) << "as adapters take for the next dot";
+    groups.append("..OK\r");
+    EXPECT_EQ(groups.pause(), std::chrono::milliseconds(100));
+}
+
 TEST(ReceiveGroupsTest, DoesNotDependOnThePieces)
 {
     const std::string text =

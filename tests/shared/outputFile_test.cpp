@@ -34,6 +34,9 @@ TEST_F(OutputFileTest, AsksOnceAndThenWritesToTheSameFile)
 
     const std::string path = dialogs.chosen = folder.path("out.txt");
     EXPECT_EQ(file.append("one"), "out.txt saved") << "a missing file is made";
+    EXPECT_EQ(contents(path), "one\r\n");
+    TemporaryFolder::write(path, "");
+    EXPECT_EQ(file.append("one"), "out.txt saved");
     EXPECT_EQ(values.parmOutput, path);
     EXPECT_EQ(values.parmOutputFile, "out.txt");
     EXPECT_EQ(values.parmInitDir, folder.path());

@@ -128,6 +128,19 @@ TEST_F(BinaryReplyTest, ShowsBytesByTheOptions)
     }
 }
 
+TEST_F(BinaryReplyTest, KeepsAReplyWhenItIsComplete)
+{
+    getReadyForBytes({.mode = OutputMode::overwrite, .displayResponseLen = true});
+    send("0101", {"\x03"});
+    EXPECT_EQ(box.shown, "ATPD OK  \r\n") << "still the last complete one";
+    terminal.clearOutput();
+    adapter.receive("\x41\x01\x82");
+    EXPECT_EQ(takeShown(), ">0101  (3)82 \r\n");
+    terminal.clearOutput();
+    send("0102", {">\x03"});
+    EXPECT_EQ(box.shown, "") << "clearing leaves an empty one";
+}
+
 TEST_F(BinaryReplyTest, SendsAgainAtEachPromptThatIsNoData)
 {
     getReadyForBytes({.mode = OutputMode::append});

@@ -149,7 +149,9 @@ TEST_F(TerminalTest, ReportsOneKindOfEventAndALostDevice)
     EXPECT_EQ(adapter.history.back(), "close");
 
     adapter.workAgain();
-    getReady();
+    getReady({.mode = OutputMode::overwrite});
+    adapter.receive("LP ALERT\r");
+    EXPECT_EQ(box.shown, "LP ALERT\r\n") << "no command, also none of before";
     const std::int64_t sent = terminal.counters().bytesOut;
     adapter.writeError = CommError(5, "Input/output error"); // its event has not come yet
     terminal.pressSendCom();
