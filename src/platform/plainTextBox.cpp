@@ -1,41 +1,62 @@
 #include "platform/plainTextBox.h"
 
+#include "platform/fixedFont.h"
 #include "platform/text.h"
 
-#include <QFontDatabase>
+#include <QResizeEvent>
+
+#include <utility>
 
 namespace zint {
 
-PlainTextBox::PlainTextBox(QWidget* parent) : QPlainTextEdit(parent)
+PlainTextBox::PlainTextBox(QWidget* parent) : QPlainTextEdit(parent), throttle_([this] { showPending(); })
 {
     setUndoRedoEnabled(false); // it would keep each text once more
     setTextInteractionFlags(Qt::TextSelectableByKeyboard | Qt::TextSelectableByMouse);
     setTabChangesFocus(true);
-    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    setFont(fixedFont());
 }
 
 void PlainTextBox::append(const std::string& text)
 {
-    QTextCursor end(document());
-    end.movePosition(QTextCursor::End);
-    end.insertText(toQt(text));
-    showEnd();
+    pending_ += text;
+    throttle_.request();
 }
 
 void PlainTextBox::replace(const std::string& text)
 {
-    setPlainText(toQt(text));
-    showEnd();
+    pending_ = text;
+    isNewText_ = true;
+    throttle_.request();
 }
 
 std::string PlainTextBox::text() const
 {
-    QString text = document()->toRawText(); // the plain text has changed some blanks
-    return fromQt(text.replace(QChar::ParagraphSeparator, QLatin1String("\r\n")));
+    // The document's plain text would have lost the blanks that do not break.
+    QString text = isNewText_ ? QString() : document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
+    text += toQtLines(pending_);
+    return fromQt(text.replace(u'\n', QLatin1String("\r\n")));
 }
 
-void PlainTextBox::showEnd()
+/// The end stays in view when the box becomes smaller.
+void PlainTextBox::resizeEvent(QResizeEvent* event)
 {
+    const bool isEndInView = QRect(QPoint(), event->oldSize()).contains(cursorRect().center());
+    QPlainTextEdit::resizeEvent(event);
+    if (isEndInView)
+        ensureCursorVisible();
+}
+
+void PlainTextBox::showPending()
+{
+    const QString text = toQt(std::exchange(pending_, {}));
+    if (std::exchange(isNewText_, false)) {
+        setPlainText(text);
+    } else {
+        QTextCursor end(document());
+        end.movePosition(QTextCursor::End);
+        end.insertText(text);
+    }
     moveCursor(QTextCursor::End);
     ensureCursorVisible();
 }

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "platform/throttle.h"
 #include "shared/outputBox.h"
 
 #include <QPlainTextEdit>
+
+#include <string>
 
 namespace zint {
 
@@ -15,10 +18,15 @@ public:
 
     void append(const std::string& text) override;
     void replace(const std::string& text) override;
-    std::string text() const override;
+    std::string text() const override; ///< with what is not shown yet
 
 private:
-    void showEnd();
+    void resizeEvent(QResizeEvent* event) override;
+    void showPending();
+
+    std::string pending_;    ///< follows what is shown
+    bool isNewText_ = false; ///< what is pending replaces what is shown
+    Throttle throttle_;
 };
 
 } // namespace zint

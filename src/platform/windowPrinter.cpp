@@ -1,10 +1,10 @@
 #include "platform/windowPrinter.h"
 
+#include "platform/fixedFont.h"
 #include "platform/text.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QDialogButtonBox>
-#include <QFontDatabase>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -65,7 +65,7 @@ bool printDocument(const std::string& html, QPrinter& printer)
 bool printText(const std::string& text, QPrinter& printer)
 {
     constexpr int typeSize = 12;
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    QFont font = fixedFont();
     font.setPointSize(typeSize);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere); // a long word would leave the page

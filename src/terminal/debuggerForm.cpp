@@ -25,7 +25,8 @@ debuggerForm::debuggerForm(ToolContext& context)
       terminal_(
           {.port = *MSComm1, .timer = Timer1, .clock = clock_, .prompts = prompts(), .outBox = *ui->outBox},
           context.connection()),
-      output_(CommonDialog1, context.values), commands_(context.settings)
+      output_(CommonDialog1, context.values), commands_(context.settings),
+      counters_([this] { display(*ui->labelStats, {.caption = terminal_.panel().labelStats}); })
 {
     connectControls();
     terminal_.onChanged = [this] { paint(); };
@@ -49,7 +50,8 @@ void debuggerForm::Form_Unload() { terminal_.unload(); }
 
 bool debuggerForm::printOn(QPrinter& printer) { return printText(ui->outBox->text(), printer); }
 
-/// What no control wanted: the Return key presses the default button; the arrows walk through the commands.
+/// What no control wanted: the Return key presses the button that has the focus, else the default one; the
+/// arrows walk through the commands.
 void debuggerForm::keyPressEvent(QKeyEvent* event)
 {
     const auto walk = [this](std::string (CommandHistory::*step)(const std::string&)) {
@@ -59,7 +61,10 @@ void debuggerForm::keyPressEvent(QKeyEvent* event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        (terminal_.panel().sendIsDefault ? ui->sendCom : ui->openCom)->click();
+        if (auto* button = qobject_cast<QPushButton*>(focusWidget()))
+            button->click();
+        else
+            (terminal_.panel().sendIsDefault ? ui->sendCom : ui->openCom)->click();
         break;
     case Qt::Key_Up:
         walk(&CommandHistory::older);
@@ -169,7 +174,7 @@ void debuggerForm::paint()
     const TerminalPanel& p = terminal_.panel();
     const bool isRepeating = !p.sendCom.enabled;
     display(*ui->statusBox, p.statusBox);
-    display(*ui->labelStats, {.caption = p.labelStats});
+    counters_.request(); // they change with each reply
     display(*ui->openCom, p.openCom, terminal_.isOpen() ? "network-disconnect" : "network-connect");
     display(*ui->sendCom, p.sendCom);
     display(*ui->repeatCom, p.repeatCom, isRepeating ? "media-playback-stop" : "view-refresh");

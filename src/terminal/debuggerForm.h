@@ -3,6 +3,7 @@
 #include "platform/qtFileDialogs.h"
 #include "platform/qtTimer.h"
 #include "platform/systemClock.h"
+#include "platform/throttle.h"
 #include "platform/toolForm.h"
 #include "shared/outputFile.h"
 #include "terminal/commandHistory.h"
@@ -50,6 +51,7 @@ private:
     Terminal terminal_;
     OutputFile output_;
     CommandHistory commands_;
+    Throttle counters_;
 };
 
 } // namespace zint

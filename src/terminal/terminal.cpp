@@ -25,7 +25,7 @@ std::string blanked(std::string_view received)
 
 } // namespace
 
-Terminal::Terminal(Surroundings surroundings, ConnectionChoice choice)
+Terminal::Terminal(Surroundings surroundings, const ConnectionChoice& choice)
     : around_(surroundings), portName_(choice.portName),
       binary_({.show = [this](const std::string& text) { output_ += text; },
                .store = [this](const std::string& reply) { history_.add(cmdEcho_ + reply); },

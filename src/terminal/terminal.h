@@ -35,7 +35,7 @@ public:
         OutputBox& outBox;
     };
 
-    Terminal(Surroundings surroundings, ConnectionChoice choice);
+    Terminal(Surroundings surroundings, const ConnectionChoice& choice);
 
     void unload(); ///< the window goes away: closes the port
 
