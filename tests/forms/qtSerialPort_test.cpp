@@ -56,10 +56,10 @@ TEST_F(QtSerialPortTest, CarriesTextBothWaysAndNotificationsWaitForTheHandlerTha
     EXPECT_EQ(events, std::vector<int>{commEvent::receive}) << "one notification for all that came meanwhile";
     EXPECT_EQ(port.inBufferCount(), 8);
     EXPECT_EQ(port.input(), "41 0C \r>");
-    terminal->write("A");
+    terminal->write("A\r"); // for which the prompt may still come
     EXPECT_TRUE(waitUntil([&] { return events.size() == 2; }));
     gate.run([&] {
-        terminal->write("B");
+        terminal->write("B>");
         QTest::qWait(30);
         port.close();
     });
