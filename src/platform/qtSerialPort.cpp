@@ -59,6 +59,7 @@ void QtSerialPort::close()
     port_.close();
     pause_.stop();
     groups_.clear();
+    arrived_.clear();
     received_.clear();
 }
 
@@ -92,7 +93,8 @@ void QtSerialPort::output(std::string_view text)
 
 void QtSerialPort::dataArrived()
 {
-    groups_.append(port_.readAll().toStdString());
+    const QByteArray bytes = port_.readAll();
+    groups_.append({bytes.constData(), static_cast<std::size_t>(bytes.size())});
     lineFreeAt_ =
         {}; // whoever answers has got what was written; many adapters are faster than their line's speed says
     while (auto group = groups_.take())
@@ -106,10 +108,12 @@ void QtSerialPort::dataArrived()
 /// Each group is a notification of its own.
 void QtSerialPort::deliver(std::string group)
 {
-    gate_.run([this, opening = opening_, group = std::move(group)] {
-        if (opening != opening_ || !port_.isOpen())
+    arrived_.push_back(std::move(group));
+    gate_.run([this, opening = opening_] {
+        if (opening != opening_ || arrived_.empty())
             return;
-        received_ += group;
+        received_ += arrived_.front();
+        arrived_.pop_front();
         if (receiveThreshold() > 0 && inBufferCount() >= receiveThreshold())
             notify(commEvent::receive);
     });

@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <string>
 
@@ -43,7 +44,8 @@ private:
     QSerialPort port_;
     QTimer pause_; ///< after which an incomplete group is delivered
     ReceiveGroups groups_;
-    std::string received_; ///< of what the owner was notified
+    std::deque<std::string> arrived_; ///< groups whose notifications wait at the gate
+    std::string received_;            ///< of what the owner was notified
     int lastEvent_ = commEvent::receive;
     unsigned opening_ = 0; ///< counts openings; an event of an earlier one is dropped
     bool goneReported_ = false;
