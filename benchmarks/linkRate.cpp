@@ -1,16 +1,13 @@
 // Requests per second over a serial line: the program's link against a blocking loop, in turn on the same
 // adapter.
 
+#include "compareRates.h"
 #include "link/adapterLink.h"
 #include "platform/qtSerialPort.h"
 #include "platform/qtTimer.h"
-#include "rate.h"
-
-#include <QCoreApplication>
 
 namespace {
 
-constexpr int rounds = 7;
 constexpr std::string_view request = "010C";
 
 /// Sends one request after the other, as a polling run does.
@@ -68,18 +65,8 @@ private:
 
 int main(int argc, char* argv[])
 {
-    const QCoreApplication application(argc, argv);
-    if (argc != 4)
-        fail("usage: bench_linkRate PATH COUNT DESCRIPTION");
-    const int count = std::max(1, std::atoi(argv[2]));
-    std::vector<double> link;
-    std::vector<double> blocking;
-    for (int round = 0; round < rounds; ++round) {
-        link.push_back(count / Run(argv[1], count).secondsTaken());
-        blocking.push_back(count / blockingSeconds(argv[1], "010C\r", count));
-    }
-    std::printf(
-        "link, %s: %.0f requests/s, blocking loop %.0f (medians of %d): ratio %.2f (goal: at least 0.9)\n",
-        argv[3], median(link), median(blocking), rounds, median(link) / median(blocking));
-    return 0;
+    return compareRates(
+        argc, argv, {.name = "link", .counted = "requests", .goal = "0.9"},
+        [](const char* path, int count) { return Run(path, count).secondsTaken(); },
+        [](const char* path, int count) { return blockingSeconds(path, "010C\r", count); });
 }

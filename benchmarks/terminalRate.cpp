@@ -1,19 +1,16 @@
 // Commands per second that the terminal sends over and over, without its window, against a blocking loop on
 // the same adapter.
 
+#include "compareRates.h"
 #include "platform/qtSerialPort.h"
 #include "platform/qtTimer.h"
 #include "platform/systemClock.h"
-#include "rate.h"
 #include "terminal/terminal.h"
-
-#include <QCoreApplication>
 
 #include <string>
 
 namespace {
 
-constexpr int rounds = 7;
 constexpr const char* command = "010C";
 
 struct Box final : zint::OutputBox {
@@ -85,29 +82,19 @@ private:
 };
 
 /// Sends the same: the command once, and then carriage returns, with the adapter's echo off.
-double blockingRate(const char* path, int count)
+double blockingSecondsOfRepeating(const char* path, int count)
 {
     blockingSeconds(path, "ATE0\r", 1);
     blockingSeconds(path, (std::string(command) + '\r').c_str(), 1);
-    return count / blockingSeconds(path, "\r", count);
+    return blockingSeconds(path, "\r", count);
 }
 
 } // namespace
 
 int main(int argc, char* argv[])
 {
-    const QCoreApplication application(argc, argv);
-    if (argc != 4)
-        fail("usage: bench_terminalRate PATH COUNT DESCRIPTION");
-    const int count = std::max(1, std::atoi(argv[2]));
-    std::vector<double> terminal;
-    std::vector<double> blocking;
-    for (int round = 0; round < rounds; ++round) {
-        terminal.push_back(count / Run(argv[1], count).secondsTaken());
-        blocking.push_back(blockingRate(argv[1], count));
-    }
-    std::printf("terminal, %s: %.0f commands/s, blocking loop %.0f (medians of %d): ratio %.2f (goal: at "
-                "least 0.8)\n",
-                argv[3], median(terminal), median(blocking), rounds, median(terminal) / median(blocking));
-    return 0;
+    return compareRates(
+        argc, argv, {.name = "terminal", .counted = "commands", .goal = "0.8"},
+        [](const char* path, int count) { return Run(path, count).secondsTaken(); },
+        blockingSecondsOfRepeating);
 }

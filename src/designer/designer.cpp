@@ -17,11 +17,10 @@ namespace zint {
 namespace {
 
 const FileKinds openKinds{.extension = "obc",
-                          .filter = "OBD2 config files (*.obc)|*.obc|Zint log files (*.log)|*.log|"
-                                    "Text files (*.txt)|*.txt|All files (*.*)|*.*"};
+                          .filter = "OBD2 config files (*.obc)|*.obc|Zint log files (*.log)|*.log|" +
+                                    textFileKinds.filter};
 const FileKinds saveKinds{.extension = "obc",
-                          .filter =
-                              "OBD2 config files (*.obc)|*.obc|Text files (*.txt)|*.txt|All files (*.*)|*.*"};
+                          .filter = "OBD2 config files (*.obc)|*.obc|" + textFileKinds.filter};
 
 std::string folderOf(const std::string& path) { return utf8Text(utf8Path(path).parent_path()); }
 

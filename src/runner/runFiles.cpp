@@ -10,9 +10,7 @@ namespace zint {
 namespace {
 
 const FileKinds logKinds{.extension = "log",
-                         .filter =
-                             "Zint log files (*.log)|*.log|Text files (*.txt)|*.txt|All files (*.*)|*.*"};
-const FileKinds textKinds{.extension = "txt", .filter = "Text files (*.txt)|*.txt|All files (*.*)|*.*"};
+                         .filter = "Zint log files (*.log)|*.log|" + textFileKinds.filter};
 constexpr RememberedFile logFile{&ProgramValues::parmLog, &ProgramValues::parmLogFile};
 constexpr RememberedFile exportFile{&ProgramValues::parmExport, &ProgramValues::parmExportFile};
 
@@ -25,7 +23,7 @@ bool RunFiles::saveLog(const Run& run, Name name)
 
 void RunFiles::saveExport(const Run& run, Name name)
 {
-    if (!nameFile(textKinds, exportFile, isExportNamed_, name))
+    if (!nameFile(textFileKinds, exportFile, isExportNamed_, name))
         return;
     const auto complain = [this](const std::string& text) { around_.prompts.message(text); };
     write(around_.values.parmExport, "export", [&](std::ostream& stream, Progress& progress) {
@@ -35,7 +33,7 @@ void RunFiles::saveExport(const Run& run, Name name)
 
 void RunFiles::saveDebugDump(const Run& run)
 {
-    const std::string path = askToSave(around_.dialogs, around_.values, textKinds);
+    const std::string path = askToSave(around_.dialogs, around_.values, textFileKinds);
     if (path.empty())
         return;
     write(path, "export", [&run](std::ostream& stream, Progress& progress) {

@@ -7,8 +7,12 @@ namespace zint {
 /// What a file dialog offers.
 struct FileKinds {
     std::string extension; ///< added to a name that has none: "obc"
-    std::string filter;    ///< pairs of name and pattern: "Text files (*.txt)|*.txt|All files (*.*)|*.*"
+    std::string filter;    ///< pairs of name and pattern, all separated by "|"
 };
+
+/// What any tool can write, and what a tool with files of its own offers besides.
+inline const FileKinds textFileKinds{.extension = "txt",
+                                     .filter = "Text files (*.txt)|*.txt|All files (*.*)|*.*"};
 
 /// How a tool lets its user choose files. All paths are UTF-8; an empty one means that the user cancelled.
 class FileDialogs {

@@ -11,6 +11,19 @@
 
 namespace zint {
 
+namespace {
+
+namespace fs = std::filesystem;
+
+std::chrono::system_clock::time_point systemTime(fs::file_time_type time)
+{
+    using std::chrono::system_clock;
+    const auto age = fs::file_time_type::clock::now() - time; // not all libraries can convert between the two
+    return system_clock::now() - std::chrono::duration_cast<system_clock::duration>(age);
+}
+
+} // namespace
+
 std::optional<KeptEntry> chooseToRecover(Prompts& prompts, const std::vector<KeptEntry>& entries,
                                          const std::string& what)
 {
@@ -26,19 +39,6 @@ std::optional<KeptEntry> chooseToRecover(Prompts& prompts, const std::vector<Kep
     const auto chosen = prompts.choose("Unsaved " + what + "s", title, lines);
     return chosen ? std::optional(entries.at(*chosen)) : std::nullopt;
 }
-
-namespace {
-
-namespace fs = std::filesystem;
-
-std::chrono::system_clock::time_point systemTime(fs::file_time_type time)
-{
-    using std::chrono::system_clock;
-    const auto age = fs::file_time_type::clock::now() - time; // not all libraries can convert between the two
-    return system_clock::now() - std::chrono::duration_cast<system_clock::duration>(age);
-}
-
-} // namespace
 
 KeptFiles::KeptFiles(std::string folder, std::string extension, std::size_t most, std::uintmax_t mostBytes)
     : folder_(std::move(folder)), extension_(std::move(extension)), most_(most), mostBytes_(mostBytes)

@@ -20,8 +20,7 @@ std::string OutputFile::appendAs(const std::string& text) { return ask() ? add(t
 
 bool OutputFile::ask()
 {
-    const FileKinds kinds{.extension = "txt", .filter = "Text files (*.txt)|*.txt|All files (*.*)|*.*"};
-    return askToSave(dialogs_, values_, kinds,
+    return askToSave(dialogs_, values_, textFileKinds,
                      {.path = &ProgramValues::parmOutput, .name = &ProgramValues::parmOutputFile});
 }
 

@@ -1,5 +1,6 @@
 #include "catalogue/conversion.h"
 #include "shared/runTimeError.h"
+#include "support/failure.h"
 
 #include <gtest/gtest.h>
 
@@ -60,12 +61,7 @@ TEST(ConversionTest, AnOverflowIsAnErrorAndNeverWraps)
     constexpr std::int32_t smallest = std::numeric_limits<std::int32_t>::min();
     for (const auto& [conversion, raw] :
          {std::pair{1, largest}, {2, smallest}, {3, smallest}, {4, smallest}, {18, largest}}) {
-        try {
-            convert(conversion, raw);
-            ADD_FAILURE() << conversion;
-        } catch (const RunTimeError& error) {
-            EXPECT_EQ(error.number(), 6);
-        }
+        EXPECT_EQ(failureOf<RunTimeError>([&] { convert(conversion, raw); }), "Overflow") << conversion;
     }
     for (std::int32_t conversion = 0; conversion < 25; ++conversion)
         EXPECT_NO_THROW(convert(conversion, 0xFFFF)) << "two data bytes always fit";

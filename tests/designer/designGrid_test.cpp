@@ -1,6 +1,5 @@
 #include "designer/designGrid.h"
 #include "designer/designPrintout.h"
-#include "shared/runTimeError.h"
 
 #include <gtest/gtest.h>
 
@@ -23,22 +22,6 @@ TEST(DesignGridTest, ACommitKeepsTheEnabledRows)
     EXPECT_EQ(design.entries[1].code, "0104");
     EXPECT_EQ(design.entries[22].code, "011B");
     EXPECT_EQ(design.entries[2].reserved1, 7) << "stays with the place";
-}
-
-TEST(DesignGridTest, ACommitIsAllOrNothing)
-{
-    Design design;
-    loadDefaultDesign(design);
-    DesignGrid grid = gridOf(design);
-    grid.title = "changed";
-    grid.rows.assign(65, {.code = "0105", .frequency = 1});
-    EXPECT_THROW(commit(grid, design), TooManyEvents);
-    EXPECT_EQ(design.title(), "Default Settings");
-    EXPECT_EQ(design.eventCount(), 31);
-    EXPECT_EQ(design.entries[4].code, "0104");
-    grid.rows.pop_back();
-    EXPECT_NO_THROW(commit(grid, design));
-    EXPECT_EQ(design.eventCount(), 64);
 }
 
 TEST(DesignPrintoutTest, ListsTheRowsAsText)

@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <sstream>
 
 namespace zint {
 namespace {
@@ -36,13 +35,6 @@ struct DesignerTest : testing::Test {
 
     const DesignerPanel& panel() const { return designer->panel(); }
     const GridRow& row(std::size_t n) const { return panel().obdGrid.rows.at(n); }
-
-    std::string fileText(const std::string& name) const
-    {
-        std::ostringstream text;
-        text << std::ifstream(utf8Path(folder.path(name)), std::ios::binary).rdbuf();
-        return text.str();
-    }
 };
 
 TEST_F(DesignerTest, SavesOpensAndKeepsTheTitle)
@@ -61,8 +53,8 @@ TEST_F(DesignerTest, SavesOpensAndKeepsTheTitle)
     EXPECT_EQ(values.parmSaveFile, "car.obc");
     EXPECT_EQ(values.parmInitDir, folder.path());
     EXPECT_EQ(panel().obdGrid.rows.size(), 22U) << "the unpolled rows left with the commit";
-    EXPECT_TRUE(
-        fileText("car.obc").starts_with("Car1\r\n|200\r\n0104|Calculated Engine Load|1|10|3|0|0\r\n"));
+    EXPECT_TRUE(contents(folder.path("car.obc"))
+                    .starts_with("Car1\r\n|200\r\n0104|Calculated Engine Load|1|10|3|0|0\r\n"));
 
     designer->newDesign();
     EXPECT_EQ(panel().obdGrid.title, "Default Settings");
@@ -72,7 +64,7 @@ TEST_F(DesignerTest, SavesOpensAndKeepsTheTitle)
     EXPECT_EQ(panel().obdGrid.title, "Car1");
     designer->disableAll();
     designer->save();
-    EXPECT_EQ(fileText("car.obc"), "Car1\r\n|200\r\nEOP - end of Parms\r\n")
+    EXPECT_EQ(contents(folder.path("car.obc")), "Car1\r\n|200\r\nEOP - end of Parms\r\n")
         << "saved again without a question";
 }
 
@@ -124,17 +116,23 @@ TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
     EXPECT_TRUE(designer->addNew());
     EXPECT_EQ(row(31), (GridRow{"0902", "", 0, 10, 0}));
     EXPECT_FALSE(designer->addNew()) << "an empty answer adds nothing";
-    for (int i = 0; i < 34; ++i) {
+    designer->setTitle("full");
+    designer->enableAll();
+    for (int i = 0; i < 33; ++i) {
         prompts.typed = "0105";
         designer->addNew();
     }
-    designer->enableAll();
     dialogs.asked.clear();
     EXPECT_THROW(designer->saveAs(), TooManyEvents);
     EXPECT_EQ(dialogs.asked, "") << "what can't be saved needs no name";
     EXPECT_THROW(designer->commit(), TooManyEvents);
-    EXPECT_EQ(panel().obdGrid.rows.size(), 66U);
+    EXPECT_EQ(panel().obdGrid.rows.size(), 65U);
+    EXPECT_EQ(design.title(), "Default Settings");
     EXPECT_EQ(design.eventCount(), 31);
+    EXPECT_EQ(design.entries[32].code, "");
+    designer->undo();
+    designer->commit();
+    EXPECT_EQ(design.eventCount(), 64);
 }
 
 TEST_F(DesignerTest, ASampleIsFoundAtOnceAndNotOverwritten)

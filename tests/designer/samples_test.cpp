@@ -1,12 +1,11 @@
 #include "catalogue/pidCatalogue.h"
 #include "designer/designFile.h"
 #include "designer/loopOffsets.h"
+#include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <span>
 #include <sstream>
 
@@ -49,11 +48,9 @@ TEST_P(SamplesTest, SpreadsTheLoadOverThePasses)
 
 TEST_P(SamplesTest, IsWrittenAsItIs)
 {
-    std::ifstream file(path_, std::ios::binary);
-    const std::string bytes(std::istreambuf_iterator<char>(file), {});
     std::ostringstream written;
     writeDesign(written, design_);
-    EXPECT_EQ(written.str(), bytes);
+    EXPECT_EQ(written.str(), contents(path_));
 }
 
 INSTANTIATE_TEST_SUITE_P(Designs, SamplesTest,

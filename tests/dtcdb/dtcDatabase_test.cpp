@@ -4,8 +4,6 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <gtest/gtest.h>
 
-#include <iterator>
-
 namespace zint {
 namespace {
 
@@ -92,8 +90,7 @@ TEST_F(DtcDatabaseTest, RefusesDamagedFilesWithoutHarm)
     makeDatabase("PRAGMA page_size = 512;" + layout +
                  "WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i + 1 FROM n WHERE i < 299)"
                  "INSERT INTO DTCset SELECT 'P0' || i, 'a description that takes up its space', '' FROM n;");
-    std::ifstream file(utf8Path(path), std::ios::binary);
-    const std::string whole{std::istreambuf_iterator<char>(file), {}};
+    const std::string whole = contents(path);
     ASSERT_GT(whole.size(), 10000U);
     ASSERT_EQ(refusal(), "");
 

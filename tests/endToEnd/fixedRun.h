@@ -22,13 +22,6 @@ inline constexpr const char* fixedDesign = "Fixed Values\r\n"
                                            "010A|Not There|0|3|0|0|0\r\n"
                                            "EOP - end of Parms\r\n";
 
-inline std::string contents(const std::string& path)
-{
-    std::ostringstream text;
-    text << std::ifstream(utf8Path(path), std::ios::binary).rdbuf();
-    return text.str();
-}
-
 inline std::string line(const std::string& text, std::size_t number)
 {
     std::istringstream stream(text);

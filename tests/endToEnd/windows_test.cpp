@@ -43,7 +43,7 @@ protected:
             QTest::keyClick(edit, Qt::Key_Return);
         });
         watch.start(5);
-        control<QAction>(action)->trigger();
+        trigger(action);
         return contents(folder.path(name) + extension);
     }
 
@@ -77,8 +77,8 @@ TEST_F(WindowsEndToEnd, TheDesignerAsksWhatTheVehicleSupports)
         form->show();
         QString message;
         if (row.message != nullptr)
-            answerNextBox(QMessageBox::Ok, &message);
-        control<QAction>("mnuVerifyObd")->trigger();
+            confirmNextBox(&message);
+        trigger("mnuVerifyObd");
         const bool ends = waitUntil([this] {
             return textOf("statusBox") == u"com1 Closed" || textOf("statusBox").endsWith(u"disconnected");
         });
@@ -117,7 +117,7 @@ TEST_F(WindowsEndToEnd, TheRunnerPollsAndWritesWhatTheVehicleSent)
         form->show();
         control<QLineEdit>("textSampleCnt")->clear();
         QTest::keyClicks(control<QLineEdit>("textSampleCnt"), QLatin1String(row.loops));
-        control<QAction>("mnuResetVal")->trigger();
+        trigger("mnuResetVal");
         const auto started = std::chrono::system_clock::now();
         click("comStart");
         EXPECT_TRUE(showsStatus(row.end)) << textOf("statusBox").toStdString();
@@ -130,10 +130,10 @@ TEST_F(WindowsEndToEnd, TheRunnerPollsAndWritesWhatTheVehicleSent)
     }
 
     plugIn("--no-announcement --latency 1"); // again, to go on with the run
-    control<QAction>("mnuComStart")->trigger();
+    trigger("mnuComStart");
     EXPECT_TRUE(showsStatus(ended)) << textOf("statusBox").toStdString();
     EXPECT_EQ(control<QProgressBar>("ProgressBar1")->text(), u"100%");
-    control<QAction>("mnuSaveLog")->trigger(); // to the same file
+    trigger("mnuSaveLog"); // to the same file
     std::istringstream stream(contents(folder.path("cut.log")));
     const SampleStore samples = readLog(stream).samples;
     EXPECT_GT(samples.events()[0].sampleCount, 4);

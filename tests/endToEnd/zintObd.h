@@ -4,6 +4,7 @@
 #include "support/temporaryFolder.h"
 
 #include <QProcess>
+#include <gtest/gtest.h>
 
 #include <signal.h> // NOLINT(modernize-deprecated-headers): <csignal> has no kill
 #include <string>
@@ -67,6 +68,13 @@ private:
     TemporaryFolder home_;
     QProcess process_;
 };
+
+/// Fails the test unless the program failed and said why.
+inline void expectFailure(const Outcome& outcome, const char* why)
+{
+    EXPECT_EQ(outcome.status, 1) << why;
+    EXPECT_NE(outcome.errors.find(why), std::string::npos) << why << ": " << outcome.errors;
+}
 
 inline Outcome runZint(const QStringList& arguments, const QString& outputFile = {})
 {

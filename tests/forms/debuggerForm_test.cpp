@@ -5,7 +5,6 @@
 #include "terminal/commandHistory.h"
 #include "terminal/debuggerForm.h"
 
-#include <QFile>
 #include <QLineEdit>
 #include <QPrinter>
 
@@ -37,7 +36,6 @@ struct DebuggerFormTest : FormTest {
     }
 
     void choose(const char* option) { control<QAbstractButton>(option)->click(); }
-    void trigger(const char* action) { control<QAction>(action)->trigger(); }
 
     /// Whether openCom is the default button, or sendCom.
     void expectDefault(const char* name)
@@ -123,20 +121,12 @@ TEST_F(DebuggerFormTest, TheArrowsBringBackTypedCommandsAlsoOfEarlierRuns)
 
 TEST_F(DebuggerFormTest, SavesAndTellsWhyNotAndShowsTheCounters)
 {
-    QString told;
-    const auto messageOf = [&](const std::function<void()>& action) {
-        answerNextBox(QMessageBox::Ok, &told);
-        action();
-        return told;
-    };
     outBox->replace("41 C\r\nNO DATA");
     values.parmOutput = folder.path("out.txt");
     values.parmOutputFile = "out.txt";
     trigger("mnuSaveOutput");
     trigger("mnuAppendOutput");
-    QFile file(toQt(values.parmOutput));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "41 C\r\nNO DATA\r\n41 C\r\nNO DATA\r\n");
+    EXPECT_EQ(contents(values.parmOutput), "41 C\r\nNO DATA\r\n41 C\r\nNO DATA\r\n");
     EXPECT_EQ(textOf("statusBox"), u"out.txt saved");
     values.parmOutput = folder.path("none/out.txt");
     for (const char* action : {"mnuSaveOutput", "mnuAppendOutput"})
@@ -179,9 +169,7 @@ TEST_F(DebuggerFormTest, TheOutputBoxTakesAnyTextAndKeepsItsEndInView)
     QPrinter printer;
     printer.setOutputFileName(toQt(folder.path("out.pdf")));
     ASSERT_TRUE(printText(outBox->text(), printer));
-    QFile file(printer.outputFileName());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_GE(file.readAll().count("/Type /Page\n"), 3);
+    EXPECT_GE(QByteArray::fromStdString(contents(folder.path("out.pdf"))).count("/Type /Page\n"), 3);
 }
 
 } // namespace

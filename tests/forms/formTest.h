@@ -25,19 +25,28 @@ inline QString textOf(const QWidget& control)
         .toString();
 }
 
-/// The next message box is read and answered as a user would.
-inline void answerNextBox(QMessageBox::StandardButton button, QString* text)
+/// The next message box is read and its OK pressed, as a user would.
+inline void confirmNextBox(QString* text)
 {
     auto* watch = new QTimer(qApp);
-    QObject::connect(watch, &QTimer::timeout, watch, [watch, button, text] {
+    QObject::connect(watch, &QTimer::timeout, watch, [watch, text] {
         if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
             watch->stop();
             watch->deleteLater();
             *text = box->text();
-            box->button(button)->click();
+            box->button(QMessageBox::Ok)->click();
         }
     });
     watch->start(5);
+}
+
+/// What the message box says that an action shows until its OK is pressed.
+inline QString messageOf(const std::function<void()>& action)
+{
+    QString text;
+    confirmNextBox(&text);
+    action();
+    return text;
 }
 
 /// A window with what the program would give it; the port is a scripted adapter.
@@ -72,6 +81,7 @@ protected:
     }
 
     void click(const char* name) { QTest::mouseClick(control<QPushButton>(name), Qt::LeftButton); }
+    void trigger(const char* action) { control<QAction>(action)->trigger(); }
 
     QString textOf(const char* name) { return zint::textOf(*control<QWidget>(name)); }
 

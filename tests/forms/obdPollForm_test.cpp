@@ -65,10 +65,10 @@ TEST_F(ObdPollFormTest, ToolbarKeysAndTheWayToTheDesigner)
     adapter->expectOpening();
     adapter->expect("010C\r");
     adapter->expect("ATD\r");
-    control<QAction>("mnuComStart")->trigger();
+    trigger("mnuComStart");
     adapter->play();
     form->setAttribute(Qt::WA_DeleteOnClose, false);
-    control<QAction>("mnuDesigner")->trigger();
+    trigger("mnuDesigner");
     EXPECT_EQ(opened, std::vector{Tool::pollDesigner});
     EXPECT_FALSE(form->isVisible());
     EXPECT_FALSE(adapter->isOpen());

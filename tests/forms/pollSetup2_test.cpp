@@ -61,18 +61,16 @@ TEST_F(PollSetup2Test, CellsAreEditedInPlaceAndUndone)
 
     auto* offset = edit<QLineEdit>(3, 4, "obdTexter");
     offset->setText(QStringLiteral("soon"));
-    QString message;
-    answerNextBox(QMessageBox::Ok, &message);
-    QTest::keyClick(offset, Qt::Key_Return);
-    EXPECT_EQ(message, u"Run-time error 13: Type mismatch");
+    EXPECT_EQ(messageOf([&] { QTest::keyClick(offset, Qt::Key_Return); }),
+              u"Run-time error 13: Type mismatch");
     EXPECT_EQ(cell(3, 4), u"3");
     EXPECT_EQ(grid->currentIndex().row(), 3) << "nothing to move on from";
 
     for (int i = 0; i < 3; ++i)
-        control<QAction>("mnuUndo")->trigger();
+        trigger("mnuUndo");
     EXPECT_EQ(cell(3, 1), u"Calculated Engine Load");
     EXPECT_FALSE(control<QAction>("mnuUndo")->isEnabled());
-    control<QAction>("mnuRedo")->trigger();
+    trigger("mnuRedo");
     EXPECT_EQ(cell(3, 1), u"Load");
 }
 
@@ -100,9 +98,9 @@ TEST_F(PollSetup2Test, RowsAreDraggedAndSorted)
     EXPECT_EQ(cell(1, 0), u"0101");
     EXPECT_EQ(model->rowCount(), 31);
     EXPECT_EQ(grid->currentIndex().row(), 0) << "follows the row";
-    control<QAction>("mnuMoveDown")->trigger();
-    control<QAction>("mnuMoveDown")->trigger();
-    control<QAction>("mnuMoveUp")->trigger();
+    trigger("mnuMoveDown");
+    trigger("mnuMoveDown");
+    trigger("mnuMoveUp");
     EXPECT_EQ(cell(1, 0), u"0104");
     EXPECT_EQ(grid->currentIndex().row(), 1);
     QHeaderView* header = grid->horizontalHeader();
@@ -125,17 +123,14 @@ TEST_F(PollSetup2Test, ACellThatCantBeReadKeepsTheDesignFromBeingSaved)
     QTest::keyClicks(control<QLineEdit>("pollTitle"), QStringLiteral("Mine"));
     auto* offset = edit<QLineEdit>(3, 4, "obdTexter");
     offset->setText(QStringLiteral("soon"));
-    QString message;
-    answerNextBox(QMessageBox::Ok, &message);
-    control<QAction>("mnuSave")->trigger();
-    EXPECT_EQ(message, u"Run-time error 13: Type mismatch");
+    EXPECT_EQ(messageOf([&] { trigger("mnuSave"); }), u"Run-time error 13: Type mismatch");
     EXPECT_FALSE(fileExists(path));
 
     offset = edit<QLineEdit>(3, 4, "obdTexter");
     offset->setText(QStringLiteral(" 7 "));
-    control<QAction>("mnuSave")->trigger();
+    trigger("mnuSave");
     EXPECT_EQ(textOf("statusBox"), u"car.obc saved");
-    control<QAction>("mnuDefault")->trigger();
+    trigger("mnuDefault");
     EXPECT_EQ(cell(3, 4), u"3");
 
     design = {}; // another start of the program
@@ -164,7 +159,7 @@ TEST_F(PollSetup2Test, ChoosesAnUnsavedDesignAndGoesOnToPolling)
         EXPECT_TRUE(list->item(0)->text().endsWith(u"   Default Settings lost (31 events)"));
         box->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
     });
-    control<QAction>("mnuRecover")->trigger();
+    trigger("mnuRecover");
     EXPECT_EQ(textOf("statusBox"), u"Default Settings lost (31 events) recovered");
 
     form->setAttribute(Qt::WA_DeleteOnClose, false);
@@ -180,7 +175,7 @@ TEST_F(PollSetup2Test, AsksTheVehicleAndClosesWithTheWindow)
     adapter->expectOpening();
     adapter->expect("0100\r").answer("41 00 BE 1F A8 13 \r\r>");
     adapter->expect("ATD\r");
-    control<QAction>("mnuVerifyObd")->trigger();
+    trigger("mnuVerifyObd");
     EXPECT_EQ(textOf("statusBox"), u"com1 Verify events with OBD2");
     auto* texter = edit<QLineEdit>(3, 1, "obdTexter");
     texter->setText(QStringLiteral("My load"));
@@ -195,7 +190,7 @@ TEST_F(PollSetup2Test, AsksTheVehicleAndClosesWithTheWindow)
     EXPECT_EQ(design.sampleSpeed, -1);
     adapter->expect("ATZ\r");
     adapter->expect("ATD\r");
-    control<QAction>("mnuVerifyObd")->trigger();
+    trigger("mnuVerifyObd");
     form->setAttribute(Qt::WA_DeleteOnClose, false);
     form->close();
     EXPECT_FALSE(adapter->isOpen());

@@ -65,10 +65,9 @@ TEST_F(ProgramTest, FromTheLauncherToTheVehicleAndBack)
     };
     for (const auto& [name, expected] : texts)
         EXPECT_EQ(text("codesForm", name), expected) << name;
-    QString question;
-    answerNextBox(QMessageBox::Ok, &question);
-    EXPECT_EQ(exchange("clearCodes"), u"No codes reported");
-    EXPECT_TRUE(question.endsWith(u"time while the system recalibrates. \n\n To clear the OBD, press OK"));
+    EXPECT_TRUE(messageOf([] {
+                    EXPECT_EQ(exchange("clearCodes"), u"No codes reported");
+                }).endsWith(u"time while the system recalibrates. \n\n To clear the OBD, press OK"));
     EXPECT_EQ(text("codesForm", "stateMIL"), u"Service Engine Soon Light is \nOFF");
 
     click("codesForm", "backCom");

@@ -7,8 +7,6 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
-#include <iterator>
-
 namespace zint {
 namespace {
 
@@ -20,8 +18,7 @@ std::string soundDatabase(const std::string& path)
               "CREATE UNIQUE INDEX DTCndx ON DTCset (Code COLLATE NOCASE);"
               "WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i + 1 FROM n WHERE i < 299)"
               "INSERT INTO DTCset SELECT 'P0' || i, 'description of code ' || i, '' FROM n;");
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return contents(path);
 }
 
 } // namespace

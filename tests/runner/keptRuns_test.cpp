@@ -2,12 +2,12 @@
 #include "runner/dataLog.h"
 #include "runner/keptRuns.h"
 #include "shared/fileError.h"
+#include "support/failure.h"
 #include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iterator>
 #include <optional>
 #include <sstream>
 #ifdef __unix__
@@ -32,18 +32,6 @@ std::string dumpOf(const SampleStore& samples)
     std::ostringstream text;
     writeDebugDump(text, samples);
     return text.str();
-}
-
-/// What a call that must fail says.
-template <typename Call>
-std::string failureOf(const Call& call)
-{
-    try {
-        call();
-    } catch (const FileError& error) {
-        return error.what();
-    }
-    return "no failure";
 }
 
 class KeptRunsTest : public testing::Test {
@@ -96,8 +84,7 @@ protected:
     std::string content() const
     {
         EXPECT_EQ(files().size(), 1);
-        std::ifstream stream(utf8Path(files().at(0)), std::ios::binary);
-        return {std::istreambuf_iterator(stream), {}};
+        return contents(files().at(0));
     }
 
     std::vector<std::string> texts() const
@@ -251,7 +238,7 @@ TEST_F(KeptRunsTest, ReadsWhatIsWholeOfADamagedFile)
     for (const std::string line : {"", "soon", "17000x", "9223372036854775807", "-9223372036854775808"})
         damagedHeads.push_back(block + line + "\r\n1,1,5\r\n");
     for (const std::string& damaged : damagedHeads) {
-        const std::string why = failureOf([&] { loaded(damaged); });
+        const std::string why = failureOf<FileError>([&] { loaded(damaged); });
         EXPECT_TRUE(why.starts_with("\"" + folder.path("some.run") + "\" can't be read: ")) << damaged << why;
     }
 
@@ -288,7 +275,8 @@ TEST_F(KeptRunsTest, KeepsTheLastTenOfSoMuch)
 TEST_F(KeptRunsTest, SaysWhenNothingCanBeKept)
 {
     folder.write(runs, "no folder");
-    EXPECT_TRUE(failureOf([this] { begin(); }).starts_with("The folder \"" + runs + "\" can't be made: "));
+    EXPECT_TRUE(
+        failureOf<FileError>([this] { begin(); }).starts_with("The folder \"" + runs + "\" can't be made: "));
     EXPECT_FALSE(kept->isKeeping());
     EXPECT_FALSE(kept->takeCutOff());
     sample(0, 1, 1);
@@ -299,7 +287,7 @@ TEST_F(KeptRunsTest, SaysWhenNothingCanBeKept)
     begin();
     fs::remove(utf8Path(runs)); // while it is on
     sample(0, 1, 1);
-    const std::string why = failureOf([this] { kept->flush(); });
+    const std::string why = failureOf<FileError>([this] { kept->flush(); });
     EXPECT_TRUE(why.starts_with("\"" + runs + "/") &&
                 why.find(".run\" can't be written: ") != std::string::npos)
         << why;
@@ -345,7 +333,7 @@ TEST_F(KeptRunsTest, StopsWhenTheDiskIsFull)
         for (std::int32_t i = 0; i < 10000; ++i)
             sample(1, i, 2);
         keeping = kept->isKeeping();
-        why = failureOf([this] { kept->flush(); });
+        why = failureOf<FileError>([this] { kept->flush(); });
     }
     EXPECT_FALSE(keeping) << "found out while a sample was added";
     EXPECT_TRUE(why.ends_with(".run\" can't be written: File too large")) << why;
@@ -355,7 +343,7 @@ TEST_F(KeptRunsTest, StopsWhenTheDiskIsFull)
 
     {
         const FileLimit limit(room);
-        why = failureOf([this] { begin(); });
+        why = failureOf<FileError>([this] { begin(); });
     }
     EXPECT_TRUE(why.ends_with("File too large")) << why;
     begin();

@@ -2,7 +2,6 @@
 #include "runner/pollPrintout.h"
 #include "runner/pollReply.h"
 #include "runner/poller.h"
-#include "shared/fileError.h"
 #include "support/manualTime.h"
 #include "support/scriptedAdapter.h"
 #include "support/scriptedDialogs.h"
@@ -133,13 +132,18 @@ struct PollerTest : testing::Test {
         poller->resetValues();
     }
 
-    const PollPanel& panel() const { return poller->panel(); }
-    std::string saved(const char* name) const
+    /// Starts a run up to its last request. @param requests each with its reply
+    void start(const std::vector<std::pair<std::string, const char*>>& requests)
     {
-        std::ostringstream text;
-        text << std::ifstream(utf8Path(folder.path(name)), std::ios::binary).rdbuf();
-        return text.str();
+        adapter.expectOpening();
+        for (const auto& [request, reply] : requests)
+            adapter.expect(request + "\r").answer(reply);
+        poller->pressStart();
+        adapter.play();
     }
+
+    const PollPanel& panel() const { return poller->panel(); }
+    std::string saved(const char* name) const { return contents(folder.path(name)); }
 };
 
 TEST_F(PollerTest, PollsLoopAfterLoopToTheEnd)
@@ -202,16 +206,12 @@ TEST_F(PollerTest, SendsTheDesignsCommandsFirst)
                                          {100, "ATST 19"},
                                          {1020, "ATST FF"}}) {
         design.sampleSpeed = static_cast<std::int16_t>(speed);
-        adapter.expectOpening();
-        adapter.expect("ATH1\r").answer("OK\r\r>");
-        adapter.expect("ATSH 81 10 F1\r").answer("?\r\r>");
-        if (*command != '\0')
-            adapter.expect(std::string(command) + "\r").answer("OK\r\r>");
-        adapter.expect("21 01\r");
-        adapter.expect("ATD\r");
-        poller->pressStart();
-        adapter.play();
+        if (*command == '\0')
+            start({{"ATH1", "OK\r\r>"}, {"ATSH 81 10 F1", "?\r\r>"}, {"21 01", ""}});
+        else
+            start({{"ATH1", "OK\r\r>"}, {"ATSH 81 10 F1", "?\r\r>"}, {command, "OK\r\r>"}, {"21 01", ""}});
         EXPECT_EQ(panel().statusBox, "com1 Polling") << speed;
+        adapter.expect("ATD\r");
         poller->pressStart();
         EXPECT_EQ(panel().statusBox, "com1 Polling Completed ");
     }
@@ -266,17 +266,13 @@ TEST_F(PollerTest, RefreshesEverySoManySecondsAndTellsTheTimeLeft)
 TEST_F(PollerTest, AnOddEventDoesNotEndTheRunThatIsSavedMeanwhile)
 {
     makePoller({{"010C", 1}});
-    adapter.expectOpening();
-    adapter.expect("010C\r").answer("41 0C 00 04 \r\r>");
-    adapter.expect("010C\r");
-    adapter.expect("ATD\r");
-    poller->pressStart();
-    adapter.play();
+    start({{"010C", "41 0C 00 04 \r\r>"}, {"010C", ""}});
     adapter.sendEvent(1006);
     EXPECT_EQ(panel().statusBox, "com1 Polling - unhandled comm Event: 1006");
     poller->saveLog(); // cancelled
     dialogs.chosen = folder.path("a.log");
     poller->saveLog();
+    adapter.expect("ATD\r");
     poller->pressStart();
     poller->unload();
     EXPECT_TRUE(kept.list().empty()) << "saved while it was on, and nothing came after";
@@ -313,13 +309,7 @@ TEST_F(PollerTest, ASilentAdapterEndsTheRunAndTheNextIsKeptWithItsOwnStart)
 TEST_F(PollerTest, WritesItsFilesAndKeepsWhatIsNotSaved)
 {
     makePoller({{"010C", 1}});
-    const auto run = [this] {
-        adapter.expectOpening();
-        adapter.expect("010C\r").answer("41 0C 00 04 \r\r>");
-        adapter.expect("ATD\r");
-        poller->pressStart();
-        adapter.play();
-    };
+    const auto run = [this] { start({{"010C", "41 0C 00 04 \r\r>"}, {"ATD", ""}}); };
     setLoops("1");
     run();
     poller->saveLog();
@@ -399,13 +389,8 @@ TEST_F(PollerTest, StopsWhenThereIsNoMemoryAndGoesOnWhenThereIsAgain)
     };
     holds(full);
     clock.now += std::chrono::seconds(5);
-    adapter.expectOpening();
-    adapter.expect("010C\r").answer("41 0C 00 08 \r\r>");
-    adapter.expect("010C\r").answer("41 0C 00 0C \r\r>");
-    adapter.expect("010C\r");
+    start({{"010C", "41 0C 00 08 \r\r>"}, {"010C", "41 0C 00 0C \r\r>"}, {"010C", ""}});
     adapter.expect("ATD\r");
-    poller->pressStart();
-    adapter.play();
     poller->pressStart();
     const std::string log = holds(full + 2);
     EXPECT_TRUE(log.ends_with("\r\n0,4\r\n5,8\r\n5,12\r\n")) << "seconds since the first start";

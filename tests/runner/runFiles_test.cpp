@@ -5,17 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
 namespace zint {
 namespace {
-
-std::string bytesOf(const std::string& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator(stream), {}};
-}
 
 TEST(RunFiles, WritingThatIsStoppedLeavesTheFileAndTheKeptRun)
 {
@@ -42,13 +33,13 @@ TEST(RunFiles, WritingThatIsStoppedLeavesTheFileAndTheKeptRun)
     dialogs.chosen = path;
     const RunFiles::Run run{design, samples, {}};
     ASSERT_TRUE(files.saveLog(run, RunFiles::Name::usual));
-    const std::string whole = bytesOf(path);
+    const std::string whole = contents(path);
 
     prompts.stopsWork = true;
     EXPECT_FALSE(files.saveLog(run, RunFiles::Name::usual));
     EXPECT_EQ(status, "Saving log to some.log was stopped");
     files.recover(kept);
-    EXPECT_EQ(bytesOf(path), whole);
+    EXPECT_EQ(contents(path), whole);
 
     prompts.stopsWork = false;
     EXPECT_EQ(kept.list().size(), 1U);
@@ -56,7 +47,7 @@ TEST(RunFiles, WritingThatIsStoppedLeavesTheFileAndTheKeptRun)
     dialogs.chosen = path;
     files.recover(kept);
     EXPECT_EQ(prompts.question, "Recover Unsaved Run\nUnsaved runs\nthen    (50000 samples)");
-    EXPECT_EQ(bytesOf(path), whole);
+    EXPECT_EQ(contents(path), whole);
     EXPECT_TRUE(kept.list().empty());
 }
 

@@ -1,11 +1,10 @@
 #include "shared/fileError.h"
 #include "shared/outputFile.h"
+#include "support/failure.h"
 #include "support/scriptedDialogs.h"
 #include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
-
-#include <sstream>
 
 namespace zint {
 namespace {
@@ -15,13 +14,6 @@ struct OutputFileTest : testing::Test {
     ScriptedDialogs dialogs;
     ProgramValues values;
     OutputFile file{dialogs, values};
-
-    static std::string contents(const std::string& path)
-    {
-        std::ostringstream text;
-        text << std::ifstream(utf8Path(path), std::ios::binary).rdbuf();
-        return text.str();
-    }
 };
 
 TEST_F(OutputFileTest, AsksOnceAndThenWritesToTheSameFile)
@@ -71,14 +63,9 @@ TEST_F(OutputFileTest, ACancelledDialogLeavesTheFileAndItsName)
 TEST_F(OutputFileTest, TellsWhyItCannotWrite)
 {
     values.parmOutput = "/dev/full";
-    for (const auto write : {&OutputFile::save, &OutputFile::append}) {
-        try {
-            (file.*write)("text");
-            ADD_FAILURE() << "it wrote";
-        } catch (const FileError& error) {
-            EXPECT_STREQ(error.what(), "\"/dev/full\" can't be written: No space left on device");
-        }
-    }
+    for (const auto write : {&OutputFile::save, &OutputFile::append})
+        EXPECT_EQ(failureOf<FileError>([&] { (file.*write)("text"); }),
+                  "\"/dev/full\" can't be written: No space left on device");
     values.parmOutput = folder.path("none/out.txt");
     EXPECT_THROW(file.append("text"), FileError);
 }

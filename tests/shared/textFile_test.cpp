@@ -1,10 +1,10 @@
 #include "shared/module1.h"
 #include "shared/textFile.h"
+#include "support/failure.h"
 #include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
 
 namespace zint {
@@ -13,13 +13,6 @@ namespace {
 struct TextFileTest : testing::Test {
     TemporaryFolder folder;
     std::string path = folder.path() + "/f\xC3\xA9.obc";
-
-    static std::string contents(const std::string& path)
-    {
-        std::ostringstream text;
-        text << std::ifstream(utf8Path(path), std::ios::binary).rdbuf();
-        return text.str();
-    }
 
     std::size_t fileCount() const
     {
@@ -54,13 +47,9 @@ TEST_F(TextFileTest, ReplacesTheWholeFileOrNothing)
 
 TEST_F(TextFileTest, FailuresNameTheFileAndTheReason)
 {
-    const auto failure = [](const std::string& target) -> std::string {
-        try {
-            replaceFile(target, [](std::ostream& stream) { stream << std::string(100000, 'x'); });
-            return "none";
-        } catch (const FileError& error) {
-            return error.what();
-        }
+    const auto failure = [](const std::string& target) {
+        return failureOf<FileError>(
+            [&] { replaceFile(target, [](std::ostream& stream) { stream << std::string(100000, 'x'); }); });
     };
     EXPECT_EQ(failure("/dev/full"), "\"/dev/full\" can't be written: No space left on device");
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full")) << "a device is not replaced by a file";

@@ -3,9 +3,17 @@
 #include "shared/module1.h"
 
 #include <fstream>
+#include <iterator>
 #include <random>
 
 namespace zint {
+
+/// The bytes of a file; none when there is no such file. @param path in UTF-8
+inline std::string contents(const std::string& path)
+{
+    std::ifstream file(utf8Path(path), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
 
 /// A folder that goes away with the test, with everything in it. Paths are UTF-8.
 class TemporaryFolder {

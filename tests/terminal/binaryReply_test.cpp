@@ -46,83 +46,48 @@ TEST_F(BinaryReplyTest, ShowsBytesByTheOptions)
         TerminalOptions options;
         const char* command;
         std::string answer;
-        const char* shown;
-        const char* kept; ///< without the command; the same if null
-        std::vector<std::int64_t> counters;
+        std::string shown;
+        int failed = 0;
+        int refused = 0;
+        std::optional<std::string> kept = {}; ///< if it is not what is shown
     };
     const TerminalOptions header{.displayAckHdr = true};
     const TerminalOptions length{.base = NumberBase::octal, .displayResponseLen = true};
     const TerminalOptions decimal{.base = NumberBase::decimal};
     const std::string refused = "(ERROR - Misformatted command)";
     const Row rows[] = {
-        {"plain",
-         {},
-         "0101",
-         "\x06\x41\x01\x82\x07\x65\0>"s,
-         "82 7 65 0 \r\n",
-         nullptr,
-         {8, 1, 5, 1, 0, 0, 0, 0}},
-        {"with its header",
-         header,
-         "0101",
-         "\x03\x41\x01\x82>",
-         "41 1 82 \r\n",
-         nullptr,
-         {5, 1, 5, 1, 0, 0, 0, 0}},
-        {"short command", {}, "03", "\x03\x43\x01\x33>", "1 33 \r\n", nullptr, {5, 1, 3, 1, 0, 0, 0, 0}},
-        {"octal, with its length",
-         length,
-         "0101",
-         "\x0C\x41\x01\xFF\x0A\x3F\x3E\x0D\x05\x06\x07\x08\x09>",
-         "(12)377 12 77 76 15 5 6 7 10 11 \r\n",
-         nullptr,
-         {14, 1, 5, 1, 0, 0, 0, 0}},
-        {"empty", length, "0101", "\0>"s, "(0)<NULL>\r\n", nullptr, {2, 1, 5, 1, 0, 0, 0, 0}},
-        {"two at once",
-         decimal,
-         "0101",
-         "\x03\x41\x01\xFF\x03\x41\x02\x0A>",
-         "255 \r\n10 \r\n",
-         "10 \r\n",
-         {9, 1, 5, 1, 0, 0, 0, 0}},
-        {"failed",
-         {},
-         "0101",
-         "\x83\x7F\x01\x12>",
-         "(ERROR - Cmd FAIL)12 \r\n",
-         nullptr,
-         {5, 1, 5, 1, 1, 0, 1, 0}},
-        {"failed without a byte",
-         {},
-         "0101",
-         "\x80>",
-         "(ERROR - Cmd FAIL)<NULL>\r\n",
-         nullptr,
-         {2, 1, 5, 1, 1, 0, 1, 0}},
-        {"refused",
-         {},
-         "01O1",
-         "?\r\n no!\x7F>",
-         "(ERROR - Misformatted command)\r\n no!\r\n",
-         "(ERROR - Misformatted command) no!\r\n",
-         {9, 1, 5, 1, 1, 0, 0, 1}},
-        {"prompt alone", {}, "0101", ">>", "", "", {2, 2, 5, 1, 0, 0, 0, 0}},
-        {"the adapter's own", {}, "ATI", "ELM\r\n>", "ELM\r\n", nullptr, {6, 1, 4, 1, 0, 0, 0, 0}},
-        {"a small letter", {}, "ati", "\x03\x41\x01\x82>", "82 \r\n", nullptr, {5, 1, 4, 1, 0, 0, 0, 0}},
+        {"plain", {}, "0101", "\x06\x41\x01\x82\x07\x65\0>"s, "82 7 65 0 \r\n"},
+        {"with its header", header, "0101", "\x03\x41\x01\x82>", "41 1 82 \r\n"},
+        {"short command", {}, "03", "\x03\x43\x01\x33>", "1 33 \r\n"},
+        {"octal, with its length", length, "0101", "\x0C\x41\x01\xFF\x0A\x3F\x3E\x0D\x05\x06\x07\x08\x09>",
+         "(12)377 12 77 76 15 5 6 7 10 11 \r\n"},
+        {"empty", length, "0101", "\0>"s, "(0)<NULL>\r\n"},
+        {"two at once", decimal, "0101", "\x03\x41\x01\xFF\x03\x41\x02\x0A>", "255 \r\n10 \r\n", 0, 0,
+         "10 \r\n"},
+        {"failed", {}, "0101", "\x83\x7F\x01\x12>", "(ERROR - Cmd FAIL)12 \r\n", 1},
+        {"failed without a byte", {}, "0101", "\x80>", "(ERROR - Cmd FAIL)<NULL>\r\n", 1},
+        {"refused", {}, "01O1", "?\r\n no!\x7F>", refused + "\r\n no!\r\n", 0, 1, refused + " no!\r\n"},
+        {"the adapter's own", {}, "ATI", "ELM\r\n>", "ELM\r\n"},
+        {"a small letter", {}, "ati", "\x03\x41\x01\x82>", "82 \r\n"},
+        {"prompt alone", {}, "0101", ">>", ""},
     };
     getReadyForBytes({});
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        const std::string echo = ">" + std::string(row.command) + "  ";
-        EXPECT_EQ(shown(OutputMode::append, row.options, row.command, {row.answer}), echo + row.shown);
-        EXPECT_EQ(counted(), row.counters);
-        if (*row.shown != '\0') {
-            EXPECT_EQ(shown(OutputMode::overwrite, row.options, row.command, {row.answer}),
-                      echo + (row.kept != nullptr ? row.kept : row.shown));
+        const std::string command = row.command;
+        const std::string echo = ">" + command + "  ";
+        EXPECT_EQ(shown(OutputMode::append, row.options, command, {row.answer}), echo + row.shown);
+        const std::int64_t messages = row.shown.empty() ? std::ssize(row.answer) : 1;
+        EXPECT_EQ(counted(),
+                  (std::vector<std::int64_t>{std::ssize(row.answer), messages, std::ssize(command) + 1, 1,
+                                             row.failed + row.refused, 0, row.failed, row.refused}));
+        if (!row.shown.empty()) {
+            EXPECT_EQ(shown(OutputMode::overwrite, row.options, command, {row.answer}),
+                      echo + row.kept.value_or(row.shown));
             Pieces bytes;
             for (const char byte : row.answer)
                 bytes.emplace_back(1, byte);
-            EXPECT_EQ(shown(OutputMode::append, row.options, row.command, bytes), echo + row.shown);
+            EXPECT_EQ(shown(OutputMode::append, row.options, command, bytes), echo + row.shown);
         }
         terminal.clearCounters();
     }

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "rate.h"
+
+#include <QCoreApplication>
+
+#include <string>
+
+/// What a comparison is about.
+struct RateGoal {
+    const char* name;    ///< of what is compared with the blocking loop
+    const char* counted; ///< "requests"
+    const char* goal;    ///< the ratio that it should reach
+};
+
+/// What main() does in a benchmark that is called with PATH COUNT DESCRIPTION: compares the two in turn on
+/// the same adapter. Both take the path and the count, and return seconds.
+template <typename Program, typename Blocking>
+int compareRates(int argc, char* argv[], const RateGoal& goal, const Program& program,
+                 const Blocking& blocking)
+{
+    constexpr int rounds = 7;
+    const QCoreApplication application(argc, argv);
+    if (argc != 4)
+        fail(("usage: " + std::string(argv[0]) + " PATH COUNT DESCRIPTION").c_str());
+    const int count = std::max(1, std::atoi(argv[2]));
+    std::vector<double> programRates;
+    std::vector<double> blockingRates;
+    for (int round = 0; round < rounds; ++round) {
+        programRates.push_back(count / program(argv[1], count));
+        blockingRates.push_back(count / blocking(argv[1], count));
+    }
+    std::printf("%s, %s: %.0f %s/s, blocking loop %.0f (medians of %d): ratio %.2f (goal: at least %s)\n",
+                goal.name, argv[3], median(programRates), goal.counted, median(blockingRates), rounds,
+                median(programRates) / median(blockingRates), goal.goal);
+    return 0;
+}
