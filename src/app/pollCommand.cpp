@@ -160,7 +160,7 @@ private:
     {
         const PollPanel& panel = poller_.panel();
         double percent = panel.ProgressBar1.value;
-        std::string left = panel.ProgressBar1.timeLeft;
+        std::string left = panel.ProgressBar1.text;
         if (line_.seconds) {
             const auto all = static_cast<double>(line_.seconds->count());
             percent = std::min(poller_.now() / all, 1.0) * 100;

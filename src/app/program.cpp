@@ -10,6 +10,7 @@
 #include "platform/icons.h"
 #include "platform/text.h"
 #include "runner/obdPollForm.h"
+#include "scanner/scanForm.h"
 #include "terminal/debuggerForm.h"
 
 #include <QApplication>
@@ -40,6 +41,7 @@ constexpr std::array toolEntries = {
     ToolEntry{Tool::pollDesigner, &make<pollSetup2>},
     ToolEntry{Tool::pollRunner, &make<obdPollForm>},
     ToolEntry{Tool::terminal, &make<debuggerForm>},
+    ToolEntry{Tool::scanner, &make<scanForm>},
 };
 
 const ToolEntry* entryOf(Tool tool)

@@ -10,8 +10,9 @@ std::int64_t lengthOf(std::string_view command) { return static_cast<std::int64_
 
 } // namespace
 
-AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener)
-    : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener)
+AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener,
+                         BusNotice busNotice)
+    : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener), buffer_(busNotice)
 {
     setUp(port_, choice_);
     port_.onComm = [this] { portEvent(); };

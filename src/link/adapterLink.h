@@ -76,7 +76,8 @@ public:
     };
 
     /// Sets the port up for the chosen connection; does not open it.
-    AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener);
+    AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener,
+                BusNotice busNotice = BusNotice::endsWithLine);
 
     /// What the time-out guards: the reset's answer alone, or all answers up to close(), for an exchange that
     /// a silent vehicle must not keep open. It starts anew when the reset is answered.

@@ -10,7 +10,7 @@ void ReplyBuffer::append(std::string_view received)
     if (!text_.starts_with("BUS INIT") || text_.find(prompt) == std::string::npos)
         return;
     auto lineEnd = text_.find('\n');
-    if (lineEnd == std::string::npos)
+    if (lineEnd == std::string::npos && busNotice_ == BusNotice::endsWithLine)
         lineEnd = text_.find('\r');
     if (lineEnd != std::string::npos)
         text_.erase(0, lineEnd + 1);

@@ -3,9 +3,11 @@
 #include "shared/controls.h"
 
 #include <QLabel>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QString>
 
+#include <cmath>
 #include <string>
 
 /// Between the program's UTF-8 texts and the toolkit's.
@@ -36,6 +38,21 @@ inline void display(QPushButton& button, const Button& state)
     if (const QString now = toQt(state.caption); button.text() != now)
         button.setText(now);
     button.setEnabled(state.enabled);
+}
+
+/// The same with an icon that follows the caption.
+inline void display(QPushButton& button, const Button& state, const char* icon)
+{
+    if (button.text() != toQt(state.caption))
+        button.setIcon(QIcon::fromTheme(QLatin1String(icon)));
+    display(button, state);
+}
+
+/// The percentage and what belongs to it.
+inline void display(QProgressBar& bar, const ProgressBar& state)
+{
+    bar.setValue(static_cast<int>(std::lround(state.value * bar.maximum() / 100)));
+    bar.setFormat(state.text.empty() ? QStringLiteral("%p%") : QStringLiteral("%p% - ") + toQt(state.text));
 }
 
 } // namespace zint

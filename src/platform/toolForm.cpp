@@ -1,6 +1,7 @@
 #include "platform/toolForm.h"
 
 #include "platform/browser.h"
+#include "platform/rememberedSize.h"
 #include "platform/text.h"
 #include "platform/windowPrinter.h"
 #include "shared/programInfo.h"
@@ -11,11 +12,6 @@
 #include <utility>
 
 namespace zint {
-namespace {
-
-constexpr const char* sizeSection = "Windows";
-
-} // namespace
 
 toolForm::toolForm(ToolContext& context, std::string helpPage)
     : context_(context), helpPage_(std::move(helpPage)), prompts_(*this)
@@ -47,7 +43,7 @@ void toolForm::setUpCommonControls()
     }
     if (auto* back = findChild<QPushButton*>(QStringLiteral("backCom")))
         onClick(back, &toolForm::goBack);
-    restoreSize();
+    restoreSize(*this, context_.settings);
 }
 
 void toolForm::nameToolButtons(const QToolBar& bar, std::initializer_list<ToolButton> buttons)
@@ -82,7 +78,7 @@ void toolForm::closeEvent(QCloseEvent* event)
 void toolForm::unload()
 {
     Form_Unload();
-    rememberSize();
+    rememberSize(*this, context_.settings);
     Q_EMIT unloaded();
 }
 
@@ -106,17 +102,6 @@ WindowPrinter& toolForm::printer()
         printer_ =
             std::make_unique<WindowPrinter>(*this, prompts_, [this](QPrinter& p) { return printOn(p); });
     return *printer_;
-}
-
-void toolForm::restoreSize()
-{
-    const std::string stored = context_.settings.get(sizeSection, fromQt(objectName()));
-    restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(stored)));
-}
-
-void toolForm::rememberSize()
-{
-    context_.settings.save(sizeSection, fromQt(objectName()), saveGeometry().toBase64().toStdString());
 }
 
 } // namespace zint

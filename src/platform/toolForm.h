@@ -83,8 +83,6 @@ private:
     void goBack();
     void unload();
 
-    void restoreSize();
-    void rememberSize();
     WindowPrinter& printer();
 
     ToolContext& context_;

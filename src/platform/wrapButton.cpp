@@ -7,11 +7,16 @@
 
 namespace zint {
 
+QString wrappedCaption(const QString& caption)
+{
+    static const QRegularExpression gap(QStringLiteral(" {2,}"));
+    return caption.trimmed().replace(gap, QStringLiteral("\n"));
+}
+
 void WrapButton::initStyleOption(QStyleOptionButton* option) const
 {
     QPushButton::initStyleOption(option);
-    static const QRegularExpression gap(QStringLiteral(" {2,}"));
-    option->text = text().trimmed().replace(gap, QStringLiteral("\n"));
+    option->text = wrappedCaption(text());
 }
 
 QSize WrapButton::sizeHint() const

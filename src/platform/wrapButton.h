@@ -4,7 +4,10 @@
 
 namespace zint {
 
-/// A button that begins a new line where its caption has two or more blanks between words.
+/// A caption that is broken into lines where it has two or more blanks between words.
+QString wrappedCaption(const QString& caption);
+
+/// A button that shows its caption wrapped.
 class WrapButton final : public QPushButton {
     Q_OBJECT
 

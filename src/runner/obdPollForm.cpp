@@ -125,11 +125,7 @@ void obdPollForm::paint()
     display(*ui->comStart, {.caption = p.comStart});
     ui->comStart->setIcon(QIcon::fromTheme(poller_.isPolling() ? QStringLiteral("media-playback-stop")
                                                                : QStringLiteral("media-playback-start")));
-    ui->ProgressBar1->setValue(
-        static_cast<int>(std::lround(p.ProgressBar1.value * ui->ProgressBar1->maximum() / 100)));
-    ui->ProgressBar1->setFormat(p.ProgressBar1.timeLeft.empty()
-                                    ? QStringLiteral("%p%")
-                                    : QStringLiteral("%p% - ") + toQt(p.ProgressBar1.timeLeft));
+    display(*ui->ProgressBar1, p.ProgressBar1);
     grid_->refresh(p.obdGrid);
     if (chart_ != nullptr)
         chart_->setRunning(poller_.isPolling());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/linkCounters.h"
+#include "shared/controls.h"
 
 #include <string>
 #include <vector>
@@ -34,11 +35,6 @@ struct PollPanel {
             toolTip; ///< good replies per second of this run, and the bad ones; empty before the first
     };
 
-    struct Progress {
-        double value = 0;     ///< percent of the loops
-        std::string timeLeft; ///< such as "2:05 left"; empty while that is unknown
-    };
-
     std::string titleLab;
     std::string statusBox = "Ready";
     std::string statLab1 = "0 Loops, 0 Events, 0 sec, 0 Events/s";
@@ -47,7 +43,7 @@ struct PollPanel {
     TextBox scnUpdate{.text = "10"}; ///< seconds
     std::string comStart = "&Start Polling";
     std::vector<Row> obdGrid;
-    Progress ProgressBar1;
+    ProgressBar ProgressBar1; ///< of the loops
 };
 
 } // namespace zint

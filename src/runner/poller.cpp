@@ -70,12 +70,6 @@ std::string keepFailureText(const FileError& error)
     return std::string(" - unsaved samples are not kept: ") + error.what();
 }
 
-std::string minutesText(std::int64_t seconds)
-{
-    const std::string rest = std::to_string(seconds % 60);
-    return std::to_string(seconds / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
-}
-
 } // namespace
 
 Poller::Poller(Surroundings surroundings, const ConnectionChoice& choice, const Design& design)
@@ -185,7 +179,7 @@ void Poller::stop(const std::string& status)
     panel_.textSampleCnt.enabled = true;
     link_.close();
     refresh();
-    panel_.ProgressBar1.timeLeft.clear();
+    panel_.ProgressBar1.text.clear();
     panel_.statusBox = status;
     flushKept();
     if (isSaved())
@@ -216,8 +210,8 @@ void Poller::estimateTimeLeft()
 {
     const std::int64_t loops = loopCount_ - loopsBefore_;
     const std::int64_t seconds = secondsSince(pollStart_);
-    panel_.ProgressBar1.timeLeft =
-        loops < 1 || seconds < 1 ? "" : minutesText((maxLoops_ - loopCount_) * seconds / loops) + " left";
+    panel_.ProgressBar1.text =
+        loops < 1 || seconds < 1 ? "" : timeLeftText((maxLoops_ - loopCount_) * seconds / loops);
 }
 
 void Poller::linkReset()

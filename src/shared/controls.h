@@ -10,4 +10,10 @@ struct Button {
     bool enabled = true;
 };
 
+/// What a panel says of a progress bar.
+struct ProgressBar {
+    double value = 0; ///< percent
+    std::string text; ///< beside the percentage, such as "2:05 left"; may be empty
+};
+
 } // namespace zint

@@ -138,6 +138,12 @@ std::string rateText(std::int64_t count, std::int64_t seconds)
     return {text.data(), end};
 }
 
+std::string timeLeftText(std::int64_t seconds)
+{
+    const std::string rest = std::to_string(seconds % 60);
+    return std::to_string(seconds / 60) + (rest.size() < 2 ? ":0" : ":") + rest + " left";
+}
+
 std::string htmlText(std::string_view text)
 {
     std::string html;

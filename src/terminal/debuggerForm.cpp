@@ -1,36 +1,25 @@
 #include "terminal/debuggerForm.h"
 
 #include "platform/text.h"
-#include "platform/windowPrinter.h"
 #include "terminal/ui_debuggerForm.h"
 
 #include <QKeyEvent>
 
 namespace zint {
-namespace {
-
-/// A button whose icon follows its caption.
-void display(QPushButton& button, const Button& state, const char* icon)
-{
-    if (button.text() != toQt(state.caption))
-        button.setIcon(QIcon::fromTheme(QLatin1String(icon)));
-    display(button, state);
-}
-
-} // namespace
 
 debuggerForm::debuggerForm(ToolContext& context)
-    : toolForm(context, "docexplr2"), ui(makeUi()), MSComm1(context.makePort(gate(), context.connection())),
-      Timer1(gate()), CommonDialog1(*this),
+    : outputForm(context, "docexplr2"), ui(makeUi()), MSComm1(context.makePort(gate(), context.connection())),
+      Timer1(gate()),
       terminal_(
           {.port = *MSComm1, .timer = Timer1, .clock = clock_, .prompts = prompts(), .outBox = *ui->outBox},
           context.connection()),
-      output_(CommonDialog1, context.values), commands_(context.settings),
+      commands_(context.settings),
       counters_([this] { display(*ui->labelStats, {.caption = terminal_.panel().labelStats}); })
 {
     connectControls();
     terminal_.onChanged = [this] { paint(); };
     setUpCommonControls();
+    setUpOutputControls(*ui->outBox);
     takeOptions();
     paint();
     ui->inBox->setFocus();
@@ -48,7 +37,7 @@ std::unique_ptr<Ui::debuggerForm> debuggerForm::makeUi()
 
 void debuggerForm::Form_Unload() { terminal_.unload(); }
 
-bool debuggerForm::printOn(QPrinter& printer) { return printText(ui->outBox->text(), printer); }
+void debuggerForm::showStatus(const std::string& text) { terminal_.showStatus(text); }
 
 /// What no control wanted: the Return key presses the button that has the focus, else the default one; the
 /// arrows walk through the commands.
@@ -73,7 +62,7 @@ void debuggerForm::keyPressEvent(QKeyEvent* event)
         walk(&CommandHistory::newer);
         break;
     default:
-        toolForm::keyPressEvent(event);
+        outputForm::keyPressEvent(event);
     }
 }
 
@@ -108,12 +97,6 @@ void debuggerForm::mnuCloseCom_Click()
         openCom_Click();
 }
 
-void debuggerForm::mnuSelect_Click()
-{
-    ui->outBox->setFocus();
-    ui->outBox->selectAll();
-}
-
 void debuggerForm::connectControls()
 {
     onClick(ui->openCom, &debuggerForm::openCom_Click);
@@ -121,7 +104,6 @@ void debuggerForm::connectControls()
     onClick(ui->repeatCom, &debuggerForm::repeatCom_Click);
     onTrigger(ui->mnuOpenCom, &debuggerForm::mnuOpenCom_Click);
     onTrigger(ui->mnuCloseCom, &debuggerForm::mnuCloseCom_Click);
-    onTrigger(ui->mnuSelect, &debuggerForm::mnuSelect_Click);
     connect(ui->inBox, &QLineEdit::textChanged, this,
             [this](const QString& text) { terminal_.setCommand(fromQt(text)); });
     for (const QAbstractButton* option : std::initializer_list<QAbstractButton*>{
@@ -133,17 +115,6 @@ void debuggerForm::connectControls()
     connect(ui->labelStats, &QPushButton::clicked, this, through([this] { terminal_.showStatistics(); }));
     connect(ui->mnuClrOutput, &QAction::triggered, this, through([this] { terminal_.clearOutput(); }));
     connect(ui->mnuClearCount, &QAction::triggered, this, through([this] { terminal_.clearCounters(); }));
-    const auto write = [&](QAction* action, std::string (OutputFile::*operation)(const std::string&)) {
-        connect(action, &QAction::triggered, this, through([this, operation] {
-                    const std::string told = (output_.*operation)(ui->outBox->text());
-                    if (!told.empty())
-                        terminal_.showStatus(told);
-                }));
-    };
-    write(ui->mnuSaveOutput, &OutputFile::save);
-    write(ui->mnuSaveOutputAs, &OutputFile::saveAs);
-    write(ui->mnuAppendOutput, &OutputFile::append);
-    write(ui->mnuAppendOutputAs, &OutputFile::appendAs);
 }
 
 void debuggerForm::takeOptions()

@@ -1,11 +1,9 @@
 #pragma once
 
-#include "platform/qtFileDialogs.h"
+#include "platform/outputForm.h"
 #include "platform/qtTimer.h"
 #include "platform/systemClock.h"
 #include "platform/throttle.h"
-#include "platform/toolForm.h"
-#include "shared/outputFile.h"
 #include "terminal/commandHistory.h"
 #include "terminal/terminal.h"
 
@@ -18,7 +16,7 @@ class debuggerForm;
 namespace zint {
 
 /// The command terminal's window.
-class debuggerForm final : public toolForm {
+class debuggerForm final : public outputForm {
     Q_OBJECT
 
 public:
@@ -27,7 +25,7 @@ public:
 
 private:
     void Form_Unload() override;
-    bool printOn(QPrinter& printer) override;
+    void showStatus(const std::string& text) override;
     void keyPressEvent(QKeyEvent* event) override;
 
     void openCom_Click();
@@ -35,7 +33,6 @@ private:
     void repeatCom_Click();
     void mnuOpenCom_Click();
     void mnuCloseCom_Click();
-    void mnuSelect_Click();
 
     std::unique_ptr<Ui::debuggerForm> makeUi();
     void connectControls();
@@ -46,10 +43,8 @@ private:
     std::unique_ptr<Ui::debuggerForm> ui;
     std::unique_ptr<SerialPort> MSComm1;
     QtTimer Timer1;
-    QtFileDialogs CommonDialog1;
     SystemClock clock_;
     Terminal terminal_;
-    OutputFile output_;
     CommandHistory commands_;
     Throttle counters_;
 };

@@ -3,6 +3,8 @@
 #include "codes/codesForm.h"
 #include "designer/pollSetup2.h"
 #include "forms/formTest.h"
+#include "scanner/calcHdrForm.h"
+#include "scanner/scanForm.h"
 #include "terminal/debuggerForm.h"
 
 #include <QAccessible>
@@ -24,6 +26,8 @@ struct FormConventionsTest : FormTest {
         forms.push_back(std::make_unique<codesForm>(context));
         forms.push_back(std::make_unique<pollSetup2>(context));
         forms.push_back(std::make_unique<debuggerForm>(context));
+        forms.push_back(std::make_unique<scanForm>(context));
+        forms.push_back(std::make_unique<calcHdrForm>("686AF1", settings, nullptr));
         forms.push_back(std::make_unique<failedConnForm>(context));
         forms.push_back(std::make_unique<portsForm>(ports, nullptr));
     }

@@ -255,7 +255,7 @@ TEST_F(PollerTest, RefreshesEverySoManySecondsAndTellsTheTimeLeft)
         << "refreshed with the request, before its reply was looked at: " << seen;
     EXPECT_EQ(panel().ProgressBar1.value, 3);
     ticker.tick();
-    EXPECT_EQ(panel().ProgressBar1.timeLeft, "2:09 left");
+    EXPECT_EQ(panel().ProgressBar1.text, "2:09 left");
     adapter.expect("ATD\r");
     clock.date -= std::chrono::hours(5); // the clock is set back
     poller->pressStart();

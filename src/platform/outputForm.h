@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/plainTextBox.h"
+#include "platform/qtFileDialogs.h"
+#include "platform/toolForm.h"
+#include "shared/outputFile.h"
+
+namespace zint {
+
+/// A window whose tool writes into a box of text: its user can select, print, save and append that.
+class outputForm : public toolForm {
+    Q_OBJECT
+
+public:
+    using toolForm::toolForm;
+
+protected:
+    /// Connects the menu entries that belong to the box, by their names.
+    void setUpOutputControls(PlainTextBox& outBox);
+
+    /// Shows what became of a file.
+    virtual void showStatus(const std::string& text) = 0;
+
+    bool printOn(QPrinter& printer) override;
+
+private:
+    void mnuSelect_Click();
+
+    PlainTextBox* outBox_ = nullptr;
+    QtFileDialogs CommonDialog1{*this};
+    OutputFile output_{CommonDialog1, context().values};
+};
+
+} // namespace zint

@@ -1,0 +1,113 @@
+#include "scanner/headerCalculator.h"
+
+#include "scanner/scanParameters.h"
+#include "shared/module1.h"
+#include "shared/runTimeError.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+
+namespace zint {
+namespace {
+
+constexpr std::size_t headerLength = 6;
+constexpr int highestPriority = 7;
+constexpr int largestByte = 255;
+constexpr std::string_view functionalTarget = "6A";
+constexpr std::string_view firstPhysicalTarget = "10";
+
+constexpr std::array<int, 8> weights{16, 32, 64, 128, 1, 2, 4, 8}; ///< of the boxes in the first byte
+constexpr std::array<int, 4> priorityWeights{0, 1, 2, 4};          ///< of boxes 0 to 3 in the priority
+
+std::string twoDigits(int byte)
+{
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    return {digits.at(static_cast<std::size_t>(byte / 16)), digits.at(static_cast<std::size_t>(byte % 16))};
+}
+
+/// A number above the highest priority is the highest. @return negative for whatever is no priority
+std::int32_t priorityValue(std::string_view text)
+{
+    try {
+        return std::min(toInteger(text), highestPriority);
+    } catch (const RunTimeError& error) {
+        const bool isTooLarge =
+            error.number() == RunTimeError::overflow().number() && text.find('-') == std::string_view::npos;
+        return isTooLarge ? highestPriority : -1;
+    }
+}
+
+} // namespace
+
+HeaderCalculator::HeaderCalculator(std::string_view header)
+{
+    const std::string text =
+        upperCase(header.size() == headerLength ? header : ScanParameters::functionalHeader);
+    panel_.hdrTarget = textAt(text, 3, 2);
+    panel_.hdrSource = textAt(text, 5, 2);
+    address(panel_.hdrTarget != functionalTarget); // whatever the first byte says of it
+
+    const std::string bits = hexToBits(textAt(text, 1, 2)); // empty when the characters are no digits
+    for (std::size_t box = 0; box < bits.size(); ++box)
+        panel_.optBit.at(box) = bits[box] == '1';
+    recompose();
+}
+
+bool HeaderCalculator::clickOptBit(std::size_t box, bool isChecked)
+{
+    panel_.optBit.at(box) = isChecked;
+    if (box == addressingBox) {
+        address(isChecked);
+        panel_.hdrTarget = isChecked ? firstPhysicalTarget : functionalTarget;
+    }
+    recompose();
+    return box == addressingBox && isChecked;
+}
+
+void HeaderCalculator::leavePrioVal(std::string_view text)
+{
+    if (const std::int32_t number = priorityValue(text); number >= 0) {
+        for (std::size_t box = 1; box < priorityWeights.size(); ++box)
+            panel_.optBit.at(box) = (number & priorityWeights.at(box)) != 0;
+    }
+    recompose();
+}
+
+void HeaderCalculator::leaveHdrTarget(std::string_view text)
+{
+    const std::int32_t value = scanNumber(text);
+    if (value > largestByte || value < 1)
+        panel_.hdrTarget = panel_.optBit.at(addressingBox) ? firstPhysicalTarget : functionalTarget;
+    else if (value < 16)
+        panel_.hdrTarget = twoDigits(value);
+    else
+        panel_.hdrTarget = upperCase(text);
+}
+
+void HeaderCalculator::leaveHdrSource(std::string_view text)
+{
+    std::string source = upperCase(text);
+    if (source.size() == 2 && upperHexDigit(source[0]) >= 0 && upperHexDigit(source[1]) >= 0)
+        panel_.hdrSource = std::move(source);
+}
+
+void HeaderCalculator::address(bool isPhysical)
+{
+    panel_.targetFrame = isPhysical ? "Target (physical)" : "Request (functional)";
+    panel_.hdrTargetEnabled = isPhysical;
+}
+
+void HeaderCalculator::recompose()
+{
+    int value = 0;
+    int priority = 0;
+    for (std::size_t box = 0; box < weights.size(); ++box)
+        value += panel_.optBit.at(box) ? weights.at(box) : 0;
+    for (std::size_t box = 1; box < priorityWeights.size(); ++box)
+        priority += panel_.optBit.at(box) ? priorityWeights.at(box) : 0;
+    panel_.prioVal = std::to_string(priority);
+    panel_.hdrOpt = twoDigits(value);
+}
+
+} // namespace zint

@@ -1,0 +1,145 @@
+#include "scanner/scanForm.h"
+
+#include "platform/dateText.h"
+#include "platform/lostFocus.h"
+#include "platform/text.h"
+#include "scanner/calcHdrForm.h"
+#include "scanner/ui_scanForm.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QStyle>
+
+namespace zint {
+
+scanForm::scanForm(ToolContext& context)
+    : outputForm(context, "docscan2"), ui(makeUi()), MSComm1(context.makePort(gate(), context.connection())),
+      Timer1(gate()), scanner_({.port = *MSComm1,
+                                .timer = Timer1,
+                                .clock = clock_,
+                                .prompts = prompts(),
+                                .outBox = *ui->outBox,
+                                .dateText = longDateText,
+                                .beep = &QApplication::beep},
+                               context.connection()),
+      boxes_{{
+          {ui->cmdHead, &ScanParameters::cmdHead},
+          {ui->modeStart, &ScanParameters::modeStart},
+          {ui->modeStop, &ScanParameters::modeStop},
+          {ui->pidStart, &ScanParameters::pidStart},
+          {ui->pidStop, &ScanParameters::pidStop},
+          {ui->cmdSuffix, &ScanParameters::cmdSuffix},
+      }},
+      progress_([this] { paintProgress(); })
+{
+    connectControls();
+    scanner_.onChanged = [this] { paint(); };
+    setUpCommonControls();
+    setUpOutputControls(*ui->outBox);
+    paint();
+    ui->modeStart->setFocus();
+}
+
+scanForm::~scanForm() = default;
+
+/// The scanner needs the output box when it is made.
+std::unique_ptr<Ui::scanForm> scanForm::makeUi()
+{
+    auto controls = std::make_unique<Ui::scanForm>();
+    controls->setupUi(this);
+    const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    controls->warningIcon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(side));
+    return controls;
+}
+
+void scanForm::Form_Unload() { scanner_.unload(); }
+
+void scanForm::showStatus(const std::string& text) { scanner_.showStatus(text); }
+
+/// The Return key presses the button that has the focus; from a box it begins a scan, but never ends one.
+void scanForm::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+        outputForm::keyPressEvent(event);
+    else if (auto* button = qobject_cast<QPushButton*>(focusWidget()))
+        button->click();
+    else if (!scanner_.isScanning())
+        ui->comScan->click();
+}
+
+/// The menu, a key or another platform may press the button without giving it the focus.
+void scanForm::comScan_Click()
+{
+    ui->comScan->setFocus();
+    scanner_.pressScan();
+}
+
+void scanForm::calcHdr_Click()
+{
+    ui->calcHdr->setFocus();
+    auto* dialog = new calcHdrForm(scanner_.boxes().cmdHead, context().settings, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this,
+            [this, dialog] { scanner_.type(&ScanParameters::cmdHead, dialog->header()); });
+    dialog->open(); // a scan goes on meanwhile
+}
+
+void scanForm::mnuClear_Click() { scanner_.clearOutput(); }
+
+void scanForm::connectControls()
+{
+    for (const BoxEntry& entry : boxes_) {
+        onLostFocus(*entry.edit, [this, box = entry.box] { scanner_.leave(box); });
+        connect(entry.edit, &QLineEdit::textEdited, this,
+                [this, box = entry.box](const QString& text) { scanner_.type(box, fromQt(text)); });
+    }
+    for (const QAbstractButton* option :
+         std::initializer_list<QAbstractButton*>{ui->displayAll, ui->displayValid, ui->displayNonz,
+                                                 ui->displayData, ui->dspDecimal, ui->dspAscii})
+        connect(option, &QAbstractButton::toggled, this, &scanForm::takeDisplay);
+    onClick(ui->comScan, &scanForm::comScan_Click);
+    onClick(ui->calcHdr, &scanForm::calcHdr_Click);
+    onTrigger(ui->mnuOpenCom, &scanForm::comScan_Click);
+    onTrigger(ui->mnuCloseCom, &scanForm::comScan_Click);
+    onTrigger(ui->mnuClear, &scanForm::mnuClear_Click);
+}
+
+void scanForm::takeDisplay()
+{
+    ScanFilter filter = ScanFilter::all;
+    if (ui->displayValid->isChecked())
+        filter = ScanFilter::valid;
+    else if (ui->displayNonz->isChecked())
+        filter = ScanFilter::validNonZero;
+    else if (ui->displayData->isChecked())
+        filter = ScanFilter::exceptNoData;
+    scanner_.setDisplay(
+        {.filter = filter, .dspDecimal = ui->dspDecimal->isChecked(), .dspAscii = ui->dspAscii->isChecked()});
+}
+
+void scanForm::paint()
+{
+    const ScanPanel& p = scanner_.panel();
+    progress_.request();
+    for (const BoxEntry& entry : boxes_) {
+        if (const QString text = toQt(scanner_.boxes().*entry.box); entry.edit->text() != text)
+            entry.edit->setText(text);
+    }
+    display(*ui->comScan, p.comScan, scanner_.isScanning() ? "media-playback-stop" : "media-playback-start");
+    display(*ui->warning, p.warning);
+    for (QWidget* part : {ui->warningIcon, ui->warning})
+        part->setVisible(!p.warning.empty());
+    ui->mnuOpenCom->setEnabled(p.mnuOpenCom);
+    ui->mnuCloseCom->setEnabled(p.mnuCloseCom);
+}
+
+/// What changes with each reply.
+void scanForm::paintProgress()
+{
+    const ScanPanel& p = scanner_.panel();
+    display(*ui->statusBox, p.statusBox);
+    display(*ui->labelStats, p.labelStats);
+    display(*ui->ProgressBar1, p.ProgressBar1);
+}
+
+} // namespace zint

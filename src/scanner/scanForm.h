@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/outputForm.h"
+#include "platform/qtTimer.h"
+#include "platform/systemClock.h"
+#include "platform/throttle.h"
+#include "scanner/scanner.h"
+
+#include <array>
+#include <memory>
+
+class QLineEdit;
+
+namespace Ui {
+class scanForm;
+} // namespace Ui
+
+namespace zint {
+
+/// The PID scanner's window.
+class scanForm final : public outputForm {
+    Q_OBJECT
+
+public:
+    explicit scanForm(ToolContext& context);
+    ~scanForm() override;
+
+private:
+    /// A box of the scan's parameters.
+    struct BoxEntry {
+        QLineEdit* edit;
+        Scanner::Box box;
+    };
+
+    void Form_Unload() override;
+    void showStatus(const std::string& text) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+    void comScan_Click();
+    void calcHdr_Click();
+    void mnuClear_Click();
+
+    std::unique_ptr<Ui::scanForm> makeUi();
+    void connectControls();
+    void takeDisplay();
+    void paint();
+    void paintProgress();
+
+    std::unique_ptr<Ui::scanForm> ui;
+    std::unique_ptr<SerialPort> MSComm1;
+    QtTimer Timer1;
+    SystemClock clock_;
+    Scanner scanner_;
+    std::array<BoxEntry, 6> boxes_;
+    Throttle progress_;
+};
+
+} // namespace zint

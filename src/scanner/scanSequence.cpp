@@ -1,0 +1,93 @@
+#include "scanner/scanSequence.h"
+
+#include "shared/module1.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <string_view>
+
+namespace zint {
+namespace {
+
+constexpr std::int32_t erasingMode = ScanParameters::erasingMode;
+constexpr std::int32_t answerOffset = 0x40; // from a mode to the first byte of its positive replies
+constexpr std::size_t wideLength = 3;       // a box of so many digits asks for PIDs of four
+
+bool holdsSomething(std::string_view box) { return box.find_first_not_of(' ') != std::string_view::npos; }
+
+/// In capitals, with as many digits as whole bytes need.
+std::string hexBytes(std::int32_t number)
+{
+    std::array<char, 8> digits{};
+    const char* const end =
+        std::to_chars(digits.data(), digits.data() + digits.size(), static_cast<std::uint32_t>(number), 16)
+            .ptr;
+    std::string text = upperCase({digits.data(), end});
+    return text.size() % 2 == 0 ? text : "0" + text;
+}
+
+} // namespace
+
+ScanSequence::ScanSequence(const ScanParameters& boxes)
+    : curMode_(scanNumber(boxes.modeStart)), curPid_(scanNumber(boxes.pidStart)),
+      endMode_(scanNumber(boxes.modeStop)), endPid_(scanNumber(boxes.pidStop)),
+      hasPid_(holdsSomething(boxes.pidStart)),
+      widePid_(std::max(boxes.pidStart.size(), boxes.pidStop.size()) >= wideLength),
+      hasSuffix_(holdsSomething(boxes.cmdSuffix))
+{
+    if (endPid_ == 0 && curPid_ > 0)
+        endPid_ = curPid_;
+}
+
+std::optional<ScanRequest> ScanSequence::next(const ScanParameters& boxes)
+{
+    hasSkipped_ = boxes.skipsErasingMode() && curMode_ == erasingMode;
+    if (hasSkipped_)
+        ++curMode_;
+    if (curMode_ > endMode_ || (curMode_ == endMode_ && curPid_ > endPid_))
+        return std::nullopt;
+    ScanRequest request{.text = hexBytes(curMode_), .expectedPrefix = hexBytes(curMode_ + answerOffset)};
+    if (hasPid_) {
+        std::string pid = hexBytes(curPid_);
+        if (pid.size() == 2 && widePid_)
+            pid.insert(0, "00");
+        request.text += pid;
+        for (std::size_t i = 0; i < pid.size(); i += 2)
+            request.expectedPrefix += " " + pid.substr(i, 2);
+    }
+    if (hasSuffix_)
+        request.text += boxes.cmdSuffix;
+    advance(boxes);
+    return request;
+}
+
+void ScanSequence::advance(const ScanParameters& boxes)
+{
+    if (hasPid_ && ++curPid_ <= endPid_)
+        return;
+    ++curMode_;
+    if (hasPid_)
+        curPid_ = scanNumber(boxes.pidStart);
+}
+
+std::int64_t ScanSequence::left(const ScanParameters& boxes) const
+{
+    // A mode whose first PID lies behind the last one still sends that, unless it is the last mode.
+    const auto inMode = [this](std::int64_t mode, std::int64_t firstPid) {
+        const std::int64_t fewest = mode < endMode_ ? 1 : 0;
+        if (mode > endMode_)
+            return std::int64_t{0};
+        return hasPid_ ? std::max(endPid_ - firstPid + 1, fewest)
+                       : std::int64_t{firstPid <= endPid_ ? 1 : fewest};
+    };
+    const std::int64_t startPid = hasPid_ ? scanNumber(boxes.pidStart) : curPid_;
+    std::int64_t all = inMode(curMode_, curPid_);
+    for (std::int64_t mode = curMode_ + 1; mode <= endMode_; ++mode)
+        all += inMode(mode, startPid);
+    if (boxes.skipsErasingMode() && curMode_ <= erasingMode)
+        all -= inMode(erasingMode, curMode_ == erasingMode ? curPid_ : startPid);
+    return all;
+}
+
+} // namespace zint
