@@ -37,10 +37,8 @@ toolForm* make(ToolContext& context)
 }
 
 constexpr std::array toolEntries = {
-    ToolEntry{Tool::codes, &make<codesForm>},
-    ToolEntry{Tool::pollDesigner, &make<pollSetup2>},
-    ToolEntry{Tool::pollRunner, &make<obdPollForm>},
-    ToolEntry{Tool::terminal, &make<debuggerForm>},
+    ToolEntry{Tool::codes, &make<codesForm>},        ToolEntry{Tool::pollDesigner, &make<pollSetup2>},
+    ToolEntry{Tool::pollRunner, &make<obdPollForm>}, ToolEntry{Tool::terminal, &make<debuggerForm>},
     ToolEntry{Tool::scanner, &make<scanForm>},
 };
 
