@@ -5,30 +5,38 @@
 #include <termios.h>
 #include <unistd.h>
 
-int blockingLoop(const char* path, const char* request, int count)
+static int openRaw(const char* path)
 {
-    const size_t length = strlen(request);
     struct termios settings;
-    char reply[256];
     int port = open(path, O_RDWR | O_NOCTTY);
-    if (port < 0)
-        return -1;
-    if (tcgetattr(port, &settings) == 0) {
+    if (port >= 0 && tcgetattr(port, &settings) == 0) {
         cfmakeraw(&settings);
         tcsetattr(port, TCSANOW, &settings);
     }
-    for (int i = 0; i < count; ++i) {
-        if (write(port, request, length) != (ssize_t)length)
-            break;
-        ssize_t got;
-        do {
-            got = read(port, reply, sizeof reply);
-        } while (got > 0 && reply[got - 1] != '>');
-        if (got <= 0) {
-            count = -1;
-            break;
-        }
-    }
+    return port;
+}
+
+static int exchange(int port, const char* request)
+{
+    const size_t length = strlen(request);
+    char reply[256];
+    ssize_t got;
+    if (write(port, request, length) != (ssize_t)length)
+        return -1;
+    do {
+        got = read(port, reply, sizeof reply);
+    } while (got > 0 && reply[got - 1] != '>');
+    return got > 0 ? 0 : -1;
+}
+
+int blockingLoop(const char* path, const char* const* requests, int requestCount, int count)
+{
+    int result = 0;
+    int port = openRaw(path);
+    if (port < 0)
+        return -1;
+    for (int i = 0; i < count && result == 0; ++i)
+        result = exchange(port, requests[i % requestCount]);
     close(port);
-    return count < 0 ? -1 : 0;
+    return result;
 }

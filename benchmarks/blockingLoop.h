@@ -4,9 +4,9 @@
 extern "C" {
 #endif
 
-/* Sends a request and waits for the prompt, `count` times, with blocking calls and nothing else.
-   Returns 0, or -1 when the port can't be used. */
-int blockingLoop(const char* path, const char* request, int count);
+/* Sends a request and waits for the prompt, `count` times, with blocking calls and nothing else. The requests
+   take turns. Returns 0, or -1 when the port can't be used. */
+int blockingLoop(const char* path, const char* const* requests, int requestCount, int count);
 
 #ifdef __cplusplus
 }

@@ -15,12 +15,12 @@ struct RateGoal {
 
 /// What main() does in a benchmark that is called with PATH COUNT DESCRIPTION: compares the two in turn on
 /// the same adapter. Both take the path and the count, and return seconds.
-template <typename Program, typename Blocking>
+template <typename Application = QCoreApplication, typename Program, typename Blocking>
 int compareRates(int argc, char* argv[], const RateGoal& goal, const Program& program,
                  const Blocking& blocking)
 {
     constexpr int rounds = 7;
-    const QCoreApplication application(argc, argv);
+    const Application application(argc, argv);
     if (argc != 4)
         fail(("usage: " + std::string(argv[0]) + " PATH COUNT DESCRIPTION").c_str());
     const int count = std::max(1, std::atoi(argv[2]));

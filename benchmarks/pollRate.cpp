@@ -15,7 +15,6 @@
 #include <QTimer>
 
 #include <string>
-#include <sys/resource.h>
 
 namespace {
 
@@ -30,16 +29,6 @@ zint::Design fourEvents()
     for (zint::DesignEntry& event : design.events())
         event = {.code = "010C", .description = "Engine RPM", .conversion = 5, .frequency = 1};
     return design;
-}
-
-double processorSeconds()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    const auto seconds = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-    };
-    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
 struct Run {

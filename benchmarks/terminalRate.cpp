@@ -2,6 +2,7 @@
 // the same adapter.
 
 #include "compareRates.h"
+#include "noPrompts.h"
 #include "platform/qtSerialPort.h"
 #include "platform/qtTimer.h"
 #include "platform/systemClock.h"
@@ -19,23 +20,6 @@ struct Box final : zint::OutputBox {
     void append(const std::string& text) override { shown += text; }
     void replace(const std::string& text) override { shown = text; }
     std::string text() const override { return shown; }
-};
-
-struct NoPrompts final : zint::Prompts {
-    void message(const std::string& text, const std::string&, const std::string&) override
-    {
-        fail(text.c_str());
-    }
-    std::optional<std::string> input(const std::string&, const std::string&, const std::string&) override
-    {
-        return {};
-    }
-    std::optional<std::size_t> choose(const std::string&, const std::string&,
-                                      const std::vector<std::string>&) override
-    {
-        return {};
-    }
-    bool confirm(const std::string&, const std::string&) override { return false; }
 };
 
 class Run {

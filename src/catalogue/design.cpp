@@ -1,6 +1,7 @@
 #include "catalogue/design.h"
 
 #include "catalogue/pidCatalogue.h"
+#include "shared/module1.h"
 #include "shared/runTimeError.h"
 
 #include <string_view>
@@ -15,11 +16,7 @@ bool isPolledByDefault(std::string_view name, std::int32_t conversion)
     return name != "unused" && name != "unknown" && conversion != displayHexConversion;
 }
 
-std::string requestCode(int pid)
-{
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    return {'0', '1', digits[static_cast<std::size_t>(pid / 16)], digits[static_cast<std::size_t>(pid % 16)]};
-}
+std::string requestCode(int pid) { return "01" + hexText(pid, 2); }
 
 DesignEntry defaultEvent(int pid)
 {

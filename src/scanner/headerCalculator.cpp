@@ -14,17 +14,11 @@ namespace {
 constexpr std::size_t headerLength = 6;
 constexpr int highestPriority = 7;
 constexpr int largestByte = 255;
-constexpr std::string_view functionalTarget = "6A";
-constexpr std::string_view firstPhysicalTarget = "10";
 
 constexpr std::array<int, 8> weights{16, 32, 64, 128, 1, 2, 4, 8}; ///< of the boxes in the first byte
 constexpr std::array<int, 4> priorityWeights{0, 1, 2, 4};          ///< of boxes 0 to 3 in the priority
 
-std::string twoDigits(int byte)
-{
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    return {digits.at(static_cast<std::size_t>(byte / 16)), digits.at(static_cast<std::size_t>(byte % 16))};
-}
+std::string usualTarget(bool isPhysical) { return isPhysical ? "10" : "6A"; }
 
 /// A number above the highest priority is the highest. @return negative for whatever is no priority
 std::int32_t priorityValue(std::string_view text)
@@ -46,7 +40,7 @@ HeaderCalculator::HeaderCalculator(std::string_view header)
         upperCase(header.size() == headerLength ? header : ScanParameters::functionalHeader);
     panel_.hdrTarget = textAt(text, 3, 2);
     panel_.hdrSource = textAt(text, 5, 2);
-    address(panel_.hdrTarget != functionalTarget); // whatever the first byte says of it
+    address(panel_.hdrTarget != usualTarget(false)); // whatever the first byte says of it
 
     const std::string bits = hexToBits(textAt(text, 1, 2)); // empty when the characters are no digits
     for (std::size_t box = 0; box < bits.size(); ++box)
@@ -59,7 +53,7 @@ bool HeaderCalculator::clickOptBit(std::size_t box, bool isChecked)
     panel_.optBit.at(box) = isChecked;
     if (box == addressingBox) {
         address(isChecked);
-        panel_.hdrTarget = isChecked ? firstPhysicalTarget : functionalTarget;
+        panel_.hdrTarget = usualTarget(isChecked);
     }
     recompose();
     return box == addressingBox && isChecked;
@@ -78,9 +72,9 @@ void HeaderCalculator::leaveHdrTarget(std::string_view text)
 {
     const std::int32_t value = scanNumber(text);
     if (value > largestByte || value < 1)
-        panel_.hdrTarget = panel_.optBit.at(addressingBox) ? firstPhysicalTarget : functionalTarget;
+        panel_.hdrTarget = usualTarget(panel_.optBit.at(addressingBox));
     else if (value < 16)
-        panel_.hdrTarget = twoDigits(value);
+        panel_.hdrTarget = hexText(value, 2);
     else
         panel_.hdrTarget = upperCase(text);
 }
@@ -107,7 +101,7 @@ void HeaderCalculator::recompose()
     for (std::size_t box = 1; box < priorityWeights.size(); ++box)
         priority += panel_.optBit.at(box) ? priorityWeights.at(box) : 0;
     panel_.prioVal = std::to_string(priority);
-    panel_.hdrOpt = twoDigits(value);
+    panel_.hdrOpt = hexText(value, 2);
 }
 
 } // namespace zint

@@ -3,8 +3,6 @@
 #include "shared/module1.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <string_view>
 
 namespace zint {
@@ -16,15 +14,11 @@ constexpr std::size_t wideLength = 3;       // a box of so many digits asks for 
 
 bool holdsSomething(std::string_view box) { return box.find_first_not_of(' ') != std::string_view::npos; }
 
-/// In capitals, with as many digits as whole bytes need.
-std::string hexBytes(std::int32_t number)
+/// With as many digits as whole bytes need.
+std::string hexBytes(std::int32_t number, std::size_t fewestDigits = 2)
 {
-    std::array<char, 8> digits{};
-    const char* const end =
-        std::to_chars(digits.data(), digits.data() + digits.size(), static_cast<std::uint32_t>(number), 16)
-            .ptr;
-    std::string text = upperCase({digits.data(), end});
-    return text.size() % 2 == 0 ? text : "0" + text;
+    std::string text = hexText(number, fewestDigits);
+    return text.size() % 2 == 0 ? text : hexText(number, text.size() + 1);
 }
 
 } // namespace
@@ -49,12 +43,10 @@ std::optional<ScanRequest> ScanSequence::next(const ScanParameters& boxes)
         return std::nullopt;
     ScanRequest request{.text = hexBytes(curMode_), .expectedPrefix = hexBytes(curMode_ + answerOffset)};
     if (hasPid_) {
-        std::string pid = hexBytes(curPid_);
-        if (pid.size() == 2 && widePid_)
-            pid.insert(0, "00");
+        const std::string pid = hexBytes(curPid_, widePid_ ? 4 : 2);
         request.text += pid;
         for (std::size_t i = 0; i < pid.size(); i += 2)
-            request.expectedPrefix += " " + pid.substr(i, 2);
+            request.expectedPrefix.append(1, ' ').append(pid, i, 2);
     }
     if (hasSuffix_)
         request.text += boxes.cmdSuffix;

@@ -65,6 +65,16 @@ std::int32_t hexToNumber(std::string_view text)
     return static_cast<std::int32_t>(value);
 }
 
+std::string hexText(std::int32_t number, std::size_t fewestDigits)
+{
+    std::string text;
+    for (auto rest = static_cast<std::uint32_t>(number); rest > 0; rest /= 16)
+        text += hexDigits[rest % 16];
+    text.resize(std::max(text.size(), fewestDigits), '0');
+    std::ranges::reverse(text);
+    return text;
+}
+
 std::string hexToBits(std::string_view text)
 {
     std::string bits;

@@ -14,6 +14,10 @@ namespace zint {
 /// @throws RunTimeError 6 when the number exceeds the signed 32-bit range
 std::int32_t hexToNumber(std::string_view text);
 
+/// The number in hexadecimal with capitals, and with zeros in front to so many digits; a negative one as its
+/// 32 bits.
+std::string hexText(std::int32_t number, std::size_t fewestDigits);
+
 /// Each digit of an upper-case hexadecimal text as four characters, the least significant bit first ("1000"
 /// for 1); blanks are skipped. Readers of single bits rely on that order.
 /// @return empty for a text with any other character, lower-case digits included
