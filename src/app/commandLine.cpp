@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace zint {
@@ -54,6 +55,11 @@ const std::array commands{
             {},
             "terminal",
             "Send each line of standard input to the adapter, print what it answers."},
+    Command{"scan",
+            CommandLine::Action::scan,
+            {},
+            "scan",
+            "Ask for a range of modes and PIDs, print what is answered."},
 };
 
 /// An option: with which commands it goes, and what it means.
@@ -126,13 +132,63 @@ void readSpeed(CommandLine& line, const QString& text)
     line.connection.speedPosition = static_cast<int>(speed - lineSpeeds.begin());
 }
 
+std::string accepted(const char* option, const QString& value, const CheckedBox& box)
+{
+    if (!box.complaint.empty())
+        throw UsageError(std::string(option) + " " + fromQt(value) + ": " + box.complaint);
+    return box.text;
+}
+
+/// Reads "A-B", or "A" for the range from A to A.
+void readRange(const char* option, const QString& text, CheckedBox (*check)(std::string_view),
+               std::string& start, std::string& stop)
+{
+    const std::string first = fromQt(text.section(u'-', 0, 0));
+    start = accepted(option, text, check(first));
+    stop = text.contains(u'-') ? accepted(option, text, check(fromQt(text.section(u'-', 1)))) : start;
+}
+
+bool isNothing(const QString& text) { return text.isEmpty() || text == u"none"; }
+
+void readPid(CommandLine& line, const QString& text)
+{
+    if (isNothing(text)) // which the check of a box refuses
+        line.scan.pidStart = line.scan.pidStop = {};
+    else
+        readRange("--pid", text, checkPid, line.scan.pidStart, line.scan.pidStop);
+}
+
+void readSuffix(CommandLine& line, const QString& text)
+{
+    line.scan.cmdSuffix =
+        isNothing(text) ? std::string() : accepted("--suffix", text, checkSuffix(fromQt(text)));
+}
+
+void readFilter(CommandLine& line, const QString& text)
+{
+    static const std::array filters{
+        std::pair{u"all", ScanFilter::all},
+        std::pair{u"valid", ScanFilter::valid},
+        std::pair{u"nonzero", ScanFilter::validNonZero},
+        std::pair{u"data", ScanFilter::exceptNoData},
+    };
+    const auto* const found =
+        std::ranges::find_if(filters, [&](const auto& filter) { return text == filter.first; });
+    if (found == filters.end())
+        throw UsageError("--show " + fromQt(text) + ": give all, valid, nonzero or data");
+    line.filter = found->second;
+}
+
 /// All options but --help and --version, in the order in which they are read.
 const std::vector<Option>& options()
 {
     static const QStringList connecting{QString(), QStringLiteral("codes"), QStringLiteral("poll"),
-                                        QStringLiteral("terminal")};
+                                        QStringLiteral("terminal"), QStringLiteral("scan")};
     static const QStringList terminal{QStringLiteral("terminal")};
-    static const QStringList waiting{QStringLiteral("codes"), QStringLiteral("terminal")};
+    static const QStringList scan{QStringLiteral("scan")};
+    static const QStringList waiting{QStringLiteral("codes"), QStringLiteral("terminal"),
+                                     QStringLiteral("scan")};
+    static const QStringList progressing{QStringLiteral("poll"), QStringLiteral("scan")};
     static const QStringList codes{QStringLiteral("codes")};
     static const QStringList poll{QStringLiteral("poll")};
     static const std::vector<Option> table{
@@ -146,9 +202,8 @@ const std::vector<Option>& options()
         {"yes", "", "With codes --clear: confirm that data in the vehicle be erased.", codes,
          [](CommandLine& line, const QString&) { line.isConfirmed = true; }},
         {"timeout", "seconds",
-         "With codes: give up after so many seconds (default 120; 0 waits for ever). With terminal: give up "
-         "a "
-         "reply after so many, unless a user types the commands.",
+         "With codes: give up after so many seconds (default 120; 0 waits for ever). With terminal and scan: "
+         "give up when a reply takes so many, unless a user types the commands.",
          waiting,
          [](CommandLine& line, const QString& text) {
              line.timeout = std::chrono::seconds(number("--timeout", text, "seconds", 0, mostSeconds));
@@ -171,7 +226,34 @@ const std::vector<Option>& options()
          [](CommandLine& line, const QString&) { line.base = NumberBase::decimal; }},
         {"oct", "", "With terminal: in octal.", terminal,
          [](CommandLine& line, const QString&) { line.base = NumberBase::octal; }},
-        {"quiet", "", "With poll: show no progress.", poll,
+        {"header", "header", "With scan: header of the requests, six characters (default 686AF1).", scan,
+         [](CommandLine& line, const QString& text) {
+             line.scan.cmdHead = accepted("--header", text, checkHeader(fromQt(text)));
+         }},
+        {"mode", "range", "With scan: modes to ask for, hexadecimal: A-B, or A for one (default 01-01).",
+         scan,
+         [](CommandLine& line, const QString& text) {
+             readRange("--mode", text, checkMode, line.scan.modeStart, line.scan.modeStop);
+         }},
+        {"pid", "range",
+         "With scan: PIDs of each mode, hexadecimal: A-B, A for one, or none for a request without a PID "
+         "(default 00-1F). With three or four digits, all PIDs have four.",
+         scan, readPid},
+        {"suffix", "digits", "With scan: one or two hexadecimal digits behind each request.", scan,
+         readSuffix},
+        {"show", "filter",
+         "With scan: replies to print: all (the default), valid, nonzero (valid and not 0), or data (all but "
+         "NO DATA).",
+         scan, readFilter},
+        {"decimal", "", "With scan: print the value of valid replies in decimal, too.", scan,
+         [](CommandLine& line, const QString&) { line.decimal = true; }},
+        {"ascii", "", "With scan: print valid replies as characters, too.", scan,
+         [](CommandLine& line, const QString&) { line.ascii = true; }},
+        {"allow-clear", "",
+         "With scan: let it send mode 04, which erases the codes and test results in the vehicle. With the "
+         "header 686AF1 it never does.",
+         scan, [](CommandLine& line, const QString&) { line.allowsErasing = true; }},
+        {"quiet", "", "With poll or scan: show no progress.", progressing,
          [](CommandLine& line, const QString&) { line.quiet = true; }},
     };
     return table;
@@ -187,7 +269,7 @@ void describe(QCommandLineParser& parser)
         text += QStringLiteral("  %1%2\n")
                     .arg(QLatin1String(command.usage), -usageWidth)
                     .arg(QLatin1String(command.description));
-    text += QStringLiteral("\nCtrl-C ends a poll run properly: its files are written.\n"
+    text += QStringLiteral("\nCtrl-C ends a poll run or a scan properly: files and summary are written.\n"
                            "Exit status: 0 when all went well, 1 when something failed (standard error tells "
                            "what),\n2 for a wrong command line.");
     parser.setApplicationDescription(text);
@@ -267,6 +349,8 @@ CommandLine read(const QCommandLineParser& parser)
     if (line.clearCodes && !line.isConfirmed)
         throw UsageError(
             "--clear erases all diagnostic data in the vehicle; add --yes if that is what you want");
+    if (erasesData(line.scan) && !line.allowsErasing)
+        throw UsageError(std::string(erasesDataText) + " Add --allow-clear if that is what you want.");
     if (line.seconds) {
         if (parser.isSet(QStringLiteral("loops")))
             throw UsageError("--loops and --seconds both say when the run ends; give one of them");

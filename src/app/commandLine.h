@@ -1,5 +1,7 @@
 #pragma once
 
+#include "scanner/scanParameters.h"
+#include "scanner/scanReply.h"
 #include "terminal/terminalOptions.h"
 
 #include <QStringList>
@@ -19,7 +21,17 @@ struct ConnectionOptions {
 
 /// A command line, understood. Paths are UTF-8; an empty one was not given.
 struct CommandLine {
-    enum class Action { showWindows, showHelp, showVersion, reportCodes, poll, exportLog, terminal, refuse };
+    enum class Action {
+        showWindows,
+        showHelp,
+        showVersion,
+        reportCodes,
+        poll,
+        exportLog,
+        terminal,
+        scan,
+        refuse
+    };
 
     Action action = Action::showWindows;
     std::string complaint; ///< what is wrong, with refuse
@@ -37,6 +49,12 @@ struct CommandLine {
     bool quiet = false;                          ///< without a progress line
 
     NumberBase base = NumberBase::hexadecimal; ///< of the numbers in replies
+
+    ScanParameters scan;
+    ScanFilter filter = ScanFilter::all; ///< of the replies to a scan
+    bool decimal = false;                ///< valid ones as a number as well
+    bool ascii = false;                  ///< as characters as well
+    bool allowsErasing = false;          ///< a scan may erase data in the vehicle
 
     /// @param arguments with the program's name in front
     static CommandLine parse(const QStringList& arguments);

@@ -6,11 +6,13 @@
 #include <QCoreApplication>
 
 #include <iostream>
+#include <utility>
 
 namespace zint {
 namespace {
 
 std::size_t progressLength = 0; ///< of what the terminal shows
+bool isLineOpen = false;        ///< the terminal shows the beginning of a line of standard output
 
 } // namespace
 
@@ -18,6 +20,8 @@ void showProgress(const std::string& text)
 {
     if ((text.empty() && progressLength == 0) || !isErrorOutputTerminal())
         return;
+    if (std::exchange(isLineOpen, false))
+        std::cerr << '\n'; // the progress would overwrite it
     const std::size_t rest = progressLength > text.size() ? progressLength - text.size() : 0;
     std::cerr << '\r' << text << std::string(rest, ' ') << (text.empty() ? "\r" : "") << std::flush;
     progressLength = text.size();
@@ -32,11 +36,26 @@ void complain(std::string text)
 
 int printOut(const std::string& text)
 {
+    showProgress({});
     std::cout << text << std::flush;
+    if (!text.empty())
+        isLineOpen = !text.ends_with('\n') && isOutputTerminal();
     if (std::cout)
         return exitStatus::success;
     complain("the report could not be written to standard output");
     return exitStatus::failure;
+}
+
+std::string noAnswerText(std::chrono::seconds timeout)
+{
+    return "the adapter has not answered within " + std::to_string(timeout.count()) + " seconds";
+}
+
+void PrintedBox::append(const std::string& text)
+{
+    std::string printed = text;
+    std::erase(printed, '\r');
+    hasFailed = hasFailed || printOut(printed) != exitStatus::success;
 }
 
 void CommandPrompts::message(const std::string& text, const std::string& /*title*/, const std::string& reason)

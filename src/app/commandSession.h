@@ -9,9 +9,11 @@
 #include "platform/qtSettingsStore.h"
 #include "platform/systemPorts.h"
 #include "shared/eventGate.h"
+#include "shared/outputBox.h"
 #include "shared/programValues.h"
 #include "shared/prompts.h"
 
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -31,11 +33,25 @@ inline constexpr int wrongUsage = 2;
 void complain(std::string text);
 
 /// Shows on standard error how far the command is, in place of what was shown before; an empty text takes it
-/// away. Only a terminal shows it.
+/// away. Only a terminal shows it. What is printed then takes its place.
 void showProgress(const std::string& text);
 
 /// Prints on standard output. @return the exit status; a failure has been told
 int printOut(const std::string& text);
+
+/// What is told when a reply does not come in time.
+std::string noAnswerText(std::chrono::seconds timeout);
+
+/// Standard output as a tool's box, which keeps all lines. A failure has been told; nothing is printed after
+/// it.
+class PrintedBox : public OutputBox {
+public:
+    void append(const std::string& text) final;
+    void replace(const std::string& text) override { append(text); }
+    std::string text() const final { return {}; } // nothing here reads it
+
+    bool hasFailed = false;
+};
 
 /// Tells on standard error; questions were answered on the command line.
 class CommandPrompts final : public Prompts {

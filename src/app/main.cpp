@@ -3,6 +3,7 @@
 #include "app/commandSession.h"
 #include "app/pollCommand.h"
 #include "app/program.h"
+#include "app/scanCommand.h"
 #include "app/terminalCommand.h"
 #include "platform/icons.h"
 #include "platform/runningInstance.h"
@@ -55,6 +56,8 @@ std::optional<int> runInTerminal(const zint::CommandLine& line)
         return zint::runExportCommand(line);
     case zint::CommandLine::Action::terminal:
         return zint::runTerminalCommand(line);
+    case zint::CommandLine::Action::scan:
+        return zint::runScanCommand(line);
     case zint::CommandLine::Action::showWindows:
         break;
     }
@@ -90,7 +93,7 @@ int main(int argc, char* argv[])
             .value_or(zint::exitStatus::failure);
     }
     if (!display) {
-        zint::complain("there is no display for the windows. The commands codes, poll and export need none.");
+        zint::complain("there is no display for the windows. The commands, see zint-obd --help, need none.");
         return zint::exitStatus::failure;
     }
     const QApplication application(argc, argv);

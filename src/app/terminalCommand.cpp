@@ -14,22 +14,6 @@
 namespace zint {
 namespace {
 
-/// Standard output as the terminal's box, which keeps all lines.
-class PrintedBox final : public OutputBox {
-public:
-    void append(const std::string& text) override
-    {
-        std::string printed = text;
-        std::erase(printed, '\r');
-        if (printOut(printed) != exitStatus::success)
-            hasFailed = true;
-    }
-    void replace(const std::string& text) override { append(text); }
-    std::string text() const override { return {}; } // nothing here reads it
-
-    bool hasFailed = false;
-};
-
 /// The terminal and all that it needs.
 ///
 /// Commands of a file or a pipe wait until the adapter has answered the one before; what a user types goes
@@ -116,8 +100,7 @@ private:
 
     void giveUp()
     {
-        session_.prompts.message("the adapter has not answered within " +
-                                 std::to_string(line_.timeout.count()) + " seconds");
+        session_.prompts.message(noAnswerText(line_.timeout));
         QCoreApplication::quit();
     }
 

@@ -10,6 +10,9 @@ namespace zint {
 /// Whether a user reads standard error while it is written: it goes to a terminal, not to a file or a pipe.
 bool isErrorOutputTerminal();
 
+/// Whether a user reads standard output while it is written.
+bool isOutputTerminal();
+
 /// Whether a user types the lines of standard input.
 bool isInputTerminal();
 

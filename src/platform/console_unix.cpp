@@ -38,6 +38,8 @@ void ask(int number)
 
 bool isErrorOutputTerminal() { return ::isatty(STDERR_FILENO) != 0; }
 
+bool isOutputTerminal() { return ::isatty(STDOUT_FILENO) != 0; }
+
 bool isInputTerminal() { return ::isatty(STDIN_FILENO) != 0; }
 
 struct InputLines::Reader {

@@ -43,4 +43,8 @@ std::int32_t scanNumber(std::string_view text);
 /// Whether a scan of these boxes sends mode 04, which erases trouble codes and test results in the vehicle.
 bool erasesData(const ScanParameters& boxes);
 
+/// What the user is told then.
+inline constexpr const char* erasesDataText =
+    "This scan sends mode 04, which erases the trouble codes and test results in the vehicle.";
+
 } // namespace zint

@@ -10,9 +10,6 @@ namespace {
 
 const std::string newLine(lineEnd);
 
-constexpr const char* erasesDataText =
-    "This scan sends mode 04, which erases the trouble codes and test results in the vehicle.";
-
 CheckedBox checked(Scanner::Box box, const std::string& text)
 {
     if (box == &ScanParameters::cmdHead)
@@ -64,8 +61,9 @@ void Scanner::begin()
 {
     const bool isOpen = link_.open();
     panel_.labelStats = link_.counterLine();
+    failure_.clear();
     if (!isOpen) {
-        panel_.statusBox = link_.status();
+        failure_ = panel_.statusBox = link_.status();
         return;
     }
     scanning_ = scanPending_ = true;
@@ -99,10 +97,15 @@ void Scanner::end()
           "       Zero:" + std::to_string(zero_) + newLine + newLine + newLine);
 }
 
-void Scanner::linkReset() { panel_.statusBox = link_.status(); }
+void Scanner::linkReset()
+{
+    panel_.statusBox = link_.status();
+    replied();
+}
 
 void Scanner::linkReady()
 {
+    replied();
     if (boxes_.cmdHead == ScanParameters::functionalHeader) {
         beginRequests();
         return;
@@ -115,6 +118,7 @@ void Scanner::linkReady()
 
 void Scanner::linkReply(std::string_view reply)
 {
+    replied();
     if (scanState_ == State::headerSent)
         takeHeaderReply(reply);
     else
@@ -128,6 +132,7 @@ void Scanner::takeHeaderReply(std::string_view reply)
         return;
     }
     setStatus(" Error on set header");
+    failure_ = link_.status(); // the summary takes its place in the panel
     around_.beep();
     write("Error setting header" + newLine);
     scanPending_ = false;
@@ -217,7 +222,8 @@ void Scanner::linkEvent(int event)
 
 void Scanner::linkTimedOut()
 {
-    around_.prompts.message(std::string(AdapterLink::notRespondingText));
+    failure_ = AdapterLink::notRespondingText;
+    around_.prompts.message(failure_);
     if (scanning_)
         end();
     changed();
@@ -226,9 +232,9 @@ void Scanner::linkTimedOut()
 /// The summary stands in the output; the status tells why the scan ended.
 void Scanner::linkLost()
 {
-    const std::string why = link_.status();
+    failure_ = link_.status();
     end();
-    panel_.statusBox = why;
+    panel_.statusBox = failure_;
     changed();
 }
 
@@ -244,6 +250,12 @@ void Scanner::setStatus(std::string_view words)
 {
     link_.setStatus(words);
     panel_.statusBox = link_.status();
+}
+
+void Scanner::replied() const
+{
+    if (onReply)
+        onReply();
 }
 
 void Scanner::changed() const

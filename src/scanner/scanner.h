@@ -63,8 +63,12 @@ public:
 
     bool isScanning() const { return scanning_; }
 
+    /// Why the last scan did not begin or was given up; empty when it is complete, or its user ended it.
+    const std::string& failure() const { return failure_; }
+
     const ScanPanel& panel() const { return panel_; }
     std::function<void()> onChanged; ///< called when the panel or the boxes may have changed
+    std::function<void()> onReply;   ///< called when the adapter has answered what was sent
 
 private:
     enum class State { headerSent, scanning };
@@ -87,6 +91,7 @@ private:
     void refreshProgress();
     void setStatus(std::string_view words);
     void write(const std::string& text) { around_.outBox.append(text); }
+    void replied() const;
     void changed() const;
 
     Surroundings around_;
@@ -97,6 +102,7 @@ private:
 
     bool scanning_ = false;
     bool scanPending_ = false; ///< neither complete nor given up
+    std::string failure_;
     State scanState_ = State::scanning;
     ScanSequence sequence_;
     ScanRequest lastRequest_;

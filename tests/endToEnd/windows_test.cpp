@@ -3,9 +3,11 @@
 #include "endToEnd/fixedRun.h"
 #include "endToEnd/simulator.h"
 #include "forms/formTest.h"
+#include "platform/plainTextBox.h"
 #include "platform/qtSerialPort.h"
 #include "runner/dataLog.h"
 #include "runner/obdPollForm.h"
+#include "scanner/scanForm.h"
 
 #include <QFileDialog>
 #include <QLineEdit>
@@ -138,6 +140,47 @@ TEST_F(WindowsEndToEnd, TheRunnerPollsAndWritesWhatTheVehicleSent)
     const SampleStore samples = readLog(stream).samples;
     EXPECT_GT(samples.events()[0].sampleCount, 4);
     EXPECT_EQ(cell(0, 2), QString::number(samples.events()[0].sampleCount));
+}
+
+TEST_F(WindowsEndToEnd, TheScannerListsWhatTheVehicleAnswers)
+{
+    const char* const completed = "com1 Scan Completed 2 Events(s)";
+    const char* const pulled = "com1 - adapter disconnected";
+    struct Row {
+        const char* simulator;
+        const char* end;
+        const char* replies;
+    };
+    for (const Row& row :
+         {Row{"--no-announcement --latency 0", completed, "V 03  01 33 03 01 C1 23 \r\nV 04  \r\n"},
+          Row{"--no-announcement --pieces 1", completed, "V 03  01 33 03 01 C1 23 \r\nV 04  \r\n"},
+          Row{"--no-announcement --disconnect-after 4", pulled, "V 03  01 33 03 01 C1 23 \r\n"}}) {
+        SCOPED_TRACE(row.simulator);
+        plugIn(row.simulator);
+        delete std::exchange(form, new scanForm(context));
+        form->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(form)); // else no box gets the focus
+        const std::pair<const char*, const char*> boxes[] = {{"cmdHead", "6810f1"},
+                                                             {"modeStart", "3"},
+                                                             {"modeStop", "4"},
+                                                             {"pidStart", "\b"},
+                                                             {"pidStop", "\b"}};
+        for (const auto& [name, text] : boxes) {
+            auto* box = control<QLineEdit>(name);
+            box->setFocus();
+            box->selectAll();
+            QTest::keyClicks(box, QLatin1String(text));
+        }
+        EXPECT_TRUE(textOf("warning").contains(u"mode 04"));
+        click("comScan");
+        EXPECT_TRUE(showsStatus(row.end)) << textOf("statusBox").toStdString();
+        const std::string shown = control<PlainTextBox>("outBox")->text();
+        const std::string heading = "Header: 6810F1 Mode:3-4 Pid:- Suffix:\r\n";
+        ASSERT_NE(shown.find(heading), std::string::npos) << shown;
+        EXPECT_TRUE(shown.substr(shown.find(heading) + heading.size())
+                        .starts_with(std::string(row.replies) + "Scan "))
+            << shown;
+    }
 }
 
 } // namespace

@@ -35,6 +35,7 @@ TEST(CommandLineTest, TakesActionsAndPorts)
         {"poll d.obc --port com2", Action::poll, 2},
         {"export a.log a.txt", Action::exportLog},
         {"terminal --dec --port com4", Action::terminal, 4},
+        {"scan --mode 1 --port com5", Action::scan, 5},
     };
     for (const auto& [words, action, port, location] : rows) {
         const CommandLine line = parse(words);
@@ -61,6 +62,50 @@ TEST(CommandLineTest, TakesActionsAndPorts)
     EXPECT_EQ(seconds.loops, 100000) << "the time ends the run, not the usual number of loops";
     EXPECT_EQ(parse("poll d.obc").loops, 1000);
     EXPECT_EQ(parse("export a.log b.txt").exportPath, "b.txt");
+}
+
+TEST(CommandLineTest, TakesTheParametersOfAScan)
+{
+    const struct {
+        const char* words;
+        const char* boxes; ///< header, modes, PIDs, suffix
+    } rows[] = {
+        {"scan", "686AF1 01-01 00-1F "},
+        {"scan --mode 1-a --pid 0-ff --suffix 0", "686AF1 1-A 0-FF 0"},
+        {"scan --mode 9 --pid 2 --header 6810f1", "6810F1 9-9 2-2 "},
+        {"scan --pid none --suffix none --header ATSHZZ", "ATSHZZ 01-01 - "},
+        {"scan --pid= --suffix=", "686AF1 01-01 - "},
+        {"scan --mode 3-5 --header 686af1", "686AF1 3-5 00-1F "}, // passes mode 04 over
+        {"scan --mode 3-5 --header 6810F1 --allow-clear", "6810F1 3-5 00-1F "},
+    };
+    for (const auto& [words, boxes] : rows) {
+        const CommandLine line = parse(words);
+        EXPECT_EQ(line.action, Action::scan) << words << ": " << line.complaint;
+        const ScanParameters& scan = line.scan;
+        EXPECT_EQ(scan.cmdHead + " " + scan.modeStart + "-" + scan.modeStop + " " + scan.pidStart + "-" +
+                      scan.pidStop + " " + scan.cmdSuffix,
+                  boxes)
+            << words;
+    }
+    EXPECT_EQ(parse("scan").filter, ScanFilter::all);
+    EXPECT_EQ(parse("scan --show valid").filter, ScanFilter::valid);
+    EXPECT_EQ(parse("scan --show nonzero").filter, ScanFilter::validNonZero);
+    EXPECT_EQ(parse("scan --show data").filter, ScanFilter::exceptNoData);
+    EXPECT_TRUE(parse("scan --decimal").decimal && !parse("scan --decimal").ascii);
+    EXPECT_TRUE(parse("scan --ascii").ascii && !parse("scan --ascii").decimal);
+
+    const std::pair<const char*, const char*> refused[] = {
+        {"scan --header 7E8", "--header 7E8: Header must be 6 bytes"},
+        {"scan --mode 100", "--mode 100: Mode must be 1 or 2 hex digits"},
+        {"scan --mode 1-", "--mode 1-: Mode must be 1 or 2 hex digits"},
+        {"scan --pid -5", "--pid -5: Pid must be 0 to 4 hex digits"},
+        {"scan --pid 1-2-3", "--pid 1-2-3: Pid must be 0 to 4 hex digits"},
+        {"scan --suffix 0G", "--suffix 0G: Suffix must be 0 to 2 hex digits"},
+        {"scan --show most", "--show most: give all, valid, nonzero or data"},
+    };
+    for (const auto& [words, complaint] : refused)
+        EXPECT_EQ(parse(words).complaint, complaint);
+    EXPECT_EQ(parse("scan --mode 3-5 --header 6810F1").complaint.find(erasesDataText), 0U);
 }
 
 TEST(CommandLineTest, RefusesWhatIsWrong)
@@ -93,6 +138,9 @@ TEST(CommandLineTest, RefusesWhatIsWrong)
                               "poll a.obc --log a.txt --export ./a.txt",
                               "poll a.obc --log a.obc",
                               "export a.log",
+                              "scan 0100",
+                              "scan --dec",
+                              "codes --decimal",
                               "export a.log a.log",
                               "export a.log a.txt --simulate"}) {
         EXPECT_TRUE(parse(words).action == Action::refuse && !parse(words).complaint.empty()) << words;

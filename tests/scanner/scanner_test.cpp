@@ -150,6 +150,7 @@ TEST_F(ScannerTest, ChangesTheHeaderAndWarnsOfWhatAScanErases)
               "Header: 6810F1 Mode:4-4 Pid:- Suffix:\r\nError setting header\r\nScan Completed\r\n"
               "  Events(s):0\r\n    No Data:0\r\n    Invalid:0\r\n       Zero:0\r\n\r\n\r\n");
     EXPECT_EQ(beeps, 1);
+    EXPECT_EQ(scanner.failure(), "com2 Error on set header");
     scanner.type(&ScanParameters::cmdHead, "686AF1");
     EXPECT_EQ(panel().warning, "");
 }
@@ -164,6 +165,7 @@ TEST_F(ScannerTest, CanBeStoppedAtAnyTime)
     adapter.expect("ATD\r");
     scanner.pressScan(); // no reply has come
     EXPECT_EQ(status(), "com2 Scan Halted after 0 Events(s)");
+    EXPECT_EQ(scanner.failure(), "") << "the user wanted it";
     EXPECT_TRUE(takeShown().ends_with(halted));
 
     adapter.expect("ATZ\r");

@@ -1,0 +1,109 @@
+#include "app/scanCommand.h"
+
+#include "app/commandSession.h"
+#include "platform/console.h"
+#include "platform/dateText.h"
+#include "platform/qtTimer.h"
+#include "platform/systemClock.h"
+#include "platform/throttle.h"
+#include "scanner/scanner.h"
+
+#include <QCoreApplication>
+
+#include <memory>
+
+namespace zint {
+namespace {
+
+/// Without the date and time that the window's box begins with.
+class ScanOutput final : public PrintedBox {
+public:
+    void replace(const std::string& /*text*/) override {}
+};
+
+/// The scanner and all that it needs.
+class ScanRun {
+public:
+    explicit ScanRun(const CommandLine& line) : line_(line), session_(line.connection)
+    {
+        for (const Scanner::Box box :
+             {&ScanParameters::cmdHead, &ScanParameters::modeStart, &ScanParameters::modeStop,
+              &ScanParameters::pidStart, &ScanParameters::pidStop, &ScanParameters::cmdSuffix})
+            scanner_.type(box, line_.scan.*box);
+        scanner_.setDisplay({.filter = line_.filter, .dspDecimal = line_.decimal, .dspAscii = line_.ascii});
+        scanner_.onReply = [this] { beginWaiting(); };
+        scanner_.onChanged = [this] { watch(); };
+        patience_.onTick = [this] { giveUp(); };
+    }
+
+    int run()
+    {
+        const Interruption interruption([this] { session_.gate.run([] { QCoreApplication::quit(); }); });
+        session_.gate.run([this] { begin(); });
+        if (scanner_.isScanning() && !box_.hasFailed)
+            QCoreApplication::exec();
+        showProgress({});
+        session_.gate.run([this] { scanner_.unload(); });
+        if (!scanner_.failure().empty() && !session_.prompts.hasComplained)
+            complain(scanner_.failure());
+        const bool isWhole = scanner_.failure().empty() && !session_.prompts.hasComplained && !box_.hasFailed;
+        return isWhole ? exitStatus::success : exitStatus::failure;
+    }
+
+private:
+    void begin()
+    {
+        scanner_.pressScan();
+        beginWaiting();
+    }
+
+    void beginWaiting()
+    {
+        patience_.setInterval(line_.timeout);
+        patience_.setEnabled(line_.timeout.count() > 0);
+    }
+
+    void watch()
+    {
+        if (!scanner_.isScanning() || box_.hasFailed)
+            QCoreApplication::quit();
+        else if (!line_.quiet)
+            progress_.request();
+    }
+
+    void paintProgress() const
+    {
+        const ProgressBar& bar = scanner_.panel().ProgressBar1;
+        if (!bar.text.empty())
+            showProgress(std::to_string(static_cast<int>(bar.value)) + "%, " + bar.text);
+    }
+
+    void giveUp()
+    {
+        session_.prompts.message(noAnswerText(line_.timeout));
+        QCoreApplication::quit();
+    }
+
+    const CommandLine& line_;
+    CommandSession session_;
+    SystemClock clock_;
+    ScanOutput box_;
+    QtTimer resetTimer_{session_.gate};
+    QtTimer patience_{session_.gate};
+    std::unique_ptr<SerialPort> port_ = session_.makePort();
+    Scanner scanner_{{.port = *port_,
+                      .timer = resetTimer_,
+                      .clock = clock_,
+                      .prompts = session_.prompts,
+                      .outBox = box_,
+                      .dateText = longDateText,
+                      .beep = [] {}}, // the text tells all
+                     session_.connection()};
+    Throttle progress_{[this] { paintProgress(); }};
+};
+
+} // namespace
+
+int runScanCommand(const CommandLine& line) { return ScanRun(line).run(); }
+
+} // namespace zint
