@@ -1,6 +1,8 @@
 #include "platform/lostFocus.h"
 
+#include <QApplication>
 #include <QFocusEvent>
+#include <QMenuBar>
 
 #include <utility>
 
@@ -14,21 +16,36 @@ public:
         : QObject(&box), handler_(std::move(handler))
     {
         box.installEventFilter(this);
+        connect(qApp, &QApplication::focusChanged, this, &LostFocusWatch::notice);
     }
 
     bool eventFilter(QObject* box, QEvent* event) override
     {
         if (event->type() == QEvent::FocusOut) {
             const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-            if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
-                reason != Qt::MenuBarFocusReason)
+            isAway_ = reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+                      reason == Qt::MenuBarFocusReason;
+            if (!isAway_)
                 handler_();
         }
         return QObject::eventFilter(box, event);
     }
 
 private:
+    /// The focus that a menu or another window has taken comes back to the box as a rule, but not always.
+    void notice(const QWidget* /*old*/, const QWidget* now)
+    {
+        const auto* box = static_cast<QWidget*>(parent());
+        if (!isAway_ || now == nullptr || now->window() != box->window() ||
+            qobject_cast<const QMenuBar*>(now) != nullptr)
+            return;
+        isAway_ = false;
+        if (now != box)
+            handler_();
+    }
+
     std::function<void()> handler_;
+    bool isAway_ = false; ///< a menu or another window has the focus that the box had
 };
 
 } // namespace

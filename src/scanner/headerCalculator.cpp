@@ -71,12 +71,8 @@ void HeaderCalculator::leavePrioVal(std::string_view text)
 void HeaderCalculator::leaveHdrTarget(std::string_view text)
 {
     const std::int32_t value = scanNumber(text);
-    if (value > largestByte || value < 1)
-        panel_.hdrTarget = usualTarget(panel_.optBit.at(addressingBox));
-    else if (value < 16)
-        panel_.hdrTarget = hexText(value, 2);
-    else
-        panel_.hdrTarget = upperCase(text);
+    const bool isByte = value >= 1 && value <= largestByte;
+    panel_.hdrTarget = isByte ? hexText(value, 2) : usualTarget(panel_.optBit.at(addressingBox));
 }
 
 void HeaderCalculator::leaveHdrSource(std::string_view text)

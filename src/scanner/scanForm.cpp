@@ -59,7 +59,7 @@ void scanForm::showStatus(const std::string& text) { scanner_.showStatus(text); 
 /// The Return key presses the button that has the focus; from a box it begins a scan, but never ends one.
 void scanForm::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+    if ((event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) || event->isAutoRepeat())
         outputForm::keyPressEvent(event);
     else if (auto* button = qobject_cast<QPushButton*>(focusWidget()))
         button->click();
@@ -90,7 +90,7 @@ void scanForm::connectControls()
 {
     for (const BoxEntry& entry : boxes_) {
         onLostFocus(*entry.edit, [this, box = entry.box] { scanner_.leave(box); });
-        connect(entry.edit, &QLineEdit::textEdited, this,
+        connect(entry.edit, &QLineEdit::textChanged, this,
                 [this, box = entry.box](const QString& text) { scanner_.type(box, fromQt(text)); });
     }
     for (const QAbstractButton* option :

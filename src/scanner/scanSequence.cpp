@@ -15,7 +15,7 @@ constexpr std::size_t wideLength = 3;       // a box of so many digits asks for 
 bool holdsSomething(std::string_view box) { return box.find_first_not_of(' ') != std::string_view::npos; }
 
 /// With as many digits as whole bytes need.
-std::string hexBytes(std::int32_t number, std::size_t fewestDigits = 2)
+std::string hexBytes(std::int32_t number, std::size_t fewestDigits)
 {
     std::string text = hexText(number, fewestDigits);
     return text.size() % 2 == 0 ? text : hexText(number, text.size() + 1);
@@ -41,7 +41,7 @@ std::optional<ScanRequest> ScanSequence::next(const ScanParameters& boxes)
         ++curMode_;
     if (curMode_ > endMode_ || (curMode_ == endMode_ && curPid_ > endPid_))
         return std::nullopt;
-    ScanRequest request{.text = hexBytes(curMode_), .expectedPrefix = hexBytes(curMode_ + answerOffset)};
+    ScanRequest request{.text = hexText(curMode_, 2), .expectedPrefix = hexText(curMode_ + answerOffset, 2)};
     if (hasPid_) {
         const std::string pid = hexBytes(curPid_, widePid_ ? 4 : 2);
         request.text += pid;
@@ -75,8 +75,8 @@ std::int64_t ScanSequence::left(const ScanParameters& boxes) const
     };
     const std::int64_t startPid = hasPid_ ? scanNumber(boxes.pidStart) : curPid_;
     std::int64_t all = inMode(curMode_, curPid_);
-    for (std::int64_t mode = curMode_ + 1; mode <= endMode_; ++mode)
-        all += inMode(mode, startPid);
+    if (curMode_ < endMode_)
+        all += (endMode_ - curMode_ - 1) * inMode(endMode_ - 1, startPid) + inMode(endMode_, startPid);
     if (boxes.skipsErasingMode() && curMode_ <= erasingMode)
         all -= inMode(erasingMode, curMode_ == erasingMode ? curPid_ : startPid);
     return all;

@@ -214,8 +214,6 @@ void Scanner::linkEvent(int event)
     if (event != commEvent::unknown)
         return;
     link_.countError();
-    link_.refreshCounterLine();
-    panel_.labelStats = link_.counterLine();
     panel_.statusBox += AdapterLink::eventText(event);
     changed();
 }

@@ -5,6 +5,7 @@
 #include "scanner/scanForm.h"
 
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QRegularExpression>
 
 namespace zint {
@@ -99,6 +100,10 @@ TEST_F(ScanFormTest, ChecksABoxOnceWhenItIsLeft)
     QFocusEvent toMenu(QEvent::FocusOut, Qt::MenuBarFocusReason);
     QCoreApplication::sendEvent(box("pidStop"), &toMenu);
     EXPECT_EQ(box("pidStop")->text(), u"12345");
+    control<QMenuBar>("menubar")->setFocus(Qt::MenuBarFocusReason);
+    box("pidStart")->setFocus(); // by the mouse, out of the menu
+    EXPECT_EQ(box("pidStop")->text(), u"");
+    type("pidStop", u"12345"_qs);
     adapter->expect("ATZ\r");
     trigger("mnuOpenCom"); // the focus is still in the box
     EXPECT_EQ(box("pidStop")->text(), u"");

@@ -101,8 +101,9 @@ TEST(HeaderCalculatorTest, ATargetIsAByteFromOneUp)
     };
     for (const Row& row :
          {Row{"5", "05", "05"}, Row{"05", "05", "05"}, Row{"00f", "0F", "0F"}, Row{"1f", "1F", "1F"},
-          Row{"ff", "FF", "FF"}, Row{"1", "01", "01"}, Row{"0", "10", "6A"}, Row{"100", "10", "6A"},
-          Row{"", "10", "6A"}, Row{"4G", "10", "6A"}, Row{"FFFFFFFFFF", "10", "6A"}}) {
+          Row{"01f", "1F", "1F"}, Row{"1 2", "12", "12"}, Row{"ff", "FF", "FF"}, Row{"1", "01", "01"},
+          Row{"0", "10", "6A"}, Row{"100", "10", "6A"}, Row{"", "10", "6A"}, Row{"4G", "10", "6A"},
+          Row{"FFFFFFFFFF", "10", "6A"}}) {
         HeaderCalculator physical("6C30F1");
         physical.leaveHdrTarget(row.typed);
         EXPECT_EQ(physical.panel().hdrTarget, row.physical) << row.typed;

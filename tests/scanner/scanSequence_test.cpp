@@ -74,6 +74,7 @@ TEST(ScanSequenceTest, ReadsTheBoxesAsTheyAreWhileTheScanRuns)
     EXPECT_EQ(sequence.next(boxes)->text, "0501FF");
     EXPECT_FALSE(sequence.next(boxes));
 
+    EXPECT_EQ(ScanSequence(parameters("C0-C0", "-")).next(parameters("C0-C0", "-"))->expectedPrefix, "100");
     ScanSequence wide(parameters("9-9", "0102-0102"));
     EXPECT_EQ(wide.next(parameters("9-9", "0102-0102"))->expectedPrefix, "49 01 02");
 }
