@@ -14,6 +14,8 @@ Launcher::System launcherSystem()
             .pathSeparator = static_cast<char>(QDir::separator().unicode()),
             .sampleFolder =
                 fromQt(QDir::toNativeSeparators(programDataFolder() + QStringLiteral("/designs"))),
+            .descriptionsFile =
+                fromQt(QDir::toNativeSeparators(programDataFolder() + QStringLiteral("/dtc.txt"))),
             .findBrowser = findBrowser};
 }
 

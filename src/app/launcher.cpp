@@ -51,6 +51,7 @@ void Launcher::load()
             values_.*saved.fileName = fileNamePart(value);
     }
     values_.sampleFolder = system_.sampleFolder;
+    values_.descriptionsFile = system_.descriptionsFile;
     values_.isFolderRemembered = !values_.parmInitDir.empty();
     if (!values_.isFolderRemembered)
         values_.parmInitDir = system_.workingFolder;

@@ -28,7 +28,8 @@ public:
     struct System {
         std::string workingFolder;
         char pathSeparator = '/';
-        std::string sampleFolder; ///< see ProgramValues
+        std::string sampleFolder;     ///< see ProgramValues
+        std::string descriptionsFile; ///< likewise
         std::function<std::string()>
             findBrowser; ///< the program that opens web pages; empty when there is none
     };

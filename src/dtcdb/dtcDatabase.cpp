@@ -1,11 +1,14 @@
 #include "dtcdb/dtcDatabase.h"
 
 #include "shared/module1.h"
+#include "shared/textFile.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
+#include <SQLiteCpp/VariadicBind.h>
 #include <sqlite3.h>
 
 #include <array>
+#include <filesystem>
 #include <fstream>
 #include <utility>
 
@@ -13,6 +16,18 @@ namespace zint {
 namespace {
 
 constexpr int lockPatienceMs = 2000;
+
+constexpr const char* layout = "CREATE TABLE DTCset (Code TEXT, Description TEXT, Notes TEXT);"
+                               "CREATE UNIQUE INDEX DTCndx ON DTCset (Code COLLATE NOCASE);";
+
+constexpr const char* select = "SELECT rowid, Code, Description, Notes FROM DTCset ";
+constexpr const char* thisCode = "WHERE Code = ?1 COLLATE NOCASE";
+constexpr const char* nextCode = "WHERE Code > ?1 COLLATE NOCASE ORDER BY Code COLLATE NOCASE LIMIT 1";
+constexpr const char* previousCode =
+    "WHERE Code < ?1 COLLATE NOCASE ORDER BY Code COLLATE NOCASE DESC LIMIT 1";
+constexpr const char* firstCode = "ORDER BY Code COLLATE NOCASE LIMIT 1";
+constexpr const char* lastCode = "ORDER BY Code COLLATE NOCASE DESC LIMIT 1";
+constexpr const char* thisKey = "WHERE rowid = ?1";
 
 enum class FileKind { sqlite, access, empty, other, unreadable };
 
@@ -35,11 +50,9 @@ FileKind kindOf(const std::string& path)
                                                                                           : FileKind::other;
 }
 
-std::string inQuotes(const std::string& path) { return "\"" + path + "\""; }
-
 [[noreturn]] void refuse(const std::string& path, const std::string& why)
 {
-    throw DatabaseError("The code descriptions in " + inQuotes(path) + " can't be read: " + why);
+    throw DatabaseError("The code descriptions in \"" + path + "\" can't be " + why);
 }
 
 void checkKind(const std::string& path)
@@ -48,66 +61,229 @@ void checkKind(const std::string& path)
     case FileKind::sqlite:
         return;
     case FileKind::access:
-        refuse(path, "this is a database of the Access engine, which this program does not read.");
+        refuse(path,
+               "read: this is a database of the Access engine. Open it in the DTC Editor, which can copy its "
+               "records.");
     case FileKind::empty:
-        refuse(path, "the file is empty. Delete it, so that a new database can be made.");
+        refuse(path, "read: the file is empty. Delete it, so that a new database can be made.");
     case FileKind::unreadable:
-        refuse(path, "the file is missing or you may not read it.");
+        refuse(path, "read: the file is missing or you may not read it.");
     case FileKind::other:
-        refuse(path, "the file is no database of this program. Choose another file.");
+        refuse(path, "read: the file is no database of this program. Choose another file.");
     }
 }
 
-[[noreturn]] void refuse(const std::string& path, const SQLite::Exception& error)
+/// Calls what uses the database and tells the user why it failed.
+template <typename Work>
+auto guarded(const std::string& path, Work work)
 {
-    switch (error.getErrorCode()) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-        refuse(path, "another program is writing to it. Try again when it has finished.");
-    case SQLITE_CORRUPT:
-    case SQLITE_NOTADB:
-        refuse(path, std::string("the file is damaged (") + error.what() + "). Restore it from a copy.");
-    default:
-        refuse(path, std::string(error.what()) + ".");
+    try {
+        return work();
+    } catch (const SQLite::Exception& error) {
+        const std::string why = error.what();
+        switch (error.getErrorCode()) {
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+            refuse(path, "used: another program is writing to it. Try again when it has finished.");
+        case SQLITE_CORRUPT:
+        case SQLITE_NOTADB:
+            refuse(path, "read: the file is damaged (" + why + "). Restore it from a copy.");
+        case SQLITE_FULL:
+            refuse(path, "written: there is no room left. Free some and try again.");
+        case SQLITE_READONLY:
+            refuse(path, "written: you may only read the file or its folder. Copy it to a folder of yours.");
+        default:
+            refuse(path, "used: " + why + ".");
+        }
     }
 }
+
+/// Ends a statement's run: it would keep others from writing.
+class Finished {
+public:
+    explicit Finished(SQLite::Statement& statement) : statement_(statement) {}
+    Finished(const Finished&) = delete;
+    Finished& operator=(const Finished&) = delete;
+    ~Finished() { statement_.tryReset(); }
+
+private:
+    SQLite::Statement& statement_;
+};
 
 } // namespace
 
 DtcDatabase::DtcDatabase(std::string path, std::unique_ptr<SQLite::Database> database)
     : path_(std::move(path)), database_(std::move(database))
 {
-    if (!database_->tableExists("DTCset"))
-        refuse(path_, "it has no table \"DTCset\". Choose another file.");
-    find_ = std::make_unique<SQLite::Statement>(
-        *database_, "SELECT Description FROM DTCset WHERE Code = ?1 COLLATE NOCASE");
 }
 
 DtcDatabase::~DtcDatabase() = default;
 
+std::unique_ptr<DtcDatabase> DtcDatabase::connect(const std::string& path, int flags)
+{
+    return guarded(path, [&] {
+        auto file = std::make_unique<SQLite::Database>(path, flags, lockPatienceMs);
+        return std::unique_ptr<DtcDatabase>(new DtcDatabase(path, std::move(file)));
+    });
+}
+
 std::unique_ptr<DtcDatabase> DtcDatabase::openForReading(const std::string& path)
 {
     checkKind(path);
+    auto database = connect(path, SQLite::OPEN_READONLY);
+    if (database->number("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name = 'DTCset'") == 0)
+        refuse(path, "read: it has no table \"DTCset\". Choose another file.");
+    database->find({}); // whether it has the fields
+    return database;
+}
+
+std::unique_ptr<DtcDatabase> DtcDatabase::open(const std::string& path)
+{
+    openForReading(path);
+    auto database = connect(path, SQLite::OPEN_READWRITE);
+    if (database->number("SELECT COUNT(*) FROM sqlite_master WHERE type = 'index' AND name = 'DTCndx'") == 0)
+        refuse(path, "edited: it has no index \"DTCndx\". Choose another file.");
+    database->inOneStep([] {}); // whether it may be written
+    return database;
+}
+
+std::unique_ptr<DtcDatabase> DtcDatabase::create(const std::string& path)
+{
     try {
-        auto database = std::make_unique<SQLite::Database>(path, SQLite::OPEN_READONLY, lockPatienceMs);
-        return std::unique_ptr<DtcDatabase>(new DtcDatabase(path, std::move(database)));
-    } catch (const SQLite::Exception& error) {
-        refuse(path, error);
+        createFile(path);
+    } catch (const FileError& error) {
+        throw DatabaseError(error.what());
     }
+    try {
+        auto database = connect(path, SQLite::OPEN_READWRITE);
+        database->inOneStep([&] { guarded(path, [&] { return database->database_->exec(layout); }); });
+        return database;
+    } catch (...) {
+        std::error_code ignored;
+        std::filesystem::remove(utf8Path(path), ignored);
+        throw;
+    }
+}
+
+SQLite::Statement& DtcDatabase::statement(const char* sql, const char* head)
+{
+    auto found = statements_.find(sql);
+    if (found == statements_.end())
+        found = statements_.try_emplace(sql, *database_, std::string(head) + sql).first;
+    return found->second;
+}
+
+std::int64_t DtcDatabase::number(const char* sql)
+{
+    return guarded(path_, [&] {
+        SQLite::Statement& query = statement(sql);
+        const Finished finished(query);
+        return query.executeStep() ? query.getColumn(0).getInt64() : 0;
+    });
+}
+
+template <typename... Values>
+std::optional<DtcDatabase::Entry> DtcDatabase::entry(const char* condition, const Values&... values)
+{
+    return guarded(path_, [&] {
+        SQLite::Statement& query = statement(condition, select);
+        const Finished finished(query);
+        SQLite::bind(query, values...);
+        std::optional<Entry> found;
+        if (query.executeStep())
+            found = {.key = query.getColumn(0).getInt64(),
+                     .record = {.code = query.getColumn(1).getString(),
+                                .description = query.getColumn(2).getString(),
+                                .notes = query.getColumn(3).getString()}};
+        return found;
+    });
 }
 
 std::optional<std::string> DtcDatabase::describe(std::string_view code)
 {
+    const auto found = find(std::string(code));
+    return found ? std::optional(found->record.description) : std::nullopt;
+}
+
+std::int64_t DtcDatabase::count()
+{
+    const std::int64_t version = number("PRAGMA data_version"); // tells whether another program has written
+    if (version != countedVersion_) {
+        count_ = number("SELECT COUNT(*) FROM DTCset");
+        countedVersion_ = version;
+    }
+    return count_;
+}
+
+std::optional<DtcDatabase::Entry> DtcDatabase::first() { return entry(firstCode); }
+
+std::optional<DtcDatabase::Entry> DtcDatabase::last() { return entry(lastCode); }
+
+std::optional<DtcDatabase::Entry> DtcDatabase::find(const std::string& code) { return entry(thisCode, code); }
+
+std::optional<DtcDatabase::Entry> DtcDatabase::after(const std::string& code)
+{
+    return entry(nextCode, code);
+}
+
+std::optional<DtcDatabase::Entry> DtcDatabase::before(const std::string& code)
+{
+    return entry(previousCode, code);
+}
+
+std::optional<DtcDatabase::Entry> DtcDatabase::read(std::int64_t key) { return entry(thisKey, key); }
+
+/// @return how many records it concerned
+template <typename... Values>
+int DtcDatabase::change(const char* sql, const Values&... values)
+{
+    countedVersion_ = noVersion;
+    return guarded(path_, [&] {
+        SQLite::Statement& command = statement(sql);
+        const Finished finished(command);
+        SQLite::bind(command, values...);
+        return command.exec();
+    });
+}
+
+bool DtcDatabase::add(const DtcRecord& record)
+{
+    return change("INSERT OR IGNORE INTO DTCset (Code, Description, Notes) VALUES (?1, ?2, ?3)", record.code,
+                  record.description, record.notes) > 0;
+}
+
+DtcDatabase::Update DtcDatabase::update(std::int64_t key, const DtcRecord& record)
+{
+    if (change("UPDATE OR IGNORE DTCset SET Code = ?2, Description = ?3, Notes = ?4 WHERE rowid = ?1", key,
+               record.code, record.description, record.notes) > 0)
+        return Update::done;
+    return read(key) ? Update::codeInUse : Update::gone;
+}
+
+void DtcDatabase::remove(std::int64_t key) { change("DELETE FROM DTCset WHERE rowid = ?1", key); }
+
+void DtcDatabase::inOneStep(const std::function<void()>& work)
+{
+    const auto execute = [this](const char* sql) { guarded(path_, [&] { return database_->exec(sql); }); };
+    execute("BEGIN IMMEDIATE");
     try {
-        find_->reset();
-        find_->bind(1, std::string(code));
-        if (!find_->executeStep())
-            return std::nullopt;
-        return find_->getColumn(0).getString();
-    } catch (const SQLite::Exception& error) {
-        refuse(path_, error);
+        work();
+        execute("COMMIT");
+    } catch (...) {
+        countedVersion_ = noVersion;
+        database_->tryExec("ROLLBACK");
+        throw;
     }
 }
+
+DtcRecord cutToSize(const DtcRecord& record)
+{
+    return {.code = record.code,
+            .description = std::string(firstCharacters(record.description, DtcDatabase::descriptionSize)),
+            .notes = std::string(firstCharacters(record.notes, DtcDatabase::notesSize))};
+}
+
+bool isAccessDatabase(const std::string& path) { return kindOf(path) == FileKind::access; }
 
 bool DtcDatabaseSource::available() const { return fileExists(path_); }
 

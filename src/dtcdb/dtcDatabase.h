@@ -1,10 +1,16 @@
 #pragma once
 
 #include "dtcdb/codeDescriptions.h"
+#include "dtcdb/dtcRecord.h"
 
+#include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace SQLite {
 class Database;
@@ -22,7 +28,10 @@ public:
 /// The database of code descriptions: an SQLite file with one table.
 ///
 /// DTCset(Code, Description, Notes), all text; the unique index DTCndx on Code compares without regard to
-/// case and gives the records their order.
+/// case and gives the records their order. Other programs may change the file meanwhile: each call sees what
+/// is there now, and waits a moment while another one writes.
+///
+/// What fails throws DatabaseError and leaves the file as it was.
 class DtcDatabase final : public CodeDescriptions {
 public:
     /// Field sizes in characters.
@@ -30,21 +39,76 @@ public:
     static constexpr int descriptionSize = 100;
     static constexpr int notesSize = 255;
 
-    /// Opens an existing database for reading. @throws DatabaseError when it is missing, damaged or of
+    /// Opens an existing database for look-ups. @throws DatabaseError when it is missing, damaged or of
     /// another kind
     static std::unique_ptr<DtcDatabase> openForReading(const std::string& path);
+
+    /// Opens an existing database for all uses. @throws DatabaseError as openForReading(), and when it lacks
+    /// the index or may not be written
+    static std::unique_ptr<DtcDatabase> open(const std::string& path);
+
+    /// Makes a database without records. @throws DatabaseError when it can't be made, and when there is
+    /// something of that name: nothing is ever replaced
+    static std::unique_ptr<DtcDatabase> create(const std::string& path);
 
     ~DtcDatabase() override;
 
     std::optional<std::string> describe(std::string_view code) override;
 
+    /// A record and what it is known by until it is removed.
+    struct Entry {
+        std::int64_t key;
+        DtcRecord record;
+    };
+
+    std::int64_t count();
+    std::optional<Entry> first();
+    std::optional<Entry> last();
+    std::optional<Entry> find(const std::string& code);
+    std::optional<Entry> after(const std::string& code);  ///< the next one in order
+    std::optional<Entry> before(const std::string& code); ///< the one before it in order
+    std::optional<Entry> read(std::int64_t key);
+
+    /// @return false when the code is in use; nothing is added then
+    bool add(const DtcRecord& record);
+
+    enum class Update { done, codeInUse, gone };
+
+    /// Replaces all fields. In all cases but `done` nothing has changed; a record is gone when another
+    /// program has removed it.
+    Update update(std::int64_t key, const DtcRecord& record);
+
+    /// Does nothing when there is no such record any more.
+    void remove(std::int64_t key);
+
+    /// What the work changes is kept as a whole, or not at all when it throws.
+    void inOneStep(const std::function<void()>& work);
+
 private:
     DtcDatabase(std::string path, std::unique_ptr<SQLite::Database> database);
 
+    static std::unique_ptr<DtcDatabase> connect(const std::string& path, int flags);
+    SQLite::Statement& statement(const char* sql, const char* head = "");
+    std::int64_t number(const char* sql);
+    template <typename... Values>
+    std::optional<Entry> entry(const char* condition, const Values&... values);
+    template <typename... Values>
+    int change(const char* sql, const Values&... values);
+
     std::string path_;
     std::unique_ptr<SQLite::Database> database_;
-    std::unique_ptr<SQLite::Statement> find_;
+    std::map<std::string_view, SQLite::Statement> statements_; ///< by their SQL, without its head
+    std::int64_t count_ = 0;
+    std::int64_t countedVersion_ = noVersion; ///< of the file
+
+    static constexpr std::int64_t noVersion = -1;
 };
+
+/// The record with its description and notes as long as the table takes them.
+DtcRecord cutToSize(const DtcRecord& record);
+
+/// Whether a file is a database of the Access engine, which keeps its own form of the table.
+bool isAccessDatabase(const std::string& path);
 
 /// The descriptions in a database file.
 class DtcDatabaseSource final : public CodeDescriptionSource {

@@ -46,6 +46,14 @@ std::string QtFileDialogs::chooseToOpen(const FileKinds& kinds, const std::strin
     return chosen(dialog);
 }
 
+std::string QtFileDialogs::chooseAny(const FileKinds& kinds, const std::string& folder)
+{
+    QFileDialog dialog(&window_);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    prepare(dialog, kinds, folder);
+    return chosen(dialog);
+}
+
 std::string QtFileDialogs::chooseToSave(const FileKinds& kinds, const std::string& folder,
                                         const std::string& proposed)
 {

@@ -13,6 +13,7 @@ public:
     explicit QtFileDialogs(QWidget& window) : window_(window) {}
 
     std::string chooseToOpen(const FileKinds& kinds, const std::string& folder) override;
+    std::string chooseAny(const FileKinds& kinds, const std::string& folder) override;
     std::string chooseToSave(const FileKinds& kinds, const std::string& folder,
                              const std::string& proposed) override;
 

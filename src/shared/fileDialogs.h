@@ -21,6 +21,9 @@ public:
 
     virtual std::string chooseToOpen(const FileKinds& kinds, const std::string& folder) = 0;
 
+    /// A file that exists or a new one.
+    virtual std::string chooseAny(const FileKinds& kinds, const std::string& folder) = 0;
+
     /// Asks before an existing file is chosen. @param proposed a file name, may be empty
     virtual std::string chooseToSave(const FileKinds& kinds, const std::string& folder,
                                      const std::string& proposed) = 0;

@@ -27,6 +27,7 @@ struct ProgramValues {
     bool isFolderRemembered = true; ///< whether the user chose parmInitDir, as opposed to a default
     bool mayOverwriteSave = true;   ///< whether parmSave is the present design's; else saving asks for a name
     std::string sampleFolder;       ///< the designs that come with the program
+    std::string descriptionsFile;   ///< the code descriptions that come with the program
     std::string browserPath;        ///< the program that opens web pages; empty when none was found
     std::string lastFailureText;    ///< the last reply that was no monitor status, or the time-out's text
 

@@ -2,9 +2,11 @@
 
 #include "shared/module1.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -149,6 +151,16 @@ std::string toUtf8(std::string_view bytes)
     return text;
 }
 
+std::string_view firstCharacters(std::string_view text, std::size_t count)
+{
+    if (text.size() <= count) // usual, and quick
+        return text;
+    std::size_t length = 0;
+    for (; count > 0 && length < text.size(); --count)
+        length += std::max<std::size_t>(characterLength(text.substr(length)), 1);
+    return text.substr(0, length);
+}
+
 std::optional<std::string> LineReader::next()
 {
     std::string line;
@@ -191,6 +203,19 @@ void readFile(const std::string& path, const std::function<void(std::istream&)>&
     if (!stream)
         throw FileError(inQuotes(path) + " can't be read: " + reason(errno));
     read(stream);
+}
+
+void createFile(const std::string& path)
+{
+    errno = 0;
+#ifdef _WIN32
+    std::FILE* const file = ::_wfopen(utf8Path(path).c_str(), L"wx");
+#else
+    std::FILE* const file = std::fopen(path.c_str(), "wx");
+#endif
+    if (file == nullptr)
+        throw FileError(inQuotes(path) + " can't be made: " + reason(errno));
+    std::fclose(file);
 }
 
 void requireWritable(const std::string& path)

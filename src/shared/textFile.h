@@ -18,6 +18,9 @@ inline constexpr std::string_view lineEnd = "\r\n";
 /// The text in UTF-8: as it is when it is valid UTF-8, else read as Windows-1252, as older programs wrote.
 std::string toUtf8(std::string_view bytes);
 
+/// At most `count` characters, not bytes, from the first one on; the text is valid UTF-8.
+std::string_view firstCharacters(std::string_view text, std::size_t count);
+
 /// Reads a stream line by line; CR LF and LF alone both end a line, and so does the end of the stream.
 class LineReader {
 public:
@@ -46,6 +49,9 @@ private:
 /// Calls `read` with the file's stream. @throws FileError when the file can't be opened; whatever `read`
 /// throws
 void readFile(const std::string& path, const std::function<void(std::istream&)>& read);
+
+/// Makes an empty file. @throws FileError when it can't be made, and when there is something of that name
+void createFile(const std::string& path);
 
 /// Makes sure that replaceFile() can begin, as long as nothing changes. Nothing is written to the file.
 /// @throws FileError when it can't

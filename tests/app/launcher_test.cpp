@@ -20,7 +20,7 @@ struct LauncherTest : testing::Test {
 
     static Launcher::System surroundings(char separator)
     {
-        return {"/home/a", separator, "/samples/", [] { return "/bin/www"; }};
+        return {"/home/a", separator, "/samples/", "/data/dtc.txt", [] { return "/bin/www"; }};
     }
 
     const Texts keys = {"comPort",  "comSpeed",   "InitDir", "DTCdb",

@@ -18,6 +18,12 @@ struct ScriptedDialogs final : FileDialogs {
         return std::exchange(chosen, {});
     }
 
+    std::string chooseAny(const FileKinds& kinds, const std::string& folder) override
+    {
+        asked = "any " + folder + "||" + kinds.filter;
+        return std::exchange(chosen, {});
+    }
+
     std::string chooseToSave(const FileKinds& kinds, const std::string& folder,
                              const std::string& proposed) override
     {

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "dtcdb/dtcDatabase.h"
+#include "shared/progress.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Text files of descriptions, by which they are exchanged with other sources: a line holds code, description
+/// and notes.
+namespace zint {
+
+/// What is wrong with a code: "P", "C", "B" or "U", a digit up to 3, and three digits in hexadecimal; all in
+/// capitals.
+/// @return the place, from 1, of the first character that is wrong, missing or too much; 0 for a code
+int codeFault(std::string_view code);
+
+/// How fields follow each other in a line.
+enum class DtcFields {
+    comma,
+    tab,
+    space, ///< all behind the first blank is the description
+    fixed  ///< each field is as wide as it can be in the database
+};
+
+/// How a text file is read or written.
+struct DtcTextOptions {
+    DtcFields fields = DtcFields::comma;
+    bool delimNotes = false; ///< export: a separator stands before the notes
+    bool dupOver = false;    ///< import: a code that the table has gets the description and notes of the file
+    bool noNotes = false;    ///< notes are neither read nor written
+};
+
+/// The fields of a line. They may be longer than the database takes, and the code may be wrong; a field that
+/// is missing is one blank.
+DtcRecord readDtcLine(std::string_view line, const DtcTextOptions& options);
+
+/// A line without its end.
+std::string dtcLine(const DtcRecord& record, const DtcTextOptions& options);
+
+/// What came of an import.
+struct DtcImport {
+    /// A line that is no record.
+    struct Skipped {
+        std::size_t line; ///< its number, from 1
+        std::string code;
+    };
+    static constexpr std::size_t mostKept = 1000;
+
+    std::int64_t lines = 0;
+    std::int64_t skipped = 0;
+    std::int64_t added = 0;
+    std::int64_t present = 0;          ///< the table had the code; overwritten if that was asked for
+    std::vector<Skipped> firstSkipped; ///< at most mostKept
+};
+
+/// Reads a file into the table, all of it or nothing.
+/// @throws FileError when the file can't be read, DatabaseError when the table can't be written, WorkStopped
+DtcImport importDtcText(DtcDatabase& database, const std::string& path, const DtcTextOptions& options,
+                        Progress& progress);
+
+/// Writes the table into a file, which it replaces in one step. @return the number of records
+/// @throws FileError when the file can't be written, DatabaseError when the table can't be read
+std::int64_t exportDtcText(DtcDatabase& database, const std::string& path, const DtcTextOptions& options);
+
+/// Makes a database of a file in which fields are separated by commas. Nothing is left when it fails.
+/// @throws as DtcDatabase::create() and importDtcText()
+DtcImport setUpDtcDatabase(const std::string& databasePath, const std::string& textPath, Progress& progress);
+
+} // namespace zint
