@@ -6,6 +6,7 @@
 #include "app/startForm.h"
 #include "codes/codesForm.h"
 #include "designer/pollSetup2.h"
+#include "dtcdb/dtcEditForm.h"
 #include "platform/folders.h"
 #include "platform/icons.h"
 #include "platform/text.h"
@@ -37,9 +38,9 @@ toolForm* make(ToolContext& context)
 }
 
 constexpr std::array toolEntries = {
-    ToolEntry{Tool::codes, &make<codesForm>},        ToolEntry{Tool::pollDesigner, &make<pollSetup2>},
-    ToolEntry{Tool::pollRunner, &make<obdPollForm>}, ToolEntry{Tool::terminal, &make<debuggerForm>},
-    ToolEntry{Tool::scanner, &make<scanForm>},
+    ToolEntry{Tool::codes, &make<codesForm>},         ToolEntry{Tool::dtcEditor, &make<dtcEditForm>},
+    ToolEntry{Tool::pollDesigner, &make<pollSetup2>}, ToolEntry{Tool::pollRunner, &make<obdPollForm>},
+    ToolEntry{Tool::terminal, &make<debuggerForm>},   ToolEntry{Tool::scanner, &make<scanForm>},
 };
 
 const ToolEntry* entryOf(Tool tool)

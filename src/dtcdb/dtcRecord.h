@@ -4,11 +4,13 @@
 
 namespace zint {
 
-/// A description as the database keeps it. All texts are UTF-8.
+/// A record of the description database; all texts in UTF-8, a missing one is empty.
 struct DtcRecord {
-    std::string code; ///< such as "P0301"
+    std::string code;
     std::string description;
     std::string notes;
+
+    bool operator==(const DtcRecord&) const = default;
 };
 
 } // namespace zint

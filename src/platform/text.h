@@ -3,6 +3,7 @@
 #include "shared/controls.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QString>
@@ -26,11 +27,17 @@ inline QString toQtLines(std::string_view text)
 
 inline std::string fromQt(const QString& text) { return text.toStdString(); }
 
-/// Shows a text in a label, or a button's caption and state, when it differs from what is shown.
+/// Shows a text in a label or box, or a button's caption and state, when it differs from what is shown.
 inline void display(QLabel& label, const std::string& text)
 {
     if (const QString now = toQtLines(text); label.text() != now)
         label.setText(now);
+}
+
+inline void display(QLineEdit& box, const std::string& text)
+{
+    if (const QString now = toQt(text); box.text() != now)
+        box.setText(now);
 }
 
 inline void display(QPushButton& button, const Button& state)

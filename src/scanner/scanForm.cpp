@@ -121,10 +121,8 @@ void scanForm::paint()
 {
     const ScanPanel& p = scanner_.panel();
     progress_.request();
-    for (const BoxEntry& entry : boxes_) {
-        if (const QString text = toQt(scanner_.boxes().*entry.box); entry.edit->text() != text)
-            entry.edit->setText(text);
-    }
+    for (const BoxEntry& entry : boxes_)
+        display(*entry.edit, scanner_.boxes().*entry.box);
     display(*ui->comScan, p.comScan, scanner_.isScanning() ? "media-playback-stop" : "media-playback-start");
     display(*ui->warning, p.warning);
     for (QWidget* part : {ui->warningIcon, ui->warning})

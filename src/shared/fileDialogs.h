@@ -21,8 +21,11 @@ public:
 
     virtual std::string chooseToOpen(const FileKinds& kinds, const std::string& folder) = 0;
 
-    /// A file that exists or a new one.
-    virtual std::string chooseAny(const FileKinds& kinds, const std::string& folder) = 0;
+    /// A file that exists or, where the dialogs can, a new one.
+    virtual std::string chooseAny(const FileKinds& kinds, const std::string& folder)
+    {
+        return chooseToOpen(kinds, folder);
+    }
 
     /// Asks before an existing file is chosen. @param proposed a file name, may be empty
     virtual std::string chooseToSave(const FileKinds& kinds, const std::string& folder,

@@ -2,6 +2,7 @@
 #include "app/portsForm.h"
 #include "codes/codesForm.h"
 #include "designer/pollSetup2.h"
+#include "dtcdb/dtcEditForm.h"
 #include "forms/formTest.h"
 #include "scanner/calcHdrForm.h"
 #include "scanner/scanForm.h"
@@ -24,6 +25,7 @@ struct FormConventionsTest : FormTest {
     {
         forms.push_back(makeStartForm());
         forms.push_back(std::make_unique<codesForm>(context));
+        forms.push_back(std::make_unique<dtcEditForm>(context));
         forms.push_back(std::make_unique<pollSetup2>(context));
         forms.push_back(std::make_unique<debuggerForm>(context));
         forms.push_back(std::make_unique<scanForm>(context));
