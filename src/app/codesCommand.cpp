@@ -26,8 +26,12 @@ public:
         if (exchange_.isRunning())
             QCoreApplication::exec();
         exchange_.unload();
-        if (exchange_.succeeded())
-            return printOut(codesReport(exchange_.panel(), exchange_.reportedCodeCount()));
+        if (exchange_.succeeded()) {
+            const int printed = printOut(codesReport(exchange_.panel(), exchange_.reportedCodeCount()));
+            if (exchange_.lacksDescriptions())
+                complain(noDatabaseText(session_.values.parmDTCdb));
+            return printed;
+        }
         if (!session_.prompts.hasComplained)
             complain(exchange_.panel().statusBox); // that is where a port tells its failures
         return exitStatus::failure;

@@ -23,13 +23,16 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// A word on the command line that says what to do, and the files that follow it.
+/// The word or words on the command line that say what to do, and what follows them.
 struct Command {
     const char* name; ///< empty: the windows
     CommandLine::Action action;
     std::vector<std::string CommandLine::*> files;
     const char* usage;
     const char* description;
+    std::vector<std::string> CommandLine::*list = nullptr; ///< of further words, at least one
+
+    QStringList words() const { return QString(QLatin1String(name)).split(u' ', Qt::SkipEmptyParts); }
 };
 
 const Command windows{"", CommandLine::Action::showWindows, {}, "", ""};
@@ -60,6 +63,27 @@ const std::array commands{
             {},
             "scan",
             "Ask for a range of modes and PIDs, print what is answered."},
+    Command{"dtc setup",
+            CommandLine::Action::setUpDescriptions,
+            {},
+            "dtc setup",
+            "Make the database of code descriptions from those that come with the program."},
+    Command{"dtc lookup",
+            CommandLine::Action::lookUpCodes,
+            {},
+            "dtc lookup CODE...",
+            "Print the descriptions and notes of codes.",
+            &CommandLine::codes},
+    Command{"dtc import",
+            CommandLine::Action::importDescriptions,
+            {&CommandLine::textPath},
+            "dtc import FILE",
+            "Add the descriptions in a text file to the database."},
+    Command{"dtc export",
+            CommandLine::Action::exportDescriptions,
+            {&CommandLine::textPath},
+            "dtc export FILE",
+            "Write all descriptions into a text file; - is standard output."},
 };
 
 /// An option: with which commands it goes, and what it means.
@@ -188,7 +212,13 @@ const std::vector<Option>& options()
     static const QStringList scan{QStringLiteral("scan")};
     static const QStringList waiting{QStringLiteral("codes"), QStringLiteral("terminal"),
                                      QStringLiteral("scan")};
-    static const QStringList progressing{QStringLiteral("poll"), QStringLiteral("scan")};
+    static const QStringList progressing{QStringLiteral("poll"), QStringLiteral("scan"),
+                                         QStringLiteral("dtc setup"), QStringLiteral("dtc import")};
+    static const QStringList setup{QStringLiteral("dtc setup")};
+    static const QStringList import{QStringLiteral("dtc import")};
+    static const QStringList exporting{QStringLiteral("dtc export")};
+    static const QStringList exchange = import + exporting;
+    static const QStringList database = setup + QStringList(QStringLiteral("dtc lookup")) + exchange;
     static const QStringList codes{QStringLiteral("codes")};
     static const QStringList poll{QStringLiteral("poll")};
     static const std::vector<Option> table{
@@ -253,7 +283,31 @@ const std::vector<Option>& options()
          "With scan: let it send mode 04, which erases the codes and test results in the vehicle. With the "
          "header 686AF1 it never does.",
          scan, [](CommandLine& line, const QString&) { line.allowsErasing = true; }},
-        {"quiet", "", "With poll or scan: show no progress.", progressing,
+        {"db", "file",
+         "With the dtc commands: the database of code descriptions, instead of the one that the windows use.",
+         database,
+         [](CommandLine& line, const QString& text) { line.databasePath = fileName("--db", text); }},
+        {"if-missing", "", "With dtc setup: do nothing when there is a database.", setup,
+         [](CommandLine& line, const QString&) { line.onlyIfMissing = true; }},
+        {"comma", "",
+         "With dtc import or export: code, description and notes are separated by commas (the default).",
+         exchange, [](CommandLine& line, const QString&) { line.textOptions.fields = DtcFields::comma; }},
+        {"tab", "", "With dtc import or export: by tabs.", exchange,
+         [](CommandLine& line, const QString&) { line.textOptions.fields = DtcFields::tab; }},
+        {"space", "",
+         "With dtc import or export: by blanks. On import, all behind the first blank is the description.",
+         exchange, [](CommandLine& line, const QString&) { line.textOptions.fields = DtcFields::space; }},
+        {"fixed", "", "With dtc import or export: they are 5, 100 and 255 characters wide.", exchange,
+         [](CommandLine& line, const QString&) { line.textOptions.fields = DtcFields::fixed; }},
+        {"no-notes", "", "With dtc import or export: leave the notes out.", exchange,
+         [](CommandLine& line, const QString&) { line.textOptions.noNotes = true; }},
+        {"overwrite", "", "With dtc import: a code that the database has gets the text of the file.", import,
+         [](CommandLine& line, const QString&) { line.textOptions.dupOver = true; }},
+        {"delim-notes", "",
+         "With dtc export: put a separator before the notes, too; else they stand directly behind the "
+         "description.",
+         exporting, [](CommandLine& line, const QString&) { line.textOptions.delimNotes = true; }},
+        {"quiet", "", "With poll, scan, dtc setup or dtc import: show no progress.", progressing,
          [](CommandLine& line, const QString&) { line.quiet = true; }},
     };
     return table;
@@ -284,25 +338,43 @@ void describe(QCommandLineParser& parser)
                                  QStringLiteral("[command [files]]"));
 }
 
+/// @return the usages of the commands that begin with a word; empty when there are none
+std::string usagesOf(const QString& word)
+{
+    std::string usages;
+    for (const Command& command : commands) {
+        if (command.words().front() == word)
+            usages += (usages.empty() ? "" : ", ") + std::string(command.usage);
+    }
+    return usages;
+}
+
 const Command& commandOf(const QStringList& words)
 {
     if (words.isEmpty())
         return windows;
-    const auto* const found =
-        std::ranges::find(commands, words.front(), [](const Command& c) { return QLatin1String(c.name); });
-    if (found == commands.end())
-        throw UsageError("unknown command \"" + fromQt(words.join(u' ')) + "\"");
-    return *found;
+    const auto* const found = std::ranges::find_if(commands, [&](const Command& command) {
+        const QStringList name = command.words();
+        return words.mid(0, name.size()) == name;
+    });
+    if (found != commands.end())
+        return *found;
+    const std::string similar = usagesOf(words.front());
+    throw UsageError("unknown command \"" + fromQt(words.join(u' ')) + "\"" +
+                     (similar.empty() ? "" : "; there are: " + similar));
 }
 
 void readFiles(const QStringList& words, const Command& command, CommandLine& line)
 {
     const auto count = static_cast<qsizetype>(command.files.size());
-    if (words.size() != count || words.contains(QString()))
+    const bool fits = command.list != nullptr ? words.size() > count : words.size() == count;
+    if (!fits || words.contains(QString()))
         throw UsageError("wrong words after \"" + std::string(command.name) +
                          "\"; the command is: zint-obd " + command.usage);
     for (qsizetype i = 0; i < count; ++i)
         line.*command.files[static_cast<std::size_t>(i)] = fromQt(words[i]);
+    for (const QString& word : words.mid(count))
+        (line.*command.list).push_back(fromQt(word));
 }
 
 void readOptions(const QCommandLineParser& parser, const Command& command, CommandLine& line)
@@ -344,7 +416,7 @@ CommandLine read(const QCommandLineParser& parser)
     QStringList words = parser.positionalArguments();
     const Command& command = commandOf(words);
     line.action = command.action;
-    readFiles(words.mid(1), command, line);
+    readFiles(words.mid(command.words().size()), command, line);
     readOptions(parser, command, line);
     if (line.clearCodes && !line.isConfirmed)
         throw UsageError(
@@ -356,9 +428,14 @@ CommandLine read(const QCommandLineParser& parser)
             throw UsageError("--loops and --seconds both say when the run ends; give one of them");
         line.loops = mostLoops;
     }
-    const auto bases = {QStringLiteral("hex"), QStringLiteral("dec"), QStringLiteral("oct")};
-    if (std::ranges::count_if(bases, [&](const QString& name) { return parser.isSet(name); }) > 1)
+    const auto setOf = [&](const QStringList& names) {
+        return std::ranges::count_if(names, [&](const QString& name) { return parser.isSet(name); });
+    };
+    if (setOf({QStringLiteral("hex"), QStringLiteral("dec"), QStringLiteral("oct")}) > 1)
         throw UsageError("--hex, --dec and --oct exclude each other; give one of them");
+    if (setOf({QStringLiteral("comma"), QStringLiteral("tab"), QStringLiteral("space"),
+               QStringLiteral("fixed")}) > 1)
+        throw UsageError("--comma, --tab, --space and --fixed exclude each other; give one of them");
     requireDifferentFiles(line);
     return line;
 }

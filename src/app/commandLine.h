@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dtcdb/dtcText.h"
 #include "scanner/scanParameters.h"
 #include "scanner/scanReply.h"
 #include "terminal/terminalOptions.h"
@@ -9,6 +10,7 @@
 #include <chrono>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zint {
 
@@ -30,6 +32,10 @@ struct CommandLine {
         exportLog,
         terminal,
         scan,
+        setUpDescriptions,
+        lookUpCodes,
+        importDescriptions,
+        exportDescriptions,
         refuse
     };
 
@@ -55,6 +61,12 @@ struct CommandLine {
     bool decimal = false;                ///< valid ones as a number as well
     bool ascii = false;                  ///< as characters as well
     bool allowsErasing = false;          ///< a scan may erase data in the vehicle
+
+    std::string databasePath;       ///< of code descriptions; empty: the one that the program uses
+    bool onlyIfMissing = false;     ///< an existing database is no failure of a set-up
+    std::vector<std::string> codes; ///< to look up
+    std::string textPath;           ///< to import or export
+    DtcTextOptions textOptions;     ///< how its lines are
 
     /// @param arguments with the program's name in front
     static CommandLine parse(const QStringList& arguments);

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 
+#include <exception>
 #include <iostream>
 #include <utility>
 
@@ -44,6 +45,21 @@ int printOut(const std::string& text)
         return exitStatus::success;
     complain("the report could not be written to standard output");
     return exitStatus::failure;
+}
+
+int telling(const std::function<int()>& command)
+{
+    try {
+        return command();
+    } catch (const std::exception& error) {
+        complain(error.what());
+        return exitStatus::failure;
+    }
+}
+
+std::string noDatabaseText(const std::string& path)
+{
+    return "there is no database of code descriptions \"" + path + "\"; zint-obd dtc setup makes one";
 }
 
 std::string noAnswerText(std::chrono::seconds timeout)

@@ -15,6 +15,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,6 +39,12 @@ void showProgress(const std::string& text);
 
 /// Prints on standard output. @return the exit status; a failure has been told
 int printOut(const std::string& text);
+
+/// Runs what reads and writes files; what it throws is told. @return the exit status
+int telling(const std::function<int()>& command);
+
+/// What is told when there is no database of code descriptions.
+std::string noDatabaseText(const std::string& path);
 
 /// What is told when a reply does not come in time.
 std::string noAnswerText(std::chrono::seconds timeout);

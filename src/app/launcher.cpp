@@ -1,5 +1,6 @@
 #include "app/launcher.h"
 
+#include "dtcdb/dtcText.h"
 #include "shared/module1.h"
 #include "shared/programInfo.h"
 #include "shared/runTimeError.h"
@@ -56,9 +57,14 @@ void Launcher::load()
     if (!values_.isFolderRemembered)
         values_.parmInitDir = system_.workingFolder;
     if (values_.parmDTCdb.empty())
-        values_.parmDTCdb = system_.workingFolder + system_.pathSeparator + "dtc.mdb";
+        values_.parmDTCdb = defaultDatabase();
     panel_.caption += " v" + programInfo().version();
     values_.browserPath = system_.findBrowser();
+}
+
+std::string Launcher::defaultDatabase() const
+{
+    return system_.workingFolder + system_.pathSeparator + "dtc.mdb";
 }
 
 void Launcher::loadChoice(const Choice& choice)
@@ -164,6 +170,25 @@ void Launcher::clearDefaults()
             (values_.*saved.fileName).clear();
     }
     values_.isFolderRemembered = false;
+}
+
+void Launcher::setUpDescriptions()
+{
+    const std::string path =
+        values_.parmDTCdb.empty() ? defaultDatabase() : values_.parmDTCdb; // see clearDefaults
+    if (fileExists(path)) {
+        prompts_.message("There is a database of code descriptions already: " + path +
+                         "\r\nIt stays as it is.");
+        return;
+    }
+    DtcImport import;
+    const bool isDone = prompts_.runLong("Setting up code descriptions", [&](Progress& progress) {
+        import = setUpDtcDatabase(path, values_.descriptionsFile, progress);
+    });
+    if (!isDone)
+        return;
+    values_.parmDTCdb = path;
+    prompts_.message(std::to_string(import.added) + " code descriptions are set up in " + path);
 }
 
 std::string Launcher::stored(const char* key, const std::string& missing) const

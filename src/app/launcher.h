@@ -66,6 +66,11 @@ public:
     void showDefaults();  ///< shows the stored and the present values
     void clearDefaults(); ///< empties folders and files; the store follows at the exit
 
+    /// Makes the database of code descriptions from those that come with the program, unless there is one,
+    /// and tells what came of it. @throws DatabaseError, FileError when it can't be made; nothing is left
+    /// then
+    void setUpDescriptions();
+
     const StartPanel& panel() const { return panel_; }
 
 private:
@@ -80,6 +85,7 @@ private:
     void loadChoice(const Choice& choice);
     void choose(Choice& choice, int position);
     void saveChoice(const Choice& choice);
+    std::string defaultDatabase() const;
     std::string stored(const char* key, const std::string& missing = {}) const;
 
     SettingsStore& settings_;

@@ -1,6 +1,7 @@
 #include "app/codesCommand.h"
 #include "app/commandLine.h"
 #include "app/commandSession.h"
+#include "app/dtcCommand.h"
 #include "app/pollCommand.h"
 #include "app/program.h"
 #include "app/scanCommand.h"
@@ -58,6 +59,11 @@ std::optional<int> runInTerminal(const zint::CommandLine& line)
         return zint::runTerminalCommand(line);
     case zint::CommandLine::Action::scan:
         return zint::runScanCommand(line);
+    case zint::CommandLine::Action::setUpDescriptions:
+    case zint::CommandLine::Action::lookUpCodes:
+    case zint::CommandLine::Action::importDescriptions:
+    case zint::CommandLine::Action::exportDescriptions:
+        return zint::runDtcCommand(line);
     case zint::CommandLine::Action::showWindows:
         break;
     }

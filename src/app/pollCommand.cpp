@@ -47,6 +47,7 @@ struct NamedFile final : FileDialogs {
     {
         return path;
     }
+    std::string chooseAny(const FileKinds& /*kinds*/, const std::string& /*folder*/) override { return path; }
     std::string chooseToSave(const FileKinds& /*kinds*/, const std::string& /*folder*/,
                              const std::string& /*proposed*/) override
     {
@@ -227,17 +228,6 @@ private:
     bool isStopped_ = false; ///< by the user or the time that was set
     bool hasWarned_ = false;
 };
-
-/// Runs what reads and writes files. @return the exit status
-int telling(const std::function<int()>& command)
-{
-    try {
-        return command();
-    } catch (const std::exception& error) {
-        complain(error.what());
-        return exitStatus::failure;
-    }
-}
 
 void turnIntoTable(const std::string& logPath, const std::string& tablePath)
 {

@@ -35,6 +35,7 @@ startForm::startForm(ToolContext& context, const std::function<Launcher&(Prompts
     connectToolButton(ui->scanner, Tool::scanner);
     connectToolButton(ui->debugger, Tool::terminal);
     onTrigger(ui->mnuPorts, &startForm::mnuPorts_Click);
+    onTrigger(ui->mnuSetUpDtc, &startForm::mnuSetUpDtc_Click);
     onTrigger(ui->mnuShowReg, &startForm::mnuShowReg_Click);
     onTrigger(ui->mnuClearReg, &startForm::mnuClearReg_Click);
     connect(&portWatch_, &QTimer::timeout, this, [this] { gate().run([this] { lookAtPorts(); }); });
@@ -85,6 +86,8 @@ void startForm::mnuPorts_Click()
     actions_.assignPorts();
     lookAtPorts();
 }
+
+void startForm::mnuSetUpDtc_Click() { launcher_.setUpDescriptions(); }
 
 void startForm::mnuShowReg_Click() { launcher_.showDefaults(); }
 

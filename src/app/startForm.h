@@ -38,6 +38,7 @@ private:
     void comPort_Click(int position);
     void comSpeed_Click(int position);
     void mnuPorts_Click();
+    void mnuSetUpDtc_Click();
     void mnuShowReg_Click();
     void mnuClearReg_Click();
     void connectToolButton(QPushButton* button, Tool tool);

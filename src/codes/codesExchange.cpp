@@ -26,6 +26,9 @@ CodesExchange::CodesExchange(SerialPort& port, Timer& timer, const ConnectionCho
       databaseAvailable_(descriptions.available()), prompts_(prompts), values_(values)
 {
     panel_.statusBox = link_.status();
+    if (!databaseAvailable_)
+        panel_.noDescriptions = "There are no code descriptions yet: File, Set Up Code Descriptions in the "
+                                "launcher brings them.";
 }
 
 void CodesExchange::pressGetCodes()

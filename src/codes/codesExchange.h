@@ -39,6 +39,9 @@ public:
     /// How many stored codes the vehicle reported last; its list may show fewer.
     int reportedCodeCount() const { return codeCount_; }
 
+    /// Whether codes were listed that have no description because there is no database.
+    bool lacksDescriptions() const { return !databaseAvailable_ && codeCount_ > 0; }
+
     const CodesPanel& panel() const { return panel_; }
     std::function<void()> onChanged; ///< called after each event that may have changed the panel
 

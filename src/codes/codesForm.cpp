@@ -3,7 +3,21 @@
 #include "codes/ui_codesForm.h"
 #include "platform/text.h"
 
+#include <QFontInfo>
+
 namespace zint {
+namespace {
+
+/// Small and in a faint colour: it is there to be found, not to be noticed.
+void makeQuiet(QLabel& label)
+{
+    QFont font = label.font();
+    font.setPointSizeF(QFontInfo(font).pointSizeF() * 0.9);
+    label.setFont(font);
+    label.setForegroundRole(QPalette::PlaceholderText);
+}
+
+} // namespace
 
 codesForm::codesForm(ToolContext& context)
     : toolForm(context, "docchken2"), ui(std::make_unique<Ui::codesForm>()),
@@ -14,6 +28,7 @@ codesForm::codesForm(ToolContext& context)
     ui->setupUi(this);
     ui->codesScroll->viewport()->setAutoFillBackground(false); // one colour with its frame
     ui->codesScrollContents->setAutoFillBackground(false);
+    makeQuiet(*ui->noDescriptions);
     monitors_ = {ui->misfireLab,        ui->fuelLab,      ui->componentLab, ui->catalystLab,
                  ui->heatedCatalystLab, ui->evapLab,      ui->secAirLab,    ui->acLab,
                  ui->oxySensorLab,      ui->oxyHeaterLab, ui->egrLab};
@@ -44,6 +59,8 @@ void codesForm::paint()
     display(*ui->clearCodes, p.clearCodes);
     display(*ui->stateMIL, p.stateMIL);
     display(*ui->codesOutput, p.codesOutput);
+    display(*ui->noDescriptions, p.noDescriptions);
+    ui->noDescriptions->setVisible(!p.noDescriptions.empty());
     ui->diagCodeFrame->setTitle(toQt(p.diagCodeFrame));
     for (std::size_t i = 0; i < monitors_.size(); ++i)
         display(*monitors_[i], p.readiness[i]);

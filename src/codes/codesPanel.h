@@ -19,6 +19,7 @@ struct CodesPanel {
     std::string stateMIL;                          ///< two lines; empty until a status has been read
     std::string diagCodeFrame = codesFrameCaption; ///< with the number of codes while there are any
     std::string codesOutput;                       ///< one line per code
+    std::string noDescriptions; ///< how the user comes by descriptions; empty when there are some
     ReadinessTexts readiness = initialReadiness(); ///< in the order of the monitors
 };
 

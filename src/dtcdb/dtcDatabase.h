@@ -53,6 +53,8 @@ public:
 
     ~DtcDatabase() override;
 
+    const std::string& path() const { return path_; }
+
     std::optional<std::string> describe(std::string_view code) override;
 
     /// A record and what it is known by until it is removed.

@@ -268,7 +268,7 @@ void DtcEditor::pressImport()
                 import_ = importDtcText(*database_, panel_.DTCtext, options_, progress);
             });
         if (isDone)
-            panel_.statusBox = importedText();
+            panel_.statusBox = importText(import_, options_.dupOver);
         show(database_->first());
     } catch (...) {
         refresh();
@@ -276,27 +276,18 @@ void DtcEditor::pressImport()
     }
 }
 
-std::string DtcEditor::importedText() const
-{
-    return std::to_string(import_.added) + " DTC('s) add, " + std::to_string(import_.skipped) + " skip, " +
-           std::to_string(import_.present) + (options_.dupOver ? "upd, " : "dup, ") +
-           std::to_string(import_.lines) + " total";
-}
-
 void DtcEditor::pressExport()
 {
     const std::int64_t count = exportDtcText(*database_, panel_.DTCtext, options_);
-    panel_.statusBox = std::to_string(count) + " DTC('s) exported";
+    panel_.statusBox = exportText(count);
     show(database_->first());
 }
 
 void DtcEditor::showSkipped()
 {
     std::string text;
-    for (const DtcImport::Skipped& line : import_.firstSkipped)
-        text += "Line " + std::to_string(line.line) + ": \"" + line.code + "\" is no code\r\n";
-    if (const auto rest = import_.skipped - static_cast<std::int64_t>(import_.firstSkipped.size()); rest > 0)
-        text += "and " + std::to_string(rest) + " more\r\n";
+    for (const std::string& line : skippedTexts(import_))
+        text += line + "\r\n";
     around_.prompts.message(text, "Skipped Lines");
 }
 

@@ -79,7 +79,6 @@ private:
     void refuse(const char* why, Box box, std::optional<std::size_t> place = {});
     void focus(Box box, std::optional<std::size_t> place = {}) const;
     void refresh();
-    std::string importedText() const;
     std::string frameCaption() const;
 
     Surroundings around_;

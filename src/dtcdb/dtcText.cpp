@@ -171,13 +171,21 @@ DtcImport importDtcText(DtcDatabase& database, const std::string& path, const Dt
 
 std::int64_t exportDtcText(DtcDatabase& database, const std::string& path, const DtcTextOptions& options)
 {
+    std::error_code isNew;
+    if (std::filesystem::equivalent(utf8Path(path), utf8Path(database.path()), isNew))
+        throw FileError("\"" + path + "\" is the database; give the text file another name");
     std::int64_t count = 0;
-    replaceFile(path, [&](std::ostream& stream) {
-        for (auto entry = database.first(); entry; entry = database.after(entry->record.code)) {
-            stream << dtcLine(entry->record, options) << lineEnd;
-            ++count;
-        }
-    });
+    replaceFile(path, [&](std::ostream& stream) { count = exportDtcText(database, stream, options); });
+    return count;
+}
+
+std::int64_t exportDtcText(DtcDatabase& database, std::ostream& stream, const DtcTextOptions& options)
+{
+    std::int64_t count = 0;
+    for (auto entry = database.first(); entry; entry = database.after(entry->record.code)) {
+        stream << dtcLine(entry->record, options) << lineEnd;
+        ++count;
+    }
     return count;
 }
 
@@ -192,6 +200,25 @@ DtcImport setUpDtcDatabase(const std::string& databasePath, const std::string& t
         std::filesystem::remove(utf8Path(databasePath), ignored);
         throw;
     }
+}
+
+std::string importText(const DtcImport& import, bool dupOver)
+{
+    return std::to_string(import.added) + " DTC('s) add, " + std::to_string(import.skipped) + " skip, " +
+           std::to_string(import.present) + (dupOver ? "upd, " : "dup, ") + std::to_string(import.lines) +
+           " total";
+}
+
+std::string exportText(std::int64_t count) { return std::to_string(count) + " DTC('s) exported"; }
+
+std::vector<std::string> skippedTexts(const DtcImport& import)
+{
+    std::vector<std::string> texts;
+    for (const DtcImport::Skipped& line : import.firstSkipped)
+        texts.push_back("Line " + std::to_string(line.line) + ": \"" + line.code + "\" is no code");
+    if (const auto rest = import.skipped - static_cast<std::int64_t>(import.firstSkipped.size()); rest > 0)
+        texts.push_back("and " + std::to_string(rest) + " more");
+    return texts;
 }
 
 } // namespace zint

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -66,8 +67,20 @@ DtcImport importDtcText(DtcDatabase& database, const std::string& path, const Dt
 /// @throws FileError when the file can't be written, DatabaseError when the table can't be read
 std::int64_t exportDtcText(DtcDatabase& database, const std::string& path, const DtcTextOptions& options);
 
+/// Writes the table as it would stand in a file. @return the number of records
+/// @throws DatabaseError when the table can't be read
+std::int64_t exportDtcText(DtcDatabase& database, std::ostream& stream, const DtcTextOptions& options);
+
 /// Makes a database of a file in which fields are separated by commas. Nothing is left when it fails.
 /// @throws as DtcDatabase::create() and importDtcText()
 DtcImport setUpDtcDatabase(const std::string& databasePath, const std::string& textPath, Progress& progress);
+
+/// What the status tells of an import and of an export.
+std::string importText(const DtcImport& import, bool dupOver);
+std::string exportText(std::int64_t count);
+
+/// What there is to say of each line that an import has skipped; the last one stands for those that were not
+/// kept.
+std::vector<std::string> skippedTexts(const DtcImport& import);
 
 } // namespace zint

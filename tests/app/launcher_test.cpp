@@ -1,8 +1,11 @@
 #include "app/launcher.h"
+#include "dtcdb/dtcDatabase.h"
+#include "shared/fileError.h"
 #include "shared/programInfo.h"
 #include "support/fixedPortList.h"
 #include "support/memorySettings.h"
 #include "support/scriptedPrompts.h"
+#include "support/temporaryFolder.h"
 
 namespace zint {
 namespace {
@@ -162,6 +165,40 @@ TEST_F(LauncherTest, ShowsAndClearsFoldersAndFilesButNotTheStoreNorTheConnection
     EXPECT_EQ(stored(), "2,1,dir,db,save,output,log,export,") << "the store follows at the exit";
     launcher.unload();
     EXPECT_EQ(stored(), "2,1,,,,,,,");
+}
+
+TEST_F(LauncherTest, SetsUpCodeDescriptionsWhereThereAreNone)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.path("dtc.mdb");
+    Launcher::System here = surroundings('/');
+    here.workingFolder = folder.path();
+    here.descriptionsFile = folder.path("dtc.txt");
+    Launcher mine(settings, ports, prompts, values, design, here);
+    mine.load();
+    EXPECT_THROW(mine.setUpDescriptions(), FileError) << "there is no such text";
+    EXPECT_FALSE(fileExists(path));
+
+    std::string text;
+    for (int code = 0; code < 0x1000; ++code)
+        text += "P0" + hexText(code, 3) + ",Fault " + std::to_string(code) + "\n";
+    folder.write(here.descriptionsFile, text);
+    prompts.stopsWork = true;
+    mine.setUpDescriptions();
+    EXPECT_FALSE(fileExists(path));
+
+    prompts.stopsWork = false;
+    mine.clearDefaults(); // the path, too
+    mine.setUpDescriptions();
+    EXPECT_EQ(prompts.takeMessage(), "4096 code descriptions are set up in " + path);
+    EXPECT_EQ(values.parmDTCdb, path);
+    EXPECT_EQ(DtcDatabaseSource(path).open()->describe("P0010"), "Fault 16");
+
+    const std::string before = contents(path);
+    mine.setUpDescriptions();
+    EXPECT_EQ(prompts.takeMessage(),
+              "There is a database of code descriptions already: " + path + "\r\nIt stays as it is.");
+    EXPECT_EQ(contents(path), before);
 }
 
 } // namespace

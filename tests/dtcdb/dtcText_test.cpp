@@ -166,6 +166,8 @@ TEST_F(DtcFileTest, ExportsWhatItImportsAgain)
     EXPECT_EQ(import(exported), (Counts{3, 0, 0, 3}));
     EXPECT_EQ(table(), before);
     EXPECT_THROW(exportDtcText(*database, folder.path("none/codes.txt"), {}), FileError);
+    EXPECT_THROW(exportDtcText(*database, folder.path("./again.mdb"), {}), FileError) << "the database itself";
+    EXPECT_EQ(table(), before);
 }
 
 TEST_F(DtcFileTest, SetsUpADatabaseOrLeavesNothing)

@@ -36,6 +36,10 @@ TEST(CommandLineTest, TakesActionsAndPorts)
         {"export a.log a.txt", Action::exportLog},
         {"terminal --dec --port com4", Action::terminal, 4},
         {"scan --mode 1 --port com5", Action::scan, 5},
+        {"dtc setup --if-missing --quiet", Action::setUpDescriptions},
+        {"--db a.mdb dtc lookup P0301", Action::lookUpCodes},
+        {"dtc import a.txt --overwrite --quiet", Action::importDescriptions},
+        {"dtc export -", Action::exportDescriptions},
     };
     for (const auto& [words, action, port, location] : rows) {
         const CommandLine line = parse(words);
@@ -108,6 +112,31 @@ TEST(CommandLineTest, TakesTheParametersOfAScan)
     EXPECT_EQ(parse("scan --mode 3-5 --header 6810F1").complaint.find(erasesDataText), 0U);
 }
 
+TEST(CommandLineTest, TakesWhatTheDescriptionsNeed)
+{
+    const CommandLine lookUp = parse("dtc lookup P0301 u0123 --db a.mdb");
+    EXPECT_EQ(lookUp.codes, (std::vector<std::string>{"P0301", "u0123"}));
+    EXPECT_EQ(lookUp.databasePath, "a.mdb");
+    const std::pair<const char*, DtcFields> rows[] = {{"dtc import a.txt", DtcFields::comma},
+                                                      {"dtc import a.txt --comma", DtcFields::comma},
+                                                      {"dtc import a.txt --tab", DtcFields::tab},
+                                                      {"dtc export a.txt --space", DtcFields::space},
+                                                      {"dtc export a.txt --fixed", DtcFields::fixed}};
+    for (const auto& [words, fields] : rows) {
+        const CommandLine line = parse(words);
+        EXPECT_EQ(line.textPath, "a.txt") << words;
+        const DtcTextOptions& options = line.textOptions;
+        EXPECT_EQ(options.fields, fields) << words;
+        EXPECT_FALSE(options.dupOver || options.noNotes || options.delimNotes) << words;
+    }
+    const DtcTextOptions import = parse("dtc import a.txt --overwrite --no-notes").textOptions;
+    EXPECT_TRUE(import.dupOver && import.noNotes && !import.delimNotes);
+    EXPECT_TRUE(parse("dtc export a.txt --delim-notes").textOptions.delimNotes);
+    EXPECT_EQ(parse("dtc find P0301").complaint,
+              "unknown command \"dtc find P0301\"; there are: dtc setup, dtc "
+              "lookup CODE..., dtc import FILE, dtc export FILE");
+}
+
 TEST(CommandLineTest, RefusesWhatIsWrong)
 {
     for (const char* words : {"code",
@@ -141,6 +170,19 @@ TEST(CommandLineTest, RefusesWhatIsWrong)
                               "scan 0100",
                               "scan --dec",
                               "codes --decimal",
+                              "dtc",
+                              "setup",
+                              "dtc setup a.txt",
+                              "dtc lookup",
+                              "dtc import",
+                              "dtc export a.txt b.txt",
+                              "dtc export a.txt --tab --comma",
+                              "dtc export a.txt --overwrite",
+                              "dtc import a.txt --delim-notes",
+                              "dtc lookup P0301 --tab",
+                              "dtc lookup P0301 --if-missing",
+                              "dtc setup --db=",
+                              "codes --db a.mdb",
                               "export a.log a.log",
                               "export a.log a.txt --simulate"}) {
         EXPECT_TRUE(parse(words).action == Action::refuse && !parse(words).complaint.empty()) << words;

@@ -48,6 +48,8 @@ TEST_F(StartFormTest, ButtonsAndMenusDoTheirWork)
                                    Tool::scanner}));
     trigger("mnuPorts");
     EXPECT_EQ(portsAssigned, 1);
+    TemporaryFolder::write(values.parmDTCdb = folder.path("dtc.mdb"), "kept");
+    EXPECT_TRUE(messageOf([this] { trigger("mnuSetUpDtc"); }).endsWith(u"dtc.mdb\nIt stays as it is."));
     trigger("mnuClearReg");
     EXPECT_TRUE(messageOf([this] { trigger("mnuShowReg"); }).endsWith(u"Vars:\nparmInitDir \nparmDTCdb \n"));
     EXPECT_TRUE(messageOf([this] { trigger("mnuAbout"); }).startsWith(u"Zint Version 1.5.1\n"));
@@ -118,6 +120,16 @@ TEST_F(CodesFormTest, ClosingEndsTheExchange)
     EXPECT_TRUE(unloaded);
     EXPECT_FALSE(form->isVisible());
     EXPECT_FALSE(settings.get("Windows", "codesForm").empty()) << "the size is not remembered";
+}
+
+TEST_F(CodesFormTest, TellsHowToComeByDescriptionsWhileThereAreNone)
+{
+    EXPECT_TRUE(control<QLabel>("noDescriptions")->isVisible());
+    EXPECT_TRUE(textOf("noDescriptions").contains(u"Set Up Code Descriptions"));
+    TemporaryFolder::write(values.parmDTCdb = folder.path("dtc.mdb"), "there is one");
+    delete form;
+    (form = new codesForm(context))->show();
+    EXPECT_FALSE(control<QLabel>("noDescriptions")->isVisible());
 }
 
 TEST_F(CodesFormTest, PrintsItsImage)

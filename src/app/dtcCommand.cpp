@@ -1,0 +1,142 @@
+#include "app/dtcCommand.h"
+
+#include "app/commandSession.h"
+#include "dtcdb/dtcDatabase.h"
+#include "dtcdb/dtcText.h"
+#include "shared/module1.h"
+
+#include <sstream>
+
+namespace zint {
+namespace {
+
+/// Shows on standard error how far the work is.
+class ShownProgress final : public Progress {
+public:
+    explicit ShownProgress(bool isQuiet) : isQuiet_(isQuiet) {}
+    ShownProgress(const ShownProgress&) = delete;
+    ShownProgress& operator=(const ShownProgress&) = delete;
+    ~ShownProgress() override { showProgress({}); }
+
+    void advance(double done) override
+    {
+        constexpr double whole = 100;
+        if (!isQuiet_)
+            showProgress(std::to_string(static_cast<int>(done * whole)) + "%");
+    }
+
+private:
+    bool isQuiet_;
+};
+
+/// One of the commands, and the database that it is about.
+class DtcRun {
+public:
+    explicit DtcRun(const CommandLine& line)
+        : line_(line), session_(line.connection),
+          path_(line.databasePath.empty() ? session_.values.parmDTCdb : line.databasePath)
+    {
+    }
+
+    int setUp()
+    {
+        if (fileExists(path_)) {
+            if (line_.onlyIfMissing)
+                return exitStatus::success;
+            throw DatabaseError("\"" + path_ + "\" exists already; nothing has been changed");
+        }
+        ShownProgress progress(line_.quiet);
+        const DtcImport import = setUpDtcDatabase(path_, session_.values.descriptionsFile, progress);
+        return printOut(std::to_string(import.added) + " code descriptions set up in " + path_ + "\n");
+    }
+
+    int lookUp()
+    {
+        requireDatabase();
+        const auto database = DtcDatabase::openForReading(path_);
+        int status = exitStatus::success;
+        for (const std::string& typed : line_.codes) {
+            const std::string code = upperCase(typed);
+            const auto entry = database->find(code);
+            const int printed = entry ? print(entry->record) : refuse(code);
+            status = printed == exitStatus::success ? status : printed;
+        }
+        return status;
+    }
+
+    int importText()
+    {
+        requireDatabase();
+        const auto database = DtcDatabase::open(path_);
+        ShownProgress progress(line_.quiet);
+        const DtcImport import = importDtcText(*database, line_.textPath, line_.textOptions, progress);
+        for (const std::string& text : skippedTexts(import))
+            complain(text);
+        return printOut(zint::importText(import, line_.textOptions.dupOver) + "\n");
+    }
+
+    int exportText()
+    {
+        requireDatabase();
+        const auto database = DtcDatabase::openForReading(path_);
+        if (line_.textPath == "-")
+            return exportToOutput(*database);
+        const auto count = exportDtcText(*database, line_.textPath, line_.textOptions);
+        return printOut(zint::exportText(count) + "\n");
+    }
+
+private:
+    void requireDatabase() const
+    {
+        if (!fileExists(path_))
+            throw DatabaseError(noDatabaseText(path_));
+    }
+
+    /// The notes stand below, so that each line that begins with a code is one.
+    static int print(const DtcRecord& record)
+    {
+        const bool hasNotes = record.notes.find_first_not_of(' ') != std::string::npos;
+        return printOut(record.code + " " + record.description + "\n" +
+                        (hasNotes ? "  " + record.notes + "\n" : ""));
+    }
+
+    static int refuse(const std::string& code)
+    {
+        complain(code + (codeFault(code) == 0 ? " has no description" : " is no trouble code"));
+        return exitStatus::failure;
+    }
+
+    int exportToOutput(DtcDatabase& database) const
+    {
+        std::ostringstream text;
+        exportDtcText(database, text, line_.textOptions);
+        std::string lines = text.str();
+        std::erase(lines, '\r');
+        return printOut(lines);
+    }
+
+    const CommandLine& line_;
+    CommandSession session_;
+    std::string path_;
+};
+
+} // namespace
+
+int runDtcCommand(const CommandLine& line)
+{
+    return telling([&line] {
+        DtcRun run(line);
+        switch (line.action) {
+        case CommandLine::Action::setUpDescriptions:
+            return run.setUp();
+        case CommandLine::Action::lookUpCodes:
+            return run.lookUp();
+        case CommandLine::Action::importDescriptions:
+            return run.importText();
+        default:
+            return run.exportText();
+        }
+    });
+}
+
+} // namespace zint
