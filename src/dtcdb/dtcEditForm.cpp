@@ -132,6 +132,7 @@ void dtcEditForm::paint()
     ui->DTCframe->setTitle(toQt(p.DTCframe));
     for (const BoxEntry& entry : boxes_) {
         display(*entry.edit, p.record.*entry.box);
+        entry.edit->setEnabled(p.isOpen);
         entry.edit->setReadOnly(!p.isEditing);
     }
     for (QWidget* control : std::initializer_list<QWidget*>{ui->DTCfirst, ui->DTCprev, ui->DTCnext,

@@ -18,6 +18,7 @@ struct DtcEditPanel {
     TextBox dtcDBname; ///< browseDB is enabled with it
     std::string DTCframe = "Current DTC Record";
     DtcRecord record;       ///< DTCcode, DTCdescr and DTCnotes
+    bool isOpen = false;    ///< they are enabled
     bool isEditing = false; ///< they can be changed; DTCsave and DTCcancel are enabled
 
     bool canAdd = false;    ///< DTCadd

@@ -307,6 +307,7 @@ void DtcEditor::refresh()
                                                                     : createCaption;
     panel_.DTCcontrol.enabled = !isOpen || isBrowsing;
     panel_.dtcDBname.enabled = !isOpen;
+    panel_.isOpen = isOpen;
     panel_.isEditing = isOpen && !isBrowsing;
     panel_.canAdd = panel_.canExchange = isBrowsing;
     panel_.canBrowse = panel_.canChange = isBrowsing && current_;

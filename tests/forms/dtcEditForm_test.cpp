@@ -33,13 +33,13 @@ TEST_F(DtcEditFormTest, FillsANewDatabaseAndFindsItsCodes)
 {
     const std::string browsing = "DTCfirst DTCprev DTCnext DTClast DTCsearch DTCsearchCode DTCedit DTCdel ";
     expectEnabled("dtcDBname browseDB DTCcontrol browseText", true);
-    expectEnabled(browsing + "DTCadd DTCsave DTCcancel importDTC exportDTC skippedLines", false);
+    expectEnabled(browsing + "DTCcode DTCdescr DTCnotes DTCadd DTCsave DTCcancel importDTC exportDTC skippedLines", false);
     EXPECT_EQ(textOf("DTCcontrol"), u"Create New DB");
     box("dtcDBname")->setFocus();
     QTest::keyClick(box("dtcDBname"), Qt::Key_Return);
     EXPECT_EQ(textOf("DTCcontrol"), u"Close DB");
     EXPECT_EQ(textOf("statusBox"), u"Press Add or use Import to add records");
-    expectEnabled("DTCadd importDTC exportDTC", true);
+    expectEnabled("DTCcode DTCadd importDTC exportDTC", true);
     expectEnabled(browsing + "dtcDBname browseDB", false);
 
     click("importDTC");
