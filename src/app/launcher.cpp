@@ -185,8 +185,10 @@ void Launcher::setUpDescriptions()
     const bool isDone = prompts_.runLong("Setting up code descriptions", [&](Progress& progress) {
         import = setUpDtcDatabase(path, values_.descriptionsFile, progress);
     });
-    if (!isDone)
+    if (!isDone) {
+        prompts_.message("The set-up was stopped. No database has been made.");
         return;
+    }
     values_.parmDTCdb = path;
     prompts_.message(std::to_string(import.added) + " code descriptions are set up in " + path);
 }

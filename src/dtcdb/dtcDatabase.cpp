@@ -22,7 +22,8 @@ constexpr const char* layout = "CREATE TABLE DTCset (Code TEXT, Description TEXT
 
 constexpr const char* select = "SELECT rowid, Code, Description, Notes FROM DTCset ";
 constexpr const char* thisCode = "WHERE Code = ?1 COLLATE NOCASE";
-constexpr const char* nextCode = "WHERE Code > ?1 COLLATE NOCASE ORDER BY Code COLLATE NOCASE LIMIT 1";
+constexpr const char* nextCode =
+    "WHERE Code > ?1 COLLATE NOCASE AND typeof(Code) = 'text' ORDER BY Code COLLATE NOCASE LIMIT 1";
 constexpr const char* previousCode =
     "WHERE Code < ?1 COLLATE NOCASE ORDER BY Code COLLATE NOCASE DESC LIMIT 1";
 constexpr const char* firstCode = "ORDER BY Code COLLATE NOCASE LIMIT 1";
@@ -81,6 +82,8 @@ auto guarded(const std::string& path, Work work)
         return work();
     } catch (const SQLite::Exception& error) {
         const std::string why = error.what();
+        if (error.getExtendedErrorCode() == SQLITE_READONLY_DBMOVED)
+            refuse(path, "written: the file was moved or deleted. Close it and open it again.");
         switch (error.getErrorCode()) {
         case SQLITE_BUSY:
         case SQLITE_LOCKED:
@@ -119,10 +122,12 @@ DtcDatabase::DtcDatabase(std::string path, std::unique_ptr<SQLite::Database> dat
 
 DtcDatabase::~DtcDatabase() = default;
 
-std::unique_ptr<DtcDatabase> DtcDatabase::connect(const std::string& path, int flags)
+/// Also for reading the file is opened for writing, where that is allowed: a program that was killed may have
+/// left changes that are to be undone first.
+std::unique_ptr<DtcDatabase> DtcDatabase::connect(const std::string& path)
 {
     return guarded(path, [&] {
-        auto file = std::make_unique<SQLite::Database>(path, flags, lockPatienceMs);
+        auto file = std::make_unique<SQLite::Database>(path, SQLite::OPEN_READWRITE, lockPatienceMs);
         return std::unique_ptr<DtcDatabase>(new DtcDatabase(path, std::move(file)));
     });
 }
@@ -130,7 +135,7 @@ std::unique_ptr<DtcDatabase> DtcDatabase::connect(const std::string& path, int f
 std::unique_ptr<DtcDatabase> DtcDatabase::openForReading(const std::string& path)
 {
     checkKind(path);
-    auto database = connect(path, SQLite::OPEN_READONLY);
+    auto database = connect(path);
     if (database->number("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name = 'DTCset'") == 0)
         refuse(path, "read: it has no table \"DTCset\". Choose another file.");
     database->find({}); // whether it has the fields
@@ -139,30 +144,56 @@ std::unique_ptr<DtcDatabase> DtcDatabase::openForReading(const std::string& path
 
 std::unique_ptr<DtcDatabase> DtcDatabase::open(const std::string& path)
 {
-    openForReading(path);
-    auto database = connect(path, SQLite::OPEN_READWRITE);
+    auto database = openForReading(path);
     if (database->number("SELECT COUNT(*) FROM sqlite_master WHERE type = 'index' AND name = 'DTCndx'") == 0)
         refuse(path, "edited: it has no index \"DTCndx\". Choose another file.");
-    database->inOneStep([] {}); // whether it may be written
+    database->requireWritable();
     return database;
 }
 
-std::unique_ptr<DtcDatabase> DtcDatabase::create(const std::string& path)
+std::unique_ptr<DtcDatabase> DtcDatabase::create(const std::string& path,
+                                                 const std::function<void(DtcDatabase&)>& fill)
 {
     try {
         createFile(path);
     } catch (const FileError& error) {
         throw DatabaseError(error.what());
     }
+    std::unique_ptr<DtcDatabase> database;
     try {
-        auto database = connect(path, SQLite::OPEN_READWRITE);
-        database->inOneStep([&] { guarded(path, [&] { return database->database_->exec(layout); }); });
+        database = connect(path);
+        database->inOneStep([&] {
+            database->execute(layout);
+            if (fill)
+                fill(*database);
+        });
         return database;
     } catch (...) {
+        database.reset();
         std::error_code ignored;
         std::filesystem::remove(utf8Path(path), ignored);
+        std::filesystem::remove(utf8Path(path + "-journal"), ignored); // would be taken for a later file's
         throw;
     }
+}
+
+/// Only a change makes sure of that; it is undone.
+void DtcDatabase::requireWritable()
+{
+    const std::string version = std::to_string(number("PRAGMA user_version"));
+    execute("BEGIN IMMEDIATE");
+    try {
+        execute("PRAGMA user_version = " + version);
+    } catch (...) {
+        database_->tryExec("ROLLBACK");
+        throw;
+    }
+    execute("ROLLBACK");
+}
+
+void DtcDatabase::execute(const std::string& sql)
+{
+    guarded(path_, [&] { return database_->exec(sql); });
 }
 
 SQLite::Statement& DtcDatabase::statement(const char* sql, const char* head)
@@ -264,7 +295,10 @@ void DtcDatabase::remove(std::int64_t key) { change("DELETE FROM DTCset WHERE ro
 
 void DtcDatabase::inOneStep(const std::function<void()>& work)
 {
-    const auto execute = [this](const char* sql) { guarded(path_, [&] { return database_->exec(sql); }); };
+    if (sqlite3_get_autocommit(database_->getHandle()) == 0) { // a part of a larger step
+        work();
+        return;
+    }
     execute("BEGIN IMMEDIATE");
     try {
         work();

@@ -47,9 +47,11 @@ public:
     /// the index or may not be written
     static std::unique_ptr<DtcDatabase> open(const std::string& path);
 
-    /// Makes a database without records. @throws DatabaseError when it can't be made, and when there is
-    /// something of that name: nothing is ever replaced
-    static std::unique_ptr<DtcDatabase> create(const std::string& path);
+    /// Makes a database. Nothing is ever replaced, and nothing is left when it fails.
+    /// @param fill adds the first records; what it throws is passed on
+    /// @throws DatabaseError when it can't be made, and when there is something of that name
+    static std::unique_ptr<DtcDatabase> create(const std::string& path,
+                                               const std::function<void(DtcDatabase&)>& fill = {});
 
     ~DtcDatabase() override;
 
@@ -83,13 +85,15 @@ public:
     /// Does nothing when there is no such record any more.
     void remove(std::int64_t key);
 
-    /// What the work changes is kept as a whole, or not at all when it throws.
+    /// What the work changes is kept as a whole, or not at all when it throws. Steps may contain others.
     void inOneStep(const std::function<void()>& work);
 
 private:
     DtcDatabase(std::string path, std::unique_ptr<SQLite::Database> database);
 
-    static std::unique_ptr<DtcDatabase> connect(const std::string& path, int flags);
+    static std::unique_ptr<DtcDatabase> connect(const std::string& path);
+    void requireWritable();
+    void execute(const std::string& sql);
     SQLite::Statement& statement(const char* sql, const char* head = "");
     std::int64_t number(const char* sql);
     template <typename... Values>

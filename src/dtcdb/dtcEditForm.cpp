@@ -55,6 +55,8 @@ void dtcEditForm::DTCcontrol_Click()
     editor_.pressControl();
     if (editor_.panel().canBrowse)
         ui->DTCsearchCode->setFocus();
+    else if (editor_.panel().isOpen)
+        ui->importDTC->setFocus();
 }
 
 void dtcEditForm::DTCsearch_Click()

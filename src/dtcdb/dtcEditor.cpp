@@ -96,11 +96,10 @@ void DtcEditor::copyFromAccess(const std::string& path)
     if (copy.empty())
         return;
     around_.values.rememberFolderOf(copy);
-    auto database = DtcDatabase::create(copy);
     std::size_t copied = 0;
-    database->inOneStep([&] {
+    auto database = DtcDatabase::create(copy, [&](DtcDatabase& filled) {
         for (const DtcRecord& record : records)
-            copied += fits(record.code) && database->add(cutToSize(record)) ? 1U : 0U;
+            copied += fits(record.code) && filled.add(cutToSize(record)) ? 1U : 0U;
     });
     panel_.dtcDBname.text = copy;
     opened(copy, std::move(database));
@@ -119,6 +118,7 @@ void DtcEditor::opened(const std::string& path, std::unique_ptr<DtcDatabase> dat
 void DtcEditor::close()
 {
     database_.reset();
+    import_ = {};
     show(std::nullopt);
     panel_.statusBox = "DB is CLOSED";
 }
@@ -136,13 +136,13 @@ void DtcEditor::pressLast() { show(database_->last()); }
 
 void DtcEditor::pressNext()
 {
-    auto next = database_->after(current_->record.code);
+    auto next = current_ ? database_->after(current_->record.code) : std::nullopt;
     show(next ? std::move(next) : database_->last());
 }
 
 void DtcEditor::pressPrev()
 {
-    auto previous = database_->before(current_->record.code);
+    auto previous = current_ ? database_->before(current_->record.code) : std::nullopt;
     show(previous ? std::move(previous) : database_->first());
 }
 
@@ -196,9 +196,9 @@ void DtcEditor::pressSave()
     }
     if (!store(record))
         return;
-    mode_ = Mode::browsing;
-    panel_.statusBox = "DTC saved";
-    show(database_->find(record.code));
+    const std::string code = record.code;
+    endEditing("DTC saved");
+    show(database_->find(code));
 }
 
 /// @return whether it is in the table now; else the status tells why not
@@ -232,19 +232,27 @@ void DtcEditor::refuse(const char* why, Box box, std::optional<std::size_t> plac
 
 void DtcEditor::pressCancel()
 {
-    panel_.statusBox = mode_ == Mode::adding ? "DTC add canceled" : "DTC update canceled";
+    endEditing(mode_ == Mode::adding ? "DTC add canceled" : "DTC update canceled");
     auto old = current_ ? database_->read(current_->key) : std::nullopt;
-    mode_ = Mode::browsing;
     show(old ? std::move(old) : database_->first());
+}
+
+/// Shows the record as it was last read, should the file fail now.
+void DtcEditor::endEditing(const char* status)
+{
+    mode_ = Mode::browsing;
+    panel_.statusBox = status;
+    show(current_);
 }
 
 void DtcEditor::pressDelete()
 {
-    const Entry deleted = *current_;
-    database_->remove(deleted.key);
+    auto next = database_->after(current_->record.code);
+    if (!next)
+        next = database_->before(current_->record.code);
+    database_->remove(current_->key);
     panel_.statusBox = "DTC deleted";
-    auto next = database_->after(deleted.record.code);
-    show(next ? std::move(next) : database_->last());
+    show(std::move(next));
 }
 
 void DtcEditor::changeTextFile(const std::string& path) { panel_.DTCtext = path; }
@@ -261,6 +269,7 @@ void DtcEditor::pressBrowseText()
 
 void DtcEditor::pressImport()
 {
+    import_ = {};
     panel_.statusBox = "Import stopped, the table is as it was"; // unless it comes to its end
     try {
         const bool isDone =
@@ -310,21 +319,24 @@ void DtcEditor::refresh()
     panel_.isOpen = isOpen;
     panel_.isEditing = isOpen && !isBrowsing;
     panel_.canAdd = panel_.canExchange = isBrowsing;
-    panel_.canBrowse = panel_.canChange = isBrowsing && current_;
+    const std::optional<std::int64_t> count = recordCount();
+    panel_.canBrowse = isBrowsing && (current_ || count.value_or(0) > 0);
+    panel_.canChange = isBrowsing && current_;
     panel_.canShowSkipped = isBrowsing && import_.skipped > 0;
-    panel_.DTCframe = frameCaption();
+    panel_.DTCframe = "Current DTC Record";
+    if (count)
+        panel_.DTCframe += " (" + std::to_string(*count) + " Record(s) Total)";
     if (onChanged)
         onChanged();
 }
 
-std::string DtcEditor::frameCaption() const
+/// Nothing without a database, and where it fails: a record can be shown without it.
+std::optional<std::int64_t> DtcEditor::recordCount() const
 {
-    const std::string caption = "Current DTC Record";
     try {
-        return database_ ? caption + " (" + std::to_string(database_->count()) + " Record(s) Total)"
-                         : caption;
-    } catch (const DatabaseError&) { // a record can be shown without it
-        return caption;
+        return database_ ? std::optional(database_->count()) : std::nullopt;
+    } catch (const DatabaseError&) {
+        return std::nullopt;
     }
 }
 

@@ -76,10 +76,11 @@ private:
     void close();
     void show(std::optional<Entry> entry);
     bool store(const DtcRecord& record);
+    void endEditing(const char* status);
     void refuse(const char* why, Box box, std::optional<std::size_t> place = {});
     void focus(Box box, std::optional<std::size_t> place = {}) const;
     void refresh();
-    std::string frameCaption() const;
+    std::optional<std::int64_t> recordCount() const;
 
     Surroundings around_;
     DtcEditPanel panel_;

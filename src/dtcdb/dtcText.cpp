@@ -104,12 +104,17 @@ int codeFault(std::string_view code)
 {
     constexpr std::array<std::string_view, DtcDatabase::codeSize> allowed = {"PCBU", "0123", hexDigits,
                                                                              hexDigits, hexDigits};
-    if (code.size() < allowed.size())
-        return static_cast<int>(code.size()) + 1;
-    if (code.size() > allowed.size())
+    std::vector<std::string_view> characters;
+    while (!code.empty()) {
+        characters.push_back(firstCharacters(code, 1));
+        code.remove_prefix(characters.back().size());
+    }
+    if (characters.size() < allowed.size())
+        return static_cast<int>(characters.size()) + 1;
+    if (characters.size() > allowed.size())
         return DtcDatabase::codeSize;
     for (std::size_t i = 0; i < allowed.size(); ++i) {
-        if (allowed.at(i).find(code[i]) == std::string_view::npos)
+        if (characters[i].size() != 1 || allowed.at(i).find(characters[i]) == std::string_view::npos)
             return static_cast<int>(i) + 1;
     }
     return 0;
@@ -119,11 +124,11 @@ DtcRecord readDtcLine(std::string_view line, const DtcTextOptions& options)
 {
     line.remove_prefix(std::min(line.find_first_not_of(blank), line.size()));
     const std::vector<std::string_view> pieces = split(line, options.fields);
-    const std::string_view description = pieces.size() > 1 ? pieces[1] : std::string_view();
-    const std::string_view notes =
-        pieces.size() > 2
-            ? pieces[2]
-            : description.substr(firstCharacters(description, DtcDatabase::descriptionSize).size());
+    std::string_view description = pieces.size() > 1 ? pieces[1] : std::string_view();
+    const std::string_view kept = firstCharacters(description, DtcDatabase::descriptionSize);
+    const std::string_view notes = pieces.size() > 2 ? pieces[2] : description.substr(kept.size());
+    if (options.fields == DtcFields::fixed) // what fills the field up is no part of it
+        description = kept.substr(0, kept.find_last_not_of(blank) + 1);
     return {.code = orBlank(pieces[0]),
             .description = orBlank(description),
             .notes = options.noNotes ? " " : orBlank(notes)};
@@ -191,15 +196,11 @@ std::int64_t exportDtcText(DtcDatabase& database, std::ostream& stream, const Dt
 
 DtcImport setUpDtcDatabase(const std::string& databasePath, const std::string& textPath, Progress& progress)
 {
-    auto database = DtcDatabase::create(databasePath);
-    try {
-        return importDtcText(*database, textPath, {}, progress);
-    } catch (...) {
-        database.reset();
-        std::error_code ignored;
-        std::filesystem::remove(utf8Path(databasePath), ignored);
-        throw;
-    }
+    DtcImport import;
+    DtcDatabase::create(databasePath, [&](DtcDatabase& database) {
+        import = importDtcText(database, textPath, {}, progress);
+    });
+    return import;
 }
 
 std::string importText(const DtcImport& import, bool dupOver)

@@ -185,6 +185,7 @@ TEST_F(LauncherTest, SetsUpCodeDescriptionsWhereThereAreNone)
     folder.write(here.descriptionsFile, text);
     prompts.stopsWork = true;
     mine.setUpDescriptions();
+    EXPECT_EQ(prompts.takeMessage(), "The set-up was stopped. No database has been made.");
     EXPECT_FALSE(fileExists(path));
 
     prompts.stopsWork = false;

@@ -108,5 +108,38 @@ TEST_F(DtcDatabaseTest, RefusesDamagedFilesWithoutHarm)
     EXPECT_GT(refused, 20) << "most are noticed";
 }
 
+TEST_F(DtcDatabaseTest, UndoesWhatAProgramLeftThatWasKilled)
+{
+    makeDatabase("PRAGMA page_size = 512;" + layout +
+                 "WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i + 1 FROM n WHERE i < 299)"
+                 "INSERT INTO DTCset SELECT 'P0' || i, 'before', '' FROM n;");
+    const std::string left = folder.path("left.mdb");
+    {
+        SQLite::Database killed(path, SQLite::OPEN_READWRITE);
+        killed.exec("PRAGMA cache_size = 1; BEGIN; UPDATE DTCset SET Description = 'half an import'");
+        TemporaryFolder::write(left, contents(path));
+        TemporaryFolder::write(left + "-journal", contents(path + "-journal"));
+    }
+    ASSERT_NE(contents(left).find("half an import"), std::string::npos);
+    EXPECT_EQ(DtcDatabase::openForReading(left)->describe("P0299"), "before");
+    EXPECT_FALSE(fileExists(left + "-journal"));
+}
+
+TEST_F(DtcDatabaseTest, ANewDatabaseIsFilledOrNotMade)
+{
+    const auto fail = [](DtcDatabase& database) {
+        database.add({"P0300", "Misfire", ""});
+        throw DatabaseError("no");
+    };
+    EXPECT_THROW(DtcDatabase::create(path, fail), DatabaseError);
+    EXPECT_FALSE(fileExists(path) || fileExists(path + "-journal"));
+    const auto made = DtcDatabase::create(path, [](DtcDatabase& database) {
+        database.add({"P0300", "Misfire", ""});
+    });
+    EXPECT_EQ(made->count(), 1);
+    std::filesystem::rename(utf8Path(path), utf8Path(folder.path("moved")));
+    EXPECT_THROW(made->add({"P0301", "d", ""}), DatabaseError);
+}
+
 } // namespace
 } // namespace zint

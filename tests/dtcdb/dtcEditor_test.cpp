@@ -1,5 +1,7 @@
+#include "dtcdb/accessDatabase.h"
 #include "dtcdb/dtcEditor.h"
 #include "shared/fileError.h"
+#include "support/accessFile.h"
 #include "support/scriptedDialogs.h"
 #include "support/scriptedPrompts.h"
 #include "support/temporaryFolder.h"
@@ -316,6 +318,40 @@ TEST_F(DtcEditorTest, ALockedDatabaseLosesNothing)
     other.exec("ROLLBACK");
     editor.pressSave();
     EXPECT_EQ(status(), "DTC saved");
+
+    editor.pressEdit();
+    other.exec("BEGIN EXCLUSIVE");
+    EXPECT_THROW(editor.pressCancel(), DatabaseError);
+    EXPECT_FALSE(panel().isEditing) << "a file that fails keeps nobody in edit mode";
+    EXPECT_EQ(panel().record.description, "Cylinder 1");
+}
+
+TEST_F(DtcEditorTest, CopiesTheRecordsOfAnAccessDatabase)
+{
+    if (!canReadAccessDatabases())
+        GTEST_SKIP() << "built without the library";
+    const std::string jet = folder.path("old.mdb");
+    const std::string before = AccessFile{
+        .rows = {
+            {"P0300", "Misfire", "n"},
+            {"p0300", "twice", ""},
+            {"LONGCODE", "d", ""},
+            {"P0301", "d", ""}}}.bytes();
+    TemporaryFolder::write(jet, before);
+    editor.changeName(jet);
+    prompts.answer = false;
+    editor.pressControl();
+    EXPECT_FALSE(panel().isOpen);
+    prompts.answer = true;
+    dialogs.chosen = folder.path("fresh.mdb");
+    editor.pressControl();
+    EXPECT_EQ(dialogs.asked.substr(0, dialogs.asked.rfind("Access")),
+              "save " + folder.path() + "|old-copy.mdb|");
+    EXPECT_EQ(status(), "2 of 4 record(s) copied");
+    EXPECT_EQ(panel().record.description, "Misfire");
+    EXPECT_EQ(values.parmDTCdb, folder.path("fresh.mdb"));
+    EXPECT_EQ(panel().dtcDBname.text, values.parmDTCdb);
+    EXPECT_EQ(contents(jet), before);
 }
 
 } // namespace

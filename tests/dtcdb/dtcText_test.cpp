@@ -18,10 +18,28 @@ std::string text(const DtcRecord& record)
 
 TEST(DtcTextTest, TellsWhereACodeIsWrong)
 {
-    const std::pair<const char*, int> rows[] = {{"P0301", 0}, {"U3FFF", 0}, {"B1A0C", 0}, {"C2000", 0},
-                                                {"P030", 5},  {"", 1},      {"P", 2},     {"P03011", 5},
-                                                {"X0301", 1}, {"p0301", 1}, {"P4301", 2}, {"P0G01", 3},
-                                                {"P03G1", 4}, {"P030f", 5}, {"Pxxyy", 2}, {" P030", 1}};
+    const std::pair<const char*, int> rows[] = {{"P0301", 0},
+                                                {"U3FFF", 0},
+                                                {"B1A0C", 0},
+                                                {"C2000", 0},
+                                                {"P030", 5},
+                                                {"", 1},
+                                                {"P", 2},
+                                                {"P03011", 5},
+                                                {"X0301", 1},
+                                                {"p0301", 1},
+                                                {"P4301", 2},
+                                                {"P0G01", 3},
+                                                {"P03G1", 4},
+                                                {"P030f", 5},
+                                                {"Pxxyy", 2},
+                                                {" P030", 1},
+                                                {"P\xC3\xA9"
+                                                 "301",
+                                                 2},
+                                                {"\xC3\xA9"
+                                                 "030",
+                                                 5}};
     for (const auto& [code, fault] : rows)
         EXPECT_EQ(codeFault(code), fault) << code;
 }
@@ -49,7 +67,9 @@ TEST(DtcTextTest, SplitsALine)
              {Fields::tab, "P0133\ta,b\tc\td", "[P0133][a,b][c\td]"},
              {Fields::space, "P0133 Heated O2 sensor circuit", "[P0133][Heated O2 sensor circuit][ ]"},
              {Fields::fixed, "P0133description", "[P0133][description][ ]"},
-             {Fields::fixed, "P0133" + wide + "n", "[P0133][" + wide + "n][n]"},
+             {Fields::fixed, "P0133" + wide + "n", "[P0133][" + wide + "][n]"},
+             {Fields::fixed, "P0133Misfire" + std::string(93, ' ') + "n", "[P0133][Misfire][n]"},
+             {Fields::fixed, "P0133" + std::string(100, ' ') + "n", "[P0133][ ][n]"},
              {Fields::fixed, "P01", "[P01][ ][ ]"},
          })
         EXPECT_EQ(text(readDtcLine(row.line, {.fields = row.fields})), row.record) << row.line;
@@ -166,7 +186,8 @@ TEST_F(DtcFileTest, ExportsWhatItImportsAgain)
     EXPECT_EQ(import(exported), (Counts{3, 0, 0, 3}));
     EXPECT_EQ(table(), before);
     EXPECT_THROW(exportDtcText(*database, folder.path("none/codes.txt"), {}), FileError);
-    EXPECT_THROW(exportDtcText(*database, folder.path("./again.mdb"), {}), FileError) << "the database itself";
+    EXPECT_THROW(exportDtcText(*database, folder.path("./again.mdb"), {}), FileError)
+        << "the database itself";
     EXPECT_EQ(table(), before);
 }
 
