@@ -33,7 +33,9 @@ TEST_F(DtcEditFormTest, FillsANewDatabaseAndFindsItsCodes)
 {
     const std::string browsing = "DTCfirst DTCprev DTCnext DTClast DTCsearch DTCsearchCode DTCedit DTCdel ";
     expectEnabled("dtcDBname browseDB DTCcontrol browseText", true);
-    expectEnabled(browsing + "DTCcode DTCdescr DTCnotes DTCadd DTCsave DTCcancel importDTC exportDTC skippedLines", false);
+    expectEnabled(browsing +
+                      "DTCcode DTCdescr DTCnotes DTCadd DTCsave DTCcancel importDTC exportDTC skippedLines",
+                  false);
     EXPECT_EQ(textOf("DTCcontrol"), u"Create New DB");
     box("dtcDBname")->setFocus();
     QTest::keyClick(box("dtcDBname"), Qt::Key_Return);
