@@ -62,11 +62,6 @@ std::string noDatabaseText(const std::string& path)
     return "there is no database of code descriptions \"" + path + "\"; zint-obd dtc setup makes one";
 }
 
-std::string noAnswerText(std::chrono::seconds timeout)
-{
-    return "the adapter has not answered within " + std::to_string(timeout.count()) + " seconds";
-}
-
 void PrintedBox::append(const std::string& text)
 {
     std::string printed = text;
@@ -107,6 +102,22 @@ CommandSession::CommandSession(const ConnectionOptions& options)
     launcher.load();
     prompts.hasComplained = false; // a setting that can't be used is no failure of what follows
     connection_ = launcher.connection();
+}
+
+Patience::Patience(CommandSession& session, std::chrono::seconds timeout)
+    : timeout_(timeout), timer_(session.gate)
+{
+    timer_.onTick = [this, &session] {
+        session.prompts.message("the adapter has not answered within " + std::to_string(timeout_.count()) +
+                                " seconds");
+        QCoreApplication::quit();
+    };
+}
+
+void Patience::begin()
+{
+    timer_.setInterval(timeout_);
+    timer_.setEnabled(timeout_.count() > 0);
 }
 
 } // namespace zint

@@ -7,6 +7,7 @@
 #include "link/connectionChoice.h"
 #include "link/portDirectory.h"
 #include "platform/qtSettingsStore.h"
+#include "platform/qtTimer.h"
 #include "platform/systemPorts.h"
 #include "shared/eventGate.h"
 #include "shared/outputBox.h"
@@ -45,9 +46,6 @@ int telling(const std::function<int()>& command);
 
 /// What is told when there is no database of code descriptions.
 std::string noDatabaseText(const std::string& path);
-
-/// What is told when a reply does not come in time.
-std::string noAnswerText(std::chrono::seconds timeout);
 
 /// Standard output as a tool's box, which keeps all lines. A failure has been told; nothing is printed after
 /// it.
@@ -95,6 +93,20 @@ private:
     PortDirectory ports_{settings_, systemPorts_};
     VehiclePorts vehiclePorts_{ports_};
     ConnectionChoice connection_;
+};
+
+/// Ends the event loop when a reply does not come in time, and tells so.
+class Patience {
+public:
+    /// @param session outlives this. @param timeout of each reply; 0 waits for ever
+    Patience(CommandSession& session, std::chrono::seconds timeout);
+
+    void begin(); ///< something was sent
+    void end() { timer_.setEnabled(false); }
+
+private:
+    std::chrono::seconds timeout_;
+    QtTimer timer_;
 };
 
 } // namespace zint

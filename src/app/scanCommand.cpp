@@ -31,9 +31,8 @@ public:
               &ScanParameters::pidStart, &ScanParameters::pidStop, &ScanParameters::cmdSuffix})
             scanner_.type(box, line_.scan.*box);
         scanner_.setDisplay({.filter = line_.filter, .dspDecimal = line_.decimal, .dspAscii = line_.ascii});
-        scanner_.onReply = [this] { beginWaiting(); };
+        scanner_.onReply = [this] { patience_.begin(); };
         scanner_.onChanged = [this] { watch(); };
-        patience_.onTick = [this] { giveUp(); };
     }
 
     int run()
@@ -54,13 +53,7 @@ private:
     void begin()
     {
         scanner_.pressScan();
-        beginWaiting();
-    }
-
-    void beginWaiting()
-    {
-        patience_.setInterval(line_.timeout);
-        patience_.setEnabled(line_.timeout.count() > 0);
+        patience_.begin();
     }
 
     void watch()
@@ -78,18 +71,12 @@ private:
             showProgress(std::to_string(static_cast<int>(bar.value)) + "%, " + bar.text);
     }
 
-    void giveUp()
-    {
-        session_.prompts.message(noAnswerText(line_.timeout));
-        QCoreApplication::quit();
-    }
-
     const CommandLine& line_;
     CommandSession session_;
     SystemClock clock_;
     ScanOutput box_;
     QtTimer resetTimer_{session_.gate};
-    QtTimer patience_{session_.gate};
+    Patience patience_{session_, line_.timeout};
     std::unique_ptr<SerialPort> port_ = session_.makePort();
     Scanner scanner_{{.port = *port_,
                       .timer = resetTimer_,

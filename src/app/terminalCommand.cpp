@@ -25,7 +25,6 @@ public:
         terminal_.setOptions({.base = line.base, .mode = OutputMode::append});
         terminal_.onPrompt = [this] { prompted(); };
         terminal_.onChanged = [this] { watch(); };
-        patience_.onTick = [this] { giveUp(); };
     }
 
     int run()
@@ -53,8 +52,8 @@ private:
     void beginWaiting()
     {
         isPrompted_ = false;
-        patience_.setInterval(line_.timeout);
-        patience_.setEnabled(!isTyped_ && line_.timeout.count() > 0);
+        if (!isTyped_)
+            patience_.begin();
     }
 
     void enter(const std::string& command)
@@ -74,7 +73,7 @@ private:
     void prompted()
     {
         isPrompted_ = true;
-        patience_.setEnabled(false);
+        patience_.end();
         sendNext();
     }
 
@@ -98,18 +97,12 @@ private:
             QCoreApplication::quit();
     }
 
-    void giveUp()
-    {
-        session_.prompts.message(noAnswerText(line_.timeout));
-        QCoreApplication::quit();
-    }
-
     const CommandLine& line_;
     CommandSession session_;
     SystemClock clock_;
     PrintedBox box_;
     QtTimer resetTimer_{session_.gate};
-    QtTimer patience_{session_.gate};
+    Patience patience_{session_, line_.timeout};
     std::unique_ptr<SerialPort> port_ = session_.makePort();
     Terminal terminal_{{*port_, resetTimer_, clock_, session_.prompts, box_}, session_.connection()};
     std::deque<std::string> commands_; ///< not sent yet
