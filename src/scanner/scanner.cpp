@@ -144,26 +144,29 @@ void Scanner::beginRequests()
     setStatus(" Scanning");
     requestsBegin_ = around_.clock.monotonic();
     sendNext();
+    tellOfNext();
 }
 
 void Scanner::takeReply(std::string_view reply)
 {
     using Kind = ScanReply::Kind;
-    const ScanReply found = classify(reply, lastRequest_.expectedPrefix);
+    const ScanRequest answered = lastRequest_;
+    sendNext(); // the adapter works while the reply is looked at
+    const ScanReply found = classify(reply, answered.expectedPrefix);
     noData_ += found.kind == Kind::noData ? 1 : 0;
     invalid_ += found.kind == Kind::invalid ? 1 : 0;
     zero_ += found.kind == Kind::valid && found.value == 0 ? 1 : 0;
     if (isListed(found, display_.filter))
-        write(lineOf(found));
+        write(lineOf(answered, found));
     ++events_;
-    panel_.statusBox = "Scanning " + lastRequest_.text + "    " + std::to_string(events_) + " Event(s)";
-    sendNext();
+    panel_.statusBox = "Scanning " + answered.text + "    " + std::to_string(events_) + " Event(s)";
+    tellOfNext();
 }
 
-std::string Scanner::lineOf(const ScanReply& reply) const
+std::string Scanner::lineOf(const ScanRequest& request, const ScanReply& reply) const
 {
     std::string line{static_cast<char>(reply.kind), ' '};
-    line += lastRequest_.text + " " + toUtf8(reply.data);
+    line += request.text + " " + toUtf8(reply.data);
     if (reply.kind == ScanReply::Kind::valid) {
         if (display_.dspAscii)
             line += "   [" + reply.ascii + "]";
@@ -176,18 +179,18 @@ std::string Scanner::lineOf(const ScanReply& reply) const
 void Scanner::sendNext()
 {
     auto request = sequence_.next(boxes_);
-    if (sequence_.hasSkipped())
-        write("Skipping mode 4 functional scans...");
     scanPending_ = request.has_value();
     if (request) {
         lastRequest_ = std::move(*request);
         link_.send(lastRequest_.text);
     }
-    refreshProgress();
 }
 
-void Scanner::refreshProgress()
+/// Shows that the next request has been sent, or that there is none.
+void Scanner::tellOfNext()
 {
+    if (sequence_.hasSkipped())
+        write("Skipping mode 4 functional scans...");
     const std::int64_t left = scanPending_ ? 1 + sequence_.left(boxes_) : 0;
     const std::int64_t all = events_ + left;
     panel_.ProgressBar1.value =

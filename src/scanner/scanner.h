@@ -87,8 +87,8 @@ private:
     void takeReply(std::string_view reply);
     void beginRequests();
     void sendNext();
-    std::string lineOf(const ScanReply& reply) const;
-    void refreshProgress();
+    void tellOfNext();
+    std::string lineOf(const ScanRequest& request, const ScanReply& reply) const;
     void setStatus(std::string_view words);
     void write(const std::string& text) { around_.outBox.append(text); }
     void replied() const;
