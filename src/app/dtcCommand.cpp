@@ -109,10 +109,8 @@ private:
     int exportToOutput(DtcDatabase& database) const
     {
         std::ostringstream text;
-        exportDtcText(database, text, line_.textOptions);
-        std::string lines = text.str();
-        std::erase(lines, '\r');
-        return printOut(lines);
+        exportDtcText(database, text, line_.textOptions, "\n");
+        return printOut(text.str());
     }
 
     const CommandLine& line_;

@@ -196,11 +196,11 @@ void DtcDatabase::execute(const std::string& sql)
     guarded(path_, [&] { return database_->exec(sql); });
 }
 
-SQLite::Statement& DtcDatabase::statement(const char* sql, const char* head)
+SQLite::Statement& DtcDatabase::statement(const std::string& sql)
 {
     auto found = statements_.find(sql);
     if (found == statements_.end())
-        found = statements_.try_emplace(sql, *database_, std::string(head) + sql).first;
+        found = statements_.try_emplace(sql, *database_, sql).first;
     return found->second;
 }
 
@@ -217,7 +217,7 @@ template <typename... Values>
 std::optional<DtcDatabase::Entry> DtcDatabase::entry(const char* condition, const Values&... values)
 {
     return guarded(path_, [&] {
-        SQLite::Statement& query = statement(condition, select);
+        SQLite::Statement& query = statement(std::string(select) + condition);
         const Finished finished(query);
         SQLite::bind(query, values...);
         std::optional<Entry> found;

@@ -94,7 +94,7 @@ private:
     static std::unique_ptr<DtcDatabase> connect(const std::string& path);
     void requireWritable();
     void execute(const std::string& sql);
-    SQLite::Statement& statement(const char* sql, const char* head = "");
+    SQLite::Statement& statement(const std::string& sql);
     std::int64_t number(const char* sql);
     template <typename... Values>
     std::optional<Entry> entry(const char* condition, const Values&... values);
@@ -103,7 +103,7 @@ private:
 
     std::string path_;
     std::unique_ptr<SQLite::Database> database_;
-    std::map<std::string_view, SQLite::Statement> statements_; ///< by their SQL, without its head
+    std::map<std::string, SQLite::Statement> statements_; ///< by their SQL
     std::int64_t count_ = 0;
     std::int64_t countedVersion_ = noVersion; ///< of the file
 

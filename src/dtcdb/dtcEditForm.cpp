@@ -35,19 +35,18 @@ void dtcEditForm::Form_Unload() { editor_.unload(); }
 /// The Return key presses the button that has the focus, else the one that belongs to the box.
 void dtcEditForm::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+    if (!isReturn(*event)) {
         toolForm::keyPressEvent(event);
         return;
     }
-    auto* button = qobject_cast<QPushButton*>(focusWidget());
+    QPushButton* button = nullptr;
     if (focusWidget() == ui->dtcDBname)
         button = ui->DTCcontrol;
     else if (focusWidget() == ui->DTCsearchCode)
         button = ui->DTCsearch;
     else if (std::ranges::find(boxes_, focusWidget(), &BoxEntry::edit) != boxes_.end())
         button = ui->DTCsave;
-    if (button != nullptr)
-        button->click();
+    pressFocused(button);
 }
 
 void dtcEditForm::DTCcontrol_Click()

@@ -1,7 +1,6 @@
 #include "dtcdb/dtcText.h"
 
 #include "shared/module1.h"
-#include "shared/textFile.h"
 
 #include <algorithm>
 #include <array>
@@ -184,11 +183,12 @@ std::int64_t exportDtcText(DtcDatabase& database, const std::string& path, const
     return count;
 }
 
-std::int64_t exportDtcText(DtcDatabase& database, std::ostream& stream, const DtcTextOptions& options)
+std::int64_t exportDtcText(DtcDatabase& database, std::ostream& stream, const DtcTextOptions& options,
+                           std::string_view end)
 {
     std::int64_t count = 0;
     for (auto entry = database.first(); entry; entry = database.after(entry->record.code)) {
-        stream << dtcLine(entry->record, options) << lineEnd;
+        stream << dtcLine(entry->record, options) << end;
         ++count;
     }
     return count;

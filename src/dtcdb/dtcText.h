@@ -2,6 +2,7 @@
 
 #include "dtcdb/dtcDatabase.h"
 #include "shared/progress.h"
+#include "shared/textFile.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -67,9 +68,10 @@ DtcImport importDtcText(DtcDatabase& database, const std::string& path, const Dt
 /// @throws FileError when the file can't be written, DatabaseError when the table can't be read
 std::int64_t exportDtcText(DtcDatabase& database, const std::string& path, const DtcTextOptions& options);
 
-/// Writes the table as it would stand in a file. @return the number of records
+/// Writes the table to a stream. @param end of each line. @return the number of records
 /// @throws DatabaseError when the table can't be read
-std::int64_t exportDtcText(DtcDatabase& database, std::ostream& stream, const DtcTextOptions& options);
+std::int64_t exportDtcText(DtcDatabase& database, std::ostream& stream, const DtcTextOptions& options,
+                           std::string_view end = lineEnd);
 
 /// Makes a database of a file in which fields are separated by commas. Nothing is left when it fails.
 /// @throws as DtcDatabase::create() and importDtcText()

@@ -7,6 +7,7 @@
 #include "shared/programInfo.h"
 
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QToolBar>
 
 #include <utility>
@@ -53,6 +54,18 @@ void toolForm::nameToolButtons(const QToolBar& bar, std::initializer_list<ToolBu
         widget->setObjectName(QLatin1String(button.name));
         widget->setAccessibleName(button.action->iconText());
     }
+}
+
+bool toolForm::isReturn(const QKeyEvent& event)
+{
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+void toolForm::pressFocused(QPushButton* otherwise)
+{
+    auto* const focused = qobject_cast<QPushButton*>(focusWidget());
+    if (QPushButton* const button = focused != nullptr ? focused : otherwise)
+        button->click();
 }
 
 void toolForm::closeEvent(QCloseEvent* event)

@@ -64,6 +64,12 @@ protected:
     };
     static void nameToolButtons(const QToolBar& bar, std::initializer_list<ToolButton> buttons);
 
+    static bool isReturn(const QKeyEvent& event);
+
+    /// What the Return key does where no control wants it: presses the button that has the focus, else the
+    /// other one, if any.
+    void pressFocused(QPushButton* otherwise);
+
     ToolContext& context() { return context_; }
     EventGate& gate() { return gate_; }
     Prompts& prompts() { return prompts_; }

@@ -59,12 +59,10 @@ void scanForm::showStatus(const std::string& text) { scanner_.showStatus(text); 
 /// The Return key presses the button that has the focus; from a box it begins a scan, but never ends one.
 void scanForm::keyPressEvent(QKeyEvent* event)
 {
-    if ((event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) || event->isAutoRepeat())
+    if (isReturn(*event) && !event->isAutoRepeat())
+        pressFocused(scanner_.isScanning() ? nullptr : ui->comScan);
+    else
         outputForm::keyPressEvent(event);
-    else if (auto* button = qobject_cast<QPushButton*>(focusWidget()))
-        button->click();
-    else if (!scanner_.isScanning())
-        ui->comScan->click();
 }
 
 /// The menu, a key or another platform may press the button without giving it the focus.

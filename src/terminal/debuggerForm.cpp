@@ -50,10 +50,7 @@ void debuggerForm::keyPressEvent(QKeyEvent* event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (auto* button = qobject_cast<QPushButton*>(focusWidget()))
-            button->click();
-        else
-            (terminal_.panel().sendIsDefault ? ui->sendCom : ui->openCom)->click();
+        pressFocused(terminal_.panel().sendIsDefault ? ui->sendCom : ui->openCom);
         break;
     case Qt::Key_Up:
         walk(&CommandHistory::older);

@@ -2,6 +2,7 @@
 #include "shared/fileError.h"
 #include "support/temporaryFolder.h"
 
+#include <SQLiteCpp/SQLiteCpp.h>
 #include <gtest/gtest.h>
 
 namespace zint {
@@ -189,6 +190,17 @@ TEST_F(DtcFileTest, ExportsWhatItImportsAgain)
     EXPECT_THROW(exportDtcText(*database, folder.path("./again.mdb"), {}), FileError)
         << "the database itself";
     EXPECT_EQ(table(), before);
+}
+
+TEST_F(DtcFileTest, AWalkEndsWhateverAnotherProgramHasPutIntoTheTable)
+{
+    import("P0300,Misfire\n");
+    SQLite::Database(database->path(), SQLite::OPEN_READWRITE)
+        .exec("INSERT INTO DTCset VALUES (x'50', 'bytes for a code', ''), (NULL, 'none', '')");
+    int steps = 0;
+    for (auto entry = database->first(); entry && steps < 10; entry = database->after(entry->record.code))
+        ++steps;
+    EXPECT_LE(steps, 3);
 }
 
 TEST_F(DtcFileTest, SetsUpADatabaseOrLeavesNothing)

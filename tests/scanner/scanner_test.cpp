@@ -197,6 +197,33 @@ TEST_F(ScannerTest, CanBeStoppedAtAnyTime)
     EXPECT_EQ(panel().comScan.caption, "Begin Scan");
 }
 
+TEST_F(ScannerTest, LetsTheAdapterWorkWhileAReplyIsListed)
+{
+    struct WatchedBox final : OutputBox {
+        ScriptedAdapter& adapter;
+        std::string sentWhenListed;
+
+        explicit WatchedBox(ScriptedAdapter& sender) : adapter(sender) {}
+        void append(const std::string& text) override
+        {
+            if (text.starts_with("X 0100"))
+                sentWhenListed = adapter.history.back();
+        }
+        void replace(const std::string&) override {}
+        std::string text() const override { return {}; }
+    } watched(adapter);
+    Scanner other{{adapter, timer, clock, prompts, watched, [](auto) { return std::string(); }, [] {}},
+                  {2, "com2", "9600"}};
+    adapter.expectOpening();
+    answer("0100", "?");
+    adapter.expect("0101\r");
+    other.pressScan();
+    adapter.play();
+    EXPECT_EQ(watched.sentWhenListed, "0101\r");
+    adapter.expect("ATD\r");
+    other.unload();
+}
+
 TEST_F(ScannerTest, TellsHowLongAScanIsGoingToTake)
 {
     type("12", "0000", "FFFF");
