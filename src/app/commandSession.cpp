@@ -91,8 +91,8 @@ bool CommandPrompts::confirm(const std::string& /*text*/, const std::string& /*t
 
 CommandSession::CommandSession(const ConnectionOptions& options)
 {
-    gate.onError = [this](const std::string& text) {
-        prompts.message(text);
+    gate.onError = [this](const std::string& text, const std::string& reason) {
+        prompts.message(text, {}, reason);
         QCoreApplication::quit();
     };
     applyForThisRun(options, ports_);

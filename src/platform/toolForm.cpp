@@ -18,7 +18,9 @@ toolForm::toolForm(ToolContext& context, std::string helpPage)
     : context_(context), helpPage_(std::move(helpPage)), prompts_(*this)
 {
     setAttribute(Qt::WA_DeleteOnClose);
-    gate_.onError = [this](const std::string& text) { prompts().message(text); };
+    gate_.onError = [this](const std::string& text, const std::string& reason) {
+        prompts().message(text, {}, reason);
+    };
 }
 
 toolForm::~toolForm() = default;

@@ -25,16 +25,18 @@ void EventGate::run(Handler handler)
 void EventGate::runOne(const Handler& handler) const
 {
     std::string failure;
+    std::string reason;
     try {
         handler();
         return;
     } catch (const RunTimeError& error) {
         failure = "Run-time error " + std::to_string(error.number()) + ": " + error.what();
+        reason = error.reason();
     } catch (const std::exception& error) {
         failure = error.what();
     }
     if (onError)
-        onError(failure);
+        onError(failure, reason);
 }
 
 } // namespace zint

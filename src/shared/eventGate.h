@@ -22,8 +22,9 @@ public:
     /// Whether a handler is running.
     bool isBusy() const { return busy_; }
 
-    /// Told the text of what a handler threw. Until it returns, further events go on waiting.
-    std::function<void(const std::string& text)> onError;
+    /// Called with what a handler threw: its text, and the reason of a RunTimeError that has one. Until it
+    /// returns, further events go on waiting.
+    std::function<void(const std::string& text, const std::string& reason)> onError;
 
 private:
     void runOne(const Handler& handler) const;

@@ -36,7 +36,7 @@ struct LiveChartTest : FormTest {
         for (std::size_t i = 0; const auto& [description, conversion] : events)
             design.events()[i++] = {.code = "0100", .description = description, .conversion = conversion};
         samples.reset(design);
-        gate.onError = [this](const std::string& text) { failure = text; };
+        gate.onError = [this](const std::string& text, const std::string&) { failure = text; };
         chart = makeLiveChart({gate, dialogs, values}, nullptr);
         form = chart;
         chart->setRun(design, samples);

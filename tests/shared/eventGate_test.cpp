@@ -33,16 +33,16 @@ TEST_F(EventGateTest, HoldsWhatArrivesInsideAHandlerUntilItReturns)
 TEST_F(EventGateTest, ShowsAFailureHoldsEventsMeanwhileAndGoesOn)
 {
     gate.run([] { throw RunTimeError::divisionByZero(); }); // nobody is told
-    gate.onError = [this](const std::string& text) {
-        note(text);
+    gate.onError = [this](const std::string& text, const std::string& reason) {
+        note(text + reason);
         gate.run([this] { note("button"); });
         note("box closes");
     };
-    gate.run([] { throw RunTimeError::typeMismatch(); });
+    gate.run([] { throw RunTimeError::typeMismatch(" - cell 3"); });
     gate.run([] { throw std::invalid_argument("plain text"); });
     gate.run([this] { note("next"); });
-    expectLog({"Run-time error 13: Type mismatch", "box closes", "button", "plain text", "box closes",
-               "button", "next"});
+    expectLog({"Run-time error 13: Type mismatch - cell 3", "box closes", "button", "plain text",
+               "box closes", "button", "next"});
 }
 
 } // namespace
