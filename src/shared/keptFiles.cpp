@@ -1,6 +1,7 @@
 #include "shared/keptFiles.h"
 
 #include "shared/fileError.h"
+#include "shared/fileLock.h"
 #include "shared/module1.h"
 
 #include <algorithm>
@@ -57,8 +58,9 @@ std::vector<KeptFiles::File> KeptFiles::all() const
         const std::uintmax_t size = entry->file_size(none);
         if (none)
             continue;
-        if (const auto changed = entry->last_write_time(none); !none)
-            files.push_back({utf8Text(entry->path()), systemTime(changed), size});
+        const auto changed = entry->last_write_time(none);
+        if (const std::string path = utf8Text(entry->path()); !none && !FileLock::isTaken(path))
+            files.push_back({path, systemTime(changed), size});
     }
     std::ranges::sort(files, std::greater(), &File::changed);
     return files;

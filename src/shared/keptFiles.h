@@ -25,6 +25,9 @@ std::optional<KeptEntry> chooseToRecover(Prompts& prompts, const std::vector<Kep
                                          const std::string& what);
 
 /// A folder of files that keep what the user has not saved, until there are newer ones. Paths are UTF-8.
+///
+/// A file that a running program goes on writing is locked by it (FileLock). It is none of those that are
+/// listed, counted or removed here.
 class KeptFiles {
 public:
     struct File {
@@ -51,7 +54,7 @@ public:
     void prune() const;
 
 private:
-    std::vector<File> all() const;
+    std::vector<File> all() const; ///< the newest first
 
     std::string folder_;
     std::string extension_;
