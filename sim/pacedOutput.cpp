@@ -67,10 +67,10 @@ std::string PacedOutput::take(Time now)
     return taken;
 }
 
-void PacedOutput::clear()
+void PacedOutput::dropArrived(Time now)
 {
-    pieces_.clear();
-    end_ = Time{0};
+    while (nextDue().value_or(Time::max()) <= now)
+        take(now);
 }
 
 void PacedOutput::cut(Time now)

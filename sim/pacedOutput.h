@@ -39,8 +39,8 @@ public:
     /// Drops what has not arrived by now.
     void cut(Time now);
 
-    /// Drops everything, arrived or not.
-    void clear();
+    /// Drops what has arrived by now.
+    void dropArrived(Time now);
 
 private:
     struct Piece {

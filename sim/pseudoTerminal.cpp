@@ -79,8 +79,6 @@ bool PseudoTerminal::takeOpening()
     pollfd look{.fd = master_.get(), .events = 0, .revents = 0};
     checked(poll(&look, 1, 0), "pseudo-terminal");
     const bool wasOpen = std::exchange(open_, (look.revents & POLLHUP) == 0);
-    if (wasOpen && !open_)
-        tcflush(openOtherSide().get(), TCIFLUSH);
     return open_ && !wasOpen;
 }
 

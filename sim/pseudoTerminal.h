@@ -24,11 +24,15 @@ private:
 
 /// A pseudo-terminal that looks like a serial port to the program that opens it.
 ///
-/// It stays up while that program closes and opens it again. As on a real port, what was sent to one session
-/// is not there for the next. Calls throw std::system_error where the system refuses.
+/// It stays up while that program closes and opens it again; what one session did not read lies there for the
+/// next. Calls throw std::system_error where the system refuses.
 class PseudoTerminal {
 public:
     PseudoTerminal();
+
+    /// Holds the port open, too, from now on: what is sent while no program has it open is then kept for the
+    /// next.
+    void holdOpen() { held_ = openOtherSide(); }
 
     /// What a program opens.
     const std::string& path() const { return path_; }
@@ -57,6 +61,7 @@ private:
     Descriptor openOtherSide() const;
 
     Descriptor master_;
+    Descriptor held_;
     std::string path_;
     bool open_ = false;
 };

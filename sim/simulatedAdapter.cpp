@@ -45,14 +45,11 @@ SimulatedAdapter::SimulatedAdapter(Vehicle& vehicle, AdapterOptions options)
 {
     settings_.lineFeedsAtPowerUp = options_.lineFeeds;
     settings_.restoreDefaults();
-    portOpened(Time{0});
+    portOpened();
 }
 
-void SimulatedAdapter::portOpened(Time now)
+void SimulatedAdapter::portOpened()
 {
-    dropLateCommand(now);
-    output_.clear();
-    resetUntil_ = busyUntil_ = Time{0};
     silent_ = false;
     prompts_ = 0;
     vanished_ = options_.repliesUntilDisconnect == 0;
@@ -137,7 +134,7 @@ void SimulatedAdapter::runAdapterCommand(std::string_view command, Time at)
 {
     const CommandResult result = runCommand(command, settings_, vehicle_);
     if (result.reset == Reset::none) {
-        reply(result.text, at);
+        reply(result.text, command == "D" ? at + options_.defaultsDelay : at);
         return;
     }
     settings_.restoreDefaults();
@@ -147,7 +144,10 @@ void SimulatedAdapter::runAdapterCommand(std::string_view command, Time at)
         at += options_.resetDuration;
         resetUntil_ = at;
     }
-    reply((settings_.lineFeeds ? "\r\n" : "\r\r") + result.text, at);
+    std::string greeting = settings_.lineFeeds ? "\r\n" : "\r\r";
+    if (options_.greetingPrompt)
+        greeting += '>';
+    reply(greeting + result.text, at);
 }
 
 /// Digits in pairs, and a single one at the end for the number of lines that the sender waits for.
@@ -279,7 +279,7 @@ void SimulatedAdapter::reply(std::string_view text, Time at, Time waitBeforeProm
     line = options_.singleLineEnd ? "" : lineEnd();
     line += '>';
     line += options_.afterPrompt;
-    write(line, at + waitBeforePrompt);
+    write(line, at + options_.promptDelay + waitBeforePrompt);
     ++prompts_;
     vanished_ = options_.repliesUntilDisconnect == prompts_;
 }
@@ -287,7 +287,15 @@ void SimulatedAdapter::reply(std::string_view text, Time at, Time waitBeforeProm
 void SimulatedAdapter::write(std::string_view text, Time at)
 {
     output_.write(std::exchange(options_.rubbish, {}), at);
-    output_.write(text, at);
+    if (!options_.nulBytes) {
+        output_.write(text, at);
+        return;
+    }
+    for (const char byte : text) {
+        output_.write({&byte, 1}, at);
+        if (byte == '\r')
+            output_.write({"\0", 1}, at);
+    }
 }
 
 } // namespace zint

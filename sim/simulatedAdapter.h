@@ -24,9 +24,11 @@ public:
 
     explicit SimulatedAdapter(Vehicle& vehicle, AdapterOptions options = {});
 
-    /// A program has opened the port: what was on its way to the one before is lost, a reset under way is
-    /// over, and a silent or vanished adapter is back.
-    void portOpened(Time now);
+    /// A program has opened the port: a silent or vanished adapter is back. What the adapter does goes on.
+    void portOpened();
+
+    /// Nobody takes what arrives until then; it is lost.
+    void dropUntil(Time then) { output_.dropArrived(then); }
 
     /// Bytes that a program begins to send now.
     void receive(std::string_view bytes, Time now);

@@ -35,13 +35,18 @@ void SimulatedPort::open()
     LineSettings::parse(settings());
     gone_ = false;
     open_ = true;
-    adapter_.portOpened(clock_.monotonic());
+    adapter_.dropUntil(clock_.monotonic());
+    adapter_.portOpened();
     schedule();
 }
 
+/// Closing takes no time here, so that what would have come meanwhile is dropped at once.
 void SimulatedPort::close()
 {
+    if (!open_)
+        return;
     timer_.setEnabled(false);
+    adapter_.dropUntil(clock_.monotonic() + closingPatience);
     groups_.clear();
     group_.reset();
     received_.clear();
@@ -68,10 +73,10 @@ std::optional<std::chrono::microseconds> SimulatedPort::nextDue() const
     if (group_ || isVanishing())
         return clock_.monotonic();
     const auto due = adapter_.nextDue();
-    if (groups_.isEmpty())
-        return due;
-    if (adapter_.disconnected()) // nothing will complete what has come
+    if (adapter_.disconnected() && !groups_.isEmpty()) // nothing will complete what has come
         return due.value_or(clock_.monotonic());
+    if (!groups_.hasLine())
+        return due;
     return due ? std::min(*due, pauseEnd_) : pauseEnd_;
 }
 
@@ -109,12 +114,12 @@ void SimulatedPort::receive()
     groups_.append(arrived);
     if (!group_)
         group_ = groups_.take();
-    if (!group_ && !groups_.isEmpty() && arrived.empty() && (now >= pauseEnd_ || adapter_.disconnected()))
+    if (!group_ && arrived.empty() && ((groups_.hasLine() && now >= pauseEnd_) || adapter_.disconnected()))
         group_ = groups_.takeRest();
     const bool hasArrived = group_.has_value();
     received_ += std::exchange(group_, groups_.take()).value_or("");
     if (!arrived.empty())
-        pauseEnd_ = now + groups_.pause();
+        pauseEnd_ = now + ReceiveGroups::patience;
     schedule();
     if (hasArrived && receiveThreshold() > 0 && inBufferCount() >= receiveThreshold())
         notify(commEvent::receive);

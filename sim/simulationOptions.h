@@ -24,6 +24,7 @@ struct AdapterOptions {
     std::chrono::microseconds latency{0}; ///< from the end of a request to its answer; 0: nothing takes time
     int bitsPerSecond = 0;                ///< of the serial line, ten bits a character; 0: takes no time
     std::chrono::microseconds resetDuration{0}; ///< what arrives during a reset is lost
+    std::chrono::microseconds defaultsDelay{0}; ///< until "ATD" is answered
 
     bool announcesConnection =
         false;                   ///< "BUS INIT: ...OK" or "SEARCHING..." before the first data after a reset
@@ -32,7 +33,10 @@ struct AdapterOptions {
     bool singleLineEnd = false;  ///< no empty line before the prompt
     bool trailingBlank = true;   ///< behind the last byte of a line
     std::string afterPrompt;     ///< such as "\r\n"
-    std::string rubbish;         ///< sent before everything else; may hold NULs
+    bool greetingPrompt = false; ///< a prompt stands in front of the greeting after a reset, too
+    bool nulBytes = false;       ///< a byte 00 behind each carriage return
+    std::chrono::microseconds promptDelay{0}; ///< from the end of a reply to its prompt
+    std::string rubbish;                      ///< sent before everything else; may hold NULs
 
     std::size_t pieceLength = 0;           ///< output comes in pieces of so many characters; 0: in one piece
     std::chrono::microseconds pieceGap{0}; ///< between two pieces
@@ -44,6 +48,8 @@ struct AdapterOptions {
     std::optional<int> promptsUntilSilence; ///< replies with a prompt; the next has none, and nothing follows
     std::optional<int>
         repliesUntilDisconnect; ///< then the device vanishes; counted from opening, like the prompts
+    bool keepsUnread =
+        false; ///< what is sent while the port is closed waits there, as behind a network bridge
 };
 
 struct SimulationOptions {

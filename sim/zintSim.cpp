@@ -162,6 +162,8 @@ void serve(const CommandLine& commandLine)
     Vehicle vehicle(commandLine.options.vehicle);
     SimulatedAdapter adapter(vehicle, commandLine.options.adapter);
     PseudoTerminal terminal;
+    if (commandLine.options.adapter.keepsUnread)
+        terminal.holdOpen();
     std::optional<TemporaryLink> link;
     if (!commandLine.link.empty())
         link.emplace(commandLine.link, terminal.path());
@@ -169,9 +171,8 @@ void serve(const CommandLine& commandLine)
     while (stopRequested == 0 && !adapter.disconnected()) {
         waitFor(terminal, adapter.nextDue(), signals);
         const std::string text = terminal.read();
-        if (terminal
-                .takeOpening()) // looked for after reading, so that no text of a new session is taken for old
-            adapter.portOpened(sinceStart());
+        if (terminal.takeOpening())
+            adapter.portOpened();
         adapter.receive(text, sinceStart());
         terminal.write(adapter.take(sinceStart()));
     }

@@ -141,7 +141,8 @@ ConnectionChoice Launcher::connection() const
     const int number = panel_.comPort + 1;
     return {.portNumber = number,
             .portName = PortDirectory::name(number),
-            .speed = std::string(lineSpeeds.at(static_cast<std::size_t>(panel_.comSpeed)))};
+            .speed = std::string(lineSpeeds.at(static_cast<std::size_t>(panel_.comSpeed))),
+            .device = ports_.target(number).text()};
 }
 
 Tool Launcher::toolFor(Tool button) const

@@ -10,9 +10,8 @@ std::int64_t lengthOf(std::string_view command) { return static_cast<std::int64_
 
 } // namespace
 
-AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener,
-                         BusNotice busNotice)
-    : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener), buffer_(busNotice)
+AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener)
+    : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener)
 {
     setUp(port_, choice_);
     port_.onComm = [this] { portEvent(); };
@@ -39,6 +38,7 @@ bool AdapterLink::open(Guard guard)
     state_ = State::resetSent;
     guard_ = guard;
     buffer_.clear();
+    bytesBefore_ = counters_.bytesIn;
     try {
         port_.open();
         write(resetCommand, lengthOf(resetCommand));
@@ -53,6 +53,17 @@ bool AdapterLink::open(Guard guard)
     timer_.setEnabled(true);
     refreshCounterLine();
     return true;
+}
+
+std::string AdapterLink::timeoutReason() const
+{
+    const bool nothingCame = counters_.bytesIn == bytesBefore_;
+    return choice_.portName + (choice_.device.empty() ? "" : " (" + choice_.device + ")") + " at " +
+           choice_.speed + " bits per second: " +
+           (nothingCame
+                ? "nothing was received. Check port and speed in the launcher, most adapters use 38400."
+                : "what was received is no answer. Check the speed in the launcher, most adapters use "
+                  "38400.");
 }
 
 void AdapterLink::close()

@@ -76,8 +76,7 @@ public:
     };
 
     /// Sets the port up for the chosen connection; does not open it.
-    AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener,
-                BusNotice busNotice = BusNotice::endsWithLine);
+    AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener);
 
     /// What the time-out guards: the reset's answer alone, or all answers up to close(), for an exchange that
     /// a silent vehicle must not keep open. It starts anew when the reset is answered.
@@ -91,6 +90,13 @@ public:
     void close();
 
     bool isOpen() const { return port_.isOpen(); }
+
+    /// The line in which the adapter told, in front of the reply given last, that it looked for the vehicle,
+    /// such as "BUS INIT: ...ERROR"; empty when there was none.
+    const std::string& notice() const { return buffer_.notice(); }
+
+    /// What a user who gets no answer to the reset should look at: port, device, speed, what was received.
+    std::string timeoutReason() const;
 
     /// Sends a command or request and its carriage return. Legal while the link is open. A device that has
     /// just vanished takes nothing; its own event follows.
@@ -136,6 +142,7 @@ private:
     Guard guard_ = Guard::reset;
     ReplyBuffer buffer_;
     LinkCounters counters_;
+    std::int64_t bytesBefore_ = 0; ///< received before the port was opened
     std::string status_;
     std::optional<LinkCounters> shownCounters_; ///< as counterLine() tells them
 };

@@ -6,40 +6,41 @@
 
 namespace zint {
 
-/// Where the first group ends; npos while that is not known.
-std::size_t ReceiveGroups::endOfGroup() const
+ReceiveGroups::End ReceiveGroups::endOfGroup() const
 {
-    constexpr auto unknown = std::string::npos;
     const std::string_view text = text_;
-    const std::size_t stop = text.find_first_of("\r>");
-    if (stop == unknown)
-        return text.size() >= longest ? text.size() : unknown;
+    const auto endsReplies = [text](std::size_t prompt) {
+        return text.find_first_not_of(ReplyBuffer::filler, prompt + 1) == std::string::npos;
+    };
+    const std::size_t begin = text.find_first_not_of(ReplyBuffer::filler);
+    std::size_t stop = text.find_first_of("\r>", begin);
+    while (stop != std::string::npos && text[stop] == ReplyBuffer::prompt) {
+        if (endsReplies(stop))
+            return {stop + 1, true};
+        stop = text.find_first_of("\r>", stop + 1);
+    }
+    if (stop == std::string::npos)
+        return text.size() < longest ? End{} : End{text.size(), true};
     std::size_t end = stop + 1;
-    if (text[stop] == ReplyBuffer::prompt)
-        return end;
     if (text.substr(end).starts_with('\n'))
         ++end;
-    if (end == text.size()) // a line feed or the prompt may still come
-        return unknown;
-    return text[end] == ReplyBuffer::prompt ? end + 1 : end;
+    if (end == text.size())
+        return {end, false};
+    const bool hasPrompt = text[end] == ReplyBuffer::prompt && endsReplies(end);
+    return {hasPrompt ? end + 1 : end, true};
 }
 
 std::optional<std::string> ReceiveGroups::take()
 {
-    const std::size_t end = endOfGroup();
-    if (end == std::string::npos)
+    const End end = endOfGroup();
+    if (!end.isCertain)
         return std::nullopt;
-    std::string group = text_.substr(0, end);
-    text_.erase(0, end);
+    std::string group = text_.substr(0, end.position);
+    text_.erase(0, end.position);
     return group;
 }
 
-std::chrono::milliseconds ReceiveGroups::pause() const
-{
-    constexpr std::chrono::milliseconds behindLine{100};
-    constexpr std::chrono::milliseconds withinLine{5000};
-    return text_.find('\r') != std::string::npos ? behindLine : withinLine;
-}
+bool ReceiveGroups::hasLine() const { return endOfGroup().position != std::string::npos; }
 
 std::string ReceiveGroups::takeRest() { return std::exchange(text_, {}); }
 

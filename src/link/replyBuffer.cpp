@@ -1,26 +1,49 @@
 #include "link/replyBuffer.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zint {
+namespace {
+
+bool isNotice(std::string_view line)
+{
+    return line.starts_with("BUS INIT") || line.starts_with("SEARCHING...");
+}
+
+} // namespace
 
 void ReplyBuffer::append(std::string_view received)
 {
+    if (text_.empty())
+        notice_.clear();
     text_ += received;
-    if (!text_.starts_with("BUS INIT") || text_.find(prompt) == std::string::npos)
+    dropFiller();
+    if (!isNotice(text_) || text_.find(prompt) == std::string::npos)
         return;
     auto lineEnd = text_.find('\n');
-    if (lineEnd == std::string::npos && busNotice_ == BusNotice::endsWithLine)
+    if (lineEnd == std::string::npos)
         lineEnd = text_.find('\r');
-    if (lineEnd != std::string::npos)
-        text_.erase(0, lineEnd + 1);
+    if (lineEnd == std::string::npos)
+        return;
+    notice_ = text_.substr(0, std::min(text_.find('\r'), lineEnd));
+    text_.erase(0, lineEnd + 1);
+    dropFiller();
 }
+
+void ReplyBuffer::dropFiller() { text_.erase(0, std::min(text_.find_first_not_of(filler), text_.size())); }
 
 std::optional<std::string> ReplyBuffer::takeReply()
 {
     if (!text_.ends_with(prompt))
         return std::nullopt;
     return std::exchange(text_, {});
+}
+
+void ReplyBuffer::clear()
+{
+    text_.clear();
+    notice_.clear();
 }
 
 } // namespace zint

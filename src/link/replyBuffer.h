@@ -6,31 +6,36 @@
 
 namespace zint {
 
-/// Where the line ends in which the adapter reports that it had to initialise the vehicle's bus: at its line
-/// feed, or also at its carriage return where the adapter sends no line feeds.
-enum class BusNotice { endsWithLine, endsWithLineFeed };
-
 /// Collects received text into replies. A reply is complete when the prompt ">" is the last character
 /// received; text comes in pieces of any size. A prompt with something behind it completes nothing.
+///
+/// A reply begins with its data: line ends and blanks in front of it are dropped, and so is a first line in
+/// which the adapter reports that it had to find or to wake the vehicle ("SEARCHING...", "BUS INIT: ...OK").
 class ReplyBuffer {
 public:
     static constexpr char prompt = '>';
 
-    explicit ReplyBuffer(BusNotice busNotice = BusNotice::endsWithLine) : busNotice_(busNotice) {}
+    /// What belongs to nothing in front of a reply and behind a prompt. Some adapters send bytes 00, too.
+    static constexpr std::string_view filler{"\r\n \0", 4};
 
-    /// Adds received text. A bus notice is dropped once the prompt has come, so that a reply begins with its
-    /// data.
+    /// Adds received text. A notice is dropped once the prompt has come: up to the first line feed, or up to
+    /// the first carriage return when there is no line feed.
     void append(std::string_view received);
 
     /// @return the complete reply, prompt included, which then leaves the buffer; nothing while it is
     /// incomplete
     std::optional<std::string> takeReply();
 
-    void clear() { text_.clear(); }
+    /// The notice that the reply taken last began with, without its line end; empty when it had none.
+    const std::string& notice() const { return notice_; }
+
+    void clear();
 
 private:
-    BusNotice busNotice_;
+    void dropFiller();
+
     std::string text_;
+    std::string notice_;
 };
 
 } // namespace zint

@@ -7,10 +7,13 @@ namespace zint {
 std::string SerialPort::takeInput(std::string& received) const
 {
     const auto length = static_cast<std::size_t>(inputLength_);
-    if (length == 0 || length >= received.size())
-        return std::exchange(received, {});
-    std::string taken = received.substr(0, length);
-    received.erase(0, length);
+    std::string taken = std::exchange(received, {});
+    if (length > 0 && length < taken.size()) {
+        received = taken.substr(length);
+        taken.resize(length);
+    }
+    if (inputMode_ == InputMode::text)
+        std::erase(taken, '\0');
     return taken;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -15,6 +16,7 @@ inline constexpr int receive = 2;     ///< characters have been received
 inline constexpr int deviceGone = -1; ///< the device behind the open port has vanished
 } // namespace commEvent
 
+/// Text leaves out the bytes 00 that some adapters mix in.
 enum class InputMode { text, binary };
 
 /// A serial port as the tools use it: set up once, opened for each exchange.
@@ -34,12 +36,17 @@ public:
     void setInputMode(InputMode mode) { inputMode_ = mode; }
     void setInputLength(int characters) { inputLength_ = characters; } ///< per read; 0: everything buffered
 
+    /// Opens the port and discards what lies in it: the end of an earlier conversation would be taken for the
+    /// answer to the first command of this one.
     /// @throws CommError when the port is missing, in use, not allowed or refuses the settings; it is then
     /// closed
     virtual void open() = 0;
 
-    /// Closes the port after what was written has left it; waits half a second for that at most. Drops what
-    /// was received and not read. Closing a closed port does nothing.
+    static constexpr std::chrono::milliseconds closingPatience{500};
+
+    /// Closes the port after what was written has left it and was answered with a prompt; waits
+    /// `closingPatience` for that at most. Drops what was received and not read. Closing a closed port does
+    /// nothing.
     virtual void close() = 0;
 
     virtual bool isOpen() const = 0;
@@ -48,7 +55,7 @@ public:
     virtual void output(std::string_view text) = 0;
 
     virtual std::string input() = 0;       ///< takes received characters, as many as the input length says
-    virtual int inBufferCount() const = 0; ///< characters received and not yet taken
+    virtual int inBufferCount() const = 0; ///< characters received and not yet taken, bytes 00 included
     virtual int lastCommEvent() const = 0; ///< what the notification is about, see commEvent
 
     std::function<void()> onComm; ///< the notification; set by the owner before the port is opened

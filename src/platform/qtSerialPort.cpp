@@ -2,6 +2,7 @@
 
 #include "link/commError.h"
 #include "link/lineSettings.h"
+#include "link/replyBuffer.h"
 #include "platform/serialSystem.h"
 #include "platform/text.h"
 
@@ -12,10 +13,11 @@
 namespace zint {
 namespace {
 
-constexpr std::chrono::milliseconds closingPatience{500};
 constexpr std::chrono::milliseconds driverMargin{10}; // what a USB adapter may hold back of a text
 
 constexpr int bitsPerCharacter = 10; // with start and stop bit
+
+std::ptrdiff_t count(std::string_view text, char character) { return std::ranges::count(text, character); }
 
 } // namespace
 
@@ -43,19 +45,22 @@ void QtSerialPort::open()
     port_.setFlowControl(QSerialPort::NoFlowControl);
     if (!port_.open(QIODevice::ReadWrite))
         throw portOpenError(path, port_.error(), port_.errorString());
+    port_.clear(QSerialPort::Input);
     ++opening_;
     goneReported_ = false;
     timePerCharacter_ =
         std::chrono::microseconds(std::chrono::seconds(1)) * bitsPerCharacter / line.bitsPerSecond;
     lineFreeAt_ = {};
+    unanswered_ = 0;
 }
 
 void QtSerialPort::close()
 {
     if (!port_.isOpen())
         return;
-    if (!goneReported_)
-        letWrittenTextLeave();
+    closing_ = true;
+    finishConversation();
+    closing_ = false;
     port_.close();
     pause_.stop();
     groups_.clear();
@@ -63,17 +68,22 @@ void QtSerialPort::close()
     received_.clear();
 }
 
-void QtSerialPort::letWrittenTextLeave()
+/// A program that opens the port right after this one must not find the answer to the last command there, and
+/// a bridge or another program may keep the port's input until then.
+void QtSerialPort::finishConversation()
 {
     using std::chrono::duration_cast, std::chrono::milliseconds, std::chrono::steady_clock;
     const auto deadline = steady_clock::now() + closingPatience;
     const auto left = [deadline] {
         return static_cast<int>(duration_cast<milliseconds>(deadline - steady_clock::now()).count());
     };
-    while (port_.bytesToWrite() > 0 && left() > 0 && port_.waitForBytesWritten(left())) {
+    while (!goneReported_ && port_.bytesToWrite() > 0 && left() > 0 && port_.waitForBytesWritten(left())) {
+    }
+    while (!goneReported_ && unanswered_ > 0 && left() > 0 && port_.waitForReadyRead(left())) {
     }
     // The system has the text now; closing resets the line's speed, so that it must be on the wire before.
-    std::this_thread::sleep_until(std::min(lineFreeAt_, deadline));
+    if (!goneReported_)
+        std::this_thread::sleep_until(std::min(lineFreeAt_, deadline));
 }
 
 void QtSerialPort::output(std::string_view text)
@@ -83,6 +93,7 @@ void QtSerialPort::output(std::string_view text)
     const auto now = std::chrono::steady_clock::now();
     const auto characters = static_cast<int>(text.size());
     lineFreeAt_ = std::max(lineFreeAt_, now + driverMargin) + characters * timePerCharacter_;
+    unanswered_ += count(text, '\r');
     if (port_.bytesToWrite() == 0)
         text.remove_prefix(writeNow(port_, text));
     if (text.empty())
@@ -94,15 +105,19 @@ void QtSerialPort::output(std::string_view text)
 void QtSerialPort::dataArrived()
 {
     const QByteArray bytes = port_.readAll();
-    groups_.append({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    const std::string_view text(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    unanswered_ = std::max<std::ptrdiff_t>(unanswered_ - count(text, ReplyBuffer::prompt), 0);
     lineFreeAt_ =
         {}; // whoever answers has got what was written; many adapters are faster than their line's speed says
+    if (closing_)
+        return;
+    groups_.append(text);
     while (auto group = groups_.take())
         deliver(std::move(*group));
-    if (groups_.isEmpty())
-        pause_.stop();
+    if (groups_.hasLine())
+        pause_.start(ReceiveGroups::patience);
     else
-        pause_.start(groups_.pause());
+        pause_.stop();
 }
 
 /// Each group is a notification of its own.
@@ -126,6 +141,8 @@ void QtSerialPort::errorArrived(QSerialPort::SerialPortError error)
         return;
     // Whatever a driver calls it, a port that can't be read or written any more has lost its device.
     goneReported_ = true;
+    if (closing_)
+        return;
     gate_.run([this, opening = opening_] {
         if (opening == opening_)
             notify(commEvent::deviceGone);

@@ -37,18 +37,20 @@ private:
     void deliver(std::string group);
     void errorArrived(QSerialPort::SerialPortError error);
     void notify(int event);
-    void letWrittenTextLeave();
+    void finishConversation();
 
     EventGate& gate_;
     Locate locate_;
     QSerialPort port_;
-    QTimer pause_; ///< after which an incomplete group is delivered
+    QTimer pause_; ///< after which a line is delivered without what might belong to it
     ReceiveGroups groups_;
     std::deque<std::string> arrived_; ///< groups whose notifications wait at the gate
     std::string received_;            ///< of what the owner was notified
     int lastEvent_ = commEvent::receive;
     unsigned opening_ = 0; ///< counts openings; an event of an earlier one is dropped
     bool goneReported_ = false;
+    bool closing_ = false;          ///< what arrives now is looked at for its prompts only
+    std::ptrdiff_t unanswered_ = 0; ///< commands written for which no prompt has come
     std::chrono::microseconds timePerCharacter_{0};
     SteadyTime lineFreeAt_; ///< when the last character written will have left the wire
 };

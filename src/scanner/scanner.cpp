@@ -22,8 +22,7 @@ CheckedBox checked(Scanner::Box box, const std::string& text)
 } // namespace
 
 Scanner::Scanner(Surroundings surroundings, const ConnectionChoice& choice)
-    : around_(std::move(surroundings)),
-      link_(around_.port, around_.timer, choice, *this, BusNotice::endsWithLineFeed)
+    : around_(std::move(surroundings)), link_(around_.port, around_.timer, choice, *this)
 {
     clearOutput();
 }

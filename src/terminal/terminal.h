@@ -51,7 +51,11 @@ public:
     void showStatistics();
 
     /// Takes what follows the next prompt for replies in bytes. No adapter of today answers so by itself.
-    void expectBinaryReplies() { linkState_ = State::binaryStartUp; }
+    void expectBinaryReplies()
+    {
+        linkState_ = State::binaryStartUp;
+        around_.port.setInputMode(InputMode::binary);
+    }
 
     bool isOpen() const { return around_.port.isOpen(); }
 

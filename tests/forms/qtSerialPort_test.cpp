@@ -7,6 +7,7 @@
 #include <QTemporaryFile>
 
 #include <cerrno>
+#include <thread>
 #include <unistd.h>
 
 namespace zint {
@@ -66,15 +67,41 @@ TEST_F(QtSerialPortTest, CarriesTextBothWaysAndNotificationsWaitForTheHandlerTha
     EXPECT_EQ(events.size(), 2U) << "none after closing";
 }
 
-TEST_F(QtSerialPortTest, WhatWasWrittenBeforeClosingReachesTheWire)
+TEST_F(QtSerialPortTest, ClosingWaitsForTheAnswersToWhatWasWritten)
 {
+    terminal->holdOpen();
+    terminal->takeOpening();
+    terminal->write("41 0C \r\r>"); // left by another program
+    for (const bool inARequest : {false, true}) {
+        port.open();
+        if (inARequest)
+            port.output("010C\r");
+        port.output("ATD\r");
+        std::jthread adapter([&] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            if (inARequest)
+                terminal->write("STOPPED\r\r>");
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            terminal->write("OK\r\r>");
+        });
+        QElapsedTimer timer;
+        timer.start();
+        port.close();
+        EXPECT_GE(timer.elapsed(), 65);
+        EXPECT_LT(timer.elapsed(), 400);
+        adapter.join();
+        EXPECT_EQ(terminal->read(), inARequest ? "010C\rATD\r" : "ATD\r");
+    }
     port.open();
+    QTest::qWait(30);
+    EXPECT_TRUE(events.empty()) << "nothing of former conversations is left";
+
+    port.output("ATD\r");
     QElapsedTimer timer;
     timer.start();
-    port.output("ATD\r");
-    port.close();
-    EXPECT_GE(timer.elapsed(), 4) << "four characters take four milliseconds at 9600 bits per second";
-    EXPECT_LT(timer.elapsed(), 400);
+    port.close(); // an adapter that does not answer
+    EXPECT_GE(timer.elapsed(), 450);
+    EXPECT_LT(timer.elapsed(), 900);
     EXPECT_EQ(terminal->read(), "ATD\r");
 }
 

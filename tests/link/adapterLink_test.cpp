@@ -23,7 +23,10 @@ struct AdapterLinkTest : testing::Test {
     ScriptedAdapter adapter;
     ManualTimer timer;
     Tool tool;
-    AdapterLink link{adapter, timer, {.portNumber = 3, .portName = "com3", .speed = "38400"}, tool};
+    AdapterLink link{adapter,
+                     timer,
+                     {.portNumber = 3, .portName = "com3", .speed = "38400", .device = "/dev/rfcomm0"},
+                     tool};
 
     void openAndGetReady()
     {
@@ -88,6 +91,9 @@ TEST_F(AdapterLinkTest, TellsOnceOfATimeOutAndOfALostDevice)
     link.open();
     adapter.play();
     EXPECT_EQ(link.counterLine(), "Bytes In: 4 Out: 4 Errors: 0") << "an incomplete reply is counted";
+    EXPECT_EQ(link.timeoutReason(),
+              "com3 (/dev/rfcomm0) at 38400 bits per second: what was received is no answer. "
+              "Check the speed in the launcher, most adapters use 38400.");
     timer.tick();
     timer.tick();
     EXPECT_EQ(std::exchange(tool.told, {}), Texts{"timed out"});
@@ -98,7 +104,15 @@ TEST_F(AdapterLinkTest, TellsOnceOfATimeOutAndOfALostDevice)
     EXPECT_EQ(std::exchange(tool.told, {}), Texts{"lost"});
 
     adapter.workAgain();
-    openAndGetReady();
+    adapter.expect("ATZ\r");
+    link.open();
+    EXPECT_TRUE(link.timeoutReason().starts_with(
+        "com3 (/dev/rfcomm0) at 38400 bits per second: nothing was received"));
+    adapter.expect("ATE0\r").answer("OK\r\r>");
+    adapter.receive(std::string("\0ELM327\0\r\r>", 12));
+    adapter.play();
+    EXPECT_EQ(std::exchange(tool.told, {}), Texts{"ready"});
+    EXPECT_EQ(link.counters().bytesIn, 4 + 12 + 5) << "bytes 00 are counted, too";
     timer.tick();                                            // too late
     adapter.writeError = CommError(5, "Input/output error"); // the event has not come yet
     link.send("0101");

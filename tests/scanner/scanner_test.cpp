@@ -92,8 +92,8 @@ TEST_F(ScannerTest, ScansARangeAndSumsItUp)
     adapter.expect("ATD\r");
     scan();
     EXPECT_EQ(takeShown(),
-              "Header: 686AF1 Mode:1-1 Pid:5-0 Suffix:\r\nX 0105 BUS INIT: OK\r\nScan Completed\r\n"
-              "  Events(s):1\r\n    No Data:0\r\n    Invalid:1\r\n       Zero:0\r\n\r\n\r\n");
+              "Header: 686AF1 Mode:1-1 Pid:5-0 Suffix:\r\nV 0105  10 \r\nScan Completed\r\n"
+              "  Events(s):1\r\n    No Data:0\r\n    Invalid:0\r\n       Zero:0\r\n\r\n\r\n");
 }
 
 TEST_F(ScannerTest, ShowsTheFormatsAndTheRepliesThatItsUserChose)

@@ -81,7 +81,7 @@ TEST(SimulatedAdapterTest, ShowsHabitsAndFaultsOfRealOnes)
         Bench bench(options);
         bench.ask("ATE0");
         EXPECT_EQ(bench.ask("010D"), data);
-        bench.adapter.portOpened(bench.now); // a silent or vanished one is back
+        bench.adapter.portOpened(); // a silent or vanished one is back
         EXPECT_FALSE(bench.ask("ATI").empty());
     }
 }
@@ -102,8 +102,12 @@ TEST(SimulatedAdapterTest, TakesItsTime)
     bench.now += 29ms;
     EXPECT_EQ(bench.ask("A", ""), "STOPPED\r\r>") << "a byte stops a request";
     bench.adapter.receive("0101\r", bench.now);
-    bench.adapter.portOpened(bench.now + 1ms);
-    EXPECT_FALSE(bench.adapter.nextDue()) << "nothing of the last session reaches the next";
+    bench.adapter.portOpened();
+    EXPECT_EQ(bench.ask("", ""), "41 01 83 07 65 04 \r\r>")
+        << "an adapter does not know who has its port open";
+    bench.ask("ATSP3");
+    bench.ask("ATZ");
+    EXPECT_EQ(bench.ask("ATDPN"), "ATDPN\r3\r\r>") << "a chosen protocol outlives a reset";
 
     Bench line({.bitsPerSecond = 9600});
     line.ask("ATE0");

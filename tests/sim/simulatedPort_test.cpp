@@ -67,6 +67,7 @@ TEST_F(SimulatedPortTest, AClosedPortDeliversNothingAndTellsOnceThatTheDeviceIsG
 {
     ask("04");
     port.output("0101\r");
+    port.output("ATD\r"); // as each tool does when it closes
     port.close();
     EXPECT_FALSE(timer.enabled());
     EXPECT_THROW(port.output("ATZ\r"), CommError);

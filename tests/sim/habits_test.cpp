@@ -1,0 +1,166 @@
+#include "codes/codesExchange.h"
+#include "designer/designer.h"
+#include "runner/poller.h"
+#include "scanner/scanner.h"
+#include "sim/simulatedPort.h"
+#include "sim/simulationArguments.h"
+#include "support/manualTime.h"
+#include "support/scriptedDialogs.h"
+#include "support/scriptedPrompts.h"
+#include "support/temporaryFolder.h"
+#include "support/textBox.h"
+
+#include <gtest/gtest.h>
+
+namespace zint {
+namespace {
+
+/// A vehicle behind an adapter with habits, and what a tool asks of its surroundings.
+struct Rig {
+    ManualTimer portTimer;
+    ManualTimer timer;
+    ManualTimer ticker;
+    ManualClock clock;
+    Vehicle vehicle;
+    SimulatedPort port;
+    ScriptedPrompts prompts;
+    ScriptedDialogs dialogs;
+    ProgramValues values;
+    TemporaryFolder folder;
+
+    explicit Rig(const SimulationOptions& options)
+        : vehicle(options.vehicle), port(portTimer, clock, vehicle, options.adapter)
+    {
+    }
+
+    /// Lets time pass until nothing is on its way.
+    void play()
+    {
+        for (int ticks = 0; portTimer.enabled(); ++ticks) {
+            ASSERT_LT(ticks, 100000) << "it never ends";
+            clock.now += portTimer.interval;
+            portTimer.tick();
+        }
+        EXPECT_FALSE(port.isOpen()) << "the tool waits for something that never comes";
+    }
+};
+
+struct NoDescriptions final : CodeDescriptionSource {
+    bool available() const override { return false; }
+    std::unique_ptr<CodeDescriptions> open() const override { return nullptr; }
+};
+
+std::string codes(Rig& rig)
+{
+    const NoDescriptions descriptions;
+    CodesExchange exchange(rig.port, rig.timer, {}, descriptions, rig.prompts, rig.values);
+    exchange.pressGetCodes();
+    rig.play();
+    const std::string& list = exchange.panel().codesOutput; // on CAN it ends in what follows the codes
+    return exchange.panel().stateMIL + "|" + list.substr(0, list.find('\r')) + "|" +
+           rig.prompts.takeMessage();
+}
+
+std::string supportCheck(Rig& rig)
+{
+    Design design;
+    loadDefaultDesign(design);
+    KeptDesigns kept{rig.folder.path("designs"), [](auto) { return "today"; }};
+    Designer designer(rig.port, rig.timer, {}, design, rig.prompts, rig.dialogs, rig.values, kept);
+    designer.load();
+    designer.verifySupport();
+    rig.play();
+    std::string enabled;
+    for (const GridRow& row : designer.panel().obdGrid.rows)
+        enabled += row.frequency == 0 ? "" : row.code + " ";
+    return enabled + rig.prompts.takeMessage();
+}
+
+/// Two parameters that never change, so that a value under its neighbour's name shows.
+std::string poll(Rig& rig)
+{
+    Design design;
+    design.eventCount() = design.polledCount() = 2;
+    design.events()[0] = {.code = "011C", .frequency = 1};
+    design.events()[1] = {.code = "0133", .frequency = 1};
+    KeptRuns kept{rig.folder.path("runs"), [](auto) { return "today"; }};
+    Poller poller({.port = rig.port,
+                   .timer = rig.timer,
+                   .ticker = rig.ticker,
+                   .clock = rig.clock,
+                   .prompts = rig.prompts,
+                   .dialogs = rig.dialogs,
+                   .values = rig.values,
+                   .kept = kept,
+                   .dateText = [](auto) { return "today"; }},
+                  {}, design);
+    poller.load();
+    poller.setMaxLoops("3");
+    poller.resetValues();
+    poller.pressStart();
+    rig.play();
+    std::string values;
+    for (const EventTotals& event : poller.samples().events())
+        values += std::to_string(event.sampleCount) + " from " + std::to_string(event.minimum) + " to " +
+                  std::to_string(event.maximum) + ", " + std::to_string(event.errorCount) + " errors|";
+    return values + rig.prompts.takeMessage();
+}
+
+std::string scan(Rig& rig)
+{
+    TextBox box;
+    Scanner scanner({.port = rig.port,
+                     .timer = rig.timer,
+                     .clock = rig.clock,
+                     .prompts = rig.prompts,
+                     .outBox = box,
+                     .dateText = [](auto) { return std::string("today"); },
+                     .beep = [] {}},
+                    {});
+    scanner.type(&ScanParameters::pidStop, "3");
+    scanner.pressScan();
+    rig.play();
+    return box.shown + rig.prompts.takeMessage();
+}
+
+SimulationOptions options(std::string_view words)
+{
+    SimulationOptions result;
+    while (!words.empty()) {
+        const std::string_view word = words.substr(0, words.find(' '));
+        words.remove_prefix(std::min(word.size() + 1, words.size()));
+        const auto mark = word.find('=');
+        applySimulationArgument(result, word.substr(0, mark),
+                                mark == std::string_view::npos ? "" : word.substr(mark + 1));
+    }
+    return result;
+}
+
+TEST(HabitsTest, EachToolReadsEachAdapter)
+{
+    constexpr std::pair<const char*, std::string (*)(Rig&)> tools[] = {
+        {"codes", codes}, {"support check", supportCheck}, {"poll", poll}, {"scan", scan}};
+    for (const std::string protocol : {"protocol=iso9141", "protocol=can codes=P0133"}) {
+        for (const auto& [name, use] : tools) {
+            Rig wellBehaved(options(protocol));
+            const std::string expected = use(wellBehaved);
+            EXPECT_GT(expected.size(), 20U) << name;
+            for (const char* habit :
+                 {"latency=50", "line-feeds", "leading-line-end", "single-line-end",
+                  "leading-line-end line-feeds", "after-prompt=\\r\\n", "after-prompt=\\r", "nul-bytes",
+                  "greeting-prompt", "rubbish=\\0\\xFC", "pieces=1 piece-gap=1", "pieces=7 piece-gap=150",
+                  "late-prompt=150", "late-defaults=200", "reset-time=800", "line-speed=9600"}) {
+                for (const bool announces : {false, true}) {
+                    SCOPED_TRACE(protocol + ", " + name + ", " + habit + (announces ? ", announces" : ""));
+                    SimulationOptions withHabit = options(protocol + " " + habit);
+                    withHabit.adapter.announcesConnection = announces;
+                    Rig rig(withHabit);
+                    EXPECT_EQ(use(rig), expected);
+                }
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace zint
