@@ -3,6 +3,8 @@
 #include "app/ui_startForm.h"
 #include "platform/text.h"
 
+#include <QTimer>
+
 #include <utility>
 
 namespace zint {
@@ -38,7 +40,7 @@ startForm::startForm(ToolContext& context, const std::function<Launcher&(Prompts
     onTrigger(ui->mnuSetUpDtc, &startForm::mnuSetUpDtc_Click);
     onTrigger(ui->mnuShowReg, &startForm::mnuShowReg_Click);
     onTrigger(ui->mnuClearReg, &startForm::mnuClearReg_Click);
-    connect(&portWatch_, &QTimer::timeout, this, [this] { gate().run([this] { lookAtPorts(); }); });
+    portWatch_.onTick = [this] { lookAtPorts(); };
     portWatch_.setInterval(portWatchInterval);
     setUpCommonControls();
     paint();
@@ -58,13 +60,13 @@ void startForm::Form_Unload() { launcher_.unload(); }
 void startForm::showEvent(QShowEvent* event)
 {
     toolForm::showEvent(event);
-    portWatch_.start();
+    portWatch_.setEnabled(true);
     QTimer::singleShot(0, this, [this] { gate().run([this] { lookAtPorts(); }); }); // the window comes first
 }
 
 void startForm::hideEvent(QHideEvent* event)
 {
-    portWatch_.stop();
+    portWatch_.setEnabled(false);
     toolForm::hideEvent(event);
 }
 
@@ -104,7 +106,7 @@ void startForm::paint()
     const StartPanel& p = launcher_.panel();
     setWindowTitle(toQt(p.caption));
     display(*ui->portInfo, p.portInfo);
-    ui->portInfo->setToolTip(toQt(p.portInfo)); // a long description may not fit
+    ui->portInfo->setToolTip(tipText(p.portInfo)); // a long description may not fit
 }
 
 } // namespace zint

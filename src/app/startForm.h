@@ -1,9 +1,8 @@
 #pragma once
 
 #include "app/launcher.h"
+#include "platform/qtTimer.h"
 #include "platform/toolForm.h"
-
-#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -48,7 +47,7 @@ private:
     std::unique_ptr<Ui::startForm> ui;
     Launcher& launcher_;
     Actions actions_;
-    QTimer portWatch_;
+    QtTimer portWatch_{gate()};
 };
 
 } // namespace zint

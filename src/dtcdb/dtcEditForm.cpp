@@ -67,8 +67,7 @@ void dtcEditForm::DTCsearch_Click()
 void dtcEditForm::connectControls()
 {
     const auto press = [this](QPushButton* button, void (DtcEditor::*operation)()) {
-        connect(button, &QPushButton::clicked, this,
-                [this, operation] { gate().run([this, operation] { (editor_.*operation)(); }); });
+        on(button, &QPushButton::clicked, [this, operation] { (editor_.*operation)(); });
     };
     press(ui->browseDB, &DtcEditor::pressBrowseDb);
     press(ui->DTCfirst, &DtcEditor::pressFirst);
@@ -95,7 +94,7 @@ void dtcEditForm::connectControls()
                 [this, box = entry.box](const QString& text) { editor_.type(box, fromQt(text)); });
     for (const QAbstractButton* option : std::initializer_list<QAbstractButton*>{
              ui->useComma, ui->useTab, ui->useSpace, ui->useLen, ui->delimNotes, ui->dupOver, ui->noNotes})
-        connect(option, &QAbstractButton::toggled, this, &dtcEditForm::takeOptions);
+        on(option, &QAbstractButton::toggled, [this] { takeOptions(); });
 }
 
 void dtcEditForm::takeOptions()

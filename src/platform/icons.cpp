@@ -16,6 +16,7 @@ void useOwnIcons()
         QIcon::setThemeName(
             QStringLiteral("hicolor")); // without any theme the toolkit passes over the fallback too
     QIcon::setFallbackThemeName(dark ? QStringLiteral("zint-dark") : QStringLiteral("zint"));
+    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths()); // icons that were looked up before are so again
 }
 
 void useProgramIcon() { QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zint-obd.svg"))); }

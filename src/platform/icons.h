@@ -3,7 +3,7 @@
 namespace zint {
 
 /// Lets icons that the desktop's theme lacks come from the program's own set, in the variant that suits the
-/// colours. Called once, when the application object exists.
+/// colours. Called when the application object exists, and when its colours have changed.
 void useOwnIcons();
 
 /// Gives the program's windows its icon.

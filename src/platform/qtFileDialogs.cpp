@@ -3,6 +3,7 @@
 #include "platform/text.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 
 namespace zint {
 namespace {
@@ -26,7 +27,8 @@ void prepare(QFileDialog& dialog, const FileKinds& kinds, const std::string& fol
 {
     dialog.setNameFilters(nameFilters(kinds));
     dialog.setDefaultSuffix(toQt(kinds.extension));
-    dialog.setDirectory(toQt(folder));
+    if (QFileInfo(toQt(folder)).isDir()) // else it would show the list of drives, where nothing can be saved
+        dialog.setDirectory(toQt(folder));
 }
 
 std::string chosen(QFileDialog& dialog)

@@ -23,12 +23,19 @@ constexpr int mostLines = 30; // of a message box that does not scroll
 
 QString titleOf(const std::string& title) { return toQt(title.empty() ? programInfo().productName : title); }
 
+/// Shows what stands in a dialog as it is. A file may be named q<b>z.mdb.
+void showPlain(const QDialog& box)
+{
+    for (QLabel* label : box.findChildren<QLabel*>())
+        label->setTextFormat(Qt::PlainText);
+}
+
 void prepare(QMessageBox& box, QMessageBox::Icon icon, const std::string& text, const std::string& title)
 {
     box.setIcon(icon);
     box.setWindowTitle(titleOf(title));
-    box.setTextFormat(Qt::PlainText);
     box.setText(toQtLines(text));
+    showPlain(box);
 }
 
 /// The buttons under what a dialog shows.
@@ -62,6 +69,7 @@ public:
         : box_(toQt(text), QCoreApplication::translate("QtPrompts", "Stop"), 0, whole, &window)
     {
         box_.setWindowTitle(titleOf({}));
+        showPlain(box_);
         box_.setWindowModality(Qt::WindowModal);
         box_.setMinimumDuration(500);
         box_.setAutoReset(false);
@@ -95,18 +103,20 @@ void QtPrompts::message(const std::string& text, const std::string& title, const
         return;
     }
     QMessageBox box(&window_);
-    prepare(box, QMessageBox::Information, text, title);
     box.setInformativeText(toQtLines(reason));
+    prepare(box, QMessageBox::Information, text, title);
     box.exec();
 }
 
 std::optional<std::string> QtPrompts::input(const std::string& text, const std::string& title,
                                             const std::string& initial)
 {
-    bool accepted = false;
-    const QString answer =
-        QInputDialog::getText(&window_, toQt(title), toQt(text), QLineEdit::Normal, toQt(initial), &accepted);
-    return accepted ? std::optional(fromQt(answer)) : std::nullopt;
+    QInputDialog box(&window_);
+    box.setWindowTitle(titleOf(title));
+    box.setLabelText(toQtLines(text));
+    box.setTextValue(toQt(initial));
+    showPlain(box);
+    return box.exec() == QDialog::Accepted ? std::optional(fromQt(box.textValue())) : std::nullopt;
 }
 
 std::optional<std::size_t> QtPrompts::choose(const std::string& text, const std::string& title,
@@ -115,7 +125,7 @@ std::optional<std::size_t> QtPrompts::choose(const std::string& text, const std:
     QDialog box(&window_);
     box.setWindowTitle(titleOf(title));
     auto* layout = new QVBoxLayout(&box);
-    auto* label = new QLabel(toQt(text), &box);
+    auto* label = new QLabel(toQtLines(text), &box);
     layout->addWidget(label);
     auto* list = new QListWidget(&box);
     label->setBuddy(list);
@@ -125,6 +135,7 @@ std::optional<std::size_t> QtPrompts::choose(const std::string& text, const std:
     list->setCurrentRow(0);
     layout->addWidget(list);
     addButtons(box, QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    showPlain(box);
     QObject::connect(list, &QListWidget::itemActivated, &box, &QDialog::accept);
     box.resize(460, 300);
     if (box.exec() != QDialog::Accepted)

@@ -25,9 +25,13 @@ void QtTimer::setEnabled(bool enabled)
 
 void QtTimer::arrived()
 {
-    // The tick may wait at the gate while a message box is open; by then the timer may have been stopped or
-    // set anew.
+    // The tick may wait at the gate while a message box is open. By then the timer may have been stopped or
+    // set anew, and many more ticks may have come.
+    if (waiting_ == setting_)
+        return;
+    waiting_ = setting_;
     gate_.run([this, setting = setting_] {
+        waiting_.reset();
         if (setting == setting_ && timer_.isActive() && onTick)
             onTick();
     });

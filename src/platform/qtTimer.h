@@ -5,6 +5,8 @@
 
 #include <QTimer>
 
+#include <optional>
+
 namespace zint {
 
 /// A timer on the event loop; its ticks pass the window's gate.
@@ -21,7 +23,8 @@ private:
 
     EventGate& gate_;
     QTimer timer_;
-    unsigned setting_ = 0; ///< tells a tick of the present setting from one of an earlier setting
+    unsigned setting_ = 0;            ///< tells a tick of the present setting from one of an earlier setting
+    std::optional<unsigned> waiting_; ///< the setting whose tick waits at the gate
 };
 
 } // namespace zint

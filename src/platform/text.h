@@ -1,7 +1,9 @@
 #pragma once
 
 #include "shared/controls.h"
+#include "shared/module1.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -27,11 +29,25 @@ inline QString toQtLines(std::string_view text)
 
 inline std::string fromQt(const QString& text) { return text.toStdString(); }
 
-/// Shows a text in a label or box, or a button's caption and state, when it differs from what is shown.
+/// A text as a tool tip that shows it as it stands.
+inline QString tipText(std::string_view text)
+{
+    return text.empty() ? QString() : QStringLiteral("<p>") + toQt(htmlText(text)) + QStringLiteral("</p>");
+}
+
+/// Shows a text in a label or box, or a button's caption and state, when it differs from what is shown. A
+/// screen reader is alerted to a new status, for the focus is elsewhere.
 inline void display(QLabel& label, const std::string& text)
 {
-    if (const QString now = toQtLines(text); label.text() != now)
-        label.setText(now);
+    const QString now = toQtLines(text);
+    if (label.text() == now)
+        return;
+    label.setTextFormat(Qt::PlainText);
+    label.setText(now);
+    if (label.objectName() == QLatin1String("statusBox")) {
+        QAccessibleEvent alert(&label, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
 }
 
 inline void display(QLineEdit& box, const std::string& text)

@@ -1,6 +1,7 @@
 #include "platform/toolForm.h"
 
 #include "platform/browser.h"
+#include "platform/icons.h"
 #include "platform/rememberedSize.h"
 #include "platform/text.h"
 #include "platform/windowPrinter.h"
@@ -70,31 +71,34 @@ void toolForm::pressFocused(QPushButton* otherwise)
         button->click();
 }
 
+/// A handler that is on the stack, perhaps with a message box open, comes to its end before the window goes.
 void toolForm::closeEvent(QCloseEvent* event)
 {
-    if (gate_.isBusy() && !mayClose_) { // a handler is on the stack, perhaps with a message box open
-        event->ignore();
-        gate_.run([this] {
-            mayClose_ = true;
-            close();
-        });
-        return;
-    }
-    if (!hasUnloaded_) {
-        hasUnloaded_ = true;
-        if (mayClose_)
-            unload();
-        else
-            gate_.run([this] { unload(); });
-    }
-    event->accept();
+    if (!hasUnloaded_)
+        gate_.run([this] { unload(); });
+    event->setAccepted(hasUnloaded_);
+}
+
+void toolForm::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        useOwnIcons();
+    QMainWindow::changeEvent(event);
 }
 
 void toolForm::unload()
 {
+    if (std::exchange(hasUnloaded_, true)) // it was closed twice while it waited
+        return;
+    gate_.run([this] { leave(); }); // comes next, also when what follows throws
     Form_Unload();
     rememberSize(*this, context_.settings);
+}
+
+void toolForm::leave()
+{
     Q_EMIT unloaded();
+    close(); // for one that had to wait
 }
 
 void toolForm::goBack() { close(); }

@@ -11,6 +11,7 @@
 #include <initializer_list>
 #include <memory>
 #include <string>
+#include <type_traits>
 
 class QPrinter;
 class QToolBar;
@@ -30,7 +31,7 @@ public:
     ~toolForm() override;
 
 Q_SIGNALS:
-    void unloaded(); ///< the window has closed; the launcher's turn
+    void unloaded(); ///< the window has closed, even if its unloading failed; the launcher's turn
 
 protected:
     /// Connects the controls that every window has under the same names, and restores the window's size.
@@ -44,17 +45,29 @@ protected:
     virtual bool printOn(QPrinter& printer);
 
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
-    /// Lets a control call a handler of the window through the gate.
+    /// Lets a signal run an action through the gate. The action may have to wait, so it gets copies of the
+    /// signal's values, or none if it takes none.
+    template <typename Sender, typename Signal, typename Action>
+    void on(Sender* sender, Signal signal, Action action)
+    {
+        connect(sender, signal, this, [this, action](auto... values) {
+            if constexpr (std::is_invocable_v<const Action&, decltype(values)...>)
+                gate_.run([action, values...] { action(values...); });
+            else
+                gate_.run(action);
+        });
+    }
     template <typename Form>
     void onClick(QPushButton* button, void (Form::*handler)())
     {
-        connect(button, &QPushButton::clicked, this, [this, handler] { enter<Form>(handler); });
+        on(button, &QPushButton::clicked, [this, handler] { (static_cast<Form*>(this)->*handler)(); });
     }
     template <typename Form>
     void onTrigger(QAction* action, void (Form::*handler)())
     {
-        connect(action, &QAction::triggered, this, [this, handler] { enter<Form>(handler); });
+        on(action, &QAction::triggered, [this, handler] { (static_cast<Form*>(this)->*handler)(); });
     }
 
     /// Gives the buttons of a tool bar the names that they are known by.
@@ -75,12 +88,6 @@ protected:
     Prompts& prompts() { return prompts_; }
 
 private:
-    template <typename Form>
-    void enter(void (Form::*handler)())
-    {
-        gate_.run([this, handler] { (static_cast<Form*>(this)->*handler)(); });
-    }
-
     void mnuAbout_Click();
     void mnuHelp_Click();
     void mnuPrintSetup_Click();
@@ -88,6 +95,7 @@ private:
     void logo_Click();
     void goBack();
     void unload();
+    void leave();
 
     WindowPrinter& printer();
 
@@ -96,7 +104,6 @@ private:
     EventGate gate_;
     QtPrompts prompts_;
     std::unique_ptr<WindowPrinter> printer_;
-    bool mayClose_ = false; ///< a close that had to wait has come through the gate
     bool hasUnloaded_ = false;
 };
 

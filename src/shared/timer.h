@@ -6,7 +6,8 @@
 namespace zint {
 
 /// A repeating timer, made stopped. It ticks between events, never inside a call to it, and never after it
-/// was stopped: a tick that was already on its way when the timer was stopped is dropped.
+/// was stopped: a tick that was already on its way when the timer was stopped is dropped. Ticks that have to
+/// wait come as one.
 class Timer {
 public:
     Timer() = default;
