@@ -6,7 +6,10 @@
 
 namespace zint {
 
-/// Gives a window the size that it had when it was last closed.
+/// Makes a window no larger than its screen has room for.
+void fitToScreen(QWidget& window);
+
+/// Gives a window the size that it had when it was last closed, as far as its screen has room for it.
 void restoreSize(QWidget& window, const SettingsStore& settings);
 
 /// Keeps the window's size under its object name.

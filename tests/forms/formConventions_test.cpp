@@ -4,11 +4,14 @@
 #include "designer/pollSetup2.h"
 #include "dtcdb/dtcEditForm.h"
 #include "forms/formTest.h"
+#include "platform/icons.h"
+#include "platform/rememberedSize.h"
+#include "platform/text.h"
+#include "runner/obdPollForm.h"
 #include "scanner/calcHdrForm.h"
 #include "scanner/scanForm.h"
 #include "terminal/debuggerForm.h"
 
-#include <QAccessible>
 #include <QComboBox>
 #include <QMenuBar>
 
@@ -17,40 +20,63 @@
 namespace zint {
 namespace {
 
+QString nameOf(QWidget& widget)
+{
+    return QAccessible::queryAccessibleInterface(&widget)->text(QAccessible::Name);
+}
+
 /// What holds for all windows.
 struct FormConventionsTest : FormTest {
     std::vector<std::unique_ptr<QWidget>> forms;
 
     FormConventionsTest()
     {
+        useOwnIcons();
+        loadDefaultDesign(design);
         forms.push_back(makeStartForm());
         forms.push_back(std::make_unique<codesForm>(context));
         forms.push_back(std::make_unique<dtcEditForm>(context));
         forms.push_back(std::make_unique<pollSetup2>(context));
+        forms.push_back(std::make_unique<obdPollForm>(context));
         forms.push_back(std::make_unique<debuggerForm>(context));
         forms.push_back(std::make_unique<scanForm>(context));
         forms.push_back(std::make_unique<calcHdrForm>("686AF1", settings, nullptr));
         forms.push_back(std::make_unique<failedConnForm>(context));
         forms.push_back(std::make_unique<portsForm>(ports, nullptr));
+        for (const auto& window : forms)
+            window->show();
     }
 };
 
-TEST_F(FormConventionsTest, EveryWindowFitsASmallScreenAndItsControlsHaveNamesIconsAndAcceleratorsOfTheirOwn)
+TEST_F(FormConventionsTest, EveryWindowFitsASmallScreenWhateverSizeItHad)
+{
+    for (const auto& window : forms) {
+        const auto expectInside = [&window] {
+            const QSize size = window->frameGeometry().size();
+            EXPECT_EQ(size.boundedTo(window->screen()->availableSize()), size)
+                << window->objectName().toStdString();
+        };
+        expectInside();
+        window->resize(3000, 2000);
+        rememberSize(*window, settings);
+        restoreSize(*window, settings);
+        expectInside();
+    }
+}
+
+TEST_F(FormConventionsTest, ControlsHaveNamesIconsAndAcceleratorsOfTheirOwn)
 {
     for (const auto& window : forms) {
         SCOPED_TRACE(window->objectName().toStdString());
-        window->show();
-        EXPECT_LE(window->minimumSizeHint().width(), 1024);
-        EXPECT_LE(window->minimumSizeHint().height(), 700);
         for (QWidget* widget : window->findChildren<QWidget*>()) {
             const auto* box = qobject_cast<QComboBox*>(widget->parentWidget()); // its parts go by its name
             const bool isControl = widget->focusPolicy() != Qt::NoFocus && box == nullptr &&
-                                   !widget->objectName().isEmpty() &&
+                                   !widget->inherits("QLabel") && !widget->objectName().isEmpty() &&
                                    !widget->objectName().startsWith(u"qt_");
-            EXPECT_FALSE(isControl &&
-                         QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name).isEmpty())
-                << widget->objectName().toStdString();
+            EXPECT_FALSE(isControl && nameOf(*widget).isEmpty()) << widget->objectName().toStdString();
         }
+        for (auto* frame : window->findChildren<QGroupBox*>())
+            EXPECT_EQ(nameOf(*frame), frame->title().remove(u'&'));
         for (const auto* button : window->findChildren<QPushButton*>())
             EXPECT_EQ(button->icon().name().isEmpty(), button->icon().pixmap(16).isNull());
 
@@ -70,6 +96,57 @@ TEST_F(FormConventionsTest, EveryWindowFitsASmallScreenAndItsControlsHaveNamesIc
                 << "it serves twice: " << caption.toStdString();
         }
     }
+}
+
+TEST_F(FormConventionsTest, AScreenReaderReadsWhatLabelsShow)
+{
+    for (const auto& window : forms) {
+        for (auto* label : window->findChildren<QLabel*>()) {
+            display(*label, "a<b>c");
+            EXPECT_TRUE(nameOf(*label).contains(u"a<b>c"))
+                << window->objectName().toStdString() << ": " << label->objectName().toStdString();
+        }
+    }
+}
+
+TEST_F(FormConventionsTest, HelpAndLogosOpenTheirPages)
+{
+    values.browserPath = folder.path("browser");
+    TemporaryFolder::write(values.browserPath, "#!/bin/sh\necho \"${1##*/}\" >> \"${0%/*}/shown\"\n");
+    std::filesystem::permissions(values.browserPath, std::filesystem::perms::owner_all);
+    std::string expected;
+    const auto expectPage = [&](const std::string& page) {
+        expected += page + ".html\n";
+        EXPECT_TRUE(waitUntil([&] { return contents(folder.path("shown")) == expected; })) << page;
+    };
+    const std::pair<const char*, const char*> pages[] = {
+        {"startForm", "docstart2"},  {"codesForm", "docchken2"},   {"dtcEditForm", "docdtce2"},
+        {"pollSetup2", "docpldsn2"}, {"obdPollForm", "docpldat2"}, {"debuggerForm", "docexplr2"},
+        {"scanForm", "docscan2"}};
+    for (const auto& [name, page] : pages) {
+        const auto window = std::ranges::find(forms, QLatin1String(name), &QWidget::objectName);
+        (*window)->findChild<QAction*>(QStringLiteral("mnuHelp"))->trigger();
+        expectPage(page);
+    }
+    for (const char* logo : {"logo", "logo2"}) {
+        for (const auto& window : forms) {
+            if (auto* button = window->findChild<QPushButton*>(QLatin1String(logo))) {
+                button->click();
+                expectPage("doctop");
+            }
+        }
+    }
+}
+
+TEST_F(FormConventionsTest, IconsFollowTheColours)
+{
+    const QIcon icon = forms.front()->findChild<QPushButton*>(QStringLiteral("getCodes"))->icon();
+    const QImage image = icon.pixmap(16).toImage();
+    const QPalette light = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(40, 40, 40)));
+    EXPECT_TRUE(waitUntil([&] { return icon.pixmap(16).toImage() != image; }));
+    QApplication::setPalette(light);
+    EXPECT_TRUE(waitUntil([&] { return icon.pixmap(16).toImage() == image; }));
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 /// What libraries keep until the process ends; the leak checker asks for it by this name.
 extern "C" const char* __lsan_default_suppressions()
 {
@@ -15,7 +17,10 @@ int main(int argc, char* argv[])
     for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
         qputenv(name, home.path().toLocal8Bit());
     qputenv("BROWSER", "/bin/true");
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    std::ofstream(home.filePath(QStringLiteral("screen.json")).toStdString())
+        << R"({"screens": [{"name": "small", "x": 0, "y": 0, "width": 1000, "height": 560}]})";
+    qputenv("QT_QPA_PLATFORM",
+            "offscreen:configfile=" + home.filePath(QStringLiteral("screen.json")).toLocal8Bit());
 
     testing::InitGoogleTest(&argc, argv);
     const QApplication application(argc, argv);
