@@ -2,7 +2,9 @@
 
 #include "platform/text.h"
 
+#include <QMainWindow>
 #include <QScreen>
+#include <QScrollArea>
 #include <QStyle>
 
 namespace zint {
@@ -10,14 +12,39 @@ namespace {
 
 constexpr const char* sizeSection = "Windows";
 
+bool fits(QSize size, QSize room) { return size.boundedTo(room) == size; }
+
+/// What the screen has left for a window beside its frame, which it does not have before it is shown.
+QSize roomFor(const QWidget& window)
+{
+    const int side = window.style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    const int titleBar = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QSize frame(2 * side, titleBar + 2 * side);
+    return window.screen()->availableSize() - frame.expandedTo(window.frameSize() - window.size());
+}
+
+/// Lets the user reach what would lie outside of the screen.
+void scrollContents(QMainWindow& window)
+{
+    auto* area = new QScrollArea(&window);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus); // it follows the focus of what it shows
+    area->setWidgetResizable(true);
+    area->setWidget(window.takeCentralWidget());
+    window.setCentralWidget(area);
+}
+
 } // namespace
 
 void fitToScreen(QWidget& window)
 {
-    const int titleBar =
-        window.style()->pixelMetric(QStyle::PM_TitleBarHeight); // it has none before it is shown
-    const QSize frame = (window.frameSize() - window.size()).expandedTo({0, titleBar});
-    window.resize(window.size().boundedTo(window.screen()->availableSize() - frame));
+    const QSize room = roomFor(window);
+    auto* main = qobject_cast<QMainWindow*>(&window);
+    if (main != nullptr && !fits(window.minimumSizeHint(), room))
+        scrollContents(*main);
+    const QSize size = window.testAttribute(Qt::WA_Resized) ? window.size() : window.sizeHint();
+    if (!fits(size, room))
+        window.resize(size.boundedTo(room));
 }
 
 void restoreSize(QWidget& window, const SettingsStore& settings)

@@ -6,7 +6,7 @@
 
 namespace zint {
 
-/// Makes a window no larger than its screen has room for.
+/// Makes a window no larger than its screen has room for. One whose controls need more gets scroll bars.
 void fitToScreen(QWidget& window);
 
 /// Gives a window the size that it had when it was last closed, as far as its screen has room for it.

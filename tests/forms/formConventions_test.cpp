@@ -64,6 +64,15 @@ TEST_F(FormConventionsTest, EveryWindowFitsASmallScreenWhateverSizeItHad)
     }
 }
 
+TEST_F(FormConventionsTest, WhatIsTooLargeForTheScreenIsScrolled)
+{
+    for (int line = 0; line < 100; ++line)
+        values.lastFailureText += "41 00\r\n";
+    failedConnForm dialog(context);
+    dialog.show();
+    EXPECT_LE(dialog.height(), dialog.screen()->availableSize().height());
+}
+
 TEST_F(FormConventionsTest, ControlsHaveNamesIconsAndAcceleratorsOfTheirOwn)
 {
     for (const auto& window : forms) {
