@@ -3,7 +3,7 @@
 #include "app/commandSession.h"
 #include "codes/codesExchange.h"
 #include "codes/codesReport.h"
-#include "dtcdb/dtcDatabase.h"
+#include "dtcdb/descriptionSource.h"
 #include "platform/qtTimer.h"
 
 #include <QCoreApplication>
@@ -68,7 +68,7 @@ private:
     QtTimer resetTimer_{session_.gate};
     QtTimer guard_{session_.gate};
     std::unique_ptr<SerialPort> port_ = session_.makePort();
-    DtcDatabaseSource descriptions_{session_.values.parmDTCdb};
+    DtcDescriptionSource descriptions_{session_.values.parmDTCdb, session_.values.descriptionsFile};
     CodesExchange exchange_{*port_,        resetTimer_,      session_.connection(),
                             descriptions_, session_.prompts, session_.values};
 };

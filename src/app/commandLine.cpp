@@ -299,6 +299,8 @@ const std::vector<Option>& options()
          exchange, [](CommandLine& line, const QString&) { line.textOptions.fields = DtcFields::space; }},
         {"fixed", "", "With dtc import or export: they are 5, 100 and 255 characters wide.", exchange,
          [](CommandLine& line, const QString&) { line.textOptions.fields = DtcFields::fixed; }},
+        {"csv", "", "With dtc import or export: as spreadsheets write it, between commas or semicolons.",
+         exchange, [](CommandLine& line, const QString&) { line.textOptions.fields = DtcFields::csv; }},
         {"no-notes", "", "With dtc import or export: leave the notes out.", exchange,
          [](CommandLine& line, const QString&) { line.textOptions.noNotes = true; }},
         {"overwrite", "", "With dtc import: a code that the database has gets the text of the file.", import,
@@ -434,8 +436,8 @@ CommandLine read(const QCommandLineParser& parser)
     if (setOf({QStringLiteral("hex"), QStringLiteral("dec"), QStringLiteral("oct")}) > 1)
         throw UsageError("--hex, --dec and --oct exclude each other; give one of them");
     if (setOf({QStringLiteral("comma"), QStringLiteral("tab"), QStringLiteral("space"),
-               QStringLiteral("fixed")}) > 1)
-        throw UsageError("--comma, --tab, --space and --fixed exclude each other; give one of them");
+               QStringLiteral("fixed"), QStringLiteral("csv")}) > 1)
+        throw UsageError("--comma, --tab, --space, --fixed and --csv exclude each other; give one of them");
     requireDifferentFiles(line);
     return line;
 }

@@ -1,6 +1,8 @@
 #include "app/dtcCommand.h"
 
 #include "app/commandSession.h"
+#include "dtcdb/databaseKind.h"
+#include "dtcdb/descriptionSource.h"
 #include "dtcdb/dtcDatabase.h"
 #include "dtcdb/dtcText.h"
 #include "shared/module1.h"
@@ -40,9 +42,11 @@ public:
 
     int setUp()
     {
-        if (fileExists(path_)) {
-            if (line_.onlyIfMissing)
+        if (isSetUp(path_)) {
+            if (line_.onlyIfMissing) {
+                DtcDatabase::openForReading(path_); // what can't be used is told
                 return exitStatus::success;
+            }
             throw DatabaseError("\"" + path_ + "\" exists already; nothing has been changed");
         }
         ShownProgress progress(line_.quiet);
@@ -52,8 +56,11 @@ public:
 
     int lookUp()
     {
-        requireDatabase();
-        const auto database = DtcDatabase::openForReading(path_);
+        const DtcDescriptionSource source(path_,
+                                          line_.databasePath.empty() ? session_.values.descriptionsFile : "");
+        if (!source.available())
+            requireDatabase();
+        const auto database = source.openDatabase();
         int status = exitStatus::success;
         for (const std::string& typed : line_.codes) {
             const std::string code = upperCase(typed);
@@ -72,6 +79,7 @@ public:
         const DtcImport import = importDtcText(*database, line_.textPath, line_.textOptions, progress);
         for (const std::string& text : skippedTexts(import))
             complain(text);
+        tell(importHint(import));
         return printOut(zint::importText(import, line_.textOptions.dupOver) + "\n");
     }
 
@@ -81,15 +89,22 @@ public:
         const auto database = DtcDatabase::openForReading(path_);
         if (line_.textPath == "-")
             return exportToOutput(*database);
-        const auto count = exportDtcText(*database, line_.textPath, line_.textOptions);
-        return printOut(zint::exportText(count) + "\n");
+        const DtcExport done = exportDtcFile(*database, line_.textPath, line_.textOptions);
+        tell(exportHint(done));
+        return printOut(zint::exportText(done) + "\n");
     }
 
 private:
     void requireDatabase() const
     {
-        if (!fileExists(path_))
+        if (!isSetUp(path_))
             throw DatabaseError(noDatabaseText(path_));
+    }
+
+    static void tell(const std::string& hint)
+    {
+        if (!hint.empty())
+            complain(hint);
     }
 
     /// The notes stand below, so that each line that begins with a code is one.
@@ -102,14 +117,16 @@ private:
 
     static int refuse(const std::string& code)
     {
-        complain(code + (codeFault(code) == 0 ? " has no description" : " is no trouble code"));
+        complain(code + (codeFault(code) != 0 ? " is no trouble code"
+                         : isMakersCode(code) ? " is the maker's own code and has no description"
+                                              : " has no description"));
         return exitStatus::failure;
     }
 
     int exportToOutput(DtcDatabase& database) const
     {
         std::ostringstream text;
-        exportDtcText(database, text, line_.textOptions, "\n");
+        tell(exportHint(exportDtcText(database, text, line_.textOptions, "\n")));
         return printOut(text.str());
     }
 

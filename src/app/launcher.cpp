@@ -1,5 +1,6 @@
 #include "app/launcher.h"
 
+#include "dtcdb/databaseKind.h"
 #include "dtcdb/dtcText.h"
 #include "shared/module1.h"
 #include "shared/programInfo.h"
@@ -177,7 +178,7 @@ void Launcher::setUpDescriptions()
 {
     const std::string path =
         values_.parmDTCdb.empty() ? defaultDatabase() : values_.parmDTCdb; // see clearDefaults
-    if (fileExists(path)) {
+    if (isSetUp(path)) {
         prompts_.message("There is a database of code descriptions already: " + path +
                          "\r\nIt stays as it is.");
         return;

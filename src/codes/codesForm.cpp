@@ -22,7 +22,7 @@ void makeQuiet(QLabel& label)
 codesForm::codesForm(ToolContext& context)
     : toolForm(context, "docchken2"), ui(std::make_unique<Ui::codesForm>()),
       MSComm1(context.makePort(gate(), context.connection())), Timer1(gate()),
-      descriptions_(context.values.parmDTCdb),
+      descriptions_(context.values.parmDTCdb, context.values.descriptionsFile),
       exchange_(*MSComm1, Timer1, context.connection(), descriptions_, prompts(), context.values)
 {
     ui->setupUi(this);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "codes/codesExchange.h"
-#include "dtcdb/dtcDatabase.h"
+#include "dtcdb/descriptionSource.h"
 #include "platform/qtTimer.h"
 #include "platform/toolForm.h"
 
@@ -36,7 +36,7 @@ private:
     std::array<QLabel*, monitorCount> monitors_; ///< in the order of the readiness texts
     std::unique_ptr<SerialPort> MSComm1;
     QtTimer Timer1;
-    DtcDatabaseSource descriptions_;
+    DtcDescriptionSource descriptions_;
     CodesExchange exchange_;
 };
 

@@ -1,5 +1,6 @@
 #include "dtcdb/accessDatabase.h"
 
+#include "dtcdb/databaseKind.h"
 #include "dtcdb/dtcDatabase.h"
 #include "shared/module1.h"
 
@@ -71,8 +72,7 @@ std::string bytesOf(const std::string& path)
 /// The library prints about files that it can't open; they are told apart before it sees them.
 void checkHeader(const std::string& path, std::string_view file)
 {
-    const std::string_view engine = textAt(file, 5, 15);
-    if (engine != "Standard Jet DB" && engine != "Standard ACE DB")
+    if (databaseKind(path) != DatabaseKind::access)
         refuse(path, "this is no database of the Access engine. Choose another file.");
     const int version = file.size() > versionOffset ? static_cast<unsigned char>(file[versionOffset]) : 0;
     if (version > MDB_VER_ACCDB_2019)

@@ -1,5 +1,6 @@
 #include "dtcdb/dtcDatabase.h"
 
+#include "dtcdb/databaseKind.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
 
@@ -7,15 +8,11 @@
 #include <SQLiteCpp/VariadicBind.h>
 #include <sqlite3.h>
 
-#include <array>
 #include <filesystem>
-#include <fstream>
 #include <utility>
 
 namespace zint {
 namespace {
-
-constexpr int lockPatienceMs = 2000;
 
 constexpr const char* layout = "CREATE TABLE DTCset (Code TEXT, Description TEXT, Notes TEXT);"
                                "CREATE UNIQUE INDEX DTCndx ON DTCset (Code COLLATE NOCASE);";
@@ -28,28 +25,14 @@ constexpr const char* previousCode =
     "WHERE Code < ?1 COLLATE NOCASE ORDER BY Code COLLATE NOCASE DESC LIMIT 1";
 constexpr const char* firstCode = "ORDER BY Code COLLATE NOCASE LIMIT 1";
 constexpr const char* lastCode = "ORDER BY Code COLLATE NOCASE DESC LIMIT 1";
-constexpr const char* thisKey = "WHERE rowid = ?1";
+constexpr const char* thisRecord = "WHERE rowid = ?1 AND ifnull(CAST(Code AS TEXT), '') = ?2";
 
-enum class FileKind { sqlite, access, empty, other, unreadable };
-
-FileKind kindOf(const std::string& path)
-{
-    if (!fileExists(path)) // a folder would open, and hold no bytes
-        return FileKind::unreadable;
-    std::ifstream file(utf8Path(path), std::ios::binary);
-    if (!file)
-        return FileKind::unreadable;
-    std::array<char, 19> start{};
-    file.read(start.data(), start.size());
-    const std::string_view head(start.data(), static_cast<std::size_t>(file.gcount()));
-    if (head.empty())
-        return FileKind::empty;
-    if (head.starts_with("SQLite format 3"))
-        return FileKind::sqlite;
-    const std::string_view engine = textAt(head, 5, 15);
-    return engine.starts_with("Standard Jet DB") || engine.starts_with("Standard ACE DB") ? FileKind::access
-                                                                                          : FileKind::other;
-}
+// Another program's index of the same name may compare otherwise, or not hold codes apart.
+constexpr const char* soundIndexes =
+    "SELECT COUNT(*) FROM pragma_index_list('DTCset') AS list WHERE list.name = 'DTCndx' COLLATE NOCASE"
+    " AND list.\"unique\" AND NOT list.partial AND (SELECT group_concat(upper(field.name || ' ' || "
+    "field.coll))"
+    " FROM pragma_index_xinfo(list.name) AS field WHERE field.key) = 'CODE NOCASE'";
 
 [[noreturn]] void refuse(const std::string& path, const std::string& why)
 {
@@ -58,18 +41,20 @@ FileKind kindOf(const std::string& path)
 
 void checkKind(const std::string& path)
 {
-    switch (kindOf(path)) {
-    case FileKind::sqlite:
+    switch (databaseKind(path)) {
+    case DatabaseKind::sqlite:
         return;
-    case FileKind::access:
+    case DatabaseKind::access:
         refuse(path,
                "read: this is a database of the Access engine. Open it in the DTC Editor, which can copy its "
                "records.");
-    case FileKind::empty:
-        refuse(path, "read: the file is empty. Delete it, so that a new database can be made.");
-    case FileKind::unreadable:
+    case DatabaseKind::empty:
+        refuse(path, "read: the file is empty. Set Up Code Descriptions in the launcher fills it; or delete "
+                     "it, so that a "
+                     "new database can be made.");
+    case DatabaseKind::unreadable:
         refuse(path, "read: the file is missing or you may not read it.");
-    case FileKind::other:
+    case DatabaseKind::other:
         refuse(path, "read: the file is no database of this program. Choose another file.");
     }
 }
@@ -101,6 +86,58 @@ auto guarded(const std::string& path, Work work)
     }
 }
 
+/// Calls what handles the file as a whole.
+template <typename Work>
+void filesGuarded(Work work)
+{
+    try {
+        work();
+    } catch (const FileError& error) {
+        throw DatabaseError(error.what());
+    }
+}
+
+/// A file that is gone in the end, unless it has got another name.
+struct Removed {
+    explicit Removed(std::string file) : path(std::move(file)) {}
+    Removed(const Removed&) = delete;
+    Removed& operator=(const Removed&) = delete;
+    ~Removed()
+    {
+        std::error_code ignored;
+        std::filesystem::remove(utf8Path(path), ignored);
+    }
+
+    const std::string path;
+};
+
+/// @param path that the user is told when it fails
+std::unique_ptr<SQLite::Database> newFile(const std::string& path, const std::string& file)
+{
+    return guarded(path, [&] {
+        return std::make_unique<SQLite::Database>(file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    });
+}
+
+DtcRecord recordOf(const SQLite::Statement& row)
+{
+    return {.code = row.getColumn(1).getString(),
+            .description = row.getColumn(2).getString(),
+            .notes = row.getColumn(3).getString()};
+}
+
+/// A pattern of LIKE for texts that hold a word.
+std::string patternOf(std::string_view word)
+{
+    std::string pattern = "%";
+    for (const char c : word) {
+        if (c == '%' || c == '_' || c == '\\')
+            pattern += '\\';
+        pattern += c;
+    }
+    return pattern + "%";
+}
+
 /// Ends a statement's run: it would keep others from writing.
 class Finished {
 public:
@@ -124,71 +161,90 @@ DtcDatabase::~DtcDatabase() = default;
 
 /// Also for reading the file is opened for writing, where that is allowed: a program that was killed may have
 /// left changes that are to be undone first.
-std::unique_ptr<DtcDatabase> DtcDatabase::connect(const std::string& path)
+std::unique_ptr<DtcDatabase> DtcDatabase::connect(const std::string& path, std::chrono::milliseconds patience)
 {
     return guarded(path, [&] {
-        auto file = std::make_unique<SQLite::Database>(path, SQLite::OPEN_READWRITE, lockPatienceMs);
+        auto file = std::make_unique<SQLite::Database>(path, SQLite::OPEN_READWRITE,
+                                                       static_cast<int>(patience.count()));
         return std::unique_ptr<DtcDatabase>(new DtcDatabase(path, std::move(file)));
     });
 }
 
-std::unique_ptr<DtcDatabase> DtcDatabase::openForReading(const std::string& path)
+std::unique_ptr<DtcDatabase> DtcDatabase::openForReading(const std::string& path,
+                                                         std::chrono::milliseconds patience)
 {
     checkKind(path);
-    auto database = connect(path);
+    auto database = connect(path, patience);
     if (database->number("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name = 'DTCset'") == 0)
         refuse(path, "read: it has no table \"DTCset\". Choose another file.");
     database->find({}); // whether it has the fields
     return database;
 }
 
-std::unique_ptr<DtcDatabase> DtcDatabase::open(const std::string& path)
+std::unique_ptr<DtcDatabase> DtcDatabase::open(const std::string& path, std::chrono::milliseconds patience)
 {
-    auto database = openForReading(path);
-    if (database->number("SELECT COUNT(*) FROM sqlite_master WHERE type = 'index' AND name = 'DTCndx'") == 0)
-        refuse(path, "edited: it has no index \"DTCndx\". Choose another file.");
-    database->requireWritable();
+    auto database = openForReading(path, patience);
+    database->requireLayout();
+    database->isReadOnly_ = !database->mayWrite();
     return database;
 }
 
+void DtcDatabase::requireLayout()
+{
+    if (number(soundIndexes) == 0)
+        refuse(path_,
+               "edited: it has no index \"DTCndx\" that allows each code once, in capitals or small letters. "
+               "Choose another file, or export its records and import them into a new database.");
+}
+
+/// The file gets its name when it is whole; a kill leaves no more than one that nobody takes for it.
 std::unique_ptr<DtcDatabase> DtcDatabase::create(const std::string& path,
                                                  const std::function<void(DtcDatabase&)>& fill)
 {
-    try {
-        createFile(path);
-    } catch (const FileError& error) {
-        throw DatabaseError(error.what());
+    const Removed fresh(newNameBeside(path));
+    filesGuarded([&] { requireWritable(path); });
+    {
+        DtcDatabase database(path, newFile(path, fresh.path));
+        database.execute("PRAGMA journal_mode = MEMORY"); // half of it is deleted, not undone
+        database.makeTable(fill);
     }
-    std::unique_ptr<DtcDatabase> database;
-    try {
-        database = connect(path);
-        database->inOneStep([&] {
-            database->execute(layout);
-            if (fill)
-                fill(*database);
-        });
-        return database;
-    } catch (...) {
-        database.reset();
-        std::error_code ignored;
-        std::filesystem::remove(utf8Path(path), ignored);
-        std::filesystem::remove(utf8Path(path + "-journal"), ignored); // would be taken for a later file's
-        throw;
-    }
+    filesGuarded([&] { publishFile(fresh.path, path); });
+    return open(path);
+}
+
+std::unique_ptr<DtcDatabase> DtcDatabase::createInMemory(const std::function<void(DtcDatabase&)>& fill)
+{
+    std::unique_ptr<DtcDatabase> database(new DtcDatabase({}, newFile({}, ":memory:")));
+    database->makeTable(fill);
+    return database;
+}
+
+void DtcDatabase::makeTable(const std::function<void(DtcDatabase&)>& fill)
+{
+    inOneStep([&] {
+        execute(layout);
+        if (fill)
+            fill(*this);
+    });
 }
 
 /// Only a change makes sure of that; it is undone.
-void DtcDatabase::requireWritable()
+bool DtcDatabase::mayWrite()
 {
     const std::string version = std::to_string(number("PRAGMA user_version"));
-    execute("BEGIN IMMEDIATE");
-    try {
-        execute("PRAGMA user_version = " + version);
-    } catch (...) {
-        database_->tryExec("ROLLBACK");
-        throw;
-    }
-    execute("ROLLBACK");
+    return guarded(path_, [&] {
+        try {
+            database_->exec("BEGIN IMMEDIATE");
+            database_->exec("PRAGMA user_version = " + version);
+            database_->exec("ROLLBACK");
+            return true;
+        } catch (const SQLite::Exception& error) {
+            database_->tryExec("ROLLBACK");
+            if (error.getErrorCode() == SQLITE_READONLY)
+                return false;
+            throw;
+        }
+    });
 }
 
 void DtcDatabase::execute(const std::string& sql)
@@ -222,10 +278,7 @@ std::optional<DtcDatabase::Entry> DtcDatabase::entry(const char* condition, cons
         SQLite::bind(query, values...);
         std::optional<Entry> found;
         if (query.executeStep())
-            found = {.key = query.getColumn(0).getInt64(),
-                     .record = {.code = query.getColumn(1).getString(),
-                                .description = query.getColumn(2).getString(),
-                                .notes = query.getColumn(3).getString()}};
+            found = {.key = query.getColumn(0).getInt64(), .record = recordOf(query)};
         return found;
     });
 }
@@ -262,11 +315,32 @@ std::optional<DtcDatabase::Entry> DtcDatabase::before(const std::string& code)
     return entry(previousCode, code);
 }
 
-std::optional<DtcDatabase::Entry> DtcDatabase::read(std::int64_t key) { return entry(thisKey, key); }
+std::optional<DtcDatabase::Entry> DtcDatabase::read(const Entry& known)
+{
+    return entry(thisRecord, known.key, known.record.code);
+}
+
+std::vector<DtcRecord> DtcDatabase::containing(const std::vector<std::string>& words, std::size_t most)
+{
+    std::string sql = std::string(select) + "WHERE typeof(Code) = 'text'";
+    for (std::size_t i = 0; i < words.size(); ++i)
+        sql += " AND Description LIKE ? ESCAPE '\\'";
+    return guarded(path_, [&] {
+        SQLite::Statement& query = statement(sql + " ORDER BY Code COLLATE NOCASE");
+        const Finished finished(query);
+        int place = 0;
+        for (const std::string& word : words)
+            query.bind(++place, patternOf(word));
+        std::vector<DtcRecord> found;
+        while (found.size() < most && query.executeStep())
+            found.push_back(recordOf(query));
+        return found;
+    });
+}
 
 /// @return how many records it concerned
 template <typename... Values>
-int DtcDatabase::change(const char* sql, const Values&... values)
+int DtcDatabase::change(const std::string& sql, const Values&... values)
 {
     countedVersion_ = noVersion;
     return guarded(path_, [&] {
@@ -283,15 +357,25 @@ bool DtcDatabase::add(const DtcRecord& record)
                   record.description, record.notes) > 0;
 }
 
-DtcDatabase::Update DtcDatabase::update(std::int64_t key, const DtcRecord& record)
+DtcDatabase::Update DtcDatabase::update(const Entry& known, const DtcRecord& record)
 {
-    if (change("UPDATE OR IGNORE DTCset SET Code = ?2, Description = ?3, Notes = ?4 WHERE rowid = ?1", key,
-               record.code, record.description, record.notes) > 0)
+    const std::string sql =
+        "UPDATE OR IGNORE DTCset SET Code = ?3, Description = ?4, Notes = ?5 " + std::string(thisRecord) +
+        " AND ifnull(CAST(Description AS TEXT), '') = ?6 AND ifnull(CAST(Notes AS TEXT), '') = ?7";
+    const DtcRecord& old = known.record;
+    if (change(sql, known.key, old.code, record.code, record.description, record.notes, old.description,
+               old.notes) > 0)
         return Update::done;
-    return read(key) ? Update::codeInUse : Update::gone;
+    const auto now = read(known);
+    if (!now)
+        return Update::gone;
+    return now->record == old ? Update::codeInUse : Update::changed;
 }
 
-void DtcDatabase::remove(std::int64_t key) { change("DELETE FROM DTCset WHERE rowid = ?1", key); }
+bool DtcDatabase::remove(const Entry& known)
+{
+    return change("DELETE FROM DTCset " + std::string(thisRecord), known.key, known.record.code) > 0;
+}
 
 void DtcDatabase::inOneStep(const std::function<void()>& work)
 {
@@ -315,15 +399,6 @@ DtcRecord cutToSize(const DtcRecord& record)
     return {.code = record.code,
             .description = std::string(firstCharacters(record.description, DtcDatabase::descriptionSize)),
             .notes = std::string(firstCharacters(record.notes, DtcDatabase::notesSize))};
-}
-
-bool isAccessDatabase(const std::string& path) { return kindOf(path) == FileKind::access; }
-
-bool DtcDatabaseSource::available() const { return fileExists(path_); }
-
-std::unique_ptr<CodeDescriptions> DtcDatabaseSource::open() const
-{
-    return DtcDatabase::openForReading(path_);
 }
 
 } // namespace zint

@@ -8,6 +8,21 @@
 #include <algorithm>
 
 namespace zint {
+namespace {
+
+/// Another program may keep the database busy for a while.
+class BusyCursor {
+public:
+    explicit BusyCursor(QWidget& window) : window_(window) { window_.setCursor(Qt::WaitCursor); }
+    BusyCursor(const BusyCursor&) = delete;
+    BusyCursor& operator=(const BusyCursor&) = delete;
+    ~BusyCursor() { window_.unsetCursor(); }
+
+private:
+    QWidget& window_;
+};
+
+} // namespace
 
 dtcEditForm::dtcEditForm(ToolContext& context)
     : toolForm(context, "docdtce2"), ui(std::make_unique<Ui::dtcEditForm>()), CommonDialog1(*this),
@@ -20,6 +35,7 @@ dtcEditForm::dtcEditForm(ToolContext& context)
     ui->DTCcode->setMaxLength(DtcDatabase::codeSize);
     ui->DTCdescr->setMaxLength(DtcDatabase::descriptionSize);
     ui->DTCnotes->setMaxLength(DtcDatabase::notesSize);
+    ui->DTCsearchCode->setMaxLength(DtcDatabase::codeSize);
     connectControls();
     editor_.onChanged = [this] { paint(); };
     editor_.onFocus = [this](DtcEditor::Box box, std::optional<std::size_t> place) { focusBox(box, place); };
@@ -49,8 +65,17 @@ void dtcEditForm::keyPressEvent(QKeyEvent* event)
     pressFocused(button);
 }
 
+/// The boxes' colour is not the toolkit's while they only show.
+void dtcEditForm::changeEvent(QEvent* event)
+{
+    toolForm::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        paintBoxes();
+}
+
 void dtcEditForm::DTCcontrol_Click()
 {
+    const BusyCursor busy(*this);
     editor_.pressControl();
     if (editor_.panel().canBrowse)
         ui->DTCsearchCode->setFocus();
@@ -60,6 +85,7 @@ void dtcEditForm::DTCcontrol_Click()
 
 void dtcEditForm::DTCsearch_Click()
 {
+    const BusyCursor busy(*this);
     editor_.pressSearch(fromQt(ui->DTCsearchCode->text()));
     ui->DTCsearchCode->selectAll();
 }
@@ -67,7 +93,10 @@ void dtcEditForm::DTCsearch_Click()
 void dtcEditForm::connectControls()
 {
     const auto press = [this](QPushButton* button, void (DtcEditor::*operation)()) {
-        on(button, &QPushButton::clicked, [this, operation] { (editor_.*operation)(); });
+        on(button, &QPushButton::clicked, [this, operation] {
+            const BusyCursor busy(*this);
+            (editor_.*operation)();
+        });
     };
     press(ui->browseDB, &DtcEditor::pressBrowseDb);
     press(ui->DTCfirst, &DtcEditor::pressFirst);
@@ -79,6 +108,8 @@ void dtcEditForm::connectControls()
     press(ui->DTCsave, &DtcEditor::pressSave);
     press(ui->DTCcancel, &DtcEditor::pressCancel);
     press(ui->DTCdel, &DtcEditor::pressDelete);
+    press(ui->undoDelete, &DtcEditor::pressUndoDelete);
+    press(ui->findWords, &DtcEditor::pressFindWords);
     press(ui->browseText, &DtcEditor::pressBrowseText);
     press(ui->importDTC, &DtcEditor::pressImport);
     press(ui->exportDTC, &DtcEditor::pressExport);
@@ -92,8 +123,9 @@ void dtcEditForm::connectControls()
     for (const BoxEntry& entry : boxes_)
         connect(entry.edit, &QLineEdit::textChanged, this,
                 [this, box = entry.box](const QString& text) { editor_.type(box, fromQt(text)); });
-    for (const QAbstractButton* option : std::initializer_list<QAbstractButton*>{
-             ui->useComma, ui->useTab, ui->useSpace, ui->useLen, ui->delimNotes, ui->dupOver, ui->noNotes})
+    for (const QAbstractButton* option :
+         std::initializer_list<QAbstractButton*>{ui->useComma, ui->useTab, ui->useSpace, ui->useLen,
+                                                 ui->useCsv, ui->delimNotes, ui->dupOver, ui->noNotes})
         on(option, &QAbstractButton::toggled, [this] { takeOptions(); });
 }
 
@@ -106,6 +138,8 @@ void dtcEditForm::takeOptions()
         options.fields = DtcFields::space;
     else if (ui->useLen->isChecked())
         options.fields = DtcFields::fixed;
+    else if (ui->useCsv->isChecked())
+        options.fields = DtcFields::csv;
     options.delimNotes = ui->delimNotes->isChecked();
     options.dupOver = ui->dupOver->isChecked();
     options.noNotes = ui->noNotes->isChecked();
@@ -130,24 +164,41 @@ void dtcEditForm::paint()
     ui->dtcDBname->setEnabled(p.dtcDBname.enabled);
     ui->browseDB->setEnabled(p.dtcDBname.enabled);
     ui->DTCframe->setTitle(toQt(p.DTCframe));
-    for (const BoxEntry& entry : boxes_) {
-        display(*entry.edit, p.record.*entry.box);
-        entry.edit->setEnabled(p.isOpen);
-        entry.edit->setReadOnly(!p.isEditing);
-    }
-    for (QWidget* control : std::initializer_list<QWidget*>{ui->DTCfirst, ui->DTCprev, ui->DTCnext,
-                                                            ui->DTClast, ui->DTCsearch, ui->DTCsearchCode})
+    paintBoxes();
+    if (!p.isOpen)
+        ui->DTCsearchCode->clear();
+    for (QWidget* control :
+         std::initializer_list<QWidget*>{ui->DTCfirst, ui->DTCprev, ui->DTCnext, ui->DTClast, ui->DTCsearch,
+                                         ui->DTCsearchCode, ui->findWords})
         control->setEnabled(p.canBrowse);
     ui->DTCadd->setEnabled(p.canAdd);
     for (QPushButton* button : {ui->DTCedit, ui->DTCdel})
         button->setEnabled(p.canChange);
     for (QPushButton* button : {ui->DTCsave, ui->DTCcancel})
         button->setEnabled(p.isEditing);
+    ui->undoDelete->setEnabled(p.canUndoDelete);
     display(*ui->DTCtext, p.DTCtext);
-    for (QPushButton* button : {ui->importDTC, ui->exportDTC})
-        button->setEnabled(p.canExchange);
+    ui->importDTC->setEnabled(p.canImport);
+    ui->exportDTC->setEnabled(p.canExport);
     ui->skippedLines->setEnabled(p.canShowSkipped);
+    ui->delimNotes->setEnabled(p.canDelimNotes);
+    display(*ui->textHint, p.textHint);
     display(*ui->statusBox, p.statusBox);
+}
+
+void dtcEditForm::paintBoxes()
+{
+    const DtcEditPanel& p = editor_.panel();
+    QPalette colours;
+    if (!p.isEditing)
+        colours.setBrush(QPalette::Base,
+                         palette().brush(QPalette::Window)); // as text, not as a box to fill in
+    for (const BoxEntry& entry : boxes_) {
+        display(*entry.edit, p.record.*entry.box);
+        entry.edit->setEnabled(p.isOpen);
+        entry.edit->setReadOnly(!p.isEditing);
+        entry.edit->setPalette(colours);
+    }
 }
 
 } // namespace zint

@@ -32,6 +32,7 @@ private:
 
     void Form_Unload() override;
     void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
     void DTCcontrol_Click();
     void DTCsearch_Click();
@@ -40,6 +41,7 @@ private:
     void takeOptions();
     void focusBox(DtcEditor::Box box, std::optional<std::size_t> place);
     void paint();
+    void paintBoxes();
 
     std::unique_ptr<Ui::dtcEditForm> ui;
     QtFileDialogs CommonDialog1;

@@ -21,13 +21,17 @@ struct DtcEditPanel {
     bool isOpen = false;    ///< they are enabled
     bool isEditing = false; ///< they can be changed; DTCsave and DTCcancel are enabled
 
-    bool canAdd = false;    ///< DTCadd
-    bool canChange = false; ///< DTCedit and DTCdel
-    bool canBrowse = false; ///< DTCfirst, DTCprev, DTCnext, DTClast, DTCsearch and DTCsearchCode
+    bool canAdd = false;        ///< DTCadd
+    bool canChange = false;     ///< DTCedit and DTCdel
+    bool canUndoDelete = false; ///< undoDelete
+    bool canBrowse = false; ///< DTCfirst, DTCprev, DTCnext, DTClast, DTCsearch, DTCsearchCode and findWords
 
     std::string DTCtext;         ///< browseText belongs to it
-    bool canExchange = false;    ///< importDTC and exportDTC
+    bool canImport = false;      ///< importDTC
+    bool canExport = false;      ///< exportDTC
     bool canShowSkipped = false; ///< the last import has skipped lines
+    bool canDelimNotes = true;   ///< the form of the text file leaves a choice; delimNotes
+    std::string textHint;        ///< what the user had better know of the last import or export
     std::string statusBox;
 };
 

@@ -1,12 +1,13 @@
 #include "dtcdb/dtcEditor.h"
 
 #include "dtcdb/accessDatabase.h"
+#include "dtcdb/databaseKind.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
 
 #include <filesystem>
+#include <sstream>
 #include <utility>
-#include <vector>
 
 namespace zint {
 namespace {
@@ -17,6 +18,9 @@ const FileKinds databaseKinds{.extension = "mdb",
 constexpr const char* openCaption = "Open DB";
 constexpr const char* createCaption = "Create New DB";
 constexpr const char* closeCaption = "Close DB";
+
+constexpr const char* goneText = "The record is gone, this is the next one";
+constexpr std::size_t mostFound = 1000;
 
 /// The same file from whatever folder the program is started.
 std::string absolutePath(const std::string& path)
@@ -32,6 +36,26 @@ bool fits(const std::string& code)
     return !code.empty() && firstCharacters(code, DtcDatabase::codeSize).size() == code.size();
 }
 
+bool isTooLong(const DtcRecord& record) { return cutToSize(record) != record; }
+
+std::vector<std::string> wordsOf(const std::string& text)
+{
+    std::istringstream stream(text);
+    std::vector<std::string> words;
+    for (std::string word; stream >> word;)
+        words.push_back(word);
+    return words;
+}
+
+/// What is known of a code that the table does not have; empty for what is no code.
+std::string unknownCodeText(const std::string& typed)
+{
+    const std::string code = upperCase(typed);
+    if (codeFault(code) != 0)
+        return {};
+    return code + (isMakersCode(code) ? " is the maker's own code" : " has no description");
+}
+
 } // namespace
 
 DtcEditor::DtcEditor(Surroundings surroundings) : around_(surroundings)
@@ -41,6 +65,25 @@ DtcEditor::DtcEditor(Surroundings surroundings) : around_(surroundings)
 }
 
 void DtcEditor::unload() { database_.reset(); }
+
+/// What a button does: what earlier ones told goes, and all that changed is shown once.
+template <typename Work>
+void DtcEditor::press(const Work& work)
+{
+    panel_.statusBox.clear();
+    panel_.textHint.clear();
+    note_.clear();
+    focus_.reset();
+    try {
+        work();
+    } catch (...) {
+        refresh();
+        throw;
+    }
+    refresh();
+    if (focus_ && onFocus)
+        onFocus(focus_->box, focus_->place);
+}
 
 void DtcEditor::changeName(const std::string& path)
 {
@@ -59,11 +102,12 @@ void DtcEditor::pressBrowseDb()
 
 void DtcEditor::pressControl()
 {
-    if (database_)
-        close();
-    else
-        open();
-    refresh();
+    press([this] {
+        if (database_)
+            close();
+        else
+            open();
+    });
 }
 
 void DtcEditor::open()
@@ -72,10 +116,10 @@ void DtcEditor::open()
     try {
         if (panel_.DTCcontrol.caption == createCaption)
             opened(path, DtcDatabase::create(path));
-        else if (isAccessDatabase(path))
+        else if (databaseKind(path) == DatabaseKind::access)
             copyFromAccess(path);
         else
-            opened(path, DtcDatabase::open(path));
+            opened(path, DtcDatabase::open(path, around_.patience));
     } catch (const DatabaseError& error) {
         around_.prompts.message("Error opening DTC DB, please check filename", {}, error.what());
     }
@@ -111,7 +155,10 @@ void DtcEditor::opened(const std::string& path, std::unique_ptr<DtcDatabase> dat
     auto first = database->first();
     database_ = std::move(database);
     around_.values.parmDTCdb = path;
-    panel_.statusBox = first ? "DB is OPEN, DTC Editor Ready" : "Press Add or use Import to add records";
+    if (database_->isReadOnly())
+        panel_.statusBox = "DB is OPEN, but can only be read: you may not write to the file or its folder";
+    else
+        panel_.statusBox = first ? "DB is OPEN, DTC Editor Ready" : "Press Add or use Import to add records";
     show(std::move(first));
 }
 
@@ -119,6 +166,7 @@ void DtcEditor::close()
 {
     database_.reset();
     import_ = {};
+    deleted_.reset();
     show(std::nullopt);
     panel_.statusBox = "DB is CLOSED";
 }
@@ -126,55 +174,116 @@ void DtcEditor::close()
 void DtcEditor::show(std::optional<Entry> entry)
 {
     current_ = std::move(entry);
-    panel_.record = current_ ? current_->record : DtcRecord();
-    refresh();
+    showCurrent();
+    countRecords();
 }
 
-void DtcEditor::pressFirst() { show(database_->first()); }
+void DtcEditor::showCurrent() { panel_.record = current_ ? cutToSize(current_->record) : DtcRecord(); }
 
-void DtcEditor::pressLast() { show(database_->last()); }
-
-void DtcEditor::pressNext()
+void DtcEditor::showNext()
 {
     auto next = current_ ? database_->after(current_->record.code) : std::nullopt;
     show(next ? std::move(next) : database_->last());
 }
 
+void DtcEditor::pressFirst()
+{
+    press([this] { show(database_->first()); });
+}
+
+void DtcEditor::pressLast()
+{
+    press([this] { show(database_->last()); });
+}
+
+void DtcEditor::pressNext()
+{
+    press([this] { showNext(); });
+}
+
 void DtcEditor::pressPrev()
 {
-    auto previous = current_ ? database_->before(current_->record.code) : std::nullopt;
-    show(previous ? std::move(previous) : database_->first());
+    press([this] {
+        auto previous = current_ ? database_->before(current_->record.code) : std::nullopt;
+        show(previous ? std::move(previous) : database_->first());
+    });
 }
 
 void DtcEditor::pressSearch(const std::string& code)
 {
-    auto found = database_->find(code);
-    panel_.statusBox = found ? "" : "DTC not found, using closest match";
-    if (!found)
-        found = database_->after(code);
-    show(found ? std::move(found) : database_->before(code));
+    press([&] {
+        auto found = database_->find(code);
+        if (!found) {
+            panel_.statusBox = "DTC not found, using closest match";
+            note_ = unknownCodeText(code);
+            const char* place = " - next is ";
+            found = database_->after(code);
+            if (!found) {
+                place = " - the last one is ";
+                found = database_->before(code);
+            }
+            if (!note_.empty() && found)
+                note_ += place + found->record.code;
+        }
+        show(std::move(found));
+    });
+}
+
+void DtcEditor::pressFindWords()
+{
+    press([this] {
+        const auto typed =
+            around_.prompts.input("Words or parts of words of the description:", "Find Words", words_);
+        if (!typed || wordsOf(*typed).empty())
+            return;
+        words_ = *typed;
+        const std::vector<DtcRecord> found = database_->containing(wordsOf(words_), mostFound);
+        if (found.empty())
+            panel_.statusBox = "No description holds \"" + words_ + "\"";
+        else
+            choose(found);
+    });
+}
+
+void DtcEditor::choose(const std::vector<DtcRecord>& found)
+{
+    std::vector<std::string> lines;
+    for (const DtcRecord& record : found)
+        lines.push_back(record.code + " " + record.description);
+    const std::string text = found.size() < mostFound
+                                 ? std::to_string(found.size()) + " description(s) found:"
+                                 : "The first " + std::to_string(mostFound) + " descriptions found:";
+    const auto chosen = around_.prompts.choose(text, "Find Words", lines);
+    if (!chosen)
+        return;
+    if (auto entry = database_->find(found[*chosen].code))
+        show(std::move(entry));
 }
 
 void DtcEditor::pressAdd()
 {
-    mode_ = Mode::adding;
-    panel_.record = {.code = "Pxxyy", .description = {}, .notes = {}}; // a pattern to overwrite
-    refresh();
-    focus(&DtcRecord::code);
+    press([this] {
+        mode_ = Mode::adding;
+        panel_.record = {.code = "Pxxyy", .description = {}, .notes = {}}; // a pattern to overwrite
+        focus_ = Focus{&DtcRecord::code, {}};
+    });
 }
 
 void DtcEditor::pressEdit()
 {
-    auto now = database_->read(current_->key);
-    if (!now) { // another program has removed it
-        pressNext();
-        panel_.statusBox = "The record is gone, this is the next one";
-        refresh();
-        return;
-    }
-    mode_ = Mode::changing;
-    show(std::move(now));
-    focus(&DtcRecord::description);
+    press([this] {
+        auto now = database_->read(*current_);
+        if (!now) { // another program has removed it
+            showNext();
+            panel_.statusBox = goneText;
+            return;
+        }
+        mode_ = Mode::changing;
+        show(std::move(now));
+        if (isTooLong(current_->record))
+            panel_.statusBox = "The texts are longer than the boxes: Save cuts them";
+        focus_ = Focus{&DtcRecord::description, {}};
+    });
 }
 
 void DtcEditor::type(Box box, const std::string& text)
@@ -185,20 +294,18 @@ void DtcEditor::type(Box box, const std::string& text)
 
 void DtcEditor::pressSave()
 {
-    const DtcRecord& record = panel_.record;
-    if (record.code.empty() || record.description.empty()) {
-        refuse("Field cannot be blank", record.code.empty() ? &DtcRecord::code : &DtcRecord::description);
-        return;
-    }
-    if (const int place = codeFault(record.code); place > 0) {
-        refuse("Invalid DTC Code", &DtcRecord::code, static_cast<std::size_t>(place) - 1);
-        return;
-    }
-    if (!store(record))
-        return;
-    const std::string code = record.code;
-    endEditing("DTC saved");
-    show(database_->find(code));
+    press([this] {
+        const DtcRecord record = panel_.record;
+        if (record.code.empty() || record.description.empty())
+            refuse("Field cannot be blank", record.code.empty() ? &DtcRecord::code : &DtcRecord::description);
+        else if (const int place = codeFault(record.code); place > 0)
+            refuse("Invalid DTC Code", &DtcRecord::code, static_cast<std::size_t>(place) - 1);
+        else if (store(record)) {
+            deleted_.reset();
+            endEditing("DTC saved");
+            show(database_->find(record.code));
+        }
+    });
 }
 
 /// @return whether it is in the table now; else the status tells why not
@@ -210,7 +317,7 @@ bool DtcEditor::store(const DtcRecord& record)
         refuse("Duplicate DTC code found", &DtcRecord::code);
         return false;
     }
-    switch (database_->update(current_->key, record)) {
+    switch (database_->update(*current_, record)) {
     case DtcDatabase::Update::done:
         return true;
     case DtcDatabase::Update::codeInUse:
@@ -219,6 +326,12 @@ bool DtcEditor::store(const DtcRecord& record)
     case DtcDatabase::Update::gone:
         refuse("The record is gone: another program has deleted it", &DtcRecord::code);
         break;
+    case DtcDatabase::Update::changed:
+        refuse("Another program has changed the record: Save again replaces that, Cancel shows it",
+               &DtcRecord::description);
+        if (auto now = database_->read(*current_))
+            current_ = std::move(now);
+        break;
     }
     return false;
 }
@@ -226,15 +339,16 @@ bool DtcEditor::store(const DtcRecord& record)
 void DtcEditor::refuse(const char* why, Box box, std::optional<std::size_t> place)
 {
     panel_.statusBox = why;
-    refresh();
-    focus(box, place);
+    focus_ = Focus{box, place};
 }
 
 void DtcEditor::pressCancel()
 {
-    endEditing(mode_ == Mode::adding ? "DTC add canceled" : "DTC update canceled");
-    auto old = current_ ? database_->read(current_->key) : std::nullopt;
-    show(old ? std::move(old) : database_->first());
+    press([this] {
+        endEditing(mode_ == Mode::adding ? "DTC add canceled" : "DTC update canceled");
+        auto old = current_ ? database_->read(*current_) : std::nullopt;
+        show(old ? std::move(old) : database_->first());
+    });
 }
 
 /// Shows the record as it was last read, should the file fail now.
@@ -242,20 +356,42 @@ void DtcEditor::endEditing(const char* status)
 {
     mode_ = Mode::browsing;
     panel_.statusBox = status;
-    show(current_);
+    showCurrent();
 }
 
 void DtcEditor::pressDelete()
 {
-    auto next = database_->after(current_->record.code);
-    if (!next)
-        next = database_->before(current_->record.code);
-    database_->remove(current_->key);
-    panel_.statusBox = "DTC deleted";
-    show(std::move(next));
+    press([this] {
+        auto next = database_->after(current_->record.code);
+        if (!next)
+            next = database_->before(current_->record.code);
+        const bool isDeleted = database_->remove(*current_);
+        if (isDeleted)
+            deleted_ = current_->record;
+        panel_.statusBox = isDeleted ? "DTC deleted" : goneText;
+        show(std::move(next));
+    });
+}
+
+void DtcEditor::pressUndoDelete()
+{
+    press([this] {
+        const bool isBack = database_->add(*deleted_);
+        panel_.statusBox = isBack ? "The deleted record is back" : "Duplicate DTC code found";
+        show(database_->find(deleted_->code));
+        if (isBack)
+            deleted_.reset();
+    });
 }
 
 void DtcEditor::changeTextFile(const std::string& path) { panel_.DTCtext = path; }
+
+void DtcEditor::setOptions(const DtcTextOptions& options)
+{
+    options_ = options;
+    panel_.canDelimNotes = options.fields != DtcFields::csv;
+    refresh();
+}
 
 void DtcEditor::pressBrowseText()
 {
@@ -269,27 +405,46 @@ void DtcEditor::pressBrowseText()
 
 void DtcEditor::pressImport()
 {
-    import_ = {};
-    panel_.statusBox = "Import stopped, the table is as it was"; // unless it comes to its end
-    try {
+    press([this] {
+        import_ = {};
+        panel_.statusBox = "Import stopped, the table is as it was"; // unless it comes to its end
         const bool isDone =
             around_.prompts.runLong("Importing " + fileNamePart(panel_.DTCtext), [this](Progress& progress) {
                 import_ = importDtcText(*database_, panel_.DTCtext, options_, progress);
             });
-        if (isDone)
-            panel_.statusBox = importText(import_, options_.dupOver);
+        if (!isDone)
+            return;
+        deleted_.reset();
+        panel_.statusBox = importText(import_, options_.dupOver);
+        panel_.textHint = importHint(import_);
         show(database_->first());
-    } catch (...) {
-        refresh();
-        throw;
-    }
+    });
 }
 
 void DtcEditor::pressExport()
 {
-    const std::int64_t count = exportDtcText(*database_, panel_.DTCtext, options_);
-    panel_.statusBox = exportText(count);
-    show(database_->first());
+    press([this] {
+        const std::string path = absolutePath(panel_.DTCtext);
+        panel_.statusBox = "Export stopped, the file is as it was";
+        if (!mayReplace(path))
+            return;
+        const DtcExport done = exportDtcFile(*database_, path, options_);
+        lastExport_ = path;
+        panel_.statusBox = exportText(done);
+        panel_.textHint = exportHint(done);
+        show(database_->first());
+    });
+}
+
+/// A list that was just imported may be the only one; what the last export wrote is in the table.
+bool DtcEditor::mayReplace(const std::string& path)
+{
+    if (!fileExists(path) || path == lastExport_)
+        return true;
+    std::string text = "\"" + path + "\" exists. Shall the exported records take the place of what is in it?";
+    if (path == absolutePath(around_.values.descriptionsFile))
+        text += "\r\n\r\nIt is the file that comes with the program, from which databases are set up.";
+    return around_.prompts.confirm(text, "Export");
 }
 
 void DtcEditor::showSkipped()
@@ -300,10 +455,14 @@ void DtcEditor::showSkipped()
     around_.prompts.message(text, "Skipped Lines");
 }
 
-void DtcEditor::focus(Box box, std::optional<std::size_t> place) const
+/// A record can be shown without the count.
+void DtcEditor::countRecords()
 {
-    if (onFocus)
-        onFocus(box, place);
+    try {
+        count_ = database_ ? std::optional(database_->count()) : std::nullopt;
+    } catch (const DatabaseError&) {
+        count_.reset();
+    }
 }
 
 /// Brings the panel's controls to what can be done now.
@@ -311,6 +470,7 @@ void DtcEditor::refresh()
 {
     const bool isOpen = database_ != nullptr;
     const bool isBrowsing = isOpen && mode_ == Mode::browsing;
+    const bool isWritable = isBrowsing && !database_->isReadOnly();
     panel_.DTCcontrol.caption = isOpen                              ? closeCaption
                                 : fileExists(panel_.dtcDBname.text) ? openCaption
                                                                     : createCaption;
@@ -318,26 +478,19 @@ void DtcEditor::refresh()
     panel_.dtcDBname.enabled = !isOpen;
     panel_.isOpen = isOpen;
     panel_.isEditing = isOpen && !isBrowsing;
-    panel_.canAdd = panel_.canExchange = isBrowsing;
-    const std::optional<std::int64_t> count = recordCount();
-    panel_.canBrowse = isBrowsing && (current_ || count.value_or(0) > 0);
-    panel_.canChange = isBrowsing && current_;
+    panel_.canAdd = panel_.canImport = isWritable;
+    panel_.canExport = isBrowsing;
+    panel_.canBrowse = isBrowsing && (current_ || count_.value_or(0) > 0);
+    panel_.canChange = isWritable && current_;
+    panel_.canUndoDelete = isWritable && deleted_;
     panel_.canShowSkipped = isBrowsing && import_.skipped > 0;
     panel_.DTCframe = "Current DTC Record";
-    if (count)
-        panel_.DTCframe += " (" + std::to_string(*count) + " Record(s) Total)";
+    if (count_)
+        panel_.DTCframe += " (" + std::to_string(*count_) + " Record(s) Total)";
+    if (!note_.empty())
+        panel_.DTCframe += ": " + note_;
     if (onChanged)
         onChanged();
-}
-
-/// Nothing without a database, and where it fails: a record can be shown without it.
-std::optional<std::int64_t> DtcEditor::recordCount() const
-{
-    try {
-        return database_ ? std::optional(database_->count()) : std::nullopt;
-    } catch (const DatabaseError&) {
-        return std::nullopt;
-    }
 }
 
 } // namespace zint

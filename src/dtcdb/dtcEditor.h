@@ -7,12 +7,14 @@
 #include "shared/programValues.h"
 #include "shared/prompts.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zint {
 
@@ -28,6 +30,7 @@ public:
         Prompts& prompts;
         FileDialogs& dialogs;
         ProgramValues& values;
+        std::chrono::milliseconds patience = DtcDatabase::usualPatience; ///< while another program writes
     };
 
     explicit DtcEditor(Surroundings surroundings);
@@ -43,6 +46,7 @@ public:
     void pressNext();
     void pressLast();
     void pressSearch(const std::string& code); ///< of DTCsearchCode
+    void pressFindWords();                     ///< asks for words and lists the descriptions that hold them
 
     void pressAdd();
     void pressEdit();
@@ -51,10 +55,11 @@ public:
     void pressSave();
     void pressCancel();
     void pressDelete();
+    void pressUndoDelete(); ///< until the next change
 
     void changeTextFile(const std::string& path); ///< the text of DTCtext
     void pressBrowseText();
-    void setOptions(const DtcTextOptions& options) { options_ = options; }
+    void setOptions(const DtcTextOptions& options);
     void pressImport();
     void pressExport();
     void showSkipped(); ///< of the last import
@@ -69,24 +74,39 @@ public:
 private:
     enum class Mode { browsing, adding, changing };
     using Entry = DtcDatabase::Entry;
+    struct Focus {
+        Box box;
+        std::optional<std::size_t> place;
+    };
 
+    template <typename Work>
+    void press(const Work& work);
     void open();
     void copyFromAccess(const std::string& path);
     void opened(const std::string& path, std::unique_ptr<DtcDatabase> database);
     void close();
     void show(std::optional<Entry> entry);
+    void showCurrent();
+    void showNext();
+    void choose(const std::vector<DtcRecord>& found);
     bool store(const DtcRecord& record);
     void endEditing(const char* status);
     void refuse(const char* why, Box box, std::optional<std::size_t> place = {});
-    void focus(Box box, std::optional<std::size_t> place = {}) const;
+    bool mayReplace(const std::string& path);
+    void countRecords();
     void refresh();
-    std::optional<std::int64_t> recordCount() const;
 
     Surroundings around_;
     DtcEditPanel panel_;
     std::unique_ptr<DtcDatabase> database_; ///< while it is open
     Mode mode_ = Mode::browsing;
-    std::optional<Entry> current_; ///< the record that is shown; while adding, the one to come back to
+    std::optional<Entry> current_;      ///< the record that is shown; while adding, the one to come back to
+    std::optional<DtcRecord> deleted_;  ///< by the last change
+    std::optional<std::int64_t> count_; ///< of the records, when they could be counted last
+    std::string note_;                  ///< stands behind the count
+    std::optional<Focus> focus_;        ///< that this press gives
+    std::string words_;                 ///< sought last
+    std::string lastExport_;            ///< the file that it wrote
     DtcTextOptions options_;
     DtcImport import_; ///< the last one
 };

@@ -24,7 +24,8 @@ constexpr std::array<char16_t, 32> windows1252 = {
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
 };
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF"; // some editors begin a UTF-8 text with it
+constexpr int endOfStream = std::istream::traits_type::eof();
+constexpr int dosEnd = 0x1A; // Ctrl-Z
 
 std::uint8_t byteAt(std::string_view text, std::size_t index)
 {
@@ -101,15 +102,18 @@ void writeAll(const fs::path& file, const std::string& path, const std::function
         fail(errno != 0 ? errno : EIO);
 }
 
-/// A name beside the file that no other program uses.
-fs::path newNameBeside(const fs::path& file)
+/// Makes an empty file where there is nothing.
+void createFile(const std::string& path)
 {
-    static std::mt19937 random{std::random_device{}()};
-    fs::path name = file;
-    name += '.';
-    name += std::to_string(random());
-    name += ".tmp";
-    return name;
+    errno = 0;
+#ifdef _WIN32
+    std::FILE* const file = ::_wfopen(utf8Path(path).c_str(), L"wx");
+#else
+    std::FILE* const file = std::fopen(path.c_str(), "wx");
+#endif
+    if (file == nullptr)
+        throw FileError(inQuotes(path) + " can't be made: " + reason(errno));
+    std::fclose(file);
 }
 
 /// Where a file is written.
@@ -161,14 +165,29 @@ std::string_view firstCharacters(std::string_view text, std::size_t count)
     return text.substr(0, length);
 }
 
+/// The end of a line of any kind is one line feed. A CR at the very end may be half of one, and ends the
+/// text.
+int LineReader::nextCharacter()
+{
+    const int c = stream_.get();
+    if (c != '\r' && c != dosEnd)
+        return c;
+    const int following = stream_.peek();
+    if (following == endOfStream)
+        return endOfStream;
+    if (c == '\r' && following == '\n')
+        stream_.get();
+    return c == '\r' ? '\n' : c;
+}
+
 std::optional<std::string> LineReader::next()
 {
     std::string line;
     ++number_;
     isEnded_ = false;
     for (;;) {
-        const int c = stream_.get();
-        if (c == std::istream::traits_type::eof()) {
+        const int c = nextCharacter();
+        if (c == endOfStream) {
             if (stream_.bad())
                 throw FileError("the file can't be read to its end");
             if (line.empty())
@@ -179,14 +198,14 @@ std::optional<std::string> LineReader::next()
             isEnded_ = true;
             break;
         }
+        if (number_ == 1 && (line == "\xFF\xFE" || line == "\xFE\xFF"))
+            throw FileError("the file is UTF-16: save it as UTF-8");
         if (c == 0)
             throw FileError("the file is no text");
-        if (line.size() == longestLine && c != '\r')
+        if (line.size() == longestLine)
             throw FileError("a line is longer than " + std::to_string(longestLine) + " characters");
         line += static_cast<char>(c);
     }
-    if (line.ends_with('\r'))
-        line.pop_back();
     while (number_ == 1 && line.starts_with(byteOrderMark)) // all, for else the next reading would drop more
         line.erase(0, byteOrderMark.size());
     return toUtf8(line);
@@ -205,17 +224,30 @@ void readFile(const std::string& path, const std::function<void(std::istream&)>&
     read(stream);
 }
 
-void createFile(const std::string& path)
+std::string newNameBeside(const std::string& path)
 {
-    errno = 0;
-#ifdef _WIN32
-    std::FILE* const file = ::_wfopen(utf8Path(path).c_str(), L"wx");
-#else
-    std::FILE* const file = std::fopen(path.c_str(), "wx");
-#endif
-    if (file == nullptr)
-        throw FileError(inQuotes(path) + " can't be made: " + reason(errno));
-    std::fclose(file);
+    static std::mt19937 random{std::random_device{}()};
+    return path + "." + std::to_string(random()) + ".tmp";
+}
+
+void publishFile(const std::string& finished, const std::string& path)
+{
+    const fs::path from = utf8Path(finished);
+    const fs::path to = utf8Path(path);
+    std::error_code error;
+    const bool isEmptyFile =
+        fs::is_regular_file(fs::symlink_status(to, error)) && fs::file_size(to, error) == 0;
+    if (!isEmptyFile) {
+        fs::create_hard_link(from, to, error); // a rename would replace what has come meanwhile
+        if (!error) {
+            fs::remove(from, error);
+            return;
+        }
+        createFile(path); // some file systems know no links
+    }
+    fs::rename(from, to, error);
+    if (error)
+        throw FileError(inQuotes(path) + " can't be made: " + error.message());
 }
 
 void requireWritable(const std::string& path)
@@ -223,7 +255,7 @@ void requireWritable(const std::string& path)
     const Target target = targetOf(path);
     if (!target.isReplaced())
         return;
-    const fs::path fresh = newNameBeside(target.file);
+    const fs::path fresh = utf8Path(newNameBeside(utf8Text(target.file)));
     writeAll(fresh, path, [](std::ostream&) {});
     std::error_code ignored;
     fs::remove(fresh, ignored);
@@ -237,7 +269,7 @@ void replaceFile(const std::string& path, const std::function<void(std::ostream&
         return;
     }
     std::error_code error;
-    const fs::path fresh = newNameBeside(target.file);
+    const fs::path fresh = utf8Path(newNameBeside(utf8Text(target.file)));
     try {
         writeAll(fresh, path, write);
         if (fs::exists(target.old))

@@ -21,7 +21,11 @@ std::string toUtf8(std::string_view bytes);
 /// At most `count` characters, not bytes, from the first one on; the text is valid UTF-8.
 std::string_view firstCharacters(std::string_view text, std::size_t count);
 
-/// Reads a stream line by line; CR LF and LF alone both end a line, and so does the end of the stream.
+/// Some programs begin a UTF-8 text with it.
+inline constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+/// Reads a stream line by line. CR LF, LF alone and CR alone end a line, and so does the end of the stream;
+/// the Ctrl-Z by which DOS programs end a text belongs to no line.
 class LineReader {
 public:
     /// Longer lines are no text of this program's; reading on would only fill the memory.
@@ -30,8 +34,8 @@ public:
     explicit LineReader(std::istream& stream) : stream_(stream) {}
 
     /// The next line without its end, in UTF-8; nothing at the end of the stream.
-    /// @throws FileError for a line that is too long or holds the character 0, as no text does, or when the
-    /// stream can't be read
+    /// @throws FileError for a line that is too long or holds the character 0, as no text does, for UTF-16,
+    /// or when the stream can't be read
     std::optional<std::string> next();
 
     /// The number, from 1, of the line that next() gave or failed at.
@@ -41,6 +45,8 @@ public:
     bool isEnded() const { return isEnded_; }
 
 private:
+    int nextCharacter();
+
     std::istream& stream_;
     std::size_t number_ = 0;
     bool isEnded_ = false;
@@ -50,8 +56,12 @@ private:
 /// throws
 void readFile(const std::string& path, const std::function<void(std::istream&)>& read);
 
-/// Makes an empty file. @throws FileError when it can't be made, and when there is something of that name
-void createFile(const std::string& path);
+/// A name beside the file that no other program uses: for a file that is to take its place once it is whole.
+std::string newNameBeside(const std::string& path);
+
+/// Gives a finished file its name, in the same folder. What has the name already stays, unless it is an empty
+/// file. @throws FileError when that fails; the finished file then keeps the name that it has
+void publishFile(const std::string& finished, const std::string& path);
 
 /// Makes sure that replaceFile() can begin, as long as nothing changes. Nothing is written to the file.
 /// @throws FileError when it can't

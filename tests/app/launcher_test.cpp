@@ -193,7 +193,7 @@ TEST_F(LauncherTest, SetsUpCodeDescriptionsWhereThereAreNone)
     mine.setUpDescriptions();
     EXPECT_EQ(prompts.takeMessage(), "4096 code descriptions are set up in " + path);
     EXPECT_EQ(values.parmDTCdb, path);
-    EXPECT_EQ(DtcDatabaseSource(path).open()->describe("P0010"), "Fault 16");
+    EXPECT_EQ(DtcDatabase::openForReading(path)->describe("P0010"), "Fault 16");
 
     const std::string before = contents(path);
     mine.setUpDescriptions();

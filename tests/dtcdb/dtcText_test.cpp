@@ -1,5 +1,6 @@
 #include "dtcdb/dtcText.h"
 #include "shared/fileError.h"
+#include "support/failure.h"
 #include "support/temporaryFolder.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -17,15 +18,14 @@ std::string text(const DtcRecord& record)
     return "[" + record.code + "][" + record.description + "][" + record.notes + "]";
 }
 
-TEST(DtcTextTest, TellsWhereACodeIsWrong)
+TEST(DtcTextTest, TellsWhereACodeIsWrongAndWhoseItIs)
 {
-    const std::pair<const char*, int> rows[] = {{"P0301", 0},
+    const std::pair<std::string, int> rows[] = {{"P0301", 0},
                                                 {"U3FFF", 0},
                                                 {"B1A0C", 0},
                                                 {"C2000", 0},
                                                 {"P030", 5},
                                                 {"", 1},
-                                                {"P", 2},
                                                 {"P03011", 5},
                                                 {"X0301", 1},
                                                 {"p0301", 1},
@@ -33,16 +33,14 @@ TEST(DtcTextTest, TellsWhereACodeIsWrong)
                                                 {"P0G01", 3},
                                                 {"P03G1", 4},
                                                 {"P030f", 5},
-                                                {"Pxxyy", 2},
-                                                {" P030", 1},
-                                                {"P\xC3\xA9"
-                                                 "301",
-                                                 2},
-                                                {"\xC3\xA9"
-                                                 "030",
-                                                 5}};
+                                                {"P\xC3\xA9" + "301"s, 2},
+                                                {"\xC3\xA9" + "030"s, 5}};
     for (const auto& [code, fault] : rows)
         EXPECT_EQ(codeFault(code), fault) << code;
+    for (const char* makers : {"P1234", "P3399", "C1000", "B2FFF", "U1000"})
+        EXPECT_TRUE(isMakersCode(makers)) << makers;
+    for (const char* standard : {"P0301", "P2000", "P3400", "U3000", "B0001", "p1234", ""})
+        EXPECT_FALSE(isMakersCode(standard)) << standard;
 }
 
 TEST(DtcTextTest, SplitsALine)
@@ -59,10 +57,7 @@ TEST(DtcTextTest, SplitsALine)
                  "[P0133][Heated O2 sensor circuit][Bank 1]"},
              {Fields::comma, "   P0133,a,b,c", "[P0133][a][b,c]"},
              {Fields::comma, "P0133", "[P0133][ ][ ]"},
-             {Fields::comma, "P0133,a,", "[P0133][a][ ]"},
-             {Fields::comma, "", "[ ][ ][ ]"},
-             {Fields::comma, ",a", "[ ][a][ ]"},
-             {Fields::comma, "P0133," + wide + "more", "[P0133][" + wide + "more][more]"},
+             {Fields::comma, ",a,", "[ ][a][ ]"},
              {Fields::comma, "P0133," + umlauts + "more", "[P0133][" + umlauts + "more][more]"},
              {Fields::comma, "P0133," + wide + "more,", "[P0133][" + wide + "more][ ]"},
              {Fields::tab, "P0133\ta,b\tc\td", "[P0133][a,b][c\td]"},
@@ -70,7 +65,6 @@ TEST(DtcTextTest, SplitsALine)
              {Fields::fixed, "P0133description", "[P0133][description][ ]"},
              {Fields::fixed, "P0133" + wide + "n", "[P0133][" + wide + "][n]"},
              {Fields::fixed, "P0133Misfire" + std::string(93, ' ') + "n", "[P0133][Misfire][n]"},
-             {Fields::fixed, "P0133" + std::string(100, ' ') + "n", "[P0133][ ][n]"},
              {Fields::fixed, "P01", "[P01][ ][ ]"},
          })
         EXPECT_EQ(text(readDtcLine(row.line, {.fields = row.fields})), row.record) << row.line;
@@ -81,7 +75,7 @@ TEST(DtcTextTest, JoinsALine)
 {
     const DtcRecord record{"P0133", "Heated O2 sensor circuit", "Bank 1"};
     const DtcRecord bare{"P0133", "a", " "};
-    const std::string pad(100 - record.description.size(), ' ');
+    const DtcRecord odd{"P0133", "two\r\nlines", "5\" hose"};
     struct Row {
         DtcRecord record;
         DtcTextOptions options;
@@ -93,11 +87,15 @@ TEST(DtcTextTest, JoinsALine)
              {record, {.delimNotes = true, .noNotes = true}, "P0133,Heated O2 sensor circuit"},
              {record, {.fields = Fields::tab, .delimNotes = true}, "P0133\tHeated O2 sensor circuit\tBank 1"},
              {record, {.fields = Fields::space, .delimNotes = true}, "P0133 Heated O2 sensor circuit Bank 1"},
-             {record, {.fields = Fields::fixed}, "P0133Heated O2 sensor circuit" + pad + "Bank 1"},
+             {record,
+              {.fields = Fields::fixed},
+              "P0133Heated O2 sensor circuit" + std::string(76, ' ') + "Bank 1"},
              {bare, {.delimNotes = true}, "P0133,a, "},
              {bare, {.fields = Fields::tab, .delimNotes = true}, "P0133\ta"},
-             {bare, {.fields = Fields::fixed, .delimNotes = true}, "P0133a"},
-             {{"P0133", "a", "two\r\nlines"}, {.delimNotes = true}, "P0133,a,two  lines"},
+             {odd, {.delimNotes = true}, "P0133,two  lines,5\" hose"},
+             {odd, {.fields = Fields::csv}, "P0133,\"two\r\nlines\",\"5\"\" hose\""},
+             {bare, {.fields = Fields::csv}, "P0133,a,\" \""},
+             {bare, {.fields = Fields::csv, .noNotes = true}, "P0133,a"},
          })
         EXPECT_EQ(dtcLine(row.record, row.options), row.line);
 }
@@ -106,13 +104,19 @@ struct DtcFileTest : testing::Test {
     TemporaryFolder folder;
     std::string file = folder.path("codes.txt");
     std::unique_ptr<DtcDatabase> database = DtcDatabase::create(folder.path("dtc.mdb"));
+    DtcImport last;
 
-    /// What came of it in the order of the status: added, skipped, present, lines.
-    std::vector<std::int64_t> import(const std::string& bytes, const DtcTextOptions& options = {})
+    /// What the status tells of it.
+    std::string import(const std::string& bytes, const DtcTextOptions& options = {})
     {
         TemporaryFolder::write(file, bytes);
         last = importDtcText(*database, file, options, unwatched);
-        return {last.added, last.skipped, last.present, last.lines};
+        return importText(last, options.dupOver);
+    }
+
+    std::string refusal(const std::string& bytes, Fields fields)
+    {
+        return failureOf<FileError>([&] { import(bytes, {.fields = fields}); });
     }
 
     std::string table()
@@ -122,43 +126,93 @@ struct DtcFileTest : testing::Test {
             all += text(entry->record);
         return all;
     }
-
-    using Counts = std::vector<std::int64_t>;
-    DtcImport last;
 };
 
 TEST_F(DtcFileTest, ImportsAddsAndOverwrites)
 {
-    EXPECT_EQ(import("P0300,Random misfire,n1\r\nP0100,MAF circuit\np0133,no code\r\n\r\nP03001,too long\n"
-                     "P0300,twice\nP0100,last"),
-              (Counts{2, 3, 2, 7}));
+    EXPECT_EQ(
+        import("P0300,Random misfire,n1\r\nP0100,MAF circuit\rp0133,no code\nP0300,twice\nP0100,last\n\x1A"),
+        "2 DTC('s) add, 1 skip, 2dup, 5 total");
     EXPECT_EQ(table(), "[P0100][MAF circuit][ ][P0300][Random misfire][n1]");
-    ASSERT_EQ(last.firstSkipped.size(), 3U);
-    EXPECT_EQ(last.firstSkipped[0].line, 3U);
-    EXPECT_EQ(last.firstSkipped[0].code, "p0133");
-    EXPECT_EQ(last.firstSkipped[1].line, 4U);
-
-    EXPECT_EQ(import("P0300,Misfire,n2\nP0100,MAF,n3\n", {.dupOver = true, .noNotes = true}),
-              (Counts{0, 0, 2, 2}));
-    EXPECT_EQ(table(), "[P0100][MAF][ ][P0300][Misfire][n1]") << "the notes stay";
-    EXPECT_EQ(import("P0300,Misfire,n2\n", {.dupOver = true}), (Counts{0, 0, 1, 1}));
-    EXPECT_EQ(table(), "[P0100][MAF][ ][P0300][Misfire][n2]");
+    SQLite::Database(database->path(), SQLite::OPEN_READWRITE).exec("UPDATE DTCset SET Code = lower(Code)");
+    EXPECT_EQ(import("P0300,Misfire,n2\n", {.dupOver = true, .noNotes = true}),
+              "0 DTC('s) add, 0 skip, 1upd, 1 total");
+    EXPECT_EQ(table(), "[p0100][MAF circuit][ ][p0300][Misfire][n1]") << "notes and capitals stay";
+    import("P0300,Misfire,n2\nP0001," + std::string(150, 'd') + "," + std::string(300, 'n') + "\n",
+           {.dupOver = true});
+    EXPECT_EQ(database->find("P0300")->record.notes, "n2");
+    EXPECT_EQ(database->first()->record.description + database->first()->record.notes,
+              std::string(100, 'd') + std::string(255, 'n'));
 }
 
-TEST_F(DtcFileTest, KeepsSizesAndReadsOtherEncodings)
+TEST_F(DtcFileTest, ReadsWhatSpreadsheetsWrite)
 {
-    import("P0001," + std::string(150, 'd') + "," + std::string(300, 'n') + "\nP0002,\xE4\x80 old,\n");
-    const DtcRecord wide = database->find("P0001")->record;
-    EXPECT_EQ(wide.description.size(), 100U);
-    EXPECT_EQ(wide.notes.size(), 255U);
-    EXPECT_EQ(database->find("P0002")->record.description, "\xC3\xA4\xE2\x82\xAC old");
+    const DtcTextOptions csv{.fields = Fields::csv};
+    EXPECT_EQ(import("\xEF\xBB\xBF"
+                     "DTC;Meaning;Remarks;\r\n"
+                     "P0301 ;\"Misfire; cylinder \"\"1\"\"\";n;\r\n"
+                     "P0302; \"two\r\nlines\" ;5\" hose, red;more\r\n"
+                     "P0303;only\r\np0304;\"small\"\r\n;;\r\n",
+                     csv),
+              "3 DTC('s) add, 2 skip, 0dup, 5 total");
+    EXPECT_EQ(table(),
+              "[P0301][Misfire; cylinder \"1\"][n][P0302][two\nlines][5\" hose, red][P0303][only][ ]");
+    EXPECT_EQ(skippedTexts(last),
+              (std::vector<std::string>{"Line 6: p0304: use capitals", "Line 7: no code at its beginning"}));
+    EXPECT_EQ(importHint(last), "1 row(s) have more than three columns; the others were left out");
+
+    import("U0100,\" with, \"\" and ; \",\nU0101,,\" \"\n", csv);
+    const std::string before = table();
+    EXPECT_EQ(exportHint(exportDtcFile(*database, file, csv)), "");
+    EXPECT_TRUE(contents(file).starts_with("\xEF\xBB\xBF"
+                                           "Code,Description,Notes\r\nP0301,"));
+    database = DtcDatabase::create(folder.path("again.mdb"));
+    importDtcText(*database, file, csv, unwatched);
+    EXPECT_EQ(table(), before) << "a round trip is exact";
+
+    EXPECT_NE(
+        refusal("U0001,a\nU0002,\"b\nU0003,c\n", Fields::csv).find("line 2: a quotation mark is not closed"),
+        std::string::npos);
+    EXPECT_NE(
+        refusal("U0001,a\nU0002,\"b\nU0003,\"c\"\n", Fields::csv).find("line 2: text follows a closing"),
+        std::string::npos);
+    EXPECT_EQ(table(), before);
+}
+
+TEST_F(DtcFileTest, TellsWhatIsWrongWithALine)
+{
+    const std::pair<std::string, const char*> rows[] = {
+        {"p1236,small", ": p1236: use capitals"},
+        {"P0301 ,blank", ": P0301: a blank stands behind the code"},
+        {"\"P0133\",\"Sensor\"", ": quotation marks were taken as text: choose Spreadsheet CSV"},
+        {"P0301;Misfire", ": semicolons were taken as text: choose Spreadsheet CSV"},
+        {"p0301\tMisfire", ": tabs were taken as text: choose Tab"},
+        {"Code,Description", " looks like a heading"},
+        {"", ": no code at its beginning"},
+        {"P03G1,letter", ": \"P03G1\" is no code"},
+        {"100 " + std::string(40, 'x'), ": \"100 xxxxxxxxxxxxxxxx\" is no code"},
+    };
+    for (const auto& [line, why] : rows) {
+        import(line + "\n");
+        EXPECT_EQ(skippedTexts(last), std::vector{"Line 1" + std::string(why)});
+    }
+    import("P0301,\"Misfire, cylinder 1\"\n");
+    EXPECT_EQ(importHint(last), "1 line(s): quotation marks were taken as text: choose Spreadsheet CSV");
+    std::string many;
+    for (int i = 0; i < 1100; ++i)
+        many += "nothing\n";
+    import(many);
+    EXPECT_EQ(skippedTexts(last).back(), "and 100 more");
 }
 
 TEST_F(DtcFileTest, AnImportIsAllOrNothing)
 {
     import("P0300,Misfire\n");
     const std::string before = table();
-    EXPECT_THROW(import("P0301,a\nP0302,b\0\nP0303,c\n"s + std::string(1, '\0')), FileError);
+    EXPECT_NE(refusal("P0301,a\nP0302,b\0\n"s, Fields::comma).find("line 2: the file is no text"),
+              std::string::npos);
+    EXPECT_NE(refusal("\xFF\xFEP\0"s, Fields::comma).find("the file is UTF-16: save it as UTF-8"),
+              std::string::npos);
     EXPECT_THROW(importDtcText(*database, folder.path("none"), {}, unwatched), FileError);
     struct Stop final : Progress {
         void advance(double done) override
@@ -176,44 +230,25 @@ TEST_F(DtcFileTest, AnImportIsAllOrNothing)
     EXPECT_EQ(database->count(), 1);
 }
 
-TEST_F(DtcFileTest, ExportsWhatItImportsAgain)
+TEST_F(DtcFileTest, ExportsAndTellsWhatWillNotReadBack)
 {
     import("P0300,Misfire,n1\nP0100,MAF\nU0100,Lost communication,with, commas\n");
     const std::string before = table();
-    EXPECT_EQ(exportDtcText(*database, file, {.delimNotes = true}), 3);
+    DtcExport done = exportDtcFile(*database, file, {.delimNotes = true});
+    EXPECT_EQ(exportText(done) + exportHint(done), "3 DTC('s) exported");
     EXPECT_EQ(contents(file), "P0100,MAF, \r\nP0300,Misfire,n1\r\nU0100,Lost communication,with, commas\r\n");
-    const std::string exported = contents(file);
-    database = DtcDatabase::create(folder.path("again.mdb"));
-    EXPECT_EQ(import(exported), (Counts{3, 0, 0, 3}));
+    import(contents(file), {.dupOver = true});
     EXPECT_EQ(table(), before);
-    EXPECT_THROW(exportDtcText(*database, folder.path("none/codes.txt"), {}), FileError);
-    EXPECT_THROW(exportDtcText(*database, folder.path("./again.mdb"), {}), FileError)
-        << "the database itself";
+    done = exportDtcFile(*database, file, {});
+    EXPECT_EQ(exportText(done), "3 DTC('s) exported");
+    EXPECT_EQ(exportHint(done).substr(0, 21), "2 record(s) will not ");
+    EXPECT_THROW(exportDtcFile(*database, folder.path("none/codes.txt"), {}), FileError);
+    EXPECT_THROW(exportDtcFile(*database, folder.path("./dtc.mdb"), {}), FileError) << "the database itself";
     EXPECT_EQ(table(), before);
-}
 
-TEST_F(DtcFileTest, AWalkEndsWhateverAnotherProgramHasPutIntoTheTable)
-{
-    import("P0300,Misfire\n");
     SQLite::Database(database->path(), SQLite::OPEN_READWRITE)
         .exec("INSERT INTO DTCset VALUES (x'50', 'bytes for a code', ''), (NULL, 'none', '')");
-    int steps = 0;
-    for (auto entry = database->first(); entry && steps < 10; entry = database->after(entry->record.code))
-        ++steps;
-    EXPECT_LE(steps, 3);
-}
-
-TEST_F(DtcFileTest, SetsUpADatabaseOrLeavesNothing)
-{
-    const std::string path = folder.path("fresh.mdb");
-    EXPECT_THROW(setUpDtcDatabase(path, folder.path("none"), unwatched), FileError);
-    EXPECT_FALSE(fileExists(path));
-    TemporaryFolder::write(file, "P0300,Misfire\n");
-    EXPECT_EQ(setUpDtcDatabase(path, file, unwatched).added, 1);
-    EXPECT_EQ(DtcDatabase::openForReading(path)->describe("P0300"), "Misfire");
-    const std::string bytes = contents(path);
-    EXPECT_THROW(setUpDtcDatabase(path, file, unwatched), DatabaseError);
-    EXPECT_EQ(contents(path), bytes);
+    EXPECT_LE(exportDtcFile(*database, file, {}).count, 4) << "it ends, whatever another program has added";
 }
 
 } // namespace

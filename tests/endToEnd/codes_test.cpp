@@ -8,7 +8,9 @@ namespace {
 
 const std::string litReport = "Service Engine Soon Light is ON\n\n"
                               "Diagnostic (MIL) Codes: 3 code(s) reported\n"
-                              "  P0133\n  P0301\n  U0123\n\n"
+                              "  P0133 O2 sensor circuit slow response (bank 1 sensor 1)\n"
+                              "  P0301 Cylinder 1 misfire detected\n"
+                              "  U0123 Lost communication with yaw rate sensor module\n\n"
                               "Readiness\n";
 
 Outcome codesOf(const Simulator& simulator, const char* options = "")

@@ -2,6 +2,7 @@
 #include "forms/formTest.h"
 #include "platform/text.h"
 
+#include <QFileDialog>
 #include <QLineEdit>
 
 namespace zint {
@@ -12,7 +13,8 @@ struct DtcEditFormTest : FormTest {
     {
         values.parmDTCdb = folder.path("dtc.mdb");
         values.descriptionsFile = folder.path("dtc.txt");
-        TemporaryFolder::write(values.descriptionsFile, "P0300,Misfire,n\nP0301,Cylinder 1,\nnone\n");
+        TemporaryFolder::write(values.descriptionsFile,
+                               "P0300,Misfire,n\nP0301,Cylinder 1,\nP0302,Cylinder 2,\nnone\n");
         (form = new dtcEditForm(context))->show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(form));
     }
@@ -26,55 +28,117 @@ struct DtcEditFormTest : FormTest {
             EXPECT_EQ(control<QWidget>(name.c_str())->isEnabled(), isEnabled) << name;
     }
 
-    void choose(const char* option) { control<QAbstractButton>(option)->click(); }
+    void pressKeys(const char* keys)
+    {
+        const QKeyCombination key = QKeySequence(QLatin1String(keys))[0];
+        QTest::keyClick(form->focusWidget(), key.key(), key.keyboardModifiers());
+        QTest::qWait(150); // a button's shortcut takes the time of a click
+    }
+
+    /// Opens the database and fills it.
+    void begin()
+    {
+        click("DTCcontrol");
+        click("importDTC");
+    }
 };
 
-TEST_F(DtcEditFormTest, FillsANewDatabaseAndFindsItsCodes)
+TEST_F(DtcEditFormTest, FillsANewDatabaseAndEnablesWhatCanBeDone)
 {
-    const std::string browsing = "DTCfirst DTCprev DTCnext DTClast DTCsearch DTCsearchCode DTCedit DTCdel ";
-    expectEnabled("dtcDBname browseDB DTCcontrol browseText", true);
-    expectEnabled(browsing +
-                      "DTCcode DTCdescr DTCnotes DTCadd DTCsave DTCcancel importDTC exportDTC skippedLines",
-                  false);
-    EXPECT_EQ(textOf("DTCcontrol"), u"Create New DB");
+    const std::string browsing =
+        "DTCfirst DTCprev DTCnext DTClast DTCsearch DTCsearchCode findWords DTCedit DTCdel ";
+    const std::string rest =
+        "DTCcode DTCdescr DTCnotes DTCadd DTCsave DTCcancel undoDelete importDTC exportDTC skippedLines";
+    expectEnabled("dtcDBname browseDB DTCcontrol browseText delimNotes", true);
+    expectEnabled(browsing + rest, false);
     box("dtcDBname")->setFocus();
     QTest::keyClick(box("dtcDBname"), Qt::Key_Return);
-    EXPECT_EQ(textOf("DTCcontrol"), u"Close DB");
     EXPECT_EQ(textOf("statusBox"), u"Press Add or use Import to add records");
     expectEnabled("DTCcode DTCadd importDTC exportDTC", true);
     expectEnabled(browsing + "dtcDBname browseDB", false);
-
     click("importDTC");
-    EXPECT_EQ(textOf("statusBox"), u"2 DTC('s) add, 1 skip, 0dup, 3 total");
-    EXPECT_EQ(textOf("DTCframe"), u"Current DTC Record (2 Record(s) Total)");
+    EXPECT_EQ(textOf("statusBox"), u"3 DTC('s) add, 1 skip, 0dup, 4 total");
+    EXPECT_EQ(textOf("DTCframe"), u"Current DTC Record (3 Record(s) Total)");
     EXPECT_EQ(box("DTCnotes")->text(), u"n");
     expectEnabled(browsing + "skippedLines", true);
-    EXPECT_EQ(messageOf([&] { click("skippedLines"); }), u"Line 3: \"none\" is no code\n");
-    box("DTCsearchCode")->setFocus();
-    QTest::keyClicks(box("DTCsearchCode"), u"p0301"_qs);
-    QTest::keyClick(box("DTCsearchCode"), Qt::Key_Return);
-    EXPECT_EQ(box("DTCdescr")->text(), u"Cylinder 1");
+    EXPECT_EQ(messageOf([&] { click("skippedLines"); }), u"Line 4: \"none\" is no code\n");
     EXPECT_TRUE(box("DTCcode")->isReadOnly());
+    EXPECT_EQ(box("DTCcode")->palette().color(QPalette::Base), form->palette().color(QPalette::Window));
+    for (const char* button : {"browseDB", "browseText"}) {
+        control<QWidget>(button)->setEnabled(true);
+        QTimer::singleShot(50, form, [] { QApplication::activeModalWidget()->close(); });
+        click(button);
+    }
+    box("DTCsearchCode")->setText(u"P0301"_qs);
+    click("DTCcontrol");
+    EXPECT_EQ(box("DTCsearchCode")->text() + box("DTCcode")->text(), u"");
+}
 
-    for (const char* option : {"useTab", "delimNotes", "noNotes"})
-        choose(option);
+TEST_F(DtcEditFormTest, BrowsesByButtonsAndKeys)
+{
+    begin();
+    box("DTCsearchCode")->setFocus(); // where it is after opening
+    const struct {
+        const char* button;
+        const char* keys;
+        const char* code;
+    } rows[] = {{"DTClast", "Ctrl+PgDown", "P0302"},
+                {"DTCprev", "PgUp", "P0301"},
+                {"DTCfirst", "Ctrl+PgUp", "P0300"},
+                {"DTCnext", "PgDown", "P0301"}};
+    for (const auto& [button, keys, code] : rows) {
+        click(button);
+        EXPECT_EQ(box("DTCcode")->text(), QLatin1String(code)) << button;
+    }
+    box("DTCsearchCode")->setFocus();
+    for (const auto& [button, keys, code] : rows) {
+        pressKeys(keys);
+        EXPECT_EQ(box("DTCcode")->text(), QLatin1String(code)) << keys;
+    }
+    box("DTCsearchCode")->setFocus();
+    QTest::keyClicks(box("DTCsearchCode"), u"p0302"_qs);
+    QTest::keyClick(box("DTCsearchCode"), Qt::Key_Return);
+    EXPECT_EQ(box("DTCdescr")->text(), u"Cylinder 2");
+    EXPECT_EQ(box("DTCsearchCode")->selectedText(), u"p0302");
+}
+
+TEST_F(DtcEditFormTest, HandsTheChosenFormOnToExportAndImport)
+{
+    begin();
+    control<QAbstractButton>("delimNotes")->click();
+    box("DTCtext")->setText(toQt(folder.path("list")));
+    const std::pair<const char*, std::string> rows[] = {
+        {"useTab", "P0300\tMisfire\tn\r\n"},
+        {"useSpace", "P0300 Misfire n\r\n"},
+        {"useLen", "P0300Misfire" + std::string(93, ' ') + "n\r\n"},
+        {"useCsv", "\xEF\xBB\xBF" + std::string("Code,Description,Notes\r\n")},
+        {"useComma", "P0300,Misfire,n\r\n"}};
+    for (const auto& [option, start] : rows) {
+        control<QAbstractButton>(option)->click();
+        click("exportDTC");
+        EXPECT_EQ(textOf("statusBox"), u"3 DTC('s) exported");
+        EXPECT_EQ(contents(folder.path("list")).substr(0, start.size()), start);
+        EXPECT_EQ(control<QWidget>("delimNotes")->isEnabled(), option != std::string_view("useCsv"));
+        EXPECT_EQ(textOf("textHint").isEmpty(), option != std::string_view("useSpace"));
+    }
+    control<QAbstractButton>("noNotes")->click();
     click("exportDTC");
-    EXPECT_EQ(contents(values.descriptionsFile), "P0300\tMisfire\r\nP0301\tCylinder 1\r\n");
-    choose("dupOver");
+    EXPECT_TRUE(contents(folder.path("list")).starts_with("P0300,Misfire\r\n"));
+    control<QAbstractButton>("dupOver")->click();
     click("importDTC");
-    EXPECT_EQ(textOf("statusBox"), u"0 DTC('s) add, 0 skip, 2upd, 2 total");
+    EXPECT_EQ(textOf("statusBox"), u"0 DTC('s) add, 0 skip, 3upd, 3 total");
     box("DTCtext")->setText(toQt(folder.path("none")));
     EXPECT_TRUE(messageOf([&] { click("importDTC"); }).contains(u"No such file"));
-    EXPECT_EQ(textOf("statusBox"), u"Import stopped, the table is as it was");
 }
 
 TEST_F(DtcEditFormTest, EditsARecordWithTheKeyboard)
 {
-    click("DTCcontrol");
-    click("importDTC");
-    click("DTCadd");
+    begin();
+    box("DTCsearchCode")->setFocus();
+    pressKeys("Ctrl+N");
     expectEnabled("DTCsave DTCcancel", true);
     expectEnabled("DTCadd DTCedit DTCdel DTCnext DTCsearchCode DTCcontrol importDTC exportDTC", false);
+    EXPECT_NE(box("DTCcode")->palette().color(QPalette::Base), form->palette().color(QPalette::Window));
     EXPECT_EQ(form->focusWidget(), box("DTCcode"));
     EXPECT_EQ(box("DTCcode")->selectedText(), u"Pxxyy");
     QTest::keyClicks(box("DTCcode"), u"P030G"_qs);
@@ -84,27 +148,27 @@ TEST_F(DtcEditFormTest, EditsARecordWithTheKeyboard)
     EXPECT_EQ(form->focusWidget(), box("DTCcode"));
     EXPECT_EQ(box("DTCcode")->cursorPosition(), 4);
     QTest::keyClick(box("DTCcode"), Qt::Key_Delete);
-    QTest::keyClicks(box("DTCcode"), u"2"_qs);
-    QTest::keyClick(box("DTCcode"), Qt::Key_Return);
+    QTest::keyClicks(box("DTCcode"), u"3"_qs);
+    pressKeys("Ctrl+S");
     EXPECT_EQ(textOf("statusBox"), u"DTC saved");
     EXPECT_EQ(box("DTCdescr")->text().size(), DtcDatabase::descriptionSize);
 
     click("DTCprev");
-    click("DTCedit");
+    pressKeys("F2");
     EXPECT_EQ(form->focusWidget(), box("DTCdescr"));
     QTest::keyClicks(box("DTCdescr"), u"other"_qs);
-    QTest::keyClick(box("DTCdescr"), Qt::Key_Escape);
-    EXPECT_TRUE(
-        waitUntil([&] { return textOf("statusBox") == u"DTC update canceled"; })); // a key's click takes time
-    EXPECT_EQ(box("DTCdescr")->text(), u"Cylinder 1");
+    pressKeys("Esc");
+    EXPECT_EQ(textOf("statusBox"), u"DTC update canceled");
+    EXPECT_EQ(box("DTCdescr")->text(), u"Cylinder 2");
     click("DTCdel");
+    EXPECT_EQ(box("DTCcode")->text(), u"P0303");
+    click("undoDelete");
     EXPECT_EQ(box("DTCcode")->text(), u"P0302");
-
     click("DTCadd");
     form->setAttribute(Qt::WA_DeleteOnClose, false);
     click("backCom");
     EXPECT_FALSE(form->isVisible());
-    EXPECT_EQ(DtcDatabase::open(values.parmDTCdb)->count(), 2) << "what was not saved is dropped";
+    EXPECT_EQ(DtcDatabase::open(values.parmDTCdb)->count(), 4) << "what was not saved is dropped";
 }
 
 } // namespace

@@ -36,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         bytes[(data[i] * 256U + data[i + 1]) % bytes.size()] = static_cast<char>(data[i + 2]);
     TemporaryFolder::write(path, bytes);
     try {
-        const auto database = DtcDatabaseSource(path).open();
+        const auto database = DtcDatabase::openForReading(path);
         for (const std::string_view code : {"P0100", "p0299", "U0123"})
             database->describe(code);
     } catch (const DatabaseError& error) {
