@@ -5,8 +5,18 @@
 #include "platform/text.h"
 
 #include <QDir>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 namespace zint {
+namespace {
+
+constexpr QLatin1String portKey("port");
+constexpr QLatin1String locationKey("location");
+constexpr QLatin1String speedKey("speed");
+
+} // namespace
 
 Launcher::System launcherSystem()
 {
@@ -31,6 +41,30 @@ void applyForThisRun(const ConnectionOptions& options, Launcher& launcher)
         launcher.choosePortForThisRun(*options.portNumber);
     if (options.speedPosition)
         launcher.chooseSpeedForThisRun(*options.speedPosition);
+}
+
+QByteArray toLine(const ConnectionOptions& options)
+{
+    QJsonObject object;
+    if (options.portNumber)
+        object[portKey] = *options.portNumber;
+    if (const QString location = toQt(options.portLocation); !location.isEmpty())
+        object[locationKey] = location.contains(u'/') ? QFileInfo(location).absoluteFilePath() : location;
+    if (options.speedPosition)
+        object[speedKey] = *options.speedPosition;
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+ConnectionOptions fromLine(const QByteArray& line)
+{
+    const QJsonObject object = QJsonDocument::fromJson(line).object();
+    ConnectionOptions options;
+    if (const int number = object[portKey].toInt(); number >= 1 && number <= PortDirectory::portCount)
+        options.portNumber = number;
+    options.portLocation = fromQt(object[locationKey].toString());
+    if (const QJsonValue position = object[speedKey]; position.isDouble())
+        options.speedPosition = position.toInt();
+    return options;
 }
 
 } // namespace zint

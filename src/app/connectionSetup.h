@@ -4,6 +4,8 @@
 #include "app/launcher.h"
 #include "link/portDirectory.h"
 
+#include <QByteArray>
+
 /// What the windows and the command line set up in the same way.
 namespace zint {
 
@@ -15,5 +17,11 @@ void applyForThisRun(const ConnectionOptions& options, PortDirectory& ports);
 
 /// Chooses in the launcher what the command line says.
 void applyForThisRun(const ConnectionOptions& options, Launcher& launcher);
+
+/// The options as a line of text for a program that runs in another folder.
+QByteArray toLine(const ConnectionOptions& options);
+
+/// What toLine() made a line from. Any other line has no options.
+ConnectionOptions fromLine(const QByteArray& line);
 
 } // namespace zint

@@ -30,6 +30,8 @@ constexpr std::array<SavedValue, 6> savedValues = {{
     {"parmExport", "parmExportDir ", &ProgramValues::parmExport, &ProgramValues::parmExportFile},
 }};
 
+constexpr const char* speedHintText = "Most USB and Bluetooth adapters: 38400";
+
 } // namespace
 
 Launcher::Launcher(SettingsStore& settings, const PortDirectory& ports, Prompts& prompts,
@@ -46,6 +48,8 @@ void Launcher::load()
         prompts_.message(damage);
     loadChoice(port_);
     loadChoice(speed_);
+    if (stored(speed_.key).empty() && !speed_.isForThisRun)
+        panel_.speedHint = speedHintText;
     for (const SavedValue& saved : savedValues) {
         std::string& value = values_.*saved.value;
         value = stored(saved.key);
@@ -54,9 +58,10 @@ void Launcher::load()
     }
     values_.sampleFolder = system_.sampleFolder;
     values_.descriptionsFile = system_.descriptionsFile;
-    values_.isFolderRemembered = !values_.parmInitDir.empty();
-    if (!values_.isFolderRemembered)
+    if (values_.parmInitDir.empty())
         values_.parmInitDir = system_.workingFolder;
+    // Each exit stores the folder, so that the working folder may stand there though nobody chose it.
+    values_.isFolderRemembered = values_.parmInitDir != system_.workingFolder;
     if (values_.parmDTCdb.empty())
         values_.parmDTCdb = defaultDatabase();
     panel_.caption += " v" + programInfo().version();
@@ -68,7 +73,7 @@ std::string Launcher::defaultDatabase() const
     return system_.workingFolder + system_.pathSeparator + "dtc.mdb";
 }
 
-void Launcher::loadChoice(const Choice& choice)
+void Launcher::loadChoice(Choice& choice)
 {
     const std::string text = stored(choice.key, "0");
     int position = -1;
@@ -77,19 +82,20 @@ void Launcher::loadChoice(const Choice& choice)
     } catch (
         const RunTimeError&) { // NOLINT(bugprone-empty-catch): reported below, as a number out of range is
     }
-    if (position < 0 || position >= choice.count) {
+    if (!choice.has(position)) {
         prompts_.message("The saved setting \"" + std::string(choice.key) + "\" is \"" + text +
                          "\", which is no position in its list. The first entry is used instead.");
         position = 0;
-        settings_.save(section, choice.key, "0"); // also when another choice holds for this run
     }
-    panel_.*choice.position = choice.forThisRun.value_or(position);
+    choice.saved = position;
+    if (!choice.isForThisRun)
+        panel_.*choice.shown = position;
 }
 
 void Launcher::unload()
 {
-    saveChoice(port_);
-    saveChoice(speed_);
+    for (const Choice& choice : {port_, speed_})
+        settings_.save(section, choice.key, std::to_string(choice.saved));
     for (const SavedValue& saved : savedValues)
         settings_.save(section, saved.key, values_.*saved.value);
     const std::string failure = settings_.flush();
@@ -97,23 +103,9 @@ void Launcher::unload()
         prompts_.message("The settings could not be saved: " + failure);
 }
 
-void Launcher::saveChoice(const Choice& choice)
-{
-    if (!choice.forThisRun)
-        settings_.save(section, choice.key, std::to_string(panel_.*choice.position));
-}
+void Launcher::choosePortForThisRun(int number) { chooseForThisRun(port_, number - 1); }
 
-void Launcher::choosePortForThisRun(int number)
-{
-    choosePort(number - 1);
-    port_.forThisRun = number - 1;
-}
-
-void Launcher::chooseSpeedForThisRun(int position)
-{
-    chooseSpeed(position);
-    speed_.forThisRun = position;
-}
+void Launcher::chooseSpeedForThisRun(int position) { chooseForThisRun(speed_, position); }
 
 void Launcher::choosePort(int position)
 {
@@ -125,25 +117,39 @@ void Launcher::chooseSpeed(int position) { choose(speed_, position); }
 
 void Launcher::choose(Choice& choice, int position)
 {
-    if (position < 0 || position >= choice.count)
+    if (!choice.has(position))
         return;
-    panel_.*choice.position = position;
-    choice.forThisRun.reset(); // it is the user's from now on
+    panel_.*choice.shown = choice.saved = position;
+    choice.isForThisRun = false; // it is the user's from now on
+}
+
+void Launcher::chooseForThisRun(Choice& choice, int position)
+{
+    if (!choice.has(position))
+        return;
+    panel_.*choice.shown = position;
+    choice.isForThisRun = true;
 }
 
 bool Launcher::refreshPortInfo()
 {
-    std::string now = ports_.target(panel_.comPort + 1).text();
-    return std::exchange(panel_.portInfo, now) != now;
+    const StartPanel before = panel_;
+    for (int number = 1; number <= PortDirectory::portCount; ++number)
+        panel_.portTips.at(static_cast<std::size_t>(number - 1)) = ports_.target(number).text();
+    panel_.portInfo = panel_.portTips.at(static_cast<std::size_t>(panel_.comPort));
+    return panel_ != before;
 }
 
-ConnectionChoice Launcher::connection() const
+ConnectionChoice Launcher::connection()
 {
     const int number = panel_.comPort + 1;
-    return {.portNumber = number,
-            .portName = PortDirectory::name(number),
-            .speed = std::string(lineSpeeds.at(static_cast<std::size_t>(panel_.comSpeed))),
-            .device = ports_.target(number).text()};
+    const PortDirectory::Target target = ports_.target(number);
+    ConnectionChoice choice{.portNumber = number,
+                            .portName = PortDirectory::name(number),
+                            .device = target.isDevice() ? target.location : target.text(),
+                            .speed = std::string(lineSpeeds.at(static_cast<std::size_t>(panel_.comSpeed)))};
+    values_.silenceAdvice = "No answer on " + choice.portName + ". " + choice.advice();
+    return choice;
 }
 
 Tool Launcher::toolFor(Tool button) const

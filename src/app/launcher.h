@@ -10,7 +10,6 @@
 
 #include <array>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -45,19 +44,19 @@ public:
     /// Writes the settings back; says so when that fails.
     void unload();
 
-    /// Chooses port (1 to 8) or speed for this run only: unless the user chooses another one, the saved
-    /// choice stays.
+    /// Chooses port (1 to 8) or speed for this run only: unless the user chooses one, the saved choice stays.
+    /// A number out of range chooses nothing.
     void choosePortForThisRun(int number);
     void chooseSpeedForThisRun(int position);
 
     void choosePort(int position);  ///< list position; out of range: nothing happens
     void chooseSpeed(int position); ///< as choosePort
 
-    /// Looks again what the chosen port stands for. @return whether that changed
+    /// Looks again what the ports stand for. @return whether that changed
     bool refreshPortInfo();
 
-    /// What a tool reads when it is opened.
-    ConnectionChoice connection() const;
+    /// What a tool reads when it is opened. The shared values then tell what to do if nothing answers there.
+    ConnectionChoice connection();
 
     /// The tool that a button opens: polling needs a design without unpolled events, so that with any other
     /// the designer comes first.
@@ -74,17 +73,20 @@ public:
     const StartPanel& panel() const { return panel_; }
 
 private:
-    /// A list position that is saved unless it was chosen for one run.
+    /// A position in a list. The panel shows it, or the one that holds for this run.
     struct Choice {
         const char* key;
-        int StartPanel::*position;
+        int StartPanel::*shown;
         int count;
-        std::optional<int> forThisRun = std::nullopt;
+        int saved = 0; ///< at the exit
+        bool isForThisRun = false;
+
+        bool has(int position) const { return position >= 0 && position < count; }
     };
 
-    void loadChoice(const Choice& choice);
+    void loadChoice(Choice& choice);
     void choose(Choice& choice, int position);
-    void saveChoice(const Choice& choice);
+    void chooseForThisRun(Choice& choice, int position);
     std::string defaultDatabase() const;
     std::string stored(const char* key, const std::string& missing = {}) const;
 

@@ -1,11 +1,13 @@
 #include "app/codesCommand.h"
 #include "app/commandLine.h"
 #include "app/commandSession.h"
+#include "app/connectionSetup.h"
 #include "app/dtcCommand.h"
 #include "app/pollCommand.h"
 #include "app/program.h"
 #include "app/scanCommand.h"
 #include "app/terminalCommand.h"
+#include "platform/console.h"
 #include "platform/icons.h"
 #include "platform/runningInstance.h"
 #include "platform/text.h"
@@ -72,7 +74,7 @@ std::optional<int> runInTerminal(const zint::CommandLine& line)
 
 int runWindows(const zint::CommandLine& line)
 {
-    if (zint::RunningInstance::bringBackHidden())
+    if (zint::RunningInstance::bringBackHidden(zint::toLine(line.connection)))
         return 0;
     QGuiApplication::setDesktopFileName(QStringLiteral("zint-obd"));
     QApplication::setQuitOnLastWindowClosed(
@@ -80,6 +82,7 @@ int runWindows(const zint::CommandLine& line)
     zint::useOwnIcons();
     zint::Program program(line.connection);
     program.start();
+    const zint::Interruption interruption([&program] { program.end(); });
     return QApplication::exec();
 }
 

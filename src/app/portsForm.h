@@ -3,6 +3,7 @@
 #include "link/portDirectory.h"
 
 #include <QDialog>
+#include <QTimer>
 
 #include <memory>
 #include <vector>
@@ -27,15 +28,24 @@ public:
     void accept() override;
 
 private:
+    /// What one of com1 to com8 stands for.
+    struct Assignment {
+        QComboBox* chooser;
+        bool isTouched = false; ///< the user typed or chose
+    };
+
+    void lookAtPorts();
     void listDetected();
-    QComboBox* makeChooser(int number);
-    std::string initial(int number) const; ///< what the chooser shows first
-    std::string chosen(const QComboBox& chooser) const;
+    void makeChooser(int number);
+    void offer(int number); ///< fills the chooser's list
+    std::string present(int number) const;
+    static std::string chosen(const QComboBox& chooser);
 
     std::unique_ptr<Ui::portsForm> ui;
     PortDirectory& directory_;
-    const std::vector<DetectedPort> detected_;
-    std::vector<QComboBox*> choosers_; ///< [0] for com1
+    std::vector<DetectedPort> detected_;
+    std::vector<Assignment> assignments_; ///< [0] for com1
+    QTimer portWatch_;
 };
 
 } // namespace zint

@@ -70,7 +70,7 @@ Program::Program(const ConnectionOptions& options)
 {
     context_.goPolling = [this] { next_ = Tool::pollRunner; };
     context_.goDesigning = [this] { next_ = Tool::pollDesigner; };
-    instance_.onAsked = [this] { return bringBack(); };
+    instance_.onAsked = [this](const QByteArray& line) { return bringBack(fromLine(line)); };
 }
 
 Program::~Program()
@@ -122,7 +122,9 @@ void Program::assignPorts() { portsForm(ports_, start_).exec(); }
 
 void Program::toolClosed()
 {
-    if (const std::optional<Tool> next = std::exchange(next_, std::nullopt))
+    if (isEnding_)
+        start_->close();
+    else if (const std::optional<Tool> next = std::exchange(next_, std::nullopt))
         openTool(*next);
     else
         showLauncher();
@@ -131,19 +133,33 @@ void Program::toolClosed()
 void Program::showLauncher()
 {
     instance_.stopWaiting();
-    start_->show();
+    start_->showAgain();
 }
 
-bool Program::bringBack()
+bool Program::bringBack(const ConnectionOptions& options)
 {
     if (anyWindowVisible()) // a message box over the hidden tool
         return false;
+    applyForThisRun(options, ports_);
+    applyForThisRun(options, *launcher_);
     if (tool_)
         tool_->close(); // ends what it has running, then shows the launcher
     showLauncher();
     start_->raise();
     start_->activateWindow();
     return true;
+}
+
+void Program::end()
+{
+    isEnding_ = true;
+    while (QWidget* const box = QApplication::activeModalWidget()) // its handler goes on as after a Cancel
+        if (!box->close())
+            break;
+    if (tool_)
+        tool_->close(); // toolClosed() closes the launcher
+    else if (start_)
+        start_->close();
 }
 
 void Program::waitIfHidden()

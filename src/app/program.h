@@ -31,6 +31,9 @@ public:
     /// Shows the launcher. The program ends when that is closed.
     void start();
 
+    /// Closes what is open, as a user would, and ends the program.
+    void end();
+
 private:
     Launcher& makeLauncher(Prompts& prompts);
     void openTool(Tool tool);
@@ -38,7 +41,7 @@ private:
     void assignPorts();
     void toolClosed();
     void showLauncher();
-    bool bringBack();
+    bool bringBack(const ConnectionOptions& options);
     void waitIfHidden();
 
     QtSettingsStore settings_;
@@ -54,6 +57,7 @@ private:
     QPointer<startForm> start_;
     QPointer<toolForm> tool_;
     std::optional<Tool> next_; ///< opened in place of the launcher when the present tool closes
+    bool isEnding_ = false;
 };
 
 } // namespace zint

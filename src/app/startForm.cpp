@@ -25,11 +25,10 @@ startForm::startForm(ToolContext& context, const std::function<Launcher&(Prompts
     for (const std::string_view speed : lineSpeeds)
         ui->comSpeed->addItem(toQt(speed));
     gate().run([this] { launcher_.load(); });
-    ui->comPort->setCurrentIndex(launcher_.panel().comPort);
-    ui->comSpeed->setCurrentIndex(launcher_.panel().comSpeed);
 
-    connect(ui->comPort, &QComboBox::currentIndexChanged, this, &startForm::comPort_Click);
-    connect(ui->comSpeed, &QComboBox::currentIndexChanged, this, &startForm::comSpeed_Click);
+    // Choosing the entry that is shown counts, too: it makes a choice for this run one for good.
+    connect(ui->comPort, &QComboBox::activated, this, &startForm::comPort_Click);
+    connect(ui->comSpeed, &QComboBox::activated, this, &startForm::comSpeed_Click);
     connectToolButton(ui->getCodes, Tool::codes);
     connectToolButton(ui->editDTC, Tool::dtcEditor);
     connectToolButton(ui->pollDesign2, Tool::pollDesigner);
@@ -64,9 +63,17 @@ void startForm::showEvent(QShowEvent* event)
     QTimer::singleShot(0, this, [this] { gate().run([this] { lookAtPorts(); }); }); // the window comes first
 }
 
+void startForm::showAgain()
+{
+    paint();
+    move(place_);
+    show();
+}
+
 void startForm::hideEvent(QHideEvent* event)
 {
     portWatch_.setEnabled(false);
+    place_ = pos();
     toolForm::hideEvent(event);
 }
 
@@ -105,6 +112,12 @@ void startForm::paint()
 {
     const StartPanel& p = launcher_.panel();
     setWindowTitle(toQt(p.caption));
+    ui->comPort->setCurrentIndex(p.comPort);
+    ui->comSpeed->setCurrentIndex(p.comSpeed);
+    for (std::size_t i = 0; i < p.portTips.size(); ++i)
+        ui->comPort->setItemData(static_cast<int>(i), tipText(p.portTips[i]), Qt::ToolTipRole);
+    display(*ui->speedHint, p.speedHint);
+    ui->speedHint->setVisible(!p.speedHint.empty());
     display(*ui->portInfo, p.portInfo);
     ui->portInfo->setToolTip(tipText(p.portInfo)); // a long description may not fit
 }

@@ -29,6 +29,9 @@ public:
     startForm(ToolContext& context, const std::function<Launcher&(Prompts&)>& makeLauncher, Actions actions);
     ~startForm() override;
 
+    /// Shows the window again, where it was, with what the launcher says by now.
+    void showAgain();
+
 private:
     void Form_Unload() override;
     void showEvent(QShowEvent* event) override;
@@ -48,6 +51,7 @@ private:
     Launcher& launcher_;
     Actions actions_;
     QtTimer portWatch_{gate()};
+    QPoint place_; ///< where the window was when it was hidden; a window manager would choose another place
 };
 
 } // namespace zint

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "link/portDirectory.h"
+
+#include <array>
 #include <string>
 
 namespace zint {
@@ -10,6 +13,12 @@ struct StartPanel {
     int comPort = 0;              ///< list position
     int comSpeed = 0;             ///< list position
     std::string portInfo;         ///< what the chosen port stands for now
+    std::string speedHint;        ///< which speed to try first; empty for whom the program has served before
+
+    /// What each port of the list stands for now.
+    std::array<std::string, PortDirectory::portCount> portTips;
+
+    bool operator==(const StartPanel&) const = default;
 };
 
 } // namespace zint

@@ -58,12 +58,8 @@ bool AdapterLink::open(Guard guard)
 std::string AdapterLink::timeoutReason() const
 {
     const bool nothingCame = counters_.bytesIn == bytesBefore_;
-    return choice_.portName + (choice_.device.empty() ? "" : " (" + choice_.device + ")") + " at " +
-           choice_.speed + " bits per second: " +
-           (nothingCame
-                ? "nothing was received. Check port and speed in the launcher, most adapters use 38400."
-                : "what was received is no answer. Check the speed in the launcher, most adapters use "
-                  "38400.");
+    return choice_.advice() + (nothingCame ? "\r\nNothing was received."
+                                           : "\r\nWhat was received is no answer: the speed may be wrong.");
 }
 
 void AdapterLink::close()

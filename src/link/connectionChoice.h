@@ -8,10 +8,17 @@ namespace zint {
 struct ConnectionChoice {
     int portNumber = 1;            ///< 1 to 8
     std::string portName = "com1"; ///< as shown, in front of each status word
+    std::string device;            ///< what the port stands for, as shown: "/dev/ttyUSB0"
     std::string speed = "9600";    ///< bits per second, as shown
-    std::string device;            ///< what the port stands for, such as "/dev/ttyUSB0"; empty when not known
 
     std::string lineSettings() const { return speed + ",N,8,1"; }
+
+    /// What to do when the adapter does not answer.
+    std::string advice() const
+    {
+        return "Check port (" + device + ") and speed (" + speed +
+               ") in the launcher; most adapters use 38400.";
+    }
 };
 
 } // namespace zint

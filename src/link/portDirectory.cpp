@@ -30,20 +30,29 @@ PortDirectory::Target PortDirectory::target(int number) const
     std::string location = assignmentForThisRun(number);
     if (location.empty())
         location = assignment(number);
-    if (location.empty())
-        location = system_.fixedLocation(number).value_or("");
+    return location.empty() ? automaticTarget(number) : targetAt(location);
+}
 
+PortDirectory::Target PortDirectory::automaticTarget(int number) const
+{
+    if (const auto fixed = system_.fixedLocation(number))
+        return targetAt(*fixed);
     const auto ports = system_.detected();
-    if (location.empty()) {
-        if (indexOf(number) >= ports.size())
-            return {};
-        const DetectedPort& port = ports[indexOf(number)];
-        return {port.location, port.description, true};
-    }
-    const auto known = std::ranges::find(ports, location, &DetectedPort::location);
+    if (indexOf(number) >= ports.size())
+        return {};
+    const DetectedPort& port = ports[indexOf(number)];
+    return {port.location, port.description, true};
+}
+
+PortDirectory::Target PortDirectory::targetAt(const std::string& location) const
+{
+    if (location == simulated)
+        return {location, {}, true};
+    const auto ports = system_.detected();
+    const auto known = std::ranges::find(ports, system_.devicePath(location), &DetectedPort::location);
     if (known != ports.end())
         return {location, known->description, true};
-    return {location, {}, location == simulated || system_.exists(location)};
+    return {location, {}, system_.exists(location)};
 }
 
 std::string PortDirectory::assignment(int number) const { return settings_.get(section, name(number)); }

@@ -15,6 +15,8 @@ struct DetectedPort {
     std::string location;    ///< what opens it: "/dev/ttyUSB0", "COM7"
     std::string description; ///< the device's own words, may be empty
     std::string usbIds;      ///< "0403:6001"; empty when it is no USB device
+
+    bool operator==(const DetectedPort&) const = default;
 };
 
 /// What a system tells about its serial ports.
@@ -27,6 +29,9 @@ public:
 
     /// The ports that exist now, in the order in which they get their numbers.
     virtual std::vector<DetectedPort> detected() const = 0;
+
+    /// The one spelling of a location: "ttyUSB0" and a link that leads there are "/dev/ttyUSB0".
+    virtual std::string devicePath(const std::string& location) const { return location; }
 
     /// The location that port number n (1 to 8) always has on this system, such as "COM3"; nothing where
     /// numbers are given to the detected ports in their order.
@@ -50,10 +55,10 @@ public:
         bool connected = false;  ///< whether there is a device now
 
         bool isSimulated() const { return location == simulated; }
+        bool isDevice() const { return !location.empty() && !isSimulated(); }
 
-        /// In one line for the user: "/dev/ttyUSB0 - FT232R USB UART", "simulated vehicle", "nothing
-        /// connected",
-        /// "/dev/rfcomm0 - nothing connected".
+        /// In one line for the user: "/dev/ttyUSB0 - FT232R USB UART", "simulated vehicle",
+        /// "nothing connected", "/dev/rfcomm0 - nothing connected".
         std::string text() const;
     };
 
@@ -61,6 +66,9 @@ public:
 
     /// What the port stands for now. @param number 1 to 8
     Target target(int number) const;
+
+    /// What it would stand for now without an assignment.
+    Target automaticTarget(int number) const;
 
     /// The user's assignment for good, empty when there is none.
     std::string assignment(int number) const;
@@ -82,6 +90,8 @@ public:
     static std::optional<int> numberOf(std::string_view text);
 
 private:
+    Target targetAt(const std::string& location) const;
+
     SettingsStore& settings_;
     const PortList& system_;
     std::array<std::string, portCount> thisRun_;

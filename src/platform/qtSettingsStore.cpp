@@ -2,6 +2,8 @@
 
 #include "platform/text.h"
 
+#include <QFileInfo>
+
 namespace zint {
 namespace {
 
@@ -33,7 +35,9 @@ void QtSettingsStore::remove(const std::string& section, const std::string& key)
 
 std::string QtSettingsStore::damage() const
 {
-    if (settings_.status() != QSettings::FormatError)
+    // The toolkit reads most damaged files as empty ones. All that is stored stands in some section.
+    const bool isEmpty = settings_.childGroups().isEmpty() && QFileInfo(settings_.fileName()).size() > 0;
+    if (settings_.status() != QSettings::FormatError && !isEmpty)
         return {};
     return "The saved settings in " + fromQt(settings_.fileName()) +
            " are damaged; what can't be read has its default value. They are written anew at the exit.";

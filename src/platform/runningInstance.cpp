@@ -1,5 +1,7 @@
 #include "platform/runningInstance.h"
 
+#include "platform/folders.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QLocalServer>
@@ -10,16 +12,29 @@ namespace {
 
 constexpr int placeCount = 8; // so many hidden programs of one user can wait
 constexpr int patienceMs = 1000;
-constexpr char question[] = "show\n"; // without it, a connection only looks whether the place is taken
+constexpr QByteArrayView question("show "); // without it, a connection only looks whether the place is taken
 constexpr char answerText[] = "shown\n";
 constexpr char refusalText[] = "visible\n";
 
-QString placeName(int place)
+#ifdef Q_OS_WIN
+/// All users' names stand in one place, where the home folder tells them apart.
+QString ownPrefix()
 {
-    // The home folder tells users apart on every system.
     const QByteArray user = QCryptographicHash::hash(QDir::homePath().toUtf8(), QCryptographicHash::Sha1);
-    return QStringLiteral("zint-obd-%1-%2").arg(QString::fromLatin1(user.toHex().left(12))).arg(place);
+    return QString::fromLatin1(user.toHex().left(12)) + QLatin1Char('-');
 }
+#else
+/// A folder that no other user can write to: who listens here is asked instead of starting the program.
+QString ownPrefix()
+{
+    const QString session = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    const QString folder = session.isEmpty() ? userDataFolder() : session;
+    QDir().mkpath(folder);
+    return folder + QLatin1Char('/');
+}
+#endif
+
+QString placeName(int place) { return ownPrefix() + QStringLiteral("zint-obd-%1").arg(place); }
 
 bool isTaken(const QString& name)
 {
@@ -28,13 +43,13 @@ bool isTaken(const QString& name)
     return socket.waitForConnected(patienceMs);
 }
 
-bool asksAt(const QString& name)
+bool asksAt(const QString& name, const QByteArray& options)
 {
     QLocalSocket socket;
     socket.connectToServer(name);
     if (!socket.waitForConnected(patienceMs))
         return false;
-    socket.write(question);
+    socket.write(question.toByteArray() + options + '\n');
     if (!socket.waitForBytesWritten(patienceMs) || !socket.waitForReadyRead(patienceMs))
         return false;
     return socket.readAll() == answerText;
@@ -42,10 +57,10 @@ bool asksAt(const QString& name)
 
 } // namespace
 
-bool RunningInstance::bringBackHidden()
+bool RunningInstance::bringBackHidden(const QByteArray& options)
 {
     for (int place = 0; place < placeCount; ++place) {
-        if (asksAt(placeName(place)))
+        if (asksAt(placeName(place), options))
             return true;
     }
     return false;
@@ -86,9 +101,12 @@ void RunningInstance::listenTo()
 
 void RunningInstance::answer(QLocalSocket& socket)
 {
-    if (socket.readAll() != question)
+    if (!socket.canReadLine()) // more is to come
         return;
-    socket.write(onAsked && onAsked() ? answerText : refusalText);
+    const QByteArray asked = socket.readLine().chopped(1);
+    if (!asked.startsWith(question))
+        return;
+    socket.write(onAsked && onAsked(asked.mid(question.size())) ? answerText : refusalText);
     socket.waitForBytesWritten(patienceMs);
 }
 

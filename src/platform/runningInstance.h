@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QObject>
 
 #include <functional>
@@ -20,15 +21,16 @@ class RunningInstance : public QObject {
 public:
     using QObject::QObject;
 
-    /// Asks a hidden program to show itself. @return whether one did
-    static bool bringBackHidden();
+    /// Asks a hidden program to show itself. @param options for it, one line without its end
+    /// @return whether one did
+    static bool bringBackHidden(const QByteArray& options = {});
 
     void waitToBeAsked();
     void stopWaiting();
 
-    /// Called when somebody starts the program: shows a window. @return false when it has one already, so
+    /// Called with the options of a second start: shows a window. @return false when it has one already, so
     /// that the second start goes on by itself
-    std::function<bool()> onAsked;
+    std::function<bool(const QByteArray& options)> onAsked;
 
 private:
     void listenTo();

@@ -82,6 +82,13 @@ bool SystemPorts::exists(const std::string& location) const
 #endif
 }
 
+std::string SystemPorts::devicePath(const std::string& location) const
+{
+    const std::string path = zint::devicePath(location);
+    const QString target = QFileInfo(toQt(path)).canonicalFilePath(); // of a link such as /dev/serial/by-id/...
+    return target.isEmpty() ? path : fromQt(target);
+}
+
 std::optional<std::string> SystemPorts::fixedLocation([[maybe_unused]] int number) const
 {
 #ifdef Q_OS_WIN

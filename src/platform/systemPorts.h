@@ -14,6 +14,7 @@ class SystemPorts final : public PortList {
 public:
     bool exists(const std::string& location) const override;
     std::vector<DetectedPort> detected() const override;
+    std::string devicePath(const std::string& location) const override;
     std::optional<std::string> fixedLocation(int number) const override;
 
 private:

@@ -36,7 +36,7 @@ struct LauncherTest : testing::Test {
             settings.save("Startup", keys.at(i), texts[i]);
     }
 
-    std::string connection() const
+    std::string connection()
     {
         return launcher.connection().portName + " " + launcher.connection().lineSettings();
     }
@@ -77,27 +77,52 @@ TEST_F(LauncherTest, StartsWithDefaultsOnTheFirstRun)
     EXPECT_EQ(all(), "/home/a,/home/a/dtc.mdb,,,,,,,,,");
     EXPECT_EQ(values.browserPath, "/bin/www");
 
-    EXPECT_TRUE(launcher.refreshPortInfo());
-    EXPECT_FALSE(launcher.refreshPortInfo()) << "nothing new";
-    EXPECT_EQ(launcher.panel().portInfo, "nothing connected");
+    EXPECT_EQ(launcher.panel().speedHint, "Most USB and Bluetooth adapters: 38400");
+    EXPECT_FALSE(values.isFolderRemembered) << "the samples are offered";
+
+    launcher.unload();
+    Launcher second(settings, ports, prompts, values, design, surroundings('\\'));
+    second.chooseSpeedForThisRun(1);
+    second.load();
+    EXPECT_FALSE(values.isFolderRemembered) << "nobody has chosen the folder by now";
+    EXPECT_EQ(second.panel().speedHint, "");
+    second.clearDefaults();
+    second.unload();
     Launcher(settings, ports, prompts, values, design, surroundings('\\')).load();
     EXPECT_EQ(values.parmDTCdb, "/home/a\\dtc.mdb");
 }
 
+TEST_F(LauncherTest, TellsWhatThePortsStandForAndWhereNothingAnswers)
+{
+    system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", ""}};
+    ports.assign(3, "ttyUSB0");
+    ports.assign(4, "simulated");
+    EXPECT_TRUE(launcher.refreshPortInfo());
+    EXPECT_FALSE(launcher.refreshPortInfo()) << "nothing new";
+    EXPECT_EQ(launcher.panel().portInfo, "/dev/ttyUSB0 - FT232R USB UART");
+    EXPECT_EQ(launcher.panel().portTips[2], "ttyUSB0 - FT232R USB UART") << "the same device";
+    launcher.connection();
+    EXPECT_EQ(values.silenceAdvice, "No answer on com1. Check port (/dev/ttyUSB0) and speed (9600) in the "
+                                    "launcher; most adapters use 38400.");
+    for (const auto& [position, device] : {std::pair(1, "nothing connected"), {3, "simulated vehicle"}}) {
+        launcher.choosePort(position);
+        EXPECT_EQ(launcher.connection().device, device);
+    }
+}
+
 TEST_F(LauncherTest, ReadsWhatWasSaved)
 {
-    const std::string longPath = std::string(40000, 'x') + "\\a.obc";
-    store({"2", "1", "/designs", "/data/codes.mdb", longPath, "", "run1.log", "C:\\designs\\"});
+    store({"2", "1", "/designs", "/data/codes.mdb", "x\\a.obc", "", "run1.log", "C:\\designs\\"});
     values.parmOutputFile = "left alone"; // set for a path that is not empty only
     launcher.load();
     EXPECT_EQ(connection(), "com3 38400,N,8,1");
-    EXPECT_EQ(all(), "/designs,/data/codes.mdb," + longPath +
-                         ",a.obc,,left alone,run1.log,run1.log,C:\\designs\\,,");
+    EXPECT_TRUE(values.isFolderRemembered);
+    EXPECT_EQ(all(), "/designs,/data/codes.mdb,x\\a.obc,a.obc,,left alone,run1.log,run1.log,C:\\designs\\,,");
 }
 
 TEST_F(LauncherTest, ReportsSavedChoicesThatItCannotUse)
 {
-    for (const std::string bad : {"x", "", "-1", "8", "1.5", "99999999999", "0x1"}) {
+    for (const std::string bad : {"x", "", "-1", "8"}) {
         store({bad});
         Launcher(settings, ports, prompts, values, design, surroundings('/')).load();
         EXPECT_EQ(prompts.takeMessage(), "The saved setting \"comPort\" is \"" + bad +
@@ -109,6 +134,8 @@ TEST_F(LauncherTest, ReportsSavedChoicesThatItCannotUse)
     launcher.load();
     EXPECT_NE(prompts.takeMessage().find("comSpeed"), std::string::npos);
     EXPECT_EQ(connection(), "com2 9600,N,8,1");
+    EXPECT_TRUE(stored().starts_with("7,2,")) << "what Show Defaults is to show";
+    launcher.unload();
     EXPECT_TRUE(stored().starts_with("7,0,")) << "the bad value does not stay";
     settings.damageText = "damaged";
     launcher.load();
@@ -120,10 +147,9 @@ TEST_F(LauncherTest, WritesEverythingBackAtTheExit)
     launcher.load();
     launcher.choosePort(4);
     launcher.chooseSpeed(1);
-    for (const int outside : {-1, 8, 1000})
-        launcher.choosePort(outside);
-    for (const int outside : {-1, 2})
-        launcher.chooseSpeed(outside);
+    launcher.choosePort(-1);
+    launcher.choosePortForThisRun(9);
+    launcher.chooseSpeed(2);
     values = {"/elsewhere", "/b.mdb", "s", "o", "l", "e"};
     EXPECT_EQ(settings.savedKeys, Texts{}) << "nothing is saved before the exit";
     launcher.unload();

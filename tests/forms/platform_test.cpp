@@ -121,6 +121,16 @@ TEST(QtSettingsStoreTest, KeepsTextsAsTheyAre)
     EXPECT_EQ(store.get("Startup", "none", "missing"), "missing");
     store.remove("Ports", "com1");
     EXPECT_EQ(store.get("Ports", "com1", "gone"), "gone");
+    EXPECT_EQ(store.damage(), "");
+}
+
+TEST(QtSettingsStoreTest, TellsOfAFileThatHoldsNoSettings)
+{
+    const std::string file = qEnvironmentVariable("XDG_CONFIG_HOME").toStdString() + "/Zint/Zint.conf";
+    TemporaryFolder::write(file, std::string("\x80=\0\xFF\n[\x01", 7));
+    EXPECT_NE(QtSettingsStore().damage().find(file + " are damaged"), std::string::npos);
+    TemporaryFolder::write(file, "");
+    EXPECT_EQ(QtSettingsStore().damage(), "");
 }
 
 TEST(BrowserTest, TheEnvironmentsChoiceComesFirst)

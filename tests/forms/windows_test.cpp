@@ -5,7 +5,9 @@
 #include "platform/text.h"
 #include "platform/windowPrinter.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QPrinter>
 #include <QTreeWidget>
 
@@ -20,13 +22,23 @@ TEST_F(StartFormTest, TellsWhatThePortStandsFor)
 {
     open();
     EXPECT_EQ(form->windowTitle(), u"Zint v1.5.1");
+    EXPECT_TRUE(control<QLabel>("speedHint")->isVisible());
     EXPECT_TRUE(waitUntil([&] { return textOf("portInfo") == u"nothing connected"; }));
-    system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", "0403:6001"}};
-    EXPECT_TRUE(waitUntil([&] { return textOf("portInfo") == u"/dev/ttyUSB0 - FT232R USB UART"; }));
-    control<QComboBox>("comPort")->setCurrentIndex(2);
-    control<QComboBox>("comSpeed")->setCurrentIndex(1);
-    EXPECT_EQ(textOf("portInfo"), u"nothing connected");
-    EXPECT_EQ(launcher->panel().comSpeed, 1);
+    system.ports = {{"/dev/ttyUSB0", "<b>FT232R", "0403:6001"}};
+    EXPECT_TRUE(waitUntil([&] { return textOf("portInfo") == u"/dev/ttyUSB0 - <b>FT232R"; }));
+    EXPECT_EQ(control<QComboBox>("comPort")->itemData(0, Qt::ToolTipRole).toString(),
+              u"<p>/dev/ttyUSB0 - &lt;b&gt;FT232R</p>");
+
+    launcher->choosePortForThisRun(3);
+    launcher->chooseSpeedForThisRun(1);
+    static_cast<startForm*>(form)->showAgain();
+    EXPECT_EQ(control<QComboBox>("comSpeed")->currentText(), u"38400");
+    auto* port = control<QComboBox>("comPort");
+    EXPECT_EQ(port->currentText(), u"com3");
+    QTest::keyClick(port, Qt::Key_F4);
+    QTest::keyClick(port->view(), Qt::Key_Return); // the entry that is shown already
+    launcher->unload();
+    EXPECT_EQ(settings.get("Startup", "comPort") + settings.get("Startup", "comSpeed"), "20");
 }
 
 TEST_F(StartFormTest, ButtonsAndMenusDoTheirWork)
@@ -72,25 +84,37 @@ using PortsFormTest = FormTest;
 
 TEST_F(PortsFormTest, AssignsWhatWasChosenOrTypedUnlessCancelled)
 {
-    system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", "0403:6001"}};
-    ports.assign(4, "/dev/old");
+    for (const int number : {4, 7})
+        ports.assign(number, "/dev/old");
+    for (const int number : {5, 6})
+        ports.assignForThisRun(number, "/dev/run");
     auto* dialog = new portsForm(ports, nullptr);
-    form = dialog;
-    EXPECT_EQ(control<QTreeWidget>("detectedPorts")->topLevelItem(0)->text(2), u"0403:6001");
-    EXPECT_EQ(control<QComboBox>("assigned1")->currentText(), u"Automatic");
-    EXPECT_EQ(control<QComboBox>("assigned4")->currentText(), u"/dev/old");
-    control<QComboBox>("assigned1")->setCurrentText(u"Simulated vehicle"_qs);
-    control<QComboBox>("assigned2")->setCurrentText(u"/dev/ttyUSB0 - FT232R USB UART"_qs);
-    control<QComboBox>("assigned3")->setCurrentText(u"  /dev/rfcomm0 "_qs);
-    control<QComboBox>("assigned4")->setCurrentText(u""_qs);
+    (form = dialog)->show();
+    EXPECT_EQ(control<QComboBox>("assigned1")->currentText(), u"Automatic (nothing connected)");
+    QTest::keyClicks(control<QComboBox>("assigned8")->lineEdit(), u"x"_qs);
+    system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", "0403:6001"}, {"/dev/ttyS0", "", ""}};
+    auto* detected = control<QTreeWidget>("detectedPorts");
+    EXPECT_TRUE(waitUntil([detected] { return detected->topLevelItem(0)->text(2) == u"0403:6001"; }));
+    EXPECT_EQ(control<QComboBox>("assigned1")->currentText(), u"Automatic (/dev/ttyUSB0 - FT232R USB UART)");
+
+    const std::pair<const char*, const char*> typed[] = {{"assigned1", "SIMULATED vehicle"},
+                                                         {"assigned2", "/dev/ttyUSB0 - FT232R USB UART"},
+                                                         {"assigned3", "  /dev/t "},
+                                                         {"assigned4", "automatic"}};
+    for (const auto& [name, text] : typed) {
+        control<QComboBox>(name)->lineEdit()->selectAll();
+        QTest::keyClicks(control<QComboBox>(name)->lineEdit(), QLatin1String(text));
+    }
+    QTest::keyClick(control<QComboBox>("assigned5"), Qt::Key_F4);
+    QTest::keyClick(control<QComboBox>("assigned5")->view(), Qt::Key_Return); // as it is, to keep it
     dialog->reject();
     EXPECT_EQ(ports.assignment(1), "");
     dialog->accept();
-    EXPECT_TRUE(ports.target(1).isSimulated());
-    EXPECT_EQ(ports.assignment(2), "/dev/ttyUSB0");
-    EXPECT_EQ(ports.assignment(3), "/dev/rfcomm0");
-    EXPECT_EQ(ports.assignment(4), "");
-    EXPECT_EQ(settings.get("Ports", "com5", "not saved"), "not saved");
+    const std::array expected = {"simulated", "/dev/ttyUSB0", "/dev/t", "", "/dev/run", "", "/dev/old"};
+    for (std::size_t i = 0; i < expected.size(); ++i)
+        EXPECT_EQ(ports.assignment(static_cast<int>(i) + 1), expected[i]) << i + 1;
+    EXPECT_EQ(ports.assignment(8), "Automatic (nothing connected)x")
+        << "what is typed stays when a port comes";
 }
 
 struct CodesFormTest : FormTest {

@@ -17,6 +17,10 @@ struct FixedPortList final : PortList {
     {
         return std::ranges::find(devices, location) != devices.end();
     }
+    std::string devicePath(const std::string& location) const override
+    {
+        return numbersAreFixed || location.starts_with('/') ? location : "/dev/" + location;
+    }
     std::optional<std::string> fixedLocation(int number) const override
     {
         return numbersAreFixed ? std::optional("COM" + std::to_string(number)) : std::nullopt;
