@@ -210,8 +210,8 @@ const std::vector<Option>& options()
                                         QStringLiteral("terminal"), QStringLiteral("scan")};
     static const QStringList terminal{QStringLiteral("terminal")};
     static const QStringList scan{QStringLiteral("scan")};
-    static const QStringList waiting{QStringLiteral("codes"), QStringLiteral("terminal"),
-                                     QStringLiteral("scan")};
+    static const QStringList waiting{QStringLiteral("codes"), QStringLiteral("poll"),
+                                     QStringLiteral("terminal"), QStringLiteral("scan")};
     static const QStringList progressing{QStringLiteral("poll"), QStringLiteral("scan"),
                                          QStringLiteral("dtc setup"), QStringLiteral("dtc import")};
     static const QStringList setup{QStringLiteral("dtc setup")};
@@ -232,8 +232,8 @@ const std::vector<Option>& options()
         {"yes", "", "With codes --clear: confirm that data in the vehicle be erased.", codes,
          [](CommandLine& line, const QString&) { line.isConfirmed = true; }},
         {"timeout", "seconds",
-         "With codes: give up after so many seconds (default 120; 0 waits for ever). With terminal and scan: "
-         "give up when a reply takes so many, unless a user types the commands.",
+         "With codes: give up after so many seconds (default 120; 0 waits for ever). With poll, terminal and "
+         "scan: give up when a reply takes so many, unless a user types the commands.",
          waiting,
          [](CommandLine& line, const QString& text) {
              line.timeout = std::chrono::seconds(number("--timeout", text, "seconds", 0, mostSeconds));
@@ -425,11 +425,8 @@ CommandLine read(const QCommandLineParser& parser)
             "--clear erases all diagnostic data in the vehicle; add --yes if that is what you want");
     if (erasesData(line.scan) && !line.allowsErasing)
         throw UsageError(std::string(erasesDataText) + " Add --allow-clear if that is what you want.");
-    if (line.seconds) {
-        if (parser.isSet(QStringLiteral("loops")))
-            throw UsageError("--loops and --seconds both say when the run ends; give one of them");
-        line.loops = mostLoops;
-    }
+    if (line.seconds && parser.isSet(QStringLiteral("loops")))
+        throw UsageError("--loops and --seconds both say when the run ends; give one of them");
     const auto setOf = [&](const QStringList& names) {
         return std::ranges::count_if(names, [&](const QString& name) { return parser.isSet(name); });
     };

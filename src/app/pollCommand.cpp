@@ -17,8 +17,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <exception>
+#include <utility>
 
 namespace zint {
 namespace {
@@ -39,41 +39,25 @@ Design loadDesignToPoll(const std::string& path)
     return design;
 }
 
-/// Answers with the file that the command line names.
-struct NamedFile final : FileDialogs {
-    std::string path;
-
-    std::string chooseToOpen(const FileKinds& /*kinds*/, const std::string& /*folder*/) override
-    {
-        return path;
-    }
-    std::string chooseAny(const FileKinds& /*kinds*/, const std::string& /*folder*/) override { return path; }
-    std::string chooseToSave(const FileKinds& /*kinds*/, const std::string& /*folder*/,
-                             const std::string& /*proposed*/) override
-    {
-        return path;
-    }
-};
-
 /// A line of the summary's table.
 using Cells = std::array<QString, 5>;
 
-Cells cellsOf(const PollPanel::Row& row)
+Cells cellsOf(const PollPanel::Row& row, const EventTotals& event)
 {
-    const bool isSampled = row.samples != "0"; // else the figures are not measured ones
-    const auto figure = [isSampled](const std::string& text) {
-        return toQt(isSampled ? text : "-").trimmed();
+    const auto figure = [&event](const std::string& text) { // without samples they are not measured ones
+        return toQt(event.sampleCount > 0 ? text : "-").trimmed();
     };
     return {toQt(row.description), figure(row.value), toQt(row.samples), figure(row.minimum),
             figure(row.maximum)};
 }
 
 /// The table as plain text: the events to the left, the figures to the right.
-QString tableText(const std::vector<PollPanel::Row>& rows)
+QString tableText(const Poller& poller)
 {
     std::vector<Cells> table{{QStringLiteral("Event"), QStringLiteral("Value"), QStringLiteral("Samples"),
                               QStringLiteral("Min"), QStringLiteral("Max")}};
-    std::ranges::transform(rows, std::back_inserter(table), cellsOf);
+    std::ranges::transform(poller.panel().obdGrid, poller.samples().events(), std::back_inserter(table),
+                           cellsOf);
     std::array<qsizetype, 5> widths{};
     for (const Cells& cells : table) {
         for (std::size_t i = 0; i < cells.size(); ++i)
@@ -89,10 +73,11 @@ QString tableText(const std::vector<PollPanel::Row>& rows)
     return text;
 }
 
-std::string summaryText(const PollPanel& panel)
+std::string summaryText(const Poller& poller)
 {
+    const PollPanel& panel = poller.panel();
     return panel.titleLab + "\n" + panel.statLab1 + "\n" + panel.labelStats + "\n\n" +
-           fromQt(tableText(panel.obdGrid));
+           fromQt(tableText(poller));
 }
 
 /// The poller and all that it needs.
@@ -102,7 +87,7 @@ public:
         : line_(line), design_(design), session_(line.connection)
     {
         poller_.onChanged = [this] { watch(); };
-        end_.onTick = [this] { stop(); };
+        poller_.onReply = [this] { patience_.begin(); };
     }
 
     int run()
@@ -116,8 +101,8 @@ public:
         if (poller_.isPolling())
             QCoreApplication::exec();
         session_.gate.run([this] { finish(); });
-        const int printed = printOut(summaryText(poller_.panel()));
-        return session_.prompts.hasComplained ? exitStatus::failure : printed;
+        const int printed = printOut(summaryText(poller_));
+        return session_.prompts.hasComplained || isMismatchTold_ ? exitStatus::failure : printed;
     }
 
 private:
@@ -126,15 +111,15 @@ private:
         poller_.setMaxLoops(std::to_string(line_.loops));
         poller_.setRefresh("1");
         poller_.resetValues();
+        if (line_.seconds)
+            poller_.limitByTime(*line_.seconds);
         poller_.pressStart();
         hasBegun_ = poller_.isPolling();
-        if (hasBegun_ && line_.seconds) {
-            end_.setInterval(*line_.seconds);
-            end_.setEnabled(true);
-        }
+        if (hasBegun_)
+            patience_.begin();
     }
 
-    /// Ends the run before its last loop, as the user wants it.
+    /// Ends the run before its time, as the user wants it.
     void stop()
     {
         if (!poller_.isPolling())
@@ -149,26 +134,26 @@ private:
             QCoreApplication::quit();
             return;
         }
-        if (!hasWarned_ && !poller_.samples().isEmpty() && !kept_.isKeeping()) {
-            hasWarned_ = true;
-            complain(poller_.panel().statusBox); // which tells why nothing is kept; the run goes on
-        }
+        warn();
         if (!line_.quiet)
             showProgress(progress());
     }
 
+    /// Tells once what the run goes on in spite of.
+    void warn()
+    {
+        const std::string& failure = poller_.panel().keepFailure;
+        if (!failure.empty() && !std::exchange(isKeepFailureTold_, true))
+            complain(failure.substr(failure.find_first_not_of(" -")));
+        if (poller_.sawMismatch() && !std::exchange(isMismatchTold_, true))
+            complain(std::string(ReplyWatch::mismatchText));
+    }
+
     std::string progress() const
     {
-        const PollPanel& panel = poller_.panel();
-        double percent = panel.ProgressBar1.value;
-        std::string left = panel.ProgressBar1.text;
-        if (line_.seconds) {
-            const auto all = static_cast<double>(line_.seconds->count());
-            percent = std::min(poller_.now() / all, 1.0) * 100;
-            left = std::to_string(std::lround(std::max(all - poller_.now(), 0.0))) + " s left";
-        }
-        const std::string loops = panel.statLab1.substr(0, panel.statLab1.find(','));
-        return std::to_string(static_cast<int>(percent)) + "%, " + loops + (left.empty() ? "" : ", ") + left;
+        const ProgressBar& bar = poller_.panel().ProgressBar1;
+        return std::to_string(static_cast<int>(bar.value)) + "%, " + std::to_string(poller_.loopCount()) +
+               " Loops" + (bar.text.empty() ? "" : ", ") + bar.text;
     }
 
     /// Tells what went wrong, unless something was told that led to it.
@@ -183,50 +168,47 @@ private:
         showProgress({});
         if (poller_.isPolling()) // an action has failed
             poller_.pressStart();
-        constexpr double whole = 100;
-        if (!isStopped_ && poller_.panel().ProgressBar1.value < whole)
+        warn();
+        if (!isStopped_ && !poller_.isComplete())
             tell(poller_.panel().statusBox);
         if (poller_.samples().isEmpty()) {
             tell("nothing was sampled");
         } else {
-            write(line_.logPath, &Poller::saveLog);
-            write(line_.exportPath, &Poller::exportLog);
+            write(RunFiles::Kind::log, line_.logPath);
+            write(RunFiles::Kind::table, line_.exportPath);
         }
         poller_.unload();
     }
 
-    void write(const std::string& path, void (Poller::*save)())
+    void write(RunFiles::Kind kind, const std::string& path)
     {
-        if (path.empty())
-            return;
-        file_.path = path;
-        (poller_.*save)();
+        if (const std::string failure = poller_.save(kind, path); !failure.empty())
+            session_.prompts.message(failure);
     }
 
     const CommandLine& line_;
     const Design& design_;
     CommandSession session_;
     SystemClock clock_;
-    NamedFile file_;
     KeptRuns kept_{fromQt(userDataFolder()) + "/runs", dateText};
     QtTimer resetTimer_{session_.gate};
     QtTimer ticker_{session_.gate};
-    QtTimer end_{session_.gate};
+    Patience patience_{session_, line_.timeout};
     std::unique_ptr<SerialPort> port_ = session_.makePort();
     Poller poller_{{.port = *port_,
                     .timer = resetTimer_,
                     .ticker = ticker_,
                     .clock = clock_,
                     .prompts = session_.prompts,
-                    .dialogs = file_,
                     .values = session_.values,
                     .kept = kept_,
                     .dateText = dateText},
                    session_.connection(),
                    design_};
     bool hasBegun_ = false;
-    bool isStopped_ = false; ///< by the user or the time that was set
-    bool hasWarned_ = false;
+    bool isStopped_ = false; ///< by the user
+    bool isKeepFailureTold_ = false;
+    bool isMismatchTold_ = false;
 };
 
 void turnIntoTable(const std::string& logPath, const std::string& tablePath)

@@ -11,6 +11,7 @@
 #include <QKeyEvent>
 #include <QToolBar>
 
+#include <exception>
 #include <utility>
 
 namespace zint {
@@ -32,12 +33,17 @@ void toolForm::setUpCommonControls()
         if (auto* found = findChild<QAction*>(QLatin1String(name)))
             onTrigger(found, handler);
     };
-    action("mnuAbout", &toolForm::mnuAbout_Click);
+    const auto question = [this](const char* name, void (toolForm::*handler)()) {
+        if (auto* found = findChild<QAction*>(QLatin1String(name)))
+            connect(found, &QAction::triggered, this,
+                    [this, handler] { ask([=, this] { (this->*handler)(); }); });
+    };
+    question("mnuAbout", &toolForm::mnuAbout_Click);
     action("mnuHelp", &toolForm::mnuHelp_Click);
-    action("mnuPrintSetup", &toolForm::mnuPrintSetup_Click);
-    action("mnuprintSetup", &toolForm::mnuPrintSetup_Click);
-    action("mnuPrintOut", &toolForm::mnuPrintOut_Click);
-    action("mnuPrint", &toolForm::mnuPrintOut_Click);
+    question("mnuPrintSetup", &toolForm::mnuPrintSetup_Click);
+    question("mnuprintSetup", &toolForm::mnuPrintSetup_Click);
+    question("mnuPrintOut", &toolForm::mnuPrintOut_Click);
+    question("mnuPrint", &toolForm::mnuPrintOut_Click);
     action("mnuExit", &toolForm::goBack);
     for (const char* name : {"logo", "logo2"}) {
         if (auto* logo = findChild<QPushButton*>(QLatin1String(name))) {
@@ -71,10 +77,24 @@ void toolForm::pressFocused(QPushButton* otherwise)
         button->click();
 }
 
+void toolForm::ask(const std::function<void()>& questions)
+{
+    ++asking_;
+    try {
+        questions();
+    } catch (...) { // the gate is where actions that fail end
+        gate_.run([error = std::current_exception()] { std::rethrow_exception(error); });
+    }
+    if (--asking_ == 0 && std::exchange(closesAfterwards_, false))
+        close();
+}
+
 /// A handler that is on the stack, perhaps with a message box open, comes to its end before the window goes.
 void toolForm::closeEvent(QCloseEvent* event)
 {
-    if (!hasUnloaded_)
+    if (asking_ > 0) // the dialog belongs to the window and would go with it
+        closesAfterwards_ = true;
+    else if (!hasUnloaded_)
         gate_.run([this] { unload(); });
     event->setAccepted(hasUnloaded_);
 }

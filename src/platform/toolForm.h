@@ -8,6 +8,7 @@
 #include <QMainWindow>
 #include <QPushButton>
 
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -70,6 +71,10 @@ protected:
         on(action, &QAction::triggered, [this, handler] { (static_cast<Form*>(this)->*handler)(); });
     }
 
+    /// Runs what asks the user something before it does anything: the window's other events go on meanwhile,
+    /// but it does not close. What is done with the answer has to pass the gate.
+    void ask(const std::function<void()>& questions);
+
     /// Gives the buttons of a tool bar the names that they are known by.
     struct ToolButton {
         QAction* action;
@@ -105,6 +110,8 @@ private:
     QtPrompts prompts_;
     std::unique_ptr<WindowPrinter> printer_;
     bool hasUnloaded_ = false;
+    int asking_ = 0;                ///< questions that are open
+    bool closesAfterwards_ = false; ///< a close that waits for them
 };
 
 } // namespace zint

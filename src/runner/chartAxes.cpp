@@ -1,6 +1,7 @@
 #include "runner/chartAxes.h"
 
 #include "catalogue/conversion.h"
+#include "shared/module1.h"
 
 #include <algorithm>
 #include <array>
@@ -23,20 +24,10 @@ std::string numberText(double number)
     return {buffer.data(), result.ptr};
 }
 
-std::string twoDigits(std::int64_t number)
-{
-    std::string text = std::to_string(number);
-    return text.size() < 2 ? text.insert(0, 1, '0') : text;
-}
-
 /// @param tenths of a second since the first start of polling
 std::string timeText(std::int64_t tenths, bool showTenths)
 {
-    const std::int64_t seconds = tenths / 10;
-    const std::int64_t minutes = seconds / 60;
-    std::string text =
-        minutes < 60 ? std::to_string(minutes) : std::to_string(minutes / 60) + ':' + twoDigits(minutes % 60);
-    text += ':' + twoDigits(seconds % 60);
+    std::string text = durationText(tenths / 10);
     if (showTenths)
         text += '.' + std::to_string(tenths % 10);
     return text;

@@ -90,7 +90,7 @@ void ChartLines::paint(ChartData& data, const SampleStore& samples, const ChartR
     for (std::size_t i = 0; i < axes_.size(); ++i) {
         const ChartScale scale = scaleOf(points[i]);
         axes_[i].shown->setRange(scale.lowest, scale.highest);
-        axes_[i].shown->setTickCount(scale.steps + 1);
+        axes_[i].shown->setTickCount(stepsIn(scale.steps) + 1);
         scales.push_back(scale);
     }
     paintTimeAxis(range);
@@ -105,6 +105,16 @@ void ChartLines::paint(ChartData& data, const SampleStore& samples, const ChartR
         line.name = toQt(lineName(*design_, line.event, axes_[line.axis].axis, scales[line.axis]));
         paintLine(line, data.pieces(samples, points[line.axis][drawn[line.axis]++]));
     }
+}
+
+/// As many of an axis' round steps as there is room for labels: all, or every second, third...
+int ChartLines::stepsIn(int steps) const
+{
+    const int room = static_cast<int>(chart_.plotArea().height()) / (window_.fontMetrics().height() * 3 / 2);
+    int shown = steps;
+    while (shown > 1 && (shown > room || steps % shown != 0))
+        --shown;
+    return shown;
 }
 
 /// A series has no gaps, so each piece of the line is a series.
@@ -125,6 +135,7 @@ void ChartLines::paintLine(Line& line, std::span<const std::span<const ChartPoin
             shown.append({point.time, point.value});
         line.pieces[i]->replace(shown);
         line.pieces[i]->setName(line.name);
+        line.pieces[i]->setPointsVisible(shown.size() == 1); // which makes no line
     }
 }
 
@@ -191,7 +202,8 @@ QString ChartLines::nameOf(std::size_t event) const
 
 QPixmap ChartLines::sampleOf(std::size_t event) const
 {
-    return lineSample(penOf(event), window_.devicePixelRatioF());
+    const QPen pen = penOf(event);
+    return pen.style() == Qt::NoPen ? QPixmap() : lineSample(pen, window_.devicePixelRatioF());
 }
 
 } // namespace zint

@@ -61,6 +61,7 @@ private:
 
     void takeStyles(std::span<const std::size_t> events);
     void paintLine(Line& line, std::span<const std::span<const ChartPoint>> pieces);
+    int stepsIn(int steps) const;
     void paintTimeAxis(const ChartRange& range);
     void paintPens();
     QPen penOf(std::size_t event) const;

@@ -8,7 +8,7 @@ double ChartRange::from() const
 {
     switch (shown_) {
     case Shown::newest:
-        return to() - span_;
+        return std::max(to() - span_, 0.0);
     case Shown::part:
         return from_;
     default:
@@ -20,7 +20,7 @@ double ChartRange::to() const
 {
     switch (shown_) {
     case Shown::newest:
-        return std::max(end_, span_); // a young run grows from the left
+        return std::max(end_, std::min(span_, young)); // the window grows with the run
     case Shown::part:
         return from_ + span_;
     default:
@@ -55,14 +55,18 @@ void ChartRange::showAll() { shown_ = Shown::all; }
 void ChartRange::zoom(double factor, double at)
 {
     const double oldSpan = to() - from();
-    const double newSpan = std::clamp(oldSpan * factor, shortest, longest());
+    const auto changed = [&](double span) { return std::clamp(span * factor, shortest, longest()); };
     if (shown_ == Shown::newest)
-        span_ = newSpan;
+        span_ = changed(factor < 1 ? oldSpan : span_);
     else
-        showPart(at - (at - from()) * newSpan / oldSpan, newSpan);
+        showPart(at - (at - from()) * changed(oldSpan) / oldSpan, changed(oldSpan));
 }
 
-void ChartRange::pan(double seconds) { showPart(from() + seconds, to() - from()); }
+void ChartRange::pan(double seconds)
+{
+    if (shown_ != Shown::newest || from() > 0) // else all of it is in sight
+        showPart(from() + seconds, to() - from());
+}
 
 double ChartRange::longest() const { return std::max({end_, isRunning_ ? window_ : 0, shortest}); }
 

@@ -15,7 +15,7 @@ public:
     /// followed.
     void setEnd(double end, bool isRunning);
 
-    /// What is shown of a run that is on, in seconds; goes back to following it.
+    /// What is shown of a run that is on, in seconds, once there is so much; goes back to following it.
     void setWindow(double seconds);
 
     void showAll();
@@ -28,6 +28,8 @@ public:
 
 private:
     enum class Shown { newest, all, part };
+
+    static constexpr double young = 10; ///< a window for the first seconds of a run
 
     double longest() const;
     void showPart(double from, double span);

@@ -19,7 +19,7 @@ QColor chartColour(double part, const QPalette& palette);
 /// What lineSample() makes.
 constexpr QSize lineSampleSize(20, 12);
 
-/// A piece of a line, to stand beside its name; empty for a pen that draws nothing.
+/// A piece of a line, to stand beside its name.
 QPixmap lineSample(QPen pen, double devicePixelRatio);
 
 } // namespace zint

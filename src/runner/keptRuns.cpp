@@ -1,11 +1,11 @@
 #include "runner/keptRuns.h"
 
 #include "designer/designFile.h"
+#include "runner/pollTexts.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <charconv>
 #include <filesystem>
@@ -29,8 +29,8 @@ constexpr std::size_t mostKept = 10;
 constexpr std::size_t handOverSize = 65536;
 constexpr std::size_t longestSample = 64; // three numbers of at most 20 digits, and what is between them
 constexpr std::size_t readSize = 262144;
-constexpr std::string_view leftLine = "left";
 constexpr std::string_view leftMark = "left\r\n";
+constexpr std::string_view toldMark = "told\r\n";
 
 /// The event (from 0) of each record; a record tells its event only by the chain in which it hangs.
 std::vector<std::uint8_t> eventsOf(const SampleStore& samples)
@@ -67,13 +67,11 @@ bool takeNumber(std::string_view& line, std::int32_t& number, std::string_view s
     return true;
 }
 
-/// Stores the sample of a line, if it has one. @return whether the line is whole
+/// Stores the sample of a line. @return whether it has one
 bool takeLine(std::string_view line, SampleStore& samples)
 {
     if (line.ends_with('\r'))
         line.remove_suffix(1);
-    if (line == leftLine)
-        return true;
     std::int32_t event = 0;
     std::int32_t time = 0;
     std::int32_t value = 0;
@@ -109,17 +107,44 @@ void readSamples(std::istream& stream, SampleStore& samples, std::uintmax_t size
     }
 }
 
-/// How many samples stand in the rest of a file that is not damaged: it would take long to look at each.
-std::int64_t countSamples(std::istream& stream)
+/// What a look at the rest of a file tells; it would take long to look at each sample.
+struct Extent {
+    std::int64_t samples = 0;
+    std::int32_t lastTime = 0; ///< seconds since the start
+    bool isCutOff = false;
+};
+
+/// @param tail the end of the rest. @param lines of the rest
+Extent extentOf(std::string_view tail, std::int64_t lines)
 {
+    Extent extent{.samples = lines, .isCutOff = !tail.ends_with(leftMark)};
+    tail = tail.substr(0, tail.rfind('\n') + 1); // a line without its end does not count
+    if (tail.ends_with(leftMark) || tail.ends_with(toldMark)) {
+        tail.remove_suffix(leftMark.size());
+        --extent.samples;
+    }
+    tail.remove_suffix(std::min(tail.size(), lineEnd.size()));
+    tail.remove_prefix(tail.rfind('\n') + 1);
+    std::int32_t event = 0;
+    if (takeNumber(tail, event, ","))
+        takeNumber(tail, extent.lastTime, ",");
+    return extent;
+}
+
+Extent readExtent(std::istream& stream)
+{
+    constexpr std::size_t tailSize = 3 * longestSample;
+    std::string tail;
     std::vector<char> block(readSize);
-    std::int64_t count = 0;
+    std::int64_t lines = 0;
     do {
         stream.read(block.data(), static_cast<std::streamsize>(block.size()));
-        const auto end = block.begin() + stream.gcount();
-        count += std::count(block.begin(), end, '\n') - std::count(block.begin(), end, leftLine.front());
+        const std::string_view text(block.data(), static_cast<std::size_t>(stream.gcount()));
+        lines += std::ranges::count(text, '\n');
+        tail += text.substr(text.size() - std::min(text.size(), tailSize));
+        tail.erase(0, tail.size() - std::min(tail.size(), tailSize));
     } while (stream);
-    return count;
+    return extentOf(tail, lines);
 }
 
 struct Head {
@@ -154,9 +179,11 @@ std::optional<std::string> summaryOf(const std::string& path,
     try {
         readFile(path, [&](std::istream& stream) {
             const Head head = readHead(stream, path);
-            if (const std::int64_t count = countSamples(stream); count > 0)
+            if (const Extent extent = readExtent(stream); extent.samples > 0)
                 text = dateText(head.firstStart) + "   " + head.design.title() + " (" +
-                       std::to_string(count) + " samples)";
+                       std::to_string(extent.samples) +
+                       (extent.samples == 1 ? " sample in " : " samples in ") +
+                       durationText(extent.lastTime) + (extent.isCutOff ? ", cut off)" : ")");
         });
     } catch (const std::exception&) { // a file that is damaged, or gone by now
         return std::nullopt;
@@ -164,18 +191,17 @@ std::optional<std::string> summaryOf(const std::string& path,
     return text.empty() ? std::nullopt : std::optional(text);
 }
 
-bool isMarkedLeft(const std::string& path)
+bool endsWith(const std::string& path, std::string_view mark)
 {
     std::ifstream stream(utf8Path(path), std::ios::binary);
-    std::array<char, leftMark.size()> tail{};
+    std::string tail(mark.size(), '\0');
     stream.seekg(-static_cast<std::streamoff>(tail.size()), std::ios::end);
-    stream.read(tail.data(), tail.size());
-    return stream && std::string_view(tail.data(), tail.size()) == leftMark;
+    stream.read(tail.data(), static_cast<std::streamsize>(tail.size()));
+    return stream && tail == mark;
 }
 
-/// Tells in the file that it was left. Its time stays that of its last sample. @return whether it could be
-/// done
-bool markLeft(const std::string& path)
+/// Puts a mark at a file's end. Its time stays that of its last sample. @return whether it could be done
+bool putMark(const std::string& path, std::string_view mark)
 {
     const fs::path file = utf8Path(path);
     std::error_code error;
@@ -183,7 +209,7 @@ bool markLeft(const std::string& path)
     if (error)
         return false;
     std::ofstream stream(file, std::ios::binary | std::ios::app);
-    stream << leftMark;
+    stream << mark;
     stream.close();
     fs::last_write_time(file, changed, error);
     return !stream.fail();
@@ -252,6 +278,7 @@ void KeptRuns::handOver()
     try {
         errno = 0;
         if (!stream_.is_open()) {
+            lock_.take(path_);                      // nobody else knows the name
             stream_.rdbuf()->pubsetbuf(nullptr, 0); // else close() would write again what failed in part
             stream_.open(utf8Path(path_), std::ios::binary | std::ios::app);
             stream_ << head_;
@@ -273,6 +300,7 @@ void KeptRuns::handOver()
 void KeptRuns::close()
 {
     stream_.close();
+    lock_.release();
     keeping_ = false;
     path_.clear();
     waitingSize_ = 0;
@@ -291,21 +319,31 @@ void KeptRuns::leave()
 {
     if (keeping_ && waitingSize_ > 0)
         handOver();
-    const std::string path = path_;
+    stream_.close();
+    if (!path_.empty())
+        putMark(path_, leftMark);
     close();
-    if (!path.empty())
-        markLeft(path);
-    files_.prune();
+    prune();
+}
+
+/// A run that was cut off lasts longer than those that were left, which may be many in a day. Half of the
+/// places are enough, so that those that were left last a while, too.
+void KeptRuns::prune() const
+{
+    files_.prune([places = mostKept / 2](const KeptFiles::File& file) mutable {
+        return places > 0 && !endsWith(file.path, leftMark) && places-- > 0;
+    });
 }
 
 bool KeptRuns::takeCutOff()
 {
     bool found = false;
     try {
-        files_.prune();
+        prune();
         for (const KeptFiles::File& file : files_.newestFirst()) {
-            if (file.path != path_ && !isMarkedLeft(file.path) && markLeft(file.path))
-                found = summaryOf(file.path, dateText_).has_value() || found;
+            const bool isNews = file.path != path_ && !endsWith(file.path, leftMark) &&
+                                !endsWith(file.path, toldMark) && putMark(file.path, toldMark);
+            found = (isNews && summaryOf(file.path, dateText_)) || found;
         }
     } catch (const std::exception&) {
         return found;
@@ -340,11 +378,6 @@ KeptRun KeptRuns::load(const KeptEntry& entry, Progress& progress)
     return run;
 }
 
-void KeptRuns::remove(const KeptEntry& entry)
-{
-    std::error_code error;
-    if (fs::file_size(utf8Path(entry.path), error) == entry.size)
-        removeFile(entry.path);
-}
+void KeptRuns::remove(const KeptEntry& entry) { removeFile(entry.path); }
 
 } // namespace zint

@@ -2,6 +2,7 @@
 
 #include "catalogue/design.h"
 #include "runner/sampleStore.h"
+#include "shared/fileLock.h"
 #include "shared/keptFiles.h"
 
 #include <chrono>
@@ -26,8 +27,8 @@ struct KeptRun {
 ///
 /// A file holds the design as writeDesign() writes it, a line with the first start in milliseconds since
 /// 1970, and a line "event,time,value" for each sample, events from 1, in the order in which they came. A
-/// line "left" ends a run that was properly left. Another running program may take a file that is being
-/// written for one of a crash, so that readers skip that line wherever it stands.
+/// line "left" ends a run that was properly left; a line "told" one that was cut off, once the user was told
+/// of it. While a program writes a file it holds its lock, so that no other takes it for one of a crash.
 class KeptRuns {
 public:
     /// @param folder is made when it is needed. @param dateText writes a time as the user reads it
@@ -56,14 +57,15 @@ public:
     /// Removes the present run's file: its log was saved.
     void forget();
 
-    /// Closes the present run's file, which stays; removes what is too old or too much. Call it before the
-    /// store is emptied, even after a failure. Never throws: call flush() before to hear what fails.
+    /// Closes the present run's file, which stays; removes what is too old or too much, runs that were cut
+    /// off later than others. Call it before the store is emptied, even after a failure. Never throws: call
+    /// flush() before to hear what fails.
     void leave();
 
     /// Whether a run was cut off by a crash since this was last asked. Never throws.
     bool takeCutOff();
 
-    /// What can be recovered, the newest first; not the present run, and nothing that can't be read or has no
+    /// What can be recovered, the newest first; no run that is on, and nothing that can't be read or has no
     /// sample.
     /// Counting the samples of a GB takes seconds. @throws WorkStopped
     std::vector<KeptEntry> list(Progress& progress = unwatched) const;
@@ -72,11 +74,11 @@ public:
     /// or its design or start can't be read; WorkStopped
     static KeptRun load(const KeptEntry& entry, Progress& progress = unwatched);
 
-    /// Removes one that has been saved as a log, unless it has grown since it was listed: then another
-    /// program is still writing it.
+    /// Removes one that has been saved as a log.
     static void remove(const KeptEntry& entry);
 
 private:
+    void prune() const;
     void handOver();
     void close();
 
@@ -85,7 +87,8 @@ private:
     bool keeping_ = false;
     std::string path_;     ///< of the present run's file, also after a failure; empty when there is none
     std::string head_;     ///< what it begins with
-    std::ofstream stream_; ///< open from the first handing over on
+    FileLock lock_;        ///< of that file, from the first handing over on
+    std::ofstream stream_; ///< open from then on
     std::vector<char> waiting_;
     std::size_t waitingSize_ = 0; ///< how much of it is used; whole lines always
     int failure_ = 0; ///< the system's number for what flush() has yet to tell; 0 when there is nothing

@@ -232,7 +232,8 @@ void QtLiveChart::paintSamples()
     const QSignalBlocker quiet(ui->chartEvents); // shown, not checked by the user
     for (int row = 0; row < ui->chartEvents->count(); ++row) {
         QListWidgetItem* item = ui->chartEvents->item(row);
-        item->setIcon(QIcon(lines_.sampleOf(eventOf(*item))));
+        const QPixmap sample = lines_.sampleOf(eventOf(*item));
+        item->setData(Qt::DecorationRole, sample.isNull() ? QVariant() : QIcon(sample)); // no empty place
     }
 }
 

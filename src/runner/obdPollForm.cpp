@@ -9,11 +9,16 @@
 #include "runner/ui_obdPollForm.h"
 
 #include <QHeaderView>
+#include <QTimer>
 
-#include <cmath>
 #include <utility>
 
 namespace zint {
+namespace {
+
+constexpr const char* section = "Poll Data"; // of the settings
+
+} // namespace
 
 obdPollForm::obdPollForm(ToolContext& context)
     : toolForm(context, "docpldat2"), ui(std::make_unique<Ui::obdPollForm>()),
@@ -24,7 +29,6 @@ obdPollForm::obdPollForm(ToolContext& context)
                .ticker = ticker_,
                .clock = clock_,
                .prompts = prompts(),
-               .dialogs = CommonDialog1,
                .values = context.values,
                .kept = kept_,
                .dateText = dateText},
@@ -38,13 +42,24 @@ obdPollForm::obdPollForm(ToolContext& context)
     connectActions();
     poller_.onChanged = [this] { paint(); };
     setUpCommonControls();
+    restoreRefresh();
     gate().run([this] { poller_.load(); });
     ui->obdGrid->resizeColumnsToContents();
 }
 
 obdPollForm::~obdPollForm() = default;
 
-void obdPollForm::Form_Unload() { poller_.unload(); }
+void obdPollForm::Form_Unload()
+{
+    poller_.unload();
+    context().settings.save(section, "scnUpdate", poller_.panel().scnUpdate.text);
+}
+
+void obdPollForm::restoreRefresh()
+{
+    if (const std::string stored = context().settings.get(section, "scnUpdate"); !stored.empty())
+        poller_.setRefresh(stored);
+}
 
 bool obdPollForm::printOn(QPrinter& printer)
 {
@@ -88,43 +103,69 @@ void obdPollForm::setUpChart()
 
 void obdPollForm::connectActions()
 {
+    using Kind = RunFiles::Kind;
+    using Name = RunFiles::Name;
     const auto forward = [this](QAction* action, void (Poller::*operation)()) {
         connect(action, &QAction::triggered, this,
                 [this, operation] { gate().run([this, operation] { (poller_.*operation)(); }); });
     };
+    const auto saves = [this](QAction* action, Kind kind, Name name) {
+        connect(action, &QAction::triggered, this, [this, kind, name] { save(kind, name); });
+    };
     forward(ui->mnuResetVal, &Poller::resetValues);
-    forward(ui->mnuSaveLog, &Poller::saveLog);
-    forward(ui->mnuSaveLogAs, &Poller::saveLogAs);
-    forward(ui->mnuRecover, &Poller::recover);
-    forward(ui->mnuExportLog, &Poller::exportLog);
-    forward(ui->mnuExportLogAs, &Poller::exportLogAs);
-    forward(ui->mnuDebugLog, &Poller::debugLog);
+    forward(ui->mnuLoadLog, &Poller::loadLog);
+    saves(ui->mnuSaveLog, Kind::log, Name::usual);
+    saves(ui->mnuSaveLogAs, Kind::log, Name::asked);
+    saves(ui->mnuExportLog, Kind::table, Name::usual);
+    saves(ui->mnuExportLogAs, Kind::table, Name::asked);
+    saves(ui->mnuDebugLog, Kind::dump, Name::asked);
+    connect(ui->mnuRecover, &QAction::triggered, this,
+            [this] { ask([this] { poller_.recover(CommonDialog1); }); });
     forward(ui->mnuComStart, &Poller::pressStart);
     connect(ui->comStart, &QPushButton::clicked, ui->mnuComStart, &QAction::trigger);
     onTrigger(ui->mnuDesigner, &obdPollForm::mnuDesigner_Click);
     ui->mnuDesigner->setEnabled(context().goDesigning != nullptr);
-    connect(ui->textSampleCnt, &QLineEdit::textEdited, this,
-            [this](const QString& text) { poller_.setMaxLoops(fromQt(text)); });
-    connect(ui->scnUpdate, &QLineEdit::textEdited, this,
-            [this](const QString& text) { poller_.setRefresh(fromQt(text)); });
+    const auto takes = [this](QLineEdit* box, void (Poller::*take)(const std::string&)) {
+        connect(box, &QLineEdit::textEdited, this, [this, take](const QString& text) {
+            gate().run([this, take, typed = fromQt(text)] { (poller_.*take)(typed); });
+        });
+    };
+    takes(ui->textSampleCnt, &Poller::setMaxLoops);
+    takes(ui->timeLimit, &Poller::setTimeLimit);
+    takes(ui->scnUpdate, &Poller::setRefresh);
+}
+
+/// Polling goes on while the user chooses a file or reads why it can't be written.
+void obdPollForm::save(RunFiles::Kind kind, RunFiles::Name name)
+{
+    ask([this, kind, name] {
+        const std::string path = poller_.chooseFile(kind, name, CommonDialog1);
+        gate().run([this, kind, path] {
+            const std::string failure = poller_.save(kind, path);
+            if (!failure.empty())
+                QTimer::singleShot(0, this, [this, failure] { ask([&] { prompts().message(failure); }); });
+        });
+    });
 }
 
 void obdPollForm::paint()
 {
     const PollPanel& p = poller_.panel();
     display(*ui->titleLab, p.titleLab);
-    display(*ui->statusBox, p.statusBox);
+    display(*ui->statusBox, p.statusBox + p.keepFailure);
+    display(*ui->lengthHint, p.lengthHint);
     display(*ui->statLab1, p.statLab1);
     display(*ui->labelStats, p.labelStats);
-    for (const auto& [box, shown] :
-         {std::pair{ui->textSampleCnt, p.textSampleCnt}, {ui->scnUpdate, p.scnUpdate}}) {
-        if (const QString text = toQt(shown.text); box->text() != text)
-            box->setText(text);
-        box->setEnabled(shown.enabled);
+    for (const auto& [box, shown] : {std::pair{ui->textSampleCnt, &p.textSampleCnt},
+                                     {ui->timeLimit, &p.timeLimit},
+                                     {ui->scnUpdate, &p.scnUpdate}}) {
+        display(*box, shown->text);
+        box->setEnabled(shown->enabled);
     }
-    display(*ui->comStart, {.caption = p.comStart});
-    ui->comStart->setIcon(QIcon::fromTheme(poller_.isPolling() ? QStringLiteral("media-playback-stop")
-                                                               : QStringLiteral("media-playback-start")));
+    display(*ui->comStart, {.caption = p.comStart},
+            poller_.isPolling() ? "media-playback-stop" : "media-playback-start");
+    if (const QKeySequence key(Qt::ALT | Qt::Key_S); ui->comStart->shortcut() != key)
+        ui->comStart->setShortcut(key); // which a caption without a mark takes away
     display(*ui->ProgressBar1, p.ProgressBar1);
     grid_->refresh(p.obdGrid);
     if (chart_ != nullptr)

@@ -34,6 +34,8 @@ private:
     void setUpToolbar();
     void setUpChart();
     void connectActions();
+    void restoreRefresh();
+    void save(RunFiles::Kind kind, RunFiles::Name name);
     void paint();
 
     std::unique_ptr<Ui::obdPollForm> ui;

@@ -31,19 +31,21 @@ struct PollPanel {
         bool minimumIsNew = false; ///< differs from what the last refresh showed
         bool maximumIsNew = false;
         Shade shade = Shade::usual;
-        std::string
-            toolTip; ///< good replies per second of this run, and the bad ones; empty before the first
+        std::string toolTip; ///< good and bad replies, and the rate of this run; empty before the first
     };
 
     std::string titleLab;
     std::string statusBox = "Ready";
+    std::string keepFailure; ///< why the run's samples are not kept, to stand behind the status; mostly empty
     std::string statLab1 = "0 Loops, 0 Events, 0 sec, 0 Events/s";
     std::string labelStats = LinkCounters::initialText;
     TextBox textSampleCnt{.text = "1000"};
+    TextBox timeLimit;               ///< seconds; empty: none
     TextBox scnUpdate{.text = "10"}; ///< seconds
+    std::string lengthHint;          ///< how long a run takes, or why it has ended
     std::string comStart = "&Start Polling";
     std::vector<Row> obdGrid;
-    ProgressBar ProgressBar1; ///< of the loops
+    ProgressBar ProgressBar1; ///< of the loops or the time, whatever ends first
 };
 
 } // namespace zint

@@ -1,14 +1,13 @@
 #include "runner/poller.h"
 
-#include "catalogue/conversion.h"
 #include "runner/pollReply.h"
+#include "runner/pollTexts.h"
 #include "shared/fileError.h"
 #include "shared/module1.h"
-#include "shared/runTimeError.h"
 
-#include <array>
-#include <charconv>
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <new>
 #include <optional>
 #include <utility>
@@ -22,48 +21,8 @@ constexpr std::int64_t usualRefresh = 10;
 constexpr double longestRefresh = 3600;
 constexpr std::int64_t countedRequest = 5; // as "010C" and its end, whatever a request's length
 constexpr std::chrono::milliseconds tickInterval{500};
-constexpr double whole = 100; // percent
-
-/// The number in a text box as a whole one, or its usual value when it is out of range; nothing when it holds
-/// no number.
-std::optional<std::int64_t> numberIn(const std::string& text, double largest, std::int64_t usual)
-{
-    const auto start = text.find_first_not_of(" +");
-    if (start == std::string::npos)
-        return std::nullopt;
-    const std::string digits = text.substr(start, text.find_last_not_of(' ') + 1 - start);
-    double number = 0;
-    const char* const end = digits.data() + digits.size();
-    const auto [read, error] = std::from_chars(digits.data(), end, number);
-    if (read != end || error == std::errc::invalid_argument)
-        return std::nullopt;
-    const double rounded = std::nearbyint(number);
-    return error == std::errc() && rounded >= 1 && rounded <= largest ? static_cast<std::int64_t>(rounded)
-                                                                      : usual;
-}
-
-/// The adapter's time-out command for a sample speed in ms; empty for those that it has by itself.
-std::string timeoutCommand(int sampleSpeed)
-{
-    if (sampleSpeed == Design::defaultSpeed || sampleSpeed == Design::automaticSpeed)
-        return {};
-    constexpr double unit = 4; // ms
-    const double units = sampleSpeed / unit;
-    std::array<char, 8> digits{};
-    const char* const end =
-        std::to_chars(digits.data(), digits.data() + digits.size(), std::lrint(units), 16).ptr;
-    return (units < 16 ? "ATST 0" : "ATST ") + upperCase(std::string_view(digits.data(), end));
-}
-
-/// A value that a conversion can't take is told as such: one odd reply is no reason to show nothing.
-std::string shown(std::int32_t conversion, std::int32_t raw)
-{
-    try {
-        return displayText(conversion, raw);
-    } catch (const RunTimeError& error) {
-        return error.what();
-    }
-}
+constexpr double whole = 100;                                                 // percent
+constexpr std::int64_t withoutEnd = std::numeric_limits<std::int64_t>::max(); // loops
 
 std::string keepFailureText(const FileError& error)
 {
@@ -74,11 +33,12 @@ std::string keepFailureText(const FileError& error)
 
 Poller::Poller(Surroundings surroundings, const ConnectionChoice& choice, const Design& design)
     : around_(std::move(surroundings)), design_(design), link_(around_.port, around_.timer, choice, *this),
-      files_({around_.prompts, around_.dialogs, around_.values, around_.dateText,
-              [this](const std::string& status) {
-                  panel_.statusBox = status;
-                  changed();
-              }})
+      samples_(around_.mostRecords), files_({around_.prompts, around_.values, around_.dateText,
+                                             [this](const std::string& status) {
+                                                 panel_.statusBox = status;
+                                                 changed();
+                                             }}),
+      pace_(design, toInteger(choice.speed))
 {
     around_.ticker.onTick = [this] { tick(); };
     around_.ticker.setInterval(tickInterval);
@@ -117,18 +77,28 @@ std::string Poller::completedStatus()
     return link_.status();
 }
 
-void Poller::start()
+/// Whether there is nothing against a start; the user is told what there is.
+bool Poller::mayStart()
 {
-    if (samplesFull_) {
+    const std::string& limit = panel_.timeLimit.text;
+    if (samplesFull_)
         around_.prompts.message("All samples filled, reset values before polling again");
-        return;
-    }
-    if (!isEverDue(design_)) {
+    else if (!isEverDue(design_))
         around_.prompts.message(
             "The design has no event to poll. Open the Polling Designer and give events a "
             "poll frequency, or open a design there.");
+    else if (limit.find_first_not_of(' ') != std::string::npos && !timeLimitIn(limit))
+        around_.prompts.message("\"" + limit +
+                                "\" is no time limit. Give 1 to 86400 seconds, or leave the box empty.");
+    else
+        return true;
+    return false;
+}
+
+void Poller::start()
+{
+    if (!mayStart())
         return;
-    }
     if (!link_.open()) {
         panel_.statusBox = link_.status();
         panel_.labelStats = link_.counterLine();
@@ -136,37 +106,50 @@ void Poller::start()
         return;
     }
     pollActive_ = true;
+    isComplete_ = false;
+    state_ = State::commands;
     panel_.comStart = "Stop Polling";
     panel_.labelStats = link_.counterLine();
     setStatus(" Opening...");
-    refreshSecs_ = numberIn(panel_.scnUpdate.text, longestRefresh, usualRefresh).value_or(refreshSecs_);
-    panel_.scnUpdate = {.text = std::to_string(refreshSecs_), .enabled = false};
-    panel_.textSampleCnt.enabled = false;
-    pollStart_ = around_.clock.monotonic();
-    pollDate_ = around_.clock.wall();
+    takeBoxes();
+    pollStart_ = now();
+    watch_ = ReplyWatch(pollStart_.ticks);
     eventsDone_ = 0;
-    if (samples_.isEmpty()) {
+    if (samples_.isEmpty())
         firstPollStart_ = pollStart_;
-        firstPollDate_ = pollDate_;
-    }
-    loopsBefore_ = loopCount_;
     samplesBefore_.clear();
     for (const EventTotals& event : samples_.events())
         samplesBefore_.push_back(event.sampleCount);
-    nextRefresh_ = pollStart_ + std::chrono::seconds(refreshSecs_);
+    nextRefresh_ = pollStart_.ticks + std::chrono::seconds(refreshSecs_);
     keepRun();
+    showLength();
     around_.ticker.setEnabled(true);
     changed();
 }
 
-/// Lets what is sampled from now on be kept, or remembers why it can't be.
+/// What was typed counts from now on, and stays until the run is over.
+void Poller::takeBoxes()
+{
+    refreshSecs_ = numberIn(panel_.scnUpdate.text, longestRefresh, usualRefresh).value_or(refreshSecs_);
+    panel_.scnUpdate.text = std::to_string(refreshSecs_);
+    timeLimit_ = timeLimitIn(panel_.timeLimit.text);
+    enableBoxes(false);
+}
+
+void Poller::enableBoxes(bool enabled)
+{
+    for (PollPanel::TextBox* box : {&panel_.textSampleCnt, &panel_.timeLimit, &panel_.scnUpdate})
+        box->enabled = enabled;
+}
+
+/// Lets what is sampled from now on be kept, or tells why it can't be.
 void Poller::keepRun()
 {
-    keepFailure_.clear();
+    panel_.keepFailure.clear();
     try {
-        around_.kept.begin(design_, samples_, firstPollDate_);
+        around_.kept.begin(design_, samples_, firstPollStart_.date);
     } catch (const FileError& error) {
-        keepFailure_ = keepFailureText(error);
+        panel_.keepFailure = keepFailureText(error);
     }
 }
 
@@ -175,10 +158,11 @@ void Poller::stop(const std::string& status)
     around_.ticker.setEnabled(false);
     pollActive_ = false;
     panel_.comStart = "Start Polling";
-    panel_.scnUpdate.enabled = true;
-    panel_.textSampleCnt.enabled = true;
+    enableBoxes(true);
     link_.close();
+    measure();
     refresh();
+    showLength();
     panel_.ProgressBar1.text.clear();
     panel_.statusBox = status;
     flushKept();
@@ -193,8 +177,13 @@ bool Poller::isSaved() const { return !samples_.isEmpty() && samples_.size() == 
 void Poller::tick()
 {
     flushKept();
-    estimateTimeLeft();
+    measure();
+    showProgress();
+    showLength();
+    showHint();
     changed();
+    if (isTimeUp())
+        complete(completedStatus());
 }
 
 void Poller::flushKept()
@@ -202,16 +191,72 @@ void Poller::flushKept()
     try {
         around_.kept.flush();
     } catch (const FileError& error) { // the run is worth more than its copy
-        panel_.statusBox += keepFailureText(error);
+        panel_.keepFailure = keepFailureText(error);
     }
 }
 
-void Poller::estimateTimeLeft()
+bool Poller::isTimeUp() const
 {
-    const std::int64_t loops = loopCount_ - loopsBefore_;
-    const std::int64_t seconds = secondsSince(pollStart_);
-    panel_.ProgressBar1.text =
-        loops < 1 || seconds < 1 ? "" : timeLeftText((maxLoops_ - loopCount_) * seconds / loops);
+    return timeLimit_ && around_.clock.monotonic() - pollStart_.ticks >= *timeLimit_;
+}
+
+void Poller::measure() { pace_.measure(around_.clock.monotonic(), eventsDone_); }
+
+/// Tells how long the run goes on: up to its last request, or as long as its time limit lets it.
+void Poller::showProgress()
+{
+    std::optional<double> left; // seconds
+    if (maxLoops_ != withoutEnd)
+        left = pace_.secondsLeft(turn_, maxLoops_);
+    panel_.ProgressBar1.value = loopsPercent();
+    if (timeLimit_) {
+        const auto all = static_cast<double>(timeLimit_->count());
+        const std::chrono::duration<double> spent = around_.clock.monotonic() - pollStart_.ticks;
+        const double part = std::min(spent.count() / all, 1.0);
+        left = std::min(left.value_or(all), all - part * all);
+        panel_.ProgressBar1.value = std::max(panel_.ProgressBar1.value, part * whole);
+    }
+    panel_.ProgressBar1.text = left ? timeLeftText(static_cast<std::int64_t>(std::ceil(*left))) : "";
+}
+
+double Poller::loopsPercent() const
+{
+    return samplesFull_ ? whole : static_cast<double>(loopCount_) * whole / static_cast<double>(maxLoops_);
+}
+
+/// Tells beside the boxes how long a run of the loops that are typed takes, or why the last one has ended.
+void Poller::showLength()
+{
+    const std::int64_t loops = numberIn(panel_.textSampleCnt.text, mostLoops, usualLoops).value_or(maxLoops_);
+    const std::string measured = pace_.measuredText(loops);
+    if (samplesFull_ && loops == maxLoops_)
+        panel_.lengthHint = "Ended after " + std::to_string(loops) +
+                            " loops. For longer runs raise Max Poll Loops, then New Poll." +
+                            (measured.empty() ? "" : " Measured: " + measured + ".");
+    else if (isComplete_ && timeLimit_)
+        panel_.lengthHint =
+            "Ended after " + durationText(timeLimit_->count()) + ", the time limit. Start Polling goes on.";
+    else
+        panel_.lengthHint = pace_.lengthText(loops);
+}
+
+/// Says behind the status what the replies tell. What was said of something else stays, unless there is a
+/// new concern.
+void Poller::showHint()
+{
+    const auto time = around_.clock.monotonic();
+    const ReplyWatch::Concern concern = watch_.concern(time);
+    std::string hint = watch_.text(time);
+    if (hint.empty() && state_ == State::polling && !showsValues_ && time < nextRefresh_)
+        hint = "first values in " +
+               std::to_string(std::chrono::ceil<std::chrono::seconds>(nextRefresh_ - time).count()) + " s";
+    if (!hint.empty())
+        hint.insert(0, " - ");
+    const bool isOurs = panel_.statusBox == link_.status() + hint_;
+    const bool isNews = concern != std::exchange(concern_, concern) && concern != ReplyWatch::Concern::none;
+    hint_ = std::move(hint);
+    if (isOurs || isNews)
+        panel_.statusBox = link_.status() + hint_;
 }
 
 void Poller::linkReset()
@@ -220,6 +265,7 @@ void Poller::linkReset()
     if (const std::string command = timeoutCommand(design_.sampleSpeed); !command.empty())
         initQueue_ += (initQueue_.empty() ? "" : ";") + command;
     state_ = initQueue_.empty() ? State::firstRequest : State::commands;
+    heard();
     setStatus(initQueue_.empty() ? " Init" : " " + initQueue_);
     changed();
 }
@@ -230,21 +276,37 @@ void Poller::linkReply(std::string_view reply) { proceed(reply); }
 
 void Poller::proceed(std::string_view reply)
 {
+    heard();
     switch (state_) {
     case State::commands:
         sendCommand();
         break;
     case State::firstRequest:
-        state_ = State::polling;
-        turn_ = {.loop = loopCount_, .event = 0}; // due or not
-        link_.send(design_.events()[turn_.event].code);
-        setStatus(" Polling" + keepFailure_);
-        changed();
+        sendFirstRequest();
         break;
     case State::polling:
         takeReply(reply);
         break;
     }
+}
+
+/// Something was answered.
+void Poller::heard()
+{
+    if (state_ != State::polling)
+        watch_.hear(around_.clock.monotonic());
+    if (onReply)
+        onReply();
+}
+
+void Poller::sendFirstRequest()
+{
+    state_ = State::polling;
+    turn_ = {.loop = loopCount_, .event = 0}; // due or not
+    link_.send(design_.events()[turn_.event].code);
+    pace_.begin(around_.clock.monotonic());
+    setStatus(" Polling");
+    changed();
 }
 
 void Poller::sendCommand()
@@ -263,6 +325,7 @@ void Poller::takeReply(std::string_view reply)
     ++eventsDone_;
     requestNext();
     const auto value = pollValue(reply);
+    watch_.take(design_.events()[answered].code, reply, value.has_value(), around_.clock.monotonic());
     if (!value) {
         link_.countError();
         samples_.addError(answered);
@@ -292,11 +355,12 @@ void Poller::requestNext()
     if (samplesFull_)
         return;
     link_.send(design_.events()[turn_.event].code, countedRequest);
-    const auto now = around_.clock.monotonic();
-    if (now > nextRefresh_) {
+    const auto time = around_.clock.monotonic();
+    if (time > nextRefresh_) {
+        nextRefresh_ = time + std::chrono::seconds(refreshSecs_);
         refresh();
+        showHint();
         changed();
-        nextRefresh_ = now + std::chrono::seconds(refreshSecs_);
     }
 }
 
@@ -304,14 +368,25 @@ void Poller::reachLoop(std::int64_t loop)
 {
     loopCount_ = loop;
     samplesFull_ = loop >= maxLoops_;
-    panel_.ProgressBar1.value =
-        samplesFull_ ? whole : static_cast<double>(loop) * whole / static_cast<double>(maxLoops_);
+    panel_.ProgressBar1.value = loopsPercent();
 }
 
 void Poller::linkReceived()
 {
-    if (samplesFull_ && pollActive_)
-        stop("Completed Polling, all samples filled");
+    if (!pollActive_)
+        return;
+    if (samplesFull_)
+        complete("Completed Polling, all samples filled");
+    else if (isTimeUp())
+        complete(completedStatus());
+}
+
+/// Stops because the run has come to its end.
+void Poller::complete(const std::string& status)
+{
+    isComplete_ = true;
+    panel_.ProgressBar1.value = whole;
+    stop(status);
 }
 
 void Poller::linkEvent(int event)
@@ -324,73 +399,76 @@ void Poller::linkEvent(int event)
 void Poller::linkTimedOut()
 {
     around_.prompts.message(std::string(AdapterLink::notRespondingText));
-    around_.values.lastFailureText = AdapterLink::timeoutText;
     if (pollActive_)
         stop(completedStatus());
 }
 
 void Poller::linkLost() { stop(link_.status()); }
 
+void Poller::setMaxLoops(const std::string& text)
+{
+    panel_.textSampleCnt.text = text;
+    showLength();
+    changed();
+}
+
+void Poller::limitByTime(std::chrono::seconds limit)
+{
+    maxLoops_ = withoutEnd;
+    setTimeLimit(std::to_string(limit.count()));
+}
+
 void Poller::resetValues()
 {
     maxLoops_ = numberIn(panel_.textSampleCnt.text, mostLoops, usualLoops).value_or(maxLoops_);
     panel_.textSampleCnt.text = std::to_string(maxLoops_);
-    around_.kept.leave();
+    panel_.statusBox =
+        leaveRun() ? "Values reset. The unsaved run is under Recover Unsaved Run..." : "Values reset.";
     samples_.reset(design_);
     samplesBefore_.assign(samples_.events().size(), 0);
-    loopCount_ = loopsBefore_ = turn_.loop = 0;
+    loopCount_ = turn_.loop = 0;
     eventsDone_ = 0;
     savedSize_ = 0;
-    samplesFull_ = false;
-    pollStart_ = around_.clock.monotonic();
-    pollDate_ = around_.clock.wall();
+    samplesFull_ = isComplete_ = showsValues_ = false;
+    pollStart_ = now();
+    pace_.begin(pollStart_.ticks);
     panel_.ProgressBar1 = {};
     files_.forgetNames();
-    if (pollActive_) {
+    if (pollActive_)
         keepRun();
-        panel_.statusBox += keepFailure_;
-    } else {
+    else
         firstPollStart_ = pollStart_;
-        firstPollDate_ = pollDate_;
-    }
     refresh();
+    showLength();
+    changed();
+}
+
+/// Another run takes the place of the present one. @return whether this one can be recovered
+bool Poller::leaveRun()
+{
+    flushKept();
+    const bool isKept = around_.kept.isKeeping() && !samples_.isEmpty() && !isSaved();
+    isSaved() ? around_.kept.forget() : around_.kept.leave();
+    panel_.keepFailure.clear();
+    return isKept;
+}
+
+void Poller::loadLog()
+{
+    panel_.statusBox = "Loading is not in this version; zint-obd export turns a log into a table";
     changed();
 }
 
 void Poller::refresh()
 {
-    for (std::size_t event = 0; event < panel_.obdGrid.size(); ++event)
-        refreshRow(event);
-    writeSummary();
-}
-
-void Poller::refreshRow(std::size_t event)
-{
-    const EventTotals& totals = samples_.events()[event];
-    const std::int32_t conversion = design_.events()[event].conversion;
-    PollPanel::Row& row = panel_.obdGrid[event];
-    const auto showExtreme = [conversion](std::string& cell, bool& isNew, std::int32_t raw) {
-        std::string text = shown(conversion, raw);
-        isNew = text != cell;
-        cell = std::move(text);
-    };
-    using Shade = PollPanel::Shade;
-    if (totals.errorFlag)
-        row.shade = Shade::error;
-    else if (totals.current == totals.maximum && totals.current == totals.minimum)
-        row.shade = Shade::constant;
-    else
-        row.shade = Shade::usual;
-    row.value = shown(conversion, totals.current);
-    row.samples = std::to_string(totals.sampleCount);
-    showExtreme(row.minimum, row.minimumIsNew, totals.minimum);
-    showExtreme(row.maximum, row.maximumIsNew, totals.maximum);
     const std::int64_t seconds = secondsSince(pollStart_);
-    const std::int32_t sampled = totals.sampleCount - samplesBefore_.at(event);
-    row.toolTip = sampled > 0 && seconds > 0 ? rateText(sampled, seconds) + " samples/s" : "";
-    if (totals.errorCount > 0)
-        row.toolTip += (row.toolTip.empty() ? "" : ", ") + std::to_string(totals.errorCount) +
-                       (totals.errorCount == 1 ? " bad reply" : " bad replies");
+    for (std::size_t event = 0; event < panel_.obdGrid.size(); ++event) {
+        const EventTotals& totals = samples_.events()[event];
+        showValues(panel_.obdGrid[event], totals, design_.events()[event].conversion);
+        panel_.obdGrid[event].toolTip = repliesText(totals, samplesBefore_.at(event), seconds);
+    }
+    showsValues_ = !samples_.isEmpty();
+    writeSummary();
 }
 
 void Poller::writeSummary()
@@ -405,29 +483,29 @@ void Poller::writeSummary()
                            rateText(eventsDone_, seconds) + " Ev/s";
 }
 
-double Poller::now() const
+std::int64_t Poller::secondsSince(const Moment& moment) const
 {
-    return std::chrono::duration<double>(around_.clock.monotonic() - firstPollStart_).count();
+    return std::chrono::duration_cast<std::chrono::seconds>(around_.clock.monotonic() - moment.ticks).count();
 }
 
-std::int64_t Poller::secondsSince(std::chrono::microseconds moment) const
+std::string Poller::save(RunFiles::Kind kind, const std::string& path)
 {
-    return std::chrono::duration_cast<std::chrono::seconds>(around_.clock.monotonic() - moment).count();
-}
-
-void Poller::saveLog(RunFiles::Name name)
-{
-    if (!files_.saveLog(run(), name))
-        return;
-    savedSize_ = samples_.size();
-    if (!pollActive_) // what a run that is on brings is not saved yet
-        around_.kept.forget();
+    if (path.empty())
+        return {};
+    const RunFiles::Result result = files_.save(run(), kind, path);
+    if (result.isWritten && kind == RunFiles::Kind::log) {
+        savedSize_ = samples_.size();
+        if (!pollActive_) // what a run that is on brings is not saved yet
+            around_.kept.forget();
+    }
+    return result.failure;
 }
 
 void Poller::setStatus(std::string_view words)
 {
     link_.setStatus(words);
     panel_.statusBox = link_.status();
+    hint_.clear();
 }
 
 void Poller::changed() const

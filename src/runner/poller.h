@@ -4,11 +4,12 @@
 #include "link/adapterLink.h"
 #include "runner/keptRuns.h"
 #include "runner/pollPanel.h"
+#include "runner/replyWatch.h"
 #include "runner/runFiles.h"
+#include "runner/runPace.h"
 #include "runner/sampleStore.h"
 #include "runner/schedule.h"
 #include "shared/clock.h"
-#include "shared/fileDialogs.h"
 #include "shared/programValues.h"
 #include "shared/prompts.h"
 
@@ -16,6 +17,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,10 +38,10 @@ public:
         Timer& ticker; ///< ticks while a run is on: hands samples to the system, shows progress
         const Clock& clock;
         Prompts& prompts;
-        FileDialogs& dialogs;
         ProgramValues& values;
         KeptRuns& kept;
         std::function<std::string(std::chrono::system_clock::time_point)> dateText;
+        std::size_t mostRecords = SampleStore::mostRecords; ///< that the store has room for
     };
 
     /// @param design outlives the poller and stays as it is
@@ -49,36 +51,56 @@ public:
     void unload(); ///< the window goes away: closes the port; an unsaved run stays kept
 
     void pressStart(); ///< starts polling, or stops it
-    /// The texts of two boxes: what is typed counts at the next reset, and at the next start.
-    void setMaxLoops(const std::string& text) { panel_.textSampleCnt.text = text; }
+    /// The texts of three boxes: what is typed counts at the next reset, and at the next start.
+    void setMaxLoops(const std::string& text);
+    void setTimeLimit(const std::string& text) { panel_.timeLimit.text = text; }
     void setRefresh(const std::string& text) { panel_.scnUpdate.text = text; }
 
-    void resetValues(); ///< empties the store; a run that is on goes on
+    /// Lets runs end by time alone, up to the next reset.
+    void limitByTime(std::chrono::seconds limit);
 
-    void saveLog() { saveLog(RunFiles::Name::usual); }
-    void saveLogAs() { saveLog(RunFiles::Name::asked); }
-    void exportLog() { files_.saveExport(run(), RunFiles::Name::usual); }
-    void exportLogAs() { files_.saveExport(run(), RunFiles::Name::asked); }
-    void debugLog() { files_.saveDebugDump(run()); }
-    void recover() { files_.recover(around_.kept); }
+    void resetValues(); ///< empties the store; a run that is on goes on
+    void loadLog();     ///< says that there is no way back from a log yet
+
+    /// Writing is two steps, so that polling goes on while the user is asked. @return an empty path when the
+    /// user cancels
+    std::string chooseFile(RunFiles::Kind kind, RunFiles::Name name, FileDialogs& dialogs) const
+    {
+        return files_.choose(kind, name, dialogs);
+    }
+    /// @return why it could not be written, to be told; else empty
+    std::string save(RunFiles::Kind kind, const std::string& path);
+    void recover(FileDialogs& dialogs) { files_.recover(around_.kept, dialogs); }
 
     bool isPolling() const { return pollActive_; }
+
+    /// Whether the last run has come to its end: all loops or all of its time.
+    bool isComplete() const { return isComplete_; }
+
+    /// Whether several replies running did not match their requests in the last run.
+    bool sawMismatch() const { return watch_.sawMismatch(); }
+
+    std::int64_t loopCount() const { return loopCount_; } ///< since the last reset
     const SampleStore& samples() const { return samples_; }
     const PollPanel& panel() const { return panel_; }
 
     /// "NO DATA" replies since the window was opened.
     std::int64_t noDataCount() const { return noDataCount_; }
 
-    /// Seconds since the first start of polling, as samples count them.
-    double now() const;
+    std::chrono::system_clock::time_point firstStart() const { return firstPollStart_.date; }
+    std::chrono::system_clock::time_point lastStart() const { return pollStart_.date; }
 
-    std::chrono::system_clock::time_point firstStart() const { return firstPollDate_; }
-    std::chrono::system_clock::time_point lastStart() const { return pollDate_; }
     std::function<void()> onChanged; ///< called when the panel may have changed; not for each reply
+    std::function<void()> onReply;   ///< called for each complete reply, those to commands included
 
 private:
     /// What is sent once the adapter is reset.
     enum class State { commands, firstRequest, polling };
+
+    struct Moment {
+        std::chrono::microseconds ticks{}; ///< of the clock that only goes on
+        std::chrono::system_clock::time_point date;
+    };
 
     void linkReset() override;
     void linkReady() override;
@@ -88,26 +110,37 @@ private:
     void linkTimedOut() override;
     void linkLost() override;
 
+    bool mayStart();
     void start();
+    void takeBoxes();
+    void enableBoxes(bool enabled);
     void stop(const std::string& status);
+    void complete(const std::string& status);
     std::string completedStatus();
     void keepRun();
+    bool leaveRun();
     void flushKept();
     void tick();
     void proceed(std::string_view reply);
+    void heard();
     void sendCommand();
+    void sendFirstRequest();
     void takeReply(std::string_view reply);
     void requestNext();
     void reachLoop(std::int64_t loop);
     void refresh();
-    void refreshRow(std::size_t event);
     void writeSummary();
-    void estimateTimeLeft();
-    std::int64_t secondsSince(std::chrono::microseconds moment) const;
+    void showHint();
+    void measure();
+    void showProgress();
+    double loopsPercent() const;
+    void showLength();
+    bool isTimeUp() const;
+    Moment now() const { return {around_.clock.monotonic(), around_.clock.wall()}; }
+    std::int64_t secondsSince(const Moment& moment) const;
 
     bool isSaved() const;
-    void saveLog(RunFiles::Name name);
-    RunFiles::Run run() const { return {design_, samples_, firstPollDate_}; }
+    RunFiles::Run run() const { return {design_, samples_, firstPollStart_.date}; }
 
     void setStatus(std::string_view words);
     void changed() const;
@@ -118,26 +151,29 @@ private:
     SampleStore samples_;
     PollPanel panel_;
     RunFiles files_;
+    ReplyWatch watch_;
+    RunPace pace_;
 
     State state_ = State::commands;
     bool pollActive_ = false;
     bool samplesFull_ = false; ///< the last loop has been reached; the values must be reset first
+    bool isComplete_ = false;
     std::int64_t maxLoops_ = 1000;
     std::int64_t refreshSecs_ = 10;
+    std::optional<std::chrono::seconds> timeLimit_;
     std::int64_t loopCount_ = 0; ///< since the last reset
     std::int64_t eventsDone_ = 0;
     std::int64_t noDataCount_ = 0;
-    Turn turn_;               ///< of the request that is outstanding
-    std::string initQueue_;   ///< commands still to be sent, separated by ";"
-    std::string keepFailure_; ///< why this run is not kept; empty while it is
+    Turn turn_;                                               ///< of the request that is outstanding
+    std::string initQueue_;                                   ///< commands still to be sent, separated by ";"
+    std::string hint_;                                        ///< what stands behind the status words
+    ReplyWatch::Concern concern_ = ReplyWatch::Concern::none; ///< as hint_ tells it
 
-    std::chrono::microseconds pollStart_{};
-    std::chrono::system_clock::time_point pollDate_; ///< the same moment
-    std::chrono::microseconds firstPollStart_{};
-    std::chrono::system_clock::time_point firstPollDate_; ///< the same moment
+    Moment pollStart_;
+    Moment firstPollStart_;
     std::chrono::microseconds nextRefresh_{};
+    bool showsValues_ = false;                ///< there has been a refresh with samples since the reset
     std::size_t savedSize_ = 0;               ///< of the store when it was last saved as a log
-    std::int64_t loopsBefore_ = 0;            ///< of earlier starts
     std::vector<std::int32_t> samplesBefore_; ///< by event, of earlier starts
 };
 

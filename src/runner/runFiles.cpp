@@ -4,44 +4,65 @@
 #include "shared/module1.h"
 #include "shared/textFile.h"
 
+#include <optional>
 #include <vector>
 
 namespace zint {
 namespace {
 
-const FileKinds logKinds{.extension = "log",
-                         .filter = "Zint log files (*.log)|*.log|" + textFileKinds.filter};
-constexpr RememberedFile logFile{&ProgramValues::parmLog, &ProgramValues::parmLogFile};
-constexpr RememberedFile exportFile{&ProgramValues::parmExport, &ProgramValues::parmExportFile};
+struct KindFacts {
+    const char* word;   ///< for the status of one that is written
+    const char* failed; ///< and of one that can't be
+    FileKinds files;
+    std::string ProgramValues::*path; ///< null for what has no name of its own
+    std::string ProgramValues::*name;
+};
+
+const KindFacts& factsOf(RunFiles::Kind kind)
+{
+    static const std::array<KindFacts, 3> facts{{
+        {"log",
+         "log",
+         {.extension = "log", .filter = "Zint log files (*.log)|*.log|" + textFileKinds.filter},
+         &ProgramValues::parmLog,
+         &ProgramValues::parmLogFile},
+        {"export", "export", textFileKinds, &ProgramValues::parmExport, &ProgramValues::parmExportFile},
+        {"debug data", "export", textFileKinds, nullptr, nullptr},
+    }};
+    return facts.at(static_cast<std::size_t>(kind));
+}
 
 } // namespace
 
-bool RunFiles::saveLog(const Run& run, Name name)
+std::string RunFiles::choose(Kind kind, Name name, FileDialogs& dialogs) const
 {
-    return nameFile(logKinds, logFile, isLogNamed_, name) && write(around_.values.parmLog, "log", logOf(run));
+    const KindFacts& facts = factsOf(kind);
+    if (name == Name::usual && isNamed_.at(static_cast<std::size_t>(kind)))
+        return around_.values.*facts.path;
+    const std::string proposed = facts.name != nullptr ? around_.values.*facts.name : std::string();
+    return dialogs.chooseToSave(facts.files, around_.values.parmInitDir, proposed);
 }
 
-void RunFiles::saveExport(const Run& run, Name name)
+RunFiles::Result RunFiles::save(const Run& run, Kind kind, const std::string& path)
 {
-    if (!nameFile(textFileKinds, exportFile, isExportNamed_, name))
+    Result result = write(run, kind, path);
+    if (result.isWritten || kind == Kind::log)
+        remember(kind, path);
+    return result;
+}
+
+void RunFiles::remember(Kind kind, const std::string& path)
+{
+    const KindFacts& facts = factsOf(kind);
+    around_.values.rememberFolderOf(path);
+    if (facts.path == nullptr)
         return;
-    const auto complain = [this](const std::string& text) { around_.prompts.message(text); };
-    write(around_.values.parmExport, "export", [&](std::ostream& stream, Progress& progress) {
-        writeExport(stream, run.design, run.samples, around_.dateText(run.firstStart), complain, progress);
-    });
+    around_.values.*facts.path = path;
+    around_.values.*facts.name = fileNamePart(path);
+    isNamed_.at(static_cast<std::size_t>(kind)) = true;
 }
 
-void RunFiles::saveDebugDump(const Run& run)
-{
-    const std::string path = askToSave(around_.dialogs, around_.values, textFileKinds);
-    if (path.empty())
-        return;
-    write(path, "export", [&run](std::ostream& stream, Progress& progress) {
-        writeDebugDump(stream, run.samples, progress);
-    });
-}
-
-void RunFiles::recover(const KeptRuns& kept)
+void RunFiles::recover(const KeptRuns& kept, FileDialogs& dialogs)
 {
     std::vector<KeptEntry> entries;
     const auto look = [&](Progress& progress) { entries = kept.list(progress); };
@@ -54,43 +75,43 @@ void RunFiles::recover(const KeptRuns& kept)
     const auto load = [&](Progress& progress) { run = KeptRuns::load(*chosen, progress); };
     if (!around_.prompts.runLong("Reading the unsaved run", load))
         return;
-    const std::string path = askToSave(around_.dialogs, around_.values, logKinds);
-    if (!path.empty() && write(path, "log", logOf({run.design, run.samples, run.firstStart})))
+    const std::string path = dialogs.chooseToSave(factsOf(Kind::log).files, around_.values.parmInitDir, {});
+    if (path.empty())
+        return;
+    const Result result = write({run.design, run.samples, run.firstStart}, Kind::log, path);
+    if (result.isWritten) {
+        around_.values.rememberFolderOf(path);
         KeptRuns::remove(*chosen);
+    } else if (!result.failure.empty()) {
+        around_.prompts.message(result.failure);
+    }
 }
 
-bool RunFiles::nameFile(const FileKinds& kinds, RememberedFile file, bool& isNamed, Name name)
+RunFiles::Result RunFiles::write(const Run& run, Kind kind, const std::string& path) const
 {
-    if (isNamed && name == Name::usual)
-        return true;
-    if (!askToSave(around_.dialogs, around_.values, kinds, file))
-        return false;
-    isNamed = true;
-    return true;
-}
-
-RunFiles::Write RunFiles::logOf(const Run& run) const
-{
-    return [this, run](std::ostream& stream, Progress& progress) {
-        writeLog(stream, run.design, run.samples, around_.dateText(run.firstStart), progress);
-    };
-}
-
-/// @param what "log" or "export", for the status. @return whether it was written
-bool RunFiles::write(const std::string& path, const std::string& what, const Write& content)
-{
+    const KindFacts& facts = factsOf(kind);
     const std::string name = fileNamePart(path);
+    const auto content = [&](std::ostream& stream, Progress& progress) {
+        const std::string start = around_.dateText(run.firstStart);
+        if (kind == Kind::log)
+            writeLog(stream, run.design, run.samples, start, progress);
+        else if (kind == Kind::dump)
+            writeDebugDump(stream, run.samples, progress);
+        else
+            writeExport(
+                stream, run.design, run.samples, start,
+                [this](const std::string& text) { around_.prompts.message(text); }, progress);
+    };
     try {
         const bool isWritten = around_.prompts.runLong("Saving " + name, [&](Progress& progress) {
             replaceFile(path, [&](std::ostream& stream) { content(stream, progress); });
         });
-        around_.showStatus(isWritten ? name + " " + what + " saved"
-                                     : "Saving " + what + " to " + name + " was stopped");
-        return isWritten;
+        around_.showStatus(isWritten ? name + " " + facts.word + " saved"
+                                     : std::string("Saving ") + facts.word + " to " + name + " was stopped");
+        return {.isWritten = isWritten};
     } catch (const FileError& error) {
-        around_.showStatus("Error Saving " + what + " to " + name);
-        around_.prompts.message(error.what());
-        return false;
+        around_.showStatus(std::string("Error Saving ") + facts.failed + " to " + name);
+        return {.failure = error.what()};
     }
 }
 

@@ -3,9 +3,11 @@
 #include "catalogue/design.h"
 #include "runner/keptRuns.h"
 #include "runner/sampleStore.h"
-#include "shared/askToSave.h"
+#include "shared/fileDialogs.h"
+#include "shared/programValues.h"
 #include "shared/prompts.h"
 
+#include <array>
 #include <chrono>
 #include <functional>
 #include <ostream>
@@ -16,13 +18,13 @@ namespace zint {
 /// The files that a run is written to when the user asks for it: data log, export and debug dump; and the
 /// way back for a run that was not saved.
 ///
-/// Nothing here throws for a file that can't be written: the status line and a message tell it.
+/// Asking and writing are two steps: a run that is on brings samples while a dialog is open, and none while
+/// it is written. Nothing here throws for a file that can't be written.
 class RunFiles {
 public:
     /// What it asks of its surroundings; all of it outlives this.
     struct Surroundings {
         Prompts& prompts;
-        FileDialogs& dialogs;
         ProgramValues& values;
         std::function<std::string(std::chrono::system_clock::time_point)> dateText;
         std::function<void(const std::string&)> showStatus;
@@ -35,35 +37,41 @@ public:
         std::chrono::system_clock::time_point firstStart;
     };
 
+    enum class Kind { log, table, dump };
+
     enum class Name {
-        usual, ///< the one that the user chose for this run; asks the first time
+        usual, ///< the one that the user chose for this run; asks the first time, and always for a dump
         asked,
     };
 
     explicit RunFiles(Surroundings surroundings) : around_(std::move(surroundings)) {}
 
-    /// Another run begins: the first log and the first export of it ask for their names.
-    void forgetNames() { isLogNamed_ = isExportNamed_ = false; }
+    /// Another run begins: its first log and its first export ask for their names.
+    void forgetNames() { isNamed_ = {}; }
 
-    /// @return whether the log was written
-    bool saveLog(const Run& run, Name name);
-    void saveExport(const Run& run, Name name);
-    void saveDebugDump(const Run& run); ///< always asks for a name
+    /// The path of the file to write; empty when the user cancels. Changes nothing.
+    std::string choose(Kind kind, Name name, FileDialogs& dialogs) const;
+
+    struct Result {
+        bool isWritten = false;
+        std::string failure; ///< why not, for the user; also empty when the user stopped it
+    };
+
+    /// Writes a run, shows the outcome as status and remembers the name. A log's name is remembered even when
+    /// it could not be written, so that the next save tries it again.
+    Result save(const Run& run, Kind kind, const std::string& path);
 
     /// Saves one of the kept runs, which the user chooses, as a log.
-    void recover(const KeptRuns& kept);
+    void recover(const KeptRuns& kept, FileDialogs& dialogs);
 
 private:
-    using Write = std::function<void(std::ostream&, Progress&)>;
+    static constexpr std::size_t kinds = 3;
 
-    /// Makes sure that a file has a name. @return whether it has
-    bool nameFile(const FileKinds& kinds, RememberedFile file, bool& isNamed, Name name);
-    Write logOf(const Run& run) const;
-    bool write(const std::string& path, const std::string& what, const Write& content);
+    void remember(Kind kind, const std::string& path);
+    Result write(const Run& run, Kind kind, const std::string& path) const;
 
     Surroundings around_;
-    bool isLogNamed_ = false; ///< by the user, for the present run
-    bool isExportNamed_ = false;
+    std::array<bool, kinds> isNamed_{}; ///< by the user, for the present run
 };
 
 } // namespace zint

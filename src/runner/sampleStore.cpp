@@ -1,7 +1,6 @@
 #include "runner/sampleStore.h"
 
 #include <algorithm>
-#include <limits>
 #include <new>
 
 namespace zint {
@@ -73,8 +72,8 @@ SampleRecord& SampleStore::at(std::int32_t index)
 
 void SampleStore::makeRoom(std::size_t records)
 {
-    if (size_ + records > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()))
-        throw std::bad_alloc(); // links could not tell them apart
+    if (size_ + records > limit_)
+        throw std::bad_alloc();
     while (size_ + records > blocks_.size() * blockSize)
         blocks_.push_back(std::make_unique<Block>());
 }

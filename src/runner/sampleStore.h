@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <span>
 #include <vector>
@@ -42,6 +43,14 @@ struct EventTotals {
 /// Records stand in blocks that never move, so that growing costs the same at any size.
 class SampleStore {
 public:
+    /// The links could not tell more records apart.
+    static constexpr std::size_t mostRecords = std::numeric_limits<std::int32_t>::max();
+
+    SampleStore() = default;
+
+    /// @param limit how many records there is room for, headers included; at most mostRecords
+    explicit SampleStore(std::size_t limit) : limit_(limit) {}
+
     /// Empties the store and makes it ready for the design's events.
     void reset(const Design& design);
 
@@ -71,6 +80,7 @@ private:
     void makeRoom(std::size_t records);
 
     std::vector<std::unique_ptr<Block>> blocks_;
+    std::size_t limit_ = mostRecords;
     std::size_t size_ = 0;
     std::vector<EventTotals> events_;
 };

@@ -29,4 +29,10 @@ bool isEverDue(const Design& design);
 /// Legal when an event is ever due.
 Turn nextTurn(const Design& design, Turn after);
 
+/// What stands in front of the first request of a run.
+inline constexpr Turn beforeAll{.loop = -1, .event = Design::maxEvents};
+
+/// How many requests come behind a turn and before a loop.
+std::int64_t requestsBetween(const Design& design, Turn after, std::int64_t endLoop);
+
 } // namespace zint

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <random>
 #include <system_error>
 #include <utility>
@@ -87,9 +88,13 @@ std::string KeptFiles::newPath() const
     return path;
 }
 
-void KeptFiles::prune() const
+void KeptFiles::prune(const std::function<bool(const File&)>& lasts) const
 {
-    const std::vector<File> files = all();
+    std::vector<File> files;
+    std::vector<File> others;
+    for (const File& file : all())
+        (files.empty() || lasts(file) ? files : others).push_back(file);
+    std::ranges::copy(others, std::back_inserter(files));
     std::error_code ignored;
     std::uintmax_t bytes = 0;
     for (std::size_t i = 0; i < files.size(); ++i) {

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <optional>
 #include <string>
@@ -51,7 +52,8 @@ public:
 
     /// Removes the oldest files until no more than `most` are left and they have no more than `mostBytes`;
     /// the newest stays whatever its size. What can't be removed stays.
-    void prune() const;
+    /// @param lasts whether a file goes after all those that don't last; asked from the second newest on
+    void prune(const std::function<bool(const File&)>& lasts = [](const File&) { return false; }) const;
 
 private:
     std::vector<File> all() const; ///< the newest first

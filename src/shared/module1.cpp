@@ -148,11 +148,18 @@ std::string rateText(std::int64_t count, std::int64_t seconds)
     return {text.data(), end};
 }
 
-std::string timeLeftText(std::int64_t seconds)
+std::string durationText(std::int64_t seconds)
 {
-    const std::string rest = std::to_string(seconds % 60);
-    return std::to_string(seconds / 60) + (rest.size() < 2 ? ":0" : ":") + rest + " left";
+    const auto twoDigits = [](std::int64_t number) {
+        return (number < 10 ? ":0" : ":") + std::to_string(number);
+    };
+    const std::int64_t minutes = seconds / 60;
+    const std::string start =
+        minutes < 60 ? std::to_string(minutes) : std::to_string(minutes / 60) + twoDigits(minutes % 60);
+    return start + twoDigits(seconds % 60);
 }
+
+std::string timeLeftText(std::int64_t seconds) { return durationText(seconds) + " left"; }
 
 std::string htmlText(std::string_view text)
 {

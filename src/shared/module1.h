@@ -54,7 +54,10 @@ std::string_view textAt(std::string_view text, std::size_t position, std::size_t
 /// for no time. @param count at least 0. @param seconds at least 0
 std::string rateText(std::int64_t count, std::int64_t seconds);
 
-/// How long something is going to take, in minutes and seconds ("1:05 left"). @param seconds at least 0
+/// A time in minutes and seconds, from an hour on with hours: "1:05", "1:02:05". @param seconds at least 0
+std::string durationText(std::int64_t seconds);
+
+/// How long something is going to take ("1:05 left"). @param seconds at least 0
 std::string timeLeftText(std::int64_t seconds);
 
 /// A text as it stands between the tags of HTML.

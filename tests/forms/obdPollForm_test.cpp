@@ -1,9 +1,13 @@
 #include "forms/formTest.h"
 #include "runner/obdPollForm.h"
 
+#include <QDialog>
 #include <QLineEdit>
 #include <QTableView>
+#include <QTimer>
 #include <QToolButton>
+
+#include <utility>
 
 namespace zint {
 namespace {
@@ -32,6 +36,7 @@ struct ObdPollFormTest : FormTest {
 TEST_F(ObdPollFormTest, ShowsARunAndItsValues)
 {
     EXPECT_EQ(textOf("titleLab"), u"Car (2 events)");
+    EXPECT_EQ(textOf("lengthHint"), u"at most about 7:24 with this design");
     EXPECT_EQ(cell(0, 0).toString(), u"Engine RPM");
     adapter->expectOpening();
     adapter->expect("010C\r").answer("41 0C 1F 40 \r\r>");
@@ -42,12 +47,42 @@ TEST_F(ObdPollFormTest, ShowsARunAndItsValues)
     EXPECT_EQ(textOf("comStart"), u"Stop Polling");
     EXPECT_FALSE(control<QLineEdit>("scnUpdate")->isEnabled());
     adapter->play();
-    click("comStart");
+    QTest::keyClick(control<QLineEdit>("timeLimit"), Qt::Key_S, Qt::AltModifier);
     EXPECT_EQ(textOf("statusBox"), u"com1 Polling Completed ");
     EXPECT_EQ(cell(0, 1).toString(), u"2000rpm");
     EXPECT_TRUE(cell(0, 4, Qt::ForegroundRole).value<QColor>().isValid()) << "a new maximum";
     EXPECT_EQ(cell(1, 1, Qt::BackgroundRole).value<QColor>(), QColor(Qt::yellow));
-    EXPECT_EQ(cell(1, 0, Qt::ToolTipRole).toString(), u"1 bad reply");
+    EXPECT_EQ(cell(1, 0, Qt::ToolTipRole).toString(), u"Good replies: 0, bad: 1");
+}
+
+TEST_F(ObdPollFormTest, GoesOnPollingWhileADialogIsOpen)
+{
+    adapter->expectOpening();
+    adapter->expect("010C\r");
+    trigger("mnuComStart");
+    adapter->play();
+    form->setAttribute(Qt::WA_DeleteOnClose, false);
+    for (const char* const action :
+         {"mnuSaveLog", "mnuExportLogAs", "mnuDebugLog", "mnuAbout", "mnuRecover"}) {
+        adapter->expect("0105\r");
+        adapter->expect("010C\r");
+        const std::size_t before = adapter->history.size();
+        std::size_t meanwhile = 0;
+        QTimer::singleShot(0, form, [&] {
+            adapter->receive("41 0C 1F 40 \r\r>");
+            adapter->receive("41 05 50 \r\r>");
+            meanwhile = adapter->history.size();
+            if (std::string_view(action) == "mnuRecover") {
+                adapter->expect("ATD\r");
+                form->close();
+            }
+            EXPECT_TRUE(form->isVisible()) << "the dialog would go with it";
+            qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject();
+        });
+        trigger(action);
+        EXPECT_EQ(meanwhile, before + 2) << action;
+    }
+    EXPECT_FALSE(form->isVisible()) << "it closes when the dialog has gone";
 }
 
 TEST_F(ObdPollFormTest, ToolbarKeysAndTheWayToTheDesigner)
@@ -62,6 +97,7 @@ TEST_F(ObdPollFormTest, ToolbarKeysAndTheWayToTheDesigner)
         EXPECT_EQ(button->toolTip(), QLatin1String(tip));
         EXPECT_EQ(button->defaultAction()->shortcut().toString(), button->toolTip().left(2));
     }
+    QTest::keyClicks(control<QLineEdit>("scnUpdate"), QStringLiteral("0"));
     adapter->expectOpening();
     adapter->expect("010C\r");
     adapter->expect("ATD\r");
@@ -72,6 +108,9 @@ TEST_F(ObdPollFormTest, ToolbarKeysAndTheWayToTheDesigner)
     EXPECT_EQ(opened, std::vector{Tool::pollDesigner});
     EXPECT_FALSE(form->isVisible());
     EXPECT_FALSE(adapter->isOpen());
+
+    delete std::exchange(form, new obdPollForm(context));
+    EXPECT_EQ(textOf("scnUpdate"), u"100") << "it is remembered";
 }
 
 } // namespace

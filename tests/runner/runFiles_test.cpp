@@ -27,26 +27,24 @@ TEST(RunFiles, WritingThatIsStoppedLeavesTheFileAndTheKeptRun)
     ScriptedDialogs dialogs;
     ProgramValues values;
     std::string status;
-    RunFiles files({prompts, dialogs, values, [](auto) { return "then"; },
+    RunFiles files({prompts, values, [](auto) { return "then"; },
                     [&status](const std::string& text) { status = text; }});
     const std::string path = folder.path("some.log");
-    dialogs.chosen = path;
     const RunFiles::Run run{design, samples, {}};
-    ASSERT_TRUE(files.saveLog(run, RunFiles::Name::usual));
+    ASSERT_TRUE(files.save(run, RunFiles::Kind::log, path).isWritten);
     const std::string whole = contents(path);
 
     prompts.stopsWork = true;
-    EXPECT_FALSE(files.saveLog(run, RunFiles::Name::usual));
+    EXPECT_FALSE(files.save(run, RunFiles::Kind::log, path).isWritten);
     EXPECT_EQ(status, "Saving log to some.log was stopped");
-    files.recover(kept);
+    files.recover(kept, dialogs);
     EXPECT_EQ(contents(path), whole);
 
     prompts.stopsWork = false;
-    EXPECT_EQ(kept.list().size(), 1U);
     prompts.chosen = 0;
     dialogs.chosen = path;
-    files.recover(kept);
-    EXPECT_EQ(prompts.question, "Recover Unsaved Run\nUnsaved runs\nthen    (50000 samples)");
+    files.recover(kept, dialogs);
+    EXPECT_EQ(prompts.question, "Recover Unsaved Run\nUnsaved runs\nthen    (50000 samples in 13:53:19)");
     EXPECT_EQ(contents(path), whole);
     EXPECT_TRUE(kept.list().empty());
 }

@@ -234,7 +234,7 @@ TEST_F(ScannerTest, TellsHowLongAScanIsGoingToTake)
     clock.now += 10s;
     adapter.expect("010001\r");
     adapter.receive("?\r\r>");
-    EXPECT_EQ(panel().ProgressBar1.text, "1 of 131072, 21845:10 left");
+    EXPECT_EQ(panel().ProgressBar1.text, "1 of 131072, 364:05:10 left");
     adapter.expect("ATD\r");
     scanner.unload();
     EXPECT_TRUE(takeShown().find("Scan Halted") != std::string::npos);

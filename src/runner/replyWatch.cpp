@@ -1,0 +1,100 @@
+#include "runner/replyWatch.h"
+
+#include "shared/module1.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+
+namespace zint {
+namespace {
+
+constexpr int manyMismatches = 3;
+constexpr int manyBadReplies = 10;
+constexpr std::chrono::seconds longSilence{10};
+
+std::string firstLineOf(std::string_view reply)
+{
+    constexpr std::size_t longest = 40;
+    const auto isShown = [](char c) { return c >= ' ' && c <= '~' && c != '>'; };
+    const auto* const end = std::ranges::find_if_not(reply, isShown);
+    std::string line(reply.begin(), end);
+    line.erase(std::min(line.find_last_not_of(' ') + 1, longest));
+    return line;
+}
+
+/// Whether a reply's first line is nothing but bytes, as opposed to words of the adapter.
+bool isBytes(std::string_view reply)
+{
+    const std::string line = firstLineOf(reply);
+    return !line.empty() &&
+           std::ranges::all_of(line, [](char c) { return c == ' ' || upperHexDigit(c) >= 0; });
+}
+
+bool beginsWith(std::string_view reply, std::string_view echo)
+{
+    reply.remove_prefix(std::min(reply.find_first_not_of(' '), reply.size()));
+    return reply.starts_with(echo) && (reply.size() == echo.size() || upperHexDigit(reply[echo.size()]) < 0);
+}
+
+} // namespace
+
+std::optional<std::string> echoOf(std::string_view request)
+{
+    constexpr std::size_t digitsPerByte = 2;
+    constexpr std::size_t echoDigits = 2 * digitsPerByte;
+    constexpr std::int32_t answer = 0x40; // is added to the mode
+    std::string digits;
+    std::ranges::copy_if(request, std::back_inserter(digits), [](char c) { return c != ' '; });
+    digits = upperCase(digits.substr(0, echoDigits));
+    if (digits.size() < digitsPerByte ||
+        std::ranges::any_of(digits, [](char c) { return upperHexDigit(c) < 0; }))
+        return std::nullopt;
+    std::string echo = hexText((hexToNumber(digits.substr(0, digitsPerByte)) + answer) & 0xFF, digitsPerByte);
+    if (digits.size() == echoDigits)
+        echo += ' ' + digits.substr(digitsPerByte);
+    return echo;
+}
+
+void ReplyWatch::take(std::string_view request, std::string_view reply, bool isGood, Time now)
+{
+    heardAt_ = now;
+    badReplies_ = isGood ? 0 : badReplies_ + 1;
+    if (!isGood)
+        badReply_ = firstLineOf(reply);
+    const auto echo = echoOf(request);
+    if (!echo || (!isGood && !isBytes(reply)))
+        return;
+    mismatches_ = beginsWith(reply, *echo) ? 0 : mismatches_ + 1;
+    sawMismatch_ = sawMismatch_ || mismatches_ >= manyMismatches;
+}
+
+ReplyWatch::Concern ReplyWatch::concern(Time now) const
+{
+    if (now - heardAt_ >= longSilence)
+        return Concern::silence;
+    if (mismatches_ >= manyMismatches)
+        return Concern::mismatch;
+    return badReplies_ >= manyBadReplies ? Concern::noData : Concern::none;
+}
+
+std::string ReplyWatch::text(Time now) const
+{
+    switch (concern(now)) {
+    case Concern::silence:
+        return "no reply for " +
+               std::to_string(std::chrono::duration_cast<std::chrono::seconds>(now - heardAt_).count()) +
+               " s";
+    case Concern::noData:
+        return "No data from the vehicle" + (badReply_.empty() ? "" : " (" + badReply_ + ")") +
+               ": ignition on?";
+    case Concern::mismatch:
+        return std::string(mismatchText);
+    case Concern::none:
+        break;
+    }
+    return {};
+}
+
+} // namespace zint

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zint {
+
+/// Looks at what comes back in a run, for what the user should be told while it is on.
+///
+/// Nothing here changes what is stored: an adapter that has lost its settings answers with lines that read
+/// as values all the same.
+class ReplyWatch {
+public:
+    using Time = std::chrono::microseconds; ///< of a clock that only goes on
+
+    static constexpr std::string_view mismatchText =
+        "Replies do not match the requests: stop and start again";
+
+    /// @param now a run starts
+    explicit ReplyWatch(Time now = {}) : heardAt_(now) {}
+
+    /// Something was answered that is no reply to a request of the design.
+    void hear(Time now) { heardAt_ = now; }
+
+    /// A request was answered. @param isGood whether the reply was stored as a value
+    void take(std::string_view request, std::string_view reply, bool isGood, Time now);
+
+    enum class Concern { none, noData, mismatch, silence };
+    Concern concern(Time now) const;
+
+    /// What to tell of a concern; empty for none.
+    std::string text(Time now) const;
+
+    /// Whether there was a mismatch in the run.
+    bool sawMismatch() const { return sawMismatch_; }
+
+private:
+    Time heardAt_;
+    int mismatches_ = 0; ///< running, of replies that are bytes
+    int badReplies_ = 0; ///< running
+    bool sawMismatch_ = false;
+    std::string badReply_; ///< the first line of the last one
+};
+
+/// The two bytes that a reply to a request begins with, such as "41 0C" for "010C"; one for a request of one
+/// byte, nothing for what is no request for data.
+std::optional<std::string> echoOf(std::string_view request);
+
+} // namespace zint

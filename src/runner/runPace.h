@@ -1,0 +1,46 @@
+#pragma once
+
+#include "catalogue/design.h"
+#include "runner/schedule.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace zint {
+
+/// How fast a design is polled: estimated at first, then as measured.
+class RunPace {
+public:
+    using Time = std::chrono::microseconds; ///< of a clock that only goes on
+
+    /// @param design outlives this. @param bitsPerSecond of the line
+    RunPace(const Design& design, int bitsPerSecond);
+
+    void begin(Time now) { began_ = now; } ///< the first request of a run goes out
+
+    /// @param replies since begin()
+    void measure(Time now, std::int64_t replies);
+
+    /// What is left of a run, in seconds; nothing before it was measured. @param last the request that is
+    /// outstanding
+    std::optional<double> secondsLeft(Turn last, std::int64_t endLoop) const;
+
+    /// How long so many loops take: "about 1:45 with this design (0.11 s per loop)". Empty when the design
+    /// has nothing to poll.
+    std::string lengthText(std::int64_t loops) const;
+
+    /// "0.11 s per loop"; empty before it was measured.
+    std::string measuredText(std::int64_t loops) const;
+
+private:
+    double secondsOf(std::int64_t loops) const;
+
+    const Design& design_;
+    Time began_{};
+    double requestSeconds_; ///< that a request takes
+    bool isMeasured_ = false;
+};
+
+} // namespace zint

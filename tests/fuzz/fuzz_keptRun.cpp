@@ -1,0 +1,58 @@
+// Arbitrary bytes as the file of a kept run: what of it can be read is kept so that it reads the same again.
+
+#include "fuzz/fuzzInput.h"
+#include "runner/dataLog.h"
+#include "runner/keptRuns.h"
+#include "shared/fileError.h"
+#include "support/temporaryFolder.h"
+
+#include <optional>
+#include <sstream>
+
+namespace zint {
+namespace {
+
+std::optional<KeptRun> load(const std::string& path)
+{
+    try {
+        return KeptRuns::load({.path = path, .size = 1});
+    } catch (const FileError& error) {
+        require(std::string(error.what()).find(path) != std::string::npos, "a refusal names the file");
+        return std::nullopt;
+    }
+}
+
+std::string dumpOf(const KeptRun& run)
+{
+    std::ostringstream text;
+    writeLog(text, run.design, run.samples, std::to_string(run.firstStart.time_since_epoch().count()));
+    writeDebugDump(text, run.samples);
+    return text.str();
+}
+
+} // namespace
+} // namespace zint
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    using namespace zint;
+    static const TemporaryFolder folder;
+    static const std::string path = folder.path("some.run");
+    TemporaryFolder::write(path, asText(data, size));
+    KeptRuns there(folder.path(), [](auto) { return "then"; });
+    there.list();
+    const auto first = load(path);
+    if (!first || first->samples.isEmpty())
+        return 0;
+    require(there.list().size() == 1, "what has samples is listed");
+
+    KeptRuns kept(folder.path("again"), [](auto) { return "then"; });
+    kept.begin(first->design, first->samples, first->firstStart);
+    kept.leave();
+    const auto entries = kept.list();
+    require(entries.size() == 1, "what is kept is listed");
+    const auto again = load(entries.front().path);
+    require(again && dumpOf(*again) == dumpOf(*first), "what is kept reads the same again");
+    KeptRuns::remove(entries.front());
+    return 0;
+}
