@@ -1,14 +1,12 @@
 #include "designer/pollCost.h"
 
+#include "catalogue/requestTime.h"
+
 #include <array>
 #include <charconv>
 
 namespace zint {
 namespace {
-
-constexpr double charactersPerRequest = 21; // "010C" and its end, the reply and its prompt
-constexpr double bitsPerCharacter = 10;
-constexpr double automaticWait = 0.1; // seconds; adapters that choose for themselves wait about so long
 
 std::string oneDecimal(double value)
 {
@@ -27,8 +25,7 @@ std::string pollCost(const DesignGrid& grid, int sampleSpeed, int bitsPerSecond)
         if (row.isEnabled())
             requests += 1.0 / row.frequency;
     }
-    const double wait = sampleSpeed == Design::automaticSpeed ? automaticWait : sampleSpeed / 1000.0;
-    const double seconds = requests * (wait + charactersPerRequest * bitsPerCharacter / bitsPerSecond);
+    const double seconds = requests * requestSeconds(sampleSpeed, bitsPerSecond);
     return "About " + oneDecimal(requests) + " requests and " + oneDecimal(seconds) + " s per pass";
 }
 
