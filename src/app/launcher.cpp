@@ -152,9 +152,10 @@ ConnectionChoice Launcher::connection()
     return choice;
 }
 
-Tool Launcher::toolFor(Tool button) const
+Tool Launcher::toolFor(Tool button)
 {
-    return button == Tool::pollRunner && !design_.isCommitted() ? Tool::pollDesigner : button;
+    values_.isPollingWanted = button == Tool::pollRunner && !design_.isCommitted();
+    return values_.isPollingWanted ? Tool::pollDesigner : button;
 }
 
 void Launcher::showDefaults()

@@ -59,8 +59,8 @@ public:
     ConnectionChoice connection();
 
     /// The tool that a button opens: polling needs a design without unpolled events, so that with any other
-    /// the designer comes first.
-    Tool toolFor(Tool button) const;
+    /// the designer comes first, and is told why.
+    Tool toolFor(Tool button);
 
     void showDefaults();  ///< shows the stored and the present values
     void clearDefaults(); ///< empties folders and files; the store follows at the exit

@@ -23,6 +23,11 @@ DesignGrid gridOf(const Design& design)
     return grid;
 }
 
+std::string speedText(int sampleSpeed)
+{
+    return sampleSpeed == Design::automaticSpeed ? "Auto" : std::to_string(sampleSpeed) + "ms";
+}
+
 std::string summaryOf(const DesignGrid& grid)
 {
     return grid.title + " (" + std::to_string(grid.rows.size()) + " events)";

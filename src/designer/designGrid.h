@@ -30,6 +30,15 @@ struct DesignGrid {
     bool operator==(const DesignGrid&) const = default;
 };
 
+/// What a file of the design in the grid would hold.
+struct DesignContent {
+    DesignGrid grid;
+    std::string extraCommands;
+    int sampleSpeed = 0; ///< ms, or Design::automaticSpeed
+
+    bool operator==(const DesignContent&) const = default;
+};
+
 /// A design holds no more events than Design::maxEvents.
 class TooManyEvents : public std::runtime_error {
 public:
@@ -41,6 +50,9 @@ GridRow rowOf(const DesignEntry& event);
 
 /// The grid for a design.
 DesignGrid gridOf(const Design& design);
+
+/// "200ms", or "Auto"
+std::string speedText(int sampleSpeed);
 
 /// "title (N events)"
 std::string summaryOf(const DesignGrid& grid);

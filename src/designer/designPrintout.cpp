@@ -4,21 +4,37 @@
 #include "shared/module1.h"
 
 namespace zint {
-std::string designPrintout(const DesignGrid& grid, int sampleSpeed, const std::string& date)
+namespace {
+
+std::string lineUnlessEmpty(const std::string& caption, const std::string& text)
 {
-    std::string html = "<h2>Polling Design</h2><p><b>" + htmlText(grid.title) + "</b><br>" + htmlText(date) +
-                       "<br>&nbsp;&nbsp;&nbsp;Sample Speed: ";
-    html += sampleSpeed == Design::automaticSpeed ? "Dynamic" : std::to_string(sampleSpeed) + "ms";
+    return text.empty() ? "" : "<br>" + caption + htmlText(text);
+}
+
+std::string tableRow(const GridRow& row)
+{
+    std::string html = "<tr>";
+    for (const GridHeading& heading : gridHeadings)
+        html += "<td>" + htmlText(cellText(row, heading.column)) + "</td>";
+    return html + "</tr>";
+}
+
+} // namespace
+
+std::string designPrintout(const DesignContent& design, const std::string& file, const std::string& date)
+{
+    const std::string indent = "&nbsp;&nbsp;&nbsp;";
+    std::string html = "<h2>Polling Design</h2><p><b>" + htmlText(design.grid.title) + "</b>" +
+                       lineUnlessEmpty("", file) + "<br>" + htmlText(date) + "<br>" + indent +
+                       "Sample Speed: ";
+    html += design.sampleSpeed == Design::automaticSpeed ? "Dynamic" : speedText(design.sampleSpeed);
+    html += lineUnlessEmpty(indent + "Init Commands: ", design.extraCommands);
     html += "</p><table cellpadding=\"3\"><tr>";
     for (const GridHeading& heading : gridHeadings)
         html += "<th align=\"left\">" + std::string(heading.text) + "</th>";
     html += "</tr>";
-    for (const GridRow& row : grid.rows) {
-        html += "<tr>";
-        for (const GridHeading& heading : gridHeadings)
-            html += "<td>" + htmlText(cellText(row, heading.column)) + "</td>";
-        html += "</tr>";
-    }
+    for (const GridRow& row : design.grid.rows)
+        html += tableRow(row);
     return html + "</table>";
 }
 

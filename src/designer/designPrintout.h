@@ -6,8 +6,10 @@
 
 namespace zint {
 
-/// A design as a page in HTML: heading, title, date, sample speed, and a row for each event.
-/// @param date as it shall be printed; the design's speed counts, not the slider's
-std::string designPrintout(const DesignGrid& grid, int sampleSpeed, const std::string& date);
+/// A design as a page in HTML: heading, title, file, date, sample speed, extra commands, and a row for each
+/// event.
+/// @param design as it would be saved: its own speed, not the slider's. @param file its name, may be empty
+/// @param date as it shall be printed
+std::string designPrintout(const DesignContent& design, const std::string& file, const std::string& date);
 
 } // namespace zint

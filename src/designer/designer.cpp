@@ -5,13 +5,13 @@
 #include "designer/pollCost.h"
 #include "designer/pollPreparation.h"
 #include "designer/supportReply.h"
-#include "shared/askToSave.h"
 #include "shared/fileError.h"
 #include "shared/module1.h"
+#include "shared/runTimeError.h"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
-#include <vector>
 
 namespace zint {
 namespace {
@@ -22,34 +22,53 @@ const FileKinds openKinds{.extension = "obc",
 const FileKinds saveKinds{.extension = "obc",
                           .filter = "OBD2 config files (*.obc)|*.obc|" + textFileKinds.filter};
 
-std::string folderOf(const std::string& path) { return utf8Text(utf8Path(path).parent_path()); }
+constexpr const char* neverPolledText =
+    "This design has events that are never polled (grey). Set how often, then Goto Polling.";
+
+bool isLog(const std::string& path) { return upperCase(path).ends_with(".LOG"); }
+
+std::ptrdiff_t enabledCount(const DesignGrid& grid)
+{
+    return std::ranges::count_if(grid.rows, &GridRow::isEnabled);
+}
+
+bool isPolledWhole(const DesignGrid& grid) { return std::ranges::all_of(grid.rows, &GridRow::isEnabled); }
 
 } // namespace
 
 Designer::Designer(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Design& design,
                    Prompts& prompts, FileDialogs& dialogs, ProgramValues& values, KeptDesigns& kept)
-    : link_(port, timer, choice, *this), design_(design), prompts_(prompts), dialogs_(dialogs),
+    : check_(port, timer, choice, prompts), design_(design), prompts_(prompts), dialogs_(dialogs),
       values_(values), kept_(kept), bitsPerSecond_(toInteger(choice.speed))
 {
+    check_.onChanged = [this] {
+        panel_.statusBox = check_.status();
+        changed();
+    };
+    check_.onAnswer = [this](const std::string& bits) { return disableUnsupported(bits); };
 }
 
 void Designer::load()
 {
+    const bool isPollingWanted = std::exchange(values_.isPollingWanted, false);
     beginWithDesign();
     if (design_.isCommitted()) {
-        panel_.fileLab = values_.mayOverwriteSave ? values_.parmSaveFile : "";
+        nameFile(values_.mayOverwriteSave ? values_.parmSave : "");
         if (kept_.resume(panel_.obdGrid, design_))
-            safe_.reset();
+            unsaved_.beginUnsaved();
     } else if (fileExists(values_.parmSave)) {
         loadFile(values_.parmSave);
+    } else {
+        nameFile(values_.parmSave); // saving makes it anew
     }
-    panel_.statusBox = summaryOf(panel_.obdGrid);
+    panel_.statusBox =
+        isPollingWanted && !isPolledWhole(panel_.obdGrid) ? neverPolledText : summaryOf(panel_.obdGrid);
     changed();
 }
 
 void Designer::unload()
 {
-    link_.close();
+    check_.close();
     kept_.leave();
 }
 
@@ -57,6 +76,8 @@ void Designer::newDesign()
 {
     loadDefaultDesign(design_);
     beginWithDesign();
+    values_.mayOverwriteSave = false; // the file that was open before is another design's
+    nameFile({});
     changed();
 }
 
@@ -66,23 +87,25 @@ void Designer::open()
         openKinds, values_.isFolderRemembered ? values_.parmInitDir : values_.sampleFolder);
     if (path.empty())
         return;
-    values_.rememberFolderOf(path);
+    if (!isSample(path))
+        values_.rememberFolderOf(path); // nobody's own files belong among the samples
     loadFile(path);
     changed();
+    tellLoadFailure();
 }
 
 void Designer::recover()
 {
-    const auto chosen = chooseToRecover(prompts_, kept_.list(), "design");
+    const auto chosen = chooseToRecover(prompts_, kept_.list(content()), "design");
     if (!chosen)
         return;
     DesignDraft draft = kept_.bringBack(*chosen);
     design_ = std::move(draft.design);
-    show();
+    showWithoutHistory();
     panel_.obdGrid = std::move(draft.grid); // may be longer than the design
-    safe_.reset();
+    unsaved_.beginUnsaved();
     values_.mayOverwriteSave = false;
-    panel_.fileLab.clear();
+    nameFile({});
     panel_.statusBox = summaryOf(panel_.obdGrid) + " recovered";
     changed();
 }
@@ -95,24 +118,50 @@ void Designer::saveFile(bool asking)
 {
     Design committed = design_;
     zint::commit(panel_.obdGrid, committed);
-    if (asking && !askName())
+    const std::string path =
+        asking ? dialogs_.chooseToSave(saveKinds, values_.parmInitDir, proposedName()) : values_.parmSave;
+    if (path.empty())
         return;
-    saveDesign(values_.parmSave, committed);
+    write(path, committed);
+    if (asking)
+        values_.rememberFolderOf(path);
     design_ = std::move(committed);
     rebuild();
-    safe_ = content();
-    panel_.statusBox = values_.parmSaveFile + " saved";
+    unsaved_.saved(content());
+    values_.mayOverwriteSave = true;
+    nameFile(path);
+    panel_.statusBox = panel_.fileLab + " saved";
     changed();
 }
 
-bool Designer::askName()
+/// @throws FileError when that fails; the status says so too, for the box about it is soon gone
+void Designer::write(const std::string& path, const Design& committed)
 {
-    constexpr RememberedFile designFile{&ProgramValues::parmSave, &ProgramValues::parmSaveFile};
-    if (!askToSave(dialogs_, values_, saveKinds, designFile))
-        return false;
-    values_.mayOverwriteSave = true;
-    panel_.fileLab = values_.parmSaveFile;
-    return true;
+    try {
+        saveDesign(path, committed);
+    } catch (const FileError&) {
+        panel_.statusBox = fileNamePart(path) + " not saved";
+        changed();
+        throw;
+    }
+}
+
+/// The name under which the design is offered to be saved. A log's is its own, but as a design.
+std::string Designer::proposedName() const
+{
+    return isLog(panel_.fileLab) ? utf8Text(utf8Path(panel_.fileLab).replace_extension("obc"))
+                                 : panel_.fileLab;
+}
+
+/// Shows which file the design is from, and saves to it from now on if it may be overwritten.
+void Designer::nameFile(const std::string& path)
+{
+    panel_.filePath = path;
+    panel_.fileLab = fileNamePart(path);
+    if (path.empty() || !values_.mayOverwriteSave)
+        return;
+    values_.parmSave = path;
+    values_.parmSaveFile = panel_.fileLab;
 }
 
 void Designer::loadFile(const std::string& path)
@@ -121,29 +170,30 @@ void Designer::loadFile(const std::string& path)
     try {
         design_ = loadDesign(path);
     } catch (const std::exception& error) { // whatever is wrong with the file, the default takes its place
-        prompts_.message("Error loading file" + name, {}, error.what());
+        loadFailure_ = {.file = name, .reason = error.what()};
         loadDefaultDesign(design_);
         design_.sampleSpeed = Design::defaultSpeed;
         beginWithDesign();
         values_.mayOverwriteSave = false; // the file that was open before is whole
-        panel_.fileLab.clear();
+        nameFile({});
         panel_.statusBox = "Default values loaded";
         return;
     }
-    values_.mayOverwriteSave = !isTemplate(path);
-    if (values_.mayOverwriteSave) {
-        values_.parmSave = path;
-        values_.parmSaveFile = name;
-    }
     beginWithDesign();
-    panel_.fileLab = name;
+    values_.mayOverwriteSave = !isLog(path) && !isSample(path); // these only lend their design
+    nameFile(path);
     panel_.statusBox = name + " loaded";
 }
 
-/// Whether a file only lends its design, so that saving does not overwrite it: a data log, a sample.
-bool Designer::isTemplate(const std::string& path) const
+void Designer::tellLoadFailure()
 {
-    return upperCase(path).ends_with(".LOG") || folderOf(path) == values_.sampleFolder;
+    if (const auto failure = std::exchange(loadFailure_, std::nullopt))
+        prompts_.message("Error loading file" + failure->file, {}, failure->reason);
+}
+
+bool Designer::isSample(const std::string& path) const
+{
+    return utf8Path(path).parent_path() == utf8Path(values_.sampleFolder);
 }
 
 void Designer::setTitle(const std::string& title)
@@ -153,26 +203,32 @@ void Designer::setTitle(const std::string& title)
 }
 
 /// Changes the grid, which can be undone.
-void Designer::apply(const std::function<void(DesignGrid&)>& change)
+void Designer::change(const std::function<void(DesignGrid&)>& change)
 {
     DesignGrid edited = panel_.obdGrid;
     change(edited);
     if (edited.rows != panel_.obdGrid.rows) {
         history_.remember(panel_.obdGrid.rows);
-        sortedBy_.reset();
+        panel_.sorting.reset();
     }
+    if (edited.rows.size() != panel_.obdGrid.rows.size())
+        panel_.statusBox = summaryOf(edited);
     panel_.obdGrid = std::move(edited);
 }
 
 void Designer::edit(const std::function<void(DesignGrid&)>& change)
 {
-    apply(change);
+    this->change(change);
     changed();
 }
 
 void Designer::setCell(std::size_t row, GridColumn column, std::string_view text)
 {
-    edit([&](DesignGrid& grid) { zint::setCell(grid.rows.at(row), column, text); });
+    try {
+        edit([&](DesignGrid& grid) { zint::setCell(grid.rows.at(row), column, text); });
+    } catch (const RunTimeError& error) {
+        throw RunTimeError(error.number(), error.what(), cellAdvice(row, column, text));
+    }
 }
 
 void Designer::moveRow(std::size_t from, std::size_t to)
@@ -180,24 +236,36 @@ void Designer::moveRow(std::size_t from, std::size_t to)
     edit([&](DesignGrid& grid) { zint::moveRow(grid, from, to); });
 }
 
-void Designer::sortBy(GridColumn column)
+void Designer::removeRow(std::size_t row)
 {
-    const bool descending = sortedBy_ == column;
-    edit([&](DesignGrid& grid) { sortRows(grid, column, descending); });
-    sortedBy_ = descending ? std::nullopt : std::optional(column);
+    edit([&](DesignGrid& grid) { zint::removeRow(grid, row); });
 }
 
-void Designer::undo()
+void Designer::duplicateRow(std::size_t row)
 {
-    history_.undo(panel_.obdGrid.rows);
-    sortedBy_.reset();
+    edit([&](DesignGrid& grid) { zint::duplicateRow(grid, row); });
+}
+
+void Designer::sortBy(GridColumn column)
+{
+    const GridSorting ascending{.column = column};
+    const GridSorting sorting{.column = column, .descending = panel_.sorting == ascending};
+    change([&](DesignGrid& grid) { sortRows(grid, sorting); });
+    panel_.sorting = sorting;
     changed();
 }
 
-void Designer::redo()
+void Designer::undo() { step(&GridHistory::undo); }
+
+void Designer::redo() { step(&GridHistory::redo); }
+
+void Designer::step(void (GridHistory::*direction)(GridHistory::Rows&))
 {
-    history_.redo(panel_.obdGrid.rows);
-    sortedBy_.reset();
+    const std::size_t before = panel_.obdGrid.rows.size();
+    (history_.*direction)(panel_.obdGrid.rows);
+    if (panel_.obdGrid.rows.size() != before)
+        panel_.statusBox = summaryOf(panel_.obdGrid);
+    panel_.sorting.reset();
     changed();
 }
 
@@ -213,10 +281,15 @@ void Designer::enableAll()
 
 bool Designer::addNew()
 {
-    const auto code = prompts_.input("New Hexadecimal Command ", "Add New Event");
-    if (!code || code->empty())
+    const auto request =
+        prompts_.inputOrChoose("New Hexadecimal Command ", "Add New Event", requestChoices());
+    if (!request || request->empty())
         return false;
-    edit([&](DesignGrid& grid) { addRow(grid, *code); });
+    change([&](DesignGrid& grid) { addRow(grid, *request); });
+    const std::string& code = panel_.obdGrid.rows.back().code;
+    if (!isHexadecimal(code))
+        panel_.statusBox = code + " is no hexadecimal number; it is sent as it is";
+    changed();
     return true;
 }
 
@@ -250,7 +323,7 @@ void Designer::clickAutoSpeed(bool checked)
 void Designer::movePollSpeed(int position)
 {
     panel_.pollSpeed.value = roundedSpeed(position);
-    panel_.sampleDsp = std::to_string(panel_.pollSpeed.value) + "ms";
+    panel_.sampleDsp = speedText(panel_.pollSpeed.value);
     changed();
 }
 
@@ -272,15 +345,16 @@ void Designer::showTimeline()
     prompts_.message(text);
 }
 
+/// Shows the design in the grid; that can be undone.
 void Designer::rebuild()
 {
-    apply([this](DesignGrid& grid) { grid = gridOf(design_); });
+    change([this](DesignGrid& grid) { grid = gridOf(design_); });
     ++panel_.rebuilds;
     panel_.statusBox = summaryOf(panel_.obdGrid);
 }
 
 /// Shows the design with all that belongs to it; there is nothing to undo then.
-void Designer::show()
+void Designer::showWithoutHistory()
 {
     rebuild();
     history_.forget();
@@ -293,123 +367,54 @@ void Designer::showSpeed(int speed)
     panel_.autoSpeed = speed == Design::automaticSpeed;
     panel_.pollSpeed.enabled = !panel_.autoSpeed;
     panel_.pollSpeed.value = panel_.autoSpeed ? Design::defaultSpeed : speed;
-    panel_.sampleDsp = panel_.autoSpeed ? "Auto" : std::to_string(speed) + "ms";
+    panel_.sampleDsp = speedText(speed);
 }
 
 /// Shows a design that has come in. What was in the grid before stays kept if it was not saved.
 void Designer::beginWithDesign()
 {
-    kept_.leave();
-    show();
-    safe_ = content();
+    showWithoutHistory();
+    unsaved_.begin(content());
 }
 
-Designer::Content Designer::content() const
+DesignContent Designer::content() const
 {
     return {panel_.obdGrid, design_.extraCommands, design_.sampleSpeed};
 }
 
-/// Whether nothing is lost with the content: disabled rows that a commit dropped are no loss.
-bool Designer::isSafe(const Content& content) const
-{
-    if (!safe_ || content == safe_)
-        return safe_.has_value();
-    Content committed = *safe_;
-    std::erase_if(committed.grid.rows, [](const GridRow& row) { return !row.isEnabled(); });
-    return content == committed;
-}
-
 void Designer::keepUnsaved()
 {
-    Content now = content();
-    if (now == seen_)
-        return;
-    seen_ = std::move(now);
     try {
-        if (isSafe(seen_))
-            kept_.forget();
-        else
-            kept_.keep(panel_.obdGrid, design_);
+        unsaved_.follow(content(), design_);
     } catch (const FileError& error) {
         panel_.statusBox = std::string("Unsaved changes can't be kept: ") + error.what();
     }
 }
 
-void Designer::verifySupport()
-{
-    if (link_.isOpen())
-        return;
-    if (link_.open(AdapterLink::Guard::exchange))
-        link_.setStatus(" Verify events with OBD2");
-    showLink();
-}
+void Designer::verifySupport() { check_.begin(); }
 
-void Designer::linkReady()
-{
-    link_.setStatus(" Reading Data");
-    link_.send("0100");
-}
-
-void Designer::linkReply(std::string_view reply)
-{
-    const std::string answer(reply);
-    const bool understood = isSupportReply(answer) && !hexToBits(supportData(answer)).empty();
-    if (!understood)
-        link_.countError();
-    link_.close();
-    showLink();
-    if (understood)
-        disableUnsupported(hexToBits(supportData(answer)));
-    else if (isSupportReply(answer))
-        prompts_.message("Garbled OBD2 0100 response (" + std::string(supportData(answer)) + "), try again");
-    else
-        prompts_.message("Please try again, is possible ignition not ON");
-}
-
-void Designer::disableUnsupported(const std::string& bits)
+std::string Designer::disableUnsupported(const std::string& bits)
 {
     if (closeEditor)
         closeEditor();
+    const auto before = enabledCount(panel_.obdGrid);
     edit([&bits](DesignGrid& grid) {
         for (GridRow& row : grid.rows) {
-            if (!isUnsupported(row.code, bits))
-                continue;
-            row.frequency = 0;
-            row.offset = 0;
+            if (isUnsupported(row.code, bits))
+                row.frequency = row.offset = 0;
         }
     });
-}
-
-void Designer::linkReceived() { showLink(); }
-
-void Designer::linkEvent(int event)
-{
-    link_.setStatus({});
-    link_.reportEvent(event);
-    showLink();
-}
-
-void Designer::linkTimedOut()
-{
-    prompts_.message(std::string(AdapterLink::notRespondingText));
-    values_.lastFailureText = AdapterLink::timeoutText;
-    link_.close();
-    showLink();
-}
-
-void Designer::linkLost() { showLink(); }
-
-void Designer::showLink()
-{
-    panel_.statusBox = link_.status();
-    changed();
+    const auto disabled = before - enabledCount(panel_.obdGrid);
+    return " - " + std::to_string(disabled) + " of " + std::to_string(before) +
+           " events disabled. This is a hint: see Help.";
 }
 
 void Designer::changed()
 {
     keepUnsaved();
-    panel_.labelStats = link_.counterLine();
-    panel_.costLab = pollCost(panel_.obdGrid, design_.sampleSpeed, bitsPerSecond_);
+    panel_.isModified = unsaved_.isModified(content());
+    panel_.labelStats = check_.counterLine();
+    panel_.costLab = pollCost(panel_.obdGrid, design_.sampleSpeed, bitsPerSecond_, values_.requestSeconds);
     panel_.canUndo = history_.canUndo();
     panel_.canRedo = history_.canRedo();
     if (onChanged)

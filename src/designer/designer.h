@@ -2,8 +2,8 @@
 
 #include "designer/designerPanel.h"
 #include "designer/gridEditing.h"
-#include "designer/keptDesigns.h"
-#include "link/adapterLink.h"
+#include "designer/supportCheck.h"
+#include "designer/unsavedDesign.h"
 #include "shared/fileDialogs.h"
 #include "shared/programValues.h"
 #include "shared/prompts.h"
@@ -20,7 +20,7 @@ namespace zint {
 ///
 /// Every operation closes with the panel as the window shall show it. One that fails throws or tells the
 /// user, and leaves grid and design as they were.
-class Designer final : private AdapterLink::Listener {
+class Designer {
 public:
     /// All references outlive the designer.
     Designer(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Design& design, Prompts& prompts,
@@ -29,6 +29,9 @@ public:
     /// Shows the design that the program holds, or the last design file when it holds none that was
     /// committed.
     void load();
+
+    /// The window stands: tells what was wrong with the file that load() read.
+    void tellLoadFailure();
 
     /// Closes the port if it is open; the window goes away. Nothing is committed.
     void unload();
@@ -42,7 +45,9 @@ public:
     void setTitle(const std::string& title);
     void setCell(std::size_t row, GridColumn column, std::string_view text);
     void moveRow(std::size_t from, std::size_t to);
-    void sortBy(GridColumn column); ///< ascending; the same column once more: descending
+    void removeRow(std::size_t row);
+    void duplicateRow(std::size_t row);
+    void sortBy(GridColumn column); ///< ascending; the same column once more: the other way round
     void undo();
     void redo();
 
@@ -60,55 +65,47 @@ public:
     void showTimeline();
 
     const DesignerPanel& panel() const { return panel_; }
-    std::function<void()> closeEditor; ///< ends an edit of a cell; what was typed counts
-    std::function<void()> onChanged;   ///< called after each event that may have changed the panel
+    DesignContent content() const; ///< what a file of the design would hold
+
+    /// Ends an edit of a cell, for an answer of the vehicle. What was typed counts; what can't be read is
+    /// told of once the answer is dealt with.
+    std::function<void()> closeEditor;
+
+    std::function<void()> onChanged; ///< called after each event that may have changed the panel
 
 private:
-    void linkReady() override;
-    void linkReply(std::string_view reply) override;
-    void linkReceived() override;
-    void linkEvent(int event) override;
-    void linkTimedOut() override;
-    void linkLost() override;
-
-    /// What a file of the design would hold.
-    struct Content {
-        DesignGrid grid;
-        std::string extraCommands;
-        int sampleSpeed = 0;
-
-        bool operator==(const Content&) const = default;
+    struct LoadFailure {
+        std::string file;
+        std::string reason;
     };
 
-    Content content() const;
-    bool isTemplate(const std::string& path) const;
-    bool isSafe(const Content& content) const;
-    void keepUnsaved();
-    void beginWithDesign();
-    void apply(const std::function<void(DesignGrid&)>& change);
-    void edit(const std::function<void(DesignGrid&)>& change);
-    void rebuild();
-    void show();
-    void showSpeed(int speed);
+    bool isSample(const std::string& path) const;
+    void nameFile(const std::string& path);
+    std::string proposedName() const;
     void loadFile(const std::string& path);
+    void beginWithDesign();
+    void keepUnsaved();
     void saveFile(bool asking);
-    bool askName();
-    void disableUnsupported(const std::string& bits);
-    void showLink();
+    void write(const std::string& path, const Design& committed);
+    void change(const std::function<void(DesignGrid&)>& change);
+    void edit(const std::function<void(DesignGrid&)>& change);
+    void step(void (GridHistory::*direction)(GridHistory::Rows&));
+    void rebuild();
+    void showWithoutHistory();
+    void showSpeed(int speed);
+    std::string disableUnsupported(const std::string& bits);
     void changed();
 
-    AdapterLink link_;
+    SupportCheck check_;
     Design& design_;
     Prompts& prompts_;
     FileDialogs& dialogs_;
     ProgramValues& values_;
     KeptDesigns& kept_;
+    UnsavedDesign unsaved_{kept_};
     DesignerPanel panel_;
-    Content seen_; ///< what was last looked at, whether it must be kept
-    std::optional<Content>
-        safe_; ///< as a file has it, or the default; nothing for a design that was brought back
     GridHistory history_;
-    std::optional<GridColumn> sortedBy_; ///< ascending; a second click reverses
+    std::optional<LoadFailure> loadFailure_; ///< until it was told
     int bitsPerSecond_;
 };
 

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "designer/designGrid.h"
+#include "designer/gridEditing.h"
 #include "link/linkCounters.h"
 
+#include <optional>
 #include <string>
 
 namespace zint {
@@ -16,10 +17,13 @@ struct DesignerPanel {
 
     std::string statusBox = "Status description";
     std::string labelStats = LinkCounters::initialText;
-    std::string fileLab;    ///< the design file's name
-    std::string pollPrefix; ///< the extra initialisation commands
-    DesignGrid obdGrid;     ///< with the title, which pollTitle shows
-    unsigned rebuilds = 0;  ///< of the grid from a design; no cell is current after one
+    std::string fileLab;                ///< the design file's name
+    std::string filePath;               ///< the same with its folder
+    std::string pollPrefix;             ///< the extra initialisation commands
+    DesignGrid obdGrid;                 ///< with the title, which pollTitle shows
+    unsigned rebuilds = 0;              ///< of the grid from a design; its first cell is the current one then
+    std::optional<GridSorting> sorting; ///< how the grid is sorted, as long as nothing was edited since
+    bool isModified = false;            ///< whether something would be lost with the design
     Slider pollSpeed;
     bool autoSpeed = false;
     std::string sampleDsp = "200ms";

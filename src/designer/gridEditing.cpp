@@ -52,6 +52,19 @@ std::pair<std::int32_t, std::string> sortKey(const GridRow& row, GridColumn colu
     return {};
 }
 
+/// The rows of the default design that have a name of their own.
+std::vector<GridRow> knownRows()
+{
+    Design builtIn;
+    loadDefaultDesign(builtIn);
+    std::vector<GridRow> rows = gridOf(builtIn).rows;
+    std::erase_if(
+        rows, [](const GridRow& row) { return row.description == "unused" || row.description == "unknown"; });
+    return rows;
+}
+
+std::string choiceOf(const GridRow& row) { return row.code + " " + row.description; }
+
 } // namespace
 
 std::string cellText(const GridRow& row, GridColumn column)
@@ -115,11 +128,47 @@ void setAllFrequencies(DesignGrid& grid, std::int32_t frequency)
     }
 }
 
-void addRow(DesignGrid& grid, std::string code)
+std::string cellAdvice(std::size_t row, GridColumn column, std::string_view text)
+{
+    const bool isFrequency = column == GridColumn::frequency;
+    return "Row " + std::to_string(row + 1) + ": " + (isFrequency ? "the poll frequency" : "the offset") +
+           " takes a whole number" + (isFrequency ? " from 0 on, or an entry of its list" : ", such as 3") +
+           ". \"" + std::string(text) + "\" is none, or too large; the cell stays as it was.";
+}
+
+std::vector<std::string> requestChoices()
+{
+    std::vector<std::string> choices;
+    for (const GridRow& row : knownRows())
+        choices.push_back(choiceOf(row));
+    return choices;
+}
+
+void addRow(DesignGrid& grid, const std::string& request)
 {
     constexpr std::int32_t usualFrequency = 10;
-    requireStorable(code);
-    grid.rows.push_back({.code = std::move(code), .frequency = usualFrequency});
+    requireStorable(request);
+    const std::vector<GridRow> known = knownRows();
+    const auto found = std::ranges::find(known, request, &choiceOf);
+    grid.rows.push_back(found != known.end() ? *found : GridRow{.code = request});
+    grid.rows.back().frequency = usualFrequency;
+    grid.rows.back().offset = 0;
+}
+
+bool isHexadecimal(std::string_view request)
+{
+    return std::ranges::all_of(request, [](char c) { return hexToNumber({&c, 1}) >= 0; });
+}
+
+void removeRow(DesignGrid& grid, std::size_t row)
+{
+    grid.rows.erase(grid.rows.begin() + static_cast<std::ptrdiff_t>(row));
+}
+
+void duplicateRow(DesignGrid& grid, std::size_t row)
+{
+    GridRow copy = grid.rows.at(row);
+    grid.rows.insert(grid.rows.begin() + static_cast<std::ptrdiff_t>(row) + 1, std::move(copy));
 }
 
 void moveRow(DesignGrid& grid, std::size_t from, std::size_t to)
@@ -131,10 +180,11 @@ void moveRow(DesignGrid& grid, std::size_t from, std::size_t to)
         std::rotate(at(to), at(from), at(from + 1));
 }
 
-void sortRows(DesignGrid& grid, GridColumn column, bool descending)
+void sortRows(DesignGrid& grid, GridSorting by)
 {
-    std::ranges::stable_sort(grid.rows, [column, descending](const GridRow& a, const GridRow& b) {
-        return descending ? sortKey(b, column) < sortKey(a, column) : sortKey(a, column) < sortKey(b, column);
+    std::ranges::stable_sort(grid.rows, [by](const GridRow& a, const GridRow& b) {
+        return by.descending ? sortKey(b, by.column) < sortKey(a, by.column)
+                             : sortKey(a, by.column) < sortKey(b, by.column);
     });
 }
 

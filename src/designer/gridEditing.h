@@ -43,14 +43,35 @@ std::vector<std::string> conversionChoices(std::int32_t conversion);
 /// Sets the frequency, 0 or 1, in all rows, and no offset.
 void setAllFrequencies(DesignGrid& grid, std::int32_t frequency);
 
-/// Adds a row for a request; its description is left to be typed. @throws NotStorable
-void addRow(DesignGrid& grid, std::string code);
+/// What a cell takes, where it can be found, and what was typed: for the user whose text setCell() refused.
+std::string cellAdvice(std::size_t row, GridColumn column, std::string_view text);
+
+/// The requests that the catalogue knows: code, a blank, name.
+std::vector<std::string> requestChoices();
+
+/// Adds a row for a request: one of requestChoices() with its name and unit, any other as it was typed; its
+/// description is left to be typed. @throws NotStorable
+void addRow(DesignGrid& grid, const std::string& request);
+
+/// Whether a request is hexadecimal, with or without blanks, as vehicles take them.
+bool isHexadecimal(std::string_view request);
+
+void removeRow(DesignGrid& grid, std::size_t row);
+void duplicateRow(DesignGrid& grid, std::size_t row); ///< the copy stands behind it
 
 /// Puts the row in front of the one that stands at `to` now, or at the end for `to` == row count.
 void moveRow(DesignGrid& grid, std::size_t from, std::size_t to);
 
+/// How the rows have been sorted.
+struct GridSorting {
+    GridColumn column;
+    bool descending = false;
+
+    bool operator==(const GridSorting&) const = default;
+};
+
 /// Sorts by a column: numbers as numbers, texts without regard to case; rows that are alike keep their order.
-void sortRows(DesignGrid& grid, GridColumn column, bool descending);
+void sortRows(DesignGrid& grid, GridSorting by);
 
 /// The steps back and forth over edits of the grid. The title is no part of them: its text box has its own.
 class GridHistory {

@@ -28,16 +28,15 @@ GridModel::GridModel(Designer& designer, std::function<bool(const Edit&)> enter)
 {
 }
 
-void GridModel::refresh()
+bool GridModel::refresh()
 {
     const DesignerPanel& panel = designer_.panel();
     const std::vector<GridRow>& rows = panel.obdGrid.rows;
     if (panel.rebuilds != rebuilds_ || rows.size() != rows_.size()) {
         beginResetModel();
         rows_ = rows;
-        rebuilds_ = panel.rebuilds;
         endResetModel();
-        return;
+        return std::exchange(rebuilds_, panel.rebuilds) != panel.rebuilds;
     }
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (rows_[i] == rows[i])
@@ -46,6 +45,7 @@ void GridModel::refresh()
         const auto row = static_cast<int>(i);
         Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
     }
+    return false;
 }
 
 int GridModel::rowCount(const QModelIndex& parent) const
@@ -71,12 +71,9 @@ QVariant GridModel::data(const QModelIndex& index, int role) const
         return alignmentOf(index.column());
     case conversionRole:
         return row.conversion;
-    case Qt::BackgroundRole:
+    case Qt::BackgroundRole: // the text stays as it is: one reads it to enable the row
         return row.isEnabled() ? QVariant()
                                : QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Window);
-    case Qt::ForegroundRole:
-        return row.isEnabled() ? QVariant()
-                               : QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
     default:
         return {};
     }

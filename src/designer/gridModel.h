@@ -24,7 +24,8 @@ public:
     GridModel(Designer& designer, std::function<bool(const Edit&)> enter);
 
     /// Shows the panel as it is now. Cells that have not changed are left alone: one may be under an editor.
-    void refresh();
+    /// @return whether the grid was built anew from a design
+    bool refresh();
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;

@@ -1,5 +1,7 @@
 #include "designer/keptDesigns.h"
 
+#include "designer/designDifference.h"
+#include "shared/fileError.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
 
@@ -31,6 +33,11 @@ std::optional<DesignDraft> tryToLoad(const std::string& path)
     }
 }
 
+DesignContent contentOf(const DesignDraft& draft)
+{
+    return {draft.grid, draft.design.extraCommands, draft.design.sampleSpeed};
+}
+
 std::string textOf(const DesignGrid& grid, const Design& design)
 {
     std::ostringstream text;
@@ -48,40 +55,49 @@ KeptDesigns::KeptDesigns(std::string folder,
 
 void KeptDesigns::keep(const DesignGrid& grid, const Design& design)
 {
-    const std::string path = edited_.empty() ? files_.newPath() : edited_;
-    replaceFile(path, [&](std::ostream& stream) { writeDraft(stream, grid, design); });
-    edited_ = path;
+    if (edited_.empty()) {
+        const std::string path = files_.newPath();
+        lock_.take(path); // before there is a file that others could see
+        edited_ = path;
+    }
+    replaceFile(edited_, [&](std::ostream& stream) { writeDraft(stream, grid, design); });
 }
 
 void KeptDesigns::forget()
 {
     std::error_code ignored;
     std::filesystem::remove(utf8Path(std::exchange(edited_, {})), ignored);
+    lock_.release();
 }
 
 void KeptDesigns::leave()
 {
     edited_.clear();
+    lock_.release();
     files_.prune();
 }
 
-std::vector<KeptEntry> KeptDesigns::list() const
+std::vector<KeptEntry> KeptDesigns::list(const DesignContent& shown) const
 {
     std::vector<KeptEntry> entries;
     for (const KeptFiles::File& file : files_.newestFirst()) {
-        if (file.path == edited_)
-            continue;
         if (const auto draft = tryToLoad(file.path))
-            entries.push_back(
-                {file.path, dateText_(file.changed) + "   " + summaryOf(draft->grid), file.size});
+            entries.push_back({file.path,
+                               dateText_(file.changed) + "   " + summaryOf(draft->grid) + ": " +
+                                   differenceText(contentOf(*draft), shown),
+                               file.size});
     }
     return entries;
 }
 
 DesignDraft KeptDesigns::bringBack(const KeptEntry& entry)
 {
+    FileLock lock;
+    if (!lock.take(entry.path))
+        throw FileError("This design can't be recovered: another running Zint is editing it.");
     DesignDraft draft = loadDraft(entry.path);
     leave();
+    lock_ = std::move(lock);
     edited_ = entry.path;
     return draft;
 }
@@ -93,6 +109,8 @@ bool KeptDesigns::resume(const DesignGrid& grid, const Design& design)
         return false;
     const auto newest = tryToLoad(files.front().path);
     if (!newest || textOf(newest->grid, newest->design) != textOf(grid, design))
+        return false;
+    if (!lock_.take(files.front().path))
         return false;
     edited_ = files.front().path;
     return true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "designer/designFile.h"
+#include "shared/fileLock.h"
 #include "shared/keptFiles.h"
 
 #include <chrono>
@@ -10,7 +11,8 @@
 
 namespace zint {
 
-/// The user's unsaved designs, so that none is lost: the one that is being edited, and those that were left.
+/// The user's unsaved designs, so that none is lost: the one that is being edited, which is locked against
+/// other running programs, and those that were left.
 class KeptDesigns {
 public:
     /// @param folder is made when it is needed. @param dateText writes a time as the user reads it
@@ -27,12 +29,13 @@ public:
     /// What is kept of the design that was being edited stays; the next keep() is about another one.
     void leave();
 
-    /// What can be brought back, the newest first; not the one that is being edited, and nothing that can't
-    /// be read.
-    std::vector<KeptEntry> list() const;
+    /// What can be brought back, the newest first, with what tells it from the design that is shown; none
+    /// that is being edited, here or by another program, and nothing that can't be read.
+    std::vector<KeptEntry> list(const DesignContent& shown) const;
 
     /// Brings one back: from now on it is the one that is being edited.
-    /// @throws FileError when the file can't be opened; what readDraft() throws
+    /// @throws FileError when the file can't be opened or another program is editing it; what readDraft()
+    /// throws
     DesignDraft bringBack(const KeptEntry& entry);
 
     /// Goes on with the newest one if it is this very design. @return whether it is
@@ -41,6 +44,7 @@ public:
 private:
     KeptFiles files_;
     std::function<std::string(std::chrono::system_clock::time_point)> dateText_;
+    FileLock lock_;      ///< of `edited_`
     std::string edited_; ///< the file of the design that is being edited; empty when nothing is kept of it
 };
 

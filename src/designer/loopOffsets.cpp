@@ -34,7 +34,7 @@ void spreadOffsets(Design& design)
     }
 }
 
-std::string timelineText(Design& design)
+std::string timelineText(const Design& design)
 {
     if (design.eventCount() == 0)
         throw RunTimeError::divisionByZero();
@@ -55,10 +55,9 @@ std::string timelineText(Design& design)
         if (pass >= passes) // so late, empty passes may have followed the last
             break;
         text += "   "; // piece by piece: there may be 100,000 lines
-        text += event.description;
+        text += event.description.empty() ? event.code : event.description;
         text += "\r\n";
     }
-    design.title().clear();
     return text;
 }
 

@@ -12,10 +12,10 @@ namespace zint {
 void spreadOffsets(Design& design);
 
 /// The events of each pass as text, lines ended by CR LF, for as many passes as the largest frequency has, at
-/// least 10, and on to the next pass with an event. The title is dropped from the design on the way: the line
-/// before the first pass shows it empty.
+/// least 10, and on to the next pass with an event. An event without a description is named by its code. The
+/// line before the first pass stays empty.
 /// @throws RunTimeError 11 for a design without events or with one of frequency 0, std::length_error for a
-/// text that would be too long to show (several 100,000 passes); the design is then as it was
-std::string timelineText(Design& design);
+/// text that would be too long to show (several 100,000 passes)
+std::string timelineText(const Design& design);
 
 } // namespace zint

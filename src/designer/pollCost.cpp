@@ -8,25 +8,41 @@
 namespace zint {
 namespace {
 
-std::string oneDecimal(double value)
+/// In decimal, without the zeros that end it.
+std::string decimal(double value, int digits)
 {
-    std::array<char, 32> text{};
-    const auto written =
-        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, 1);
-    return {text.data(), written.ptr};
+    std::array<char, 64> buffer{};
+    char* const end =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, digits)
+            .ptr;
+    std::string text(buffer.data(), end);
+    text.erase(text.find_last_not_of('0') + 1);
+    return text.ends_with('.') ? text.substr(0, text.size() - 1) : text;
+}
+
+std::string requestsText(double requests)
+{
+    constexpr double fewest = 0.1;
+    if (requests > 0 && requests < fewest)
+        return "Less than 0.1 requests";
+    const std::string number = decimal(requests, 1);
+    return "About " + number + (number == "1" ? " request" : " requests");
 }
 
 } // namespace
 
-std::string pollCost(const DesignGrid& grid, int sampleSpeed, int bitsPerSecond)
+std::string pollCost(const DesignGrid& grid, int sampleSpeed, int bitsPerSecond, double measuredSeconds)
 {
     double requests = 0;
     for (const GridRow& row : grid.rows) {
         if (row.isEnabled())
             requests += 1.0 / row.frequency;
     }
-    const double seconds = requests * requestSeconds(sampleSpeed, bitsPerSecond);
-    return "About " + oneDecimal(requests) + " requests and " + oneDecimal(seconds) + " s per pass";
+    std::string text = requestsText(requests) + " per pass, at most " +
+                       decimal(requests * requestSeconds(sampleSpeed, bitsPerSecond), 2) + " s";
+    if (measuredSeconds > 0)
+        text += "; as fast as the last run, " + decimal(requests * measuredSeconds, 2) + " s";
+    return text;
 }
 
 } // namespace zint

@@ -6,10 +6,10 @@
 
 namespace zint {
 
-/// What a design will cost, as a line for the user: requests per pass on average, and about how long a pass
-/// takes.
+/// What a design will cost, as a line for the user: requests per pass on average, and how long a pass takes.
 /// @param sampleSpeed the adapter's time-out in ms, or Design::automaticSpeed
 /// @param bitsPerSecond of the line
-std::string pollCost(const DesignGrid& grid, int sampleSpeed, int bitsPerSecond);
+/// @param measuredSeconds that a request took in the last run; 0 before there was one
+std::string pollCost(const DesignGrid& grid, int sampleSpeed, int bitsPerSecond, double measuredSeconds = 0);
 
 } // namespace zint

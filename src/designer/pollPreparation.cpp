@@ -3,12 +3,15 @@
 #include "designer/designFile.h"
 #include "shared/module1.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zint {
 namespace {
 
 constexpr std::string_view interfering = "ZDELRPM"; // third letters of commands that change how replies look
+
+bool isPrintable(char character) { return character >= ' ' && character <= '~'; }
 
 } // namespace
 
@@ -21,6 +24,8 @@ InitCommands checkInitCommands(std::string_view answer)
         return {.complaint = "Error - commands must begin with AT"};
     if (commands.size() > 2 && interfering.find(commands[2]) != std::string_view::npos)
         return {.complaint = commands + " would interfere will ability to recognize poll data"};
+    if (!std::ranges::all_of(commands, isPrintable))
+        return {.complaint = commands + " can't be sent: adapters take plain letters, digits and signs only"};
     requireStorable(commands);
     return {.commands = std::move(commands)};
 }

@@ -24,8 +24,13 @@ public:
     explicit pollSetup2(ToolContext& context);
     ~pollSetup2() override;
 
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
 private:
     void Form_Unload() override;
+    void endEditing() override;
     bool printOn(QPrinter& printer) override;
     void mnuAddNew_Click();
     void comDone_Click();
@@ -35,12 +40,18 @@ private:
 
     void connectActions();
     void setUpGrid();
+    void setUpHeader();
     void setUpToolbar();
+    void act(const std::function<void()>& action);
     bool enterEdit(const std::function<void()>& edit);
+    void changeCurrent(void (Designer::*operation)(std::size_t row));
     void moveCurrent(int rows);
-    void closeEditor();
+    void click(const QModelIndex& cell);
     void editNext();
     void paint();
+    void showGrid();
+    void showFile();
+    void showCommands();
 
     std::unique_ptr<Ui::pollSetup2> ui;
     std::unique_ptr<SerialPort> MSComm1;

@@ -119,6 +119,21 @@ std::optional<std::string> QtPrompts::input(const std::string& text, const std::
     return box.exec() == QDialog::Accepted ? std::optional(fromQt(box.textValue())) : std::nullopt;
 }
 
+std::optional<std::string> QtPrompts::inputOrChoose(const std::string& text, const std::string& title,
+                                                    const std::vector<std::string>& choices)
+{
+    QStringList list;
+    for (const std::string& choice : choices)
+        list << toQt(choice);
+    QInputDialog box(&window_);
+    box.setWindowTitle(toQt(title));
+    box.setLabelText(toQt(text));
+    box.setComboBoxItems(list);
+    box.setComboBoxEditable(true);
+    box.setTextValue({});
+    return box.exec() == QDialog::Accepted ? std::optional(fromQt(box.textValue())) : std::nullopt;
+}
+
 std::optional<std::size_t> QtPrompts::choose(const std::string& text, const std::string& title,
                                              const std::vector<std::string>& lines)
 {

@@ -15,6 +15,8 @@ public:
     void message(const std::string& text, const std::string& title, const std::string& reason) override;
     std::optional<std::string> input(const std::string& text, const std::string& title,
                                      const std::string& initial) override;
+    std::optional<std::string> inputOrChoose(const std::string& text, const std::string& title,
+                                             const std::vector<std::string>& choices) override;
     std::optional<std::size_t> choose(const std::string& text, const std::string& title,
                                       const std::vector<std::string>& lines) override;
     bool confirm(const std::string& text, const std::string& title) override;

@@ -42,6 +42,10 @@ protected:
     /// Ends what the window has running; called once, when it closes, never inside another handler.
     virtual void Form_Unload() {}
 
+    /// Ends what is being edited in place, so that it counts, before a button or a menu does anything. What
+    /// this throws keeps it from being done.
+    virtual void endEditing() {}
+
     /// What "Print" puts on paper: the window's image, unless it has something better.
     virtual bool printOn(QPrinter& printer);
 
@@ -63,12 +67,12 @@ protected:
     template <typename Form>
     void onClick(QPushButton* button, void (Form::*handler)())
     {
-        on(button, &QPushButton::clicked, [this, handler] { (static_cast<Form*>(this)->*handler)(); });
+        on(button, &QPushButton::clicked, entering(handler));
     }
     template <typename Form>
     void onTrigger(QAction* action, void (Form::*handler)())
     {
-        on(action, &QAction::triggered, [this, handler] { (static_cast<Form*>(this)->*handler)(); });
+        on(action, &QAction::triggered, entering(handler));
     }
 
     /// Runs what asks the user something before it does anything: the window's other events go on meanwhile,
@@ -93,6 +97,15 @@ protected:
     Prompts& prompts() { return prompts_; }
 
 private:
+    template <typename Form>
+    auto entering(void (Form::*handler)())
+    {
+        return [this, handler] {
+            endEditing();
+            (static_cast<Form*>(this)->*handler)();
+        };
+    }
+
     void mnuAbout_Click();
     void mnuHelp_Click();
     void mnuPrintSetup_Click();

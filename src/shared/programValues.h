@@ -26,6 +26,8 @@ struct ProgramValues {
     // What is not saved.
     bool isFolderRemembered = true; ///< whether the user chose parmInitDir, as opposed to a default
     bool mayOverwriteSave = true;   ///< whether parmSave is the present design's; else saving asks for a name
+    bool isPollingWanted = false;   ///< whether the designer opens in place of the runner
+    double requestSeconds = 0;      ///< that a request took in the last run; 0 before there was one
     std::string sampleFolder;       ///< the designs that come with the program
     std::string descriptionsFile;   ///< the code descriptions that come with the program
     std::string browserPath;        ///< the program that opens web pages; empty when none was found

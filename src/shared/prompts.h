@@ -25,6 +25,13 @@ public:
     virtual std::optional<std::string> input(const std::string& text, const std::string& title,
                                              const std::string& initial = {}) = 0;
 
+    /// The same with a list to choose from; any other text may be typed.
+    virtual std::optional<std::string> inputOrChoose(const std::string& text, const std::string& title,
+                                                     const std::vector<std::string>& /*choices*/)
+    {
+        return input(text, title);
+    }
+
     /// Lets the user choose one of some lines, at least one. @return its place from 0; nothing for a Cancel
     virtual std::optional<std::size_t> choose(const std::string& text, const std::string& title,
                                               const std::vector<std::string>& lines) = 0;

@@ -1,38 +1,48 @@
-#include "designer/designGrid.h"
+#include "designer/designDifference.h"
 #include "designer/designPrintout.h"
+#include "designer/pollCost.h"
 
 #include <gtest/gtest.h>
 
 namespace zint {
 namespace {
 
-TEST(DesignGridTest, ACommitKeepsTheEnabledRows)
+TEST(DesignPrintoutTest, TellsFileCommandsAndSpeedAndEscapesTexts)
 {
-    Design design;
-    loadDefaultDesign(design);
-    design.entries[2].reserved1 = 7;
-    DesignGrid grid = gridOf(design);
-    ASSERT_EQ(grid.rows.size(), 31U);
-    EXPECT_EQ(grid.rows[3].offset, 3);
-    grid.title = "Car1";
-    commit(grid, design);
-    EXPECT_EQ(design.eventCount(), 22);
-    EXPECT_TRUE(design.isCommitted());
-    EXPECT_EQ(design.title(), "Car1");
-    EXPECT_EQ(design.entries[1].code, "0104");
-    EXPECT_EQ(design.entries[22].code, "011B");
-    EXPECT_EQ(design.entries[2].reserved1, 7) << "stays with the place";
+    const DesignContent design{{.title = "A & B", .rows = {{"0105", "<hot>"}}}, "ATH1", -1};
+    EXPECT_TRUE(
+        designPrintout(design, "a<b.obc", "Monday")
+            .starts_with("<h2>Polling Design</h2><p><b>A &amp; B</b><br>a&lt;b.obc<br>Monday<br>"
+                         "&nbsp;&nbsp;&nbsp;Sample Speed: Dynamic<br>&nbsp;&nbsp;&nbsp;Init Commands: "
+                         "ATH1</p><table cellpadding=\"3\"><tr><th align=\"left\">Code</th>"));
+    EXPECT_NE(designPrintout(design, "", "").find("<tr><td>0105</td><td>&lt;hot&gt;</td>"),
+              std::string::npos);
 }
 
-TEST(DesignPrintoutTest, ListsTheRowsAsText)
+TEST(DesignDifferenceTest, NamesWhatTellsTwoDesignsApart)
 {
-    const DesignGrid grid{.title = "A & B", .rows = {{"0105", "<hot>", 3, 15, 2}}};
-    const std::string html = designPrintout(grid, 100, "Monday");
-    for (const char* part :
-         {"<h2>Polling Design</h2>", "<b>A &amp; B</b><br>Monday<br>", ";Sample Speed: 100ms<",
-          "<td>0105</td><td>&lt;hot&gt;</td><td>3&gt;Celsius</td><td>15</td><td>2</td>"})
-        EXPECT_NE(html.find(part), std::string::npos) << part << " in " << html;
-    EXPECT_NE(designPrintout(grid, -1, "").find("Sample Speed: Dynamic<"), std::string::npos);
+    const DesignContent from{{.rows = {{"0105", "a"}, {"0106", "b"}, {"0107", "c"}}}, "", 200};
+    DesignContent design = from;
+    EXPECT_EQ(differenceText(design, from), "the same rows");
+    std::swap(design.grid.rows[0], design.grid.rows[1]);
+    design.sampleSpeed = Design::automaticSpeed;
+    EXPECT_EQ(differenceText(design, from), "another order; sample speed Auto");
+    design.grid.rows.pop_back();
+    design.extraCommands = "ATH1";
+    EXPECT_EQ(differenceText(design, from), "without: 0107 c; init commands ATH1; sample speed Auto");
+    EXPECT_EQ(differenceText({from.grid, "", -1}, {{}, "ATH1", -1}),
+              "other rows: 0105 a, 0106 b and 1 more; no init commands");
+}
+
+TEST(PollCostTest, TellsRequestsAndSecondsOfAPass)
+{
+    DesignGrid grid{.rows = {{.frequency = 2}, {.frequency = 2}, {.frequency = 0}}};
+    EXPECT_EQ(pollCost(grid, 200, 9600), "About 1 request per pass, at most 0.22 s");
+    grid.rows[0].frequency = 4;
+    EXPECT_EQ(pollCost(grid, Design::automaticSpeed, 38400, 0.05),
+              "About 0.8 requests per pass, at most 0.08 s; as fast as the last run, 0.04 s");
+    EXPECT_EQ(pollCost({.rows = {{.frequency = 1800}}}, 1020, 9600),
+              "Less than 0.1 requests per pass, at most 0 s");
 }
 
 } // namespace

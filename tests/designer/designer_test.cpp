@@ -35,65 +35,112 @@ struct DesignerTest : testing::Test {
 
     const DesignerPanel& panel() const { return designer->panel(); }
     const GridRow& row(std::size_t n) const { return panel().obdGrid.rows.at(n); }
+
+    void saveAs(const std::string& name)
+    {
+        dialogs.chosen = folder.path(name);
+        designer->saveAs();
+    }
+
+    void open(const std::string& name)
+    {
+        dialogs.chosen = folder.path(name);
+        designer->open();
+    }
+
+    /// What the dialog is asked that Save shows; empty when it shows none.
+    std::string askedBySave()
+    {
+        dialogs.asked.clear();
+        designer->save();
+        return dialogs.asked.substr(0, dialogs.asked.rfind("|OBD2"));
+    }
+
+    std::ptrdiff_t keptFiles() const
+    {
+        return std::ranges::count_if(std::filesystem::directory_iterator(utf8Path(folder.path("kept"))),
+                                     [](const auto& entry) { return entry.path().extension() == ".obc"; });
+    }
 };
 
 TEST_F(DesignerTest, SavesOpensAndKeepsTheTitle)
 {
     EXPECT_EQ(panel().statusBox, "Default Settings (31 events)");
+    EXPECT_FALSE(panel().isModified);
     designer->setTitle("Car1");
+    EXPECT_TRUE(panel().isModified);
+    designer->showTimeline();
+    EXPECT_TRUE(prompts.takeMessage().starts_with("----------\r\n   \r\n   Manifold Air Pressure\r\n"));
+    designer->unload();
+    designer->load();
     designer->save();
     EXPECT_EQ(dialogs.asked,
               "save /start||OBD2 config files (*.obc)|*.obc|Text files (*.txt)|*.txt|All files (*.*)|*.*");
-    EXPECT_EQ(design.eventCount(), 31) << "cancelled";
-
-    dialogs.chosen = folder.path("car.obc");
-    designer->save();
+    saveAs("car.obc");
     EXPECT_EQ(panel().statusBox, "car.obc saved");
-    EXPECT_EQ(panel().fileLab, "car.obc");
-    EXPECT_EQ(values.parmSaveFile, "car.obc");
-    EXPECT_EQ(values.parmInitDir, folder.path());
-    EXPECT_EQ(panel().obdGrid.rows.size(), 22U) << "the unpolled rows left with the commit";
+    EXPECT_FALSE(panel().isModified);
     EXPECT_TRUE(contents(folder.path("car.obc"))
                     .starts_with("Car1\r\n|200\r\n0104|Calculated Engine Load|1|10|3|0|0\r\n"));
 
     designer->newDesign();
-    EXPECT_EQ(panel().obdGrid.title, "Default Settings");
-    dialogs.chosen = folder.path("car.obc");
-    designer->open();
+    EXPECT_EQ(panel().fileLab, "");
+    EXPECT_EQ(askedBySave(), "save " + folder.path() + "|") << "car.obc is another design";
+    open("car.obc");
     EXPECT_EQ(panel().statusBox, "car.obc loaded");
     EXPECT_EQ(panel().obdGrid.title, "Car1");
     designer->disableAll();
-    designer->save();
-    EXPECT_EQ(contents(folder.path("car.obc")), "Car1\r\n|200\r\nEOP - end of Parms\r\n")
-        << "saved again without a question";
+    EXPECT_EQ(askedBySave(), "");
+    EXPECT_EQ(contents(folder.path("car.obc")), "Car1\r\n|200\r\nEOP - end of Parms\r\n");
 }
 
 TEST_F(DesignerTest, AFileThatCantBeReadGivesTheDefault)
 {
-    folder.write(folder.path("bad.obc"), "t\n|200\n0105|x|three|1|0\n");
-    dialogs.chosen = folder.path("bad.obc");
-    designer->open();
+    values.parmSave = folder.path("bad.obc");
+    folder.write(values.parmSave, "t\n|200\n0105|x|three|1|0\n");
+    designer->load();
+    EXPECT_EQ(prompts.takeMessage(), "") << "not before the window stands";
+    designer->tellLoadFailure();
     EXPECT_EQ(prompts.takeMessage(), "Error loading filebad.obc");
     EXPECT_EQ(prompts.reason, "Type mismatch");
+    open("bad.obc");
+    EXPECT_EQ(prompts.takeMessage(), "Error loading filebad.obc");
     EXPECT_EQ(panel().statusBox, "Default values loaded");
-    EXPECT_EQ(design.eventCount(), 31);
-    values.parmSave = folder.path("good.obc");
-    designer->save();
-    EXPECT_TRUE(dialogs.asked.starts_with("save ")) << "the file of before is not overwritten";
+    EXPECT_EQ(askedBySave(), "save " + folder.path() + "|") << "the file of before is not overwritten";
 
     folder.write(folder.path("RUN.LOG"),
                  "Logged\r\n|-1\r\n010C|rpm|5|1|0|0|0\r\nEOP - end of Parms\r\nsamples");
-    dialogs.chosen = folder.path("RUN.LOG");
-    designer->open();
+    open("RUN.LOG");
     EXPECT_EQ(panel().obdGrid.title, "Logged");
-    EXPECT_TRUE(panel().autoSpeed);
     EXPECT_EQ(panel().sampleDsp, "Auto");
     EXPECT_EQ(panel().pollSpeed.value, 200);
-    dialogs.asked.clear();
-    designer->save();
-    EXPECT_TRUE(dialogs.asked.starts_with("save ")) << "a log is not overwritten";
-    dialogs.chosen = "/dev/full";
-    EXPECT_THROW(designer->save(), FileError);
+    EXPECT_EQ(askedBySave(), "save " + folder.path() + "|RUN.obc") << "a log is not overwritten";
+}
+
+TEST_F(DesignerTest, AFailedSaveLeavesNothingBehind)
+{
+    saveAs("car.obc");
+    std::string shown;
+    designer->onChanged = [&] { shown = panel().statusBox; };
+    EXPECT_THROW(saveAs("gone/x.obc"), FileError);
+    EXPECT_EQ(shown, "x.obc not saved");
+    EXPECT_EQ(values.parmSaveFile, "car.obc");
+    EXPECT_EQ(values.parmInitDir, folder.path());
+    EXPECT_EQ(askedBySave(), "") << "to car.obc";
+}
+
+TEST_F(DesignerTest, TellsWhyItOpensInPlaceOfTheRunnerAndWhichFileIsMissing)
+{
+    values.isPollingWanted = true;
+    values.parmSave = folder.path("gone.obc");
+    designer->load();
+    EXPECT_EQ(panel().statusBox,
+              "This design has events that are never polled (grey). Set how often, then Goto Polling.");
+    EXPECT_EQ(panel().fileLab, "gone.obc");
+    EXPECT_EQ(askedBySave(), "");
+    EXPECT_EQ(panel().statusBox, "gone.obc saved");
+    values.isPollingWanted = true;
+    designer->load();
+    EXPECT_EQ(panel().statusBox, "Default Settings (22 events)");
 }
 
 TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
@@ -104,7 +151,9 @@ TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
     const std::string first = row(0).description;
     designer->sortBy(GridColumn::description);
     EXPECT_EQ(row(30).description, first) << "the second click reverses";
+    EXPECT_EQ(panel().sorting, (GridSorting{GridColumn::description, true}));
     designer->undo();
+    EXPECT_FALSE(panel().sorting);
     designer->undo();
     designer->undo();
     EXPECT_EQ(row(0).description, "MIL Status");
@@ -114,48 +163,49 @@ TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
 
     prompts.typed = "0902";
     EXPECT_TRUE(designer->addNew());
-    EXPECT_EQ(row(31), (GridRow{"0902", "", 0, 10, 0}));
+    EXPECT_EQ(panel().statusBox, "Default Settings (32 events)");
+    prompts.typed = "zzz";
+    EXPECT_TRUE(designer->addNew());
+    EXPECT_EQ(panel().statusBox, "zzz is no hexadecimal number; it is sent as it is");
+    EXPECT_FALSE(panel().canRedo) << "a new edit ends what was undone";
     EXPECT_FALSE(designer->addNew()) << "an empty answer adds nothing";
     designer->setTitle("full");
     designer->enableAll();
-    for (int i = 0; i < 33; ++i) {
-        prompts.typed = "0105";
-        designer->addNew();
-    }
+    for (int i = 0; i < 32; ++i)
+        designer->duplicateRow(0);
+    EXPECT_EQ(panel().statusBox, "full (65 events)");
     dialogs.asked.clear();
     EXPECT_THROW(designer->saveAs(), TooManyEvents);
     EXPECT_EQ(dialogs.asked, "") << "what can't be saved needs no name";
     EXPECT_THROW(designer->commit(), TooManyEvents);
     EXPECT_EQ(panel().obdGrid.rows.size(), 65U);
-    EXPECT_EQ(design.title(), "Default Settings");
     EXPECT_EQ(design.eventCount(), 31);
-    EXPECT_EQ(design.entries[32].code, "");
-    designer->undo();
+    designer->removeRow(0);
+    design.entries[2].reserved1 = 7;
     designer->commit();
     EXPECT_EQ(design.eventCount(), 64);
+    EXPECT_EQ(design.entries[2].reserved1, 7) << "stays with the place";
 }
 
-TEST_F(DesignerTest, ASampleIsFoundAtOnceAndNotOverwritten)
+TEST_F(DesignerTest, ASampleIsOfferedUntilAFolderIsChosenAndNotOverwritten)
 {
     values.isFolderRemembered = false;
     values.sampleFolder = folder.path();
     folder.write(folder.path("sample.obc"), "Sample\n|200\n010C|rpm|5|1|0\n");
-    dialogs.chosen = folder.path("sample.obc");
-    designer->open();
-    EXPECT_TRUE(dialogs.asked.starts_with("open " + folder.path() + "||")) << dialogs.asked;
+    for (int i = 0; i < 2; ++i) {
+        open("sample.obc");
+        EXPECT_TRUE(dialogs.asked.starts_with("open " + folder.path() + "||")) << dialogs.asked;
+    }
     EXPECT_EQ(panel().fileLab, "sample.obc");
     EXPECT_EQ(values.parmSave, "");
+    EXPECT_EQ(askedBySave(), "save /start|sample.obc");
     designer->unload();
     designer->load();
-    designer->save();
-    EXPECT_TRUE(dialogs.asked.starts_with("save " + folder.path() + "||")) << dialogs.asked;
+    EXPECT_EQ(askedBySave(), "save /start|");
 }
 
 TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
 {
-    const auto keptFiles = [this] {
-        return std::distance(std::filesystem::directory_iterator(utf8Path(folder.path("kept"))), {});
-    };
     designer->recover();
     EXPECT_EQ(prompts.takeMessage(), "There is no unsaved design to recover.");
     designer->commit();
@@ -164,8 +214,8 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
     designer->setCell(0, GridColumn::frequency, "0");
     designer->setTitle("left");
     EXPECT_EQ(keptFiles(), 1) << "a crash may come at any time";
-    designer->recover();
-    EXPECT_EQ(prompts.takeMessage(), "There is no unsaved design to recover.") << "this one is being edited";
+    KeptDesigns elsewhere(folder.path("kept"), [](auto) { return "today"; }); // of another program
+    EXPECT_TRUE(elsewhere.list({}).empty()) << "this one is being edited";
     designer->unload();
     designer->load();
     prompts.typed = "ATH1";
@@ -173,21 +223,25 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
     designer->setTitle("replaced");
     designer->newDesign();
     EXPECT_EQ(keptFiles(), 2);
+    const auto listed = elsewhere.list({});
 
     prompts.chosen = 0;
     designer->recover();
-    EXPECT_EQ(prompts.question, "Recover Unsaved Design\nUnsaved designs\ntoday   replaced (22 events)\n"
-                                "today   left (22 events)");
+    EXPECT_EQ(
+        prompts.question,
+        "Recover Unsaved Design\nUnsaved designs\n"
+        "today   replaced (22 events): without: 0101 MIL Status, 0102 unused and 7 more; init commands ATH1\n"
+        "today   left (22 events): other rows: 0104 Calculated Engine Load");
     EXPECT_EQ(panel().statusBox, "replaced (22 events) recovered");
     EXPECT_EQ(panel().pollPrefix, "ATH1");
+    EXPECT_TRUE(panel().isModified);
+    EXPECT_THROW(elsewhere.bringBack(listed.at(0)), FileError);
     prompts.chosen = 0;
     designer->recover();
     EXPECT_EQ(panel().obdGrid.title, "left") << "and the one before can still be recovered";
     EXPECT_EQ(row(0).frequency, 0) << "disabled rows come back too";
-    designer->save();
-    EXPECT_TRUE(dialogs.asked.starts_with("save "));
-    dialogs.chosen = folder.path("car.obc");
-    designer->save();
+    EXPECT_EQ(askedBySave(), "save /start|");
+    saveAs("car.obc");
     EXPECT_EQ(keptFiles(), 1) << "what is saved need not be kept";
 
     for (int i = 0; i < 12; ++i) {
@@ -204,10 +258,7 @@ TEST_F(DesignerTest, GoesOnWithTheDesignThatWentToTheRunner)
     designer->unload();
     designer->load();
     designer->setTitle("tried again");
-    designer->newDesign();
-    prompts.chosen = 0;
-    designer->recover();
-    EXPECT_EQ(std::ranges::count(prompts.question, '\n'), 2) << "one kept design: " << prompts.question;
+    EXPECT_EQ(keptFiles(), 1);
 }
 
 TEST_F(DesignerTest, SaysWhenNothingCanBeKept)
@@ -233,8 +284,6 @@ TEST_F(DesignerTest, PreparesTheAdapter)
     EXPECT_EQ(panel().sampleDsp, "100ms");
     EXPECT_EQ(design.sampleSpeed, 200) << "the slider shows only";
     designer->clickAutoSpeed(true);
-    EXPECT_EQ(design.sampleSpeed, -1);
-    EXPECT_FALSE(panel().pollSpeed.enabled);
     designer->clickAutoSpeed(false);
     EXPECT_EQ(design.sampleSpeed, 200);
     EXPECT_EQ(panel().sampleDsp, "200ms");
@@ -249,46 +298,49 @@ TEST_F(DesignerTest, DisablesWhatTheVehicleDoesNotSupport)
         designer->verifySupport();
         EXPECT_EQ(panel().statusBox, "com1 Verify events with OBD2");
         adapter.play();
-        EXPECT_EQ(panel().statusBox, "com1 Closed");
         EXPECT_FALSE(timer.running);
+        return panel().statusBox;
     };
-    verify("NO DATA\r\r>");
+    EXPECT_EQ(verify("NO DATA\r\r>"), "com1 Closed");
     EXPECT_EQ(prompts.takeMessage(), "Please try again, is possible ignition not ON");
     EXPECT_TRUE(panel().labelStats.ends_with("Errors: 1"));
-    verify("41 00 BE 1G A8 13 \r\r>");
+    EXPECT_EQ(verify("41 00 BE 1G A8 13 \r\r>"), "com1 Closed");
     EXPECT_EQ(prompts.takeMessage(), "Garbled OBD2 0100 response (BE 1G A8 13 ), try again");
     EXPECT_FALSE(panel().canUndo);
-    verify("BUS INIT: OK\r41 00 BE 1F A8 13 \r\r>");
-    EXPECT_EQ(row(3).frequency, 0) << "0104";
-    EXPECT_EQ(row(3).offset, 0);
+    EXPECT_EQ(verify("41 00 BE 1F A8 13 \r\r>"),
+              "com1 Closed - 11 of 22 events disabled. This is a hint: see Help.");
+    EXPECT_EQ(row(3).frequency + row(3).offset, 0) << "0104";
     EXPECT_EQ(row(4).frequency, 10) << "0105";
     EXPECT_EQ(design.entries[4].frequency, 10) << "only the grid changes";
 }
 
-TEST_F(DesignerTest, TheTimeOutGuardsTheAnswerToo)
+TEST_F(DesignerTest, ACheckEndsWithTheTimeOutOrTheAdapter)
 {
     adapter.expectOpening();
     adapter.expect("0100\r");
     adapter.expect("ATD\r");
     designer->verifySupport();
     adapter.play();
-    EXPECT_TRUE(timer.running);
+    adapter.sendEvent(0);
+    EXPECT_EQ(panel().statusBox, "com1 - unhandled comm Event: 0");
     timer.tick();
     EXPECT_EQ(prompts.takeMessage(),
               "OBD is not responding... Please verify connections between computer and vehicle");
     EXPECT_EQ(panel().statusBox, "com1 Closed");
-    EXPECT_TRUE(panel().labelStats.ends_with("Errors: 1"));
-    EXPECT_EQ(values.lastFailureText, "Timeout responding to ATZ");
+    EXPECT_TRUE(panel().labelStats.ends_with("Errors: 2"));
+    EXPECT_EQ(values.lastFailureText, "") << "that is Check Engine's";
+
+    adapter.expect("ATZ\r");
+    designer->verifySupport();
+    adapter.vanish();
+    EXPECT_EQ(panel().statusBox, "com1 - adapter disconnected");
 }
 
-TEST_F(DesignerTest, SpreadsOffsetsAndShowsTheTimeline)
+TEST_F(DesignerTest, SpreadsOffsets)
 {
     designer->calculateOffsets();
     EXPECT_EQ(row(0).offset, 0);
     EXPECT_EQ(row(1).offset, 9);
-    designer->showTimeline();
-    EXPECT_TRUE(prompts.takeMessage().starts_with("----------\r\n   \r\n   Calculated Engine Load\r\n"));
-    EXPECT_EQ(design.title(), "");
     designer->disableAll();
     EXPECT_THROW(designer->showTimeline(), RunTimeError);
     EXPECT_EQ(design.eventCount(), 22);

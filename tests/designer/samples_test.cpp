@@ -25,8 +25,6 @@ protected:
 
 TEST_P(SamplesTest, PollsLiveDataInReadableUnits)
 {
-    EXPECT_GE(design_.eventCount(), 10);
-    EXPECT_LE(design_.eventCount(), 24);
     EXPECT_TRUE(design_.isCommitted()) << "all are polled";
     for (const DesignEntry& event : events()) {
         EXPECT_TRUE(event.code.size() == 4 && event.code.starts_with("01")) << event.code;

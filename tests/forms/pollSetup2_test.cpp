@@ -5,10 +5,13 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QInputDialog>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMimeData>
+#include <QSlider>
 #include <QTableView>
+#include <QToolButton>
 
 namespace zint {
 namespace {
@@ -19,49 +22,64 @@ struct PollSetup2Test : FormTest {
     PollSetup2Test()
     {
         loadDefaultDesign(design);
+        makeForm();
+    }
+
+    void makeForm()
+    {
+        delete form;
         form = new pollSetup2(context);
+        form->setAttribute(Qt::WA_DeleteOnClose, false);
         form->show();
         grid = control<QTableView>("obdGrid");
     }
 
-    QString cell(int row, int column) const { return grid->model()->index(row, column).data().toString(); }
+    QModelIndex at(int row, int column) const { return grid->model()->index(row, column); }
+    QString cell(int row, int column) const { return at(row, column).data().toString(); }
 
     /// Opens the editor of a cell. @return the editor
     template <typename Editor>
     Editor* edit(int row, int column, const char* name)
     {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // editors of before
-        grid->setCurrentIndex(grid->model()->index(row, column));
+        grid->setCurrentIndex(at(row, column));
         grid->edit(grid->currentIndex());
         return control<Editor>(name);
+    }
+
+    void type(int row, int column, const QString& text)
+    {
+        edit<QLineEdit>(row, column, "obdTexter")->setText(text);
+    }
+
+    /// Presses the keys of an action where the focus is.
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    {
+        form->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+        QTest::keyClick(form->focusWidget(), key, modifiers);
     }
 };
 
 TEST_F(PollSetup2Test, CellsAreEditedInPlaceAndUndone)
 {
-    EXPECT_EQ(textOf("statusBox"), u"Default Settings (31 events)");
-    EXPECT_EQ(control<QLineEdit>("pollTitle")->text(), u"Default Settings");
-    EXPECT_EQ(cell(3, 2), u"1>Byte Percentage");
-    EXPECT_FALSE(grid->model()->flags(grid->model()->index(0, 0)) & Qt::ItemIsEditable) << "the code";
-
     auto* texter = edit<QLineEdit>(3, 1, "obdTexter");
     texter->setText(QStringLiteral("Load"));
     QTest::keyClick(texter, Qt::Key_Return);
     EXPECT_EQ(cell(3, 1), u"Load");
+    EXPECT_TRUE(form->isWindowModified());
     EXPECT_EQ(control<QComboBox>("ObdUnit")->count(), 1) << "Enter moves on to the next cell";
 
     for (const char* typed : {"25", "18"}) { // neither what stood there nor an entry that begins so
         auto* frequency = edit<QComboBox>(3, 3, "ObdFreq");
-        EXPECT_EQ(frequency->itemText(6), u"  15>about 5s");
         QTest::keyClicks(frequency, QLatin1String(typed));
         QTest::keyClick(frequency, Qt::Key_Tab);
         EXPECT_EQ(cell(3, 3), QLatin1String(typed));
         EXPECT_EQ(grid->currentIndex().column(), 4);
     }
 
-    auto* offset = edit<QLineEdit>(3, 4, "obdTexter");
-    offset->setText(QStringLiteral("soon"));
-    EXPECT_EQ(messageOf([&] { QTest::keyClick(offset, Qt::Key_Return); }),
+    type(3, 4, QStringLiteral("soon"));
+    EXPECT_EQ(messageOf([&] { QTest::keyClick(control<QLineEdit>("obdTexter"), Qt::Key_Return); }),
               u"Run-time error 13: Type mismatch");
     EXPECT_EQ(cell(3, 4), u"3");
     EXPECT_EQ(grid->currentIndex().row(), 3) << "nothing to move on from";
@@ -74,95 +92,145 @@ TEST_F(PollSetup2Test, CellsAreEditedInPlaceAndUndone)
     EXPECT_EQ(cell(3, 1), u"Load");
 }
 
-TEST_F(PollSetup2Test, ConversionsThatNoTableHasCanBeEdited)
+TEST_F(PollSetup2Test, AClickOpensTheListInItsFullWidthAndDigitsGoOn)
 {
-    design.entries[1].conversion = std::numeric_limits<std::int32_t>::min();
-    design.polledCount() = design.eventCount();
-    delete form;
-    form = new pollSetup2(context);
-    form->show();
-    grid = control<QTableView>("obdGrid");
-    auto* chooser = edit<QComboBox>(0, 2, "ObdUnit");
-    EXPECT_EQ(chooser->currentText(), u"-2147483648>");
-    EXPECT_EQ(chooser->count(), 26);
-    QTest::keyClick(chooser, Qt::Key_Return);
-    EXPECT_EQ(cell(0, 2), u"-2147483648>") << "nothing was chosen";
+    const auto clickOn = [this](int column) {
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualRect(at(3, column)).center());
+    };
+    clickOn(3);
+    auto* frequency = control<QComboBox>("ObdFreq");
+    QAbstractItemView* list = frequency->view();
+    EXPECT_TRUE(list->isVisible());
+    EXPECT_GT(list->width(), list->sizeHintForColumn(0));
+    EXPECT_EQ(frequency->itemText(6), u"  15>about 5s");
+    EXPECT_FALSE(list->currentIndex().isValid()) << "10 is no entry";
+    QTest::keyClick(list, Qt::Key_7);
+    EXPECT_FALSE(list->isVisible());
+    QTest::keyClick(frequency, Qt::Key_Return);
+    EXPECT_EQ(cell(3, 3), u"7");
+    EXPECT_EQ(control<QLineEdit>("obdTexter")->alignment(), Qt::AlignRight | Qt::AlignVCenter)
+        << "the offset";
 }
 
-TEST_F(PollSetup2Test, RowsAreDraggedAndSorted)
+TEST_F(PollSetup2Test, TheGridShowsWhatIsPolledAndHowItIsSorted)
 {
-    QAbstractItemModel* model = grid->model();
-    const std::unique_ptr<QMimeData> dragged(model->mimeData({model->index(3, 0)}));
-    model->dropMimeData(dragged.get(), Qt::MoveAction, 0, 0, {});
-    EXPECT_EQ(cell(0, 0), u"0104");
-    EXPECT_EQ(cell(1, 0), u"0101");
-    EXPECT_EQ(model->rowCount(), 31);
-    EXPECT_EQ(grid->currentIndex().row(), 0) << "follows the row";
-    trigger("mnuMoveDown");
-    trigger("mnuMoveDown");
-    trigger("mnuMoveUp");
-    EXPECT_EQ(cell(1, 0), u"0104");
-    EXPECT_EQ(grid->currentIndex().row(), 1);
+    EXPECT_EQ(at(3, 0).data(Qt::BackgroundRole), QVariant());
+    EXPECT_NE(at(0, 0).data(Qt::BackgroundRole), QVariant()) << "disabled";
+    EXPECT_EQ(at(0, 0).data(Qt::ForegroundRole), QVariant()) << "but legible";
+    EXPECT_EQ(at(0, 4).data(Qt::TextAlignmentRole).value<Qt::Alignment>(), Qt::AlignRight | Qt::AlignVCenter);
+    EXPECT_EQ(at(0, 0).flags() & (Qt::ItemIsEditable | Qt::ItemIsDragEnabled), Qt::ItemIsDragEnabled);
+    EXPECT_EQ(grid->model()->headerData(3, Qt::Horizontal).toString(), u" Poll Frequency ");
+    for (const auto& [button, action] : {std::pair{"newDesign", "mnuDefault"},
+                                         {"saveDesign", "mnuSave"},
+                                         {"openDesign", "mnuOpen"},
+                                         {"printDesign", "mnuPrint"},
+                                         {"codeDisable", "mnuDisable"},
+                                         {"codeEnable", "mnuEnable"},
+                                         {"checkCodes", "mnuVerifyObd"},
+                                         {"showTimeline", "mnuShowTimeline"},
+                                         {"calcOffset", "mnuAutoOffset"},
+                                         {"addEvent", "mnuAddNew"}})
+        EXPECT_EQ(control<QToolButton>(button)->defaultAction(), control<QAction>(action)) << button;
+
     QHeaderView* header = grid->horizontalHeader();
     const auto clickOn = [header](int column) {
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
                           QPoint(header->sectionViewportPosition(column) + 20, header->height() / 2));
     };
     clickOn(0);
-    EXPECT_EQ(cell(0, 0), u"0101");
     clickOn(0);
     EXPECT_EQ(cell(0, 0), u"011F");
+    EXPECT_EQ(header->sortIndicatorSection(), 0);
+    EXPECT_EQ(header->sortIndicatorOrder(), Qt::DescendingOrder);
+    trigger("mnuDefault");
+    EXPECT_EQ(header->sortIndicatorSection(), -1);
+    EXPECT_GE(header->sectionSize(0), grid->fontMetrics().horizontalAdvance(QStringLiteral("010A")));
 }
 
-TEST_F(PollSetup2Test, ACellThatCantBeReadKeepsTheDesignFromBeingSaved)
+TEST_F(PollSetup2Test, TheKeysOfTheGridWorkInTheGridAndItsStepsInTheTitle)
+{
+    std::unique_ptr<QMimeData> dragged(grid->model()->mimeData({at(3, 0)}));
+    grid->model()->dropMimeData(dragged.get(), Qt::MoveAction, 0, 0, {});
+    EXPECT_EQ(cell(0, 0), u"0104");
+    EXPECT_EQ(grid->currentIndex().row(), 0) << "follows the row";
+    grid->setFocus();
+    press(Qt::Key_Down, Qt::ControlModifier | Qt::ShiftModifier);
+    press(Qt::Key_Down, Qt::ControlModifier | Qt::ShiftModifier);
+    press(Qt::Key_Up, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(cell(1, 0), u"0104");
+    EXPECT_EQ(grid->currentIndex().row(), 1);
+    press(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(cell(2, 0), u"0104");
+    press(Qt::Key_Delete);
+    EXPECT_EQ(textOf("statusBox"), u"Default Settings (31 events)");
+    EXPECT_EQ(grid->currentIndex().row(), 1) << "the next one";
+    QTimer::singleShot(0, form, [] {
+        auto* box = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+        EXPECT_EQ(box->comboBoxItems().size(), 27);
+        box->setTextValue(QStringLiteral("0902"));
+        box->accept();
+    });
+    press(Qt::Key_Insert);
+    auto* texter = control<QLineEdit>("obdTexter"); // the description is to be typed
+    EXPECT_EQ(cell(31, 0), u"0902");
+    QTest::keyClick(texter, Qt::Key_Escape);
+    EXPECT_EQ(form->focusWidget()->objectName(), u"pollTitle");
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(grid->model()->rowCount(), 31) << "a step of the grid, for nothing was typed into the title";
+    press(Qt::Key_Delete);
+    EXPECT_EQ(grid->model()->rowCount(), 31) << "a key of the title";
+}
+
+TEST_F(PollSetup2Test, ACellThatCantBeReadKeepsTheDesignFromBeingSavedAndLost)
 {
     const std::string path = folder.path("car.obc");
     values.parmSave = path;
-    values.parmSaveFile = "car.obc";
+    values.mayOverwriteSave = true;
+    makeForm();
     control<QLineEdit>("pollTitle")->setText({});
     QTest::keyClicks(control<QLineEdit>("pollTitle"), QStringLiteral("Mine"));
-    auto* offset = edit<QLineEdit>(3, 4, "obdTexter");
-    offset->setText(QStringLiteral("soon"));
-    EXPECT_EQ(messageOf([&] { trigger("mnuSave"); }), u"Run-time error 13: Type mismatch");
-    EXPECT_FALSE(fileExists(path));
-
-    offset = edit<QLineEdit>(3, 4, "obdTexter");
-    offset->setText(QStringLiteral(" 7 "));
+    for (const auto& action : {std::function<void()>([this] { trigger("mnuSave"); }),
+                               std::function<void()>([this] { form->close(); })}) {
+        type(3, 4, QStringLiteral("soon"));
+        EXPECT_EQ(messageOf(action), u"Run-time error 13: Type mismatch");
+        EXPECT_FALSE(fileExists(path));
+        EXPECT_TRUE(form->isVisible());
+    }
+    type(3, 4, QStringLiteral(" 7 "));
+    messageOf([this] { trigger("mnuAbout"); });
+    EXPECT_EQ(cell(3, 4), u"7") << "whatever comes next takes what is typed";
     trigger("mnuSave");
     EXPECT_EQ(textOf("statusBox"), u"car.obc saved");
-    trigger("mnuDefault");
-    EXPECT_EQ(cell(3, 4), u"3");
+    EXPECT_EQ(grid->currentIndex(), at(0, 0));
 
     design = {}; // another start of the program
     loadDefaultDesign(design);
-    const pollSetup2 again(context);
-    EXPECT_EQ(again.findChild<QLineEdit*>(QStringLiteral("pollTitle"))->text(), u"Mine");
-    const QAbstractItemModel* model = again.findChild<QTableView*>(QStringLiteral("obdGrid"))->model();
-    EXPECT_EQ(model->rowCount(), 22);
-    EXPECT_EQ(model->index(0, 4).data().toString(), u"7");
+    makeForm();
+    EXPECT_EQ(control<QLineEdit>("pollTitle")->text(), u"Mine");
+    EXPECT_EQ(cell(0, 4), u"7");
 }
 
 TEST_F(PollSetup2Test, ChoosesAnUnsavedDesignAndGoesOnToPolling)
 {
     EXPECT_FALSE(control<QPushButton>("comDone")->isEnabled()) << "nowhere to go";
     QTest::keyClicks(control<QLineEdit>("pollTitle"), QStringLiteral(" lost"));
-    delete form;
+    type(3, 4, QStringLiteral("8"));
+    form->close(); // takes what is typed, and keeps it
     loadDefaultDesign(design);
     bool gone = false;
     context.goPolling = [&gone] { gone = true; };
-    form = new pollSetup2(context);
-    form->show();
+    makeForm();
     QTimer::singleShot(0, form, [] {
         auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         auto* list = box->findChild<QListWidget*>();
         EXPECT_EQ(list->count(), 1);
-        EXPECT_TRUE(list->item(0)->text().endsWith(u"   Default Settings lost (31 events)"));
+        EXPECT_TRUE(list->item(0)->text().endsWith(
+            u"   Default Settings lost (31 events): other rows: 0104 Calculated Engine Load"));
         box->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
     });
     trigger("mnuRecover");
     EXPECT_EQ(textOf("statusBox"), u"Default Settings lost (31 events) recovered");
 
-    form->setAttribute(Qt::WA_DeleteOnClose, false);
     click("comDone");
     EXPECT_TRUE(gone);
     EXPECT_FALSE(form->isVisible());
@@ -177,23 +245,38 @@ TEST_F(PollSetup2Test, AsksTheVehicleAndClosesWithTheWindow)
     adapter->expect("ATD\r");
     trigger("mnuVerifyObd");
     EXPECT_EQ(textOf("statusBox"), u"com1 Verify events with OBD2");
-    auto* texter = edit<QLineEdit>(3, 1, "obdTexter");
-    texter->setText(QStringLiteral("My load"));
-    adapter->play();
-    EXPECT_EQ(cell(3, 1), u"My load") << "what is typed meanwhile counts";
-    EXPECT_EQ(textOf("statusBox"), u"com1 Closed");
+    type(3, 4, QStringLiteral("soon"));
+    EXPECT_EQ(messageOf([&] { adapter->play(); }), u"Run-time error 13: Type mismatch");
+    EXPECT_EQ(textOf("statusBox"), u"com1 Closed - 11 of 22 events disabled. This is a hint: see Help.");
     EXPECT_EQ(cell(3, 3), u"0");
     EXPECT_EQ(cell(4, 3), u"10");
 
-    control<QCheckBox>("autoSpeed")->click();
-    EXPECT_EQ(textOf("sampleDsp"), u"Auto");
-    EXPECT_EQ(design.sampleSpeed, -1);
     adapter->expect("ATZ\r");
     adapter->expect("ATD\r");
     trigger("mnuVerifyObd");
-    form->setAttribute(Qt::WA_DeleteOnClose, false);
     form->close();
     EXPECT_FALSE(adapter->isOpen());
+}
+
+TEST_F(PollSetup2Test, ShowsFileCommandsAndSpeedWithoutGrowing)
+{
+    const int width = form->width();
+    const std::string name = std::string(140, 'n') + ".obc";
+    folder.write(folder.path(name), "t\n" + std::string(400, 'A') + ";ATH1|102\n0105|x|1|1|0\n");
+    values.parmSave = folder.path(name);
+    makeForm();
+    EXPECT_EQ(form->width(), width);
+    EXPECT_LE(form->minimumSizeHint().width(), width);
+    EXPECT_TRUE(control<QLabel>("fileLab")->toolTip().contains(QString::fromStdString(name)));
+    EXPECT_EQ(textOf("sampleDsp"), u"102ms");
+    trigger("mnuSave");
+    EXPECT_NE(contents(values.parmSave).find("|102\r\n"), std::string::npos)
+        << "as it was, not as it is shown";
+
+    control<QCheckBox>("autoSpeed")->toggle(); // as assistive tools do
+    EXPECT_EQ(textOf("sampleDsp"), u"Auto");
+    EXPECT_EQ(design.sampleSpeed, -1);
+    EXPECT_FALSE(control<QSlider>("pollSpeed")->isEnabled());
 }
 
 } // namespace

@@ -1,0 +1,65 @@
+#include "designer/supportCheck.h"
+
+#include "designer/supportReply.h"
+#include "shared/module1.h"
+
+namespace zint {
+
+SupportCheck::SupportCheck(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Prompts& prompts)
+    : link_(port, timer, choice, *this), prompts_(prompts)
+{
+}
+
+void SupportCheck::begin()
+{
+    if (link_.isOpen())
+        return;
+    if (link_.open(AdapterLink::Guard::exchange))
+        link_.setStatus(" Verify events with OBD2");
+    onChanged();
+}
+
+void SupportCheck::close() { link_.close(); }
+
+void SupportCheck::linkReady()
+{
+    link_.setStatus(" Reading Data");
+    link_.send("0100");
+}
+
+void SupportCheck::linkReply(std::string_view reply)
+{
+    const std::string data(isSupportReply(reply) ? supportData(reply) : "");
+    const std::string bits = hexToBits(data);
+    if (bits.empty())
+        link_.countError();
+    link_.close();
+    link_.refreshCounterLine();
+    onChanged();
+    if (!bits.empty())
+        link_.appendStatus(onAnswer(bits));
+    else if (isSupportReply(reply))
+        prompts_.message("Garbled OBD2 0100 response (" + data + "), try again");
+    else
+        prompts_.message("Please try again, is possible ignition not ON");
+}
+
+void SupportCheck::linkReceived() { onChanged(); }
+
+void SupportCheck::linkEvent(int event)
+{
+    link_.setStatus({});
+    link_.reportEvent(event);
+    onChanged();
+}
+
+void SupportCheck::linkTimedOut()
+{
+    prompts_.message(std::string(AdapterLink::notRespondingText));
+    link_.close();
+    onChanged();
+}
+
+void SupportCheck::linkLost() { onChanged(); }
+
+} // namespace zint

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "link/adapterLink.h"
+#include "shared/prompts.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace zint {
+
+/// Asks the vehicle which requests of mode 01 it supports: one exchange, whose answers the time-out guards
+/// all, for a silent vehicle must not keep the designer's port open.
+class SupportCheck final : private AdapterLink::Listener {
+public:
+    /// All references outlive the check.
+    SupportCheck(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Prompts& prompts);
+
+    void begin(); ///< does nothing while the port is open
+    void close(); ///< ends an exchange that is on
+
+    const std::string& status() const { return link_.status(); }
+    std::string counterLine() const { return link_.counterLine(); }
+
+    std::function<void()> onChanged; ///< called when status or counters may have changed
+
+    /// Called with hexToBits() of a good answer, once the port is closed. @return what the status adds
+    std::function<std::string(const std::string& bits)> onAnswer;
+
+private:
+    void linkReady() override;
+    void linkReply(std::string_view reply) override;
+    void linkReceived() override;
+    void linkEvent(int event) override;
+    void linkTimedOut() override;
+    void linkLost() override;
+
+    AdapterLink link_;
+    Prompts& prompts_;
+};
+
+} // namespace zint
