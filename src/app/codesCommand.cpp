@@ -4,7 +4,9 @@
 #include "codes/codesExchange.h"
 #include "codes/codesReport.h"
 #include "dtcdb/descriptionSource.h"
+#include "platform/console.h"
 #include "platform/qtTimer.h"
+#include "platform/systemClock.h"
 
 #include <QCoreApplication>
 
@@ -17,33 +19,23 @@ public:
     explicit CodesRun(const CommandLine& line) : line_(line), session_(line.connection)
     {
         exchange_.onChanged = [this] { quitWhenDone(); };
-        guard_.onTick = [this] { giveUp(); };
     }
 
     int run()
     {
+        const Interruption interruption([this] { session_.gate.run([this] { interrupt(); }); });
+        session_.tellConnection();
         session_.gate.run([this] { begin(); });
         if (exchange_.isRunning())
             QCoreApplication::exec();
-        exchange_.unload();
-        if (exchange_.succeeded()) {
-            const int printed = printOut(codesReport(exchange_.panel(), exchange_.reportedCodeCount()));
-            if (exchange_.lacksDescriptions())
-                complain(noDatabaseText(session_.values.parmDTCdb));
-            return printed;
-        }
-        if (!session_.prompts.hasComplained)
-            complain(exchange_.panel().statusBox); // that is where a port tells its failures
-        return exitStatus::failure;
+        session_.gate.run([this] { exchange_.unload(); });
+        return exchange_.succeeded() ? report() : tellFailure();
     }
 
 private:
     void begin()
     {
-        if (line_.timeout.count() > 0) {
-            guard_.setInterval(line_.timeout);
-            guard_.setEnabled(true);
-        }
+        patience_.begin();
         if (line_.clearCodes)
             exchange_.pressClearCodes();
         else
@@ -56,21 +48,66 @@ private:
             QCoreApplication::quit();
     }
 
-    void giveUp()
+    void interrupt()
     {
-        session_.prompts.message("the exchange was not complete after " +
-                                 std::to_string(line_.timeout.count()) + " seconds");
+        session_.prompts.message("the exchange was ended before it was complete");
         QCoreApplication::quit();
+    }
+
+    int report()
+    {
+        std::string warning;
+        for (const std::string& line : exchange_.reading().canWarning)
+            warning += line + "\n";
+        if (!warning.empty())
+            printBold(warning + "\n");
+        const int printed = printOut(codesReport(exchange_.reading()));
+        if (exchange_.lacksDescriptions())
+            complain(noDatabaseText(session_.values.parmDTCdb));
+        if (line_.clearCodes)
+            tellClear();
+        return session_.prompts.hasComplained ? exitStatus::failure : printed;
+    }
+
+    void tellClear()
+    {
+        const CodesReading& reading = exchange_.reading();
+        if (!exchange_.hasSentClear())
+            complain("nothing to clear: the vehicle reports no codes, so that no clear was sent");
+        if (reading.reportedCodes > 0)
+            session_.prompts.message(
+                "the clear was sent, but codes are still stored: the vehicle has refused it, or "
+                "they came back at once. Switch the ignition on and the engine off, then "
+                "try again.");
+        else if (reading.isLit)
+            session_.prompts.message("the light is still on");
+    }
+
+    int tellFailure()
+    {
+        if (!session_.prompts.hasComplained)
+            complain(exchange_.panel().statusBox); // that is where a port tells its failures
+        if (exchange_.hasSentClear())
+            complain("the clear was sent; whether the vehicle has obeyed is not known");
+        return exitStatus::failure;
     }
 
     const CommandLine& line_;
     CommandSession session_;
+    SystemClock clock_;
     QtTimer resetTimer_{session_.gate};
-    QtTimer guard_{session_.gate};
+    QtTimer silence_{session_.gate};
+    Patience patience_{session_, line_.timeout, "the exchange was not complete after "};
     std::unique_ptr<SerialPort> port_ = session_.makePort();
     DtcDescriptionSource descriptions_{session_.values.parmDTCdb, session_.values.descriptionsFile};
-    CodesExchange exchange_{*port_,        resetTimer_,      session_.connection(),
-                            descriptions_, session_.prompts, session_.values};
+    CodesExchange exchange_{{.port = *port_,
+                             .timer = resetTimer_,
+                             .silence = silence_,
+                             .clock = clock_,
+                             .descriptions = descriptions_,
+                             .prompts = session_.prompts,
+                             .values = session_.values},
+                            session_.connection()};
 };
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <array>
@@ -120,6 +121,14 @@ std::string fileName(const char* option, const QString& text)
 constexpr int mostSeconds = 86400;
 constexpr int mostLoops = 100000;
 
+/// Whether a name is made as those of the ports, whatever its number.
+bool looksLikePort(const QString& name)
+{
+    static const QRegularExpression pattern(QStringLiteral("^com\\d+$"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    return pattern.match(name).hasMatch();
+}
+
 void readPort(CommandLine& line, const QString& text)
 {
     const QString name = text.section(u'=', 0, 0);
@@ -132,6 +141,9 @@ void readPort(CommandLine& line, const QString& text)
         options.portLocation = fromQt(location);
         return;
     }
+    if (looksLikePort(name))
+        throw UsageError("--port " + fromQt(text) +
+                         ": there are com1 to com8; com1=PATH lets one of them stand for a device");
     if (text.isEmpty())
         throw UsageError("--port: give com1 to com8, or the path of a device");
     options.portNumber = 1;

@@ -2,9 +2,12 @@
 
 #include "app/connectionSetup.h"
 #include "platform/console.h"
+#include "platform/text.h"
+#include "shared/module1.h"
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <utility>
@@ -14,6 +17,27 @@ namespace {
 
 std::size_t progressLength = 0; ///< of what the terminal shows
 bool isLineOpen = false;        ///< the terminal shows the beginning of a line of standard output
+
+/// How many bytes the character has that a text begins with; 0 when a terminal does not show it.
+std::size_t visibleLength(std::string_view text)
+{
+    const auto lead = static_cast<unsigned char>(text.front());
+    if ((lead >= ' ' && lead < 0x7F) || lead == '\n' || lead == '\t')
+        return 1;
+    if (text.starts_with("\r\n"))
+        return 2;
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    const QList<uint> character = toQt(text.substr(0, length)).toUcs4();
+    const bool isText = character.size() == 1 && character[0] != QChar::ReplacementCharacter;
+    return isText && lead >= 0xC0 && QChar::isPrint(character[0]) ? length : 0;
+}
+
+/// The menus are those of the windows.
+std::string withoutHelpMenu(const std::string& text)
+{
+    constexpr std::string_view advice = " under Help.";
+    return text.ends_with(advice) ? text.substr(0, text.rfind(". ") + 1) : text;
+}
 
 } // namespace
 
@@ -32,19 +56,47 @@ void complain(std::string text)
 {
     showProgress({});
     std::erase(text, '\r');
-    std::cerr << "zint-obd: " << text << std::endl;
+    std::cerr << "zint-obd: " << (isErrorOutputTerminal() ? visibleText(text) : text) << std::endl;
+}
+
+std::string visibleText(std::string_view text)
+{
+    std::string visible;
+    while (!text.empty()) {
+        const std::size_t length = visibleLength(text);
+        if (length > 0)
+            visible += text.substr(0, length);
+        else
+            visible += "\\x" + hexText(static_cast<unsigned char>(text.front()), 2);
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return visible;
+}
+
+std::string secondsText(std::chrono::seconds time)
+{
+    return std::to_string(time.count()) + (time.count() == 1 ? " second" : " seconds");
 }
 
 int printOut(const std::string& text)
 {
     showProgress({});
-    std::cout << text << std::flush;
+    std::cout << (isOutputTerminal() ? visibleText(text) : text) << std::flush;
     if (!text.empty())
         isLineOpen = !text.ends_with('\n') && isOutputTerminal();
     if (std::cout)
         return exitStatus::success;
     complain("the report could not be written to standard output");
     return exitStatus::failure;
+}
+
+int printBold(const std::string& text)
+{
+    const bool isBold = !text.empty() && isOutputBoldTerminal();
+    std::cout << (isBold ? "\x1B[1m" : "");
+    const int status = printOut(text);
+    std::cout << (isBold ? "\x1B[0m" : "") << std::flush;
+    return status;
 }
 
 int telling(const std::function<int()>& command)
@@ -71,7 +123,7 @@ void PrintedBox::append(const std::string& text)
 
 void CommandPrompts::message(const std::string& text, const std::string& /*title*/, const std::string& reason)
 {
-    complain(reason.empty() ? text : text + "\r\n" + reason);
+    complain(withoutHelpMenu(text) + (reason.empty() ? "" : "\r\n" + reason));
     hasComplained = true;
 }
 
@@ -104,12 +156,21 @@ CommandSession::CommandSession(const ConnectionOptions& options)
     connection_ = launcher.connection();
 }
 
-Patience::Patience(CommandSession& session, std::chrono::seconds timeout)
-    : timeout_(timeout), timer_(session.gate)
+void CommandSession::tellConnection() const
+{
+    if (!isErrorOutputTerminal())
+        return;
+    const PortDirectory::Target target = ports_.target(connection_.portNumber);
+    const std::string device = target.isSimulated() ? "the simulated vehicle" : target.location;
+    std::cerr << "trying " << visibleText(device.empty() ? connection_.portName : device) << " at "
+              << connection_.speed << "..." << std::endl;
+}
+
+Patience::Patience(CommandSession& session, std::chrono::seconds timeout, std::string complaint)
+    : timeout_(timeout), complaint_(std::move(complaint)), timer_(session.gate)
 {
     timer_.onTick = [this, &session] {
-        session.prompts.message("the adapter has not answered within " + std::to_string(timeout_.count()) +
-                                " seconds");
+        session.prompts.message(complaint_ + secondsText(timeout_));
         QCoreApplication::quit();
     };
 }

@@ -20,6 +20,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// What the commands that need no window have in common.
@@ -41,6 +42,16 @@ void showProgress(const std::string& text);
 /// Prints on standard output. @return the exit status; a failure has been told
 int printOut(const std::string& text);
 
+/// The same in bold letters where the terminal has them.
+int printBold(const std::string& text);
+
+/// A text as it may go to a terminal: bytes of damaged replies that would steer it, or are no text, as
+/// "\x1B". What complain() and the printing functions write to a terminal has come through it.
+std::string visibleText(std::string_view text);
+
+/// "1 second", "2 seconds".
+std::string secondsText(std::chrono::seconds time);
+
 /// Runs what reads and writes files; what it throws is told. @return the exit status
 int telling(const std::function<int()>& command);
 
@@ -58,7 +69,8 @@ public:
     bool hasFailed = false;
 };
 
-/// Tells on standard error; questions were answered on the command line.
+/// Tells on standard error, without the windows' advice to look under Help; questions were answered on the
+/// command line.
 class CommandPrompts final : public Prompts {
 public:
     void message(const std::string& text, const std::string& title = {},
@@ -80,6 +92,9 @@ public:
 
     const ConnectionChoice& connection() const { return connection_; }
 
+    /// Says on standard error which device is tried at which speed, if a user reads that.
+    void tellConnection() const;
+
     /// The chosen port. It must not outlive the session.
     std::unique_ptr<SerialPort> makePort() { return vehiclePorts_.make(gate, connection_.portNumber); }
 
@@ -99,13 +114,16 @@ private:
 class Patience {
 public:
     /// @param session outlives this. @param timeout of each reply; 0 waits for ever
-    Patience(CommandSession& session, std::chrono::seconds timeout);
+    /// @param complaint stands in front of the time
+    Patience(CommandSession& session, std::chrono::seconds timeout,
+             std::string complaint = "the adapter has not answered within ");
 
     void begin(); ///< something was sent
     void end() { timer_.setEnabled(false); }
 
 private:
     std::chrono::seconds timeout_;
+    std::string complaint_;
     QtTimer timer_;
 };
 

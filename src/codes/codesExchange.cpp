@@ -1,9 +1,14 @@
 #include "codes/codesExchange.h"
 
+#include "codes/codesReport.h"
+#include "codes/replyText.h"
 #include "codes/troubleCodes.h"
 #include "dtcdb/dtcDatabase.h"
 #include "shared/module1.h"
 
+#include <algorithm>
+#include <chrono>
+#include <iterator>
 #include <memory>
 
 namespace zint {
@@ -15,16 +20,39 @@ constexpr const char* clearQuestion = "Clearing the OBD will erase all diagnosti
                                       " To clear the OBD, press OK";
 
 constexpr std::string_view statusReplyStart = "41 01 ";
-constexpr int milOn = 128; // the bit of byte A above the number of codes
+
+constexpr std::chrono::seconds silenceShown{10};
+
+/// A reply that could not be used, in one line; empty when nothing is left of it.
+std::string answerText(std::string_view reply)
+{
+    std::string text;
+    for (const std::string_view line : linesOf(reply))
+        text += (text.empty() ? "The adapter answered: " : " / ") + std::string(line);
+    return text;
+}
+
+std::string inLines(const std::vector<std::string>& lines)
+{
+    std::string text;
+    for (const std::string& line : lines)
+        text += line + "\r\n";
+    return text;
+}
 
 } // namespace
 
-CodesExchange::CodesExchange(SerialPort& port, Timer& timer, const ConnectionChoice& choice,
-                             const CodeDescriptionSource& descriptions, Prompts& prompts,
-                             ProgramValues& values)
-    : link_(port, timer, choice, *this), descriptions_(descriptions),
-      databaseAvailable_(descriptions.available()), prompts_(prompts), values_(values)
+CodesExchange::CodesExchange(const Surroundings& surroundings, const ConnectionChoice& choice)
+    : link_(surroundings.port, surroundings.timer, choice, *this), silence_(surroundings.silence),
+      clock_(surroundings.clock), descriptions_(surroundings.descriptions),
+      databaseAvailable_(descriptions_.available()), prompts_(surroundings.prompts),
+      values_(surroundings.values)
 {
+    silence_.onTick = [this] {
+        silence_.setEnabled(false);
+        isSilent_ = true;
+        changed();
+    };
     panel_.statusBox = link_.status();
     if (!databaseAvailable_)
         panel_.noDescriptions = "There are no code descriptions yet: File, Set Up Code Descriptions in the "
@@ -37,7 +65,8 @@ void CodesExchange::pressGetCodes()
         end();
         panel_.getCodes.caption = "Get Codes";
     } else {
-        panel_.codesOutput.clear();
+        reading_ = {};
+        showListing();
         clearRequested_ = false;
         if (begin())
             panel_.getCodes.caption = "Cancel";
@@ -61,23 +90,49 @@ void CodesExchange::pressClearCodes()
 
 void CodesExchange::unload()
 {
-    link_.close();
+    end();
     changed();
+}
+
+void CodesExchange::showStatus(const std::string& text)
+{
+    panel_.statusBox = text;
+    if (onChanged)
+        onChanged();
 }
 
 bool CodesExchange::begin()
 {
     state_ = State::opening;
     finished_ = false;
-    succeeded_ = false;
-    errorsBefore_ = link_.counters().errors;
+    failed_ = false;
+    hasSentClear_ = false;
     return link_.open();
 }
 
 void CodesExchange::end()
 {
-    succeeded_ = finished_ && link_.counters().errors == errorsBefore_;
     link_.close();
+    stopWaiting();
+}
+
+void CodesExchange::request(std::string_view text)
+{
+    link_.send(text);
+    waitForData();
+}
+
+void CodesExchange::waitForData()
+{
+    isSilent_ = false;
+    silence_.setInterval(silenceShown);
+    silence_.setEnabled(true);
+}
+
+void CodesExchange::stopWaiting()
+{
+    isSilent_ = false;
+    silence_.setEnabled(false);
 }
 
 void CodesExchange::pressStartingButton()
@@ -91,7 +146,7 @@ void CodesExchange::pressStartingButton()
 void CodesExchange::linkReady()
 {
     link_.setStatus(" Reading Data");
-    link_.send("0101");
+    request("0101");
     state_ = State::statusRequested;
 }
 
@@ -117,6 +172,8 @@ void CodesExchange::linkReceived()
 {
     if (finished_ && link_.isOpen())
         pressStartingButton();
+    else if (state_ != State::opening)
+        waitForData();
     changed();
 }
 
@@ -144,6 +201,7 @@ void CodesExchange::linkLost()
     else
         panel_.getCodes.caption = "Get Codes";
     clearRequested_ = false;
+    stopWaiting();
     changed();
 }
 
@@ -151,18 +209,29 @@ void CodesExchange::evaluateStatus(std::string_view reply)
 {
     if (!reply.starts_with(statusReplyStart)) {
         prompts_.message("Please try again, ignition must be ON.  "
-                         "If ignition is ON, see fails-to-connect under Help.");
+                         "If ignition is ON, see fails-to-connect under Help.",
+                         {}, answerText(reply));
         values_.lastFailureText = reply;
-        finished_ = true;
-        link_.countError();
+        fail();
         return;
     }
     const int byteA = readStatusByte(reply);
-    const bool lit = byteA >= milOn;
-    panel_.stateMIL = std::string("Service Engine Soon Light is \r\n") + (lit ? "ON" : "OFF");
-    codeCount_ = lit ? byteA - milOn : byteA;
+    statusReply_ = reply;
+    reading_.time = clock_.wall();
+    reading_.isLit = byteA >= milOn;
+    reading_.reportedCodes = byteA % milOn;
+    reading_.readiness = readinessReport(reply);
+    panel_.stateMIL = lightText(reading_.isLit, "\r\n");
+    panel_.diagCodeFrame = codesCaption(reading_.reportedCodes);
+    panel_.readiness = reading_.readiness;
     act();
-    panel_.readiness = readinessReport(reply);
+}
+
+void CodesExchange::fail()
+{
+    finished_ = true;
+    failed_ = true;
+    link_.countError();
 }
 
 int CodesExchange::readStatusByte(std::string_view reply)
@@ -172,27 +241,27 @@ int CodesExchange::readStatusByte(std::string_view reply)
     if (byteA >= 0)
         return byteA;
     prompts_.message("Garbled MIL response (" + std::string(textAt(reply, position, 1)) + "), try again");
-    finished_ = true;
-    link_.countError();
+    fail();
     return 0;
 }
 
 void CodesExchange::act()
 {
-    panel_.diagCodeFrame = CodesPanel::codesFrameCaption;
-    if (codeCount_ < 1) {
-        panel_.codesOutput = "No codes reported";
+    if (reading_.reportedCodes < 1) {
+        reading_.listing = {};
+        reading_.canWarning = {};
+        reading_.notes = otherUnitNotes(statusReply_);
+        showListing();
+        panel_.codesOutput = noCodesText;
         panel_.clearCodes.enabled = false;
         finished_ = true;
-        return;
-    }
-    panel_.diagCodeFrame += ": " + std::to_string(codeCount_) + " code(s) reported";
-    if (clearRequested_) {
-        link_.send("04");
+    } else if (clearRequested_) {
+        request("04");
+        hasSentClear_ = true;
         link_.appendStatus(" RESET");
         state_ = State::clearRequested;
     } else {
-        link_.send("03");
+        request("03");
         panel_.clearCodes.enabled = true;
         state_ = State::codesRequested;
     }
@@ -200,25 +269,42 @@ void CodesExchange::act()
 
 void CodesExchange::listCodes(std::string_view reply)
 {
-    std::vector<std::string> lines = storedCodes(reply);
+    reading_.listing = storedCodes(reply);
+    reading_.notes = otherUnitNotes(statusReply_);
+    auto units = canCodes(reply, statusReply_);
+    std::vector<std::string*> codes;
+    for (std::string& line : reading_.listing)
+        codes.push_back(&line);
+    if (units) {
+        for (CanUnit& unit : *units)
+            std::ranges::transform(unit.codes, std::back_inserter(codes), [](auto& code) { return &code; });
+    }
     if (databaseAvailable_)
-        addDescriptions(lines);
-    panel_.codesOutput.clear();
-    for (const std::string& line : lines)
-        panel_.codesOutput += line + "\r\n";
+        addDescriptions(codes);
+    reading_.canWarning = units ? canWarning(*units) : std::vector<std::string>();
+    if (!units)
+        noteUnlisted(reading_.notes, reading_.reportedCodes - listedCodeCount(reply));
+    showListing();
 }
 
-void CodesExchange::addDescriptions(std::vector<std::string>& codes)
+void CodesExchange::addDescriptions(const std::vector<std::string*>& codes)
 {
     try {
         const auto descriptions = descriptions_.open();
-        for (std::string& line : codes) {
-            if (const auto description = descriptions->describe(line))
-                line += " " + *description;
+        for (std::string* line : codes) {
+            if (const auto description = descriptions->describe(*line))
+                *line += " " + *description;
         }
     } catch (const DatabaseError& error) { // the codes themselves are worth showing all the same
         prompts_.message(error.what());
     }
+}
+
+void CodesExchange::showListing()
+{
+    panel_.canWarning = inLines(reading_.canWarning);
+    panel_.codesOutput = inLines(reading_.listing);
+    panel_.notes = inLines(reading_.notes);
 }
 
 void CodesExchange::finishClearing()
@@ -226,13 +312,14 @@ void CodesExchange::finishClearing()
     panel_.clearCodes.enabled = false;
     panel_.clearCodes.caption = "Clear Codes";
     clearRequested_ = false;
-    link_.send("0101");
+    request("0101");
     state_ = State::statusRequested;
 }
 
 void CodesExchange::changed()
 {
-    panel_.statusBox = link_.status();
+    panel_.statusBox = link_.status() + (isSilent_ ? " - no reply for 10 s" : "");
+    panel_.canSaveReport = succeeded();
     panel_.labelStats = link_.counterLine();
     if (onChanged)
         onChanged();

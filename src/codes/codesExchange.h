@@ -1,12 +1,13 @@
 #pragma once
 
 #include "codes/codesPanel.h"
+#include "codes/codesReading.h"
 #include "dtcdb/codeDescriptions.h"
 #include "link/adapterLink.h"
+#include "shared/clock.h"
 #include "shared/programValues.h"
 #include "shared/prompts.h"
 
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -20,10 +21,18 @@ namespace zint {
 /// silent vehicle leaves the exchange open until the user cancels.
 class CodesExchange final : private AdapterLink::Listener {
 public:
-    /// All arguments outlive the exchange. Failures that the user may want to report go to
-    /// `values.lastFailureText`.
-    CodesExchange(SerialPort& port, Timer& timer, const ConnectionChoice& choice,
-                  const CodeDescriptionSource& descriptions, Prompts& prompts, ProgramValues& values);
+    /// What the exchange asks of its surroundings; all of it outlives the exchange.
+    struct Surroundings {
+        SerialPort& port;
+        Timer& timer;   ///< for the reset
+        Timer& silence; ///< for the hint that nothing arrives
+        const Clock& clock;
+        const CodeDescriptionSource& descriptions;
+        Prompts& prompts;
+        ProgramValues& values; ///< failures that the user may want to report go to `lastFailureText`
+    };
+
+    CodesExchange(const Surroundings& surroundings, const ConnectionChoice& choice);
 
     void pressGetCodes();   ///< starts a read, or ends the exchange that runs
     void pressClearCodes(); ///< asks, then starts a clear; or ends the exchange that runs
@@ -33,14 +42,20 @@ public:
 
     bool isRunning() const { return link_.isOpen(); }
 
-    /// Whether the last exchange reached its end without an error.
-    bool succeeded() const { return succeeded_; }
+    /// Whether the last exchange reached its end, and its replies could be read.
+    bool succeeded() const { return finished_ && !failed_ && !isRunning(); }
 
-    /// How many stored codes the vehicle reported last; its list may show fewer.
-    int reportedCodeCount() const { return codeCount_; }
+    /// Whether the last exchange has told the vehicle to clear its codes; it may have refused.
+    bool hasSentClear() const { return hasSentClear_; }
+
+    /// What the last exchange brought; whole when it succeeded.
+    const CodesReading& reading() const { return reading_; }
 
     /// Whether codes were listed that have no description because there is no database.
-    bool lacksDescriptions() const { return !databaseAvailable_ && codeCount_ > 0; }
+    bool lacksDescriptions() const { return !databaseAvailable_ && reading_.reportedCodes > 0; }
+
+    /// Shows what became of a file, until the next event.
+    void showStatus(const std::string& text);
 
     const CodesPanel& panel() const { return panel_; }
     std::function<void()> onChanged; ///< called after each event that may have changed the panel
@@ -61,12 +76,19 @@ private:
     void evaluateStatus(std::string_view reply);
     int readStatusByte(std::string_view reply);
     void act();
+    void request(std::string_view text);
+    void waitForData();
+    void stopWaiting();
     void listCodes(std::string_view reply);
-    void addDescriptions(std::vector<std::string>& codes);
+    void addDescriptions(const std::vector<std::string*>& codes);
+    void fail();
+    void showListing();
     void finishClearing();
     void changed();
 
     AdapterLink link_;
+    Timer& silence_;
+    const Clock& clock_;
     const CodeDescriptionSource& descriptions_;
     const bool databaseAvailable_;
     Prompts& prompts_;
@@ -75,9 +97,11 @@ private:
     State state_ = State::opening;
     bool clearRequested_ = false;
     bool finished_ = false;
-    bool succeeded_ = false;
-    int codeCount_ = 0;
-    std::int64_t errorsBefore_ = 0;
+    bool failed_ = false;
+    bool hasSentClear_ = false;
+    bool isSilent_ = false; ///< nothing has arrived for a while
+    std::string statusReply_;
+    CodesReading reading_;
 };
 
 } // namespace zint

@@ -2,7 +2,9 @@
 
 #include "codes/codesExchange.h"
 #include "dtcdb/descriptionSource.h"
+#include "platform/qtFileDialogs.h"
 #include "platform/qtTimer.h"
+#include "platform/systemClock.h"
 #include "platform/toolForm.h"
 
 #include <QLabel>
@@ -29,13 +31,20 @@ private:
     void getCodes_Click();
     void clearCodes_Click();
     void ftc_Click();
+    void mnuSaveReport_Click();
 
+    void setUpList();
+    void setUpKeys();
+    void copyCodes();
     void paint();
 
     std::unique_ptr<Ui::codesForm> ui;
     std::array<QLabel*, monitorCount> monitors_; ///< in the order of the readiness texts
     std::unique_ptr<SerialPort> MSComm1;
     QtTimer Timer1;
+    QtTimer silence_;
+    SystemClock clock_;
+    QtFileDialogs CommonDialog1{*this};
     DtcDescriptionSource descriptions_;
     CodesExchange exchange_;
 };

@@ -18,8 +18,11 @@ struct CodesPanel {
     Button clearCodes{.caption = "         Clear MIL          Reset data", .enabled = false};
     std::string stateMIL;                          ///< two lines; empty until a status has been read
     std::string diagCodeFrame = codesFrameCaption; ///< with the number of codes while there are any
-    std::string codesOutput;                       ///< one line per code
+    std::string canWarning;     ///< lines that the listing does not hold, to stand out; usually empty
+    std::string codesOutput;    ///< one line per code
+    std::string notes;          ///< lines on what is left out
     std::string noDescriptions; ///< how the user comes by descriptions; empty when there are some
+    bool canSaveReport = false; ///< what is shown is one whole reading
     ReadinessTexts readiness = initialReadiness(); ///< in the order of the monitors
 };
 

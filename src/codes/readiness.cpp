@@ -10,6 +10,7 @@ namespace {
 enum class Source { byteB, bytesCD };
 
 struct Monitor {
+    std::string_view label;
     std::string_view name;
     Source source;
     std::int32_t supported;
@@ -17,17 +18,17 @@ struct Monitor {
 };
 
 constexpr std::array<Monitor, monitorCount> monitors = {{
-    {"Misfire", Source::byteB, 1, 16},
-    {"Fuel System", Source::byteB, 2, 32},
-    {"Component", Source::byteB, 4, 64},
-    {"Catalyst", Source::bytesCD, 256, 1},
-    {"Heated Catalyst", Source::bytesCD, 512, 2},
-    {"Evaporative System", Source::bytesCD, 1024, 4},
-    {"Secondary Air", Source::bytesCD, 2048, 8},
-    {"A/C Refrigerant", Source::bytesCD, 4096, 16},
-    {"Oxygen Sensor", Source::bytesCD, 8192, 32},
-    {"Oxygen Heater", Source::bytesCD, 16384, 64},
-    {"EGR System", Source::bytesCD, 32768, 128},
+    {"misfireLab", "Misfire", Source::byteB, 1, 16},
+    {"fuelLab", "Fuel System", Source::byteB, 2, 32},
+    {"componentLab", "Component", Source::byteB, 4, 64},
+    {"catalystLab", "Catalyst", Source::bytesCD, 256, 1},
+    {"heatedCatalystLab", "Heated Catalyst", Source::bytesCD, 512, 2},
+    {"evapLab", "Evaporative System", Source::bytesCD, 1024, 4},
+    {"secAirLab", "Secondary Air", Source::bytesCD, 2048, 8},
+    {"acLab", "A/C Refrigerant", Source::bytesCD, 4096, 16},
+    {"oxySensorLab", "Oxygen Sensor", Source::bytesCD, 8192, 32},
+    {"oxyHeaterLab", "Oxygen Heater", Source::bytesCD, 16384, 64},
+    {"egrLab", "EGR System", Source::bytesCD, 32768, 128},
 }};
 
 std::string_view resultText(const Monitor& monitor, std::int32_t value)
@@ -42,6 +43,8 @@ std::string_view resultText(const Monitor& monitor, std::int32_t value)
 }
 
 } // namespace
+
+std::string_view monitorLabel(std::size_t line) { return monitors.at(line).label; }
 
 ReadinessTexts initialReadiness()
 {

@@ -14,6 +14,9 @@ inline constexpr std::size_t monitorCount = 11;
 /// evaporative system, secondary air, A/C refrigerant, oxygen sensor, oxygen heater, EGR.
 using ReadinessTexts = std::array<std::string, monitorCount>;
 
+/// The label that shows a line, counted from 0.
+std::string_view monitorLabel(std::size_t line);
+
 /// What the lines read before a status has been read.
 ReadinessTexts initialReadiness();
 

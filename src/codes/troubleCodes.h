@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -7,11 +8,20 @@
 /// The reply to "03", stored trouble codes.
 namespace zint {
 
-/// The codes of the reply's first line, such as "P0133" (letters by SAE J2012), in the order sent; "P0000",
-/// which fills a line up, is left out.
+/// What fills a line up where there is no further code.
+inline constexpr std::string_view noTroubleCode = "P0000";
+
+/// The text of a code (SAE J2012): "P0133" for 01 33.
+std::string troubleCode(std::uint8_t high, std::uint8_t low);
+
+/// The codes of the reply's first line in the order sent; "P0000" is left out.
 ///
 /// The reply is read in the layout of J1850, ISO 9141 and KWP vehicles: "43 ", then three codes of two bytes,
 /// six characters each. Further lines fall between the steps and list nothing. Both are kept on purpose.
 std::vector<std::string> storedCodes(std::string_view reply);
+
+/// How many codes storedCodes() lists from a reply of that layout; what it makes of other replies and of
+/// damaged bytes is no code.
+int listedCodeCount(std::string_view reply);
 
 } // namespace zint

@@ -13,6 +13,9 @@ bool isErrorOutputTerminal();
 /// Whether a user reads standard output while it is written.
 bool isOutputTerminal();
 
+/// Whether standard output is a terminal that shows bold letters between ESC [1m and ESC [0m.
+bool isOutputBoldTerminal();
+
 /// Whether a user types the lines of standard input.
 bool isInputTerminal();
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <cstdlib>
 #include <fcntl.h>
 #include <signal.h> // NOLINT(modernize-deprecated-headers): <csignal> has no sigaction
 #include <system_error>
@@ -39,6 +40,12 @@ void ask(int number)
 bool isErrorOutputTerminal() { return ::isatty(STDERR_FILENO) != 0; }
 
 bool isOutputTerminal() { return ::isatty(STDOUT_FILENO) != 0; }
+
+bool isOutputBoldTerminal()
+{
+    const char* const terminal = std::getenv("TERM");
+    return isOutputTerminal() && terminal != nullptr && terminal != std::string("dumb");
+}
 
 bool isInputTerminal() { return ::isatty(STDIN_FILENO) != 0; }
 

@@ -10,36 +10,23 @@
 namespace zint {
 namespace {
 
-constexpr const char* ignitionText =
-    "Please try again, ignition must be ON.  If ignition is ON, see fails-to-connect under Help.";
-constexpr const char* timeoutText = "OBD is not responding... Please verify connections between computer and "
-                                    "vehicle. See fails-to-respond under Help.";
-constexpr const char* damaged = "(damaged)"; ///< reading this description fails
-
-/// Descriptions in a map; what is opened is a copy.
+/// Descriptions in a map; what is opened is a copy. Reading an empty one fails.
 struct MapDescriptions final : CodeDescriptionSource, CodeDescriptions {
-    std::map<std::string, std::string, std::less<>> texts;
-    bool exists = true;
-    bool openFails = false;
-    mutable int openings = 0;
+    std::map<std::string, std::string, std::less<>> texts = {{"U1000", "not stored"}};
 
-    bool available() const override { return exists; }
+    bool available() const override { return !texts.empty(); }
     std::unique_ptr<CodeDescriptions> open() const override
     {
-        ++openings;
-        return openFails ? throw DatabaseError("damaged file") : std::make_unique<MapDescriptions>(*this);
+        return std::make_unique<MapDescriptions>(*this);
     }
     std::optional<std::string> describe(std::string_view code) override
     {
         const auto found = texts.find(code);
         if (found == texts.end())
             return std::nullopt;
-        return found->second == damaged ? throw DatabaseError("damaged record") : found->second;
+        return found->second.empty() ? throw DatabaseError("damaged record") : found->second;
     }
 };
-
-constexpr const char* litScreen = "Service Engine Soon Light is \r\nON|"
-                                  "Diagnostic (MIL) Codes: 2 code(s) reported|P0133\r\nU0123\r\n";
 
 enum class Kind { read, clear };
 
@@ -47,18 +34,23 @@ using Conversation = std::vector<std::pair<std::string, std::string>>; ///< requ
 using Texts = std::vector<std::string>;
 
 // What follows the opening with a lit vehicle, and with one that keeps its codes when they are cleared.
-const std::string litStatus = "41 01 82 07 65 04 \r\r>";
-const Conversation reading = {{"0101\r", litStatus}, {"03\r", "43 01 33 C1 23 00 00 \r\r>"}};
-const Conversation clearing = {{"0101\r", litStatus}, {"04\r", "44 \r\r>"}, reading[0], reading[1]};
+const Conversation reading = {{"0101\r", "41 01 82 07 65 04 \r\r>"}, {"03\r", "43 01 33 C1 23 00 00 \r\r>"}};
+const Conversation clearing = {reading[0], {"04\r", "7F 04 22 \r\r>"}, reading[0], reading[1]};
+const std::string lit = "Service Engine Soon Light is \r\nON|Diagnostic (MIL) Codes: 2 code(s) reported|";
+const std::string litScreen = lit + "P0133\r\nU0123\r\n";
+
+/// The vehicle answers the status request so, and nothing else is asked.
+Conversation status(const std::string& reply) { return {{"0101\r", reply}}; }
 
 struct CodesExchangeTest : testing::Test {
     EventGate gate;
     ScriptedAdapter adapter{&gate};
-    ManualTimer timer;
+    ManualTimer timer, silence;
+    ManualClock clock;
     MapDescriptions descriptions;
     ScriptedPrompts prompts;
     ProgramValues values;
-    CodesExchange exchange{adapter, timer, {}, descriptions, prompts, values};
+    CodesExchange exchange{{adapter, timer, silence, clock, descriptions, prompts, values}, {}};
     const CodesPanel& panel = exchange.panel();
     Texts statuses; ///< each status shown
 
@@ -91,26 +83,17 @@ struct CodesExchangeTest : testing::Test {
         adapter.play();
     }
 
-    /// Runs a whole exchange.
-    void run(Kind kind, Conversation requests)
+    /// Runs a whole exchange. @return what is shown then
+    std::string run(Kind kind, Conversation requests)
     {
         requests.emplace_back("ATD\r", "OK\r\r>");
         driveTo(kind, 2 + requests.size(), requests);
         EXPECT_EQ(panel.statusBox, "com1 Closed");
+        EXPECT_EQ(panel.canSaveReport, exchange.succeeded());
+        return shown();
     }
 
-    void expectStartsAgain()
-    {
-        adapter.workAgain();
-        run(Kind::read, reading);
-        EXPECT_TRUE(exchange.succeeded());
-        EXPECT_EQ(shown(), litScreen);
-    }
-
-    const std::string& caption(Kind kind) const
-    {
-        return (kind == Kind::read ? panel.getCodes : panel.clearCodes).caption;
-    }
+    std::string shown() const { return panel.stateMIL + "|" + panel.diagCodeFrame + "|" + panel.codesOutput; }
 
     /// Both captions, that of a disabled button in round brackets.
     std::string buttons() const
@@ -120,115 +103,86 @@ struct CodesExchangeTest : testing::Test {
         };
         return text(panel.getCodes) + " " + text(panel.clearCodes);
     }
-
-    std::string shown() const { return panel.stateMIL + "|" + panel.diagCodeFrame + "|" + panel.codesOutput; }
 };
 
 TEST_F(CodesExchangeTest, ReadsTheCodesOfALitVehicle)
 {
-    EXPECT_EQ(buttons(), "[Get Engine Data] (         Clear MIL          Reset data)");
-    run(Kind::read, reading);
+    clock.date += std::chrono::hours(24);
+    EXPECT_EQ(run(Kind::read, reading), litScreen);
     EXPECT_EQ(statuses, (Texts{"com1 Open", "com1 Init", "com1 Reading Data", "com1 Closed"}));
-    EXPECT_EQ(shown(), litScreen);
+    EXPECT_EQ(panel.canWarning + panel.notes + panel.noDescriptions, "");
     EXPECT_EQ(buttons(), "[Get Codes] [         Clear MIL          Reset data]");
     EXPECT_EQ(panel.readiness[5], "Evaporative System Test Incomplete");
     EXPECT_EQ(panel.labelStats, "Bytes In: 75 Out: 21 Errors: 0");
-    EXPECT_TRUE(exchange.succeeded());
-    EXPECT_EQ(exchange.reportedCodeCount(), 2);
+    EXPECT_EQ(exchange.reading().time, clock.date);
+
+    descriptions.texts = {{"P0133", "slow"}, {"U0123", ""}};
+    EXPECT_EQ(run(Kind::read, reading), lit + "P0133 slow\r\nU0123\r\n")
+        << "the codes are listed all the same";
+    EXPECT_EQ(prompts.takeMessage(), "damaged record");
+    descriptions.texts.clear();
+    EXPECT_NE(CodesExchange({adapter, timer, silence, clock, descriptions, prompts, values}, {})
+                  .panel()
+                  .noDescriptions,
+              "");
 }
 
 TEST_F(CodesExchangeTest, EvaluatesAMonitorStatusWithoutCodes)
 {
-    const struct {
-        const char* name;
-        std::string reply;
-        std::string light = "OFF";
-        std::string message;
-    } rows[] = {
-        {"light off", "41 01 00 07 65 00 \r\r>"},
-        {"light on without a code", "41 01 80 07 65 00 \r\r>", "ON"},
-        {"behind a bus initialisation", "BUS INIT: OK\r\n41 01 00 07 65 00 \r\n\r\n>"},
-        {"two blanks read as 0", "41 01    07 65 00 \r\r>"},
-        {"first digit garbled", "41 01 G0 07 65 00 \r\r>", "OFF", "Garbled MIL response (G), try again"},
-        {"second digit garbled", "41 01 8? 07 65 00 \r\r>", "OFF", "Garbled MIL response (8), try again"},
-        {"nothing behind the start", "41 01 >", "OFF", "Garbled MIL response (>), try again"},
-    };
-    for (const auto& [name, reply, light, message] : rows) {
-        SCOPED_TRACE(name);
+    const std::pair<std::string, std::string> rows[] = {
+        {"41 01 00 07 65 00 \r\r>", ""},
+        {"41 01 80 07 65 00 \r\r>", ""},
+        {"41 01 8? 07 65 00 \r\r>", "Garbled MIL response (8), try again"},
+        {"41 01 >", "Garbled MIL response (>), try again"}};
+    for (const auto& [reply, message] : rows) {
         run(Kind::read, reading); // leaves what must be replaced
-        const char errorsBefore = panel.labelStats.back();
-        run(Kind::read, {{"0101\r", reply}});
-        EXPECT_EQ(prompts.takeMessage(), message);
-        EXPECT_EQ(panel.labelStats.back(), errorsBefore + (message.empty() ? 0 : 1)) << panel.labelStats;
-        EXPECT_EQ(exchange.succeeded(), message.empty());
-        EXPECT_EQ(shown(),
+        const std::string light = reply.starts_with("41 01 80") ? "ON" : "OFF";
+        EXPECT_EQ(run(Kind::read, status(reply)),
                   "Service Engine Soon Light is \r\n" + light + "|Diagnostic (MIL) Codes|No codes reported");
+        EXPECT_EQ(prompts.takeMessage(), message);
+        EXPECT_EQ(exchange.succeeded(), message.empty());
         EXPECT_EQ(panel.readiness[0], reply == "41 01 >" ? "Misfire input error" : "Misfire Test OK");
         EXPECT_EQ(buttons(), "[Get Codes] (         Clear MIL          Reset data)");
-        EXPECT_EQ(values.lastFailureText, "");
     }
+    EXPECT_TRUE(panel.labelStats.ends_with(" Errors: 2")) << panel.labelStats;
 }
 
 TEST_F(CodesExchangeTest, KeepsAReplyThatIsNoMonitorStatusForTheTroubleDialog)
 {
-    int errors = 0;
-    for (const std::string reply :
-         {"NO DATA\r\r>", "41 00 BE 3F A8 13 \r\r>", "41 01>", "BUS INIT: ...ERROR\r\r>"}) {
-        run(Kind::clear, {{"0101\r", reply}});
-        EXPECT_EQ(prompts.takeMessage(), ignitionText);
-        EXPECT_EQ(values.lastFailureText, reply.starts_with("BUS") ? ">" : reply);
-        EXPECT_TRUE(panel.labelStats.ends_with(" Errors: " + std::to_string(++errors)));
+    for (const std::string reply : {"41 01>", "UNABLE TO\rCONNECT\r\r>"}) {
+        EXPECT_EQ(run(Kind::clear, status(reply)), "|Diagnostic (MIL) Codes|")
+            << "nothing of it is evaluated";
+        EXPECT_EQ(prompts.takeMessage(), "Please try again, ignition must be ON.  If ignition is ON, see "
+                                         "fails-to-connect under Help.");
+        EXPECT_EQ(values.lastFailureText, reply);
         EXPECT_FALSE(exchange.succeeded());
-        EXPECT_EQ(shown(), "|Diagnostic (MIL) Codes|") << "nothing of it is evaluated";
-        EXPECT_EQ(panel.readiness, initialReadiness());
         EXPECT_EQ(buttons(), "[Get Engine Data] (Clear Codes)") << "it ends with its own button";
     }
+    EXPECT_TRUE(panel.labelStats.ends_with(" Errors: 2"));
+    EXPECT_EQ(prompts.reason, "The adapter answered: UNABLE TO / CONNECT");
 }
 
-TEST_F(CodesExchangeTest, AsksForCodesThatAreStoredWithTheLightOff)
+TEST_F(CodesExchangeTest, TellsWhatTheListingDoesNotShow)
 {
-    run(Kind::read, {{"0101\r", "41 01 7F 07 65 00 \r\r>"},
-                     {"03\r", "43 01 33 03 01 04 20 \r43 04 21 00 00 00 00 \r\r>"}});
-    EXPECT_EQ(shown(), "Service Engine Soon Light is \r\nOFF|Diagnostic (MIL) Codes: 127 code(s) reported|"
-                       "P0133\r\nP0301\r\nP0420\r\n")
-        << "the first line only";
+    EXPECT_EQ(run(Kind::read, {{"0101\r", "41 01 7F 07 65 00 \r41 01 00 04 00 00 \r\r>"},
+                               {"03\r", "43 01 33 03 01 04 20 \r43 04 21 00 00 00 00 \r\r>"}}),
+              "Service Engine Soon Light is \r\nOFF|Diagnostic (MIL) Codes: 127 code(s) reported|"
+              "P0133\r\nP0301\r\nP0420\r\n");
+    EXPECT_TRUE(panel.notes.starts_with("2 control units answered")) << panel.notes;
+    EXPECT_TRUE(panel.notes.ends_with("\r\n(124 more are stored than could be listed)\r\n")) << panel.notes;
+    run(Kind::read, status("41 01 00 07 65 00 \r41 01 81 04 00 00 \r\r>"));
+    EXPECT_TRUE(panel.notes.ends_with("Control unit 2: light ON, 1 code(s) reported\r\n")) << panel.notes;
 
+    descriptions.texts = {{"P0133", "slow"}};
+    EXPECT_EQ(run(Kind::read, {reading[0], {"03\r", "43 02 01 33 03 01 \r\r>"}}),
+              lit + "P0201\r\nP3303\r\nP01\r\r\r\n");
+    EXPECT_TRUE(panel.canWarning.ends_with("\r\nRead in that layout:\r\nP0133 slow\r\nP0301\r\n"));
+    EXPECT_EQ(panel.notes, "");
     driveTo(Kind::read, 0, {});
-    EXPECT_EQ(panel.codesOutput, "") << "emptied when the next read begins";
+    EXPECT_EQ(panel.canWarning + panel.codesOutput, "") << "emptied when the next read begins";
     adapter.expect("ATD\r");
     exchange.unload(); // as when the window goes away
     EXPECT_EQ(adapter.history.back(), "close");
-}
-
-TEST_F(CodesExchangeTest, AddsDescriptionsToTheCodesThatHaveOne)
-{
-    descriptions.texts = {{"U0123", "Lost communication"}, {"P0301", "not stored"}};
-    for (const int openings : {1, 2}) { // the database is open during a look-up only
-        run(Kind::read, reading);
-        EXPECT_EQ(panel.codesOutput, "P0133\r\nU0123 Lost communication\r\n");
-        EXPECT_EQ(descriptions.openings, openings);
-    }
-
-    descriptions.texts = {{"P0133", "slow"}, {"U0123", damaged}};
-    run(Kind::read, reading);
-    EXPECT_EQ(prompts.takeMessage(), "damaged record");
-    EXPECT_EQ(panel.codesOutput, "P0133 slow\r\nU0123\r\n") << "the codes are listed all the same";
-
-    descriptions.openFails = true;
-    run(Kind::read, reading);
-    EXPECT_EQ(prompts.takeMessage(), "damaged file");
-    EXPECT_EQ(shown(), litScreen);
-
-    descriptions.exists = false;
-    CodesExchange without(adapter, timer, {}, descriptions, prompts, values);
-    descriptions.exists = true; // too late: it looks when the window opens
-    adapter.expectOpening();
-    for (const auto& [request, reply] : reading)
-        adapter.expect(request).answer(reply);
-    adapter.expect("ATD\r");
-    without.pressGetCodes();
-    adapter.play();
-    EXPECT_EQ(descriptions.openings, 4);
 }
 
 TEST_F(CodesExchangeTest, ClearsTheCodesAfterTheQuestion)
@@ -236,75 +190,66 @@ TEST_F(CodesExchangeTest, ClearsTheCodesAfterTheQuestion)
     prompts.answer = false;
     exchange.pressClearCodes();
     EXPECT_FALSE(adapter.isOpen());
-    EXPECT_EQ(prompts.question, "Verify OBD Reset\n"
-                                "Clearing the OBD will erase all diagnostic data and \r\n"
+    EXPECT_EQ(prompts.question, "Verify OBD Reset\nClearing the OBD will erase all diagnostic data and \r\n"
                                 "   may cause the vehicle to run poorly for a short \r\n"
-                                "   time while the system recalibrates. \r\n"
-                                "\r\n"
-                                " To clear the OBD, press OK");
-    EXPECT_EQ(buttons(), "[Get Engine Data] (         Clear MIL          Reset data)");
-
+                                "   time while the system recalibrates. \r\n\r\n To clear the OBD, press OK");
     run(Kind::read, reading);
-    statuses.clear();
-    const std::pair<std::string, std::string> goodStatus = {"0101\r", "41 01 00 07 65 00 \r\r>"};
-    run(Kind::clear, {clearing[0], clearing[1], goodStatus});
-    EXPECT_EQ(statuses, (Texts{"com1 Open", "com1 Init", "com1 Reading Data", "com1 Reading Data RESET",
-                               "com1 Closed"}));
-    EXPECT_EQ(shown(), "Service Engine Soon Light is \r\nOFF|Diagnostic (MIL) Codes|No codes reported");
+    driveTo(Kind::clear, 3, clearing);
+    EXPECT_EQ(shown(), litScreen) << "the list stays until there is another one";
+    EXPECT_EQ(panel.statusBox, "com1 Reading Data RESET");
+    adapter.expect("0101\r").answer("41 01 00 07 65 00 \r\r>");
+    adapter.expect("ATD\r");
+    adapter.receive("44 \r\r>");
+    adapter.play();
+    EXPECT_TRUE(shown().ends_with("OFF|Diagnostic (MIL) Codes|No codes reported")) << shown();
     EXPECT_EQ(buttons(), "[Get Codes] (Clear Codes)");
-    EXPECT_TRUE(exchange.succeeded());
-    run(Kind::clear, {goodStatus}); // no clear is sent to a vehicle without codes
-    expectStartsAgain();
-}
-
-TEST_F(CodesExchangeTest, ListsTheCodesThatRemainAfterAClear)
-{
-    const Conversation::value_type status = {"0101\r", "41 01 81 07 65 00 \r\r>"};
-    run(Kind::clear, {status, {"04\r", "7F 04 22 \r\r>"}, status, {"03\r", "43 03 01 00 00 00 00 \r\r>"}});
-    EXPECT_EQ(shown(),
-              "Service Engine Soon Light is \r\nON|Diagnostic (MIL) Codes: 1 code(s) reported|P0301\r\n");
+    EXPECT_TRUE(exchange.succeeded() && exchange.hasSentClear());
+    run(Kind::clear, status("41 01 00 07 65 00 \r\r>"));
+    EXPECT_FALSE(exchange.hasSentClear()) << "there is nothing to clear";
+    EXPECT_EQ(run(Kind::clear, clearing), litScreen);
     EXPECT_EQ(buttons(), "[Get Codes] [Clear Codes]");
 }
 
-TEST_F(CodesExchangeTest, EndsInEachStateWhenItIsCancelledOrTheDeviceVanishesOrTheResetTimesOut)
+TEST_F(CodesExchangeTest, EndsInEachState)
 {
-    int errors = 0;
-    const auto end = [&](Kind now, std::size_t answered, std::size_t way) {
+    enum class Way { button, vanishing, timeOut };
+    const auto endThe = [this](Kind kind, Way way) {
+        if (way == Way::vanishing)
+            return adapter.vanish();
+        adapter.expect("ATD\r").answer("OK\r\r>");
+        way == Way::button ? press(kind) : timer.tick();
+        adapter.play();
+    };
+    const auto endsBy = [&](Kind kind, std::size_t answered, Way way) {
+        SCOPED_TRACE(testing::Message() << static_cast<int>(kind) << " way " << static_cast<int>(way));
+        driveTo(kind, answered, kind == Kind::read ? reading : clearing);
         EXPECT_EQ(timer.enabled(), answered == 0) << "the reset alone is guarded";
-        if (answered > 0)
-            timer.tick();
-        EXPECT_TRUE(answered != 4 || !panel.clearCodes.enabled) << "what a clear left is not known yet";
-        errors += way == 0 ? 0 : 1;
-        if (way == 1) {
-            adapter.vanish();
-            EXPECT_EQ(panel.statusBox, "com1 - adapter disconnected");
-        } else {
-            adapter.expect("ATD\r").answer("OK\r\r>");
-            way == 0 ? press(now) : timer.tick();
-            adapter.play();
-            EXPECT_EQ(panel.statusBox, "com1 Closed");
-        }
-        EXPECT_EQ(prompts.takeMessage(), way == 2 ? timeoutText : "");
-        EXPECT_EQ(std::exchange(values.lastFailureText, {}), way == 2 ? "Timeout responding to ATZ" : "");
-        EXPECT_EQ(caption(now), now == Kind::read ? "Get Codes" : "Clear Codes");
-        EXPECT_FALSE(exchange.isRunning() || exchange.succeeded() || timer.enabled());
+        // The second half of a clear is a read, and ends as one.
+        const bool isClear = kind == Kind::clear && answered < 4;
+        endThe(isClear ? Kind::clear : Kind::read, way);
+        EXPECT_EQ(panel.statusBox, way == Way::vanishing ? "com1 - adapter disconnected" : "com1 Closed");
+        EXPECT_TRUE(
+            prompts.takeMessage().ends_with(way == Way::timeOut ? "See fails-to-respond under Help." : ""));
+        EXPECT_EQ(std::exchange(values.lastFailureText, {}),
+                  way == Way::timeOut ? "Timeout responding to ATZ" : "");
+        EXPECT_EQ((isClear ? panel.clearCodes : panel.getCodes).caption,
+                  isClear ? "Clear Codes" : "Get Codes");
+        EXPECT_FALSE(exchange.isRunning() || exchange.succeeded() || timer.enabled() || silence.enabled());
+        adapter.workAgain();
+        EXPECT_EQ(run(Kind::read, reading), litScreen) << "it does not start again";
     };
     for (const Kind kind : {Kind::read, Kind::clear}) {
-        const Conversation& requests = kind == Kind::read ? reading : clearing;
-        for (std::size_t step = 0; step < 3 * (2 + requests.size()); ++step) {
-            SCOPED_TRACE((kind == Kind::read ? "read, step " : "clear, step ") + std::to_string(step));
-            const std::size_t answered = step / 3;
-            if (answered > 0 && step % 3 == 2)
-                continue; // no time-out
-            driveTo(kind, answered, requests);
-            // The second half of a clear is a read, and ends as one.
-            const Kind now = answered > 3 ? Kind::read : kind;
-            EXPECT_EQ(caption(kind) == "Cancel", now == kind);
-            end(now, answered, step % 3);
-            expectStartsAgain();
-            EXPECT_TRUE(panel.labelStats.ends_with(" Errors: " + std::to_string(errors))) << panel.labelStats;
+        endsBy(kind, 0, Way::timeOut);
+        for (std::size_t answered = 0; answered < (kind == Kind::read ? 4U : 6U); ++answered) {
+            endsBy(kind, answered, Way::button);
+            endsBy(kind, answered, Way::vanishing);
         }
     }
+    EXPECT_TRUE(panel.labelStats.ends_with(" Errors: 12")) << panel.labelStats;
+    driveTo(Kind::clear, 2, clearing);
+    adapter.expect("ATD\r");
+    press(Kind::read);
+    EXPECT_EQ(buttons(), "[Get Codes] [Cancel]") << "each button restores its own caption";
 }
 
 TEST_F(CodesExchangeTest, LeavesCaptionsAndTimerWhenThePortCannotBeOpened)
@@ -316,37 +261,28 @@ TEST_F(CodesExchangeTest, LeavesCaptionsAndTimerWhenThePortCannotBeOpened)
         EXPECT_EQ(buttons(), "[Get Engine Data] (         Clear MIL          Reset data)");
         EXPECT_FALSE(timer.enabled() || exchange.succeeded());
     }
-    expectStartsAgain();
 }
 
-TEST_F(CodesExchangeTest, ShowsAnEventThatTheDriverDoesNotExplainAndPassesOverLineEvents)
+TEST_F(CodesExchangeTest, TellsOfSilenceAndOfAnEventThatTheDriverDoesNotExplain)
 {
-    driveTo(Kind::read, 2, reading);
-    for (const int event : {1, 3, 7, 1001, 1006, 1009})
-        adapter.sendEvent(event);
+    driveTo(Kind::read, 1, reading);
+    EXPECT_FALSE(silence.enabled()) << "the reset has a time-out of its own";
+    adapter.expect("0101\r");
+    adapter.receive("OK\r\r>");
+    silence.tick();
+    EXPECT_EQ(panel.statusBox, "com1 Reading Data - no reply for 10 s");
+    adapter.receive("41 01 82");
     EXPECT_EQ(panel.statusBox, "com1 Reading Data");
+    EXPECT_TRUE(silence.enabled() && silence.interval == std::chrono::seconds(10));
+    adapter.sendEvent(1006); // a line event
     adapter.sendEvent(commEvent::unknown);
     EXPECT_EQ(statuses.back(), "com1 Reading Data - unhandled comm Event: 0") << "repainted at once";
-    EXPECT_TRUE(panel.labelStats.ends_with(" Errors: 0")) << "refreshed with the next reply";
+    adapter.expect("03\r").answer(reading[1].second);
     adapter.expect("ATD\r");
-    press(Kind::read);
+    adapter.receive(" 07 65 04 \r\r>");
+    adapter.play();
+    EXPECT_TRUE(exchange.succeeded()) << "the replies could be read all the same";
     EXPECT_TRUE(panel.labelStats.ends_with(" Errors: 1"));
-}
-
-TEST_F(CodesExchangeTest, HandlesNothingWhileAMessageIsOpen)
-{
-    prompts.whileOpen = [this] {
-        adapter.receive(litStatus);
-        adapter.expect("ATZ\r");
-        gate.run([this] { exchange.pressGetCodes(); });
-        EXPECT_EQ(panel.getCodes.caption, "Cancel") << "the press waits";
-    };
-    driveTo(Kind::read, 4, {{"0101\r", "NO DATA\r\r>"}, {"ATD\r", ""}});
-    EXPECT_EQ(prompts.takeMessage(), ignitionText);
-    EXPECT_EQ(panel.stateMIL, "") << "what arrived meanwhile belongs to no exchange";
-    EXPECT_EQ(panel.statusBox, "com1 Open") << "the waiting press began the next one";
-    adapter.expect("ATD\r");
-    press(Kind::read);
 }
 
 } // namespace

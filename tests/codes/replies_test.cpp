@@ -1,6 +1,11 @@
+#include "codes/canCodes.h"
 #include "codes/codesReport.h"
 #include "codes/readiness.h"
 #include "codes/troubleCodes.h"
+#include "shared/fileError.h"
+#include "shared/module1.h"
+#include "support/scriptedDialogs.h"
+#include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -11,32 +16,91 @@ using Codes = std::vector<std::string>;
 
 TEST(TroubleCodesTest, ReadsTheFirstLineOfTheReply)
 {
-    const Codes three = {"P0133", "P0301", "U0123"};
     const struct {
-        const char* name;
         std::string_view reply;
         Codes codes;
+        int listed; ///< of these, what is a code of the vehicle
     } rows[] = {
-        {"three codes", "43 01 33 03 01 C1 23 \r\r>", three},
-        {"only the first digit is 0", "43 00 01 00 10 01 00 \r\r>", {"P0001", "P0010", "P0100"}},
-        {"a second line falls between the steps", "43 01 33 03 01 C1 23 \r43 04 20 00 00 00 00 \r>", three},
-        {"lower case is no digit", "43 c1 23 01 33 00 00 \r\r>", {"P0133"}},
-        {"garbage at a code's beginning", "43 ?1 33 03 01 00 00 \r\r>", {"P0301"}},
-        {"garbage inside a code is copied", "43 0? 3< 00 00 00 00 \r\r>", {"P0?3<"}},
-        {"CAN, the number of codes first", "43 02 01 33 03 01 \r\r>", {"P0201", "P3303", "P01\r\r"}},
-        {"CAN, no codes", "43 00 \r\r>", {"P00\r\r"}},
-        {"nothing answered", "NO DATA\r\r>", {"U1AA\r"}},
-        {"empty", "", {}},
-        {"ends with the first digit", "43 0", {"P0"}},
-        {"ends inside the second byte", "43 01 3", {"P013"}},
+        {"43 01 33 03 01 C1 23 \r43 04 20 00 00 00 00 \r>", {"P0133", "P0301", "U0123"}, 3},
+        {"43 00 01 00 10 00 00 \r\r>", {"P0001", "P0010"}, 2}, // only the first digit is 0
+        {"43 c1 23 01 33 00 00 \r\r>", {"P0133"}, 1},          // lower case is no digit
+        {"43 0? 3< ?3 01 00 00 \r\r>", {"P0?3<"}, 0},          // garbage inside a code is copied
+        {"NO DATA\r\r>", {"U1AA\r"}, 0},
+        {"43 0", {"P0"}, 0},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(storedCodes(row.reply), row.codes) << row.name;
-
+    for (const auto& [reply, codes, listed] : rows) {
+        EXPECT_EQ(storedCodes(reply), codes) << reply;
+        EXPECT_EQ(listedCodeCount(reply), listed) << reply;
+    }
     std::string prefixes;
     for (const char digit : std::string_view("0123456789ABCDEF"))
         prefixes += storedCodes(std::string("43 ") + digit + "1 23 \r\r>").at(0).substr(0, 2);
     EXPECT_EQ(prefixes, "P0P1P2P3C0C1C2C3B0B1B2B3U0U1U2U3");
+}
+
+/// The codes of a reply in the CAN layout, units separated by "|", "+" and the number of codes that could not
+/// be read; "older" for another layout.
+std::string inCanLayout(const std::string& reply, int reported, const char* padding = "")
+{
+    const auto units =
+        canCodes(reply + "\r\r>", "41 01 8" + std::to_string(reported) + " 07 65 04 " + padding + "\r\r>");
+    std::string text = units ? "" : "older";
+    for (const CanUnit& unit : units.value_or(std::vector<CanUnit>())) {
+        for (const std::string& code : unit.codes)
+            text += code + " ";
+        text += (unit.unreadCodes > 0 ? "+" + std::to_string(unit.unreadCodes) : "") + "|";
+    }
+    return text;
+}
+
+TEST(CanCodesTest, TellsTheLayoutsApartAndReadsThatOfCan)
+{
+    const struct {
+        const char* reply;
+        int reported;
+        const char* codes;
+        const char* padding = ""; ///< behind the reply to "0101"
+    } rows[] = {
+        {"43 01 33 00 00 00 00 ", 1, "older"},
+        {"43 01 33 03 00 00 00 ", 2, "older"}, // as if one code, padded
+        {"43 02 01 33 03 01 35 ", 3, "older"}, // as if two
+        {"43 01 33 03 01 C1 23 \r43 04 20 00 00 00 00 ", 4, "older"},
+        {"43 01 33 00 00 00 00 \r43 01 35 03 00 00 00 ", 1, "older"}, // two control units
+        {"43 01 33 03 \r43 02 01 00 00 00 00 ", 1, "older"},          // bytes are missing
+        {"43 01 33 ", 1, "older"},
+        {"7F 03 11 ", 1, "older"},
+        {"NO DATA", 1, "older"},
+        {"43 00 ", 1, "|"},
+        {"43 02 01 33 03 01 ", 2, "P0133 P0301 |"},
+        {"7F 03 78 \r43 01 04 20 \r43 00 ", 1, "P0420 ||"},
+        {"43010420", 1, "P0420 |"},
+        {"43 02 C1 23 ", 2, "older"},
+        {"43 01 03 00 00 00 00 ", 1, "P0300 |", "00 "}, // shown with their padding
+        {"43 01 01 33 AA AA AA ", 1, "P0133 |"},
+        {"43 02 01 33 03 01 55 ", 2, "P0133 P0301 |"},
+        {"00A \r0: 43 04 01 33 03 01 \r1: C1 00 04 20 00 00 00 ", 4, "P0133 P0301 U0100 P0420 |"},
+        {"010 \r0: 43 07 01 33 03 01 \r1: C1 00 04 20 00 35 01 \r2: 36 01 37 AA AA AA AA ", 7,
+         "P0133 P0301 U0100 P0420 P0035 P0136 P0137 |"},
+        {"0: 43 07 01 33 03 01 \r2: 36 01 37 AA AA AA AA ", 7, "P0133 P0301 +5|"},
+        {"0: 43 07 01 33 03 01 \r1: C1 00 04 20 <DATA ERROR\r2: 36 01 37 AA AA AA AA ", 7, "P0133 P0301 +5|"},
+        {"0: 43 07 01 33 03 01 \r1: C1 00 04 20 \r2: 36 01 37 AA AA AA AA ", 7,
+         "P0133 P0301 U0100 P0420 +3|"},
+        {"0: 43 04 01 33 03 01 \r43 01 04 20 \r1: C1 00 04 20 00 00 00 ", 4,
+         "P0133 P0301 U0100 P0420 |P0420 |"},
+        {"0: 43 03 01 33 03 01 \r0: 43 03 01 35 03 02 \r1: C1 00 00 00 00 00 00 \r1: C1 23 00 00 00 00 00 ",
+         3, "P0133 P0301 +1|P0135 P0302 +1|"}, // whose is the frame?
+    };
+    for (const auto& [reply, reported, codes, padding] : rows)
+        EXPECT_EQ(inCanLayout(reply, reported, padding), codes) << reply;
+
+    std::string longest = "0: 43 FF 01 33 01 33 "; // frame numbers begin anew behind F
+    std::string codes = "P0133 P0133 ";
+    for (int frame = 1; frame <= 72; ++frame)
+        longest += "\r" + hexText(frame % 16, 1) +
+                   (frame % 2 == 1 ? ": 01 33 01 33 01 33 01 " : ": 33 01 33 01 33 01 33 ");
+    for (int code = 2; code < 254; ++code)
+        codes += "P0133 ";
+    EXPECT_EQ(inCanLayout(longest, 9), codes + "+1|");
 }
 
 /// The first letter of each monitor's result: OK, Incomplete, Unsupported or input error.
@@ -50,63 +114,66 @@ std::string inLetters(std::string_view reply)
     return letters;
 }
 
-TEST(ReadinessTest, NamesTheMonitorsInTheirOrder)
-{
-    EXPECT_EQ(readinessReport("41 01 82 47 65 04 \r\r>"),
-              (ReadinessTexts{"Misfire Test OK", "Fuel System Test OK", "Component Test Incomplete", //
-                              "Catalyst Test OK", "Heated Catalyst Test Unsupported",
-                              "Evaporative System Test Incomplete", "Secondary Air Test Unsupported",
-                              "A/C Refrigerant Test Unsupported", "Oxygen Sensor Test OK",
-                              "Oxygen Heater Test OK", "EGR System Test Unsupported"}));
-    EXPECT_EQ(readinessReport("")[0], "Misfire input error");
-    EXPECT_EQ(initialReadiness()[0], "Misfire");
-    EXPECT_EQ(initialReadiness()[2], "Components") << "the plural stands until the first report";
-}
-
 TEST(ReadinessTest, TellsHowFarEachTestIs)
 {
-    const struct {
-        const char* name;
-        std::string_view reply;
-        std::string_view letters;
-    } rows[] = {
-        {"nothing supported is an input error", "41 01 00 00 00 00 \r\r>", "iiiiiiiiiii"},
-        {"all supported and incomplete", "41 01 00 77 FF FF \r\r>", "IIIIIIIIIII"},
-        {"each bit of its own: misfire", "41 01 00 11 01 00 \r\r>", "IUUOUUUUUUU"},
-        {"each bit of its own: fuel", "41 01 00 22 02 00 \r\r>", "UIUUOUUUUUU"},
-        {"each bit of its own: component", "41 01 00 44 04 00 \r\r>", "UUIUUOUUUUU"},
-        {"each bit of its own: secondary air", "41 01 00 01 08 08 \r\r>", "OUUUUUIUUUU"},
-        {"each bit of its own: A/C", "41 01 00 01 10 10 \r\r>", "OUUUUUUIUUU"},
-        {"each bit of its own: oxygen sensor", "41 01 00 01 20 20 \r\r>", "OUUUUUUUIUU"},
-        {"each bit of its own: oxygen heater", "41 01 00 01 40 40 \r\r>", "OUUUUUUUUIU"},
-        {"each bit of its own: EGR", "41 01 00 01 80 80 \r\r>", "OUUUUUUUUUI"},
-        {"byte B garbled", "41 01 00 0? 65 00 \r\r>", "iiiOUOUUOOU"},
-        {"byte C garbled", "41 01 00 07 G5 00 \r\r>", "OOOiiiiiiii"},
-        {"byte D missing", "41 01 00 07 65 \r\r>", "OOOiiiiiiii"},
-        {"nothing", "", "iiiiiiiiiii"},
-        {"lower case is understood", "41 01 00 07 ff 00 \r\r>", "OOOOOOOOOOO"},
+    const std::pair<std::string_view, std::string_view> rows[] = {
+        {"41 01 00 00 00 00 \r\r>", "iiiiiiiiiii"}, // nothing supported is an input error
+        {"41 01 00 11 01 01 \r\r>", "IUUIUUUUUUU"}, // each bit of its own
+        {"41 01 00 22 02 02 \r\r>", "UIUUIUUUUUU"}, {"41 01 00 44 04 04 \r\r>", "UUIUUIUUUUU"},
+        {"41 01 00 01 08 08 \r\r>", "OUUUUUIUUUU"}, {"41 01 00 01 10 10 \r\r>", "OUUUUUUIUUU"},
+        {"41 01 00 01 20 20 \r\r>", "OUUUUUUUIUU"}, {"41 01 00 01 40 40 \r\r>", "OUUUUUUUUIU"},
+        {"41 01 00 01 80 80 \r\r>", "OUUUUUUUUUI"}, {"41 01 00 0? 65 00\r\r>", "iiiOUOUUOOU"},
+        {"41 01 00 07 G5 00 \r\r>", "OOOiiiiiiii"}, {"41 01 00 07 65 \r\r>", "OOOiiiiiiii"},
+        {"41 01 00 07 ff 00 \r\r>", "OOOOOOOOOOO"}, // lower case is understood
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(inLetters(row.reply), row.letters) << row.name;
+    for (const auto& [reply, letters] : rows)
+        EXPECT_EQ(inLetters(reply), letters) << reply;
 }
 
-TEST(CodesReportTest, TellsLightCodesAndReadiness)
+TEST(CodesReportTest, TellsLightCodesWhatIsLeftOutAndReadiness)
 {
-    CodesPanel panel;
-    panel.stateMIL = "Service Engine Soon Light is \r\nON";
-    panel.diagCodeFrame = "Diagnostic (MIL) Codes: 5 code(s) reported";
-    panel.codesOutput = "P0133 O2 sensor slow\r\nU0123\r\n";
-    panel.readiness.fill("Test OK");
+    CodesReading reading{.isLit = true, .reportedCodes = 5, .listing = {"P0133 O2 sensor slow", "U0123"}};
+    reading.readiness.fill("Test OK");
+    reading.notes = otherUnitNotes("41 01 85 07 65 04 \r41 01 82 04 00 00 \r\r>");
+    noteUnlisted(reading.notes, 0);
+    noteUnlisted(reading.notes, 1);
+    noteUnlisted(reading.notes, 3);
     std::string expected = "Service Engine Soon Light is ON\n\nDiagnostic (MIL) Codes: 5 code(s) reported\n"
                            "  P0133 O2 sensor slow\n  U0123\n"
-                           "  (3 more: only the first line of the vehicle's answer is listed)\n\nReadiness\n";
+                           "  2 control units answered; what is shown is the first one's.\n"
+                           "  Control unit 2: light ON, 2 code(s) reported\n"
+                           "  (1 more is stored than could be listed)\n"
+                           "  (3 more are stored than could be listed)\n\nReadiness\n";
     for (std::size_t i = 0; i < monitorCount; ++i)
         expected += "  Test OK\n";
-    EXPECT_EQ(codesReport(panel, 5), expected);
-    EXPECT_EQ(codesReport(panel, 2).find("more"), std::string::npos);
+    EXPECT_EQ(codesReport(reading), expected);
+    EXPECT_EQ(otherUnitNotes("41 01 85 07 65 04 \r\r>"), Codes());
+    EXPECT_EQ(
+        canWarning({{{"P0420 worn"}, 0}, {{}, 2}, {{}, 0}}),
+        (Codes{
+            "This vehicle answers in the CAN layout: the list below is shifted and does not show its codes.",
+            "Read in that layout, control unit 1:", "P0420 worn", "Read in that layout, control unit 2:",
+            "(2 more could not be read)", "Read in that layout, control unit 3:", "No codes"}));
+}
 
-    panel.codesOutput = "No codes reported";
-    EXPECT_NE(codesReport(panel, 0).find("\n  No codes reported\n\nReadiness\n"), std::string::npos);
+TEST(CodesReportTest, IsSavedUnderItsDateBehindTheWarning)
+{
+    const TemporaryFolder folder;
+    ScriptedDialogs dialogs;
+    ProgramValues values;
+    const CodesReading reading{.reportedCodes = 1, .listing = {"P0104"}, .canWarning = {"warning", "P0420"}};
+    const auto save = [&] { return saveReport(dialogs, values, reading, [](auto) { return "Monday"; }); };
+    EXPECT_EQ(save(), "") << "cancelled";
+    dialogs.chosen = folder.path("no folder/a.txt");
+    EXPECT_THROW(save(), FileError);
+    EXPECT_EQ(values.parmInitDir, "") << "the next dialog starts where it did";
+    dialogs.chosen = folder.path("a.txt");
+    EXPECT_EQ(save(), "a.txt saved");
+    EXPECT_TRUE(contents(folder.path("a.txt"))
+                    .starts_with(
+                        "Check Engine, Monday\r\n\r\nwarning\r\nP0420\r\n\r\nService Engine Soon Light is "
+                        "OFF\r\n\r\nDiagnostic (MIL) Codes: 1 code(s) reported\r\n  P0104\r\n\r\nReadiness"));
+    EXPECT_EQ(values.parmInitDir, folder.path());
 }
 
 } // namespace

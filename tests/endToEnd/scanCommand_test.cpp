@@ -84,9 +84,9 @@ TEST(ScanCommandEndToEnd, FailuresSayWhyAndSumUp)
         const char* end; ///< of the output, up to the counters
     } rows[] = {
         {"--disconnect-after 4", "", "com1 - adapter disconnected", "V 0101  83 07 65 04 \nScan Halted\n"},
-        {"--no-reset-answer", "--timeout 1", "the adapter has not answered within 1 seconds",
+        {"--no-reset-answer", "--timeout 1", "the adapter has not answered within 1 second\n",
          "Suffix:\nScan Halted\n"},
-        {"--silent-after 3", "--timeout 1", "the adapter has not answered within 1 seconds",
+        {"--silent-after 3", "--timeout 1", "the adapter has not answered within 1 second\n",
          "V 0100  BE 3F B8 13 \nScan Halted\n"},
         {"", "--header nonsen", "com1 Error on set header", "\nError setting header\nScan Completed\n"},
         {"", "--port /dev/no-such-port", "com1 - Comm init error: 2: ", ""},

@@ -21,10 +21,13 @@ struct Outcome {
 /// zint-obd without a display, with a home of its own, so that nobody's settings matter.
 class ZintObd {
 public:
-    /// @param errorFile takes standard error when it is given
+    /// @param errorFile takes standard error when it is given. @param database its code descriptions,
+    /// likewise
     explicit ZintObd(const QStringList& arguments, const QString& outputFile = {},
-                     const QString& errorFile = {})
+                     const QString& errorFile = {}, std::string_view database = {})
     {
+        if (!database.empty())
+            TemporaryFolder::write(home_.path("dtc.mdb"), database);
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const char* name :
              {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
