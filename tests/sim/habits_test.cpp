@@ -20,6 +20,7 @@ struct Rig {
     ManualTimer portTimer;
     ManualTimer timer;
     ManualTimer ticker;
+    ManualTimer silence;
     ManualClock clock;
     Vehicle vehicle;
     SimulatedPort port;
@@ -53,7 +54,14 @@ struct NoDescriptions final : CodeDescriptionSource {
 std::string codes(Rig& rig)
 {
     const NoDescriptions descriptions;
-    CodesExchange exchange(rig.port, rig.timer, {}, descriptions, rig.prompts, rig.values);
+    CodesExchange exchange({.port = rig.port,
+                            .timer = rig.timer,
+                            .silence = rig.silence,
+                            .clock = rig.clock,
+                            .descriptions = descriptions,
+                            .prompts = rig.prompts,
+                            .values = rig.values},
+                           {});
     exchange.pressGetCodes();
     rig.play();
     const std::string& list = exchange.panel().codesOutput; // on CAN it ends in what follows the codes
@@ -89,7 +97,6 @@ std::string poll(Rig& rig)
                    .ticker = rig.ticker,
                    .clock = rig.clock,
                    .prompts = rig.prompts,
-                   .dialogs = rig.dialogs,
                    .values = rig.values,
                    .kept = kept,
                    .dateText = [](auto) { return "today"; }},
