@@ -9,6 +9,7 @@
 #include "app/terminalCommand.h"
 #include "platform/console.h"
 #include "platform/icons.h"
+#include "platform/outlinedBoxes.h"
 #include "platform/runningInstance.h"
 #include "platform/text.h"
 #include "shared/programInfo.h"
@@ -80,6 +81,7 @@ int runWindows(const zint::CommandLine& line)
     QApplication::setQuitOnLastWindowClosed(
         false); // a program without a visible window goes on, see RunningInstance
     zint::useOwnIcons();
+    zint::useOutlinedBoxes();
     zint::Program program(line.connection);
     program.start();
     const zint::Interruption interruption([&program] { program.end(); });

@@ -3,7 +3,6 @@
 #include "platform/text.h"
 
 #include <QFileDialog>
-#include <QFileInfo>
 
 namespace zint {
 namespace {
@@ -27,7 +26,7 @@ void prepare(QFileDialog& dialog, const FileKinds& kinds, const std::string& fol
 {
     dialog.setNameFilters(nameFilters(kinds));
     dialog.setDefaultSuffix(toQt(kinds.extension));
-    if (QFileInfo(toQt(folder)).isDir()) // else it would show the list of drives, where nothing can be saved
+    if (!folder.empty()) // else it would show the list of drives, where nothing can be saved
         dialog.setDirectory(toQt(folder));
 }
 

@@ -1,5 +1,6 @@
 #include "platform/qtPrompts.h"
 
+#include "platform/rememberedSize.h"
 #include "platform/text.h"
 #include "shared/programInfo.h"
 
@@ -59,6 +60,7 @@ void showLongText(QWidget& window, const std::string& text, const std::string& t
     layout->addWidget(lines);
     addButtons(box, QDialogButtonBox::Ok);
     box.resize(460, 560);
+    fitToScreen(box);
     box.exec();
 }
 
