@@ -17,7 +17,6 @@ ChartLines::ChartLines(QChart& chart, const QWidget& window)
 {
     chart_.layout()->setContentsMargins(0, 0, 0, 0);
     chart_.setBackgroundRoundness(0);
-    chart_.setMargins(QMargins(8, 8, 8, 8));
     chart_.legend()->hide(); // the list beside it tells the same, and has room for it
     timeAxis_->setLabelsPosition(QCategoryAxis::AxisLabelsPositionOnValue);
     chart_.addAxis(timeAxis_, Qt::AlignBottom);
@@ -72,7 +71,21 @@ void ChartLines::draw(std::span<const std::size_t> events)
                                             [](const ValueAxis& a) { return a.axis.unit; });
         lines_.push_back({.event = event, .axis = static_cast<std::size_t>(axis - axes_.begin())});
     }
+    makeMargins();
     paintColours();
+}
+
+/// A time mark at the end of its axis needs half of its label's width beside the plot, where no other axis
+/// leaves it.
+void ChartLines::makeMargins()
+{
+    constexpr int usual = 8;
+    const int half = window_.fontMetrics().horizontalAdvance(QStringLiteral("0:00:00")) / 2;
+    const auto margin = [&](ChartAxis::Side side) {
+        const auto isThere = [side](const ValueAxis& axis) { return axis.axis.side == side; };
+        return std::ranges::any_of(axes_, isThere) ? usual : half;
+    };
+    chart_.setMargins(QMargins(margin(ChartAxis::Side::left), usual, margin(ChartAxis::Side::right), usual));
 }
 
 void ChartLines::paint(ChartData& data, const SampleStore& samples, const ChartRange& range)

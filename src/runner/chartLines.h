@@ -61,6 +61,7 @@ private:
 
     void takeStyles(std::span<const std::size_t> events);
     void paintLine(Line& line, std::span<const std::span<const ChartPoint>> pieces);
+    void makeMargins();
     int stepsIn(int steps) const;
     void paintTimeAxis(const ChartRange& range);
     void paintPens();

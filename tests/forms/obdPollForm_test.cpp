@@ -47,7 +47,8 @@ TEST_F(ObdPollFormTest, ShowsARunAndItsValues)
     EXPECT_EQ(textOf("comStart"), u"Stop Polling");
     EXPECT_FALSE(control<QLineEdit>("scnUpdate")->isEnabled());
     adapter->play();
-    QTest::keyClick(control<QLineEdit>("timeLimit"), Qt::Key_S, Qt::AltModifier);
+    EXPECT_EQ(control<QPushButton>("comStart")->shortcut().toString(), u"Alt+S");
+    click("comStart");
     EXPECT_EQ(textOf("statusBox"), u"com1 Polling Completed ");
     EXPECT_EQ(cell(0, 1).toString(), u"2000rpm");
     EXPECT_TRUE(cell(0, 4, Qt::ForegroundRole).value<QColor>().isValid()) << "a new maximum";

@@ -15,28 +15,24 @@ namespace {
 
 TEST(PollReplyTest, ReadsTheBytesBehindTheEcho)
 {
-    struct Row {
-        const char* reply;
-        std::optional<std::int32_t> value;
+    const std::pair<const char*, std::optional<std::int32_t>> rows[] = {
+        {"41 0C 1A F8 \r\r>", 0x1AF8},
+        {"41 0C 1AF8\r>", 0x1AF8},
+        {"410C1AF8410C1AF8410C1AF8\r>", 0},
+        {"41 0C \r\r>", 0},
+        {"41 0C 1A F8\r41 0C FF FF \r>", 0x1AF8},
+        {"41 0C 1A F8", 0x1A}, // its last byte has no end
+        {"41 01 7F FF FF FF \r>", 0x7FFFFFFF},
+        {"41 01 80 00 00 00 \r>", std::nullopt},
+        {"41 01 FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF \r>", std::nullopt},
+        {"41 0c 1a f8\r>", std::nullopt},
+        {"NO DATA\r\r>", std::nullopt},
+        {"41 0C 1A F8 <DATA ERROR\r>", std::nullopt},
+        {"\r>", std::nullopt},
+        {"\x80\xFF\x01\r>", std::nullopt},
     };
-    for (const Row& row : {
-             Row{"41 0C 1A F8 \r\r>", 0x1AF8},
-             Row{"41 0C 1AF8\r>", 0x1AF8},
-             Row{"410C1AF8410C1AF8410C1AF8\r>", 0},
-             Row{"41 0C \r\r>", 0},
-             Row{"41 0C 1A F8\r41 0C FF FF \r>", 0x1AF8},
-             Row{"41 0C 1A F8", 0x1A}, // its last byte has no end
-             Row{"41 01 7F FF FF FF \r>", 0x7FFFFFFF},
-             Row{"41 01 80 00 00 00 \r>", std::nullopt},
-             Row{"41 01 FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF \r>", std::nullopt},
-             Row{"41 0c 1a f8\r>", std::nullopt},
-             Row{"NO DATA\r\r>", std::nullopt},
-             Row{"41 0C 1A F8 <DATA ERROR\r>", std::nullopt},
-             Row{"\r>", std::nullopt},
-             Row{">", std::nullopt},
-             Row{"\x80\xFF\x01\r>", std::nullopt},
-         })
-        EXPECT_EQ(pollValue(row.reply), row.value) << row.reply;
+    for (const auto& [reply, value] : rows)
+        EXPECT_EQ(pollValue(reply), value) << reply;
 }
 
 TEST(ReplyWatchTest, KnowsWhatAReplyBeginsWith)
@@ -217,19 +213,15 @@ TEST_F(PollerTest, SendsTheDesignsCommandsFirst)
 {
     makePoller({{"21 01", 1}});
     design.extraCommands = "ATH1;;ATSH 81 10 F1";
-    for (const auto& [speed, command] : {std::pair{200, ""},
-                                         {-1, ""},
-                                         {52, "ATST 0D"},
-                                         {62, "ATST 010"},
-                                         {64, "ATST 10"},
-                                         {1020, "ATST FF"}}) {
+    const std::pair<int, const char*> speeds[] = {{200, ""},        {-1, ""},        {52, "ATST 0D"},
+                                                  {62, "ATST 010"}, {64, "ATST 10"}, {1020, "ATST FF"}};
+    for (const auto& [speed, command] : speeds) {
         design.sampleSpeed = static_cast<std::int16_t>(speed);
         std::vector<std::pair<std::string, const char*>> steps = {
             {"ATH1", "OK\r\r>"}, {"", "?\r\r>"}, {"ATSH 81 10 F1", "?\r\r>"}};
         if (*command != '\0')
             steps.emplace_back(command, "OK\r\r>");
-        steps.emplace_back("21 01", "61 01 \r>");
-        steps.emplace_back("21 01", "");
+        steps.insert(steps.end(), {{"21 01", "61 01 \r>"}, {"21 01", ""}});
         start(steps);
         EXPECT_EQ(panel().statusBox, "com1 Polling") << speed;
         pressStop();
@@ -239,27 +231,22 @@ TEST_F(PollerTest, SendsTheDesignsCommandsFirst)
     design.extraCommands.clear();
     adapter.expect("ATZ\r").answer(">");
     adapter.expect("ATE0\r");
-    adapter.expect("ATD\r");
     poller->pressStart();
     adapter.play();
     EXPECT_EQ(panel().statusBox, "com1 ATST FF");
-    poller->unload();
+    pressStop();
 }
 
 TEST_F(PollerTest, ReplacesNumbersOutOfRange)
 {
     makePoller({{"010C", 1}});
-    const auto startAndStop = [this] {
-        adapter.expect("ATZ\r");
-        adapter.expect("ATD\r");
-        poller->pressStart();
-        poller->pressStart();
-    };
     for (const auto& [typed, shown] :
          {std::pair{"3", "3"}, {"nan", "3"}, {"soon", "3"}, {"0", "10"}, {"5000", "10"}}) {
         poller->setRefresh(typed);
-        startAndStop();
+        adapter.expect("ATZ\r");
+        poller->pressStart();
         EXPECT_EQ(panel().scnUpdate.text, shown) << typed;
+        pressStop();
     }
     for (const auto& [typed, shown] :
          {std::pair{"100", "100"}, {"inf", "100"}, {"x", "100"}, {"0", "1000"}, {"200000", "1000"}}) {
@@ -269,11 +256,8 @@ TEST_F(PollerTest, ReplacesNumbersOutOfRange)
     for (const char* const typed : {"soon", "0", "86401"}) {
         poller->setTimeLimit(typed);
         poller->pressStart();
-        EXPECT_NE(prompts.takeMessage().find(" is no time limit. Give 1 to 86400"), std::string::npos)
-            << typed;
+        EXPECT_NE(prompts.takeMessage().find(" is no time limit. Give 1 to 86400"), std::string::npos);
     }
-    poller->setTimeLimit(" ");
-    startAndStop();
 }
 
 TEST_F(PollerTest, RefreshesEverySoManySecondsAndTellsTheTimeLeft)
@@ -391,8 +375,12 @@ TEST_F(PollerTest, TellsWhenRepliesDoNotMatchSayNoDataOrStopComing)
     EXPECT_EQ(panel().statusBox, "com1 Polling - no reply for 10 s - unhandled comm Event: 1006");
     wait(1);
     EXPECT_TRUE(panel().statusBox.ends_with("Event: 1006")) << "what was said of something else stays";
+    dialogs.chosen = folder.path("a.log");
+    save(Kind::log);
     pressStop();
     EXPECT_EQ(panel().statusBox, "com1 Polling Completed ");
+    poller->unload();
+    EXPECT_TRUE(kept.list().empty()) << "nothing came after the log";
     poller->loadLog();
     EXPECT_EQ(panel().statusBox, "Loading is not in this version; zint-obd export turns a log into a table");
 }
@@ -421,6 +409,10 @@ TEST_F(PollerTest, ASilentAdapterEndsTheRunAndTheNextIsKeptWithItsOwnStart)
     poller->unload();
     ASSERT_EQ(kept.list().size(), 1U);
     EXPECT_EQ(KeptRuns::load(kept.list()[0]).firstStart, clock.date);
+    poller->resetValues();
+    design.events()[0].frequency = 0;
+    poller->pressStart();
+    EXPECT_TRUE(prompts.takeMessage().starts_with("The design has no event to poll."));
 }
 
 TEST_F(PollerTest, WritesItsFilesAndKeepsWhatIsNotSaved)
@@ -475,20 +467,6 @@ TEST_F(PollerTest, WritesItsFilesAndKeepsWhatIsNotSaved)
     EXPECT_EQ(prompts.question, "Recover Unsaved Run\nUnsaved runs\ntoday   Car (1 sample in 0:00)");
     EXPECT_EQ(saved("recovered.log"), saved("run.log"));
     EXPECT_TRUE(kept.list().empty());
-}
-
-TEST_F(PollerTest, ARunThatIsSavedWhileItIsOnNeedsNoRecovery)
-{
-    makePoller({{"010C", 1}});
-    start({{"010C", "41 0C 00 04 \r\r>"}, {"010C", ""}});
-    dialogs.chosen = folder.path("a.log");
-    save(Kind::log);
-    pressStop();
-    poller->unload();
-    EXPECT_TRUE(kept.list().empty()) << "nothing came after";
-    design.events()[0].frequency = 0;
-    poller->pressStart();
-    EXPECT_TRUE(prompts.takeMessage().starts_with("The design has no event to poll."));
 }
 
 TEST_F(PollerTest, TellsAtTheOpeningOfARunThatWasCutOff)
