@@ -5,6 +5,7 @@
 #include "shared/module1.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace zint {
@@ -107,16 +108,19 @@ bool isPadded(std::string_view statusReply)
 }
 
 /// Whether a single line of seven bytes is a padded answer, going by the number of codes that the vehicle
-/// reported: it stands in front of the codes, the padding is of one kind, and as three codes of an older bus
-/// the line would have another number of them.
+/// reported: it stands in front of the codes, bytes that are usual as padding stand behind them, and as three
+/// codes of an older bus the line would have another number of them.
 bool fitsCanAlone(const Bytes& line, int reportedCodes)
 {
+    constexpr std::array<std::uint8_t, 5> paddings = {0x00, 0x55, 0xAA, 0xCC, 0xFF};
     int olderCodes = 0;
     for (std::size_t i = 1; i + 1 < line.size(); i += 2)
         olderCodes += line[i] != 0 || line[i + 1] != 0 ? 1 : 0;
+    const std::uint8_t last = line.back();
     const auto padding = line.begin() + static_cast<std::ptrdiff_t>(answerLength(line));
     return line[1] == reportedCodes && olderCodes != reportedCodes &&
-           std::all_of(padding, line.end(), [&](std::uint8_t byte) { return byte == *padding; });
+           std::ranges::find(paddings, last) != paddings.end() &&
+           std::count(padding, line.end(), last) == line.end() - padding;
 }
 
 bool isCanLayout(const std::vector<Line>& lines, std::string_view statusReply)

@@ -6,6 +6,7 @@
 #include "platform/windowPrinter.h"
 
 #include <QAbstractItemView>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPrinter>
@@ -140,6 +141,25 @@ TEST_F(CodesFormTest, TellsHowToComeByDescriptionsWhileThereAreNone)
     delete form;
     (form = new codesForm(context))->show();
     EXPECT_FALSE(control<QLabel>("noDescriptions")->isVisible());
+}
+
+TEST_F(CodesFormTest, ShowsTheCodesOfCanFirstAndCopiesTheList)
+{
+    adapter->expectOpening();
+    adapter->expect("0101\r").answer("41 01 81 07 65 04 \r\r>");
+    adapter->expect("03\r").answer("43 01 04 20 \r\r>");
+    adapter->expect("ATD\r");
+    EXPECT_FALSE(control<QAction>("mnuSaveReport")->isEnabled());
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form));
+    QTest::keyClick(form, Qt::Key_G, Qt::AltModifier);
+    adapter->play();
+    EXPECT_TRUE(control<QAction>("mnuSaveReport")->isEnabled());
+    const auto* warning = control<QLabel>("canWarning");
+    QCoreApplication::processEvents(); // lays them out
+    EXPECT_TRUE(warning->font().bold() && warning->y() < control<QLabel>("codesOutput")->y());
+    control<QWidget>("codesScroll")->actions().constFirst()->trigger();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), warning->text() + u"\nP0104\nP20\n\n\n"_qs);
+    EXPECT_TRUE(warning->text().endsWith(u"P0420"));
 }
 
 TEST_F(CodesFormTest, PrintsItsImage)
