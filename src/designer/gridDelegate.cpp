@@ -57,6 +57,7 @@ bool typeIntoBox(const QAbstractItemView& list, QEvent& event)
     if (chooser == nullptr || !isDigit)
         return false;
     chooser->hidePopup();
+    chooser->lineEdit()->selectAll(); // it takes the place of what stands there
     QCoreApplication::sendEvent(chooser->lineEdit(), &event);
     return true;
 }

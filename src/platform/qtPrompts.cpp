@@ -4,11 +4,13 @@
 #include "platform/text.h"
 #include "shared/programInfo.h"
 
+#include <QComboBox>
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QElapsedTimer>
 #include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -133,6 +135,8 @@ std::optional<std::string> QtPrompts::inputOrChoose(const std::string& text, con
     box.setComboBoxItems(list);
     box.setComboBoxEditable(true);
     box.setTextValue({});
+    const auto* line = box.findChild<QComboBox*>()->lineEdit();
+    QObject::connect(line, &QLineEdit::returnPressed, &box, &QDialog::accept); // takes the completion, too
     return box.exec() == QDialog::Accepted ? std::optional(fromQt(box.textValue())) : std::nullopt;
 }
 
@@ -154,7 +158,8 @@ std::optional<std::size_t> QtPrompts::choose(const std::string& text, const std:
     addButtons(box, QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     showPlain(box);
     QObject::connect(list, &QListWidget::itemActivated, &box, &QDialog::accept);
-    box.resize(460, 300);
+    constexpr int margins = 60;
+    box.resize(std::clamp(list->sizeHintForColumn(0) + margins, 460, 760), 300);
     if (box.exec() != QDialog::Accepted)
         return std::nullopt;
     return static_cast<std::size_t>(list->currentRow());

@@ -42,10 +42,17 @@ struct DesignerTest : testing::Test {
         designer->saveAs();
     }
 
-    void open(const std::string& name)
+    void open(const std::string& name, const std::string& text)
     {
         dialogs.chosen = folder.path(name);
+        folder.write(dialogs.chosen, text);
         designer->open();
+    }
+
+    void leaveAndComeBack()
+    {
+        designer->unload();
+        designer->load();
     }
 
     /// What the dialog is asked that Save shows; empty when it shows none.
@@ -71,26 +78,22 @@ TEST_F(DesignerTest, SavesOpensAndKeepsTheTitle)
     EXPECT_TRUE(panel().isModified);
     designer->showTimeline();
     EXPECT_TRUE(prompts.takeMessage().starts_with("----------\r\n   \r\n   Manifold Air Pressure\r\n"));
-    designer->unload();
-    designer->load();
+    leaveAndComeBack();
     designer->save();
     EXPECT_EQ(dialogs.asked,
               "save /start||OBD2 config files (*.obc)|*.obc|Text files (*.txt)|*.txt|All files (*.*)|*.*");
     saveAs("car.obc");
     EXPECT_EQ(panel().statusBox, "car.obc saved");
     EXPECT_FALSE(panel().isModified);
-    EXPECT_TRUE(contents(folder.path("car.obc"))
-                    .starts_with("Car1\r\n|200\r\n0104|Calculated Engine Load|1|10|3|0|0\r\n"));
+    EXPECT_TRUE(contents(folder.path("car.obc")).starts_with("Car1\r\n|200\r\n0104|")) << "polled rows";
 
     designer->newDesign();
-    EXPECT_EQ(panel().fileLab, "");
     EXPECT_EQ(askedBySave(), "save " + folder.path() + "|") << "car.obc is another design";
-    open("car.obc");
+    open("car.obc", "Car2\n|200\n010C|rpm|5|1|0\n");
     EXPECT_EQ(panel().statusBox, "car.obc loaded");
-    EXPECT_EQ(panel().obdGrid.title, "Car1");
     designer->disableAll();
     EXPECT_EQ(askedBySave(), "");
-    EXPECT_EQ(contents(folder.path("car.obc")), "Car1\r\n|200\r\nEOP - end of Parms\r\n");
+    EXPECT_EQ(contents(folder.path("car.obc")), "Car2\r\n|200\r\nEOP - end of Parms\r\n");
 }
 
 TEST_F(DesignerTest, AFileThatCantBeReadGivesTheDefault)
@@ -102,17 +105,13 @@ TEST_F(DesignerTest, AFileThatCantBeReadGivesTheDefault)
     designer->tellLoadFailure();
     EXPECT_EQ(prompts.takeMessage(), "Error loading filebad.obc");
     EXPECT_EQ(prompts.reason, "Type mismatch");
-    open("bad.obc");
+    open("bad.obc", "title only");
     EXPECT_EQ(prompts.takeMessage(), "Error loading filebad.obc");
     EXPECT_EQ(panel().statusBox, "Default values loaded");
     EXPECT_EQ(askedBySave(), "save " + folder.path() + "|") << "the file of before is not overwritten";
 
-    folder.write(folder.path("RUN.LOG"),
-                 "Logged\r\n|-1\r\n010C|rpm|5|1|0|0|0\r\nEOP - end of Parms\r\nsamples");
-    open("RUN.LOG");
-    EXPECT_EQ(panel().obdGrid.title, "Logged");
-    EXPECT_EQ(panel().sampleDsp, "Auto");
-    EXPECT_EQ(panel().pollSpeed.value, 200);
+    open("RUN.LOG", "Logged\r\n|-1\r\n010C|rpm|5|1|0|0|0\r\nEOP - end of Parms\r\nsamples");
+    EXPECT_EQ(panel().obdGrid.title + panel().sampleDsp, "LoggedAuto");
     EXPECT_EQ(askedBySave(), "save " + folder.path() + "|RUN.obc") << "a log is not overwritten";
 }
 
@@ -137,7 +136,6 @@ TEST_F(DesignerTest, TellsWhyItOpensInPlaceOfTheRunnerAndWhichFileIsMissing)
               "This design has events that are never polled (grey). Set how often, then Goto Polling.");
     EXPECT_EQ(panel().fileLab, "gone.obc");
     EXPECT_EQ(askedBySave(), "");
-    EXPECT_EQ(panel().statusBox, "gone.obc saved");
     values.isPollingWanted = true;
     designer->load();
     EXPECT_EQ(panel().statusBox, "Default Settings (22 events)");
@@ -148,22 +146,16 @@ TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
     designer->setCell(0, GridColumn::description, "lamp");
     EXPECT_THROW(designer->setCell(0, GridColumn::offset, "x"), RunTimeError);
     designer->sortBy(GridColumn::description);
-    const std::string first = row(0).description;
     designer->sortBy(GridColumn::description);
-    EXPECT_EQ(row(30).description, first) << "the second click reverses";
     EXPECT_EQ(panel().sorting, (GridSorting{GridColumn::description, true}));
-    designer->undo();
+    for (int i = 0; i < 3; ++i)
+        designer->undo();
     EXPECT_FALSE(panel().sorting);
-    designer->undo();
-    designer->undo();
     EXPECT_EQ(row(0).description, "MIL Status");
     EXPECT_FALSE(panel().canUndo);
     designer->redo();
     EXPECT_EQ(row(0).description, "lamp");
 
-    prompts.typed = "0902";
-    EXPECT_TRUE(designer->addNew());
-    EXPECT_EQ(panel().statusBox, "Default Settings (32 events)");
     prompts.typed = "zzz";
     EXPECT_TRUE(designer->addNew());
     EXPECT_EQ(panel().statusBox, "zzz is no hexadecimal number; it is sent as it is");
@@ -171,14 +163,12 @@ TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
     EXPECT_FALSE(designer->addNew()) << "an empty answer adds nothing";
     designer->setTitle("full");
     designer->enableAll();
-    for (int i = 0; i < 32; ++i)
+    for (int i = 0; i < 33; ++i)
         designer->duplicateRow(0);
     EXPECT_EQ(panel().statusBox, "full (65 events)");
-    dialogs.asked.clear();
     EXPECT_THROW(designer->saveAs(), TooManyEvents);
     EXPECT_EQ(dialogs.asked, "") << "what can't be saved needs no name";
     EXPECT_THROW(designer->commit(), TooManyEvents);
-    EXPECT_EQ(panel().obdGrid.rows.size(), 65U);
     EXPECT_EQ(design.eventCount(), 31);
     designer->removeRow(0);
     design.entries[2].reserved1 = 7;
@@ -191,16 +181,13 @@ TEST_F(DesignerTest, ASampleIsOfferedUntilAFolderIsChosenAndNotOverwritten)
 {
     values.isFolderRemembered = false;
     values.sampleFolder = folder.path();
-    folder.write(folder.path("sample.obc"), "Sample\n|200\n010C|rpm|5|1|0\n");
     for (int i = 0; i < 2; ++i) {
-        open("sample.obc");
+        open("sample.obc", "Sample\n|200\n010C|rpm|5|1|0\n");
         EXPECT_TRUE(dialogs.asked.starts_with("open " + folder.path() + "||")) << dialogs.asked;
     }
     EXPECT_EQ(panel().fileLab, "sample.obc");
-    EXPECT_EQ(values.parmSave, "");
     EXPECT_EQ(askedBySave(), "save /start|sample.obc");
-    designer->unload();
-    designer->load();
+    leaveAndComeBack();
     EXPECT_EQ(askedBySave(), "save /start|");
 }
 
@@ -216,13 +203,14 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
     EXPECT_EQ(keptFiles(), 1) << "a crash may come at any time";
     KeptDesigns elsewhere(folder.path("kept"), [](auto) { return "today"; }); // of another program
     EXPECT_TRUE(elsewhere.list({}).empty()) << "this one is being edited";
-    designer->unload();
-    designer->load();
+    leaveAndComeBack();
     prompts.typed = "ATH1";
     designer->askInitSequence();
     designer->setTitle("replaced");
+    designer->commit();
+    leaveAndComeBack(); // from the runner
     designer->newDesign();
-    EXPECT_EQ(keptFiles(), 2);
+    EXPECT_EQ(keptFiles(), 2) << "it went on being one design";
     const auto listed = elsewhere.list({});
 
     prompts.chosen = 0;
@@ -232,8 +220,7 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
         "Recover Unsaved Design\nUnsaved designs\n"
         "today   replaced (22 events): without: 0101 MIL Status, 0102 unused and 7 more; init commands ATH1\n"
         "today   left (22 events): other rows: 0104 Calculated Engine Load");
-    EXPECT_EQ(panel().statusBox, "replaced (22 events) recovered");
-    EXPECT_EQ(panel().pollPrefix, "ATH1");
+    EXPECT_EQ(panel().statusBox + panel().pollPrefix, "replaced (22 events) recoveredATH1");
     EXPECT_TRUE(panel().isModified);
     EXPECT_THROW(elsewhere.bringBack(listed.at(0)), FileError);
     prompts.chosen = 0;
@@ -251,35 +238,22 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
     EXPECT_EQ(keptFiles(), 10);
 }
 
-TEST_F(DesignerTest, GoesOnWithTheDesignThatWentToTheRunner)
-{
-    designer->setTitle("tried");
-    designer->commit();
-    designer->unload();
-    designer->load();
-    designer->setTitle("tried again");
-    EXPECT_EQ(keptFiles(), 1);
-}
-
 TEST_F(DesignerTest, SaysWhenNothingCanBeKept)
 {
     folder.write(folder.path("kept"), "no folder");
     designer->setTitle("x");
     EXPECT_TRUE(panel().statusBox.starts_with("Unsaved changes can't be kept: ")) << panel().statusBox;
-    EXPECT_EQ(panel().obdGrid.title, "x");
 }
 
-TEST_F(DesignerTest, PreparesTheAdapter)
+TEST_F(DesignerTest, PreparesPolling)
 {
     prompts.typed = "atsh 81 10 f1";
     designer->askInitSequence();
-    EXPECT_EQ(panel().pollPrefix, "ATSH 81 10 F1");
     prompts.typed = "ATZ";
     designer->askInitSequence();
     EXPECT_EQ(prompts.question, "Init Cmds\nExtra Initialization Commands ATSH 81 10 F1");
     EXPECT_EQ(prompts.takeMessage(), "ATZ would interfere will ability to recognize poll data");
     EXPECT_EQ(design.extraCommands, "ATSH 81 10 F1");
-
     designer->movePollSpeed(101);
     EXPECT_EQ(panel().sampleDsp, "100ms");
     EXPECT_EQ(design.sampleSpeed, 200) << "the slider shows only";
@@ -287,6 +261,8 @@ TEST_F(DesignerTest, PreparesTheAdapter)
     designer->clickAutoSpeed(false);
     EXPECT_EQ(design.sampleSpeed, 200);
     EXPECT_EQ(panel().sampleDsp, "200ms");
+    designer->calculateOffsets();
+    EXPECT_EQ(row(1).offset, 9);
 }
 
 TEST_F(DesignerTest, DisablesWhatTheVehicleDoesNotSupport)
@@ -298,7 +274,6 @@ TEST_F(DesignerTest, DisablesWhatTheVehicleDoesNotSupport)
         designer->verifySupport();
         EXPECT_EQ(panel().statusBox, "com1 Verify events with OBD2");
         adapter.play();
-        EXPECT_FALSE(timer.running);
         return panel().statusBox;
     };
     EXPECT_EQ(verify("NO DATA\r\r>"), "com1 Closed");
@@ -334,16 +309,6 @@ TEST_F(DesignerTest, ACheckEndsWithTheTimeOutOrTheAdapter)
     designer->verifySupport();
     adapter.vanish();
     EXPECT_EQ(panel().statusBox, "com1 - adapter disconnected");
-}
-
-TEST_F(DesignerTest, SpreadsOffsets)
-{
-    designer->calculateOffsets();
-    EXPECT_EQ(row(0).offset, 0);
-    EXPECT_EQ(row(1).offset, 9);
-    designer->disableAll();
-    EXPECT_THROW(designer->showTimeline(), RunTimeError);
-    EXPECT_EQ(design.eventCount(), 22);
 }
 
 } // namespace
