@@ -23,11 +23,14 @@ constexpr std::string_view statusReplyStart = "41 01 ";
 
 constexpr std::chrono::seconds silenceShown{10};
 
-/// A reply that could not be used, in one line; empty when nothing is left of it.
-std::string answerText(std::string_view reply)
+/// What could not be used, in one line; empty when nothing came.
+std::string answerText(const std::string& notice, std::string_view reply)
 {
+    std::vector<std::string_view> lines = linesOf(reply);
+    if (!notice.empty())
+        lines.insert(lines.begin(), notice);
     std::string text;
-    for (const std::string_view line : linesOf(reply))
+    for (const std::string_view line : lines)
         text += (text.empty() ? "The adapter answered: " : " / ") + std::string(line);
     return text;
 }
@@ -210,7 +213,7 @@ void CodesExchange::evaluateStatus(std::string_view reply)
     if (!reply.starts_with(statusReplyStart)) {
         prompts_.message("Please try again, ignition must be ON.  "
                          "If ignition is ON, see fails-to-connect under Help.",
-                         {}, answerText(reply));
+                         {}, answerText(link_.notice(), reply));
         values_.lastFailureText = reply;
         fail();
         return;

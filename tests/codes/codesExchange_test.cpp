@@ -137,6 +137,7 @@ TEST_F(CodesExchangeTest, EvaluatesAMonitorStatusWithoutCodes)
         {"41 01 >", "Garbled MIL response (>), try again"}};
     for (const auto& [reply, message] : rows) {
         run(Kind::read, reading); // leaves what must be replaced
+        EXPECT_TRUE(exchange.succeeded());
         const std::string light = reply.starts_with("41 01 80") ? "ON" : "OFF";
         EXPECT_EQ(run(Kind::read, status(reply)),
                   "Service Engine Soon Light is \r\n" + light + "|Diagnostic (MIL) Codes|No codes reported");
@@ -161,6 +162,9 @@ TEST_F(CodesExchangeTest, KeepsAReplyThatIsNoMonitorStatusForTheTroubleDialog)
     }
     EXPECT_TRUE(panel.labelStats.ends_with(" Errors: 2"));
     EXPECT_EQ(prompts.reason, "The adapter answered: UNABLE TO / CONNECT");
+    run(Kind::read, status("BUS INIT: ...ERROR\r\r>"));
+    EXPECT_NE(prompts.takeMessage(), "");
+    EXPECT_EQ(prompts.reason, "The adapter answered: BUS INIT: ...ERROR");
 }
 
 TEST_F(CodesExchangeTest, TellsWhatTheListingDoesNotShow)
@@ -174,11 +178,12 @@ TEST_F(CodesExchangeTest, TellsWhatTheListingDoesNotShow)
     run(Kind::read, status("41 01 00 07 65 00 \r41 01 81 04 00 00 \r\r>"));
     EXPECT_TRUE(panel.notes.ends_with("Control unit 2: light ON, 1 code(s) reported\r\n")) << panel.notes;
 
-    descriptions.texts = {{"P0133", "slow"}};
-    EXPECT_EQ(run(Kind::read, {reading[0], {"03\r", "43 02 01 33 03 01 \r\r>"}}),
-              lit + "P0201\r\nP3303\r\nP01\r\r\r\n");
-    EXPECT_TRUE(panel.canWarning.ends_with("\r\nRead in that layout:\r\nP0133 slow\r\nP0301\r\n"));
+    descriptions.texts = {{"P0420", "worn"}};
+    EXPECT_EQ(run(Kind::read, {reading[0], {"03\r", "43 01 04 20 \r\r>"}}), lit + "P0104\r\nP20\r\r\r\n");
+    EXPECT_TRUE(panel.canWarning.ends_with("\r\nRead in that layout:\r\nP0420 worn\r\n"));
     EXPECT_EQ(panel.notes, "");
+    run(Kind::clear, status("41 01 00 07 65 00 \r\r>"));
+    EXPECT_EQ(panel.canWarning, "") << "it goes with its list";
     driveTo(Kind::read, 0, {});
     EXPECT_EQ(panel.canWarning + panel.codesOutput, "") << "emptied when the next read begins";
     adapter.expect("ATD\r");

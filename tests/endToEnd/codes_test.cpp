@@ -44,7 +44,7 @@ TEST(CodesEndToEnd, ReadsThroughTheHabitsOfAdapters)
         EXPECT_EQ(read.status, 0) << habit << read.errors;
         EXPECT_TRUE(read.output.starts_with(litReport)) << habit << read.output;
     }
-    const std::string can = codesOf(Simulator("--protocol can --no-announcement --codes P0420")).output;
+    const std::string can = codesOf(Simulator("--protocol can --codes P0420")).output;
     EXPECT_TRUE(can.starts_with("This vehicle answers in the CAN layout")) << can;
     EXPECT_NE(can.find("Read in that layout:\nP0420"), std::string::npos) << can;
     EXPECT_NE(can.find("1 code(s) reported\n  P0104"), std::string::npos) << can;
@@ -57,7 +57,7 @@ TEST(CodesEndToEnd, FailuresSayWhy)
         {"--no-reset-answer", "--timeout 1", "the exchange was not complete after 1 second\n"},
         {"--silent-after 3", "--clear --yes --timeout 2",
          "after 2 seconds\nzint-obd: the clear was sent; whether"},
-        {"--error 1:UNABLE", "", "must be ON.\nThe adapter answered: UNABLE\n"},
+        {"--ignition-off", "", "must be ON.\nThe adapter answered: BUS INIT: ...ERROR\n"},
         {"", "--port /dev/no-such-port", "com1 - Comm init error: 2: "},
     };
     for (const auto& [simulator, options, complaint] : rows) {
