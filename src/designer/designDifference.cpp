@@ -9,13 +9,13 @@ namespace {
 using Rows = std::vector<GridRow>;
 
 /// The rows that have no equal among the others.
-Rows without(Rows rows, const Rows& others)
+Rows without(Rows list, const Rows& others)
 {
     for (const GridRow& other : others) {
-        if (const auto found = std::ranges::find(rows, other); found != rows.end())
-            rows.erase(found);
+        if (const auto found = std::ranges::find(list, other); found != list.end())
+            list.erase(found);
     }
-    return rows;
+    return list;
 }
 
 std::string named(const std::string& what, const Rows& rows)

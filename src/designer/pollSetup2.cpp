@@ -7,7 +7,6 @@
 #include "platform/dateText.h"
 #include "platform/text.h"
 #include "platform/windowPrinter.h"
-#include "shared/module1.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -341,7 +340,7 @@ void pollSetup2::showFile()
     const DesignerPanel& p = designer_.panel();
     ui->fileLab->setText(fontMetrics().elidedText(toQt(p.fileLab), Qt::ElideMiddle,
                                                   mostCharacters * fontMetrics().averageCharWidth()));
-    ui->fileLab->setToolTip(toQt("<p>" + htmlText(p.filePath) + "</p>"));
+    ui->fileLab->setToolTip(tipText(p.filePath));
     ui->fileLab->setVisible(!p.fileLab.empty());
 }
 

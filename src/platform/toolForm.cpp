@@ -81,6 +81,7 @@ void toolForm::ask(const std::function<void()>& questions)
 {
     ++asking_;
     try {
+        endEditing();
         questions();
     } catch (...) { // the gate is where actions that fail end
         gate_.run([error = std::current_exception()] { std::rethrow_exception(error); });

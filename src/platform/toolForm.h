@@ -42,8 +42,8 @@ protected:
     /// Ends what the window has running; called once, when it closes, never inside another handler.
     virtual void Form_Unload() {}
 
-    /// Ends what is being edited in place, so that it counts, before a button or a menu does anything. What
-    /// this throws keeps it from being done.
+    /// Ends what is being edited in place, so that it counts, before a button or a menu does or asks
+    /// anything. What this throws keeps it from being done.
     virtual void endEditing() {}
 
     /// What "Print" puts on paper: the window's image, unless it has something better.

@@ -200,7 +200,12 @@ bool Poller::isTimeUp() const
     return timeLimit_ && around_.clock.monotonic() - pollStart_.ticks >= *timeLimit_;
 }
 
-void Poller::measure() { pace_.measure(around_.clock.monotonic(), eventsDone_); }
+void Poller::measure()
+{
+    pace_.measure(around_.clock.monotonic(), eventsDone_);
+    if (const auto seconds = pace_.measuredSeconds())
+        around_.values.requestSeconds = *seconds; // the designer's estimate tells it, too
+}
 
 /// Tells how long the run goes on: up to its last request, or as long as its time limit lets it.
 void Poller::showProgress()

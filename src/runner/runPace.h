@@ -34,6 +34,12 @@ public:
     /// "0.11 s per loop"; empty before it was measured.
     std::string measuredText(std::int64_t loops) const;
 
+    /// That a request takes; nothing before it was measured.
+    std::optional<double> measuredSeconds() const
+    {
+        return isMeasured_ ? std::optional(requestSeconds_) : std::nullopt;
+    }
+
 private:
     double secondsOf(std::int64_t loops) const;
 

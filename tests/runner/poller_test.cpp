@@ -285,6 +285,7 @@ TEST_F(PollerTest, RefreshesEverySoManySecondsAndTellsTheTimeLeft)
     wait(1);
     EXPECT_EQ(panel().ProgressBar1.text, "4:51 left") << "97 loops of 3 s";
     EXPECT_EQ(panel().lengthHint, "about 5:00 with this design (3 s per loop)");
+    EXPECT_EQ(values.requestSeconds, 3) << "for the designer";
     clock.date -= std::chrono::hours(5); // the clock is set back
     pressStop();
     EXPECT_EQ(panel().statLab1, "3 Loops, 3 Events, 9 sec, 0.33 Lp/s, 0.33 Ev/s");
