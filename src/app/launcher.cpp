@@ -186,6 +186,7 @@ void Launcher::setUpDescriptions()
     const std::string path =
         values_.parmDTCdb.empty() ? defaultDatabase() : values_.parmDTCdb; // see clearDefaults
     if (isSetUp(path)) {
+        DtcDatabase::openForReading(path); // what can't be used is told
         prompts_.message("There is a database of code descriptions already: " + path +
                          "\r\nIt stays as it is.");
         return;

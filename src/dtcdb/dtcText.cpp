@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 namespace zint {
 namespace {
@@ -176,21 +177,27 @@ bool readsBack(const DtcRecord& record, const std::string& line, const DtcTextOp
            (options.noNotes || isSame(again.notes, record.notes));
 }
 
-/// Why a line is no record: what stands where the code should.
+/// What to do about a line that begins with a code and a separator of another form; empty for others.
+std::string adviceOnForm(std::string_view line)
+{
+    constexpr std::array<std::pair<char, const char*>, 4> separators{
+        {{';', "semicolons were taken as text: choose Spreadsheet CSV"},
+         {',', "commas were taken as text: choose Comma"},
+         {'\t', "tabs were taken as text: choose Tab"},
+         {blank, "blanks were taken as text: choose Space"}}};
+    const std::string_view code = line.substr(0, DtcDatabase::codeSize);
+    if (line.size() == code.size() || codeFault(upperCase(code)) != 0)
+        return {};
+    const auto* const found =
+        std::ranges::find(separators, line[code.size()], &std::pair<char, const char*>::first);
+    return found == separators.end() ? std::string() : found->second;
+}
+
+/// Why a line is no record. @param code what stands where the code should
 std::string whyNoRecord(const std::string& code, std::size_t number, DtcFields fields)
 {
     constexpr std::size_t mostShown = 20;
-    struct Separator {
-        char character;
-        const char* advice;
-    };
-    constexpr std::array separators = {
-        Separator{';', "semicolons were taken as text: choose Spreadsheet CSV"},
-        Separator{',', "commas were taken as text: choose Comma"},
-        Separator{'\t', "tabs were taken as text: choose Tab"},
-        Separator{blank, "blanks were taken as text: choose Space"}};
     const std::string line = "Line " + std::to_string(number);
-    const std::string shown(firstCharacters(code, mostShown));
     const std::string bare(withoutBlanks(code));
     if (bare.empty())
         return line + ": no code at its beginning";
@@ -200,14 +207,11 @@ std::string whyNoRecord(const std::string& code, std::size_t number, DtcFields f
         return line + ": " + bare + ": use capitals";
     if (fields != DtcFields::csv && bare.front() == '"')
         return line + ": quotation marks were taken as text: choose Spreadsheet CSV";
-    for (const Separator& separator : separators) {
-        if (codeFault(upperCase(bare.substr(0, DtcDatabase::codeSize))) == 0 &&
-            bare[DtcDatabase::codeSize] == separator.character)
-            return line + ": " + separator.advice;
-    }
+    if (const std::string advice = adviceOnForm(bare); !advice.empty())
+        return line + ": " + advice;
     if (isHeading(code, number))
         return line + " looks like a heading";
-    return line + ": \"" + shown + "\" is no code";
+    return line + ": \"" + std::string(firstCharacters(code, mostShown)) + "\" is no code";
 }
 
 /// @param size of the stream; 0 when it is unknown

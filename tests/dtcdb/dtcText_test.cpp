@@ -6,6 +6,8 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace zint {
 namespace {
 
@@ -20,23 +22,13 @@ std::string text(const DtcRecord& record)
 
 TEST(DtcTextTest, TellsWhereACodeIsWrongAndWhoseItIs)
 {
-    const std::pair<std::string, int> rows[] = {{"P0301", 0},
-                                                {"U3FFF", 0},
-                                                {"B1A0C", 0},
-                                                {"C2000", 0},
-                                                {"P030", 5},
-                                                {"", 1},
-                                                {"P03011", 5},
-                                                {"X0301", 1},
-                                                {"p0301", 1},
-                                                {"P4301", 2},
-                                                {"P0G01", 3},
-                                                {"P03G1", 4},
-                                                {"P030f", 5},
-                                                {"P\xC3\xA9" + "301"s, 2},
-                                                {"\xC3\xA9" + "030"s, 5}};
-    for (const auto& [code, fault] : rows)
+    std::istringstream rows(
+        "P0301 0 U3FFF 0 B1A0C 0 C2000 0 X0301 1 p0301 1 P4301 2 Pxxyy 2 Pé301 2 P0G01 3 P03G1 4 "
+        "P030 5 P03011 5 P030f 5 é030 5");
+    int fault = 0;
+    for (std::string code; rows >> code >> fault;)
         EXPECT_EQ(codeFault(code), fault) << code;
+    EXPECT_EQ(codeFault(""), 1);
     for (const char* makers : {"P1234", "P3399", "C1000", "B2FFF", "U1000"})
         EXPECT_TRUE(isMakersCode(makers)) << makers;
     for (const char* standard : {"P0301", "P2000", "P3400", "U3000", "B0001", "p1234", ""})
@@ -45,29 +37,21 @@ TEST(DtcTextTest, TellsWhereACodeIsWrongAndWhoseItIs)
 
 TEST(DtcTextTest, SplitsALine)
 {
-    const std::string wide(100, 'd');
-    const std::string umlauts = "\xC3\xA4" + std::string(99, 'd');
-    struct Row {
-        Fields fields;
-        std::string line;
-        std::string record;
-    };
-    for (const Row& row : {
-             Row{Fields::comma, "P0133,Heated O2 sensor circuit,Bank 1",
-                 "[P0133][Heated O2 sensor circuit][Bank 1]"},
-             {Fields::comma, "   P0133,a,b,c", "[P0133][a][b,c]"},
-             {Fields::comma, "P0133", "[P0133][ ][ ]"},
-             {Fields::comma, ",a,", "[ ][a][ ]"},
-             {Fields::comma, "P0133," + umlauts + "more", "[P0133][" + umlauts + "more][more]"},
-             {Fields::comma, "P0133," + wide + "more,", "[P0133][" + wide + "more][ ]"},
-             {Fields::tab, "P0133\ta,b\tc\td", "[P0133][a,b][c\td]"},
-             {Fields::space, "P0133 Heated O2 sensor circuit", "[P0133][Heated O2 sensor circuit][ ]"},
-             {Fields::fixed, "P0133description", "[P0133][description][ ]"},
-             {Fields::fixed, "P0133" + wide + "n", "[P0133][" + wide + "][n]"},
-             {Fields::fixed, "P0133Misfire" + std::string(93, ' ') + "n", "[P0133][Misfire][n]"},
-             {Fields::fixed, "P01", "[P01][ ][ ]"},
-         })
-        EXPECT_EQ(text(readDtcLine(row.line, {.fields = row.fields})), row.record) << row.line;
+    const std::string wide = "\xC3\xA4" + std::string(99, 'd'); // 100 characters
+    const std::tuple<Fields, std::string, std::string> rows[] = {
+        {Fields::comma, "P0133,Heated O2 sensor circuit,Bank 1", "[P0133][Heated O2 sensor circuit][Bank 1]"},
+        {Fields::comma, "   P0133,a,b,c", "[P0133][a][b,c]"},
+        {Fields::comma, "P0133", "[P0133][ ][ ]"},
+        {Fields::comma, ",a,", "[ ][a][ ]"},
+        {Fields::comma, "P0133," + wide + "more", "[P0133][" + wide + "more][more]"},
+        {Fields::comma, "P0133," + wide + "more,", "[P0133][" + wide + "more][ ]"},
+        {Fields::tab, "P0133\ta,b\tc\td", "[P0133][a,b][c\td]"},
+        {Fields::space, "P0133 Heated O2 sensor circuit", "[P0133][Heated O2 sensor circuit][ ]"},
+        {Fields::fixed, "P0133" + wide + "n", "[P0133][" + wide + "][n]"},
+        {Fields::fixed, "P0133Misfire" + std::string(93, ' ') + "n", "[P0133][Misfire][n]"},
+        {Fields::fixed, "P01", "[P01][ ][ ]"}};
+    for (const auto& [fields, line, record] : rows)
+        EXPECT_EQ(text(readDtcLine(line, {.fields = fields})), record) << line;
     EXPECT_EQ(text(readDtcLine("P0133,a,b", {.noNotes = true})), "[P0133][a][ ]");
 }
 
@@ -76,28 +60,23 @@ TEST(DtcTextTest, JoinsALine)
     const DtcRecord record{"P0133", "Heated O2 sensor circuit", "Bank 1"};
     const DtcRecord bare{"P0133", "a", " "};
     const DtcRecord odd{"P0133", "two\r\nlines", "5\" hose"};
-    struct Row {
-        DtcRecord record;
-        DtcTextOptions options;
-        std::string line;
-    };
-    for (const Row& row : {
-             Row{record, {.delimNotes = true}, "P0133,Heated O2 sensor circuit,Bank 1"},
-             {record, {}, "P0133,Heated O2 sensor circuitBank 1"},
-             {record, {.delimNotes = true, .noNotes = true}, "P0133,Heated O2 sensor circuit"},
-             {record, {.fields = Fields::tab, .delimNotes = true}, "P0133\tHeated O2 sensor circuit\tBank 1"},
-             {record, {.fields = Fields::space, .delimNotes = true}, "P0133 Heated O2 sensor circuit Bank 1"},
-             {record,
-              {.fields = Fields::fixed},
-              "P0133Heated O2 sensor circuit" + std::string(76, ' ') + "Bank 1"},
-             {bare, {.delimNotes = true}, "P0133,a, "},
-             {bare, {.fields = Fields::tab, .delimNotes = true}, "P0133\ta"},
-             {odd, {.delimNotes = true}, "P0133,two  lines,5\" hose"},
-             {odd, {.fields = Fields::csv}, "P0133,\"two\r\nlines\",\"5\"\" hose\""},
-             {bare, {.fields = Fields::csv}, "P0133,a,\" \""},
-             {bare, {.fields = Fields::csv, .noNotes = true}, "P0133,a"},
-         })
-        EXPECT_EQ(dtcLine(row.record, row.options), row.line);
+    const std::tuple<DtcRecord, DtcTextOptions, std::string> rows[] = {
+        {record, {.delimNotes = true}, "P0133,Heated O2 sensor circuit,Bank 1"},
+        {record, {}, "P0133,Heated O2 sensor circuitBank 1"},
+        {record, {.fields = Fields::tab, .delimNotes = true}, "P0133\tHeated O2 sensor circuit\tBank 1"},
+        {record, {.fields = Fields::space, .delimNotes = true}, "P0133 Heated O2 sensor circuit Bank 1"},
+        {record,
+         {.fields = Fields::fixed},
+         "P0133Heated O2 sensor circuit" + std::string(76, ' ') + "Bank 1"},
+        {record, {.noNotes = true}, "P0133,Heated O2 sensor circuit"},
+        {bare, {.delimNotes = true}, "P0133,a, "},
+        {bare, {.fields = Fields::tab, .delimNotes = true}, "P0133\ta"},
+        {odd, {.delimNotes = true}, "P0133,two  lines,5\" hose"},
+        {odd, {.fields = Fields::csv}, "P0133,\"two\r\nlines\",\"5\"\" hose\""},
+        {bare, {.fields = Fields::csv}, "P0133,a,\" \""},
+        {bare, {.fields = Fields::csv, .noNotes = true}, "P0133,a"}};
+    for (const auto& [joined, options, line] : rows)
+        EXPECT_EQ(dtcLine(joined, options), line);
 }
 
 struct DtcFileTest : testing::Test {
