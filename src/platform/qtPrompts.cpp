@@ -15,14 +15,13 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QProgressDialog>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include <algorithm>
 
 namespace zint {
 namespace {
-
-constexpr int mostLines = 30; // of a message box that does not scroll
 
 QString titleOf(const std::string& title) { return toQt(title.empty() ? programInfo().productName : title); }
 
@@ -48,6 +47,13 @@ void addButtons(QDialog& box, QDialogButtonBox::StandardButtons which)
     QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);
     QObject::connect(buttons, &QDialogButtonBox::rejected, &box, &QDialog::reject);
     box.layout()->addWidget(buttons);
+}
+
+/// Whether a text has too many lines for a message box, which does not scroll.
+bool isLong(const QWidget& window, const std::string& text)
+{
+    const int room = window.screen()->availableSize().height() * 2 / 3;
+    return std::ranges::count(text, '\n') > std::min(30, room / window.fontMetrics().lineSpacing());
 }
 
 /// A message box that scrolls, for a text that would not fit on the screen.
@@ -102,7 +108,7 @@ private:
 
 void QtPrompts::message(const std::string& text, const std::string& title, const std::string& reason)
 {
-    if (std::ranges::count(text, '\n') > mostLines) {
+    if (isLong(window_, text)) {
         showLongText(window_, text, title);
         return;
     }
