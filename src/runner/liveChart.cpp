@@ -102,7 +102,8 @@ void QtLiveChart::connectControls()
     connect(ui->chartAll, &QPushButton::clicked, this, [this] { showAll(); });
     connect(ui->chartZoomIn, &QPushButton::clicked, this, [this] { zoom(ChartView::zoomStep, 0.5); });
     connect(ui->chartZoomOut, &QPushButton::clicked, this, [this] { zoom(1 / ChartView::zoomStep, 0.5); });
-    connect(ui->chartSave, &QPushButton::clicked, this, [this] { savePicture(); });
+    connect(ui->chartSave, &QPushButton::clicked, this,
+            [this] { surroundings_.ask([this] { savePicture(); }); });
     connect(ui->chartPause, &QPushButton::toggled, this, [this] { look(); });
     connect(ui->chartEvents, &QListWidget::itemChanged, this, [this] {
         drawChecked();

@@ -8,6 +8,8 @@
 
 #include <QWidget>
 
+#include <functional>
+
 namespace zint {
 
 /// The poll runner's chart: a line per checked event over time. It repaints itself a few times a second while
@@ -29,6 +31,8 @@ struct LiveChartSurroundings {
     EventGate& gate; ///< shows what goes wrong when a picture is written
     FileDialogs& dialogs;
     ProgramValues& values;
+    /// Runs what asks the user; the window does not close meanwhile.
+    std::function<void(const std::function<void()>&)> ask = [](const auto& questions) { questions(); };
 };
 
 /// @return nothing when the program was built without charts

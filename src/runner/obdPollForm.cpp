@@ -94,7 +94,11 @@ void obdPollForm::setUpToolbar()
 
 void obdPollForm::setUpChart()
 {
-    chart_ = makeLiveChart({gate(), CommonDialog1, context().values}, ui->pages);
+    chart_ = makeLiveChart({.gate = gate(),
+                            .dialogs = CommonDialog1,
+                            .values = context().values,
+                            .ask = [this](const std::function<void()>& questions) { ask(questions); }},
+                           ui->pages);
     if (chart_ == nullptr)
         return;
     chart_->setRun(context().design, poller_.samples());

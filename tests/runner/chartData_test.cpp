@@ -205,48 +205,34 @@ TEST(ChartAxes, AreScaledToRoundLimits)
 TEST(ChartRange, FollowsARunShowsItAllAfterwardsAndStaysWhereTheUserWent)
 {
     ChartRange range;
-    const auto shows = [&range](double from, double to) {
-        EXPECT_NEAR(range.from(), from, 1e-9);
-        EXPECT_NEAR(range.to(), to, 1e-9);
+    const auto ends = [&range](double end, bool isRunning, double from, double to) {
+        range.setEnd(end, isRunning);
+        EXPECT_NEAR(range.from(), from, 1e-9) << end;
+        EXPECT_NEAR(range.to(), to, 1e-9) << end;
     };
     range.setWindow(60);
-    range.setEnd(1, true);
-    shows(0, 10);
-    range.setEnd(15, true);
+    ends(1, true, 0, 10); // the window grows with the run
     range.pan(-1);
-    range.zoom(1, 0);
-    shows(0, 15);
-    range.setEnd(100, true);
-    shows(40, 100);
-
+    ends(15, true, 0, 15);
+    ends(100, true, 40, 100);
     range.zoom(0.5, 50); // the newest moment stays in sight
-    range.setEnd(110, true);
-    shows(80, 110);
+    ends(110, true, 80, 110);
     range.pan(-50);
-    range.setEnd(200, true);
-    shows(30, 60);
+    ends(200, true, 30, 60);
     range.pan(-100);
-    shows(0, 30);
+    ends(200, true, 0, 30);
     range.pan(500); // back to the run
-    range.setEnd(210, true);
-    shows(180, 210);
-
-    range.setEnd(220, false);
-    shows(0, 220);
+    ends(210, true, 180, 210);
+    ends(220, false, 0, 220);
     range.zoom(0.5, 55);
-    shows(27.5, 137.5);
-    range.zoom(1e-9, 100);
-    EXPECT_NEAR(range.to() - range.from(), ChartRange::shortest, 1e-9);
+    ends(220, false, 27.5, 137.5);
     range.zoom(1e9, 100);
-    shows(0, 220);
-    range.setEnd(230, true); // polling goes on
-    shows(170, 230);
+    ends(220, false, 0, 220);
+    ends(230, true, 170, 230); // polling goes on
     range.showAll();
-    range.setEnd(240, true);
-    shows(0, 240);
+    ends(240, true, 0, 240);
     range.setEnd(0, false); // emptied
-    range.setEnd(30, false);
-    shows(0, 30);
+    ends(30, false, 0, 30);
 }
 
 } // namespace

@@ -44,10 +44,13 @@ std::string logOf(const Design& design, const SampleStore& samples)
     return stream.str();
 }
 
-std::string exportOf(const Design& design, const SampleStore& samples)
+std::string exportOf(const Design& design, const SampleStore& samples, std::string* complaints = nullptr)
 {
     std::ostringstream stream;
-    writeExport(stream, design, samples, date, [](const std::string& text) { ADD_FAILURE() << text; });
+    writeExport(stream, design, samples, date, [complaints](const std::string& text) {
+        EXPECT_NE(complaints, nullptr) << text;
+        *complaints += text;
+    });
     return stream.str();
 }
 
@@ -124,6 +127,35 @@ TEST(DataLogTest, FindsTheOrderOfARunAgain)
     for (std::int32_t request = 0; request < 300; ++request, turn = nextTurn(design, turn))
         samples.add(turn.event, request, request / 7);
     EXPECT_EQ(exportOf(design, read(logOf(design, samples)).samples), exportOf(design, samples));
+}
+
+TEST(DataExportTest, ARowPerPass)
+{
+    Design design = designOf({{"010D", "Vehicle Speed", 7, 1, 0}, {"0105", "Coolant", 3, 4, 0}});
+    SampleStore samples;
+    samples.reset(design);
+    const std::string top =
+        std::string("Run ") + date + "\r\n \r\nSecond(s)\tVehicle Speed(mph)\tCoolant(C)\r\n";
+    EXPECT_EQ(exportOf(design, samples), top + "0\t\t\r\n");
+    samples.add(0, 90, 1);
+    samples.add(1, 30, 2); // the row has the time of its last sample
+    samples.add(0, 0, 2);
+    samples.add(0, 100, 3);
+    samples.add(1, 40, 5);
+    samples.add(1, 41, 6); // comes again while the row has no other value of its pass
+    EXPECT_EQ(exportOf(design, samples), top + "2\t55.935\t-10\r\n2\t0\t\r\n5\t62.15\t0\r\n6\t\t1\r\n");
+
+    design.events()[0].conversion = 18;
+    design.events()[1].conversion = 99; // no unit, no value
+    samples.add(0, 2147483647, 7);
+    EXPECT_TRUE(exportOf(design, samples).ends_with("\r\n5\t300\t\r\n7\tOverflow\t\r\n"));
+
+    design.eventCount() = 1;
+    std::string complaints;
+    EXPECT_TRUE(exportOf(design, samples, &complaints).ends_with("\r\n3\t300\r\n7\tOverflow\r\n"))
+        << "the others are written";
+    EXPECT_TRUE(complaints.starts_with("data error - can't find 3 tmpLog 2\r\ntmpLog: 1 4\r\n"))
+        << complaints;
 }
 
 } // namespace

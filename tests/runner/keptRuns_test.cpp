@@ -1,8 +1,10 @@
 #include "designer/designFile.h"
 #include "runner/dataLog.h"
-#include "runner/keptRuns.h"
+#include "runner/runFiles.h"
 #include "shared/fileError.h"
 #include "support/failure.h"
+#include "support/scriptedDialogs.h"
+#include "support/scriptedPrompts.h"
 #include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -174,7 +176,25 @@ TEST_F(KeptRunsTest, BringsBackALongRunAsItWas)
     EXPECT_TRUE(dumpOf(run.samples) == dumpOf(store));
     EXPECT_EQ(run.samples.events()[0].minimum, store.events()[0].minimum);
 
-    KeptRuns::remove(kept->list().at(0));
+    ScriptedPrompts prompts;
+    ScriptedDialogs dialogs;
+    ProgramValues values;
+    std::string status;
+    RunFiles runFiles({prompts, values, dateText, [&status](const std::string& text) { status = text; }});
+    const std::string path = folder.path("some.log");
+    ASSERT_TRUE(runFiles.save({design, store, start}, RunFiles::Kind::log, path).isWritten);
+    const std::string whole = contents(path);
+    prompts.stopsWork = true;
+    EXPECT_FALSE(runFiles.save({design, store, start}, RunFiles::Kind::log, path).isWritten);
+    EXPECT_EQ(status, "Saving log to some.log was stopped");
+    runFiles.recover(*kept, dialogs);
+    EXPECT_EQ(contents(path), whole);
+
+    prompts.stopsWork = false;
+    prompts.chosen = 0;
+    dialogs.chosen = path;
+    runFiles.recover(*kept, dialogs);
+    EXPECT_TRUE(contents(path) == whole);
     EXPECT_TRUE(files().empty());
 }
 
