@@ -182,6 +182,9 @@ void readRange(const char* option, const QString& text, CheckedBox (*check)(std:
     const std::string first = fromQt(text.section(u'-', 0, 0));
     start = accepted(option, text, check(first));
     stop = text.contains(u'-') ? accepted(option, text, check(fromQt(text.section(u'-', 1)))) : start;
+    const bool isOpen = check == checkPid && scanNumber(stop) == 0; // 0 stands for no last PID
+    if (!isOpen && scanNumber(stop) < scanNumber(start))
+        throw UsageError(std::string(option) + " " + fromQt(text) + ": the range ends before it begins");
 }
 
 bool isNothing(const QString& text) { return text.isEmpty() || text == u"none"; }
@@ -291,6 +294,8 @@ const std::vector<Option>& options()
          [](CommandLine& line, const QString&) { line.decimal = true; }},
         {"ascii", "", "With scan: print valid replies as characters, too.", scan,
          [](CommandLine& line, const QString&) { line.ascii = true; }},
+        {"names", "", "With scan: print the names of the parameters of modes 01 and 02, too.", scan,
+         [](CommandLine& line, const QString&) { line.names = true; }},
         {"allow-clear", "",
          "With scan: let it send mode 04, which erases the codes and test results in the vehicle. With the "
          "header 686AF1 it never does.",

@@ -60,6 +60,7 @@ struct CommandLine {
     ScanFilter filter = ScanFilter::all; ///< of the replies to a scan
     bool decimal = false;                ///< valid ones as a number as well
     bool ascii = false;                  ///< as characters as well
+    bool names = false;                  ///< with the parameter's name as well
     bool allowsErasing = false;          ///< a scan may erase data in the vehicle
 
     std::string databasePath;       ///< of code descriptions; empty: the one that the program uses

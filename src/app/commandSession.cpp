@@ -119,6 +119,13 @@ void PrintedBox::append(const std::string& text)
     std::string printed = text;
     std::erase(printed, '\r');
     hasFailed = hasFailed || printOut(printed) != exitStatus::success;
+    isLineOpen_ = !hasFailed && !printed.ends_with('\n');
+}
+
+void PrintedBox::endLine()
+{
+    if (isLineOpen_)
+        append("\n");
 }
 
 void CommandPrompts::message(const std::string& text, const std::string& /*title*/, const std::string& reason)

@@ -65,8 +65,12 @@ public:
     void append(const std::string& text) final;
     void replace(const std::string& text) override { append(text); }
     std::string text() const final { return {}; } // nothing here reads it
+    void endLine();                               ///< unless what was printed last ended with one
 
     bool hasFailed = false;
+
+private:
+    bool isLineOpen_ = false;
 };
 
 /// Tells on standard error, without the windows' advice to look under Help; questions were answered on the

@@ -30,7 +30,10 @@ public:
              {&ScanParameters::cmdHead, &ScanParameters::modeStart, &ScanParameters::modeStop,
               &ScanParameters::pidStart, &ScanParameters::pidStop, &ScanParameters::cmdSuffix})
             scanner_.type(box, line_.scan.*box);
-        scanner_.setDisplay({.filter = line_.filter, .dspDecimal = line_.decimal, .dspAscii = line_.ascii});
+        scanner_.setDisplay({.filter = line_.filter,
+                             .dspDecimal = line_.decimal,
+                             .dspAscii = line_.ascii,
+                             .dspNames = line_.names});
         scanner_.onReply = [this] { patience_.begin(); };
         scanner_.onChanged = [this] { watch(); };
     }
@@ -43,13 +46,22 @@ public:
             QCoreApplication::exec();
         showProgress({});
         session_.gate.run([this] { scanner_.unload(); });
-        if (!scanner_.failure().empty() && !session_.prompts.hasComplained)
-            complain(scanner_.failure());
-        const bool isWhole = scanner_.failure().empty() && !session_.prompts.hasComplained && !box_.hasFailed;
-        return isWhole ? exitStatus::success : exitStatus::failure;
+        const bool isWhole = !session_.prompts.hasComplained && !box_.hasFailed;
+        if (isWhole && !failure().empty())
+            complain(failure());
+        return isWhole && failure().empty() ? exitStatus::success : exitStatus::failure;
     }
 
 private:
+    /// Why the scan was no success, unless that was told already.
+    std::string failure() const
+    {
+        const Scanner::Counts& counts = scanner_.counts();
+        if (!scanner_.failure().empty() || counts.invalid < counts.events)
+            return scanner_.failure();
+        return counts.events == 0 ? "no request was answered" : "no reply was valid: is the ignition on?";
+    }
+
     void begin()
     {
         scanner_.pressScan();

@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 
+#include <cstdint>
 #include <deque>
 #include <memory>
 
@@ -23,6 +24,7 @@ public:
     explicit TerminalRun(const CommandLine& line) : line_(line), session_(line.connection)
     {
         terminal_.setOptions({.base = line.base, .mode = OutputMode::append});
+        terminal_.sendNothingAfterTimeout();
         terminal_.onPrompt = [this] { prompted(); };
         terminal_.onChanged = [this] { watch(); };
     }
@@ -38,7 +40,11 @@ public:
         }
         const bool isWhole = terminal_.isOpen() && !session_.prompts.hasComplained && !box_.hasFailed;
         session_.gate.run([this] { terminal_.unload(); });
-        return isWhole ? exitStatus::success : exitStatus::failure;
+        box_.endLine();
+        const bool isAnswered = commands_.empty() && (isPrompted_ || isTyped_);
+        if (isWhole && !isAnswered)
+            complain("ended before the adapter had answered all commands");
+        return isWhole && isAnswered && !hasFailed_ ? exitStatus::success : exitStatus::failure;
     }
 
 private:
@@ -91,8 +97,14 @@ private:
 
     void watch()
     {
-        if (!terminal_.isOpen() && !session_.prompts.hasComplained)
+        const std::int64_t errors = terminal_.counters().totalErrors;
+        if (!terminal_.isOpen() && !session_.prompts.hasComplained) {
             session_.prompts.message(terminal_.panel().statusBox); // that is where a port tells its failures
+        } else if (errors > errorsTold_ && !session_.prompts.hasComplained) {
+            complain(terminal_.panel().statusBox); // a number that is too large, and no reason to stop
+            hasFailed_ = true;
+        }
+        errorsTold_ = errors;
         if (!terminal_.isOpen() || session_.prompts.hasComplained || box_.hasFailed)
             QCoreApplication::quit();
     }
@@ -109,6 +121,8 @@ private:
     const bool isTyped_ = isInputTerminal();
     bool isPrompted_ = false; ///< the adapter waits for a command
     bool isEnded_ = false;    ///< there will be no more commands
+    bool hasFailed_ = false;  ///< something that did not end the run
+    std::int64_t errorsTold_ = 0;
 };
 
 } // namespace

@@ -34,8 +34,9 @@ private:
     std::unique_ptr<Reader> reader_;
 };
 
-/// Lets a command end properly when the user or the system asks it to (Ctrl-C, a signal to end). One exists
-/// at a time; it needs an application object.
+/// Lets a command end properly when the user or the system asks it to (Ctrl-C, a signal to end), and when
+/// nobody reads its output any more: from here on that is a failed write. One exists at a time; it needs an
+/// application object.
 class Interruption {
 public:
     /// @param onAsked called from the event loop, once. Whoever asks again ends the program at once.

@@ -117,6 +117,9 @@ struct Interruption::Watch {
             if (before[i].sa_handler != SIG_IGN) // as under nohup, which is to be obeyed
                 ::sigaction(endingSignals[i], &action, nullptr);
         }
+        // Stays ignored to the end: what is left to be written at the exit would end the program by the
+        // signal.
+        ::signal(SIGPIPE, SIG_IGN);
     }
 
     Watch(const Watch&) = delete;

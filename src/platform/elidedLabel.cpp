@@ -11,7 +11,7 @@ void ElidedLabel::paintEvent(QPaintEvent* /*event*/)
     const QRect place = contentsRect();
     const auto where = static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment()));
     style()->drawItemText(&painter, place, where, palette(), isEnabled(),
-                          fontMetrics().elidedText(text(), Qt::ElideRight, place.width()), foregroundRole());
+                          fontMetrics().elidedText(text(), elideMode_, place.width()), foregroundRole());
 }
 
 } // namespace zint

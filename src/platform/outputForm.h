@@ -24,7 +24,10 @@ protected:
     bool printOn(QPrinter& printer) override;
 
 private:
+    using Operation = std::string (OutputFile::*)(const std::string& text);
+
     void mnuSelect_Click();
+    void write(Operation operation);
 
     PlainTextBox* outBox_ = nullptr;
     QtFileDialogs CommonDialog1{*this};

@@ -8,6 +8,13 @@
 #include <utility>
 
 namespace zint {
+namespace {
+
+/// Stands for the character 0 in the box: other programs, such as screen readers and the clipboard's, would
+/// take that for the end of the text.
+constexpr QChar nulSymbol(0x2400);
+
+} // namespace
 
 PlainTextBox::PlainTextBox(QWidget* parent) : QPlainTextEdit(parent), throttle_([this] { showPending(); })
 {
@@ -34,6 +41,7 @@ std::string PlainTextBox::text() const
 {
     // The document's plain text would have lost the blanks that do not break.
     QString text = isNewText_ ? QString() : document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
+    text.replace(nulSymbol, QChar::Null);
     text += toQtLines(pending_);
     return fromQt(text.replace(u'\n', QLatin1String("\r\n")));
 }
@@ -49,7 +57,7 @@ void PlainTextBox::resizeEvent(QResizeEvent* event)
 
 void PlainTextBox::showPending()
 {
-    const QString text = toQt(std::exchange(pending_, {}));
+    const QString text = toQt(std::exchange(pending_, {})).replace(QChar::Null, nulSymbol);
     if (std::exchange(isNewText_, false)) {
         setPlainText(text);
     } else {

@@ -65,4 +65,16 @@ std::string QtFileDialogs::chooseToSave(const FileKinds& kinds, const std::strin
     return chosen(dialog);
 }
 
+std::string QtFileDialogs::chooseToAppend(const FileKinds& kinds, const std::string& folder,
+                                          const std::string& proposed)
+{
+    QFileDialog dialog(&window_, QStringLiteral("Append To"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    dialog.setLabelText(QFileDialog::Accept, QStringLiteral("Append"));
+    prepare(dialog, kinds, folder);
+    dialog.selectFile(toQt(proposed));
+    return chosen(dialog);
+}
+
 } // namespace zint

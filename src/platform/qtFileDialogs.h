@@ -16,6 +16,8 @@ public:
     std::string chooseAny(const FileKinds& kinds, const std::string& folder) override;
     std::string chooseToSave(const FileKinds& kinds, const std::string& folder,
                              const std::string& proposed) override;
+    std::string chooseToAppend(const FileKinds& kinds, const std::string& folder,
+                               const std::string& proposed) override;
 
 private:
     QWidget& window_;

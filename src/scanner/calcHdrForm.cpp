@@ -37,9 +37,9 @@ void calcHdrForm::optBit_Click(std::size_t box)
 {
     const bool isChecked = optBit_.at(box)->isChecked();
     optBit_.at(box)->setFocus(); // not every desktop does so; the box that was left is to be checked first
-    const bool isTargetNext = calculator_.clickOptBit(box, isChecked);
+    calculator_.clickOptBit(box, isChecked);
     paint();
-    if (isTargetNext) {
+    if (box == HeaderCalculator::addressingBox && isChecked) { // the target is now the user's to type
         ui->hdrTarget->setFocus();
         ui->hdrTarget->selectAll();
     }
@@ -88,7 +88,7 @@ void calcHdrForm::paint()
     for (std::size_t box = 0; box < optBit_.size(); ++box)
         optBit_.at(box)->setChecked(p.optBit.at(box));
     ui->prioVal->setText(toQt(p.prioVal));
-    ui->hdrOpt->setText(toQt(p.hdrOpt));
+    display(*ui->hdrOpt, p.hdrOpt);
     ui->targetFrame->setTitle(toQt(p.targetFrame));
     ui->hdrTarget->setText(toQt(p.hdrTarget));
     ui->hdrTarget->setEnabled(p.hdrTargetEnabled);

@@ -6,12 +6,10 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <utility>
 
 namespace zint {
 namespace {
 
-constexpr std::size_t headerLength = 6;
 constexpr int highestPriority = 7;
 constexpr int largestByte = 255;
 
@@ -36,8 +34,7 @@ std::int32_t priorityValue(std::string_view text)
 
 HeaderCalculator::HeaderCalculator(std::string_view header)
 {
-    const std::string text =
-        upperCase(header.size() == headerLength ? header : ScanParameters::functionalHeader);
+    const std::string text = checkHeader(header).text;
     panel_.hdrTarget = textAt(text, 3, 2);
     panel_.hdrSource = textAt(text, 5, 2);
     address(panel_.hdrTarget != usualTarget(false)); // whatever the first byte says of it
@@ -48,7 +45,7 @@ HeaderCalculator::HeaderCalculator(std::string_view header)
     recompose();
 }
 
-bool HeaderCalculator::clickOptBit(std::size_t box, bool isChecked)
+void HeaderCalculator::clickOptBit(std::size_t box, bool isChecked)
 {
     panel_.optBit.at(box) = isChecked;
     if (box == addressingBox) {
@@ -56,7 +53,6 @@ bool HeaderCalculator::clickOptBit(std::size_t box, bool isChecked)
         panel_.hdrTarget = usualTarget(isChecked);
     }
     recompose();
-    return box == addressingBox && isChecked;
 }
 
 void HeaderCalculator::leavePrioVal(std::string_view text)
@@ -77,9 +73,9 @@ void HeaderCalculator::leaveHdrTarget(std::string_view text)
 
 void HeaderCalculator::leaveHdrSource(std::string_view text)
 {
-    std::string source = upperCase(text);
-    if (source.size() == 2 && upperHexDigit(source[0]) >= 0 && upperHexDigit(source[1]) >= 0)
-        panel_.hdrSource = std::move(source);
+    const std::int32_t value = scanNumber(text);
+    if (value >= 0 && value <= largestByte && text.find(' ') == std::string_view::npos)
+        panel_.hdrSource = hexText(value, 2);
 }
 
 void HeaderCalculator::address(bool isPhysical)

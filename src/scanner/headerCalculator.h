@@ -26,12 +26,10 @@ class HeaderCalculator {
 public:
     static constexpr std::size_t addressingBox = 6; ///< clear: functional, checked: physical
 
-    /// @param header the scanner's box as it is; unless it has six characters, the default takes its place
+    /// @param header the scanner's box as it is; when that would be refused, the default takes its place
     explicit HeaderCalculator(std::string_view header);
 
-    /// The user clicked a box.
-    /// @return whether the target is now the user's to type, and gets the focus
-    bool clickOptBit(std::size_t box, bool isChecked);
+    void clickOptBit(std::size_t box, bool isChecked); ///< the user clicked a box
 
     // The user left a box; the text is what it contains. A text that is no good gives way to a good one.
     void leavePrioVal(std::string_view text);

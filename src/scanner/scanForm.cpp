@@ -10,6 +10,8 @@
 #include <QKeyEvent>
 #include <QStyle>
 
+#include <algorithm>
+
 namespace zint {
 
 scanForm::scanForm(ToolContext& context)
@@ -30,13 +32,15 @@ scanForm::scanForm(ToolContext& context)
           {ui->pidStop, &ScanParameters::pidStop},
           {ui->cmdSuffix, &ScanParameters::cmdSuffix},
       }},
-      progress_([this] { paintProgress(); })
+      throttle_([this] { paintThrottled(); })
 {
+    scanner_.restore(context.settings);
+    showDisplay();
     connectControls();
-    scanner_.onChanged = [this] { paint(); };
+    scanner_.onChanged = [this] { paintNow(); };
     setUpCommonControls();
     setUpOutputControls(*ui->outBox);
-    paint();
+    paintNow();
     ui->modeStart->setFocus();
 }
 
@@ -47,22 +51,30 @@ std::unique_ptr<Ui::scanForm> scanForm::makeUi()
 {
     auto controls = std::make_unique<Ui::scanForm>();
     controls->setupUi(this);
+    controls->statusBox->setElideMode(
+        Qt::ElideMiddle); // why a port fails stands before its path, the remedy behind
     const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
     controls->warningIcon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(side));
     return controls;
 }
 
-void scanForm::Form_Unload() { scanner_.unload(); }
+void scanForm::Form_Unload()
+{
+    scanner_.unload();
+    scanner_.remember(context().settings);
+}
 
 void scanForm::showStatus(const std::string& text) { scanner_.showStatus(text); }
 
 /// The Return key presses the button that has the focus; from a box it begins a scan, but never ends one.
 void scanForm::keyPressEvent(QKeyEvent* event)
 {
-    if (isReturn(*event) && !event->isAutoRepeat())
-        pressFocused(scanner_.isScanning() ? nullptr : ui->comScan);
-    else
+    if (!isReturn(*event) || event->isAutoRepeat()) {
         outputForm::keyPressEvent(event);
+        return;
+    }
+    const bool isInBox = std::ranges::find(boxes_, focusWidget(), &BoxEntry::edit) != boxes_.end();
+    pressFocused(isInBox && !scanner_.isScanning() ? ui->comScan : nullptr);
 }
 
 /// The menu, a key or another platform may press the button without giving it the focus.
@@ -82,43 +94,60 @@ void scanForm::calcHdr_Click()
     dialog->open(); // a scan goes on meanwhile
 }
 
+void scanForm::labelStats_Click() { scanner_.showStatistics(); }
+
 void scanForm::mnuClear_Click() { scanner_.clearOutput(); }
 
 void scanForm::connectControls()
 {
     for (const BoxEntry& entry : boxes_) {
-        onLostFocus(*entry.edit, [this, box = entry.box] { scanner_.leave(box); });
+        onLostFocus(*entry.edit, [this, box = entry.box] {
+            scanner_.leave(box, QApplication::focusWidget() == ui->comScan);
+        });
         connect(entry.edit, &QLineEdit::textChanged, this,
                 [this, box = entry.box](const QString& text) { scanner_.type(box, fromQt(text)); });
     }
     for (const QAbstractButton* option :
          std::initializer_list<QAbstractButton*>{ui->displayAll, ui->displayValid, ui->displayNonz,
-                                                 ui->displayData, ui->dspDecimal, ui->dspAscii})
+                                                 ui->displayData, ui->dspDecimal, ui->dspAscii, ui->dspNames})
         connect(option, &QAbstractButton::toggled, this, &scanForm::takeDisplay);
     onClick(ui->comScan, &scanForm::comScan_Click);
     onClick(ui->calcHdr, &scanForm::calcHdr_Click);
+    onClick(ui->labelStats, &scanForm::labelStats_Click);
     onTrigger(ui->mnuOpenCom, &scanForm::comScan_Click);
     onTrigger(ui->mnuCloseCom, &scanForm::comScan_Click);
     onTrigger(ui->mnuClear, &scanForm::mnuClear_Click);
 }
 
-void scanForm::takeDisplay()
+/// By filter.
+std::array<QRadioButton*, 4> scanForm::filterButtons() const
 {
-    ScanFilter filter = ScanFilter::all;
-    if (ui->displayValid->isChecked())
-        filter = ScanFilter::valid;
-    else if (ui->displayNonz->isChecked())
-        filter = ScanFilter::validNonZero;
-    else if (ui->displayData->isChecked())
-        filter = ScanFilter::exceptNoData;
-    scanner_.setDisplay(
-        {.filter = filter, .dspDecimal = ui->dspDecimal->isChecked(), .dspAscii = ui->dspAscii->isChecked()});
+    return {ui->displayAll, ui->displayValid, ui->displayNonz, ui->displayData};
 }
 
-void scanForm::paint()
+void scanForm::showDisplay()
+{
+    const Scanner::Display& chosen = scanner_.display();
+    filterButtons().at(static_cast<std::size_t>(chosen.filter))->setChecked(true);
+    ui->dspDecimal->setChecked(chosen.dspDecimal);
+    ui->dspAscii->setChecked(chosen.dspAscii);
+    ui->dspNames->setChecked(chosen.dspNames);
+}
+
+void scanForm::takeDisplay()
+{
+    const auto buttons = filterButtons();
+    const auto* const checked = std::ranges::find_if(buttons, &QRadioButton::isChecked);
+    scanner_.setDisplay({.filter = static_cast<ScanFilter>(checked - buttons.begin()),
+                         .dspDecimal = ui->dspDecimal->isChecked(),
+                         .dspAscii = ui->dspAscii->isChecked(),
+                         .dspNames = ui->dspNames->isChecked()});
+}
+
+void scanForm::paintNow()
 {
     const ScanPanel& p = scanner_.panel();
-    progress_.request();
+    throttle_.request();
     for (const BoxEntry& entry : boxes_)
         display(*entry.edit, scanner_.boxes().*entry.box);
     display(*ui->comScan, p.comScan, scanner_.isScanning() ? "media-playback-stop" : "media-playback-start");
@@ -130,11 +159,12 @@ void scanForm::paint()
 }
 
 /// What changes with each reply.
-void scanForm::paintProgress()
+void scanForm::paintThrottled()
 {
     const ScanPanel& p = scanner_.panel();
     display(*ui->statusBox, p.statusBox);
-    display(*ui->labelStats, p.labelStats);
+    ui->statusBox->setToolTip(tipText(p.statusBox));
+    display(*ui->labelStats, {.caption = p.labelStats});
     display(*ui->ProgressBar1, p.ProgressBar1);
 }
 

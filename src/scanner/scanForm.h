@@ -10,6 +10,7 @@
 #include <memory>
 
 class QLineEdit;
+class QRadioButton;
 
 namespace Ui {
 class scanForm;
@@ -38,13 +39,16 @@ private:
 
     void comScan_Click();
     void calcHdr_Click();
+    void labelStats_Click();
     void mnuClear_Click();
 
     std::unique_ptr<Ui::scanForm> makeUi();
     void connectControls();
+    std::array<QRadioButton*, 4> filterButtons() const;
+    void showDisplay();
     void takeDisplay();
-    void paint();
-    void paintProgress();
+    void paintNow();
+    void paintThrottled();
 
     std::unique_ptr<Ui::scanForm> ui;
     std::unique_ptr<SerialPort> MSComm1;
@@ -52,7 +56,7 @@ private:
     SystemClock clock_;
     Scanner scanner_;
     std::array<BoxEntry, 6> boxes_;
-    Throttle progress_;
+    Throttle throttle_;
 };
 
 } // namespace zint

@@ -3,6 +3,7 @@
 #include "shared/module1.h"
 #include "shared/runTimeError.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace zint {
@@ -22,7 +23,8 @@ CheckedBox checkDigits(std::string_view text, std::size_t longest, const char* o
 CheckedBox checkHeader(std::string_view text)
 {
     constexpr std::size_t length = 6;
-    if (text.size() != length)
+    const bool isPrintable = std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
+    if (text.size() != length || !isPrintable)
         return {ScanParameters::functionalHeader, "Header must be 6 bytes"};
     return {upperCase(text), {}};
 }

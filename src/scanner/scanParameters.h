@@ -31,7 +31,7 @@ struct CheckedBox {
     std::string complaint; ///< for the status; empty when the text was accepted
 };
 
-CheckedBox checkHeader(std::string_view text); ///< its length alone
+CheckedBox checkHeader(std::string_view text); ///< takes any six printable ASCII characters
 CheckedBox checkMode(std::string_view text);
 CheckedBox checkPid(std::string_view text);    ///< an empty text is refused as well, and stays empty
 CheckedBox checkSuffix(std::string_view text); ///< as checkPid()

@@ -1,5 +1,6 @@
 #include "scanner/scanSequence.h"
 
+#include "catalogue/pidCatalogue.h"
 #include "shared/module1.h"
 
 #include <algorithm>
@@ -13,6 +14,16 @@ constexpr std::int32_t answerOffset = 0x40; // from a mode to the first byte of 
 constexpr std::size_t wideLength = 3;       // a box of so many digits asks for PIDs of four
 
 bool holdsSomething(std::string_view box) { return box.find_first_not_of(' ') != std::string_view::npos; }
+
+/// Modes 01 and 02 have the same parameters: as they are now, and as they were when a code was stored.
+std::string_view nameOf(std::int32_t mode, std::int32_t pid)
+{
+    constexpr std::int32_t freezeFrame = 2;
+    if (mode < 1 || mode > freezeFrame || pid < 0 || pid >= pidCount)
+        return {};
+    const std::string_view name = PidNames.at(static_cast<std::size_t>(pid));
+    return name == "unused" || name == "unknown" ? std::string_view() : name;
+}
 
 /// With as many digits as whole bytes need.
 std::string hexBytes(std::int32_t number, std::size_t fewestDigits)
@@ -41,7 +52,9 @@ std::optional<ScanRequest> ScanSequence::next(const ScanParameters& boxes)
         ++curMode_;
     if (curMode_ > endMode_ || (curMode_ == endMode_ && curPid_ > endPid_))
         return std::nullopt;
-    ScanRequest request{.text = hexText(curMode_, 2), .expectedPrefix = hexText(curMode_ + answerOffset, 2)};
+    ScanRequest request{.text = hexText(curMode_, 2),
+                        .expectedPrefix = hexText(curMode_ + answerOffset, 2),
+                        .name = hasPid_ ? nameOf(curMode_, curPid_) : std::string_view()};
     if (hasPid_) {
         const std::string pid = hexBytes(curPid_, widePid_ ? 4 : 2);
         request.text += pid;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace zint {
 
@@ -12,6 +13,7 @@ namespace zint {
 struct ScanRequest {
     std::string text;           ///< as it is sent
     std::string expectedPrefix; ///< what a positive reply begins with
+    std::string_view name; ///< of the parameter that is asked for; empty when the program does not know it
 };
 
 /// The requests of a scan: all PIDs of a mode, then those of the next.

@@ -3,6 +3,8 @@
 #include "shared/module1.h"
 #include "shared/textFile.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace zint {
@@ -10,13 +12,35 @@ namespace {
 
 const std::string newLine(lineEnd);
 
+constexpr const char* settingsSection = "Scanner";
+
+struct BoxRule {
+    Scanner::Box box;
+    CheckedBox (*check)(std::string_view);
+    const char* key; ///< of what its user left in it last; null for a box that always begins the same
+};
+
+constexpr std::array<BoxRule, 6> boxRules{{
+    {&ScanParameters::cmdHead, checkHeader, nullptr},
+    {&ScanParameters::modeStart, checkMode, "modeStart"},
+    {&ScanParameters::modeStop, checkMode, "modeStop"},
+    {&ScanParameters::pidStart, checkPid, "pidStart"},
+    {&ScanParameters::pidStop, checkPid, "pidStop"},
+    {&ScanParameters::cmdSuffix, checkSuffix, "cmdSuffix"},
+}};
+
+constexpr std::array<std::pair<bool Scanner::Display::*, const char*>, 3> formatKeys{{
+    {&Scanner::Display::dspDecimal, "dspDecimal"},
+    {&Scanner::Display::dspAscii, "dspAscii"},
+    {&Scanner::Display::dspNames, "dspNames"},
+}};
+
+/// By filter.
+constexpr std::array<const char*, 4> filterKeys{"displayAll", "displayValid", "displayNonz", "displayData"};
+
 CheckedBox checked(Scanner::Box box, const std::string& text)
 {
-    if (box == &ScanParameters::cmdHead)
-        return checkHeader(text);
-    if (box == &ScanParameters::modeStart || box == &ScanParameters::modeStop)
-        return checkMode(text);
-    return box == &ScanParameters::cmdSuffix ? checkSuffix(text) : checkPid(text);
+    return std::ranges::find(boxRules, box, &BoxRule::box)->check(text);
 }
 
 } // namespace
@@ -29,8 +53,35 @@ Scanner::Scanner(Surroundings surroundings, const ConnectionChoice& choice)
 
 void Scanner::unload()
 {
-    if (scanning_)
+    if (isScanning())
         end();
+}
+
+void Scanner::restore(const SettingsStore& settings)
+{
+    for (const BoxRule& rule : boxRules) {
+        if (rule.key == nullptr)
+            continue;
+        const std::string text = settings.get(settingsSection, rule.key, boxes_.*rule.box);
+        if (const CheckedBox now = rule.check(text); now.text.size() == text.size()) // also an empty one
+            type(rule.box, now.text);
+    }
+    for (const auto& [format, key] : formatKeys)
+        display_.*format = settings.get(settingsSection, key) == "1";
+    const std::string filter = settings.get(settingsSection, "filter");
+    if (const auto* const found = std::ranges::find(filterKeys, filter); found != filterKeys.end())
+        display_.filter = static_cast<ScanFilter>(found - filterKeys.begin());
+}
+
+void Scanner::remember(SettingsStore& settings) const
+{
+    for (const BoxRule& rule : boxRules) {
+        if (rule.key != nullptr)
+            settings.save(settingsSection, rule.key, boxes_.*rule.box);
+    }
+    for (const auto& [format, key] : formatKeys)
+        settings.save(settingsSection, key, display_.*format ? "1" : "0");
+    settings.save(settingsSection, "filter", filterKeys.at(static_cast<std::size_t>(display_.filter)));
 }
 
 void Scanner::type(Box box, const std::string& text)
@@ -40,9 +91,11 @@ void Scanner::type(Box box, const std::string& text)
     changed();
 }
 
-void Scanner::leave(Box box)
+void Scanner::leave(Box box, bool towardsScan)
 {
     const CheckedBox now = checked(box, boxes_.*box);
+    const bool isReplaced = !now.complaint.empty() && now.text != boxes_.*box;
+    isRefused_ = towardsScan && isReplaced;
     if (!now.complaint.empty()) {
         around_.beep();
         panel_.statusBox = now.complaint;
@@ -52,8 +105,20 @@ void Scanner::leave(Box box)
 
 void Scanner::pressScan()
 {
-    scanning_ ? end() : begin();
+    const bool mayBegin = !std::exchange(isRefused_, false);
+    if (isScanning())
+        end();
+    else if (mayBegin && mayErase())
+        begin();
     changed();
+}
+
+/// Whether the scan erases nothing, or its user wants that.
+bool Scanner::mayErase()
+{
+    return panel_.warning.empty() ||
+           around_.prompts.confirm(panel_.warning + newLine + newLine + "Begin it all the same?",
+                                   "Begin Scan");
 }
 
 void Scanner::begin()
@@ -61,39 +126,52 @@ void Scanner::begin()
     const bool isOpen = link_.open();
     panel_.labelStats = link_.counterLine();
     failure_.clear();
+    panel_.ProgressBar1 = {};
+    counts_ = {};
     if (!isOpen) {
-        failure_ = panel_.statusBox = link_.status();
+        fail(link_.status());
         return;
     }
-    scanning_ = scanPending_ = true;
+    state_ = State::opening;
+    scanPending_ = true;
     panel_.comScan.caption = "Stop Scan";
     panel_.mnuOpenCom = false;
     panel_.mnuCloseCom = true;
     setStatus(" Opening...");
     sequence_ = ScanSequence(boxes_);
-    events_ = invalid_ = noData_ = zero_ = 0;
-    panel_.ProgressBar1 = {};
     write("Header: " + boxes_.cmdHead + " Mode:" + boxes_.modeStart + "-" + boxes_.modeStop +
           " Pid:" + boxes_.pidStart + "-" + boxes_.pidStop + " Suffix:" + boxes_.cmdSuffix + newLine);
 }
 
+void Scanner::fail(const std::string& why) { failure_ = panel_.statusBox = why; }
+
 /// Ends a scan, complete or not, and sums it up.
 void Scanner::end()
 {
-    scanning_ = false;
+    state_ = State::idle;
     panel_.comScan.caption = "Begin Scan";
     panel_.mnuOpenCom = true;
     panel_.mnuCloseCom = false;
     panel_.ProgressBar1.text.clear();
     link_.close();
     panel_.labelStats = link_.counterLine();
-    setStatus((scanPending_ ? " Scan Halted after " : " Scan Completed ") + std::to_string(events_) +
+    setStatus((scanPending_ ? " Scan Halted after " : " Scan Completed ") + std::to_string(counts_.events) +
               " Events(s)");
-    write((scanPending_ ? "Scan Halted" : "Scan Completed") + newLine + //
-          "  Events(s):" + std::to_string(events_) + newLine +          //
-          "    No Data:" + std::to_string(noData_) + newLine +          //
-          "    Invalid:" + std::to_string(invalid_) + newLine +         //
-          "       Zero:" + std::to_string(zero_) + newLine + newLine + newLine);
+    write((scanPending_ ? "Scan Halted" : "Scan Completed") + newLine + countsText() + newLine + newLine +
+          newLine);
+}
+
+std::string Scanner::countsText() const
+{
+    return "  Events(s):" + std::to_string(counts_.events) + newLine +  //
+           "    No Data:" + std::to_string(counts_.noData) + newLine +  //
+           "    Invalid:" + std::to_string(counts_.invalid) + newLine + //
+           "       Zero:" + std::to_string(counts_.zero);
+}
+
+void Scanner::showStatistics()
+{
+    around_.prompts.message(link_.counters().text() + newLine + newLine + countsText(), "Piolum Stats");
 }
 
 void Scanner::linkReset()
@@ -109,16 +187,15 @@ void Scanner::linkReady()
         beginRequests();
         return;
     }
-    scanState_ = State::headerSent;
-    lastRequest_.text = "ATSH" + boxes_.cmdHead;
-    link_.send(lastRequest_.text);
+    state_ = State::headerSent;
+    link_.send("ATSH" + boxes_.cmdHead);
     setStatus(" Changing Header");
 }
 
 void Scanner::linkReply(std::string_view reply)
 {
     replied();
-    if (scanState_ == State::headerSent)
+    if (state_ == State::headerSent)
         takeHeaderReply(reply);
     else
         takeReply(reply);
@@ -131,7 +208,7 @@ void Scanner::takeHeaderReply(std::string_view reply)
         return;
     }
     setStatus(" Error on set header");
-    failure_ = link_.status(); // the summary takes its place in the panel
+    fail(link_.status()); // the summary takes its place in the panel
     around_.beep();
     write("Error setting header" + newLine);
     scanPending_ = false;
@@ -139,7 +216,7 @@ void Scanner::takeHeaderReply(std::string_view reply)
 
 void Scanner::beginRequests()
 {
-    scanState_ = State::scanning;
+    state_ = State::requesting;
     setStatus(" Scanning");
     requestsBegin_ = around_.clock.monotonic();
     sendNext();
@@ -152,13 +229,13 @@ void Scanner::takeReply(std::string_view reply)
     const ScanRequest answered = lastRequest_;
     sendNext(); // the adapter works while the reply is looked at
     const ScanReply found = classify(reply, answered.expectedPrefix);
-    noData_ += found.kind == Kind::noData ? 1 : 0;
-    invalid_ += found.kind == Kind::invalid ? 1 : 0;
-    zero_ += found.kind == Kind::valid && found.value == 0 ? 1 : 0;
+    counts_.noData += found.kind == Kind::noData ? 1 : 0;
+    counts_.invalid += found.kind == Kind::invalid ? 1 : 0;
+    counts_.zero += found.kind == Kind::valid && found.value == 0 ? 1 : 0;
     if (isListed(found, display_.filter))
         write(lineOf(answered, found));
-    ++events_;
-    panel_.statusBox = "Scanning " + answered.text + "    " + std::to_string(events_) + " Event(s)";
+    ++counts_.events;
+    panel_.statusBox = "Scanning " + answered.text + "    " + std::to_string(counts_.events) + " Event(s)";
     tellOfNext();
 }
 
@@ -171,6 +248,8 @@ std::string Scanner::lineOf(const ScanRequest& request, const ScanReply& reply) 
             line += "   [" + reply.ascii + "]";
         if (display_.dspDecimal)
             line += " " + decimalText(reply.value);
+        if (display_.dspNames && !request.name.empty())
+            line += " " + std::string(request.name);
     }
     return line + newLine;
 }
@@ -191,21 +270,21 @@ void Scanner::tellOfNext()
     if (sequence_.hasSkipped())
         write("Skipping mode 4 functional scans...");
     const std::int64_t left = scanPending_ ? 1 + sequence_.left(boxes_) : 0;
-    const std::int64_t all = events_ + left;
-    panel_.ProgressBar1.value =
-        all == 0 ? 100 : 100.0 * static_cast<double>(events_) / static_cast<double>(all);
+    const std::int64_t done = counts_.events;
+    const std::int64_t all = done + left;
+    panel_.ProgressBar1.value = all == 0 ? 100 : 100.0 * static_cast<double>(done) / static_cast<double>(all);
     std::string& text = panel_.ProgressBar1.text;
-    text = std::to_string(events_) + " of " + std::to_string(all);
+    text = std::to_string(done) + " of " + std::to_string(all);
     const auto spent =
         std::chrono::duration_cast<std::chrono::seconds>(around_.clock.monotonic() - requestsBegin_);
-    if (spent.count() > 0 && events_ > 0)
-        text += ", " + timeLeftText(spent.count() * left / events_);
+    if (spent.count() > 0 && done > 0)
+        text += ", " + timeLeftText(spent.count() * left / done);
 }
 
 void Scanner::linkReceived()
 {
     panel_.labelStats = link_.counterLine();
-    if (scanning_ && !scanPending_)
+    if (isScanning() && !scanPending_)
         end();
     changed();
 }
@@ -224,7 +303,7 @@ void Scanner::linkTimedOut()
 {
     failure_ = AdapterLink::notRespondingText;
     around_.prompts.message(failure_);
-    if (scanning_)
+    if (isScanning())
         end();
     changed();
 }
@@ -232,9 +311,9 @@ void Scanner::linkTimedOut()
 /// The summary stands in the output; the status tells why the scan ended.
 void Scanner::linkLost()
 {
-    failure_ = link_.status();
+    const std::string why = link_.status();
     end();
-    panel_.statusBox = failure_;
+    fail(why);
     changed();
 }
 

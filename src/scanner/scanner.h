@@ -8,6 +8,7 @@
 #include "shared/clock.h"
 #include "shared/outputBox.h"
 #include "shared/prompts.h"
+#include "shared/settingsStore.h"
 
 #include <chrono>
 #include <cstdint>
@@ -44,7 +45,9 @@ public:
     void type(Box box, const std::string& text);
 
     /// The user has left a box: refuses what can't stand in it.
-    void leave(Box box);
+    /// @param towardsScan by the button that begins a scan, which then does not begin with what took its
+    /// place
+    void leave(Box box, bool towardsScan = false);
 
     const ScanParameters& boxes() const { return boxes_; }
 
@@ -53,15 +56,32 @@ public:
         ScanFilter filter = ScanFilter::all;
         bool dspDecimal = false;
         bool dspAscii = false;
+        bool dspNames = false; ///< of the parameters that the program knows
     };
     void setDisplay(const Display& display) { display_ = display; }
+    const Display& display() const { return display_; }
 
-    void clearOutput(); ///< leaves the date and time
+    /// The range, filter and formats that this user left last, for a window that opens. The header is not
+    /// among them: another one than the usual lets a scan erase.
+    void restore(const SettingsStore& settings);
+    void remember(SettingsStore& settings) const;
+
+    /// Counted since the last scan began.
+    struct Counts {
+        std::int64_t events = 0; ///< replies to requests; the others are those of a kind
+        std::int64_t invalid = 0;
+        std::int64_t noData = 0;
+        std::int64_t zero = 0;
+    };
+    const Counts& counts() const { return counts_; }
+
+    void clearOutput();    ///< leaves the date and time
+    void showStatistics(); ///< the counters, and those of the last scan
 
     /// Tells that a file was written.
     void showStatus(const std::string& text);
 
-    bool isScanning() const { return scanning_; }
+    bool isScanning() const { return state_ != State::idle; }
 
     /// Why the last scan did not begin or was given up; empty when it is complete, or its user ended it.
     const std::string& failure() const { return failure_; }
@@ -71,7 +91,7 @@ public:
     std::function<void()> onReply;   ///< called when the adapter has answered what was sent
 
 private:
-    enum class State { headerSent, scanning };
+    enum class State { idle, opening, headerSent, requesting };
 
     void linkReset() override;
     void linkReady() override;
@@ -81,13 +101,16 @@ private:
     void linkTimedOut() override;
     void linkLost() override;
 
+    bool mayErase();
     void begin();
     void end();
+    void fail(const std::string& why);
     void takeHeaderReply(std::string_view reply);
     void takeReply(std::string_view reply);
     void beginRequests();
     void sendNext();
     void tellOfNext();
+    std::string countsText() const;
     std::string lineOf(const ScanRequest& request, const ScanReply& reply) const;
     void setStatus(std::string_view words);
     void write(const std::string& text) { around_.outBox.append(text); }
@@ -100,18 +123,14 @@ private:
     Display display_;
     ScanPanel panel_;
 
-    bool scanning_ = false;
+    State state_ = State::idle;
     bool scanPending_ = false; ///< neither complete nor given up
+    bool isRefused_ = false;   ///< the next press to begin a scan, since a box has just been refused
     std::string failure_;
-    State scanState_ = State::scanning;
     ScanSequence sequence_;
     ScanRequest lastRequest_;
     std::chrono::microseconds requestsBegin_{};
-
-    std::int64_t events_ = 0; ///< replies to requests; the others count those of a kind
-    std::int64_t invalid_ = 0;
-    std::int64_t noData_ = 0;
-    std::int64_t zero_ = 0;
+    Counts counts_;
 };
 
 } // namespace zint

@@ -30,6 +30,14 @@ public:
     /// Asks before an existing file is chosen. @param proposed a file name, may be empty
     virtual std::string chooseToSave(const FileKinds& kinds, const std::string& folder,
                                      const std::string& proposed) = 0;
+
+    /// A file to whose end text is added, or a new one. Dialogs that can do so don't ask whether to replace
+    /// it.
+    virtual std::string chooseToAppend(const FileKinds& kinds, const std::string& folder,
+                                       const std::string& proposed)
+    {
+        return chooseToSave(kinds, folder, proposed);
+    }
 };
 
 } // namespace zint

@@ -1,41 +1,51 @@
 #include "shared/outputFile.h"
 
+#include "shared/module1.h"
 #include "shared/textFile.h"
 
 namespace zint {
+namespace {
+
+void replaceWith(const std::string& path, const std::string& text)
+{
+    replaceFile(path, [&text](std::ostream& stream) { stream << text; });
+}
+
+void addTo(const std::string& path, const std::string& text) { appendToFile(path, text); }
+
+} // namespace
+
+const OutputFile::Way OutputFile::replacing{&FileDialogs::chooseToSave, replaceWith};
+const OutputFile::Way OutputFile::appending{&FileDialogs::chooseToAppend, addTo};
 
 std::string OutputFile::save(const std::string& text)
 {
-    return !values_.parmOutput.empty() || ask() ? write(text) : "";
+    return write(text, replacing, values_.parmOutput.empty());
 }
 
-std::string OutputFile::saveAs(const std::string& text) { return ask() ? write(text) : ""; }
+std::string OutputFile::saveAs(const std::string& text) { return write(text, replacing, true); }
 
 std::string OutputFile::append(const std::string& text)
 {
-    return !values_.parmOutput.empty() || ask() ? add(text) : "";
+    return write(text, appending, values_.parmOutput.empty());
 }
 
-std::string OutputFile::appendAs(const std::string& text) { return ask() ? add(text) : ""; }
+std::string OutputFile::appendAs(const std::string& text) { return write(text, appending, true); }
 
-bool OutputFile::ask()
+std::string OutputFile::write(const std::string& text, const Way& way, bool asking)
 {
-    return askToSave(dialogs_, values_, textFileKinds,
-                     {.path = &ProgramValues::parmOutput, .name = &ProgramValues::parmOutputFile});
+    std::string path = values_.parmOutput;
+    if (asking)
+        path = (dialogs_.*way.choose)(textFileKinds, values_.parmInitDir, values_.parmOutputFile);
+    if (path.empty())
+        return {};
+    way.write(path, text + std::string(lineEnd)); // a name that can't be written to is not remembered
+    if (asking) {
+        values_.rememberFolderOf(path);
+        values_.parmOutput = path;
+        values_.parmOutputFile = fileNamePart(path);
+    }
+    return values_.parmOutputFile + " saved";
 }
-
-std::string OutputFile::write(const std::string& text)
-{
-    replaceFile(values_.parmOutput, [&text](std::ostream& stream) { stream << text << lineEnd; });
-    return savedText();
-}
-
-std::string OutputFile::add(const std::string& text)
-{
-    appendToFile(values_.parmOutput, text + std::string(lineEnd));
-    return savedText();
-}
-
-std::string OutputFile::savedText() const { return values_.parmOutputFile + " saved"; }
 
 } // namespace zint

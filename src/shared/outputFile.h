@@ -1,6 +1,7 @@
 #pragma once
 
-#include "shared/askToSave.h"
+#include "shared/fileDialogs.h"
+#include "shared/programValues.h"
 
 #include <string>
 
@@ -10,7 +11,8 @@ namespace zint {
 /// one, and it is remembered.
 ///
 /// Each operation returns what the status shall say, or nothing when the user cancelled; then nothing has
-/// changed. All throw FileError when the file can't be written; it is then as it was.
+/// changed. All throw FileError when the file can't be written; it is then as it was, and so are its name and
+/// the dialogs' folder.
 class OutputFile {
 public:
     /// Both outlive this.
@@ -22,10 +24,15 @@ public:
     std::string appendAs(const std::string& text);
 
 private:
-    bool ask();
-    std::string write(const std::string& text);
-    std::string add(const std::string& text);
-    std::string savedText() const;
+    /// What becomes of a file that exists.
+    struct Way {
+        std::string (FileDialogs::*choose)(const FileKinds&, const std::string&, const std::string&);
+        void (*write)(const std::string& path, const std::string& text);
+    };
+    static const Way replacing;
+    static const Way appending;
+
+    std::string write(const std::string& text, const Way& way, bool asking);
 
     FileDialogs& dialogs_;
     ProgramValues& values_;

@@ -11,7 +11,8 @@
 namespace zint {
 
 /// Replies of an adapter that answers in bytes: a length, from 128 on for a command that failed, then so many
-/// bytes. A refused command is answered by "?" and text; the prompt ends each exchange.
+/// bytes. A refused command is answered by "?" and text; the prompt ends each exchange. No command of the
+/// window lets an adapter answer so; the tests alone get here.
 class BinaryReply {
 public:
     /// What the bytes lead to.

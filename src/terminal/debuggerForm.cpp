@@ -14,7 +14,7 @@ debuggerForm::debuggerForm(ToolContext& context)
           {.port = *MSComm1, .timer = Timer1, .clock = clock_, .prompts = prompts(), .outBox = *ui->outBox},
           context.connection()),
       commands_(context.settings),
-      counters_([this] { display(*ui->labelStats, {.caption = terminal_.panel().labelStats}); })
+      statsThrottle_([this] { display(*ui->labelStats, {.caption = terminal_.panel().labelStats}); })
 {
     connectControls();
     terminal_.onChanged = [this] { paint(); };
@@ -74,6 +74,8 @@ void debuggerForm::sendCom_Click()
 {
     rememberCommand();
     terminal_.pressSendCom();
+    if (terminal_.isOpen())
+        ui->inBox->selectAll(); // the next command takes its place
 }
 
 void debuggerForm::repeatCom_Click()
@@ -133,19 +135,18 @@ void debuggerForm::takeOptions()
 /// Keeps what is about to be sent as it was typed.
 void debuggerForm::rememberCommand()
 {
-    if (terminal_.isOpen() && terminal_.panel().sendCom.enabled)
+    if (terminal_.isOpen() && !terminal_.isRepeating())
         commands_.add(fromQt(ui->inBox->text()));
 }
 
 void debuggerForm::paint()
 {
     const TerminalPanel& p = terminal_.panel();
-    const bool isRepeating = !p.sendCom.enabled;
     display(*ui->statusBox, p.statusBox);
-    counters_.request(); // they change with each reply
+    statsThrottle_.request(); // the counters change with each reply
     display(*ui->openCom, p.openCom, terminal_.isOpen() ? "network-disconnect" : "network-connect");
     display(*ui->sendCom, p.sendCom);
-    display(*ui->repeatCom, p.repeatCom, isRepeating ? "media-playback-stop" : "view-refresh");
+    display(*ui->repeatCom, p.repeatCom, terminal_.isRepeating() ? "media-playback-stop" : "view-refresh");
     ui->openCom->setDefault(!p.sendIsDefault);
     ui->sendCom->setDefault(p.sendIsDefault);
     ui->mnuOpenCom->setEnabled(p.mnuOpenCom);

@@ -46,7 +46,7 @@ private:
     SystemClock clock_;
     Terminal terminal_;
     CommandHistory commands_;
-    Throttle counters_;
+    Throttle statsThrottle_;
 };
 
 } // namespace zint

@@ -23,6 +23,14 @@ std::string blanked(std::string_view received)
     return text;
 }
 
+/// Drops line ends in front of a line, and the prompt of before: some adapters send line ends behind the
+/// prompt or before a reply.
+void dropLeadingLineEnds(std::string& received)
+{
+    if (const auto begin = received.find_first_not_of("\r\n>"); begin != std::string::npos)
+        received.erase(0, begin);
+}
+
 } // namespace
 
 Terminal::Terminal(Surroundings surroundings, const ConnectionChoice& choice)
@@ -34,8 +42,8 @@ Terminal::Terminal(Surroundings surroundings, const ConnectionChoice& choice)
     AdapterLink::setUp(around_.port, choice);
     around_.port.onComm = [this] { portEvent(); };
     around_.timer.onTick = [this] { timedOut(); };
-    panel_.openCom.caption = "Open OBD (" + portName_ + ")";
     panel_.statusBox = portName_ + " Closed";
+    updateControls();
 }
 
 void Terminal::unload()
@@ -57,7 +65,6 @@ void Terminal::open()
 {
     linkState_ = State::resetSent;
     rxBuf_.clear();
-    around_.outBox.replace("Initializing...");
     try {
         around_.port.open();
         around_.port.output(std::string(AdapterLink::resetCommand) + '\r');
@@ -66,16 +73,14 @@ void Terminal::open()
         around_.port.close();
         return;
     }
+    around_.outBox.replace("Initializing...");
     counters_.bytesOut += static_cast<std::int64_t>(AdapterLink::resetCommand.size()) + 1;
     ++counters_.commandsSent;
     refreshCounters();
     panel_.statusBox = portName_ + " Open";
-    panel_.openCom.caption = "Close OBD (" + portName_ + ")";
-    panel_.mnuOpenCom = false;
-    panel_.mnuCloseCom = panel_.sendIsDefault = true;
     cmdEcho_.clear();
     binary_.clear();
-    lineEndsInPrompt_ = false;
+    lastLineHadPrompt_ = false;
     around_.timer.setInterval(AdapterLink::resetTimeout);
     around_.timer.setEnabled(true);
 }
@@ -87,23 +92,25 @@ void Terminal::close()
     endConnection(" Closed");
 }
 
-/// The port is closed from here on; what the window shows of it follows.
+/// The port is closed from here on.
 void Terminal::endConnection(std::string_view status)
 {
     around_.timer.setEnabled(false);
-    stopRepeating();
+    repeating_ = false;
     around_.port.close();
     panel_.statusBox = portName_ + std::string(status);
-    panel_.openCom.caption = "Open OBD (" + portName_ + ")";
-    panel_.mnuOpenCom = true;
-    panel_.mnuCloseCom = panel_.sendIsDefault = false;
 }
 
 void Terminal::pressSendCom()
 {
-    send();
+    if (isOpen())
+        send();
+    else
+        askToOpen();
     changed();
 }
+
+void Terminal::askToOpen() { panel_.statusBox = portName_ + " Closed - press Open OBD first"; }
 
 void Terminal::send()
 {
@@ -118,6 +125,8 @@ void Terminal::send()
         ++counters_.commandsSent; // a repeated send counts as two commands
         return;
     }
+    if (isReady())
+        panel_.statusBox = portName_ + " Ready"; // what stands there is about the commands before
     write(inBox_);
     refreshCounters();
     cmdEcho_ = ">" + inBox_ + "  ";
@@ -136,7 +145,7 @@ void Terminal::write(std::string_view command)
 void Terminal::pressRepeatCom()
 {
     if (repeating_) {
-        stopRepeating();
+        repeating_ = false;
         const auto elapsed =
             std::chrono::duration_cast<std::chrono::seconds>(around_.clock.monotonic() - repeatStart_)
                 .count();
@@ -145,19 +154,12 @@ void Terminal::pressRepeatCom()
     } else if (isOpen()) {
         send();
         repeating_ = true;
-        panel_.repeatCom.caption = "Stop Sending";
-        panel_.sendCom.enabled = false;
         repeatCount_ = 0;
         repeatStart_ = around_.clock.monotonic();
+    } else {
+        askToOpen();
     }
     changed();
-}
-
-void Terminal::stopRepeating()
-{
-    repeating_ = false;
-    panel_.repeatCom.caption = "Send Repeatedly";
-    panel_.sendCom.enabled = true;
 }
 
 /// Of the port's other events, a reply would show those that matter.
@@ -187,7 +189,7 @@ void Terminal::receive()
     counters_.bytesIn += around_.port.inBufferCount();
     rxBuf_ += around_.port.input();
     output_.clear();
-    hasPrompt_ = false;
+    promptSeen_ = false;
     switch (linkState_) {
     case State::resetSent:
         if (rxBuf_.ends_with(ReplyBuffer::prompt))
@@ -212,7 +214,7 @@ void Terminal::receive()
         showOutput();
         refreshCounters();
     }
-    if (hasPrompt_ && onPrompt)
+    if (promptSeen_ && onPrompt)
         onPrompt();
 }
 
@@ -234,7 +236,7 @@ void Terminal::takeStartUp(std::string_view prefix, State next)
     linkState_ = next;
     if (next == State::binary)
         binary_.begin();
-    hasPrompt_ = true;
+    promptSeen_ = true;
 }
 
 /// Shows all that has come as one line, without the prompt that ends it.
@@ -249,9 +251,10 @@ void Terminal::takeLineToPrompt(std::string_view prefix)
 
 void Terminal::takeTextLine()
 {
-    hasPrompt_ = rxBuf_.ends_with(ReplyBuffer::prompt);
+    dropLeadingLineEnds(rxBuf_);
+    promptSeen_ = rxBuf_.ends_with(ReplyBuffer::prompt);
     if (const auto end = rxBuf_.find('\r'); end != std::string::npos) {
-        lineEndsInPrompt_ = hasPrompt_;
+        lastLineHadPrompt_ = promptSeen_;
         const TextReply reply = showTextReply(rxBuf_, options_.base);
         rxBuf_.erase(0, end + 1);
         if (reply.overflowed) {
@@ -264,13 +267,13 @@ void Terminal::takeTextLine()
             history_.add(cmdEcho_ + output_);
         }
     }
-    if (lineEndsInPrompt_ && repeating_)
+    if (repeating_ && (lastLineHadPrompt_ || promptSeen_)) // a prompt that comes late is a group of its own
         send();
 }
 
 void Terminal::prompted()
 {
-    hasPrompt_ = true;
+    promptSeen_ = true;
     if (repeating_)
         send();
 }
@@ -296,7 +299,8 @@ void Terminal::timedOut()
     around_.timer.setEnabled(false);
     ++counters_.totalErrors;
     around_.prompts.message(std::string(AdapterLink::notRespondingText));
-    send();
+    if (sendsAfterTimeout_)
+        send();
     changed();
 }
 
@@ -323,8 +327,19 @@ void Terminal::showStatus(const std::string& text)
 
 void Terminal::refreshCounters() { panel_.labelStats = counters_.line(); }
 
-void Terminal::changed() const
+void Terminal::updateControls()
 {
+    const bool isNowOpen = isOpen();
+    panel_.openCom.caption = (isNowOpen ? "Close OBD (" : "Open OBD (") + portName_ + ")";
+    panel_.mnuOpenCom = !isNowOpen;
+    panel_.mnuCloseCom = panel_.sendIsDefault = isNowOpen;
+    panel_.sendCom.enabled = !repeating_;
+    panel_.repeatCom.caption = repeating_ ? "Stop Sending" : "Send Repeatedly";
+}
+
+void Terminal::changed()
+{
+    updateControls();
     if (onChanged)
         onChanged();
 }

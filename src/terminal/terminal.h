@@ -40,8 +40,8 @@ public:
     void unload(); ///< the window goes away: closes the port
 
     void pressOpenCom();   ///< opens the port and resets the adapter, or closes it
-    void pressSendCom();   ///< sends the command; does nothing on a closed port
-    void pressRepeatCom(); ///< begins or ends sending the command over and over
+    void pressSendCom();   ///< sends the command; on a closed port it says what to do first
+    void pressRepeatCom(); ///< begins or ends sending the command over and over; likewise
 
     void setCommand(const std::string& text) { inBox_ = text; }             ///< as typed
     void setOptions(const TerminalOptions& options) { options_ = options; } ///< from the next reply on
@@ -57,7 +57,11 @@ public:
         around_.port.setInputMode(InputMode::binary);
     }
 
+    /// A reset without an answer is told and no more, where nobody could type what is sent behind it.
+    void sendNothingAfterTimeout() { sendsAfterTimeout_ = false; }
+
     bool isOpen() const { return around_.port.isOpen(); }
+    bool isRepeating() const { return repeating_; }
 
     /// Whether the adapter has been reset and waits for commands.
     bool isReady() const { return isOpen() && (linkState_ == State::text || linkState_ == State::binary); }
@@ -84,12 +88,13 @@ private:
     void prompted();
     void endConnection(std::string_view status);
     void timedOut();
-    void stopRepeating();
+    void askToOpen();
     void send();
     void write(std::string_view command);
     void showOutput();
     void refreshCounters();
-    void changed() const;
+    void updateControls();
+    void changed();
 
     Surroundings around_;
     std::string portName_;
@@ -101,11 +106,12 @@ private:
 
     State linkState_ = State::resetSent;
     std::string inBox_;
-    std::string rxBuf_;             ///< received and not consumed
-    std::string cmdEcho_;           ///< the last command as the output box shows it
-    std::string output_;            ///< of the notification that is being handled
-    bool lineEndsInPrompt_ = false; ///< the last line that was taken in text mode
-    bool hasPrompt_ = false;        ///< the notification that is being handled brought one
+    std::string rxBuf_;              ///< received and not consumed
+    std::string cmdEcho_;            ///< the last command as the output box shows it
+    std::string output_;             ///< of the notification that is being handled
+    bool lastLineHadPrompt_ = false; ///< the last line that was taken in text mode ended in one
+    bool promptSeen_ = false;        ///< the notification that is being handled ended in one
+    bool sendsAfterTimeout_ = true;
 
     bool repeating_ = false;
     std::int64_t repeatCount_ = 0;

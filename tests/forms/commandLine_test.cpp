@@ -59,6 +59,7 @@ TEST(CommandLineTest, TakesTheParametersOfAScan)
         {"scan --mode 1-a --pid 0-ff --suffix 0", "686AF1 1-A 0-FF 0"},
         {"scan --mode 9 --pid none --suffix none --header 6810f1", "6810F1 9-9 - "},
         {"scan --mode 3-5", "686AF1 3-5 00-1F "}, // passes mode 04 over
+        {"scan --pid 5-0", "686AF1 01-01 5-0 "},  // one PID
         {"scan --mode 3-5 --header 6810F1 --allow-clear", "6810F1 3-5 00-1F "},
     };
     for (const auto& [words, boxes] : rows) {
@@ -69,8 +70,10 @@ TEST(CommandLineTest, TakesTheParametersOfAScan)
             << words;
     }
     EXPECT_EQ(parse("scan --show nonzero").filter, ScanFilter::validNonZero);
-    EXPECT_TRUE(parse("scan --decimal").decimal && parse("scan --ascii").ascii);
+    const CommandLine formats = parse("scan --decimal --names");
+    EXPECT_TRUE(formats.decimal && formats.names && !formats.ascii && parse("scan --ascii").ascii);
     EXPECT_EQ(parse("scan --mode 1-").complaint, "--mode 1-: Mode must be 1 or 2 hex digits");
+    EXPECT_EQ(parse("scan --mode 5-0").complaint, "--mode 5-0: the range ends before it begins");
     EXPECT_EQ(parse("scan --mode 3-5 --header 6810F1").complaint.find(erasesDataText), 0U);
 }
 

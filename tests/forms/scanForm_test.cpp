@@ -6,6 +6,7 @@
 
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QProgressBar>
 #include <QRegularExpression>
 
 namespace zint {
@@ -14,8 +15,11 @@ namespace {
 struct ScanFormTest : FormTest {
     PlainTextBox* outBox = nullptr;
 
-    ScanFormTest()
+    ScanFormTest() { open(); }
+
+    void open()
     {
+        delete form;
         (form = new scanForm(context))->show();
         outBox = control<PlainTextBox>("outBox");
         EXPECT_TRUE(QTest::qWaitForWindowActive(form));
@@ -30,60 +34,81 @@ struct ScanFormTest : FormTest {
         QTest::keyClicks(box(name), text.isEmpty() ? u"\b"_qs : text);
     }
 
-    void expectStatus(const QString& text)
+    void expectText(const char* name, const QString& text)
     {
-        EXPECT_TRUE(waitUntil([&] { return textOf("statusBox") == text; })) << fromQt(textOf("statusBox"));
-    }
-
-    /// Begins a scan of a single request, up to that request.
-    void beginScan(const std::string& request)
-    {
-        type("modeStart", u"1"_qs);
-        type("pidStart", u"c"_qs);
-        type("pidStop", u"c"_qs);
-        adapter->expectOpening();
-        adapter->expect(request);
-        click("comScan");
-        adapter->play();
+        EXPECT_TRUE(waitUntil([&] { return textOf(name) == text; })) << fromQt(textOf(name));
     }
 };
 
-TEST_F(ScanFormTest, ScansWithTheChosenFilterAndFormats)
+TEST_F(ScanFormTest, ShowsRepliesByItsFiltersAndFormatsAndRemembersThem)
 {
     EXPECT_TRUE(QRegularExpression(u"^[A-Z][a-z]+, [A-Z][a-z]+ \\d\\d, \\d{4} \\d\\d:\\d\\d [AP]M\\r\\n$"_qs)
                     .match(toQt(outBox->text()))
                     .hasMatch())
         << outBox->text();
-    EXPECT_EQ(textOf("labelStats"), u"Bytes In: 0  Out: 0     Errors: 0");
-    for (const char* choice : {"displayNonz", "dspDecimal", "dspAscii"})
+    const std::pair<const char*, const char*> boxes[] = {
+        {"modeStart", "1"}, {"pidStart", "b"}, {"pidStop", "e"}, {"cmdSuffix", "1"}};
+    for (const auto& [name, text] : boxes)
+        type(name, QLatin1String(text));
+    const std::pair<const char*, const char*> rows[] = {
+        {"displayAll", "V 010B1  00 \nV 010C1  30 39 \nX 010D1 ?\nN 010E1 NO DATA\n"},
+        {"displayValid", "V 010B1  00 \nV 010C1  30 39 \n"},
+        {"displayData", "V 010B1  00 \nV 010C1  30 39 \nX 010D1 ?\n"},
+        {"displayNonz", "V 010C1  30 39 \n"},
+        {"dspAscii", "V 010C1  30 39    [09]\n"},
+        {"dspDecimal", "V 010C1  30 39    [09] 12345\n"},
+        {"dspNames", "V 010C1  30 39    [09] 12345 Engine RPM\n"}};
+    for (const auto& [choice, expected] : rows) {
+        SCOPED_TRACE(choice);
         control<QAbstractButton>(choice)->click();
-    outBox->replace({});
-    beginScan("010C\r");
-    EXPECT_EQ(textOf("comScan"), u"Stop Scan");
-    EXPECT_EQ(box("pidStop")->text(), u"C") << "the button took the focus from it";
-    EXPECT_FALSE(control<QAction>("mnuOpenCom")->isEnabled());
-    box("pidStop")->setFocus();
-    QTest::keyClick(box("pidStop"), Qt::Key_Return); // begins a scan, but ends none
-    adapter->expect("ATD\r");
-    adapter->receive("41 0C 30 39 \r\r>");
-    EXPECT_EQ(outBox->text(), "Header: 686AF1 Mode:1-01 Pid:C-C Suffix:\r\n"
-                              "V 010C  30 39    [09] 12345\r\n"
-                              "Scan Completed\r\n"
-                              "  Events(s):1\r\n    No Data:0\r\n    Invalid:0\r\n       Zero:0\r\n\r\n\r\n");
-    expectStatus(u"com1 Scan Completed 1 Events(s)"_qs);
+        adapter->expectOpening();
+        const char* const replies[] = {"41 0B 00 ", "41 0C 30 39 ", "?", "NO DATA"};
+        for (int pid = 0xB; pid <= 0xE; ++pid)
+            adapter->expect("010" + std::string(1, "BCDE"[pid - 0xB]) + "1\r")
+                .answer(replies[pid - 0xB] + std::string("\r\r>"));
+        adapter->expect("ATD\r");
+        outBox->replace({});
+        click("comScan");
+        adapter->play();
+        const QString shown = toQt(outBox->text()).remove(u'\r');
+        EXPECT_EQ(shown.section(u'\n', 1).section(u"Scan Completed"_qs, 0, 0), QLatin1String(expected));
+    }
+    expectText("statusBox", u"com1 Scan Completed 4 Events(s)"_qs);
+    EXPECT_TRUE(outBox->text().starts_with("Header: 686AF1 Mode:1-01 Pid:B-E Suffix:1\r\n"));
+    EXPECT_EQ(textOf("labelStats"), u"Bytes In: 497 Out: 259 Errors: 0");
+    EXPECT_EQ(control<QProgressBar>("ProgressBar1")->text(), u"100%");
+    EXPECT_TRUE(messageOf([&] { click("labelStats"); }).endsWith(u"\n    Invalid:1\n       Zero:1"_qs));
     trigger("mnuClear");
     EXPECT_EQ(outBox->text().find("Scan"), std::string::npos);
 
-    adapter->expectOpening();
-    adapter->expect("010C\r");
-    box("modeStop")->setFocus();
-    QTest::keyClick(box("modeStop"), Qt::Key_Return);
-    adapter->play();
-    adapter->expect("ATD\r");
-    trigger("mnuCloseCom");
-    expectStatus(u"com1 Scan Halted after 0 Events(s)"_qs);
+    form->setAttribute(Qt::WA_DeleteOnClose, false);
+    click("backCom");
+    open();
+    EXPECT_EQ(box("pidStart")->text() + box("pidStop")->text() + box("cmdSuffix")->text(), u"BE1");
+    for (const char* choice : {"displayNonz", "dspAscii", "dspDecimal", "dspNames"})
+        EXPECT_TRUE(control<QAbstractButton>(choice)->isChecked()) << choice;
+}
 
-    beginScan("010C\r");
+TEST_F(ScanFormTest, EnterBeginsAScanFromTheSixBoxesAlone)
+{
+    const auto press = [this](const char* name) {
+        control<QWidget>(name)->setFocus();
+        QTest::keyClick(control<QWidget>(name), Qt::Key_Return);
+    };
+    for (const char* other : {"outBox", "displayAll", "dspAscii"})
+        press(other);
+    for (const char* name : {"cmdHead", "modeStart", "modeStop", "pidStart", "pidStop", "cmdSuffix"}) {
+        adapter->expect("ATZ\r");
+        press(name);
+        EXPECT_EQ(textOf("comScan"), u"Stop Scan") << name;
+        EXPECT_FALSE(control<QAction>("mnuOpenCom")->isEnabled());
+        press(name); // ends none
+        adapter->expect("ATD\r");
+        trigger("mnuCloseCom");
+        expectText("statusBox", u"com1 Scan Halted after 0 Events(s)"_qs);
+    }
+    adapter->expect("ATZ\r");
+    trigger("mnuOpenCom");
     adapter->expect("ATD\r");
     form->setAttribute(Qt::WA_DeleteOnClose, false);
     click("backCom");
@@ -95,7 +120,7 @@ TEST_F(ScanFormTest, ChecksABoxOnceWhenItIsLeft)
     type("modeStart", u"3g"_qs);
     QTest::keyClick(box("modeStart"), Qt::Key_Tab);
     EXPECT_EQ(box("modeStart")->text(), u"01");
-    expectStatus(u"Mode must be 1 or 2 hex digits"_qs);
+    expectText("statusBox", u"Mode must be 1 or 2 hex digits"_qs);
     type("pidStop", u"12345"_qs);
     QFocusEvent toMenu(QEvent::FocusOut, Qt::MenuBarFocusReason);
     QCoreApplication::sendEvent(box("pidStop"), &toMenu);
@@ -103,20 +128,19 @@ TEST_F(ScanFormTest, ChecksABoxOnceWhenItIsLeft)
     control<QMenuBar>("menubar")->setFocus(Qt::MenuBarFocusReason);
     box("pidStart")->setFocus(); // by the mouse, out of the menu
     EXPECT_EQ(box("pidStop")->text(), u"");
-    type("pidStop", u"12345"_qs);
-    adapter->expect("ATZ\r");
-    trigger("mnuOpenCom"); // the focus is still in the box
-    EXPECT_EQ(box("pidStop")->text(), u"");
-    EXPECT_NE(outBox->text().find("Mode:01-01 Pid:00- Suffix:"), std::string::npos);
-    adapter->expect("ATD\r");
-    trigger("mnuCloseCom");
+    for (const bool byMouse : {false, true}) {
+        type("pidStop", u"12345"_qs);
+        byMouse ? click("comScan") : trigger("mnuOpenCom"); // the focus is still in the box
+        expectText("statusBox", u"Pid must be 0 to 4 hex digits"_qs);
+        EXPECT_EQ(box("pidStop")->text() + textOf("comScan"), u"Begin Scan");
+    }
 }
 
 TEST_F(ScanFormTest, TheCalculatorMakesAHeaderThatMayErase)
 {
     type("modeStop", u"4"_qs);
     type("cmdHead", u"7e8"_qs);
-    click("calcHdr");
+    control<QPushButton>("calcHdr")->click(); // as a key does, which leaves the focus in the box
     auto* dialog = control<calcHdrForm>("calcHdrForm");
     EXPECT_EQ(dialog->header(), "686AF1");
     dialog->reject();

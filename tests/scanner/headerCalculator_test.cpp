@@ -6,121 +6,82 @@
 namespace zint {
 namespace {
 
-using Boxes = std::array<bool, 8>;
-
 TEST(HeaderCalculatorTest, SplitsAHeaderIntoItsFields)
 {
-    const HeaderCalculator usual(ScanParameters::functionalHeader);
-    EXPECT_EQ(usual.panel().prioVal, "3");
-    EXPECT_EQ(usual.panel().optBit, (Boxes{false, true, true, false, false, false, false, true}));
-    EXPECT_EQ(usual.panel().hdrOpt, "68");
-    EXPECT_EQ(usual.panel().targetFrame, "Request (functional)");
-    EXPECT_EQ(usual.panel().hdrTarget, "6A");
-    EXPECT_FALSE(usual.panel().hdrTargetEnabled);
-    EXPECT_EQ(usual.panel().hdrSource, "F1");
-
-    const HeaderCalculator physical("6c30f1");
-    EXPECT_TRUE(physical.panel().optBit[6]);
-    EXPECT_EQ(physical.panel().targetFrame, "Target (physical)");
-    EXPECT_TRUE(physical.panel().hdrTargetEnabled);
-    EXPECT_EQ(physical.header(), "6C30F1");
-
-    // The target decides, even where the first byte says otherwise.
-    EXPECT_TRUE(HeaderCalculator("6810F1").panel().hdrTargetEnabled);
-    EXPECT_FALSE(HeaderCalculator("6C6AF1").panel().hdrTargetEnabled);
-
-    for (const char* unusable : {"", "7E8", "686AF", "686AF10"})
-        EXPECT_EQ(HeaderCalculator(unusable).header(), "686AF1") << unusable;
-    EXPECT_EQ(HeaderCalculator("zz6af1").header(), "006AF1");
-}
-
-TEST(HeaderCalculatorTest, EachFirstByteComesBackAndEachBoxChangesItsBit)
-{
-    constexpr std::array<int, 8> weights{0x10, 0x20, 0x40, 0x80, 0x01, 0x02, 0x04, 0x08};
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    const auto headerOf = [&](int byte, const char* rest) {
-        return std::string{digits[static_cast<std::size_t>(byte / 16)],
-                           digits[static_cast<std::size_t>(byte % 16)]} +
-               rest;
+    const struct {
+        const char* box;
+        const char* header;
+        const char* prioVal;
+        const char* optBit; ///< the checked ones
+        bool isPhysical;    ///< by its target, even where the first byte says otherwise
+    } rows[] = {
+        {"686AF1", "686AF1", "3", "127", false},
+        {"6c30f1", "6C30F1", "3", "1267", true},
+        {"9310F1", "9310F1", "4", "0345", true},
+        {"6C6AF1", "6C6AF1", "3", "1267", false},
+        {"7E8", "686AF1", "3", "127", false},
+        {"zz6af1", "006AF1", "0", "", false},
+        {"\xC3\xA4\xC3\xB6\xC3\xBC", "686AF1", "3", "127", false},
     };
-    for (int byte = 0; byte < 256; ++byte) {
-        const std::string header = headerOf(byte, "42F1");
-        ASSERT_EQ(HeaderCalculator(header).header(), header);
-        EXPECT_EQ(HeaderCalculator(header).panel().prioVal, std::to_string(byte >> 5));
-        for (std::size_t box = 0; box < weights.size(); ++box) {
-            HeaderCalculator calculator(header);
-            const bool isChecked = calculator.panel().optBit[box];
-            ASSERT_EQ(isChecked, (byte & weights[box]) != 0) << header << " box " << box;
-            const bool isTargetNext = calculator.clickOptBit(box, !isChecked);
-            EXPECT_EQ(isTargetNext, box == 6 && !isChecked);
-            EXPECT_EQ(calculator.header(), headerOf(byte ^ weights[box], box != 6    ? "42F1"
-                                                                         : isChecked ? "6AF1"
-                                                                                     : "10F1"));
-        }
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.box);
+        const HeaderCalculator calculator(row.box);
+        const CalcHdrPanel& panel = calculator.panel();
+        EXPECT_EQ(calculator.header(), row.header);
+        EXPECT_EQ(panel.hdrOpt + panel.hdrTarget + panel.hdrSource, row.header);
+        EXPECT_EQ(panel.prioVal, row.prioVal);
+        std::string checked;
+        for (std::size_t box = 0; box < panel.optBit.size(); ++box)
+            checked += panel.optBit[box] ? std::to_string(box) : "";
+        EXPECT_EQ(checked, row.optBit);
+        EXPECT_EQ(panel.targetFrame, row.isPhysical ? "Target (physical)" : "Request (functional)");
+        EXPECT_EQ(panel.hdrTargetEnabled, row.isPhysical);
     }
 }
 
-TEST(HeaderCalculatorTest, TheAddressingBoxSwitchesTheTarget)
+TEST(HeaderCalculatorTest, ABoxChangesItsBitAndTheAddressingBoxTheTarget)
 {
     HeaderCalculator calculator(ScanParameters::functionalHeader);
-    calculator.clickOptBit(6, true);
-    EXPECT_EQ(calculator.header(), "6C10F1");
-    EXPECT_EQ(calculator.panel().targetFrame, "Target (physical)");
+    const char* const headers[] = {"786AF1", "586AF1", "186AF1", "986AF1",
+                                   "996AF1", "9B6AF1", "9F10F1", "9710F1"};
+    for (std::size_t box = 0; box < 8; ++box) {
+        calculator.clickOptBit(box, !calculator.panel().optBit[box]);
+        EXPECT_EQ(calculator.header(), headers[box]) << box;
+    }
     EXPECT_TRUE(calculator.panel().hdrTargetEnabled);
     calculator.clickOptBit(6, false);
-    EXPECT_EQ(calculator.header(), "686AF1");
+    EXPECT_EQ(calculator.header(), "936AF1");
     EXPECT_EQ(calculator.panel().targetFrame, "Request (functional)");
     EXPECT_FALSE(calculator.panel().hdrTargetEnabled);
 }
 
-TEST(HeaderCalculatorTest, APriorityIsZeroToSeven)
+TEST(HeaderCalculatorTest, ReplacesWhatABoxCannotHold)
 {
-    struct Row {
+    using Leave = void (HeaderCalculator::*)(std::string_view);
+    const Leave prio = &HeaderCalculator::leavePrioVal;
+    const Leave target = &HeaderCalculator::leaveHdrTarget;
+    const Leave source = &HeaderCalculator::leaveHdrSource;
+    const struct {
+        Leave leave;
+        const char* header; ///< of before
         const char* typed;
-        const char* shown;
-        const char* firstByte;
+        const char* result;
+    } rows[] = {
+        {prio, "686AF1", "7", "E86AF1"},    {prio, "686AF1", " 02 ", "486AF1"},
+        {prio, "686AF1", "8", "E86AF1"},    {prio, "686AF1", "99999999999", "E86AF1"},
+        {prio, "686AF1", "", "686AF1"},     {prio, "686AF1", "-99999999999", "686AF1"},
+        {prio, "686AF1", "high", "686AF1"}, {target, "6C30F1", "5", "6C05F1"},
+        {target, "6C30F1", "ff", "6CFFF1"}, {target, "6C30F1", "0", "6C10F1"},
+        {target, "6C30F1", "", "6C10F1"},   {target, "6C30F1", "100", "6C10F1"},
+        {target, "6830F1", "4G", "686AF1"}, {target, "6830F1", "FFFFFFFFFF", "686AF1"},
+        {source, "6C30F1", "f9", "6C30F9"}, {source, "6C30F1", "5", "6C3005"},
+        {source, "6C30F1", "", "6C30F1"},   {source, "6C30F1", "G1", "6C30F1"},
+        {source, "6C30F1", " ", "6C30F1"},
     };
-    for (const Row& row :
-         {Row{"7", "7", "E8"}, Row{"0", "0", "08"}, Row{"4", "4", "88"}, Row{" 02 ", "2", "48"},
-          Row{"8", "7", "E8"}, Row{"99999999999", "7", "E8"},
-          // what is no priority gives way to the last one
-          Row{"", "3", "68"}, Row{"-1", "3", "68"}, Row{"-99999999999", "3", "68"}, Row{"high", "3", "68"}}) {
-        HeaderCalculator calculator(ScanParameters::functionalHeader);
-        calculator.leavePrioVal(row.typed);
-        EXPECT_EQ(calculator.panel().prioVal, row.shown) << row.typed;
-        EXPECT_EQ(calculator.panel().hdrOpt, row.firstByte) << row.typed;
-    }
-}
-
-TEST(HeaderCalculatorTest, ATargetIsAByteFromOneUp)
-{
-    struct Row {
-        const char* typed;
-        const char* physical;   ///< what becomes of it with box 6 checked
-        const char* functional; ///< and with box 6 clear
-    };
-    for (const Row& row :
-         {Row{"5", "05", "05"}, Row{"05", "05", "05"}, Row{"00f", "0F", "0F"}, Row{"1f", "1F", "1F"},
-          Row{"01f", "1F", "1F"}, Row{"1 2", "12", "12"}, Row{"ff", "FF", "FF"}, Row{"1", "01", "01"},
-          Row{"0", "10", "6A"}, Row{"100", "10", "6A"}, Row{"", "10", "6A"}, Row{"4G", "10", "6A"},
-          Row{"FFFFFFFFFF", "10", "6A"}}) {
-        HeaderCalculator physical("6C30F1");
-        physical.leaveHdrTarget(row.typed);
-        EXPECT_EQ(physical.panel().hdrTarget, row.physical) << row.typed;
-        HeaderCalculator functional("6830F1");
-        functional.leaveHdrTarget(row.typed);
-        EXPECT_EQ(functional.panel().hdrTarget, row.functional) << row.typed;
-    }
-}
-
-TEST(HeaderCalculatorTest, ASourceIsTwoDigits)
-{
-    HeaderCalculator calculator(ScanParameters::functionalHeader);
-    calculator.leaveHdrSource("f9");
-    EXPECT_EQ(calculator.header(), "686AF9");
-    for (const char* wrong : {"", "5", "0F5", "G1", " 5"}) {
-        calculator.leaveHdrSource(wrong);
-        EXPECT_EQ(calculator.panel().hdrSource, "F9") << wrong;
+    for (const auto& [leave, header, typed, result] : rows) {
+        HeaderCalculator calculator(header);
+        (calculator.*leave)(typed);
+        EXPECT_EQ(calculator.header(), result) << typed;
     }
 }
 

@@ -1,5 +1,6 @@
 #include "scanner/scanner.h"
 #include "support/manualTime.h"
+#include "support/memorySettings.h"
 #include "support/scriptedAdapter.h"
 #include "support/scriptedPrompts.h"
 #include "support/textBox.h"
@@ -16,7 +17,9 @@ struct ScannerTest : testing::Test {
     ManualClock clock;
     ScriptedPrompts prompts;
     TextBox box;
+    std::string steps; ///< the status at each change, once
     int beeps = 0;
+    int replies = 0;
     Scanner scanner{{.port = adapter,
                      .timer = timer,
                      .clock = clock,
@@ -26,14 +29,26 @@ struct ScannerTest : testing::Test {
                      .beep = [this] { ++beeps; }},
                     {2, "com2", "9600"}};
 
-    ScannerTest() { EXPECT_EQ(takeShown(), "today\r\n"); }
+    ScannerTest()
+    {
+        EXPECT_EQ(takeShown(), "today\r\n");
+        scanner.onReply = [this] { ++replies; };
+        scanner.onChanged = [this] {
+            if (!steps.ends_with(status() + "|"))
+                steps += status() + "|";
+        };
+    }
 
-    void type(const std::string& modes, const std::string& firstPid, const std::string& lastPid)
+    /// Fills all boxes but the header's.
+    void type(const std::string& modes, const std::string& firstPid, const std::string& lastPid,
+              const std::string& suffix = {})
     {
         scanner.type(&ScanParameters::modeStart, modes.substr(0, 1));
         scanner.type(&ScanParameters::modeStop, modes.substr(1));
         scanner.type(&ScanParameters::pidStart, firstPid);
         scanner.type(&ScanParameters::pidStop, lastPid);
+        scanner.type(&ScanParameters::cmdSuffix, suffix);
+        steps.clear();
     }
 
     void answer(const std::string& request, const std::string& reply)
@@ -41,219 +56,189 @@ struct ScannerTest : testing::Test {
         adapter.expect(request + "\r").answer(reply + "\r\r>");
     }
 
-    /// Begins a scan and lets the adapter answer as far as it has been told.
-    void scan()
+    /// Begins a scan whose adapter sends the opening's answers and those that the test has told. What it is
+    /// sent last has no answer.
+    void scan(const std::vector<std::pair<const char*, const char*>>& exchange, const char* last)
     {
-        adapter.history.clear();
+        adapter.expectOpening();
+        for (const auto& [request, reply] : exchange)
+            answer(request, reply);
+        adapter.expect(last + std::string("\r"));
         scanner.pressScan();
         adapter.play();
     }
 
+    static std::string summary(const char* end, int events, int noData, int invalid, int zero)
+    {
+        return std::string(end) + "\r\n  Events(s):" + std::to_string(events) +
+               "\r\n    No Data:" + std::to_string(noData) + "\r\n    Invalid:" + std::to_string(invalid) +
+               "\r\n       Zero:" + std::to_string(zero) + "\r\n\r\n\r\n";
+    }
+
+    /// Status, counters, caption, what is enabled, progress.
+    std::string face() const
+    {
+        const ScanPanel& p = scanner.panel();
+        return p.statusBox + "|" + p.labelStats + "|" + p.comScan.caption + (p.mnuOpenCom ? " start" : "") +
+               (p.mnuCloseCom ? " stop" : "") + (timer.running ? " timer" : "") + "|" +
+               std::to_string(static_cast<int>(p.ProgressBar1.value)) + "% " + p.ProgressBar1.text;
+    }
+
     std::string takeShown() { return std::exchange(box.shown, {}); }
-    const ScanPanel& panel() const { return scanner.panel(); }
     const std::string& status() const { return scanner.panel().statusBox; }
 };
 
 TEST_F(ScannerTest, ScansARangeAndSumsItUp)
 {
     type("12", "0C", "0D");
-    adapter.expectOpening();
-    answer("010C", "41 0C 1A F8 ");
-    answer("010D", "41 0D 00 ");
-    answer("020C", "NO DATA");
-    adapter.expect("020D\r");
-    scan();
-    EXPECT_EQ(panel().comScan.caption, "Stop Scan");
-    EXPECT_FALSE(panel().mnuOpenCom);
-    EXPECT_TRUE(panel().mnuCloseCom);
-    EXPECT_FALSE(timer.running) << "requests have no time-out";
-    EXPECT_EQ(status(), "Scanning 020C    3 Event(s)");
+    scan({{"010C", "41 0C 1A F8 "}, {"010D", "41 0D 00 "}, {"020C", "NO DATA"}}, "020D");
+    EXPECT_EQ(steps, "com2 Opening...|com2 Init|com2 Scanning|Scanning 010C    1 Event(s)|"
+                     "Scanning 010D    2 Event(s)|Scanning 020C    3 Event(s)|");
+    EXPECT_EQ(replies, 5) << "with those to the opening";
     EXPECT_EQ(takeShown(), "Header: 686AF1 Mode:1-2 Pid:0C-0D Suffix:\r\n"
                            "V 010C  1A F8 \r\nV 010D  00 \r\nN 020C NO DATA\r\n");
-    EXPECT_EQ(panel().ProgressBar1.value, 75);
-    EXPECT_EQ(panel().ProgressBar1.text, "3 of 4");
-
+    adapter.receive("42 0D ");
+    EXPECT_EQ(face(), "Scanning 020C    3 Event(s)|Bytes In: 73 Out: 29 Errors: 0|Stop Scan stop|75% 3 of 4");
     adapter.expect("ATD\r");
-    adapter.receive("BUS INIT: OK\r\n42 0D "); // the notice goes with its line feed
-    adapter.receive("01 \r\r>");
-    EXPECT_EQ(takeShown(), "V 020D  01 \r\nScan Completed\r\n"
-                           "  Events(s):4\r\n    No Data:1\r\n    Invalid:0\r\n       Zero:1\r\n\r\n\r\n");
-    EXPECT_EQ(status(), "com2 Scan Completed 4 Events(s)");
-    EXPECT_EQ(panel().comScan.caption, "Begin Scan");
-    EXPECT_TRUE(panel().mnuOpenCom);
-    EXPECT_FALSE(panel().mnuCloseCom);
-    EXPECT_EQ(panel().ProgressBar1.value, 100);
-    EXPECT_EQ(panel().labelStats, "Bytes In: 93 Out: 33 Errors: 0");
+    adapter.receive("\xE9 01 \r\r>");
+    EXPECT_EQ(takeShown(), "V 020D  \xC3\xA9 01 \r\n" + summary("Scan Completed", 4, 1, 0, 1));
+    EXPECT_EQ(face(),
+              "com2 Scan Completed 4 Events(s)|Bytes In: 81 Out: 33 Errors: 0|Begin Scan start|100% ");
     EXPECT_EQ(adapter.history.back(), "close");
+    scanner.showStatistics();
+    EXPECT_EQ(prompts.takeMessage(),
+              "Bytes In: 81 Out: 33 Errors: 0\r\n\r\n  Events(s):4\r\n    No Data:1\r\n    Invalid:0\r\n"
+              "       Zero:1");
 
+    adapter.openError = CommError(8005, "Port already open");
+    scanner.pressScan();
+    const std::string why = "com2 - Comm init error: 8005: Port already open";
+    EXPECT_EQ(face(), why + "|Bytes In: 81 Out: 33 Errors: 0|Begin Scan start|0% ");
+    EXPECT_EQ(scanner.failure() + takeShown(), why);
+    adapter.workAgain();
     type("11", "5", "0"); // all counters but those of the bytes begin anew
-    adapter.expectOpening();
-    answer("0105", "BUS INIT: OK\r41 05 10 ");
-    adapter.expect("ATD\r");
-    scan();
-    EXPECT_EQ(takeShown(),
-              "Header: 686AF1 Mode:1-1 Pid:5-0 Suffix:\r\nV 0105  10 \r\nScan Completed\r\n"
-              "  Events(s):1\r\n    No Data:0\r\n    Invalid:0\r\n       Zero:0\r\n\r\n\r\n");
+    scan({{"0105", "?"}}, "ATD");
+    EXPECT_EQ(takeShown(), "Header: 686AF1 Mode:1-1 Pid:5-0 Suffix:\r\nX 0105 ?\r\n" +
+                               summary("Scan Completed", 1, 0, 1, 0));
+    EXPECT_EQ(scanner.failure(), "");
 }
 
-TEST_F(ScannerTest, ShowsTheFormatsAndTheRepliesThatItsUserChose)
-{
-    type("91", "1", "2");
-    scanner.type(&ScanParameters::modeStop, "9");
-    scanner.type(&ScanParameters::cmdSuffix, "01");
-    scanner.setDisplay({.filter = ScanFilter::validNonZero, .dspDecimal = true, .dspAscii = true});
-    adapter.expectOpening();
-    answer("090101", "49 01 31 47");
-    adapter.expect("090201\r");
-    scan();
-    EXPECT_EQ(takeShown(), "Header: 686AF1 Mode:9-9 Pid:1-2 Suffix:01\r\nV 090101  31 47   [1G] 12615\r\n");
-
-    scanner.setDisplay({.filter = ScanFilter::all, .dspDecimal = true, .dspAscii = true});
-    adapter.expect("ATD\r");
-    adapter.receive("7F 09 12\r\r>");
-    EXPECT_TRUE(takeShown().starts_with("X 090201 7F 09 12\r\nScan Completed"));
-}
-
-TEST_F(ScannerTest, SkipsTheErasingModeWithTheFunctionalHeader)
+TEST_F(ScannerTest, AsksBeforeItErasesAndSkipsModeFourWithTheFunctionalHeader)
 {
     type("44", "", "");
-    adapter.expectOpening();
-    adapter.expect("ATD\r");
-    scan();
-    EXPECT_TRUE(takeShown().ends_with("Suffix:\r\nSkipping mode 4 functional scans...Scan Completed\r\n"
-                                      "  Events(s):0\r\n    No Data:0\r\n    Invalid:0\r\n       Zero:0\r\n"
-                                      "\r\n\r\n"));
-    EXPECT_EQ(status(), "com2 Scan Completed 0 Events(s)");
-    EXPECT_EQ(panel().warning, "");
-}
-
-TEST_F(ScannerTest, ChangesTheHeaderAndWarnsOfWhatAScanErases)
-{
-    type("44", "", "");
+    scan({}, "ATD");
+    EXPECT_TRUE(takeShown().ends_with("Suffix:\r\nSkipping mode 4 functional scans..." +
+                                      summary("Scan Completed", 0, 0, 0, 0)));
+    EXPECT_EQ(scanner.panel().warning, "");
     scanner.type(&ScanParameters::cmdHead, "6810F1");
-    EXPECT_NE(panel().warning.find("mode 04"), std::string::npos);
-    adapter.expectOpening();
-    adapter.expect("ATSH6810F1\r");
-    scan();
+    EXPECT_EQ(scanner.panel().warning, erasesDataText);
+    prompts.answer = false;
+    scanner.pressScan();
+    EXPECT_NE(prompts.question.find(erasesDataText), std::string::npos);
+    EXPECT_FALSE(scanner.isScanning());
+    prompts.answer = true;
+    scan({}, "ATSH6810F1");
     EXPECT_EQ(status(), "com2 Changing Header");
     answer("04", "44 ");
     adapter.expect("ATD\r");
     adapter.receive("OK\r\r>");
     adapter.play();
-    EXPECT_TRUE(takeShown().find("V 04  \r\nScan Completed") != std::string::npos);
+    EXPECT_NE(takeShown().find("V 04  \r\nScan Completed"), std::string::npos);
 
-    adapter.expectOpening();
-    answer("ATSH6810F1", "?");
-    adapter.expect("ATD\r");
-    scan();
-    EXPECT_EQ(takeShown(),
-              "Header: 6810F1 Mode:4-4 Pid:- Suffix:\r\nError setting header\r\nScan Completed\r\n"
-              "  Events(s):0\r\n    No Data:0\r\n    Invalid:0\r\n       Zero:0\r\n\r\n\r\n");
+    type("55", "", ""); // erases nothing: no question
+    scan({{"ATSH6810F1", "?"}}, "ATD");
+    EXPECT_EQ(takeShown(), "Header: 6810F1 Mode:5-5 Pid:- Suffix:\r\nError setting header\r\n" +
+                               summary("Scan Completed", 0, 0, 0, 0));
     EXPECT_EQ(beeps, 1);
     EXPECT_EQ(scanner.failure(), "com2 Error on set header");
-    scanner.type(&ScanParameters::cmdHead, "686AF1");
-    EXPECT_EQ(panel().warning, "");
 }
 
 TEST_F(ScannerTest, CanBeStoppedAtAnyTime)
 {
-    const std::string halted = "Scan Halted\r\n"
-                               "  Events(s):0\r\n    No Data:0\r\n    Invalid:0\r\n       Zero:0\r\n\r\n\r\n";
-    adapter.expectOpening();
-    adapter.expect("0100\r");
-    scan();
+    const auto begin = [this] {
+        EXPECT_TRUE(takeShown().ends_with(summary("Scan Halted", 0, 0, 0, 0)));
+        adapter.expect("ATZ\r");
+        scanner.pressScan();
+        EXPECT_TRUE(timer.running && timer.interval == 45s);
+    };
+    scan({}, "0100");
+    EXPECT_FALSE(timer.running) << "requests have no time-out";
     adapter.expect("ATD\r");
     scanner.pressScan(); // no reply has come
-    EXPECT_EQ(status(), "com2 Scan Halted after 0 Events(s)");
+    EXPECT_EQ(face(),
+              "com2 Scan Halted after 0 Events(s)|Bytes In: 30 Out: 18 Errors: 0|Begin Scan start|0% ");
     EXPECT_EQ(scanner.failure(), "") << "the user wanted it";
-    EXPECT_TRUE(takeShown().ends_with(halted));
-
-    adapter.expect("ATZ\r");
-    scan();
-    EXPECT_EQ(status(), "com2 Opening...");
-    EXPECT_EQ(timer.interval, 45s);
+    begin();
     adapter.expect("ATD\r");
     timer.tick();
     EXPECT_EQ(prompts.takeMessage(), AdapterLink::notRespondingText);
-    EXPECT_TRUE(takeShown().ends_with(halted));
-    EXPECT_EQ(panel().labelStats, "Bytes In: 30 Out: 26 Errors: 1");
-
-    adapter.expect("ATZ\r");
-    scan();
+    EXPECT_EQ(face(),
+              "com2 Scan Halted after 0 Events(s)|Bytes In: 30 Out: 26 Errors: 1|Begin Scan start|0% ");
+    begin();
     adapter.sendEvent(commEvent::unknown);
     adapter.sendEvent(1);
     EXPECT_EQ(status(), "com2 Opening... - unhandled comm Event: 0");
-    EXPECT_EQ(panel().labelStats, "Bytes In: 30 Out: 30 Errors: 1") << "a reply or the end refreshes it";
     adapter.sendEvent(commEvent::deviceGone);
-    EXPECT_EQ(status(), "com2 - adapter disconnected");
-    EXPECT_EQ(panel().labelStats, "Bytes In: 30 Out: 30 Errors: 3");
-    EXPECT_TRUE(takeShown().ends_with(halted));
-    EXPECT_FALSE(scanner.isScanning());
+    EXPECT_EQ(face(), "com2 - adapter disconnected|Bytes In: 30 Out: 30 Errors: 3|Begin Scan start|0% ");
+    EXPECT_EQ(scanner.failure(), status());
 
-    adapter.openError = CommError(8005, "Port already open");
-    scan();
-    EXPECT_EQ(status(), "com2 - Comm init error: 8005: Port already open");
-    EXPECT_EQ(takeShown(), "");
-    EXPECT_EQ(panel().comScan.caption, "Begin Scan");
-}
-
-TEST_F(ScannerTest, LetsTheAdapterWorkWhileAReplyIsListed)
-{
-    struct WatchedBox final : OutputBox {
-        ScriptedAdapter& adapter;
-        std::string sentWhenListed;
-
-        explicit WatchedBox(ScriptedAdapter& sender) : adapter(sender) {}
-        void append(const std::string& text) override
-        {
-            if (text.starts_with("X 0100"))
-                sentWhenListed = adapter.history.back();
-        }
-        void replace(const std::string&) override {}
-        std::string text() const override { return {}; }
-    } watched(adapter);
-    Scanner other{{adapter, timer, clock, prompts, watched, [](auto) { return std::string(); }, [] {}},
-                  {2, "com2", "9600"}};
-    adapter.expectOpening();
-    answer("0100", "?");
-    adapter.expect("0101\r");
-    other.pressScan();
-    adapter.play();
-    EXPECT_EQ(watched.sentWhenListed, "0101\r");
-    adapter.expect("ATD\r");
-    other.unload();
-}
-
-TEST_F(ScannerTest, TellsHowLongAScanIsGoingToTake)
-{
     type("12", "0000", "FFFF");
-    adapter.expectOpening();
-    adapter.expect("010000\r");
-    scan();
-    EXPECT_EQ(panel().ProgressBar1.text, "0 of 131072");
+    scan({}, "010000");
     clock.now += 10s;
     adapter.expect("010001\r");
     adapter.receive("?\r\r>");
-    EXPECT_EQ(panel().ProgressBar1.text, "1 of 131072, 364:05:10 left");
+    EXPECT_TRUE(face().ends_with("|0% 1 of 131072, 21845:10 left")) << face();
     adapter.expect("ATD\r");
     scanner.unload();
-    EXPECT_TRUE(takeShown().find("Scan Halted") != std::string::npos);
+    EXPECT_NE(takeShown().find("Scan Halted"), std::string::npos);
 }
 
-TEST_F(ScannerTest, RefusesABoxWithABeep)
+TEST_F(ScannerTest, DoesNotBeginWithWhatTookTheRefusedTextsPlace)
 {
-    scanner.type(&ScanParameters::pidStop, "xyz");
-    EXPECT_EQ(beeps, 0);
-    scanner.leave(&ScanParameters::pidStop);
-    scanner.leave(&ScanParameters::pidStop); // now it is empty
-    EXPECT_EQ(beeps, 2);
-    EXPECT_EQ(scanner.boxes().pidStop, "");
-    EXPECT_EQ(status(), "Pid must be 0 to 4 hex digits");
-    scanner.type(&ScanParameters::modeStop, "a");
-    scanner.leave(&ScanParameters::modeStop);
+    const auto leave = [this](Scanner::Box typed, const char* text, bool towardsScan) {
+        scanner.type(typed, text);
+        scanner.leave(typed, towardsScan);
+    };
+    leave(&ScanParameters::modeStart, "3g", true);
+    scanner.pressScan();
+    EXPECT_EQ(status() + scanner.boxes().modeStart, "Mode must be 1 or 2 hex digits01");
+    leave(&ScanParameters::pidStop, "xyz", false); // towards another box: its user sees what became of it
+    EXPECT_EQ(status() + scanner.boxes().pidStop, "Pid must be 0 to 4 hex digits");
+    for (const bool towardsScan : {false, true}) {
+        leave(&ScanParameters::pidStop, "", towardsScan); // stays as it was left
+        adapter.expect("ATZ\r");
+        scanner.pressScan();
+        EXPECT_TRUE(scanner.isScanning());
+        adapter.expect("ATD\r");
+        scanner.pressScan();
+    }
+    leave(&ScanParameters::modeStop, "a", false);
     EXPECT_EQ(scanner.boxes().modeStop, "A");
-    EXPECT_EQ(beeps, 2);
-    EXPECT_EQ(status(), "Pid must be 0 to 4 hex digits") << "an accepted box says nothing";
+    EXPECT_EQ(beeps, 4);
+}
+
+TEST_F(ScannerTest, RemembersAllButTheHeader)
+{
+    const auto shown = [this] {
+        const ScanParameters& b = scanner.boxes();
+        const Scanner::Display& d = scanner.display();
+        return b.cmdHead + " " + b.modeStart + "-" + b.modeStop + " " + b.pidStart + "-" + b.pidStop + " " +
+               b.cmdSuffix + " " + std::to_string(static_cast<int>(d.filter)) + (d.dspDecimal ? "d" : "") +
+               (d.dspAscii ? "a" : "") + (d.dspNames ? "n" : "");
+    };
+    MemorySettings settings;
+    scanner.restore(settings);
+    EXPECT_EQ(shown(), "686AF1 01-01 00-1F  0") << "the first time";
+    type("29", "", "1A", "00");
+    scanner.type(&ScanParameters::cmdHead, "6810F1");
+    scanner.setDisplay({.filter = ScanFilter::exceptNoData, .dspDecimal = false, .dspAscii = true});
+    scanner.remember(settings);
+    type("11", "5", "5");
+    scanner.type(&ScanParameters::cmdHead, "686AF1");
+    scanner.setDisplay({});
+    settings.save("Scanner", "pidStop", "damaged");
+    scanner.restore(settings);
+    EXPECT_EQ(shown(), "686AF1 2-9 -5 00 3a");
 }
 
 } // namespace

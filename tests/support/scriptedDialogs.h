@@ -30,6 +30,13 @@ struct ScriptedDialogs final : FileDialogs {
         asked = "save " + folder + "|" + proposed + "|" + kinds.filter;
         return std::exchange(chosen, {});
     }
+
+    std::string chooseToAppend(const FileKinds& kinds, const std::string& folder,
+                               const std::string& proposed) override
+    {
+        asked = "append " + folder + "|" + proposed + "|" + kinds.filter;
+        return std::exchange(chosen, {});
+    }
 };
 
 } // namespace zint

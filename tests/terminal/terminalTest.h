@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/adapterLink.h"
 #include "support/manualTime.h"
 #include "support/scriptedAdapter.h"
 #include "support/scriptedPrompts.h"
@@ -11,6 +12,7 @@ namespace zint {
 /// A terminal on com3 whose adapter follows a script.
 struct TerminalTest : testing::Test {
     using Pieces = std::vector<std::string>;
+    using Counted = std::vector<std::int64_t>;
 
     ScriptedAdapter adapter;
     ManualTimer timer;
@@ -25,7 +27,14 @@ struct TerminalTest : testing::Test {
         adapter.expectOpening();
         terminal.pressOpenCom();
         adapter.play();
-        ASSERT_EQ(status(), "com3 Ready");
+        ASSERT_EQ(terminal.panel().statusBox, "com3 Ready");
+    }
+
+    /// Presses the button that opens and closes; the adapter gets a command by that, and does not answer.
+    void toggle(const char* command)
+    {
+        adapter.expect(command + std::string("\r"));
+        terminal.pressOpenCom();
     }
 
     /// Sends a command; each piece of the answer is a notification.
@@ -40,11 +49,18 @@ struct TerminalTest : testing::Test {
     /// What is in the box now; it is empty then.
     std::string takeShown() { return std::exchange(box.shown, {}); }
 
-    const std::string& status() const { return terminal.panel().statusBox; }
-    const std::string& line() const { return terminal.panel().labelStats; }
+    /// Status, counters, captions, and what is enabled.
+    std::string face() const
+    {
+        const TerminalPanel& p = terminal.panel();
+        return p.statusBox + "|" + p.labelStats + "|" + p.openCom.caption + "|" + p.repeatCom.caption + "|" +
+               (p.mnuOpenCom ? "open " : "") + (p.mnuCloseCom ? "close " : "") +
+               (p.sendCom.enabled ? "send " : "") + (p.sendIsDefault ? "default " : "") +
+               (timer.enabled() ? "timer " : "");
+    }
 
     /// The counters in the order of the statistics: received, then sent, then failed.
-    std::vector<std::int64_t> counted() const
+    Counted counted() const
     {
         const TerminalCounters& c = terminal.counters();
         return {c.bytesIn,     c.messagesReceived, c.bytesOut,      c.commandsSent,
