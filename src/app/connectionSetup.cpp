@@ -1,6 +1,7 @@
 #include "app/connectionSetup.h"
 
 #include "platform/browser.h"
+#include "platform/dateText.h"
 #include "platform/folders.h"
 #include "platform/text.h"
 
@@ -26,7 +27,9 @@ Launcher::System launcherSystem()
                 fromQt(QDir::toNativeSeparators(programDataFolder() + QStringLiteral("/designs"))),
             .descriptionsFile =
                 fromQt(QDir::toNativeSeparators(programDataFolder() + QStringLiteral("/dtc.txt"))),
-            .findBrowser = findBrowser};
+            .findBrowser = findBrowser,
+            .userDataFolder = fromQt(userDataFolder()),
+            .dateText = dateText};
 }
 
 void applyForThisRun(const ConnectionOptions& options, PortDirectory& ports)

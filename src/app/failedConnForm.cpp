@@ -23,11 +23,13 @@ failedConnForm::failedConnForm(ToolContext& context)
     ui->setupUi(this);
     display(*ui->failedRpt, context.values.lastFailureText);
     display(*ui->Label4, programInfo().supportText);
+    display(*ui->adviceLab, context.connection().advice());
     onClick(ui->tooOld, &failedConnForm::tooOld_Click);
     onClick(ui->badHardware, &failedConnForm::badHardware_Click);
     onClick(ui->ignitionOn, &failedConnForm::ignitionOn_Click);
     onClick(ui->applyCom, &failedConnForm::applyCom_Click);
     onClick(ui->cancelCom, &failedConnForm::cancelCom_Click);
+    onClick(ui->helpCom, &failedConnForm::helpCom_Click);
     setUpCommonControls();
 }
 
@@ -42,5 +44,7 @@ void failedConnForm::ignitionOn_Click() { display(*ui->detail1, ignitionOnText);
 void failedConnForm::applyCom_Click() { close(); }
 
 void failedConnForm::cancelCom_Click() { close(); }
+
+void failedConnForm::helpCom_Click() { showHelp(silencePage); }
 
 } // namespace zint

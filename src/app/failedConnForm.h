@@ -25,6 +25,7 @@ private:
     void ignitionOn_Click();
     void applyCom_Click(); ///< sends nothing, on purpose
     void cancelCom_Click();
+    void helpCom_Click();
 
     std::unique_ptr<Ui::failedConnForm> ui;
 };

@@ -2,11 +2,13 @@
 
 #include "dtcdb/databaseKind.h"
 #include "dtcdb/dtcText.h"
+#include "shared/keptFiles.h"
 #include "shared/module1.h"
 #include "shared/programInfo.h"
 #include "shared/runTimeError.h"
 
 #include <utility>
+#include <vector>
 
 namespace zint {
 namespace {
@@ -28,6 +30,20 @@ constexpr std::array<SavedValue, 6> savedValues = {{
     {"parmOutput", "parmOutputDir ", &ProgramValues::parmOutput, &ProgramValues::parmOutputFile},
     {"parmLog", "parmLogDir ", &ProgramValues::parmLog, &ProgramValues::parmLogFile},
     {"parmExport", "parmExportDir ", &ProgramValues::parmExport, &ProgramValues::parmExportFile},
+}};
+
+/// What a tool keeps of the user's work while it is not saved.
+struct KeptWork {
+    Tool tool;
+    const char* folder;
+    const char* extension;
+    std::size_t most; ///< as many as the tool offers
+    const char* what; ///< between how many and when the last one was kept
+};
+
+constexpr std::array<KeptWork, 2> keptWork = {{
+    {Tool::pollDesigner, "/designs", ".obc", 10, " in the Polling Designer, the last design of "},
+    {Tool::pollRunner, "/runs", ".run", 10, " in Poll Data, the last run of "},
 }};
 
 constexpr const char* speedHintText = "Most USB and Bluetooth adapters: 38400";
@@ -140,16 +156,14 @@ bool Launcher::refreshPortInfo()
     return panel_ != before;
 }
 
-ConnectionChoice Launcher::connection()
+ConnectionChoice Launcher::connection() const
 {
     const int number = panel_.comPort + 1;
     const PortDirectory::Target target = ports_.target(number);
-    ConnectionChoice choice{.portNumber = number,
-                            .portName = PortDirectory::name(number),
-                            .device = target.isDevice() ? target.location : target.text(),
-                            .speed = std::string(lineSpeeds.at(static_cast<std::size_t>(panel_.comSpeed)))};
-    values_.silenceAdvice = "No answer on " + choice.portName + ". " + choice.advice();
-    return choice;
+    return {.portNumber = number,
+            .portName = PortDirectory::name(number),
+            .speed = std::string(lineSpeeds.at(static_cast<std::size_t>(panel_.comSpeed))),
+            .device = target.isDevice() ? target.location : target.text()};
 }
 
 Tool Launcher::toolFor(Tool button)
@@ -201,6 +215,25 @@ void Launcher::setUpDescriptions()
     }
     values_.parmDTCdb = path;
     prompts_.message(std::to_string(import.added) + " code descriptions are set up in " + path);
+}
+
+std::optional<Tool> Launcher::offerUnsavedWork(std::chrono::system_clock::time_point since)
+{
+    std::vector<std::string> lines;
+    std::vector<Tool> tools;
+    for (const KeptWork& work : keptWork) {
+        auto files = KeptFiles(system_.userDataFolder + work.folder, work.extension, work.most).newestFirst();
+        std::erase_if(files, [since](const KeptFiles::File& file) { return file.changed < since; });
+        if (files.empty())
+            continue;
+        lines.push_back(std::to_string(files.size()) + work.what + system_.dateText(files.front().changed));
+        tools.push_back(work.tool);
+    }
+    if (lines.empty())
+        return std::nullopt;
+    const auto chosen =
+        prompts_.choose("Zint was cut off the last time. This was not saved:", "Recover Unsaved Work", lines);
+    return chosen ? std::optional(tools.at(*chosen)) : std::nullopt;
 }
 
 std::string Launcher::stored(const char* key, const std::string& missing) const

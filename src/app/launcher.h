@@ -9,7 +9,9 @@
 #include "shared/settingsStore.h"
 
 #include <array>
+#include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -30,7 +32,10 @@ public:
         std::string sampleFolder;     ///< see ProgramValues
         std::string descriptionsFile; ///< likewise
         std::function<std::string()>
-            findBrowser; ///< the program that opens web pages; empty when there is none
+            findBrowser;            ///< the program that opens web pages; empty when there is none
+        std::string userDataFolder; ///< see ToolContext
+        std::function<std::string(std::chrono::system_clock::time_point)>
+            dateText; ///< writes a time as the user reads it
     };
 
     /// All references outlive the launcher. The design is set to the default design.
@@ -56,7 +61,7 @@ public:
     bool refreshPortInfo();
 
     /// What a tool reads when it is opened. The shared values then tell what to do if nothing answers there.
-    ConnectionChoice connection();
+    ConnectionChoice connection() const;
 
     /// The tool that a button opens: polling needs a design without unpolled events, so that with any other
     /// the designer comes first, and is told why.
@@ -69,6 +74,10 @@ public:
     /// and tells what came of it. @throws DatabaseError, FileError when it can't be made; nothing is left
     /// then
     void setUpDescriptions();
+
+    /// Offers what was kept, and not saved, since a session began that was cut off.
+    /// @return the tool in which the user wants to recover it
+    std::optional<Tool> offerUnsavedWork(std::chrono::system_clock::time_point since);
 
     const StartPanel& panel() const { return panel_; }
 

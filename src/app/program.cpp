@@ -92,10 +92,27 @@ void Program::start()
     start_ = new startForm(context_, [this](Prompts& prompts) -> Launcher& { return makeLauncher(prompts); },
                            {.hasTool = [](Tool tool) { return entryOf(tool) != nullptr; },
                             .openTool = [this](Tool tool) { openTool(tool); },
-                            .assignPorts = [this] { assignPorts(); }});
+                            .assignPorts = [this] { assignPorts(); },
+                            .recoverIn = [this](Tool tool) { recoverIn(tool); }});
     connect(start_, &toolForm::unloaded, qApp, &QCoreApplication::quit);
     start_->show();
     QTimer::singleShot(0, qApp, &useProgramIcon); // drawing it would keep the window waiting
+    QTimer::singleShot(0, this, &Program::lookForUnsavedWork);
+}
+
+void Program::lookForUnsavedWork()
+{
+    session_.emplace(userDataFolder());
+    if (const auto since = session_->cutOffSince())
+        start_->offerUnsavedWork(*since);
+}
+
+/// The runner is opened for a run whatever the present design is: the run brings its own.
+void Program::recoverIn(Tool tool)
+{
+    openTool(tool);
+    if (auto* recover = tool_->findChild<QAction*>(QStringLiteral("mnuRecover")))
+        QTimer::singleShot(0, recover, &QAction::trigger); // when the launcher's handler has returned
 }
 
 void Program::openTool(Tool tool)

@@ -5,6 +5,7 @@
 #include "app/vehiclePorts.h"
 #include "platform/qtSettingsStore.h"
 #include "platform/runningInstance.h"
+#include "platform/sessionMark.h"
 #include "platform/systemPorts.h"
 #include "platform/toolContext.h"
 
@@ -37,6 +38,8 @@ public:
 private:
     Launcher& makeLauncher(Prompts& prompts);
     void openTool(Tool tool);
+    void recoverIn(Tool tool);
+    void lookForUnsavedWork();
     void openFailedConn(QWidget& caller);
     void assignPorts();
     void toolClosed();
@@ -54,6 +57,7 @@ private:
     std::optional<Launcher> launcher_;
     ToolContext context_;
     RunningInstance instance_;
+    std::optional<SessionMark> session_;
     QPointer<startForm> start_;
     QPointer<toolForm> tool_;
     std::optional<Tool> next_; ///< opened in place of the launcher when the present tool closes

@@ -4,6 +4,7 @@
 #include "platform/text.h"
 
 #include <QTimer>
+#include <QWindow>
 
 #include <utility>
 
@@ -63,17 +64,25 @@ void startForm::showEvent(QShowEvent* event)
     QTimer::singleShot(0, this, [this] { gate().run([this] { lookAtPorts(); }); }); // the window comes first
 }
 
+void startForm::offerUnsavedWork(std::chrono::system_clock::time_point since)
+{
+    gate().run([this, since] {
+        if (const auto tool = launcher_.offerUnsavedWork(since))
+            actions_.recoverIn(*tool);
+    });
+}
+
 void startForm::showAgain()
 {
     paint();
-    move(place_);
+    windowHandle()->setPosition(place_); // move() would pass nothing on, for the widget is there already
     show();
 }
 
 void startForm::hideEvent(QHideEvent* event)
 {
     portWatch_.setEnabled(false);
-    place_ = pos();
+    place_ = geometry().topLeft();
     toolForm::hideEvent(event);
 }
 

@@ -23,11 +23,15 @@ public:
         std::function<bool(Tool)> hasTool;
         std::function<void(Tool)> openTool;
         std::function<void()> assignPorts;
+        std::function<void(Tool)> recoverIn; ///< opens a tool and its list of unsaved work
     };
 
     /// Loads the saved settings into the launcher. @param context and launcher outlive the window
     startForm(ToolContext& context, const std::function<Launcher&(Prompts&)>& makeLauncher, Actions actions);
     ~startForm() override;
+
+    /// Offers what was not saved since a session began that was cut off.
+    void offerUnsavedWork(std::chrono::system_clock::time_point since);
 
     /// Shows the window again, where it was, with what the launcher says by now.
     void showAgain();

@@ -182,7 +182,8 @@ void CodesExchange::linkReceived()
 
 void CodesExchange::linkTimedOut()
 {
-    prompts_.message(std::string(AdapterLink::notRespondingText) + ". See fails-to-respond under Help.");
+    prompts_.tellOfSilence(std::string(AdapterLink::notRespondingText) + ". See fails-to-respond under Help.",
+                           link_.timeoutReason());
     values_.lastFailureText = AdapterLink::timeoutText;
     if (link_.isOpen())
         pressStartingButton();

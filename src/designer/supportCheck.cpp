@@ -55,7 +55,7 @@ void SupportCheck::linkEvent(int event)
 
 void SupportCheck::linkTimedOut()
 {
-    prompts_.message(std::string(AdapterLink::notRespondingText));
+    prompts_.tellOfSilence(std::string(AdapterLink::notRespondingText), link_.timeoutReason());
     link_.close();
     onChanged();
 }

@@ -57,9 +57,7 @@ bool AdapterLink::open(Guard guard)
 
 std::string AdapterLink::timeoutReason() const
 {
-    const bool nothingCame = counters_.bytesIn == bytesBefore_;
-    return choice_.advice() + (nothingCame ? "\r\nNothing was received."
-                                           : "\r\nWhat was received is no answer: the speed may be wrong.");
+    return choice_.silenceReason(counters_.bytesIn == bytesBefore_);
 }
 
 void AdapterLink::close()

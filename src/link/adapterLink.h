@@ -95,7 +95,7 @@ public:
     /// such as "BUS INIT: ...ERROR"; empty when there was none.
     const std::string& notice() const { return buffer_.notice(); }
 
-    /// What a user who gets no answer to the reset should look at: port, device, speed, what was received.
+    /// What a user who gets no answer to the reset should look at.
     std::string timeoutReason() const;
 
     /// Sends a command or request and its carriage return. Legal while the link is open. A device that has

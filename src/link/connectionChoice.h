@@ -8,8 +8,8 @@ namespace zint {
 struct ConnectionChoice {
     int portNumber = 1;            ///< 1 to 8
     std::string portName = "com1"; ///< as shown, in front of each status word
-    std::string device;            ///< what the port stands for, as shown: "/dev/ttyUSB0"
     std::string speed = "9600";    ///< bits per second, as shown
+    std::string device = {};       ///< what the port stands for, as shown: "/dev/ttyUSB0"
 
     std::string lineSettings() const { return speed + ",N,8,1"; }
 
@@ -18,6 +18,13 @@ struct ConnectionChoice {
     {
         return "Check port (" + device + ") and speed (" + speed +
                ") in the launcher; most adapters use 38400.";
+    }
+
+    /// The same, with what came in place of an answer.
+    std::string silenceReason(bool nothingCame) const
+    {
+        return "No answer on " + portName + ": " +
+               (nothingCame ? "nothing was received. " : "what was received is not readable. ") + advice();
     }
 };
 

@@ -4,7 +4,7 @@
 #include "platform/text.h"
 #include "shared/programInfo.h"
 
-#include <QProcess>
+#include <QDir>
 #include <QUrl>
 
 namespace zint {
@@ -17,26 +17,26 @@ std::string ownHelpSite()
     return fromQt(QUrl::fromLocalFile(folder).toString(QUrl::FullyEncoded));
 }
 
-void openAddress(const ProgramValues& values, const std::string& address)
+std::string openAddress(const ProgramValues& values, const std::string& address)
 {
-    if (!values.browserPath.empty())
-        QProcess::startDetached(toQt(values.browserPath), {toQt(address)});
+    if (!values.browserPath.empty() && startBrowser(toQt(values.browserPath), toQt(address)))
+        return {};
+    const QUrl url(toQt(address));
+    return url.isLocalFile() ? fromQt(QDir::toNativeSeparators(url.toLocalFile())) : address;
 }
 
 } // namespace
 
-void openHelpPage(const ProgramValues& values, const std::string& page)
+std::string openHelpPage(const ProgramValues& values, const std::string& page)
 {
     const ProgramInfo& info = programInfo();
-    openAddress(values, info.helpAddress(info.helpSite.empty() ? ownHelpSite() : info.helpSite, page));
+    return openAddress(values, info.helpAddress(info.helpSite.empty() ? ownHelpSite() : info.helpSite, page));
 }
 
-void openWebSite(const ProgramValues& values)
+std::string openWebSite(const ProgramValues& values)
 {
-    if (programInfo().webSite.empty())
-        openHelpPage(values, {});
-    else
-        openAddress(values, programInfo().webSite);
+    const std::string& site = programInfo().webSite;
+    return site.empty() ? openHelpPage(values, {}) : openAddress(values, site);
 }
 
 } // namespace zint

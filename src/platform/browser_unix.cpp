@@ -6,6 +6,7 @@
 #include <QStandardPaths>
 
 #include <algorithm>
+#include <unistd.h>
 #include <utility>
 
 namespace zint {
@@ -79,6 +80,20 @@ std::string findBrowser()
     if (program.isEmpty())
         program = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
     return fromQt(program);
+}
+
+bool startBrowser(const QString& program, const QString& address)
+{
+    if (!program.endsWith(QLatin1String("/xdg-open")))
+        return QProcess::startDetached(program, {address});
+    // It can always be started. What tells whether it found a browser is how it ends, unless it becomes one.
+    constexpr int patienceMs = 2000;
+    auto* process = new QProcess; // may outlive the program
+    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    process->setProcessChannelMode(QProcess::ForwardedChannels);
+    process->setChildProcessModifier([] { ::setsid(); }); // a Ctrl-C is not for the browser
+    process->start(program, {address});
+    return !process->waitForFinished(patienceMs) || process->exitCode() == 0;
 }
 
 } // namespace zint

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <qt_windows.h>
 
 #include <array>
@@ -27,6 +28,11 @@ std::string findBrowser()
 
     constexpr quintptr success = 33; // smaller results are error numbers
     return result < success ? std::string() : fromQt(QString::fromWCharArray(program.data()).trimmed());
+}
+
+bool startBrowser(const QString& program, const QString& address)
+{
+    return QProcess::startDetached(program, {address});
 }
 
 } // namespace zint

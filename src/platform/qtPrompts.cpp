@@ -118,6 +118,17 @@ void QtPrompts::message(const std::string& text, const std::string& title, const
     box.exec();
 }
 
+void QtPrompts::tellOfSilence(const std::string& text, const std::string& reason)
+{
+    QMessageBox box(&window_);
+    box.setInformativeText(toQtLines(reason));
+    prepare(box, QMessageBox::Information, text, {});
+    box.setStandardButtons(QMessageBox::Ok | QMessageBox::Help);
+    box.setEscapeButton(QMessageBox::Ok);
+    while (box.exec() == QMessageBox::Help)
+        helpOnSilence();
+}
+
 std::optional<std::string> QtPrompts::input(const std::string& text, const std::string& title,
                                             const std::string& initial)
 {

@@ -13,6 +13,7 @@ public:
     explicit QtPrompts(QWidget& window) : window_(window) {}
 
     void message(const std::string& text, const std::string& title, const std::string& reason) override;
+    void tellOfSilence(const std::string& text, const std::string& reason) override;
     std::optional<std::string> input(const std::string& text, const std::string& title,
                                      const std::string& initial) override;
     std::optional<std::string> inputOrChoose(const std::string& text, const std::string& title,
@@ -21,6 +22,8 @@ public:
                                       const std::vector<std::string>& lines) override;
     bool confirm(const std::string& text, const std::string& title) override;
     bool runLong(const std::string& text, const std::function<void(Progress&)>& work) override;
+
+    std::function<void()> helpOnSilence; ///< shows the help on an adapter that does not answer
 
 private:
     QWidget& window_;

@@ -20,6 +20,7 @@ toolForm::toolForm(ToolContext& context, std::string helpPage)
     : context_(context), helpPage_(std::move(helpPage)), prompts_(*this)
 {
     setAttribute(Qt::WA_DeleteOnClose);
+    prompts_.helpOnSilence = [this] { showHelp(silencePage); };
     gate_.onError = [this](const std::string& text, const std::string& reason) {
         prompts().message(text, {}, reason);
     };
@@ -53,6 +54,7 @@ void toolForm::setUpCommonControls()
     }
     if (auto* back = findChild<QPushButton*>(QStringLiteral("backCom")))
         onClick(back, &toolForm::goBack);
+    giveOwnIcons(*this);
     restoreSize(*this, context_.settings);
 }
 
@@ -126,9 +128,17 @@ void toolForm::goBack() { close(); }
 
 void toolForm::mnuAbout_Click() { prompts().message(programInfo().aboutText()); }
 
-void toolForm::mnuHelp_Click() { openHelpPage(context_.values, helpPage_); }
+void toolForm::mnuHelp_Click() { showHelp(helpPage_); }
 
-void toolForm::logo_Click() { openWebSite(context_.values); }
+void toolForm::logo_Click() { tellOfPage(openWebSite(context_.values)); }
+
+void toolForm::showHelp(const std::string& page) { tellOfPage(openHelpPage(context_.values, page)); }
+
+void toolForm::tellOfPage(const std::string& place)
+{
+    if (!place.empty())
+        prompts().message("No program was found that shows web pages. The page is " + place);
+}
 
 void toolForm::mnuPrintSetup_Click() { printer().setUp(); }
 

@@ -92,6 +92,11 @@ protected:
     /// other one, if any.
     void pressFocused(QPushButton* otherwise);
 
+    /// Opens a page of the help, or tells where it is.
+    void showHelp(const std::string& page);
+
+    static constexpr const char* silencePage = "docfails2"; ///< on an adapter that does not answer
+
     ToolContext& context() { return context_; }
     EventGate& gate() { return gate_; }
     Prompts& prompts() { return prompts_; }
@@ -111,6 +116,7 @@ private:
     void mnuPrintSetup_Click();
     void mnuPrintOut_Click();
     void logo_Click();
+    void tellOfPage(const std::string& place);
     void goBack();
     void unload();
     void leave();

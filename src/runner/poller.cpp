@@ -403,7 +403,7 @@ void Poller::linkEvent(int event)
 
 void Poller::linkTimedOut()
 {
-    around_.prompts.message(std::string(AdapterLink::notRespondingText));
+    around_.prompts.tellOfSilence(std::string(AdapterLink::notRespondingText), link_.timeoutReason());
     if (pollActive_)
         stop(completedStatus());
 }

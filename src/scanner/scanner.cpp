@@ -302,7 +302,7 @@ void Scanner::linkEvent(int event)
 void Scanner::linkTimedOut()
 {
     failure_ = AdapterLink::notRespondingText;
-    around_.prompts.message(failure_);
+    around_.prompts.tellOfSilence(failure_, link_.timeoutReason());
     if (isScanning())
         end();
     changed();

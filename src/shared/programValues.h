@@ -32,7 +32,6 @@ struct ProgramValues {
     std::string descriptionsFile;   ///< the code descriptions that come with the program
     std::string browserPath;        ///< the program that opens web pages; empty when none was found
     std::string lastFailureText;    ///< the last reply that was no monitor status, or the time-out's text
-    std::string silenceAdvice;      ///< what to do when the adapter of the tool that is open does not answer
 
     /// Lets the file dialogs start where a file was chosen.
     void rememberFolderOf(const std::string& path)

@@ -21,6 +21,12 @@ public:
     virtual void message(const std::string& text, const std::string& title = {},
                          const std::string& reason = {}) = 0;
 
+    /// Tells that the adapter does not answer; a window offers its help page on that.
+    virtual void tellOfSilence(const std::string& text, const std::string& reason)
+    {
+        message(text, {}, reason);
+    }
+
     /// Asks for a line of text, which begins as `initial`. @return nothing for a Cancel
     virtual std::optional<std::string> input(const std::string& text, const std::string& title,
                                              const std::string& initial = {}) = 0;

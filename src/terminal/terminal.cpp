@@ -34,7 +34,7 @@ void dropLeadingLineEnds(std::string& received)
 } // namespace
 
 Terminal::Terminal(Surroundings surroundings, const ConnectionChoice& choice)
-    : around_(surroundings), portName_(choice.portName),
+    : around_(surroundings), choice_(choice),
       binary_({.show = [this](const std::string& text) { output_ += text; },
                .store = [this](const std::string& reply) { history_.add(cmdEcho_ + reply); },
                .prompted = [this] { prompted(); }})
@@ -42,7 +42,7 @@ Terminal::Terminal(Surroundings surroundings, const ConnectionChoice& choice)
     AdapterLink::setUp(around_.port, choice);
     around_.port.onComm = [this] { portEvent(); };
     around_.timer.onTick = [this] { timedOut(); };
-    panel_.statusBox = portName_ + " Closed";
+    panel_.statusBox = choice_.portName + " Closed";
     updateControls();
 }
 
@@ -69,7 +69,7 @@ void Terminal::open()
         around_.port.open();
         around_.port.output(std::string(AdapterLink::resetCommand) + '\r');
     } catch (const CommError& error) {
-        panel_.statusBox = portName_ + AdapterLink::initErrorText(error);
+        panel_.statusBox = choice_.portName + AdapterLink::initErrorText(error);
         around_.port.close();
         return;
     }
@@ -77,7 +77,7 @@ void Terminal::open()
     counters_.bytesOut += static_cast<std::int64_t>(AdapterLink::resetCommand.size()) + 1;
     ++counters_.commandsSent;
     refreshCounters();
-    panel_.statusBox = portName_ + " Open";
+    panel_.statusBox = choice_.portName + " Open";
     cmdEcho_.clear();
     binary_.clear();
     lastLineHadPrompt_ = false;
@@ -98,7 +98,7 @@ void Terminal::endConnection(std::string_view status)
     around_.timer.setEnabled(false);
     repeating_ = false;
     around_.port.close();
-    panel_.statusBox = portName_ + std::string(status);
+    panel_.statusBox = choice_.portName + std::string(status);
 }
 
 void Terminal::pressSendCom()
@@ -110,7 +110,7 @@ void Terminal::pressSendCom()
     changed();
 }
 
-void Terminal::askToOpen() { panel_.statusBox = portName_ + " Closed - press Open OBD first"; }
+void Terminal::askToOpen() { panel_.statusBox = choice_.portName + " Closed - press Open OBD first"; }
 
 void Terminal::send()
 {
@@ -126,7 +126,7 @@ void Terminal::send()
         return;
     }
     if (isReady())
-        panel_.statusBox = portName_ + " Ready"; // what stands there is about the commands before
+        panel_.statusBox = choice_.portName + " Ready"; // what stands there is about the commands before
     write(inBox_);
     refreshCounters();
     cmdEcho_ = ">" + inBox_ + "  ";
@@ -225,14 +225,14 @@ void Terminal::takeBanner()
     rxBuf_.erase(0, start == std::string::npos ? 0 : start);
     takeLineToPrompt({});
     write("ATE0");
-    panel_.statusBox = portName_ + " Init";
+    panel_.statusBox = choice_.portName + " Init";
     linkState_ = State::echoOffSent;
 }
 
 void Terminal::takeStartUp(std::string_view prefix, State next)
 {
     takeLineToPrompt(prefix);
-    panel_.statusBox = portName_ + " Ready";
+    panel_.statusBox = choice_.portName + " Ready";
     linkState_ = next;
     if (next == State::binary)
         binary_.begin();
@@ -258,7 +258,7 @@ void Terminal::takeTextLine()
         const TextReply reply = showTextReply(rxBuf_, options_.base);
         rxBuf_.erase(0, end + 1);
         if (reply.overflowed) {
-            panel_.statusBox = portName_ + " - Overflow: a number is larger than 7FFFFFFF";
+            panel_.statusBox = choice_.portName + " - Overflow: a number is larger than 7FFFFFFF";
             ++counters_.totalErrors;
         }
         if (!reply.text.empty()) {
@@ -298,7 +298,8 @@ void Terminal::timedOut()
 {
     around_.timer.setEnabled(false);
     ++counters_.totalErrors;
-    around_.prompts.message(std::string(AdapterLink::notRespondingText));
+    around_.prompts.tellOfSilence(std::string(AdapterLink::notRespondingText),
+                                  choice_.silenceReason(rxBuf_.empty()));
     if (sendsAfterTimeout_)
         send();
     changed();
@@ -330,7 +331,7 @@ void Terminal::refreshCounters() { panel_.labelStats = counters_.line(); }
 void Terminal::updateControls()
 {
     const bool isNowOpen = isOpen();
-    panel_.openCom.caption = (isNowOpen ? "Close OBD (" : "Open OBD (") + portName_ + ")";
+    panel_.openCom.caption = (isNowOpen ? "Close OBD (" : "Open OBD (") + choice_.portName + ")";
     panel_.mnuOpenCom = !isNowOpen;
     panel_.mnuCloseCom = panel_.sendIsDefault = isNowOpen;
     panel_.sendCom.enabled = !repeating_;

@@ -97,7 +97,7 @@ private:
     void changed();
 
     Surroundings around_;
-    std::string portName_;
+    const ConnectionChoice choice_;
     TerminalOptions options_;
     TerminalPanel panel_;
     TerminalCounters counters_;

@@ -101,9 +101,9 @@ TEST_F(LauncherTest, TellsWhatThePortsStandForAndWhereNothingAnswers)
     EXPECT_FALSE(launcher.refreshPortInfo()) << "nothing new";
     EXPECT_EQ(launcher.panel().portInfo, "/dev/ttyUSB0 - FT232R USB UART");
     EXPECT_EQ(launcher.panel().portTips[2], "ttyUSB0 - FT232R USB UART") << "the same device";
-    launcher.connection();
-    EXPECT_EQ(values.silenceAdvice, "No answer on com1. Check port (/dev/ttyUSB0) and speed (9600) in the "
-                                    "launcher; most adapters use 38400.");
+    EXPECT_EQ(launcher.connection().silenceReason(true),
+              "No answer on com1: nothing was received. Check port (/dev/ttyUSB0) and speed (9600) in the "
+              "launcher; most adapters use 38400.");
     for (const auto& [position, device] : {std::pair(1, "nothing connected"), {3, "simulated vehicle"}}) {
         launcher.choosePort(position);
         EXPECT_EQ(launcher.connection().device, device);
@@ -191,6 +191,28 @@ TEST_F(LauncherTest, ShowsAndClearsFoldersAndFilesButNotTheStoreNorTheConnection
     EXPECT_EQ(stored(), "2,1,dir,db,save,output,log,export,") << "the store follows at the exit";
     launcher.unload();
     EXPECT_EQ(stored(), "2,1,,,,,,,");
+}
+
+TEST_F(LauncherTest, OffersWhatWasNotSavedSinceACrash)
+{
+    const TemporaryFolder folder;
+    Launcher::System here = surroundings('/');
+    here.userDataFolder = folder.path();
+    here.dateText = [](auto) { return "today"; };
+    Launcher mine(settings, ports, prompts, values, design, here);
+    const auto before = std::chrono::system_clock::now() - std::chrono::minutes(1);
+    EXPECT_EQ(mine.offerUnsavedWork(before), std::nullopt) << "nothing was lost";
+    for (const char* sub : {"designs", "runs"})
+        std::filesystem::create_directories(folder.path(sub));
+    folder.write(folder.path("runs/a.run"), "x");
+    prompts.chosen = 0;
+    EXPECT_EQ(mine.offerUnsavedWork(before), Tool::pollRunner);
+    EXPECT_TRUE(prompts.question.ends_with("\n1 in Poll Data, the last run of today")) << prompts.question;
+    folder.write(folder.path("designs/a.obc"), "x");
+    prompts.chosen = 0;
+    EXPECT_EQ(mine.offerUnsavedWork(before), Tool::pollDesigner);
+    EXPECT_EQ(mine.offerUnsavedWork(before), std::nullopt) << "cancelled";
+    EXPECT_EQ(mine.offerUnsavedWork(before + std::chrono::hours(1)), std::nullopt) << "all of it is older";
 }
 
 TEST_F(LauncherTest, SetsUpCodeDescriptionsWhereThereAreNone)

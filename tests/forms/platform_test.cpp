@@ -5,6 +5,8 @@
 #include "platform/qtPrompts.h"
 #include "platform/qtSettingsStore.h"
 #include "platform/qtTimer.h"
+#include "platform/sessionMark.h"
+#include "platform/text.h"
 #include "platform/toolForm.h"
 #include "shared/fileError.h"
 
@@ -129,11 +131,47 @@ TEST(QtSettingsStoreTest, TellsOfAFileThatHoldsNoSettings)
     EXPECT_EQ(QtSettingsStore().damage(), "");
 }
 
+TEST(SessionMarkTest, FindsSessionsThatWereCutOff)
+{
+    const TemporaryFolder folder;
+    const QString path = toQt(folder.path());
+    std::optional<SessionMark> first(path);
+    EXPECT_FALSE(first->cutOffSince() || SessionMark(path).cutOffSince()) << "the first one runs";
+    first.reset();
+    TemporaryFolder::write(folder.path("session-1.lock"),
+                           "999999999\nzint-obd\n\n"); // of a process that is gone
+    first.emplace(path);
+    EXPECT_LT(std::chrono::system_clock::now() - first->cutOffSince().value(), 1min);
+    EXPECT_FALSE(SessionMark(path).cutOffSince()) << "it is told once";
+}
+
+TEST(QtPromptsTest, ASilentAdapterIsToldWithAdviceAndHelp)
+{
+    QWidget window;
+    QtPrompts prompts(window);
+    int helped = 0;
+    prompts.helpOnSilence = [&helped] { ++helped; };
+    QTimer user;
+    QObject::connect(&user, &QTimer::timeout, &user, [&helped] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        EXPECT_EQ(box->informativeText(), u"Check the port");
+        box->button(helped == 0 ? QMessageBox::Help : QMessageBox::Ok)->click();
+    });
+    user.start(20);
+    prompts.tellOfSilence("no answer", "Check the port");
+    EXPECT_EQ(helped, 1);
+}
+
 TEST(BrowserTest, TheEnvironmentsChoiceComesFirst)
 {
     EXPECT_EQ(findBrowser(), "/bin/true");                          // as set in main
     qputenv("BROWSER", "no-such-browser:env HINT=1 true %s:sh %s"); // env alone would show no page
     EXPECT_TRUE(findBrowser().ends_with("/sh"));
+    const TemporaryFolder folder; // with what always starts, though nothing shows pages
+    TemporaryFolder::write(folder.path("xdg-open"), "#!/bin/sh\nexit $1\n");
+    std::filesystem::permissions(folder.path("xdg-open"), std::filesystem::perms::owner_all);
+    EXPECT_FALSE(startBrowser(toQt(folder.path("xdg-open")), u"3"_qs));
+    EXPECT_TRUE(startBrowser(toQt(folder.path("xdg-open")), u"0"_qs));
     qputenv("BROWSER", "/bin/true");
 }
 

@@ -58,18 +58,23 @@ TEST_F(StartFormTest, ButtonsAndMenusDoTheirWork)
     trigger("mnuClearReg");
     EXPECT_TRUE(messageOf([this] { trigger("mnuShowReg"); }).endsWith(u"Vars:\nparmInitDir \nparmDTCdb \n"));
     EXPECT_TRUE(messageOf([this] { trigger("mnuAbout"); }).startsWith(u"Zint Version 1.5.1\n"));
+    EXPECT_TRUE(messageOf([this] { trigger("mnuHelp"); }).endsWith(u"/docstart2.html"))
+        << "without a browser";
 }
 
 using FailedConnFormTest = FormTest;
 
 TEST_F(FailedConnFormTest, ShowsTheFailureAndTheHints)
 {
-    EXPECT_EQ(failedConnForm(context).findChild<QLabel*>(QStringLiteral("failedRpt"))->text(), u"");
+    context.connection = [] { return ConnectionChoice{.device = "/dev/ttyS0"}; };
     values.lastFailureText = "SEARCHING...\r41 01 00 \r\r>";
     form = new failedConnForm(context);
     form->show();
     EXPECT_EQ(textOf("failedRpt"), u"SEARCHING...\n41 01 00 \n\n>") << "the reply's lines are lines here";
     EXPECT_TRUE(textOf("detail1").startsWith(u"We apologize for the inconvenience"));
+    EXPECT_EQ(textOf("adviceLab"),
+              u"Check port (/dev/ttyS0) and speed (9600) in the launcher; most adapters use 38400.");
+    EXPECT_TRUE(messageOf([this] { click("helpCom"); }).endsWith(u"/docfails2.html"));
     click("tooOld");
     EXPECT_TRUE(textOf("detail1").startsWith(u"OBD2 standards were in effect in the U.S. in 1996."));
     click("badHardware");
