@@ -4,6 +4,7 @@
 #include "shared/module1.h"
 #include "shared/textFile.h"
 
+#include <SQLiteCpp/Backup.h>
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <SQLiteCpp/VariadicBind.h>
 #include <sqlite3.h>
@@ -111,14 +112,6 @@ struct Removed {
     const std::string path;
 };
 
-/// @param path that the user is told when it fails
-std::unique_ptr<SQLite::Database> newFile(const std::string& path, const std::string& file)
-{
-    return guarded(path, [&] {
-        return std::make_unique<SQLite::Database>(file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    });
-}
-
 DtcRecord recordOf(const SQLite::Statement& row)
 {
     return {.code = row.getColumn(1).getString(),
@@ -197,26 +190,30 @@ void DtcDatabase::requireLayout()
                "Choose another file, or export its records and import them into a new database.");
 }
 
-/// The file gets its name when it is whole; a kill leaves no more than one that nobody takes for it.
+/// The records are gathered in memory and written at once, into a file that gets its name when it is whole.
 std::unique_ptr<DtcDatabase> DtcDatabase::create(const std::string& path,
                                                  const std::function<void(DtcDatabase&)>& fill)
 {
-    const Removed fresh(newNameBeside(path));
     filesGuarded([&] { requireWritable(path); });
-    {
-        DtcDatabase database(path, newFile(path, fresh.path));
-        database.execute("PRAGMA journal_mode = MEMORY"); // half of it is deleted, not undone
-        database.makeTable(fill);
-    }
+    const auto filled = createInMemory(fill);
+    const Removed fresh(newNameBeside(path));
+    guarded(path, [&] {
+        SQLite::Database file(fresh.path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        file.exec("PRAGMA journal_mode = MEMORY"); // half of it is deleted, not undone
+        SQLite::Backup(file, *filled->database_).executeStep();
+    });
     filesGuarded([&] { publishFile(fresh.path, path); });
     return open(path);
 }
 
 std::unique_ptr<DtcDatabase> DtcDatabase::createInMemory(const std::function<void(DtcDatabase&)>& fill)
 {
-    std::unique_ptr<DtcDatabase> database(new DtcDatabase({}, newFile({}, ":memory:")));
-    database->makeTable(fill);
-    return database;
+    return guarded("memory", [&] {
+        auto data = std::make_unique<SQLite::Database>(":memory:", SQLite::OPEN_READWRITE);
+        std::unique_ptr<DtcDatabase> database(new DtcDatabase({}, std::move(data)));
+        database->makeTable(fill);
+        return database;
+    });
 }
 
 void DtcDatabase::makeTable(const std::function<void(DtcDatabase&)>& fill)
