@@ -88,10 +88,12 @@ private:
     SystemClock clock_;
     ScanOutput box_;
     QtTimer resetTimer_{session_.gate};
+    QtTimer silence_{session_.gate};
     Patience patience_{session_, line_.timeout};
     std::unique_ptr<SerialPort> port_ = session_.makePort();
     Scanner scanner_{{.port = *port_,
                       .timer = resetTimer_,
+                      .silence = silence_,
                       .clock = clock_,
                       .prompts = session_.prompts,
                       .outBox = box_,

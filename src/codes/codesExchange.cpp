@@ -21,8 +21,6 @@ constexpr const char* clearQuestion = "Clearing the OBD will erase all diagnosti
 
 constexpr std::string_view statusReplyStart = "41 01 ";
 
-constexpr std::chrono::seconds silenceShown{10};
-
 /// What could not be used, in one line; empty when nothing came.
 std::string answerText(const std::string& notice, std::string_view reply)
 {
@@ -46,16 +44,11 @@ std::string inLines(const std::vector<std::string>& lines)
 } // namespace
 
 CodesExchange::CodesExchange(const Surroundings& surroundings, const ConnectionChoice& choice)
-    : link_(surroundings.port, surroundings.timer, choice, *this), silence_(surroundings.silence),
-      clock_(surroundings.clock), descriptions_(surroundings.descriptions),
-      databaseAvailable_(descriptions_.available()), prompts_(surroundings.prompts),
-      values_(surroundings.values)
+    : link_(surroundings.port, surroundings.timer, choice, *this), clock_(surroundings.clock),
+      descriptions_(surroundings.descriptions), databaseAvailable_(descriptions_.available()),
+      prompts_(surroundings.prompts), values_(surroundings.values)
 {
-    silence_.onTick = [this] {
-        silence_.setEnabled(false);
-        isSilent_ = true;
-        changed();
-    };
+    link_.watchSilence(surroundings.silence);
     panel_.statusBox = link_.status();
     if (!databaseAvailable_)
         panel_.noDescriptions = "There are no code descriptions yet: File, Set Up Code Descriptions in the "
@@ -113,30 +106,7 @@ bool CodesExchange::begin()
     return link_.open();
 }
 
-void CodesExchange::end()
-{
-    link_.close();
-    stopWaiting();
-}
-
-void CodesExchange::request(std::string_view text)
-{
-    link_.send(text);
-    waitForData();
-}
-
-void CodesExchange::waitForData()
-{
-    isSilent_ = false;
-    silence_.setInterval(silenceShown);
-    silence_.setEnabled(true);
-}
-
-void CodesExchange::stopWaiting()
-{
-    isSilent_ = false;
-    silence_.setEnabled(false);
-}
+void CodesExchange::end() { link_.close(); }
 
 void CodesExchange::pressStartingButton()
 {
@@ -149,7 +119,7 @@ void CodesExchange::pressStartingButton()
 void CodesExchange::linkReady()
 {
     link_.setStatus(" Reading Data");
-    request("0101");
+    link_.send("0101");
     state_ = State::statusRequested;
 }
 
@@ -175,8 +145,6 @@ void CodesExchange::linkReceived()
 {
     if (finished_ && link_.isOpen())
         pressStartingButton();
-    else if (state_ != State::opening)
-        waitForData();
     changed();
 }
 
@@ -205,7 +173,6 @@ void CodesExchange::linkLost()
     else
         panel_.getCodes.caption = "Get Codes";
     clearRequested_ = false;
-    stopWaiting();
     changed();
 }
 
@@ -260,12 +227,12 @@ void CodesExchange::act()
         panel_.clearCodes.enabled = false;
         finished_ = true;
     } else if (clearRequested_) {
-        request("04");
+        link_.send("04");
         hasSentClear_ = true;
         link_.appendStatus(" RESET");
         state_ = State::clearRequested;
     } else {
-        request("03");
+        link_.send("03");
         panel_.clearCodes.enabled = true;
         state_ = State::codesRequested;
     }
@@ -316,13 +283,13 @@ void CodesExchange::finishClearing()
     panel_.clearCodes.enabled = false;
     panel_.clearCodes.caption = "Clear Codes";
     clearRequested_ = false;
-    request("0101");
+    link_.send("0101");
     state_ = State::statusRequested;
 }
 
 void CodesExchange::changed()
 {
-    panel_.statusBox = link_.status() + (isSilent_ ? " - no reply for 10 s" : "");
+    panel_.statusBox = link_.status();
     panel_.canSaveReport = succeeded();
     panel_.labelStats = link_.counterLine();
     if (onChanged)

@@ -66,6 +66,7 @@ private:
     void linkReady() override;
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
+    void linkSilent() override { changed(); }
     void linkEvent(int event) override;
     void linkTimedOut() override;
     void linkLost() override;
@@ -76,9 +77,6 @@ private:
     void evaluateStatus(std::string_view reply);
     int readStatusByte(std::string_view reply);
     void act();
-    void request(std::string_view text);
-    void waitForData();
-    void stopWaiting();
     void listCodes(std::string_view reply);
     void addDescriptions(const std::vector<std::string*>& codes);
     void fail();
@@ -87,7 +85,6 @@ private:
     void changed();
 
     AdapterLink link_;
-    Timer& silence_;
     const Clock& clock_;
     const CodeDescriptionSource& descriptions_;
     const bool databaseAvailable_;
@@ -99,7 +96,6 @@ private:
     bool finished_ = false;
     bool failed_ = false;
     bool hasSentClear_ = false;
-    bool isSilent_ = false; ///< nothing has arrived for a while
     std::string statusReply_;
     CodesReading reading_;
 };

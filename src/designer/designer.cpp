@@ -36,9 +36,10 @@ bool isPolledWhole(const DesignGrid& grid) { return std::ranges::all_of(grid.row
 
 } // namespace
 
-Designer::Designer(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Design& design,
-                   Prompts& prompts, FileDialogs& dialogs, ProgramValues& values, KeptDesigns& kept)
-    : check_(port, timer, choice, prompts), design_(design), prompts_(prompts), dialogs_(dialogs),
+Designer::Designer(SerialPort& port, Timer& timer, Timer& silence, const ConnectionChoice& choice,
+                   Design& design, Prompts& prompts, FileDialogs& dialogs, ProgramValues& values,
+                   KeptDesigns& kept)
+    : check_(port, timer, silence, choice, prompts), design_(design), prompts_(prompts), dialogs_(dialogs),
       values_(values), kept_(kept), bitsPerSecond_(toInteger(choice.speed))
 {
     check_.onChanged = [this] {

@@ -23,8 +23,8 @@ namespace zint {
 class Designer {
 public:
     /// All references outlive the designer.
-    Designer(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Design& design, Prompts& prompts,
-             FileDialogs& dialogs, ProgramValues& values, KeptDesigns& kept);
+    Designer(SerialPort& port, Timer& timer, Timer& silence, const ConnectionChoice& choice, Design& design,
+             Prompts& prompts, FileDialogs& dialogs, ProgramValues& values, KeptDesigns& kept);
 
     /// Shows the design that the program holds, or the last design file when it holds none that was
     /// committed.

@@ -21,9 +21,9 @@ namespace zint {
 
 pollSetup2::pollSetup2(ToolContext& context)
     : toolForm(context, "docpldsn2"), ui(std::make_unique<Ui::pollSetup2>()),
-      MSComm1(context.makePort(gate(), context.connection())), Timer1(gate()), CommonDialog1(*this),
-      kept_(context.userDataFolder + "/designs", dateText),
-      designer_(*MSComm1, Timer1, context.connection(), context.design, prompts(), CommonDialog1,
+      MSComm1(context.makePort(gate(), context.connection())), Timer1(gate()), silence_(gate()),
+      CommonDialog1(*this), kept_(context.userDataFolder + "/designs", dateText),
+      designer_(*MSComm1, Timer1, silence_, context.connection(), context.design, prompts(), CommonDialog1,
                 context.values, kept_),
       grid_(std::make_unique<GridModel>(designer_,
                                         [this](const GridModel::Edit& edit) { return enterEdit(edit); }))

@@ -56,6 +56,7 @@ private:
     std::unique_ptr<Ui::pollSetup2> ui;
     std::unique_ptr<SerialPort> MSComm1;
     QtTimer Timer1;
+    QtTimer silence_;
     QtFileDialogs CommonDialog1;
     KeptDesigns kept_;
     Designer designer_;

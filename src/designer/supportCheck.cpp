@@ -5,9 +5,11 @@
 
 namespace zint {
 
-SupportCheck::SupportCheck(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Prompts& prompts)
+SupportCheck::SupportCheck(SerialPort& port, Timer& timer, Timer& silence, const ConnectionChoice& choice,
+                           Prompts& prompts)
     : link_(port, timer, choice, *this), prompts_(prompts)
 {
+    link_.watchSilence(silence);
 }
 
 void SupportCheck::begin()

@@ -14,12 +14,13 @@ namespace zint {
 class SupportCheck final : private AdapterLink::Listener {
 public:
     /// All references outlive the check.
-    SupportCheck(SerialPort& port, Timer& timer, const ConnectionChoice& choice, Prompts& prompts);
+    SupportCheck(SerialPort& port, Timer& timer, Timer& silence, const ConnectionChoice& choice,
+                 Prompts& prompts);
 
     void begin(); ///< does nothing while the port is open
     void close(); ///< ends an exchange that is on
 
-    const std::string& status() const { return link_.status(); }
+    std::string status() const { return link_.status(); }
     std::string counterLine() const { return link_.counterLine(); }
 
     std::function<void()> onChanged; ///< called when status or counters may have changed
@@ -31,6 +32,7 @@ private:
     void linkReady() override;
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
+    void linkSilent() override { onChanged(); }
     void linkEvent(int event) override;
     void linkTimedOut() override;
     void linkLost() override;

@@ -5,6 +5,8 @@
 namespace zint {
 namespace {
 
+constexpr std::chrono::seconds longSilence{10};
+
 /// Of a command with its carriage return.
 std::int64_t lengthOf(std::string_view command) { return static_cast<std::int64_t>(command.size()) + 1; }
 
@@ -33,6 +35,45 @@ std::string AdapterLink::initErrorText(const CommError& error)
     return " - Comm init error: " + std::to_string(error.number()) + ": " + error.what();
 }
 
+void AdapterLink::watchSilence(Timer& silence)
+{
+    silence_ = &silence;
+    silence_->onTick = [this] { tellOfSilence(); };
+}
+
+void AdapterLink::waitForAnswer(bool waits)
+{
+    if (silence_ == nullptr)
+        return;
+    silenceText_.clear();
+    silence_->setInterval(longSilence);
+    silence_->setEnabled(waits);
+}
+
+void AdapterLink::tellOfSilence()
+{
+    const std::string time = std::to_string(longSilence.count()) + " s";
+    silence_->setEnabled(false);
+    if (state_ != State::resetSent)
+        silenceText_ = " - no reply for " + time;
+    else if (heard() == Heard::nothing)
+        silenceText_ = " - nothing received for " + time;
+    else if (heard() == Heard::noise)
+        silenceText_ =
+            std::string(" - received, but not readable: try ") + (choice_.speed == "9600" ? "38400" : "9600");
+    else
+        silenceText_ = " - no complete answer for " + time;
+    listener_.linkSilent();
+}
+
+/// Since the port was opened.
+Heard AdapterLink::heard() const
+{
+    if (counters_.bytesIn == bytesBefore_)
+        return Heard::nothing;
+    return buffer_.isReadable() ? Heard::text : Heard::noise;
+}
+
 bool AdapterLink::open(Guard guard)
 {
     state_ = State::resetSent;
@@ -44,6 +85,7 @@ bool AdapterLink::open(Guard guard)
         write(resetCommand, lengthOf(resetCommand));
     } catch (const CommError& error) {
         setStatus(initErrorText(error));
+        waitForAnswer(false);
         port_.close();
         refreshCounterLine();
         return false;
@@ -55,10 +97,7 @@ bool AdapterLink::open(Guard guard)
     return true;
 }
 
-std::string AdapterLink::timeoutReason() const
-{
-    return choice_.silenceReason(counters_.bytesIn == bytesBefore_);
-}
+std::string AdapterLink::timeoutReason() const { return choice_.silenceReason(heard()); }
 
 void AdapterLink::close()
 {
@@ -66,6 +105,7 @@ void AdapterLink::close()
         return;
     timer_.setEnabled(false);
     send("ATD");
+    waitForAnswer(false);
     setStatus(" Closed");
     port_.close();
     refreshCounterLine();
@@ -85,6 +125,7 @@ void AdapterLink::write(std::string_view command, std::int64_t countedBytes)
 {
     port_.output(std::string(command) + '\r');
     counters_.bytesOut += countedBytes;
+    waitForAnswer(true);
 }
 
 void AdapterLink::portEvent()
@@ -107,7 +148,9 @@ void AdapterLink::receive()
 {
     counters_.bytesIn += port_.inBufferCount();
     buffer_.append(port_.input());
-    if (const auto reply = buffer_.takeReply())
+    const auto reply = buffer_.takeReply();
+    waitForAnswer(!reply);
+    if (reply)
         handleReply(*reply);
     refreshCounterLine();
     listener_.linkReceived();
@@ -136,6 +179,7 @@ void AdapterLink::handleReply(std::string_view reply)
 void AdapterLink::lost()
 {
     timer_.setEnabled(false);
+    waitForAnswer(false);
     countError();
     port_.close();
     setStatus(disconnectedText);

@@ -63,6 +63,9 @@ public:
         /// The port tells of something else, see commEvent; a reply would show it if it mattered.
         virtual void linkEvent(int event) = 0;
 
+        /// Nothing has arrived for a while; the status says so. See watchSilence().
+        virtual void linkSilent() {}
+
         /// The reset, or what else is guarded, was not answered in time; the error is counted, the port still
         /// open.
         virtual void linkTimedOut() = 0;
@@ -77,6 +80,10 @@ public:
 
     /// Sets the port up for the chosen connection; does not open it.
     AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener);
+
+    /// Lets the status tell from now on that nothing arrives though something was asked; what arrives takes
+    /// that back. @param silence outlives the link, which has it for itself
+    void watchSilence(Timer& silence);
 
     /// What the time-out guards: the reset's answer alone, or all answers up to close(), for an exchange that
     /// a silent vehicle must not keep open. It starts anew when the reset is answered.
@@ -107,7 +114,10 @@ public:
 
     void setStatus(std::string_view words) { status_ = choice_.portName + std::string(words); }
     void appendStatus(std::string_view words) { status_ += words; }
-    const std::string& status() const { return status_; }
+    std::string status() const { return status_ + silenceText_; }
+
+    /// What the status tells of silence now, such as " - no reply for 10 s"; empty when there is none.
+    const std::string& silence() const { return silenceText_; }
 
     /// What a status says of an event of the port.
     static std::string eventText(int event);
@@ -133,11 +143,16 @@ private:
     void lost();
     void timedOut();
     void write(std::string_view command, std::int64_t countedBytes);
+    void waitForAnswer(bool waits);
+    Heard heard() const;
+    void tellOfSilence();
 
     SerialPort& port_;
     Timer& timer_;
     ConnectionChoice choice_;
     Listener& listener_;
+    Timer* silence_ = nullptr; ///< null: nobody wants to know
+    std::string silenceText_;
     State state_ = State::resetSent;
     Guard guard_ = Guard::reset;
     ReplyBuffer buffer_;

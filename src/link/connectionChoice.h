@@ -4,6 +4,9 @@
 
 namespace zint {
 
+/// What came in place of an answer: noise is what no adapter sends at the speed that it is read with.
+enum class Heard { nothing, noise, text };
+
 /// What the user chose in the launcher; a tool reads it when it is opened.
 struct ConnectionChoice {
     int portNumber = 1;            ///< 1 to 8
@@ -21,10 +24,13 @@ struct ConnectionChoice {
     }
 
     /// The same, with what came in place of an answer.
-    std::string silenceReason(bool nothingCame) const
+    std::string silenceReason(Heard heard) const
     {
         return "No answer on " + portName + ": " +
-               (nothingCame ? "nothing was received. " : "what was received is not readable. ") + advice();
+               (heard == Heard::nothing ? "nothing was received. "
+                : heard == Heard::noise ? "what was received is not readable. "
+                                        : "what was received is not complete. ") +
+               advice();
     }
 };
 

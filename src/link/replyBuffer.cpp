@@ -40,6 +40,12 @@ std::optional<std::string> ReplyBuffer::takeReply()
     return std::exchange(text_, {});
 }
 
+bool ReplyBuffer::isReadable() const
+{
+    return std::ranges::all_of(text_,
+                               [](char c) { return c == '\r' || c == '\n' || (c >= ' ' && c <= '~'); });
+}
+
 void ReplyBuffer::clear()
 {
     text_.clear();

@@ -29,6 +29,9 @@ public:
     /// The notice that the reply taken last began with, without its line end; empty when it had none.
     const std::string& notice() const { return notice_; }
 
+    /// Whether what is incomplete is text, as adapters send it. A wrong speed makes noise of it.
+    bool isReadable() const;
+
     void clear();
 
 private:

@@ -330,7 +330,8 @@ void Poller::takeReply(std::string_view reply)
     ++eventsDone_;
     requestNext();
     const auto value = pollValue(reply);
-    watch_.take(design_.events()[answered].code, reply, value.has_value(), around_.clock.monotonic());
+    watch_.take(design_.events()[answered].code, value || link_.notice().empty() ? reply : link_.notice(),
+                value.has_value(), around_.clock.monotonic());
     if (!value) {
         link_.countError();
         samples_.addError(answered);

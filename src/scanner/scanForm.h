@@ -53,6 +53,7 @@ private:
     std::unique_ptr<Ui::scanForm> ui;
     std::unique_ptr<SerialPort> MSComm1;
     QtTimer Timer1;
+    QtTimer silence_;
     SystemClock clock_;
     Scanner scanner_;
     std::array<BoxEntry, 6> boxes_;

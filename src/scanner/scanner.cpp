@@ -48,6 +48,7 @@ CheckedBox checked(Scanner::Box box, const std::string& text)
 Scanner::Scanner(Surroundings surroundings, const ConnectionChoice& choice)
     : around_(std::move(surroundings)), link_(around_.port, around_.timer, choice, *this)
 {
+    link_.watchSilence(around_.silence);
     clearOutput();
 }
 
@@ -228,7 +229,9 @@ void Scanner::takeReply(std::string_view reply)
     using Kind = ScanReply::Kind;
     const ScanRequest answered = lastRequest_;
     sendNext(); // the adapter works while the reply is looked at
-    const ScanReply found = classify(reply, answered.expectedPrefix);
+    ScanReply found = classify(reply, answered.expectedPrefix);
+    if (found.kind == ScanReply::Kind::invalid && found.data.empty())
+        found.data = link_.notice(); // all that was said, such as "BUS INIT: ...ERROR"
     counts_.noData += found.kind == Kind::noData ? 1 : 0;
     counts_.invalid += found.kind == Kind::invalid ? 1 : 0;
     counts_.zero += found.kind == Kind::valid && found.value == 0 ? 1 : 0;
@@ -296,6 +299,12 @@ void Scanner::linkEvent(int event)
         return;
     link_.countError();
     panel_.statusBox += AdapterLink::eventText(event);
+    changed();
+}
+
+void Scanner::linkSilent()
+{
+    panel_.statusBox += link_.silence(); // until the next reply sets the status anew
     changed();
 }
 

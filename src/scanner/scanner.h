@@ -25,7 +25,8 @@ public:
     /// What the scanner asks of its surroundings; all of it outlives the scanner.
     struct Surroundings {
         SerialPort& port;
-        Timer& timer;
+        Timer& timer;   ///< for the reset
+        Timer& silence; ///< for the hint that nothing arrives
         const Clock& clock;
         Prompts& prompts;
         OutputBox& outBox;
@@ -97,6 +98,7 @@ private:
     void linkReady() override;
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
+    void linkSilent() override;
     void linkEvent(int event) override;
     void linkTimedOut() override;
     void linkLost() override;

@@ -299,7 +299,7 @@ void Terminal::timedOut()
     around_.timer.setEnabled(false);
     ++counters_.totalErrors;
     around_.prompts.tellOfSilence(std::string(AdapterLink::notRespondingText),
-                                  choice_.silenceReason(rxBuf_.empty()));
+                                  choice_.silenceReason(rxBuf_.empty() ? Heard::nothing : Heard::text));
     if (sendsAfterTimeout_)
         send();
     changed();

@@ -101,7 +101,7 @@ TEST_F(LauncherTest, TellsWhatThePortsStandForAndWhereNothingAnswers)
     EXPECT_FALSE(launcher.refreshPortInfo()) << "nothing new";
     EXPECT_EQ(launcher.panel().portInfo, "/dev/ttyUSB0 - FT232R USB UART");
     EXPECT_EQ(launcher.panel().portTips[2], "ttyUSB0 - FT232R USB UART") << "the same device";
-    EXPECT_EQ(launcher.connection().silenceReason(true),
+    EXPECT_EQ(launcher.connection().silenceReason(Heard::nothing),
               "No answer on com1: nothing was received. Check port (/dev/ttyUSB0) and speed (9600) in the "
               "launcher; most adapters use 38400.");
     for (const auto& [position, device] : {std::pair(1, "nothing connected"), {3, "simulated vehicle"}}) {

@@ -18,7 +18,7 @@ struct DesignerTest : testing::Test {
     TemporaryFolder folder;
     EventGate gate;
     ScriptedAdapter adapter{&gate};
-    ManualTimer timer;
+    ManualTimer timer, silence;
     ScriptedPrompts prompts;
     ScriptedDialogs dialogs;
     ProgramValues values{.parmInitDir = "/start"};
@@ -29,7 +29,7 @@ struct DesignerTest : testing::Test {
     DesignerTest()
     {
         loadDefaultDesign(design);
-        designer.emplace(adapter, timer, ConnectionChoice{}, design, prompts, dialogs, values, kept);
+        designer.emplace(adapter, timer, silence, ConnectionChoice{}, design, prompts, dialogs, values, kept);
         designer->load();
     }
 

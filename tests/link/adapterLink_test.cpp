@@ -25,7 +25,7 @@ struct AdapterLinkTest : testing::Test {
     Tool tool;
     AdapterLink link{adapter,
                      timer,
-                     {.portNumber = 3, .portName = "com3", .device = "/dev/rfcomm0", .speed = "38400"},
+                     {.portNumber = 3, .portName = "com3", .speed = "38400", .device = "/dev/rfcomm0"},
                      tool};
 
     void openAndGetReady()
@@ -87,11 +87,21 @@ TEST_F(AdapterLinkTest, TellsWhyThePortCannotBeOpened)
 // Each tool's tests show what it makes of a lost device, a time-out and odd events.
 TEST_F(AdapterLinkTest, TellsOnceOfATimeOutAndOfALostDevice)
 {
+    ManualTimer silence;
+    link.watchSilence(silence);
+    const auto silent = [&] {
+        EXPECT_EQ(silence.interval, std::chrono::seconds(10));
+        silence.tick();
+        return link.status();
+    };
     adapter.expect("ATZ\r").answer("ATZ\r"); // an echo, but no prompt
     link.open();
+    EXPECT_EQ(silent(), "com3 Open - nothing received for 10 s");
     adapter.play();
+    EXPECT_EQ(link.status(), "com3 Open");
     EXPECT_EQ(link.counterLine(), "Bytes In: 4 Out: 4 Errors: 0") << "an incomplete reply is counted";
-    EXPECT_TRUE(link.timeoutReason().starts_with("No answer on com3: what was received is not readable. "));
+    EXPECT_EQ(silent(), "com3 Open - no complete answer for 10 s");
+    EXPECT_TRUE(link.timeoutReason().starts_with("No answer on com3: what was received is not complete. "));
     timer.tick();
     timer.tick();
     EXPECT_EQ(std::exchange(tool.told, {}), Texts{"timed out"});
@@ -105,11 +115,15 @@ TEST_F(AdapterLinkTest, TellsOnceOfATimeOutAndOfALostDevice)
     adapter.expect("ATZ\r");
     link.open();
     EXPECT_TRUE(link.timeoutReason().starts_with("No answer on com3: nothing was received. "));
+    adapter.receive("\xFC");
+    EXPECT_EQ(silent(), "com3 Open - received, but not readable: try 9600");
     adapter.expect("ATE0\r").answer("OK\r\r>");
     adapter.receive(std::string("\0ELM327\0\r\r>", 12));
+    EXPECT_EQ(silent(), "com3 Init - no reply for 10 s");
     adapter.play();
     EXPECT_EQ(std::exchange(tool.told, {}), Texts{"ready"});
-    EXPECT_EQ(link.counters().bytesIn, 4 + 12 + 5) << "bytes 00 are counted, too";
+    EXPECT_EQ(link.counters().bytesIn, 4 + 1 + 12 + 5) << "bytes 00 are counted, too";
+    EXPECT_FALSE(silence.enabled()) << "nothing is asked";
     timer.tick();                                            // too late
     adapter.writeError = CommError(5, "Input/output error"); // the event has not come yet
     link.send("0101");

@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 /// A scanner on com2 whose adapter follows a script.
 struct ScannerTest : testing::Test {
     ScriptedAdapter adapter;
-    ManualTimer timer;
+    ManualTimer timer, silence;
     ManualClock clock;
     ScriptedPrompts prompts;
     TextBox box;
@@ -22,6 +22,7 @@ struct ScannerTest : testing::Test {
     int replies = 0;
     Scanner scanner{{.port = adapter,
                      .timer = timer,
+                     .silence = silence,
                      .clock = clock,
                      .prompts = prompts,
                      .outBox = box,
@@ -175,9 +176,11 @@ TEST_F(ScannerTest, CanBeStoppedAtAnyTime)
     EXPECT_EQ(face(),
               "com2 Scan Halted after 0 Events(s)|Bytes In: 30 Out: 26 Errors: 1|Begin Scan start|0% ");
     begin();
+    silence.tick();
+    EXPECT_EQ(status(), "com2 Opening... - nothing received for 10 s");
     adapter.sendEvent(commEvent::unknown);
     adapter.sendEvent(1);
-    EXPECT_EQ(status(), "com2 Opening... - unhandled comm Event: 0");
+    EXPECT_EQ(status(), "com2 Opening... - nothing received for 10 s - unhandled comm Event: 0");
     adapter.sendEvent(commEvent::deviceGone);
     EXPECT_EQ(face(), "com2 - adapter disconnected|Bytes In: 30 Out: 30 Errors: 3|Begin Scan start|0% ");
     EXPECT_EQ(scanner.failure(), status());

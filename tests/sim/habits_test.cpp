@@ -74,7 +74,8 @@ std::string supportCheck(Rig& rig)
     Design design;
     loadDefaultDesign(design);
     KeptDesigns kept{rig.folder.path("designs"), [](auto) { return "today"; }};
-    Designer designer(rig.port, rig.timer, {}, design, rig.prompts, rig.dialogs, rig.values, kept);
+    Designer designer(rig.port, rig.timer, rig.silence, {}, design, rig.prompts, rig.dialogs, rig.values,
+                      kept);
     designer.load();
     designer.verifySupport();
     rig.play();
@@ -118,6 +119,7 @@ std::string scan(Rig& rig)
     TextBox box;
     Scanner scanner({.port = rig.port,
                      .timer = rig.timer,
+                     .silence = rig.silence,
                      .clock = rig.clock,
                      .prompts = rig.prompts,
                      .outBox = box,
