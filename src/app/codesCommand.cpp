@@ -73,7 +73,7 @@ private:
     {
         const CodesReading& reading = exchange_.reading();
         if (!exchange_.hasSentClear())
-            complain("nothing to clear: the vehicle reports no codes, so that no clear was sent");
+            complain("nothing to clear: no codes are reported, so that no clear was sent");
         if (reading.reportedCodes > 0)
             session_.prompts.message(
                 "the clear was sent, but codes are still stored: the vehicle has refused it, or "

@@ -254,7 +254,8 @@ void CodesExchange::listCodes(std::string_view reply)
         addDescriptions(codes);
     reading_.canWarning = units ? canWarning(*units) : std::vector<std::string>();
     if (!units)
-        noteUnlisted(reading_.notes, reading_.reportedCodes - listedCodeCount(reply));
+        noteUnlisted(reading_.notes,
+                     std::max(reading_.reportedCodes, storedCodeCount(reply)) - listedCodeCount(reply));
     showListing();
 }
 

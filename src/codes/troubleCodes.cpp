@@ -1,5 +1,6 @@
 #include "codes/troubleCodes.h"
 
+#include "codes/replyText.h"
 #include "shared/module1.h"
 
 #include <algorithm>
@@ -45,6 +46,17 @@ int listedCodeCount(std::string_view reply)
 {
     return reply.starts_with(replyStart) ? static_cast<int>(std::ranges::count_if(storedCodes(reply), isCode))
                                          : 0;
+}
+
+int storedCodeCount(std::string_view reply)
+{
+    int count = 0;
+    for (const std::string_view line : linesOf(reply)) {
+        const Bytes bytes = bytesOf(line);
+        for (std::size_t i = 1; i + 1 < bytes.size() && bytes[0] == 0x43; i += 2)
+            count += bytes[i] != 0 || bytes[i + 1] != 0 ? 1 : 0;
+    }
+    return count;
 }
 
 } // namespace zint

@@ -24,4 +24,7 @@ std::vector<std::string> storedCodes(std::string_view reply);
 /// damaged bytes is no code.
 int listedCodeCount(std::string_view reply);
 
+/// How many codes all lines of a reply of that layout hold; several control units may have answered.
+int storedCodeCount(std::string_view reply);
+
 } // namespace zint

@@ -22,19 +22,15 @@ struct MapDescriptions final : CodeDescriptionSource, CodeDescriptions {
     std::optional<std::string> describe(std::string_view code) override
     {
         const auto found = texts.find(code);
-        if (found == texts.end())
-            return std::nullopt;
-        return found->second.empty() ? throw DatabaseError("damaged record") : found->second;
+        if (found != texts.end() && found->second.empty())
+            throw DatabaseError("damaged record");
+        return found == texts.end() ? std::nullopt : std::optional(found->second);
     }
 };
-
-constexpr const char* timeoutText = "OBD is not responding... Please verify connections between computer and "
-                                    "vehicle. See fails-to-respond under Help.";
 
 enum class Kind { read, clear };
 
 using Conversation = std::vector<std::pair<std::string, std::string>>; ///< requests with their replies
-using Texts = std::vector<std::string>;
 
 // What follows the opening with a lit vehicle, and with one that keeps its codes when they are cleared.
 const Conversation reading = {{"0101\r", "41 01 82 07 65 04 \r\r>"}, {"03\r", "43 01 33 C1 23 00 00 \r\r>"}};
@@ -55,20 +51,19 @@ struct CodesExchangeTest : testing::Test {
     ProgramValues values;
     CodesExchange exchange{{adapter, timer, silence, clock, descriptions, prompts, values}, {}};
     const CodesPanel& panel = exchange.panel();
-    Texts statuses; ///< each status shown
+    std::string statuses; ///< all that were shown
 
     CodesExchangeTest()
     {
         exchange.onChanged = [this] {
-            if (statuses.empty() || statuses.back() != panel.statusBox)
-                statuses.push_back(panel.statusBox);
+            if (!statuses.ends_with(panel.statusBox + "|"))
+                statuses += panel.statusBox + "|";
         };
     }
 
     void press(Kind kind)
     {
-        if (kind == Kind::clear && !adapter.isOpen())
-            prompts.answer = true;
+        prompts.answer = true; // to the question that a clear begins with
         kind == Kind::read ? exchange.pressGetCodes() : exchange.pressClearCodes();
     }
 
@@ -112,7 +107,7 @@ TEST_F(CodesExchangeTest, ReadsTheCodesOfALitVehicle)
 {
     clock.date += std::chrono::hours(24);
     EXPECT_EQ(run(Kind::read, reading), litScreen);
-    EXPECT_EQ(statuses, (Texts{"com1 Open", "com1 Init", "com1 Reading Data", "com1 Closed"}));
+    EXPECT_EQ(statuses, "com1 Open|com1 Init|com1 Reading Data|com1 Closed|");
     EXPECT_EQ(panel.canWarning + panel.notes + panel.noDescriptions, "");
     EXPECT_EQ(buttons(), "[Get Codes] [         Clear MIL          Reset data]");
     EXPECT_EQ(panel.readiness[5], "Evaporative System Test Incomplete");
@@ -175,6 +170,8 @@ TEST_F(CodesExchangeTest, TellsWhatTheListingDoesNotShow)
               "P0133\r\nP0301\r\nP0420\r\n");
     EXPECT_TRUE(panel.notes.starts_with("2 control units answered")) << panel.notes;
     EXPECT_TRUE(panel.notes.ends_with("\r\n(124 more are stored than could be listed)\r\n")) << panel.notes;
+    run(Kind::read, {reading[0], {"03\r", "43 01 33 03 01 00 00 \r43 07 00 00 00 00 00 \r\r>"}});
+    EXPECT_EQ(panel.notes, "(1 more is stored than could be listed)\r\n") << "another control unit's";
     run(Kind::read, status("41 01 00 07 65 00 \r41 01 81 04 00 00 \r\r>"));
     EXPECT_TRUE(panel.notes.ends_with("Control unit 2: light ON, 1 code(s) reported\r\n")) << panel.notes;
 
@@ -203,10 +200,9 @@ TEST_F(CodesExchangeTest, ClearsTheCodesAfterTheQuestion)
     driveTo(Kind::clear, 3, clearing);
     EXPECT_EQ(shown(), litScreen) << "the list stays until there is another one";
     EXPECT_EQ(panel.statusBox, "com1 Reading Data RESET");
-    adapter.expect("0101\r").answer("41 01 00 07 65 00 \r\r>");
     adapter.expect("ATD\r");
-    adapter.receive("44 \r\r>");
-    adapter.play();
+    press(Kind::clear);
+    run(Kind::clear, {reading[0], {"04\r", "44 \r\r>"}, {"0101\r", "41 01 00 07 65 00 \r\r>"}});
     EXPECT_TRUE(shown().ends_with("OFF|Diagnostic (MIL) Codes|No codes reported")) << shown();
     EXPECT_EQ(buttons(), "[Get Codes] (Clear Codes)");
     EXPECT_TRUE(exchange.succeeded() && exchange.hasSentClear());
@@ -218,42 +214,40 @@ TEST_F(CodesExchangeTest, ClearsTheCodesAfterTheQuestion)
 
 TEST_F(CodesExchangeTest, EndsInEachState)
 {
-    enum class Way { button, vanishing, timeOut };
-    const auto endThe = [this](Kind kind, Way way) {
-        if (way == Way::vanishing)
-            return adapter.vanish();
-        adapter.expect("ATD\r").answer("OK\r\r>");
-        way == Way::button ? press(kind) : timer.tick();
-        adapter.play();
-    };
-    const auto endsBy = [&](Kind kind, std::size_t answered, Way way) {
-        SCOPED_TRACE(testing::Message() << static_cast<int>(kind) << " way " << static_cast<int>(way));
+    const auto expectEnd = [this](Kind kind, std::size_t answered, const char* statusThen, auto&& endIt) {
+        SCOPED_TRACE(testing::Message() << static_cast<int>(kind) << " " << answered << " " << statusThen);
         driveTo(kind, answered, kind == Kind::read ? reading : clearing);
         EXPECT_EQ(timer.enabled(), answered == 0) << "the reset alone is guarded";
-        // The second half of a clear is a read, and ends as one.
-        const bool isClear = kind == Kind::clear && answered < 4;
-        endThe(isClear ? Kind::clear : Kind::read, way);
-        EXPECT_EQ(panel.statusBox, way == Way::vanishing ? "com1 - adapter disconnected" : "com1 Closed");
-        EXPECT_EQ(prompts.takeMessage(), way == Way::timeOut ? timeoutText : "");
-        EXPECT_EQ(std::exchange(values.lastFailureText, {}),
-                  way == Way::timeOut ? "Timeout responding to ATZ" : "");
-        EXPECT_EQ((isClear ? panel.clearCodes : panel.getCodes).caption,
-                  isClear ? "Clear Codes" : "Get Codes");
+        const bool isClear = kind == Kind::clear && answered < 4; // a clear's second half ends as a read
+        endIt(isClear ? Kind::clear : Kind::read);
+        EXPECT_EQ(panel.statusBox, statusThen);
+        const std::string& caption = (isClear ? panel.clearCodes : panel.getCodes).caption;
+        EXPECT_EQ(caption, isClear ? "Clear Codes" : "Get Codes");
         EXPECT_FALSE(exchange.isRunning() || exchange.succeeded() || timer.enabled() || silence.enabled());
         adapter.workAgain();
         EXPECT_EQ(run(Kind::read, reading), litScreen) << "it does not start again";
     };
+    const auto pressAgain = [this](Kind kind) {
+        adapter.expect("ATD\r");
+        press(kind);
+    };
     for (const Kind kind : {Kind::read, Kind::clear}) {
-        endsBy(kind, 0, Way::timeOut);
         for (std::size_t answered = 0; answered < (kind == Kind::read ? 4U : 6U); ++answered) {
-            endsBy(kind, answered, Way::button);
-            endsBy(kind, answered, Way::vanishing);
+            expectEnd(kind, answered, "com1 Closed", pressAgain);
+            expectEnd(kind, answered, "com1 - adapter disconnected", [this](Kind) { adapter.vanish(); });
         }
+        expectEnd(kind, 0, "com1 Closed", [this](Kind) {
+            adapter.expect("ATD\r");
+            timer.tick();
+            EXPECT_EQ(prompts.takeMessage(),
+                      "OBD is not responding... Please verify connections between computer "
+                      "and vehicle. See fails-to-respond under Help.");
+        });
+        EXPECT_EQ(std::exchange(values.lastFailureText, {}), "Timeout responding to ATZ");
     }
     EXPECT_TRUE(panel.labelStats.ends_with(" Errors: 12")) << panel.labelStats;
     driveTo(Kind::clear, 2, clearing);
-    adapter.expect("ATD\r");
-    press(Kind::read);
+    pressAgain(Kind::read);
     EXPECT_EQ(buttons(), "[Get Codes] [Cancel]") << "each button restores its own caption";
 }
 
@@ -282,7 +276,7 @@ TEST_F(CodesExchangeTest, TellsOfSilenceAndOfAnEventThatTheDriverDoesNotExplain)
     EXPECT_TRUE(silence.enabled() && silence.interval == std::chrono::seconds(10));
     adapter.sendEvent(1006); // a line event
     adapter.sendEvent(commEvent::unknown);
-    EXPECT_EQ(statuses.back(), "com1 Reading Data - unhandled comm Event: 0") << "repainted at once";
+    EXPECT_TRUE(statuses.ends_with(" - unhandled comm Event: 0|")) << "repainted at once";
     adapter.expect("03\r").answer(reading[1].second);
     adapter.expect("ATD\r");
     adapter.receive(" 07 65 04 \r\r>");

@@ -32,7 +32,7 @@ TEST(CommandLineTest, TakesActionsAndPorts)
         {"poll d.obc --port com2", Action::poll, 2},
         {"export a.log a.txt", Action::exportLog},
         {"terminal --dec", Action::terminal},
-        {"dtc setup --if-missing --quiet", Action::setUpDescriptions},
+        {"dtc setup --quiet", Action::setUpDescriptions},
         {"--db a.mdb dtc lookup P0301", Action::lookUpCodes},
         {"dtc import a.txt --overwrite --quiet", Action::importDescriptions},
         {"dtc export -", Action::exportDescriptions},
@@ -90,28 +90,18 @@ TEST(CommandLineTest, TakesWhatTheDescriptionsNeed)
 
 TEST(CommandLineTest, RefusesWhatIsWrong)
 {
-    for (const char* words : {"code",
-                              "codes twice",
-                              "--prot com1",
-                              "--port com3=",
-                              "--port com9",
-                              "--port COM10=/dev/a",
-                              "--speed 19200",
-                              "--simulate --port com2",
-                              "codes --clear",
-                              "codes --timeout -1",
-                              "terminal --hex --oct",
-                              "poll",
-                              "poll a.obc --loops 0",
-                              "poll a.obc --loops 1 --seconds 1",
-                              "poll a.obc --log=",
-                              "codes --loops 3",
-                              "poll a.obc --log a.txt --export ./a.txt",
-                              "poll a.obc --log a.obc",
-                              "export a.log a.log",
-                              "dtc lookup",
-                              "dtc export a.txt --tab --comma"})
-        EXPECT_TRUE(parse(words).action == Action::refuse && !parse(words).complaint.empty()) << words;
+    const QStringList rows =
+        QStringLiteral(
+            "code|codes twice|--prot com1|--port com3=|--port com9|--port COM10=/dev/a|--speed 19200|"
+            "--simulate --port com2|codes --clear|codes --timeout -1|terminal --hex --oct|poll|"
+            "poll a.obc --loops 0|poll a.obc --loops 1 --seconds 1|poll a.obc --log=|codes --loops 3|"
+            "poll a.obc --log a.txt --export ./a.txt|poll a.obc --log a.obc|export a.log a.log|"
+            "dtc lookup|dtc export a.txt --tab --comma")
+            .split(u'|');
+    for (const QString& words : rows) {
+        const CommandLine line = parse(words.toLatin1());
+        EXPECT_TRUE(line.action == Action::refuse && !line.complaint.empty()) << words.toStdString();
+    }
 }
 
 TEST(CommandSessionTest, ShowsWhatWouldSteerATerminal)

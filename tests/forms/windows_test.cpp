@@ -154,8 +154,7 @@ TEST_F(CodesFormTest, ShowsTheCodesOfCanFirstAndCopiesTheList)
     adapter->expect("0101\r").answer("41 01 81 07 65 04 \r\r>");
     adapter->expect("03\r").answer("43 01 04 20 \r\r>");
     adapter->expect("ATD\r");
-    EXPECT_FALSE(control<QAction>("mnuSaveReport")->isEnabled());
-    EXPECT_TRUE(QTest::qWaitForWindowActive(form));
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form) && !control<QAction>("mnuSaveReport")->isEnabled());
     QTest::keyClick(form, Qt::Key_G, Qt::AltModifier);
     adapter->play();
     EXPECT_TRUE(control<QAction>("mnuSaveReport")->isEnabled());
@@ -164,7 +163,6 @@ TEST_F(CodesFormTest, ShowsTheCodesOfCanFirstAndCopiesTheList)
     EXPECT_TRUE(warning->font().bold() && warning->y() < control<QLabel>("codesOutput")->y());
     control<QWidget>("codesScroll")->actions().constFirst()->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), warning->text() + u"\nP0104\nP20\n\n\n"_qs);
-    EXPECT_TRUE(warning->text().endsWith(u"P0420"));
 }
 
 TEST_F(CodesFormTest, PrintsItsImage)
