@@ -248,6 +248,7 @@ void DtcEditor::pressFindWords()
 void DtcEditor::choose(const std::vector<DtcRecord>& found)
 {
     std::vector<std::string> lines;
+    lines.reserve(found.size());
     for (const DtcRecord& record : found)
         lines.push_back(record.code + " " + record.description);
     const std::string text = found.size() < mostFound

@@ -151,6 +151,7 @@ TEST_F(DtcDatabaseTest, ANewDatabaseGetsItsNameWhenItIsWhole)
     EXPECT_TRUE(isAlone());
     EXPECT_THROW(made->inOneStep([&] {
         made->remove(*made->first());
+        EXPECT_EQ(made->count(), 0);
         throw std::runtime_error("no");
     }),
                  std::runtime_error);

@@ -53,7 +53,7 @@ TEST_F(StartFormTest, ButtonsAndMenusDoTheirWork)
                                    Tool::scanner}));
     trigger("mnuPorts");
     EXPECT_EQ(portsAssigned, 1);
-    TemporaryFolder::write(values.parmDTCdb = folder.path("dtc.mdb"), "kept");
+    DtcDatabase::create(values.parmDTCdb = folder.path("dtc.mdb"));
     EXPECT_TRUE(messageOf([this] { trigger("mnuSetUpDtc"); }).endsWith(u"dtc.mdb\nIt stays as it is."));
     trigger("mnuClearReg");
     EXPECT_TRUE(messageOf([this] { trigger("mnuShowReg"); }).endsWith(u"Vars:\nparmInitDir \nparmDTCdb \n"));
