@@ -11,6 +11,11 @@
 #include <utility>
 
 namespace zint {
+namespace {
+
+constexpr double dotWidth = 5;
+
+} // namespace
 
 ChartLines::ChartLines(QChart& chart, const QWidget& window)
     : chart_(chart), window_(window), timeAxis_(new QCategoryAxis(&chart))
@@ -138,7 +143,6 @@ void ChartLines::paintLine(Line& line, std::span<const std::span<const ChartPoin
         chart_.addSeries(series);
         series->attachAxis(timeAxis_);
         series->attachAxis(axes_[line.axis].shown);
-        series->setPen(penOf(line.event));
         line.pieces.push_back(series);
     }
     for (std::size_t i = 0; i < pieces.size(); ++i) {
@@ -148,7 +152,12 @@ void ChartLines::paintLine(Line& line, std::span<const std::span<const ChartPoin
             shown.append({point.time, point.value});
         line.pieces[i]->replace(shown);
         line.pieces[i]->setName(line.name);
-        line.pieces[i]->setPointsVisible(shown.size() == 1); // which makes no line
+        const bool isDot = shown.size() == 1; // which makes no line
+        line.pieces[i]->setPointsVisible(isDot);
+        QPen pen = penOf(line.event);
+        if (isDot)
+            pen.setWidthF(dotWidth);
+        line.pieces[i]->setPen(pen);
     }
 }
 

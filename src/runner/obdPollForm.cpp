@@ -52,7 +52,7 @@ obdPollForm::~obdPollForm() = default;
 void obdPollForm::Form_Unload()
 {
     poller_.unload();
-    context().settings.save(section, "scnUpdate", poller_.panel().scnUpdate.text);
+    context().settings.save(section, "scnUpdate", std::to_string(poller_.refreshSeconds()));
 }
 
 void obdPollForm::restoreRefresh()

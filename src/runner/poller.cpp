@@ -130,10 +130,15 @@ void Poller::start()
 /// What was typed counts from now on, and stays until the run is over.
 void Poller::takeBoxes()
 {
-    refreshSecs_ = numberIn(panel_.scnUpdate.text, longestRefresh, usualRefresh).value_or(refreshSecs_);
+    refreshSecs_ = refreshSeconds();
     panel_.scnUpdate.text = std::to_string(refreshSecs_);
     timeLimit_ = timeLimitIn(panel_.timeLimit.text);
     enableBoxes(false);
+}
+
+std::int64_t Poller::refreshSeconds() const
+{
+    return numberIn(panel_.scnUpdate.text, longestRefresh, usualRefresh).value_or(refreshSecs_);
 }
 
 void Poller::enableBoxes(bool enabled)
@@ -235,8 +240,8 @@ void Poller::showLength()
     const std::int64_t loops = numberIn(panel_.textSampleCnt.text, mostLoops, usualLoops).value_or(maxLoops_);
     const std::string measured = pace_.measuredText(loops);
     if (samplesFull_ && loops == maxLoops_)
-        panel_.lengthHint = "Ended after " + std::to_string(loops) +
-                            " loops. For longer runs raise Max Poll Loops, then New Poll." +
+        panel_.lengthHint = "Ended after " + std::to_string(loops) + (loops == 1 ? " loop" : " loops") +
+                            ". For longer runs raise Max Poll Loops, then New Poll." +
                             (measured.empty() ? "" : " Measured: " + measured + ".");
     else if (isComplete_ && timeLimit_)
         panel_.lengthHint =

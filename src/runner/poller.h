@@ -55,6 +55,7 @@ public:
     void setMaxLoops(const std::string& text);
     void setTimeLimit(const std::string& text) { panel_.timeLimit.text = text; }
     void setRefresh(const std::string& text) { panel_.scnUpdate.text = text; }
+    std::int64_t refreshSeconds() const; ///< as typed, or what stands for it
 
     /// Lets runs end by time alone, up to the next reset.
     void limitByTime(std::chrono::seconds limit);

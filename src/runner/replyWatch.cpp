@@ -18,8 +18,8 @@ std::string firstLineOf(std::string_view reply)
 {
     constexpr std::size_t longest = 40;
     const auto isShown = [](char c) { return c >= ' ' && c <= '~' && c != '>'; };
-    const auto* const end = std::ranges::find_if_not(reply, isShown);
-    std::string line(reply.begin(), end);
+    const auto length = std::ranges::find_if_not(reply, isShown) - reply.begin();
+    std::string line(reply.substr(0, static_cast<std::size_t>(length)));
     line.erase(std::min(line.find_last_not_of(' ') + 1, longest));
     return line;
 }
