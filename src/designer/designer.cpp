@@ -52,15 +52,16 @@ Designer::Designer(SerialPort& port, Timer& timer, Timer& silence, const Connect
 void Designer::load()
 {
     const bool isPollingWanted = std::exchange(values_.isPollingWanted, false);
+    const std::string ownFile = values_.mayOverwriteSave ? values_.parmSave : "";
     beginWithDesign();
     if (design_.isCommitted()) {
-        nameFile(values_.mayOverwriteSave ? values_.parmSave : "");
+        nameFile(ownFile);
         if (kept_.resume(panel_.obdGrid, design_))
             unsaved_.beginUnsaved();
     } else if (fileExists(values_.parmSave)) {
         loadFile(values_.parmSave);
     } else {
-        nameFile(values_.parmSave); // saving makes it anew
+        nameFile(ownFile); // saving makes it anew
     }
     panel_.statusBox =
         isPollingWanted && !isPolledWhole(panel_.obdGrid) ? neverPolledText : summaryOf(panel_.obdGrid);
@@ -194,7 +195,7 @@ void Designer::tellLoadFailure()
 
 bool Designer::isSample(const std::string& path) const
 {
-    return utf8Path(path).parent_path() == utf8Path(values_.sampleFolder);
+    return !values_.sampleFolder.empty() && utf8Path(path).parent_path() == utf8Path(values_.sampleFolder);
 }
 
 void Designer::setTitle(const std::string& title)

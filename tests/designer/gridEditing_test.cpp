@@ -29,12 +29,10 @@ TEST(GridEditingTest, CellsTakeWhatTheirEditorsHold)
     EXPECT_EQ(row, (GridRow{"0105", " a ", 4, 15, 7}));
     EXPECT_EQ(cellText(row, GridColumn::conversion), "4>Fahrenheit");
     setCell(row, GridColumn::frequency, "25");
-    for (const auto& [column, text] : {std::pair{GridColumn::offset, "x"},
-                                       {GridColumn::offset, ""},
-                                       {GridColumn::frequency, "-1"},
-                                       {GridColumn::frequency, "99999999999>"},
-                                       {GridColumn::offset, "3000000000"}})
-        EXPECT_THROW(setCell(row, column, text), RunTimeError) << text;
+    for (const char* text : {"x", "", "3000000000"})
+        EXPECT_THROW(setCell(row, GridColumn::offset, text), RunTimeError) << text;
+    for (const char* text : {"-1", "99999999999>"})
+        EXPECT_THROW(setCell(row, GridColumn::frequency, text), RunTimeError) << text;
     EXPECT_THROW(setCell(row, GridColumn::description, "a|b"), NotStorable);
     EXPECT_EQ(row, (GridRow{"0105", " a ", 4, 25, 7})) << "a refused text changes nothing";
     setCell(row, GridColumn::frequency, "often");
