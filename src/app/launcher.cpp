@@ -38,12 +38,12 @@ struct KeptWork {
     const char* folder;
     const char* extension;
     std::size_t most; ///< as many as the tool offers
-    const char* what; ///< between how many and when the last one was kept
+    const char* name;
 };
 
 constexpr std::array<KeptWork, 2> keptWork = {{
-    {Tool::pollDesigner, "/designs", ".obc", 10, " in the Polling Designer, the last design of "},
-    {Tool::pollRunner, "/runs", ".run", 10, " in Poll Data, the last run of "},
+    {Tool::pollDesigner, "/designs", ".obc", 10, "Polling Designer: "},
+    {Tool::pollRunner, "/runs", ".run", 10, "Poll Data: "},
 }};
 
 constexpr const char* speedHintText = "Most USB and Bluetooth adapters: 38400";
@@ -150,8 +150,9 @@ void Launcher::chooseForThisRun(Choice& choice, int position)
 bool Launcher::refreshPortInfo()
 {
     const StartPanel before = panel_;
+    const std::vector<DetectedPort> ports = ports_.detected();
     for (int number = 1; number <= PortDirectory::portCount; ++number)
-        panel_.portTips.at(static_cast<std::size_t>(number - 1)) = ports_.target(number).text();
+        panel_.portTips.at(static_cast<std::size_t>(number - 1)) = ports_.target(number, ports).text();
     panel_.portInfo = panel_.portTips.at(static_cast<std::size_t>(panel_.comPort));
     return panel_ != before;
 }
@@ -226,7 +227,8 @@ std::optional<Tool> Launcher::offerUnsavedWork(std::chrono::system_clock::time_p
         std::erase_if(files, [since](const KeptFiles::File& file) { return file.changed < since; });
         if (files.empty())
             continue;
-        lines.push_back(std::to_string(files.size()) + work.what + system_.dateText(files.front().changed));
+        lines.push_back(work.name + std::to_string(files.size()) + " unsaved, the last of " +
+                        system_.dateText(files.front().changed));
         tools.push_back(work.tool);
     }
     if (lines.empty())

@@ -78,7 +78,8 @@ void portsForm::offer(int number)
     const QString text = chooser->currentText();
     const std::string wanted = isTouched ? chosen(*chooser) : present(number);
     chooser->clear();
-    chooser->addItem(tr("Automatic (%1)").arg(toQt(directory_.automaticTarget(number).text())), QString());
+    chooser->addItem(tr("Automatic (%1)").arg(toQt(directory_.automaticTarget(number, detected_).text())),
+                     QString());
     chooser->addItem(tr("Simulated vehicle"), toQt(PortDirectory::simulated));
     for (const DetectedPort& port : detected_)
         chooser->addItem(toQt(PortDirectory::Target{port.location, port.description, true}.text()),

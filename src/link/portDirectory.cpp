@@ -25,30 +25,29 @@ std::string PortDirectory::Target::text() const
     return description.empty() ? location : location + " - " + description;
 }
 
-PortDirectory::Target PortDirectory::target(int number) const
+PortDirectory::Target PortDirectory::target(int number, const std::vector<DetectedPort>& ports) const
 {
     std::string location = assignmentForThisRun(number);
     if (location.empty())
         location = assignment(number);
-    return location.empty() ? automaticTarget(number) : targetAt(location);
+    return location.empty() ? automaticTarget(number, ports) : targetAt(location, ports);
 }
 
-PortDirectory::Target PortDirectory::automaticTarget(int number) const
+PortDirectory::Target PortDirectory::automaticTarget(int number, const std::vector<DetectedPort>& ports) const
 {
     if (const auto fixed = system_.fixedLocation(number))
-        return targetAt(*fixed);
-    const auto ports = system_.detected();
+        return targetAt(*fixed, ports);
     if (indexOf(number) >= ports.size())
         return {};
     const DetectedPort& port = ports[indexOf(number)];
     return {port.location, port.description, true};
 }
 
-PortDirectory::Target PortDirectory::targetAt(const std::string& location) const
+PortDirectory::Target PortDirectory::targetAt(const std::string& location,
+                                              const std::vector<DetectedPort>& ports) const
 {
     if (location == simulated)
         return {location, {}, true};
-    const auto ports = system_.detected();
     const auto known = std::ranges::find(ports, system_.devicePath(location), &DetectedPort::location);
     if (known != ports.end())
         return {location, known->description, true};

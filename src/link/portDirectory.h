@@ -65,10 +65,13 @@ public:
     PortDirectory(SettingsStore& settings, const PortList& system) : settings_(settings), system_(system) {}
 
     /// What the port stands for now. @param number 1 to 8
-    Target target(int number) const;
+    Target target(int number) const { return target(number, detected()); }
 
-    /// What it would stand for now without an assignment.
-    Target automaticTarget(int number) const;
+    /// The same for who asks for many: looking at the machine's ports takes time. @param ports detected()
+    Target target(int number, const std::vector<DetectedPort>& ports) const;
+
+    /// What the port would stand for without an assignment.
+    Target automaticTarget(int number, const std::vector<DetectedPort>& ports) const;
 
     /// The user's assignment for good, empty when there is none.
     std::string assignment(int number) const;
@@ -90,7 +93,7 @@ public:
     static std::optional<int> numberOf(std::string_view text);
 
 private:
-    Target targetAt(const std::string& location) const;
+    Target targetAt(const std::string& location, const std::vector<DetectedPort>& ports) const;
 
     SettingsStore& settings_;
     const PortList& system_;

@@ -65,31 +65,16 @@ private:
 
 TEST_F(WindowsEndToEnd, TheDesignerAsksWhatTheVehicleSupports)
 {
-    struct Row {
-        const char* simulator;
-        const char* message;
-        int disabled; ///< of the 31 rows of the default design
-    };
-    for (const Row& row : {Row{"--no-announcement", nullptr, 18},
-                           Row{"--ignition-off", "Please try again, is possible ignition not ON", 9}}) {
-        plugIn(row.simulator);
-        loadDefaultDesign(design);
-        form = new pollSetup2(context);
-        form->show();
-        QString message;
-        if (row.message != nullptr)
-            confirmNextBox(&message);
-        trigger("mnuVerifyObd");
-        EXPECT_TRUE(waitUntil([this] { return textOf("statusBox") == u"com1 Closed"; })) << row.simulator;
-        EXPECT_TRUE(waitUntil([&] { return message.startsWith(QLatin1String(row.message)); }))
-            << row.simulator;
-        int disabled = 0;
-        for (int i = 0; i < control<QTableView>("obdGrid")->model()->rowCount(); ++i)
-            disabled += cell(i, 3) == u"0" ? 1 : 0;
-        EXPECT_EQ(disabled, row.disabled) << row.simulator;
-        delete form;
-        form = nullptr;
-    }
+    plugIn("--no-announcement");
+    loadDefaultDesign(design);
+    form = new pollSetup2(context);
+    form->show();
+    trigger("mnuVerifyObd");
+    EXPECT_TRUE(showsStatus("com1 Closed"));
+    int disabled = 0;
+    for (int i = 0; i < control<QTableView>("obdGrid")->model()->rowCount(); ++i)
+        disabled += cell(i, 3) == u"0" ? 1 : 0;
+    EXPECT_EQ(disabled, 18) << "of the 31 rows of the default design";
 }
 
 TEST_F(WindowsEndToEnd, TheRunnerPollsAndWritesWhatTheVehicleSent)
@@ -118,7 +103,6 @@ TEST_F(WindowsEndToEnd, TheRunnerPollsAndWritesWhatTheVehicleSent)
         const auto started = std::chrono::system_clock::now();
         click("comStart");
         EXPECT_TRUE(showsStatus(row.end)) << textOf("statusBox").toStdString();
-        EXPECT_EQ(textOf("comStart"), u"Start Polling");
         EXPECT_EQ(cell(0, 1) + u' ' + cell(0, 2), u"99kPa 4");
 
         const std::string log = savedBy("mnuSaveLog", row.files, ".log");
