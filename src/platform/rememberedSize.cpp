@@ -39,12 +39,17 @@ void scrollContents(QMainWindow& window)
 void fitToScreen(QWidget& window)
 {
     const QSize room = roomFor(window);
+    QSize least = window.minimumSizeHint();
     auto* main = qobject_cast<QMainWindow*>(&window);
-    if (main != nullptr && !fits(window.minimumSizeHint(), room))
+    if (main != nullptr && !fits(least, room)) {
         scrollContents(*main);
+        const int bar = window.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+        least += QSize(bar, bar);
+    }
     const QSize size = window.testAttribute(Qt::WA_Resized) ? window.size() : window.sizeHint();
-    if (!fits(size, room))
-        window.resize(size.boundedTo(room));
+    const QSize wanted = size.expandedTo(least);
+    if (!fits(wanted, room * 2 / 3)) // of its own accord, the toolkit would not give more
+        window.resize(wanted.boundedTo(room));
 }
 
 void restoreSize(QWidget& window, const SettingsStore& settings)
