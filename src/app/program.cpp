@@ -43,6 +43,8 @@ constexpr std::array toolEntries = {
     ToolEntry{Tool::terminal, &make<debuggerForm>},   ToolEntry{Tool::scanner, &make<scanForm>},
 };
 
+constexpr std::chrono::milliseconds boxInterval{100};
+
 const ToolEntry* entryOf(Tool tool)
 {
     const auto* entry = std::ranges::find(toolEntries, tool, &ToolEntry::tool);
@@ -139,7 +141,7 @@ void Program::assignPorts() { portsForm(ports_, start_).exec(); }
 
 void Program::toolClosed()
 {
-    if (isEnding_)
+    if (std::exchange(isEnding_, false))
         start_->close();
     else if (const std::optional<Tool> next = std::exchange(next_, std::nullopt))
         openTool(*next);
@@ -173,10 +175,15 @@ void Program::end()
     while (QWidget* const box = QApplication::activeModalWidget()) // its handler goes on as after a Cancel
         if (!box->close())
             break;
-    if (tool_)
-        tool_->close(); // toolClosed() closes the launcher
-    else if (start_)
+    if (!tool_) {
         start_->close();
+        return;
+    }
+    tool_->close(); // toolClosed() closes the launcher
+    QTimer::singleShot(boxInterval, this, [this] {
+        if (isEnding_) // the handler that held the window back has opened another box
+            end();
+    });
 }
 
 void Program::waitIfHidden()
