@@ -407,8 +407,14 @@ std::string Designer::disableUnsupported(const std::string& bits)
         }
     });
     const auto disabled = before - enabledCount(panel_.obdGrid);
-    return " - " + std::to_string(disabled) + " of " + std::to_string(before) +
-           " events disabled. This is a hint: see Help.";
+    lastCheck_ = std::to_string(disabled) + " of " + std::to_string(before) + " events disabled";
+    return " - " + lastCheck_ + ". This is a hint: see Help.";
+}
+
+void Designer::showStatistics()
+{
+    const std::string check = lastCheck_.empty() ? "none so far" : lastCheck_;
+    prompts_.message(check_.counterLine() + "\r\n\r\nSupport check: " + check, "Piolum Stats");
 }
 
 void Designer::changed()

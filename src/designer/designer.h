@@ -60,6 +60,8 @@ public:
     void clickAutoSpeed(bool checked);
     void movePollSpeed(int position); ///< changes what is shown, not the design's speed
 
+    void showStatistics(); ///< the counters, and what the last check has disabled
+
     void verifySupport(); ///< asks the vehicle and disables the rows that it does not support
     void calculateOffsets();
     void showTimeline();
@@ -106,6 +108,7 @@ private:
     DesignerPanel panel_;
     GridHistory history_;
     std::optional<LoadFailure> loadFailure_; ///< until it was told
+    std::string lastCheck_;                  ///< how many events it has disabled; empty before there was one
     int bitsPerSecond_;
 };
 

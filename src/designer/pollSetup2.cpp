@@ -170,6 +170,7 @@ void pollSetup2::connectActions()
     ui->mnuRedo->setShortcuts({Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
     onTrigger(ui->mnuAddNew, &pollSetup2::mnuAddNew_Click);
     onClick(ui->comDone, &pollSetup2::comDone_Click);
+    onClick(ui->labelStats, &pollSetup2::labelStats_Click);
     ui->comDone->setEnabled(context().goPolling != nullptr);
 }
 
@@ -198,6 +199,8 @@ void pollSetup2::comDone_Click()
     context().goPolling();
     close();
 }
+
+void pollSetup2::labelStats_Click() { designer_.showStatistics(); }
 
 void pollSetup2::changeCurrent(void (Designer::*operation)(std::size_t row))
 {
@@ -300,7 +303,7 @@ void pollSetup2::paint()
 {
     const DesignerPanel& p = designer_.panel();
     display(*ui->statusBox, p.statusBox);
-    display(*ui->labelStats, p.labelStats);
+    display(*ui->labelStats, {.caption = p.labelStats});
     showFile();
     showCommands();
     display(*ui->sampleDsp, p.sampleDsp);

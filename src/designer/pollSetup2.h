@@ -34,6 +34,7 @@ private:
     bool printOn(QPrinter& printer) override;
     void mnuAddNew_Click();
     void comDone_Click();
+    void labelStats_Click();
     void autoSpeed_Click(bool checked);
     void pollSpeed_Change(int position);
     void pollTitle_Change(const QString& title);

@@ -220,6 +220,8 @@ TEST_F(PollSetup2Test, AsksTheVehicleAndClosesWithTheWindow)
     EXPECT_EQ(messageOf([&] { adapter->play(); }), u"Run-time error 13: Type mismatch");
     EXPECT_EQ(textOf("statusBox"), u"com1 Closed - 11 of 22 events disabled. This is a hint: see Help.");
     EXPECT_EQ(cell(3, 3), u"0");
+    EXPECT_EQ(messageOf([&] { click("labelStats"); }),
+              textOf("labelStats") + QStringLiteral("\n\nSupport check: 11 of 22 events disabled"));
     adapter->expect("ATZ\r");
     adapter->expect("ATD\r");
     trigger("mnuVerifyObd");
