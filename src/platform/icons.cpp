@@ -61,6 +61,7 @@ void useOwnIcons()
     if (desktops.isEmpty() || desktops == hicolor || desktops.startsWith(QLatin1String("zint")))
         QIcon::setThemeName(ownSet()); // else each icon would be sought in all the programs' folders first
     QIcon::setFallbackThemeName(ownSet());
+    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths()); // icons that were looked up before are so again
 }
 
 void giveOwnIcons(const QWidget& window)
