@@ -61,7 +61,7 @@ private:
     QPointer<startForm> start_;
     QPointer<toolForm> tool_;
     std::optional<Tool> next_; ///< opened in place of the launcher when the present tool closes
-    bool isEnding_ = false; ///< the launcher closes when the present tool has closed
+    bool isEnding_ = false;    ///< the launcher closes when the present tool has closed
 };
 
 } // namespace zint

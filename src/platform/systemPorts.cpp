@@ -85,7 +85,8 @@ bool SystemPorts::exists(const std::string& location) const
 std::string SystemPorts::devicePath(const std::string& location) const
 {
     const std::string path = zint::devicePath(location);
-    const QString target = QFileInfo(toQt(path)).canonicalFilePath(); // of a link such as /dev/serial/by-id/...
+    const QString target =
+        QFileInfo(toQt(path)).canonicalFilePath(); // of a link such as /dev/serial/by-id/...
     return target.isEmpty() ? path : fromQt(target);
 }
 

@@ -128,34 +128,26 @@ TEST_F(LauncherTest, ReportsSavedChoicesThatItCannotUse)
     EXPECT_EQ(prompts.takeMessage(), "damaged");
 }
 
-TEST_F(LauncherTest, WritesEverythingBackAtTheExit)
-{
-    launcher.load();
-    launcher.choosePort(4);
-    launcher.chooseSpeed(1);
-    launcher.choosePort(-1);
-    launcher.choosePortForThisRun(9);
-    launcher.chooseSpeed(2);
-    values = {"/elsewhere", "/b.mdb", "s", "o", "l", "e"};
-    EXPECT_EQ(settings.savedKeys, Texts{}) << "nothing is saved before the exit";
-    launcher.unload();
-    EXPECT_EQ(settings.savedKeys, keys);
-    EXPECT_EQ(stored(), "4,1,/elsewhere,/b.mdb,s,o,l,e,");
-    settings.flushFailure = "the disk is full";
-    launcher.unload();
-    EXPECT_EQ(prompts.takeMessage(), "The settings could not be saved: the disk is full");
-}
-
-TEST_F(LauncherTest, DoesNotSaveAChoiceForOneRun)
+TEST_F(LauncherTest, WritesEverythingBackAtTheExitButAChoiceForOneRun)
 {
     store({"2", "0"});
     launcher.choosePortForThisRun(5);
     launcher.chooseSpeedForThisRun(1);
     launcher.load();
     EXPECT_EQ(connection(), "com5 38400,N,8,1");
-    launcher.choosePort(4); // the user's choice from now on, although the same
+    for (const int outside : {-1, 8})
+        launcher.choosePort(outside);
+    values = {"/elsewhere", "/b.mdb", "s", "o", "l", "e"};
+    settings.savedKeys.clear();
     launcher.unload();
-    EXPECT_TRUE(stored().starts_with("4,0,"));
+    EXPECT_EQ(settings.savedKeys, keys);
+    EXPECT_EQ(stored(), "2,0,/elsewhere,/b.mdb,s,o,l,e,");
+    launcher.choosePort(4); // the user's choice from now on, although the same
+    launcher.chooseSpeed(1);
+    settings.flushFailure = "the disk is full";
+    launcher.unload();
+    EXPECT_EQ(prompts.takeMessage(), "The settings could not be saved: the disk is full");
+    EXPECT_TRUE(stored().starts_with("4,1,"));
 }
 
 TEST_F(LauncherTest, ReadsShowsAndClearsFoldersAndFilesButNotTheStoreNorTheConnection)
