@@ -240,7 +240,10 @@ const std::vector<Option>& options()
         {"port", "port",
          "Port to use: com1 to com8, the path of a device (stands for com1=PATH), or comN=PATH.", connecting,
          readPort},
-        {"speed", "speed", "Line speed: 9600 or 38400 bits per second.", connecting, readSpeed},
+        {"speed", "speed",
+         "Line speed: 9600 or 38400 bits per second (default: as chosen in the launcher, at first 9600; most "
+         "USB and Bluetooth adapters use 38400).",
+         connecting, readSpeed},
         {"simulate", "", "Put a simulated adapter and vehicle on com1.", connecting, readSimulate},
         {"clear", "", "With codes: erase the codes and test results in the vehicle.", codes,
          [](CommandLine& line, const QString&) { line.clearCodes = true; }},

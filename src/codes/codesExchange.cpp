@@ -90,6 +90,15 @@ void CodesExchange::unload()
     changed();
 }
 
+void CodesExchange::showStatistics() const
+{
+    const char* const last = succeeded()   ? "complete"
+                             : isRunning() ? "is on"
+                             : failed_     ? "failed"
+                                           : "none so far";
+    prompts_.message(link_.counterLine() + "\r\n\r\nReading: " + last, "Piolum Stats");
+}
+
 void CodesExchange::showStatus(const std::string& text)
 {
     panel_.statusBox = text;

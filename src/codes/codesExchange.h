@@ -54,6 +54,8 @@ public:
     /// Whether codes were listed that have no description because there is no database.
     bool lacksDescriptions() const { return !databaseAvailable_ && reading_.reportedCodes > 0; }
 
+    void showStatistics() const; ///< the counters, and what became of the last reading
+
     /// Shows what became of a file, until the next event.
     void showStatus(const std::string& text);
 

@@ -53,6 +53,7 @@ codesForm::codesForm(ToolContext& context)
         monitors_[i] = findChild<QLabel*>(toQt(monitorLabel(i)));
     onClick(ui->getCodes, &codesForm::getCodes_Click);
     onClick(ui->clearCodes, &codesForm::clearCodes_Click);
+    onClick(ui->labelStats, &codesForm::labelStats_Click);
     onTrigger(ui->ftc, &codesForm::ftc_Click);
     onTrigger(ui->mnuSaveReport, &codesForm::mnuSaveReport_Click);
     exchange_.onChanged = [this] { paint(); };
@@ -67,6 +68,8 @@ void codesForm::Form_Unload() { exchange_.unload(); }
 void codesForm::getCodes_Click() { exchange_.pressGetCodes(); }
 
 void codesForm::clearCodes_Click() { exchange_.pressClearCodes(); }
+
+void codesForm::labelStats_Click() { exchange_.showStatistics(); }
 
 void codesForm::ftc_Click() { context().openFailedConn(*this); }
 
@@ -119,7 +122,7 @@ void codesForm::paint()
 {
     const CodesPanel& p = exchange_.panel();
     display(*ui->statusBox, p.statusBox);
-    display(*ui->labelStats, p.labelStats);
+    display(*ui->labelStats, {.caption = p.labelStats});
     display(*ui->getCodes, p.getCodes);
     display(*ui->clearCodes, p.clearCodes);
     display(*ui->stateMIL, p.stateMIL);

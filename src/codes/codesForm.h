@@ -30,6 +30,7 @@ private:
     void Form_Unload() override;
     void getCodes_Click();
     void clearCodes_Click();
+    void labelStats_Click();
     void ftc_Click();
     void mnuSaveReport_Click();
 

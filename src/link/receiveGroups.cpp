@@ -19,8 +19,10 @@ ReceiveGroups::End ReceiveGroups::endOfGroup() const
             return {stop + 1, true};
         stop = text.find_first_of("\r>", stop + 1);
     }
+    if (stop == std::string::npos && text.size() < longest)
+        return ReplyBuffer::isText(text) ? End{} : End{text.size(), false};
     if (stop == std::string::npos)
-        return text.size() < longest ? End{} : End{text.size(), true};
+        return {text.size(), true};
     std::size_t end = stop + 1;
     if (text.substr(end).starts_with('\n'))
         ++end;

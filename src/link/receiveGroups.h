@@ -15,7 +15,8 @@ namespace zint {
 /// comes together with it: "41 0C 1A F8 " CR | CR ">". A prompt ends a group only while nothing but line ends
 /// and blanks lies behind it: adapters that greet after a reset send a prompt in front of the greeting, too.
 /// Half a line is never delivered, for a tool that answers it would end the adapter's search for the vehicle.
-/// Line ends alone wait for what they belong to.
+/// Line ends alone wait for what they belong to. Noise, as a wrong speed makes it, has no lines and does not
+/// wait for any.
 class ReceiveGroups {
 public:
     /// How long a line waits for the line feed or the prompt that may belong to it: longer than drivers hold

@@ -40,10 +40,10 @@ std::optional<std::string> ReplyBuffer::takeReply()
     return std::exchange(text_, {});
 }
 
-bool ReplyBuffer::isReadable() const
+bool ReplyBuffer::isText(std::string_view received)
 {
-    return std::ranges::all_of(text_,
-                               [](char c) { return c == '\r' || c == '\n' || (c >= ' ' && c <= '~'); });
+    return std::ranges::all_of(
+        received, [](char c) { return (c >= ' ' && c <= '~') || filler.find(c) != std::string_view::npos; });
 }
 
 void ReplyBuffer::clear()

@@ -29,8 +29,11 @@ public:
     /// The notice that the reply taken last began with, without its line end; empty when it had none.
     const std::string& notice() const { return notice_; }
 
-    /// Whether what is incomplete is text, as adapters send it. A wrong speed makes noise of it.
-    bool isReadable() const;
+    /// Whether something is text, as adapters send it. A wrong speed makes noise of it.
+    static bool isText(std::string_view received);
+
+    /// Whether what is incomplete is text.
+    bool isReadable() const { return isText(text_); }
 
     void clear();
 

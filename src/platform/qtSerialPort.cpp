@@ -45,8 +45,9 @@ void QtSerialPort::open()
     port_.setFlowControl(QSerialPort::NoFlowControl);
     if (!port_.open(QIODevice::ReadWrite))
         throw portOpenError(path, port_.error(), port_.errorString());
-    port_.clear(QSerialPort::Input);
     ++opening_;
+    goneReported_ = true; // nobody is told from inside this call
+    port_.clear(QSerialPort::Input);
     goneReported_ = false;
     timePerCharacter_ =
         std::chrono::microseconds(std::chrono::seconds(1)) * bitsPerCharacter / line.bitsPerSecond;
@@ -79,8 +80,10 @@ void QtSerialPort::finishConversation()
     };
     while (!goneReported_ && port_.bytesToWrite() > 0 && left() > 0 && port_.waitForBytesWritten(left())) {
     }
-    while (!goneReported_ && unanswered_ > 0 && left() > 0 && port_.waitForReadyRead(left())) {
-    }
+    // The port tells of nothing while one of its own signals stands on the stack, as it mostly does here.
+    takeArrived();
+    while (!goneReported_ && unanswered_ > 0 && left() > 0 && port_.waitForReadyRead(left()))
+        takeArrived();
     // The system has the text now; closing resets the line's speed, so that it must be on the wire before.
     if (!goneReported_)
         std::this_thread::sleep_until(std::min(lineFreeAt_, deadline));
@@ -93,16 +96,23 @@ void QtSerialPort::output(std::string_view text)
     const auto now = std::chrono::steady_clock::now();
     const auto characters = static_cast<int>(text.size());
     lineFreeAt_ = std::max(lineFreeAt_, now + driverMargin) + characters * timePerCharacter_;
-    unanswered_ += count(text, '\r');
+    const auto commands = count(text, '\r');
     if (port_.bytesToWrite() == 0)
         text.remove_prefix(writeNow(port_, text));
-    if (text.empty())
-        return;
-    if (port_.write(text.data(), static_cast<qint64>(text.size())) < 0)
+    if (!text.empty() && port_.write(text.data(), static_cast<qint64>(text.size())) < 0)
         throw CommError(static_cast<int>(port_.error()), fromQt(port_.errorString()));
+    unanswered_ += commands;
 }
 
+/// The port's signal does not come again while this runs, so that what arrives meanwhile is looked for here.
 void QtSerialPort::dataArrived()
+{
+    do {
+        takeArrived();
+    } while (port_.isOpen() && port_.bytesAvailable() > 0);
+}
+
+void QtSerialPort::takeArrived()
 {
     const QByteArray bytes = port_.readAll();
     const std::string_view text(bytes.constData(), static_cast<std::size_t>(bytes.size()));
@@ -112,12 +122,11 @@ void QtSerialPort::dataArrived()
     if (closing_)
         return;
     groups_.append(text);
+    pause_.stop();
     while (auto group = groups_.take())
         deliver(std::move(*group));
     if (groups_.hasLine())
         pause_.start(ReceiveGroups::patience);
-    else
-        pause_.stop();
 }
 
 /// Each group is a notification of its own.
@@ -143,6 +152,8 @@ void QtSerialPort::errorArrived(QSerialPort::SerialPortError error)
     goneReported_ = true;
     if (closing_)
         return;
+    if (!groups_.isEmpty()) // nothing will complete it
+        deliver(groups_.takeRest());
     gate_.run([this, opening = opening_] {
         if (opening == opening_)
             notify(commEvent::deviceGone);

@@ -34,6 +34,7 @@ private:
     using SteadyTime = std::chrono::steady_clock::time_point;
 
     void dataArrived();
+    void takeArrived();
     void deliver(std::string group);
     void errorArrived(QSerialPort::SerialPortError error);
     void notify(int event);

@@ -287,6 +287,7 @@ void Scanner::tellOfNext()
 void Scanner::linkReceived()
 {
     panel_.labelStats = link_.counterLine();
+    showSilence();
     if (isScanning() && !scanPending_)
         end();
     changed();
@@ -304,8 +305,17 @@ void Scanner::linkEvent(int event)
 
 void Scanner::linkSilent()
 {
-    panel_.statusBox += link_.silence(); // until the next reply sets the status anew
+    showSilence();
     changed();
+}
+
+/// Behind the scanner's own words.
+void Scanner::showSilence()
+{
+    if (panel_.statusBox.ends_with(silenceShown_))
+        panel_.statusBox.resize(panel_.statusBox.size() - silenceShown_.size());
+    silenceShown_ = link_.silence();
+    panel_.statusBox += silenceShown_;
 }
 
 void Scanner::linkTimedOut()

@@ -116,6 +116,7 @@ private:
     std::string lineOf(const ScanRequest& request, const ScanReply& reply) const;
     void setStatus(std::string_view words);
     void write(const std::string& text) { around_.outBox.append(text); }
+    void showSilence();
     void replied() const;
     void changed() const;
 
@@ -124,6 +125,7 @@ private:
     ScanParameters boxes_;
     Display display_;
     ScanPanel panel_;
+    std::string silenceShown_; ///< at the end of the status
 
     State state_ = State::idle;
     bool scanPending_ = false; ///< neither complete nor given up

@@ -299,7 +299,9 @@ void Terminal::timedOut()
     around_.timer.setEnabled(false);
     ++counters_.totalErrors;
     around_.prompts.tellOfSilence(std::string(AdapterLink::notRespondingText),
-                                  choice_.silenceReason(rxBuf_.empty() ? Heard::nothing : Heard::text));
+                                  choice_.silenceReason(rxBuf_.empty()                ? Heard::nothing
+                                                        : ReplyBuffer::isText(rxBuf_) ? Heard::text
+                                                                                      : Heard::noise));
     if (sendsAfterTimeout_)
         send();
     changed();

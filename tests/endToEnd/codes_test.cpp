@@ -25,7 +25,7 @@ Outcome codesOf(const Simulator& simulator, const char* options = "")
 
 TEST(CodesEndToEnd, ReadsAndClears)
 {
-    const Simulator simulator("--latency 5");
+    const Simulator simulator("--latency 5 --keep-unread --late-defaults 100");
     EXPECT_TRUE(codesOf(simulator, "--speed 38400").output.starts_with(litReport));
     const Outcome cleared = codesOf(simulator, "--clear --yes");
     EXPECT_NE(cleared.output.find("Codes\n  No codes reported\n"), std::string::npos) << cleared.output;

@@ -65,12 +65,13 @@ private:
 
 TEST_F(WindowsEndToEnd, TheDesignerAsksWhatTheVehicleSupports)
 {
-    plugIn("--no-announcement");
+    plugIn("--protocol can");
     loadDefaultDesign(design);
     form = new pollSetup2(context);
     form->show();
     trigger("mnuVerifyObd");
-    EXPECT_TRUE(showsStatus("com1 Closed"));
+    EXPECT_TRUE(showsStatus("com1 Closed - 9 of 22 events disabled. This is a hint: see Help."))
+        << textOf("statusBox").toStdString();
     int disabled = 0;
     for (int i = 0; i < control<QTableView>("obdGrid")->model()->rowCount(); ++i)
         disabled += cell(i, 3) == u"0" ? 1 : 0;

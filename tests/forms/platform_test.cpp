@@ -124,7 +124,9 @@ TEST(QtSettingsStoreTest, KeepsTextsAsTheyAre)
 
 TEST(QtSettingsStoreTest, TellsOfAFileThatHoldsNoSettings)
 {
-    const std::string file = qEnvironmentVariable("XDG_CONFIG_HOME").toStdString() + "/Zint/Zint.conf";
+    const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/Zint");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const std::string file = folder.toStdString() + "/Zint.conf";
     TemporaryFolder::write(file, std::string("\x80=\0\xFF\n[\x01", 7));
     EXPECT_NE(QtSettingsStore().damage().find(file + " are damaged"), std::string::npos);
     TemporaryFolder::write(file, "");

@@ -105,6 +105,45 @@ TEST_F(QtSerialPortTest, ClosingWaitsForTheAnswersToWhatWasWritten)
     EXPECT_EQ(terminal->read(), "ATD\r");
 }
 
+TEST_F(QtSerialPortTest, ClosingInANotificationWaitsForTheAnswerOnly)
+{
+    port.open();
+    terminal->takeOpening();
+    QElapsedTimer timer;
+    qint64 took = -1;
+    port.onComm = [&] { // as tools do at the end of an exchange
+        port.output("ATD\r");
+        timer.start();
+        port.close();
+        took = timer.elapsed();
+    };
+    terminal->write("41 0C \r\r>");
+    std::jthread adapter([&] {
+        while (terminal->read().empty())
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        terminal->write("OK\r\r>");
+    });
+    EXPECT_TRUE(waitUntil([&] { return took >= 0; }));
+    EXPECT_LT(took, 400);
+}
+
+TEST_F(QtSerialPortTest, DeliversNoiseAndWhatIsIncompleteWhenTheDeviceGoes)
+{
+    port.open();
+    terminal->takeOpening();
+    terminal->write("\xFE\xFF"); // a wrong speed
+    EXPECT_TRUE(waitUntil([&] { return port.inBufferCount() == 2; }));
+    EXPECT_EQ(port.input(), "\xFE\xFF");
+    events.clear();
+    terminal->write("41 0");
+    QTest::qWait(30);
+    EXPECT_TRUE(events.empty());
+    terminal.reset();
+    EXPECT_TRUE(waitUntil([&] { return events.size() == 2; }));
+    EXPECT_EQ(events, (std::vector{commEvent::receive, commEvent::deviceGone}));
+    EXPECT_EQ(port.input(), "41 0");
+}
+
 TEST_F(QtSerialPortTest, ClosingDoesNotWaitForEverForAnAdapterThatReadsNothing)
 {
     port.open();

@@ -50,6 +50,8 @@ TEST(ReceiveGroupsTest, ALineWaitsShortlyAndHalfALineForItsEnd)
     groups.append("\r");
     EXPECT_EQ(groups.take(), "SEARCHING...\r");
     EXPECT_FALSE(groups.hasLine()) << "what is left is no line";
+    groups.append("\xFE");
+    EXPECT_TRUE(groups.hasLine()) << "noise waits for no line end";
 }
 
 TEST(ReceiveGroupsTest, DoesNotDependOnThePieces)
