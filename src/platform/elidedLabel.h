@@ -4,8 +4,8 @@
 
 namespace zint {
 
-/// A label of one line that shows an ellipsis where its text does not fit. Its text stays whole, for those who
-/// have it read to them.
+/// A label of one line that shows an ellipsis where its text does not fit. Its text stays whole, for those
+/// who have it read to them.
 class ElidedLabel final : public QLabel {
     Q_OBJECT
 

@@ -111,7 +111,12 @@ TEST_F(WindowsEndToEnd, TheRunnerPollsAndWritesWhatTheVehicleSent)
         expectFourLoops(log, savedBy("mnuExportLog", row.files, ".txt"), started);
     }
 
-    plugIn("--no-announcement --latency 1"); // again, to go on with the run
+    // again, to go on with the run, stopped in the middle of a request
+    plugIn("--no-announcement --latency 150 --late-defaults 200 --keep-unread");
+    trigger("mnuComStart");
+    EXPECT_TRUE(showsStatus("com1 Polling")) << textOf("statusBox").toStdString();
+    QTest::qWait(70);
+    trigger("mnuComStart");
     trigger("mnuComStart");
     EXPECT_TRUE(showsStatus(ended)) << textOf("statusBox").toStdString();
     EXPECT_EQ(control<QProgressBar>("ProgressBar1")->text(), u"100%");
@@ -119,6 +124,8 @@ TEST_F(WindowsEndToEnd, TheRunnerPollsAndWritesWhatTheVehicleSent)
     std::istringstream stream(contents(folder.path("cut.log")));
     const SampleStore samples = readLog(stream).samples;
     EXPECT_GT(samples.events()[0].sampleCount, 4);
+    EXPECT_EQ(samples.events()[0].minimum + 1000 * samples.events()[0].maximum, 99099)
+        << "of its own request";
     EXPECT_EQ(cell(0, 2), QString::number(samples.events()[0].sampleCount));
 }
 
