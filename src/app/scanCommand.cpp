@@ -59,7 +59,8 @@ private:
         const Scanner::Counts& counts = scanner_.counts();
         if (!scanner_.failure().empty() || counts.invalid < counts.events)
             return scanner_.failure();
-        return counts.events == 0 ? "no request was answered" : "no reply was valid: is the ignition on?";
+        return counts.events == 0 ? "no request was sent or answered"
+                                  : "no reply was valid: is the ignition on?";
     }
 
     void begin()

@@ -80,6 +80,7 @@ private:
     {
         isPrompted_ = true;
         patience_.end();
+        watch(); // what the next send would take from the status
         sendNext();
     }
 

@@ -114,7 +114,8 @@ void scanForm::connectControls()
         connect(option, &QAbstractButton::toggled, this, &scanForm::takeDisplay);
     onClick(ui->comScan, &scanForm::comScan_Click);
     onClick(ui->calcHdr, &scanForm::calcHdr_Click);
-    onClick(ui->labelStats, &scanForm::labelStats_Click);
+    connect(ui->labelStats, &QPushButton::clicked, this,
+            [this] { ask([this] { labelStats_Click(); }); }); // a scan goes on meanwhile
     onTrigger(ui->mnuOpenCom, &scanForm::comScan_Click);
     onTrigger(ui->mnuCloseCom, &scanForm::comScan_Click);
     onTrigger(ui->mnuClear, &scanForm::mnuClear_Click);

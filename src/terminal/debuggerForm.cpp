@@ -74,8 +74,10 @@ void debuggerForm::sendCom_Click()
 {
     rememberCommand();
     terminal_.pressSendCom();
-    if (terminal_.isOpen())
-        ui->inBox->selectAll(); // the next command takes its place
+    if (!terminal_.isOpen())
+        return;
+    ui->inBox->setFocus();
+    ui->inBox->selectAll(); // the next command takes its place
 }
 
 void debuggerForm::repeatCom_Click()

@@ -23,12 +23,13 @@ std::string blanked(std::string_view received)
     return text;
 }
 
-/// Drops line ends in front of a line, and the prompt of before: some adapters send line ends behind the
+/// Drops empty lines in front of a line, and the prompt of before: some adapters send line ends behind the
 /// prompt or before a reply.
 void dropLeadingLineEnds(std::string& received)
 {
-    if (const auto begin = received.find_first_not_of("\r\n>"); begin != std::string::npos)
-        received.erase(0, begin);
+    const auto begin = received.find_first_not_of("\r\n >");
+    if (begin != std::string::npos) // npos + 1 is 0, where there is none
+        received.erase(0, received.find_last_of("\r\n>", begin) + 1);
 }
 
 } // namespace
@@ -64,6 +65,7 @@ void Terminal::pressOpenCom()
 void Terminal::open()
 {
     linkState_ = State::resetSent;
+    around_.port.setInputMode(InputMode::text);
     rxBuf_.clear();
     try {
         around_.port.open();

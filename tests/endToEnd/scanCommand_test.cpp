@@ -56,7 +56,7 @@ TEST(ScanCommandEndToEnd, FailuresSayWhyAndSumUp)
         {"--no-reset-answer", "--timeout 1", silent, "Suffix:\nScan Halted\n"},
         {"--silent-after 3", "--timeout 1", silent, "V 0100  BE 3F B8 13 \nScan Halted\n"},
         {"", "--header nonsen", "com1 Error on set header", "\nError setting header\nScan Completed\n"},
-        {"", "--mode 4", "no request was answered", "functional scans...Scan Completed\n"},
+        {"", "--mode 4", "no request was sent or answered", "functional scans...Scan Completed\n"},
         {"--ignition-off", "--pid 0", "no reply was valid", "\nScan Completed\n"},
         {"", "--port /dev/no-such-port", "com1 - Comm init error: 2: ", ""},
     };

@@ -61,7 +61,8 @@ TEST(TerminalCommandEndToEnd, TellsWhatFailed)
         {"--no-reset-answer", "--timeout 1", "0100\n", silent},
         {"--silent-after 2", "--timeout 1", "0100\n0101\n", silent},
         {"", "--port /dev/no-such-port", "0100\n", "com1 - Comm init error: 2: "},
-        {"--no-announcement", "--dec", "ATS0\n0100\n010D\n", "com1 - Overflow: a number is larger", "",
+        {"--no-announcement --single-line-end", "--dec", "ATS0\n0100\n010D\n",
+         "com1 - Overflow: a number is larger", "",
          ">0100  4100BE3FB813\n>010D  4263168 \n"}, // no reason to stop
         {"", "", "0100\n", "could not be written", "/dev/full"},
     };

@@ -35,7 +35,7 @@ TEST_F(TerminalEndToEnd, ShowsEachReplyBeforeItSendsAgain)
     constexpr std::int64_t sends = 100;
     for (const char* options :
          {"--no-announcement", "--no-announcement --line-feeds --pieces 1",
-          R"(--no-announcement --single-line-end --pieces 7 --after-prompt \r\n --leading-line-end)",
+          R"(--no-announcement --single-line-end --pieces 7 --after-prompt \x20\r\n --leading-line-end)",
           "--protocol can"}) {
         SCOPED_TRACE(options);
         const Simulator simulator((std::string("--latency 0 ") + options).c_str());

@@ -136,7 +136,7 @@ TEST_F(QtSerialPortTest, DeliversNoiseAndWhatIsIncompleteWhenTheDeviceGoes)
     EXPECT_EQ(port.input(), "\xFE\xFF");
     events.clear();
     terminal->write("41 0");
-    QTest::qWait(30);
+    QTest::qWait(150);
     EXPECT_TRUE(events.empty());
     terminal.reset();
     EXPECT_TRUE(waitUntil([&] { return events.size() == 2; }));
