@@ -192,11 +192,13 @@ private:
     SystemClock clock_;
     KeptRuns kept_{fromQt(userDataFolder()) + "/runs", dateText};
     QtTimer resetTimer_{session_.gate};
+    QtTimer silence_{session_.gate};
     QtTimer ticker_{session_.gate};
     Patience patience_{session_, line_.timeout};
     std::unique_ptr<SerialPort> port_ = session_.makePort();
     Poller poller_{{.port = *port_,
                     .timer = resetTimer_,
+                    .silence = silence_,
                     .ticker = ticker_,
                     .clock = clock_,
                     .prompts = session_.prompts,

@@ -40,7 +40,7 @@ void toolForm::setUpCommonControls()
                     [this, handler] { ask([=, this] { (this->*handler)(); }); });
     };
     question("mnuAbout", &toolForm::mnuAbout_Click);
-    action("mnuHelp", &toolForm::mnuHelp_Click);
+    question("mnuHelp", &toolForm::mnuHelp_Click);
     question("mnuPrintSetup", &toolForm::mnuPrintSetup_Click);
     question("mnuprintSetup", &toolForm::mnuPrintSetup_Click);
     question("mnuPrintOut", &toolForm::mnuPrintOut_Click);
@@ -49,7 +49,7 @@ void toolForm::setUpCommonControls()
     for (const char* name : {"logo", "logo2"}) {
         if (auto* logo = findChild<QPushButton*>(QLatin1String(name))) {
             logo->setText(toQt(programInfo().maker));
-            onClick(logo, &toolForm::logo_Click);
+            connect(logo, &QPushButton::clicked, this, [this] { ask([this] { logo_Click(); }); });
         }
     }
     if (auto* back = findChild<QPushButton*>(QStringLiteral("backCom")))

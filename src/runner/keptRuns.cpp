@@ -121,6 +121,7 @@ Extent extentOf(std::string_view tail, std::int64_t lines)
     tail = tail.substr(0, tail.rfind('\n') + 1); // a line without its end does not count
     if (tail.ends_with(leftMark) || tail.ends_with(toldMark)) {
         tail.remove_suffix(leftMark.size());
+        tail = tail.substr(0, tail.rfind('\n') + 1); // the mark may stand behind such a line
         --extent.samples;
     }
     tail.remove_suffix(std::min(tail.size(), lineEnd.size()));

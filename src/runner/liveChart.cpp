@@ -7,7 +7,7 @@
 #include "runner/chartRange.h"
 #include "runner/chartView.h"
 #include "runner/ui_liveChart.h"
-#include "shared/askToSave.h"
+#include "shared/fileError.h"
 #include "shared/textFile.h"
 
 #include <QBuffer>
@@ -32,6 +32,16 @@ constexpr int checkedAtFirst = 4;
 std::size_t eventOf(const QListWidgetItem& item)
 {
     return static_cast<std::size_t>(item.data(eventRole).toInt());
+}
+
+/// @throws FileError
+void writePicture(const QImage& image, const std::string& path)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (!image.save(&buffer, "PNG"))
+        throw FileError("The picture can't be made; there may be too little memory.");
+    replaceFile(path, [&bytes](std::ostream& stream) { stream.write(bytes.constData(), bytes.size()); });
 }
 
 class QtLiveChart final : public LiveChart {
@@ -263,18 +273,17 @@ void QtLiveChart::savePicture()
     for (const std::size_t event : checkedEvents())
         names.push_back({lines_.sampleOf(event), lines_.nameOf(event)});
     const QImage image = chartPicture(*view_, names);
-    const std::string path =
-        askToSave(surroundings_.dialogs, surroundings_.values,
-                  {.extension = "png", .filter = "Pictures (*.png)|*.png|All files (*.*)|*.*"}, "chart.png");
+    const std::string path = surroundings_.dialogs.chooseToSave(
+        {.extension = "png", .filter = "Pictures (*.png)|*.png|All files (*.*)|*.*"},
+        surroundings_.values.parmInitDir, "chart.png");
     if (path.empty())
         return;
-    surroundings_.gate.run([image, path] {
-        QByteArray bytes;
-        QBuffer buffer(&bytes);
-        if (!image.save(&buffer, "PNG"))
-            throw FileError("The picture can't be made; there may be too little memory.");
-        replaceFile(path, [&bytes](std::ostream& stream) { stream.write(bytes.constData(), bytes.size()); });
-    });
+    try {
+        writePicture(image, path);
+        surroundings_.values.rememberFolderOf(path);
+    } catch (const FileError& error) { // told outside the gate, where it holds up nothing
+        surroundings_.prompts.message(error.what());
+    }
 }
 
 void QtLiveChart::changeEvent(QEvent* event)

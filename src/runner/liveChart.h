@@ -2,9 +2,9 @@
 
 #include "catalogue/design.h"
 #include "runner/sampleStore.h"
-#include "shared/eventGate.h"
 #include "shared/fileDialogs.h"
 #include "shared/programValues.h"
+#include "shared/prompts.h"
 
 #include <QWidget>
 
@@ -28,7 +28,7 @@ public:
 
 /// What the chart asks of its window; all of it outlives the chart.
 struct LiveChartSurroundings {
-    EventGate& gate; ///< shows what goes wrong when a picture is written
+    Prompts& prompts; ///< tells why a picture is not written
     FileDialogs& dialogs;
     ProgramValues& values;
     /// Runs what asks the user; the window does not close meanwhile.

@@ -22,10 +22,11 @@ constexpr const char* section = "Poll Data"; // of the settings
 
 obdPollForm::obdPollForm(ToolContext& context)
     : toolForm(context, "docpldat2"), ui(std::make_unique<Ui::obdPollForm>()),
-      MSComm1(context.makePort(gate(), context.connection())), Timer1(gate()), ticker_(gate()),
-      CommonDialog1(*this), kept_(context.userDataFolder + "/runs", dateText),
+      MSComm1(context.makePort(gate(), context.connection())), Timer1(gate()), silence_(gate()),
+      ticker_(gate()), CommonDialog1(*this), kept_(context.userDataFolder + "/runs", dateText),
       poller_({.port = *MSComm1,
                .timer = Timer1,
+               .silence = silence_,
                .ticker = ticker_,
                .clock = clock_,
                .prompts = prompts(),
@@ -94,7 +95,7 @@ void obdPollForm::setUpToolbar()
 
 void obdPollForm::setUpChart()
 {
-    chart_ = makeLiveChart({.gate = gate(),
+    chart_ = makeLiveChart({.prompts = prompts(),
                             .dialogs = CommonDialog1,
                             .values = context().values,
                             .ask = [this](const std::function<void()>& questions) { ask(questions); }},
@@ -156,7 +157,7 @@ void obdPollForm::paint()
 {
     const PollPanel& p = poller_.panel();
     display(*ui->titleLab, p.titleLab);
-    display(*ui->statusBox, p.statusBox + p.keepFailure);
+    display(*ui->statusBox, p.statusBox + p.hint + p.keepFailure);
     display(*ui->lengthHint, p.lengthHint);
     display(*ui->statLab1, p.statLab1);
     display(*ui->labelStats, p.labelStats);

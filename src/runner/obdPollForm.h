@@ -41,6 +41,7 @@ private:
     std::unique_ptr<Ui::obdPollForm> ui;
     std::unique_ptr<SerialPort> MSComm1;
     QtTimer Timer1;
+    QtTimer silence_;
     QtTimer ticker_;
     QtFileDialogs CommonDialog1;
     SystemClock clock_;

@@ -36,6 +36,7 @@ struct PollPanel {
 
     std::string titleLab;
     std::string statusBox = "Ready";
+    std::string hint;        ///< what the replies, or none, mean, to stand behind the status; mostly empty
     std::string keepFailure; ///< why the run's samples are not kept, to stand behind the status; mostly empty
     std::string statLab1 = "0 Loops, 0 Events, 0 sec, 0 Events/s";
     std::string labelStats = LinkCounters::initialText;

@@ -42,6 +42,7 @@ Poller::Poller(Surroundings surroundings, const ConnectionChoice& choice, const 
 {
     around_.ticker.onTick = [this] { tick(); };
     around_.ticker.setInterval(tickInterval);
+    link_.watchSilence(around_.silence);
     panel_.titleLab = design_.title() + " (" + std::to_string(design_.eventCount()) + " events)";
     for (const DesignEntry& event : design_.events())
         panel_.obdGrid.push_back({.description = event.description});
@@ -73,6 +74,7 @@ void Poller::pressStart()
 
 std::string Poller::completedStatus()
 {
+    link_.close(); // a status tells of no silence then
     link_.setStatus(" Polling Completed ");
     return link_.status();
 }
@@ -122,6 +124,7 @@ void Poller::start()
         samplesBefore_.push_back(event.sampleCount);
     nextRefresh_ = pollStart_.ticks + std::chrono::seconds(refreshSecs_);
     keepRun();
+    showProgress();
     showLength();
     around_.ticker.setEnabled(true);
     changed();
@@ -168,8 +171,10 @@ void Poller::stop(const std::string& status)
     measure();
     refresh();
     showLength();
+    showProgress();
     panel_.ProgressBar1.text.clear();
     panel_.statusBox = status;
+    panel_.hint.clear();
     flushKept();
     if (isSaved())
         around_.kept.forget();
@@ -207,7 +212,7 @@ bool Poller::isTimeUp() const
 
 void Poller::measure()
 {
-    pace_.measure(around_.clock.monotonic(), eventsDone_);
+    pace_.measure(watch_.heardAt(), eventsDone_);
     if (const auto seconds = pace_.measuredSeconds())
         around_.values.requestSeconds = *seconds; // the designer's estimate tells it, too
 }
@@ -250,23 +255,22 @@ void Poller::showLength()
         panel_.lengthHint = pace_.lengthText(loops);
 }
 
-/// Says behind the status what the replies tell. What was said of something else stays, unless there is a
-/// new concern.
+/// Tells what the replies, or none, mean for the user. It stays the same while nothing new is to be told: a
+/// change may be read aloud.
 void Poller::showHint()
 {
+    constexpr std::string_view waiting = " - first values in ";
     const auto time = around_.clock.monotonic();
-    const ReplyWatch::Concern concern = watch_.concern(time);
-    std::string hint = watch_.text(time);
-    if (hint.empty() && state_ == State::polling && !showsValues_ && time < nextRefresh_)
-        hint = "first values in " +
-               std::to_string(std::chrono::ceil<std::chrono::seconds>(nextRefresh_ - time).count()) + " s";
-    if (!hint.empty())
-        hint.insert(0, " - ");
-    const bool isOurs = panel_.statusBox == link_.status() + hint_;
-    const bool isNews = concern != std::exchange(concern_, concern) && concern != ReplyWatch::Concern::none;
-    hint_ = std::move(hint);
-    if (isOurs || isNews)
-        panel_.statusBox = link_.status() + hint_;
+    if (state_ != State::polling)
+        panel_.hint = link_.silence();
+    else if (const std::string concern = watch_.text(time); !concern.empty())
+        panel_.hint = " - " + concern;
+    else if (showsValues_ || time >= nextRefresh_)
+        panel_.hint.clear();
+    else if (!panel_.hint.starts_with(waiting))
+        panel_.hint = std::string(waiting) +
+                      std::to_string(std::chrono::ceil<std::chrono::seconds>(nextRefresh_ - time).count()) +
+                      " s";
 }
 
 void Poller::linkReset()
@@ -277,6 +281,12 @@ void Poller::linkReset()
     state_ = initQueue_.empty() ? State::firstRequest : State::commands;
     heard();
     setStatus(initQueue_.empty() ? " Init" : " " + initQueue_);
+    changed();
+}
+
+void Poller::linkSilent()
+{
+    showHint();
     changed();
 }
 
@@ -335,7 +345,8 @@ void Poller::takeReply(std::string_view reply)
     ++eventsDone_;
     requestNext();
     const auto value = pollValue(reply);
-    watch_.take(design_.events()[answered].code, value || link_.notice().empty() ? reply : link_.notice(),
+    watch_.take(design_.events()[answered].code,
+                reply.starts_with(ReplyBuffer::prompt) ? std::string_view(link_.notice()) : reply,
                 value.has_value(), around_.clock.monotonic());
     if (!value) {
         link_.countError();
@@ -370,6 +381,7 @@ void Poller::requestNext()
     if (time > nextRefresh_) {
         nextRefresh_ = time + std::chrono::seconds(refreshSecs_);
         refresh();
+        showProgress();
         showHint();
         changed();
     }
@@ -379,7 +391,6 @@ void Poller::reachLoop(std::int64_t loop)
 {
     loopCount_ = loop;
     samplesFull_ = loop >= maxLoops_;
-    panel_.ProgressBar1.value = loopsPercent();
 }
 
 void Poller::linkReceived()
@@ -396,7 +407,6 @@ void Poller::linkReceived()
 void Poller::complete(const std::string& status)
 {
     isComplete_ = true;
-    panel_.ProgressBar1.value = whole;
     stop(status);
 }
 
@@ -433,8 +443,7 @@ void Poller::resetValues()
 {
     maxLoops_ = numberIn(panel_.textSampleCnt.text, mostLoops, usualLoops).value_or(maxLoops_);
     panel_.textSampleCnt.text = std::to_string(maxLoops_);
-    panel_.statusBox =
-        leaveRun() ? "Values reset. The unsaved run is under Recover Unsaved Run..." : "Values reset.";
+    panel_.statusBox = "Values reset." + leaveRun();
     samples_.reset(design_);
     samplesBefore_.assign(samples_.events().size(), 0);
     loopCount_ = turn_.loop = 0;
@@ -454,14 +463,17 @@ void Poller::resetValues()
     changed();
 }
 
-/// Another run takes the place of the present one. @return whether this one can be recovered
-bool Poller::leaveRun()
+/// Another run takes the place of the present one. @return what to say of one that was not saved
+std::string Poller::leaveRun()
 {
     flushKept();
-    const bool isKept = around_.kept.isKeeping() && !samples_.isEmpty() && !isSaved();
+    const bool isKept = around_.kept.isKeeping();
     isSaved() ? around_.kept.forget() : around_.kept.leave();
     panel_.keepFailure.clear();
-    return isKept;
+    if (samples_.isEmpty() || isSaved())
+        return {};
+    return isKept ? " The unsaved run is under Recover Unsaved Run..."
+                  : " The unsaved run could not be kept.";
 }
 
 void Poller::loadLog()
@@ -516,7 +528,7 @@ void Poller::setStatus(std::string_view words)
 {
     link_.setStatus(words);
     panel_.statusBox = link_.status();
-    hint_.clear();
+    panel_.hint.clear();
 }
 
 void Poller::changed() const

@@ -34,8 +34,9 @@ public:
     /// What the poller asks of its surroundings; all of it outlives the poller.
     struct Surroundings {
         SerialPort& port;
-        Timer& timer;  ///< guards the reset
-        Timer& ticker; ///< ticks while a run is on: hands samples to the system, shows progress
+        Timer& timer;   ///< guards the reset
+        Timer& silence; ///< for the hint that nothing arrives
+        Timer& ticker;  ///< ticks while a run is on: hands samples to the system, shows progress
         const Clock& clock;
         Prompts& prompts;
         ProgramValues& values;
@@ -108,6 +109,7 @@ private:
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
     void linkEvent(int event) override;
+    void linkSilent() override;
     void linkTimedOut() override;
     void linkLost() override;
 
@@ -119,7 +121,7 @@ private:
     void complete(const std::string& status);
     std::string completedStatus();
     void keepRun();
-    bool leaveRun();
+    std::string leaveRun();
     void flushKept();
     void tick();
     void proceed(std::string_view reply);
@@ -165,10 +167,8 @@ private:
     std::int64_t loopCount_ = 0; ///< since the last reset
     std::int64_t eventsDone_ = 0;
     std::int64_t noDataCount_ = 0;
-    Turn turn_;                                               ///< of the request that is outstanding
-    std::string initQueue_;                                   ///< commands still to be sent, separated by ";"
-    std::string hint_;                                        ///< what stands behind the status words
-    ReplyWatch::Concern concern_ = ReplyWatch::Concern::none; ///< as hint_ tells it
+    Turn turn_;             ///< of the request that is outstanding
+    std::string initQueue_; ///< commands still to be sent, separated by ";"
 
     Moment pollStart_;
     Moment firstPollStart_;

@@ -72,10 +72,10 @@ void ReplyWatch::take(std::string_view request, std::string_view reply, bool isG
 
 ReplyWatch::Concern ReplyWatch::concern(Time now) const
 {
+    if (mismatches_ >= manyMismatches) // which silence does not mend
+        return Concern::mismatch;
     if (now - heardAt_ >= longSilence)
         return Concern::silence;
-    if (mismatches_ >= manyMismatches)
-        return Concern::mismatch;
     return badReplies_ >= manyBadReplies ? Concern::noData : Concern::none;
 }
 
@@ -83,9 +83,7 @@ std::string ReplyWatch::text(Time now) const
 {
     switch (concern(now)) {
     case Concern::silence:
-        return "no reply for " +
-               std::to_string(std::chrono::duration_cast<std::chrono::seconds>(now - heardAt_).count()) +
-               " s";
+        return "no reply for " + std::to_string(longSilence.count()) + " s";
     case Concern::noData:
         return "No data from the vehicle" + (badReply_.empty() ? "" : " (" + badReply_ + ")") +
                ": ignition on?";

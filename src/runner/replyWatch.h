@@ -27,6 +27,9 @@ public:
     /// A request was answered. @param isGood whether the reply was stored as a value
     void take(std::string_view request, std::string_view reply, bool isGood, Time now);
 
+    /// When something was answered last.
+    Time heardAt() const { return heardAt_; }
+
     enum class Concern { none, noData, mismatch, silence };
     Concern concern(Time now) const;
 

@@ -12,9 +12,9 @@ RunPace::RunPace(const Design& design, int bitsPerSecond)
 {
 }
 
-void RunPace::measure(Time now, std::int64_t replies)
+void RunPace::measure(Time last, std::int64_t replies)
 {
-    const std::chrono::duration<double> spent = now - began_;
+    const std::chrono::duration<double> spent = last - began_;
     if (replies < 1 || spent.count() <= 0)
         return;
     requestSeconds_ = spent.count() / static_cast<double>(replies);

@@ -20,8 +20,8 @@ public:
 
     void begin(Time now) { began_ = now; } ///< the first request of a run goes out
 
-    /// @param replies since begin()
-    void measure(Time now, std::int64_t replies);
+    /// @param last when the last reply came. @param replies since begin()
+    void measure(Time last, std::int64_t replies);
 
     /// What is left of a run, in seconds; nothing before it was measured. @param last the request that is
     /// outstanding

@@ -1,6 +1,7 @@
 #include "forms/formTest.h"
 #include "runner/liveChart.h"
 #include "support/scriptedDialogs.h"
+#include "support/scriptedPrompts.h"
 
 #include <QCategoryAxis>
 #include <QChartView>
@@ -21,8 +22,7 @@ constexpr std::int32_t fuelStatus = 21;
 struct LiveChartTest : FormTest {
     SampleStore samples;
     ScriptedDialogs dialogs;
-    EventGate gate;
-    std::string failure;
+    ScriptedPrompts prompts;
     LiveChart* chart = nullptr;
 
     LiveChartTest()
@@ -35,8 +35,7 @@ struct LiveChartTest : FormTest {
         for (std::size_t i = 0; const auto& [description, conversion] : events)
             design.events()[i++] = {.code = "0100", .description = description, .conversion = conversion};
         samples.reset(design);
-        gate.onError = [this](const std::string& text, const std::string&) { failure = text; };
-        chart = makeLiveChart({gate, dialogs, values}, nullptr);
+        chart = makeLiveChart({prompts, dialogs, values}, nullptr);
         form = chart;
         chart->setRun(design, samples);
         chart->resize(800, 500);
@@ -94,10 +93,11 @@ TEST_F(LiveChartTest, DrawsTheCheckedEventsThatHaveNumbersEachInItsColour)
     for (int place = 0; place < picture.width() * picture.height(); ++place)
         colours.erase(picture.pixel(place % picture.width(), place / picture.width()));
     EXPECT_TRUE(colours.empty()) << "the picture has them all";
-    EXPECT_EQ(values.parmInitDir + failure, folder.path());
+    EXPECT_EQ(values.parmInitDir, folder.path());
     dialogs.chosen = folder.path("no folder/picture.png");
     click("chartSave");
-    EXPECT_NE(failure.find("picture.png"), std::string::npos);
+    EXPECT_NE(prompts.takeMessage().find("picture.png"), std::string::npos);
+    EXPECT_EQ(values.parmInitDir, folder.path()) << "what can't be written to is not proposed";
 }
 
 TEST_F(LiveChartTest, FollowsARunUnlessItIsPausedAndShowsAllOfItInTheEnd)

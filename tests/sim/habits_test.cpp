@@ -95,6 +95,7 @@ std::string poll(Rig& rig)
     KeptRuns kept{rig.folder.path("runs"), [](auto) { return "today"; }};
     Poller poller({.port = rig.port,
                    .timer = rig.timer,
+                   .silence = rig.silence,
                    .ticker = rig.ticker,
                    .clock = rig.clock,
                    .prompts = rig.prompts,
