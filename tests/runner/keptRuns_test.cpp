@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <optional>
 #include <sstream>
 #ifdef __unix__
@@ -109,8 +110,11 @@ protected:
         kept->flush();
         const auto time = fs::file_time_type::clock::now() - std::chrono::hours(age);
         for (const std::string& path : files()) {
-            if (std::ranges::find(before, path) == before.end())
-                fs::last_write_time(utf8Path(path), time);
+            if (std::ranges::find(before, path) != before.end())
+                continue;
+            if (!isLeft) // in the middle of a line
+                std::ofstream(utf8Path(path), std::ios::app) << "1,99,12";
+            fs::last_write_time(utf8Path(path), time);
         }
         isLeft ? kept->leave() : restart();
     }
