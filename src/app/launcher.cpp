@@ -15,6 +15,10 @@ namespace {
 
 constexpr const char* section = "Startup";
 
+// Each exit stores the folder, so that one stands there though nobody chose it. This tells which.
+constexpr const char* defaultsSection = "Defaults";
+constexpr const char* defaultFolder = "folder";
+
 /// A value that is saved as text, in the order of saving.
 struct SavedValue {
     const char* key;
@@ -74,10 +78,11 @@ void Launcher::load()
     }
     values_.sampleFolder = system_.sampleFolder;
     values_.descriptionsFile = system_.descriptionsFile;
+    values_.isFolderRemembered =
+        !values_.parmInitDir.empty() &&
+        values_.parmInitDir != settings_.get(defaultsSection, defaultFolder, system_.workingFolder);
     if (values_.parmInitDir.empty())
         values_.parmInitDir = system_.workingFolder;
-    // Each exit stores the folder, so that the working folder may stand there though nobody chose it.
-    values_.isFolderRemembered = values_.parmInitDir != system_.workingFolder;
     if (values_.parmDTCdb.empty())
         values_.parmDTCdb = defaultDatabase();
     panel_.caption += " v" + programInfo().version();
@@ -114,6 +119,7 @@ void Launcher::unload()
         settings_.save(section, choice.key, std::to_string(choice.saved));
     for (const SavedValue& saved : savedValues)
         settings_.save(section, saved.key, values_.*saved.value);
+    settings_.save(defaultsSection, defaultFolder, values_.isFolderRemembered ? "" : values_.parmInitDir);
     const std::string failure = settings_.flush();
     if (!failure.empty())
         prompts_.message("The settings could not be saved: " + failure);

@@ -175,13 +175,12 @@ void Program::end()
     while (QWidget* const box = QApplication::activeModalWidget()) // its handler goes on as after a Cancel
         if (!box->close())
             break;
-    if (!tool_) {
+    if (tool_)
+        tool_->close(); // toolClosed() closes the launcher
+    else
         start_->close();
-        return;
-    }
-    tool_->close(); // toolClosed() closes the launcher
     QTimer::singleShot(boxInterval, this, [this] {
-        if (isEnding_) // the handler that held the window back has opened another box
+        if (isEnding_ && start_) // the handler that held the window back has opened another box
             end();
     });
 }

@@ -200,7 +200,8 @@ std::unique_ptr<DtcDatabase> DtcDatabase::create(const std::string& path,
     guarded(path, [&] {
         SQLite::Database file(fresh.path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
         file.exec("PRAGMA journal_mode = MEMORY"); // half of it is deleted, not undone
-        SQLite::Backup(file, *filled->database_).executeStep();
+        if (SQLite::Backup(file, *filled->database_).executeStep() != SQLITE_DONE) // it may be locked
+            refuse(path, "made: another program uses the new file. Try again.");
     });
     filesGuarded([&] { publishFile(fresh.path, path); });
     return open(path);

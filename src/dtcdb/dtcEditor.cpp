@@ -139,12 +139,12 @@ void DtcEditor::copyFromAccess(const std::string& path)
         databaseKinds, utf8Text(utf8Path(path).parent_path()), utf8Text(utf8Path(path).stem()) + "-copy.mdb");
     if (copy.empty())
         return;
-    around_.values.rememberFolderOf(copy);
     std::size_t copied = 0;
     auto database = DtcDatabase::create(copy, [&](DtcDatabase& filled) {
         for (const DtcRecord& record : records)
             copied += fits(record.code) && filled.add(cutToSize(record)) ? 1U : 0U;
     });
+    around_.values.rememberFolderOf(copy);
     panel_.dtcDBname.text = copy;
     opened(copy, std::move(database));
     panel_.statusBox = std::to_string(copied) + " of " + std::to_string(records.size()) + " record(s) copied";

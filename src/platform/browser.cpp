@@ -17,26 +17,38 @@ std::string ownHelpSite()
     return fromQt(QUrl::fromLocalFile(folder).toString(QUrl::FullyEncoded));
 }
 
-std::string openAddress(const ProgramValues& values, const std::string& address)
+/// Where the user finds what has an address.
+std::string placeOf(const std::string& address)
 {
-    if (!values.browserPath.empty() && startBrowser(toQt(values.browserPath), toQt(address)))
-        return {};
     const QUrl url(toQt(address));
     return url.isLocalFile() ? fromQt(QDir::toNativeSeparators(url.toLocalFile())) : address;
 }
 
-} // namespace
-
-std::string openHelpPage(const ProgramValues& values, const std::string& page)
+void openAddress(const ProgramValues& values, const std::string& address, const PageNotShown& onFailure)
 {
-    const ProgramInfo& info = programInfo();
-    return openAddress(values, info.helpAddress(info.helpSite.empty() ? ownHelpSite() : info.helpSite, page));
+    const auto tell = [address, onFailure] { onFailure(placeOf(address)); };
+    if (values.browserPath.empty())
+        tell();
+    else
+        startBrowser(toQt(values.browserPath), toQt(address), tell);
 }
 
-std::string openWebSite(const ProgramValues& values)
+} // namespace
+
+void openHelpPage(const ProgramValues& values, const std::string& page, const PageNotShown& onFailure)
+{
+    const ProgramInfo& info = programInfo();
+    const std::string site = info.helpSite.empty() ? ownHelpSite() : info.helpSite;
+    openAddress(values, info.helpAddress(site, page), onFailure);
+}
+
+void openWebSite(const ProgramValues& values, const PageNotShown& onFailure)
 {
     const std::string& site = programInfo().webSite;
-    return site.empty() ? openHelpPage(values, {}) : openAddress(values, site);
+    if (site.empty())
+        openHelpPage(values, {}, onFailure);
+    else
+        openAddress(values, site, onFailure);
 }
 
 } // namespace zint

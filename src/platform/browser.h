@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <string>
 
 /// Help pages and web sites are shown in the user's browser.
@@ -12,15 +13,17 @@ namespace zint {
 /// The program that opens ".HTM" files; empty when there is none.
 std::string findBrowser();
 
-/// Starts the program with an address, so that it outlives this one. @return false when it can't be started
-/// or ends at once because nothing shows such pages
-bool startBrowser(const QString& program, const QString& address);
+/// Starts the program with an address, so that it outlives this one.
+/// @param onFailure called, perhaps later, when it can't be started or soon ends because nothing shows such
+/// pages
+void startBrowser(const QString& program, const QString& address, const std::function<void()>& onFailure);
+
+/// Called, perhaps later, with where a page is, for the user, when nothing shows it.
+using PageNotShown = std::function<void(const std::string& place)>;
 
 /// @param page a page's name without ending, such as "docstart2"; empty for the table of contents
-/// @return where the page is, for the user, when nothing shows it; empty when it is shown
-std::string openHelpPage(const ProgramValues& values, const std::string& page);
+void openHelpPage(const ProgramValues& values, const std::string& page, const PageNotShown& onFailure);
 
-/// @return as openHelpPage()
-std::string openWebSite(const ProgramValues& values);
+void openWebSite(const ProgramValues& values, const PageNotShown& onFailure);
 
 } // namespace zint

@@ -1,11 +1,13 @@
 #include "platform/browser.h"
 #include "platform/text.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
 
 #include <algorithm>
+#include <chrono>
 #include <unistd.h>
 #include <utility>
 
@@ -82,18 +84,30 @@ std::string findBrowser()
     return fromQt(program);
 }
 
-bool startBrowser(const QString& program, const QString& address)
+void startBrowser(const QString& program, const QString& address, const std::function<void()>& onFailure)
 {
-    if (!program.endsWith(QLatin1String("/xdg-open")))
-        return QProcess::startDetached(program, {address});
-    // It can always be started. What tells whether it found a browser is how it ends, unless it becomes one.
-    constexpr int patienceMs = 2000;
+    if (!program.endsWith(QLatin1String("/xdg-open"))) {
+        if (!QProcess::startDetached(program, {address}))
+            onFailure();
+        return;
+    }
+    // What tells whether it found a browser is how it ends, unless it becomes one and ends much later.
     auto* process = new QProcess; // may outlive the program
-    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    const QDeadlineTimer soon(std::chrono::seconds(10));
+    QObject::connect(process, &QProcess::finished, process, [=](int exitCode) {
+        process->deleteLater();
+        if (exitCode != 0 && !soon.hasExpired())
+            onFailure();
+    });
+    QObject::connect(process, &QProcess::errorOccurred, process, [=](QProcess::ProcessError error) {
+        if (error != QProcess::FailedToStart)
+            return;
+        process->deleteLater();
+        onFailure();
+    });
     process->setProcessChannelMode(QProcess::ForwardedChannels);
     process->setChildProcessModifier([] { ::setsid(); }); // a Ctrl-C is not for the browser
     process->start(program, {address});
-    return !process->waitForFinished(patienceMs) || process->exitCode() == 0;
 }
 
 } // namespace zint

@@ -30,9 +30,10 @@ std::string findBrowser()
     return result < success ? std::string() : fromQt(QString::fromWCharArray(program.data()).trimmed());
 }
 
-bool startBrowser(const QString& program, const QString& address)
+void startBrowser(const QString& program, const QString& address, const std::function<void()>& onFailure)
 {
-    return QProcess::startDetached(program, {address});
+    if (!QProcess::startDetached(program, {address}))
+        onFailure();
 }
 
 } // namespace zint

@@ -109,7 +109,7 @@ private:
 void QtPrompts::message(const std::string& text, const std::string& title, const std::string& reason)
 {
     if (isLong(window_, text)) {
-        showLongText(window_, text, title);
+        showLongText(window_, reason.empty() ? text : text + "\r\n\r\n" + reason, title);
         return;
     }
     QMessageBox box(&window_);

@@ -9,6 +9,7 @@
 
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QToolBar>
 
 #include <exception>
@@ -130,14 +131,20 @@ void toolForm::mnuAbout_Click() { prompts().message(programInfo().aboutText()); 
 
 void toolForm::mnuHelp_Click() { showHelp(helpPage_); }
 
-void toolForm::logo_Click() { tellOfPage(openWebSite(context_.values)); }
+void toolForm::logo_Click() { openWebSite(context_.values, tellingOfPage()); }
 
-void toolForm::showHelp(const std::string& page) { tellOfPage(openHelpPage(context_.values, page)); }
+void toolForm::showHelp(const std::string& page) { openHelpPage(context_.values, page, tellingOfPage()); }
 
-void toolForm::tellOfPage(const std::string& place)
+/// It may take some time until that shows; by then the window may have closed.
+std::function<void(const std::string&)> toolForm::tellingOfPage()
 {
-    if (!place.empty())
-        prompts().message("No program was found that shows web pages. The page is " + place);
+    return [form = QPointer(this)](const std::string& place) {
+        if (!form || form->hasUnloaded_)
+            return;
+        form->ask([&] {
+            form->prompts().message("No program was found that shows web pages. The page is " + place);
+        });
+    };
 }
 
 void toolForm::mnuPrintSetup_Click() { printer().setUp(); }

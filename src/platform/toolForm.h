@@ -116,7 +116,7 @@ private:
     void mnuPrintSetup_Click();
     void mnuPrintOut_Click();
     void logo_Click();
-    void tellOfPage(const std::string& place);
+    std::function<void(const std::string&)> tellingOfPage();
     void goBack();
     void unload();
     void leave();

@@ -1,9 +1,11 @@
 #include "shared/fileLock.h"
 
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -41,6 +43,7 @@ bool FileLock::take(const std::string& path)
 {
     const std::string name = lockFileOf(path);
     constexpr int mostAttempts = 10;
+    constexpr int attemptsWhenTaken = 3; // isTaken() has it for a moment, too
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         const int file = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
         if (file < 0)
@@ -48,9 +51,12 @@ bool FileLock::take(const std::string& path)
         if (::flock(file, LOCK_EX | LOCK_NB) != 0) {
             const bool isTaken = errno == EWOULDBLOCK;
             ::close(file);
-            if (isTaken)
+            if (!isTaken)
+                break;
+            if (attempt >= attemptsWhenTaken)
                 return false;
-            break;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            continue;
         }
         if (isStillNamed(file, name)) {
             held_ = std::make_unique<HeldFile>(name, file);

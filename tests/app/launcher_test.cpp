@@ -81,7 +81,9 @@ TEST_F(LauncherTest, StartsWithDefaultsOnTheFirstRun)
     EXPECT_FALSE(values.isFolderRemembered) << "the samples are offered";
 
     launcher.unload();
-    Launcher second(settings, ports, prompts, values, design, surroundings());
+    Launcher::System elsewhere = surroundings();
+    elsewhere.workingFolder = "/home/b";
+    Launcher second(settings, ports, prompts, values, design, elsewhere);
     second.chooseSpeedForThisRun(1);
     second.load();
     EXPECT_FALSE(values.isFolderRemembered) << "nobody has chosen the folder by now";
@@ -140,6 +142,8 @@ TEST_F(LauncherTest, WritesEverythingBackAtTheExitButAChoiceForOneRun)
     values = {"/elsewhere", "/b.mdb", "s", "o", "l", "e"};
     settings.savedKeys.clear();
     launcher.unload();
+    EXPECT_EQ(settings.savedKeys.back(), "folder") << "nothing else is added";
+    settings.savedKeys.pop_back();
     EXPECT_EQ(settings.savedKeys, keys);
     EXPECT_EQ(stored(), "2,0,/elsewhere,/b.mdb,s,o,l,e,");
     launcher.choosePort(4); // the user's choice from now on, although the same

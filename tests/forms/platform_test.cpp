@@ -172,8 +172,12 @@ TEST(BrowserTest, TheEnvironmentsChoiceComesFirst)
     const TemporaryFolder folder; // with what always starts, though nothing shows pages
     TemporaryFolder::write(folder.path("xdg-open"), "#!/bin/sh\nexit $1\n");
     std::filesystem::permissions(folder.path("xdg-open"), std::filesystem::perms::owner_all);
-    EXPECT_FALSE(startBrowser(toQt(folder.path("xdg-open")), u"3"_qs));
-    EXPECT_TRUE(startBrowser(toQt(folder.path("xdg-open")), u"0"_qs));
+    QStringList failed;
+    for (const QString& code : {u"0"_qs, u"3"_qs})
+        startBrowser(toQt(folder.path("xdg-open")), code, [&, code] { failed << code; });
+    startBrowser(toQt(folder.path("none/xdg-open")), {}, [&] { failed << u"none"_qs; });
+    EXPECT_TRUE(waitUntil([&] { return failed.size() == 2; }));
+    EXPECT_TRUE(failed.contains(u"3"_qs) && failed.contains(u"none"_qs));
     qputenv("BROWSER", "/bin/true");
 }
 

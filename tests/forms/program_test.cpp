@@ -99,6 +99,19 @@ TEST_F(ProgramTest, AProgramWithoutAVisibleWindowLivesOnAndIsBroughtBack)
     EXPECT_FALSE(RunningInstance::bringBackHidden()) << "a visible program is not asked";
 }
 
+TEST_F(ProgramTest, EndsOverALauncherThatShowsOneBoxAfterAnother)
+{
+    auto* about = window("startForm")->findChild<QAction*>(QStringLiteral("mnuAbout"));
+    QObject::connect(about, &QAction::triggered, about, [about] {
+        static int more = 1;
+        if (more-- > 0)
+            about->trigger();
+    });
+    QTimer::singleShot(0, &program, &Program::end);
+    about->trigger();
+    EXPECT_TRUE(waitUntil([] { return window("startForm") == nullptr; }));
+}
+
 /// The program with the test as the adapter.
 TEST(ProgramWithAdapterTest, AMessageOverAHiddenToolLeavesASecondStartAlone)
 {
