@@ -173,10 +173,16 @@ ConnectionChoice Launcher::connection() const
             .device = target.isDevice() ? target.location : target.text()};
 }
 
-Tool Launcher::toolFor(Tool button)
+Tool Launcher::toolFor(Tool button) const
 {
-    values_.isPollingWanted = button == Tool::pollRunner && !design_.isCommitted();
-    return values_.isPollingWanted ? Tool::pollDesigner : button;
+    return button == Tool::pollRunner && !design_.isCommitted() ? Tool::pollDesigner : button;
+}
+
+Tool Launcher::click(Tool button)
+{
+    const Tool tool = toolFor(button);
+    values_.isPollingWanted = tool != button;
+    return tool;
 }
 
 void Launcher::showDefaults()

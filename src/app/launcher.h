@@ -64,8 +64,12 @@ public:
     ConnectionChoice connection() const;
 
     /// The tool that a button opens: polling needs a design without unpolled events, so that with any other
-    /// the designer comes first, and is told why.
-    Tool toolFor(Tool button);
+    /// the designer comes first.
+    Tool toolFor(Tool button) const;
+
+    /// A button was clicked; the designer is told when it comes in the runner's place.
+    /// @return the tool to open
+    Tool click(Tool button);
 
     void showDefaults();  ///< shows the stored and the present values
     void clearDefaults(); ///< empties folders and files; the store follows at the exit

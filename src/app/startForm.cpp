@@ -52,7 +52,7 @@ void startForm::connectToolButton(QPushButton* button, Tool tool)
 {
     button->setEnabled(actions_.hasTool(launcher_.toolFor(tool)));
     connect(button, &QPushButton::clicked, this,
-            [this, tool] { gate().run([this, tool] { actions_.openTool(launcher_.toolFor(tool)); }); });
+            [this, tool] { gate().run([this, tool] { actions_.openTool(launcher_.click(tool)); }); });
 }
 
 void startForm::Form_Unload() { launcher_.unload(); }

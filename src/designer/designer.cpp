@@ -63,8 +63,12 @@ void Designer::load()
     } else {
         nameFile(ownFile); // saving makes it anew
     }
-    panel_.statusBox =
-        isPollingWanted && !isPolledWhole(panel_.obdGrid) ? neverPolledText : summaryOf(panel_.obdGrid);
+    if (!isPollingWanted)
+        panel_.statusBox = summaryOf(panel_.obdGrid);
+    else if (isPolledWhole(panel_.obdGrid))
+        panel_.statusBox = summaryOf(panel_.obdGrid) + " - press Goto Polling";
+    else
+        panel_.statusBox = neverPolledText;
     changed();
 }
 

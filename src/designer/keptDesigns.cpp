@@ -81,6 +81,8 @@ std::vector<KeptEntry> KeptDesigns::list(const DesignContent& shown) const
 {
     std::vector<KeptEntry> entries;
     for (const KeptFiles::File& file : files_.newestFirst()) {
+        if (file.path == edited_) // some file systems have no locks
+            continue;
         if (const auto draft = tryToLoad(file.path))
             entries.push_back({file.path,
                                dateText_(file.changed) + "   " + summaryOf(draft->grid) + ": " +

@@ -55,7 +55,7 @@ std::string timelineText(const Design& design)
         if (pass >= passes) // so late, empty passes may have followed the last
             break;
         text += "   "; // piece by piece: there may be 100,000 lines
-        text += event.description.empty() ? event.code : event.description;
+        text += event.description;
         text += "\r\n";
     }
     return text;

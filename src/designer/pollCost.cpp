@@ -29,6 +29,12 @@ std::string requestsText(double requests)
     return "About " + number + (number == "1" ? " request" : " requests");
 }
 
+std::string secondsText(const std::string& most, double seconds)
+{
+    const std::string number = decimal(seconds, 2);
+    return number == "0" && seconds > 0 ? "less than 0.01 s" : most + number + " s";
+}
+
 } // namespace
 
 std::string pollCost(const DesignGrid& grid, int sampleSpeed, int bitsPerSecond, double measuredSeconds)
@@ -38,10 +44,10 @@ std::string pollCost(const DesignGrid& grid, int sampleSpeed, int bitsPerSecond,
         if (row.isEnabled())
             requests += 1.0 / row.frequency;
     }
-    std::string text = requestsText(requests) + " per pass, at most " +
-                       decimal(requests * requestSeconds(sampleSpeed, bitsPerSecond), 2) + " s";
+    std::string text = requestsText(requests) + " per pass, " +
+                       secondsText("at most ", requests * requestSeconds(sampleSpeed, bitsPerSecond));
     if (measuredSeconds > 0)
-        text += "; as fast as the last run, " + decimal(requests * measuredSeconds, 2) + " s";
+        text += "; as fast as the last run, " + secondsText("", requests * measuredSeconds);
     return text;
 }
 

@@ -36,7 +36,6 @@ void SupportCheck::linkReply(std::string_view reply)
     if (bits.empty())
         link_.countError();
     link_.close();
-    link_.refreshCounterLine();
     onChanged();
     if (!bits.empty())
         link_.appendStatus(onAnswer(bits));

@@ -10,6 +10,12 @@ void UnsavedDesign::begin(DesignContent content)
     asSaved_ = std::move(content);
 }
 
+void UnsavedDesign::saved(DesignContent content)
+{
+    asSaved_ = std::move(content);
+    kept_.forget(); // here, for saving may have changed nothing that could be followed
+}
+
 bool UnsavedDesign::isModified(const DesignContent& content) const
 {
     if (!asSaved_ || content == asSaved_)

@@ -21,7 +21,7 @@ public:
     void beginUnsaved() { asSaved_.reset(); }
 
     /// It has been saved like this.
-    void saved(DesignContent content) { asSaved_ = std::move(content); }
+    void saved(DesignContent content);
 
     /// Whether something would be lost with it. Disabled rows that a commit has dropped are no loss.
     bool isModified(const DesignContent& content) const;

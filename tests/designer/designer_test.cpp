@@ -138,13 +138,18 @@ TEST_F(DesignerTest, TellsWhyItOpensInPlaceOfTheRunnerAndWhichFileIsMissing)
     EXPECT_EQ(askedBySave(), "");
     values.isPollingWanted = true;
     designer->load();
-    EXPECT_EQ(panel().statusBox, "Default Settings (22 events)");
+    EXPECT_EQ(panel().statusBox, "Default Settings (22 events) - press Goto Polling");
 }
 
 TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
 {
     designer->setCell(0, GridColumn::description, "lamp");
-    EXPECT_THROW(designer->setCell(0, GridColumn::offset, "x"), RunTimeError);
+    try {
+        designer->setCell(0, GridColumn::offset, "x");
+        ADD_FAILURE() << "x is no number";
+    } catch (const RunTimeError& error) {
+        EXPECT_TRUE(error.reason().starts_with("Row 1: the offset takes a whole number")) << error.reason();
+    }
     designer->sortBy(GridColumn::description);
     designer->sortBy(GridColumn::description);
     EXPECT_EQ(panel().sorting, (GridSorting{GridColumn::description, true}));
@@ -230,6 +235,12 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
     EXPECT_EQ(askedBySave(), "save /start|");
     saveAs("car.obc");
     EXPECT_EQ(keptFiles(), 1) << "what is saved need not be kept";
+    designer->setTitle("all rows polled");
+    EXPECT_EQ(keptFiles(), 2);
+    designer->save();
+    EXPECT_EQ(keptFiles(), 1) << "though saving changed nothing in the grid";
+    leaveAndComeBack();
+    EXPECT_FALSE(panel().isModified);
 }
 
 TEST_F(DesignerTest, SaysWhenNothingCanBeKept)

@@ -33,15 +33,12 @@ TEST(LoopOffsetsTest, SpreadsTheEventsOfEachFrequency)
 
 TEST(LoopOffsetsTest, TimelineListsThePasses)
 {
-    Design design = designOf({{1, 0}, {5, 4}});
-    design.entries[2].description.clear();
-    design.entries[2].code = "0105";
-    EXPECT_EQ(timelineText(design),
+    EXPECT_EQ(timelineText(designOf({{1, 0}, {5, 4}})),
               "----------\r\n   \r\n"
-              "   a\r\n---------- End Loop 1\r\n   a\r\n   0105\r\n---------- End Loop 2\r\n"
+              "   a\r\n---------- End Loop 1\r\n   a\r\n   b\r\n---------- End Loop 2\r\n"
               "   a\r\n---------- End Loop 3\r\n   a\r\n---------- End Loop 4\r\n"
               "   a\r\n---------- End Loop 5\r\n   a\r\n---------- End Loop 6\r\n"
-              "   a\r\n   0105\r\n---------- End Loop 7\r\n   a\r\n---------- End Loop 8\r\n"
+              "   a\r\n   b\r\n---------- End Loop 7\r\n   a\r\n---------- End Loop 8\r\n"
               "   a\r\n---------- End Loop 9\r\n   a\r\n---------- End Loop 10\r\n");
 
     EXPECT_TRUE(timelineText(designOf({{5, 2}}))
