@@ -106,7 +106,7 @@ void pollSetup2::setUpGrid()
     connect(grid_.get(), &GridModel::rowMoved, ui->obdGrid,
             [this](int row) { ui->obdGrid->setCurrentIndex(grid_->index(row, 0)); });
     connect(delegate, &GridDelegate::finished, this, &pollSetup2::editNext);
-    connect(delegate, &GridDelegate::abandoned, ui->pollTitle, [this] { ui->pollTitle->setFocus(); });
+    connect(delegate, &GridDelegate::abandoned, this, &pollSetup2::focusTitle);
     ui->obdGrid->setContextMenuPolicy(Qt::ActionsContextMenu);
     for (QAction* action :
          {ui->mnuAddNew, ui->mnuDuplicate, ui->mnuDeleteRow, ui->mnuMoveUp, ui->mnuMoveDown}) {
@@ -292,11 +292,18 @@ void pollSetup2::editNext()
     if (!next.isValid())
         next = grid_->index(ui->obdGrid->currentIndex().row() + 1, static_cast<int>(GridColumn::description));
     if (!next.isValid()) {
-        ui->pollTitle->setFocus();
+        focusTitle();
         return;
     }
     ui->obdGrid->setCurrentIndex(next);
     ui->obdGrid->edit(next);
+}
+
+/// What was typed into the title before can't be taken back then, so that undoing goes on in the grid.
+void pollSetup2::focusTitle()
+{
+    ui->pollTitle->setText(ui->pollTitle->text());
+    ui->pollTitle->setFocus();
 }
 
 void pollSetup2::paint()
@@ -351,6 +358,7 @@ void pollSetup2::showCommands()
 {
     const std::string& commands = designer_.panel().pollPrefix;
     ui->pollPrefix->setText(toQt(commands).replace(u';', QStringLiteral(";\u200B"))); // a line may end there
+    ui->pollPrefix->setToolTip(tipText(commands)); // there may be more than fit
     ui->pollPrefix->setVisible(!commands.empty());
     ui->prefixLabel->setVisible(!commands.empty());
 }

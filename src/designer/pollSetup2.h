@@ -49,6 +49,7 @@ private:
     void moveCurrent(int rows);
     void click(const QModelIndex& cell);
     void editNext();
+    void focusTitle();
     void paint();
     void showGrid();
     void showFile();

@@ -5,6 +5,7 @@
 #include "shared/programInfo.h"
 
 #include <QComboBox>
+#include <QCompleter>
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QElapsedTimer>
@@ -147,13 +148,15 @@ std::optional<std::string> QtPrompts::inputOrChoose(const std::string& text, con
     for (const std::string& choice : choices)
         list << toQt(choice);
     QInputDialog box(&window_);
-    box.setWindowTitle(toQt(title));
-    box.setLabelText(toQt(text));
+    box.setWindowTitle(titleOf(title));
+    box.setLabelText(toQtLines(text));
     box.setComboBoxItems(list);
     box.setComboBoxEditable(true);
     box.setTextValue({});
-    const auto* line = box.findChild<QComboBox*>()->lineEdit();
-    QObject::connect(line, &QLineEdit::returnPressed, &box, &QDialog::accept); // takes the completion, too
+    showPlain(box);
+    const QLineEdit* line = box.findChild<QComboBox*>()->lineEdit();
+    line->completer()->setCompletionMode(QCompleter::PopupCompletion);         // never adds to what is typed
+    QObject::connect(line, &QLineEdit::returnPressed, &box, &QDialog::accept); // with the list open, too
     return box.exec() == QDialog::Accepted ? std::optional(fromQt(box.textValue())) : std::nullopt;
 }
 
