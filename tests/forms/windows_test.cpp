@@ -46,11 +46,11 @@ TEST_F(StartFormTest, ButtonsAndMenusDoTheirWork)
 {
     open();
     EXPECT_FALSE(control<QPushButton>("debugger")->isEnabled()) << "the tool does not exist here";
-    for (const char* name : {"getCodes", "editDTC", "pollDesign2", "obdPoll", "scanner"})
+    for (const char* name : {"getCodes", "editDTC", "pollDesign2", "scanner", "obdPoll"})
         click(name);
-    EXPECT_EQ(opened, (std::vector{Tool::codes, Tool::dtcEditor, Tool::pollDesigner,
-                                   Tool::pollDesigner, // the default design has unpolled events
-                                   Tool::scanner}));
+    EXPECT_EQ(opened, (std::vector{Tool::codes, Tool::dtcEditor, Tool::pollDesigner, Tool::scanner,
+                                   Tool::pollDesigner})); // the default design has unpolled events
+    EXPECT_TRUE(values.isPollingWanted);
     trigger("mnuPorts");
     EXPECT_EQ(portsAssigned, 1);
     DtcDatabase::create(values.parmDTCdb = folder.path("dtc.mdb"));
