@@ -73,11 +73,13 @@ private:
     zint::EventGate gate_;
     zint::QtSerialPort port_;
     zint::QtTimer timer_{gate_};
+    zint::QtTimer silence_{gate_};
     zint::SystemClock clock_;
     NoPrompts prompts_;
     zint::PlainTextBox box_;
     zint::Scanner scanner_{{.port = port_,
                             .timer = timer_,
+                            .silence = silence_,
                             .clock = clock_,
                             .prompts = prompts_,
                             .outBox = box_,
