@@ -1,12 +1,12 @@
 // Requests per second of the poll runner, its window open and its chart visible, against a blocking loop on
 // the same adapter; and the processor time that a request costs.
 
-#include "platform/folders.h"
 #include "platform/qtSerialPort.h"
 #include "platform/qtSettingsStore.h"
 #include "platform/text.h"
+#include "process/folders.h"
 #include "rate.h"
-#include "runner/obdPollForm.h"
+#include "runner/window/obdPollForm.h"
 
 #include <QAction>
 #include <QApplication>

@@ -4,11 +4,11 @@
 #include "compareRates.h"
 #include "noPrompts.h"
 #include "platform/dateText.h"
-#include "platform/plainTextBox.h"
 #include "platform/qtSerialPort.h"
 #include "platform/qtTimer.h"
 #include "platform/systemClock.h"
 #include "scanner/scanner.h"
+#include "widgets/plainTextBox.h"
 
 #include <QApplication>
 

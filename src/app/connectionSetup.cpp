@@ -1,9 +1,9 @@
 #include "app/connectionSetup.h"
 
-#include "platform/browser.h"
 #include "platform/dateText.h"
-#include "platform/folders.h"
 #include "platform/text.h"
+#include "process/browser.h"
+#include "process/folders.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/commandLine.h"
-#include "app/launcher.h"
+#include "commands/commandLine.h"
+#include "launcher/launcher.h"
 #include "link/portDirectory.h"
 
 #include <QByteArray>

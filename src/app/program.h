@@ -1,13 +1,13 @@
 #pragma once
 
-#include "app/commandLine.h"
-#include "app/launcher.h"
 #include "app/vehiclePorts.h"
+#include "commands/commandLine.h"
+#include "launcher/launcher.h"
 #include "platform/qtSettingsStore.h"
-#include "platform/runningInstance.h"
-#include "platform/sessionMark.h"
 #include "platform/systemPorts.h"
-#include "platform/toolContext.h"
+#include "process/runningInstance.h"
+#include "process/sessionMark.h"
+#include "widgets/toolContext.h"
 
 #include <QObject>
 #include <QPointer>

@@ -1,5 +1,5 @@
 #include "forms/formTest.h"
-#include "scanner/calcHdrForm.h"
+#include "scanner/window/calcHdrForm.h"
 
 #include <QCheckBox>
 #include <QLineEdit>

@@ -1,8 +1,8 @@
 #include "forms/formTest.h"
-#include "platform/plainTextBox.h"
 #include "platform/text.h"
 #include "terminal/commandHistory.h"
-#include "terminal/debuggerForm.h"
+#include "terminal/window/debuggerForm.h"
+#include "widgets/plainTextBox.h"
 
 #include <QFileDialog>
 #include <QLineEdit>

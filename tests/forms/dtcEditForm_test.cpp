@@ -1,4 +1,4 @@
-#include "dtcdb/dtcEditForm.h"
+#include "dtcdb/window/dtcEditForm.h"
 #include "forms/formTest.h"
 #include "platform/text.h"
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/startForm.h"
-#include "platform/toolContext.h"
+#include "launcher/window/startForm.h"
 #include "support/fixedPortList.h"
 #include "support/memorySettings.h"
 #include "support/scriptedAdapter.h"
 #include "support/temporaryFolder.h"
+#include "widgets/toolContext.h"
 
 #include <QApplication>
 #include <QGroupBox>

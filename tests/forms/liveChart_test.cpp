@@ -1,5 +1,5 @@
 #include "forms/formTest.h"
-#include "runner/liveChart.h"
+#include "runner/window/liveChart.h"
 #include "support/scriptedDialogs.h"
 #include "support/scriptedPrompts.h"
 

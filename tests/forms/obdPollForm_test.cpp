@@ -1,5 +1,5 @@
 #include "forms/formTest.h"
-#include "runner/obdPollForm.h"
+#include "runner/window/obdPollForm.h"
 
 #include <QDialog>
 #include <QLineEdit>

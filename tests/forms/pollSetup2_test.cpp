@@ -1,4 +1,4 @@
-#include "designer/pollSetup2.h"
+#include "designer/window/pollSetup2.h"
 #include "forms/formTest.h"
 
 #include <QCheckBox>

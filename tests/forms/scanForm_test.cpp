@@ -1,8 +1,8 @@
 #include "forms/formTest.h"
-#include "platform/plainTextBox.h"
 #include "platform/text.h"
-#include "scanner/calcHdrForm.h"
-#include "scanner/scanForm.h"
+#include "scanner/window/calcHdrForm.h"
+#include "scanner/window/scanForm.h"
+#include "widgets/plainTextBox.h"
 
 #include <QLineEdit>
 #include <QMenuBar>

@@ -1,9 +1,9 @@
-#include "app/failedConnForm.h"
-#include "app/portsForm.h"
-#include "codes/codesForm.h"
+#include "codes/window/codesForm.h"
 #include "forms/formTest.h"
+#include "launcher/window/failedConnForm.h"
+#include "launcher/window/portsForm.h"
 #include "platform/text.h"
-#include "platform/windowPrinter.h"
+#include "widgets/windowPrinter.h"
 
 #include <QAbstractItemView>
 #include <QClipboard>

@@ -1,8 +1,8 @@
 // Arbitrary texts in the settings store: the launcher starts with them and writes back what the next start
 // can use. Input: one saved text a line, in the order of saving; "-" leaves a setting out.
 
-#include "app/launcher.h"
 #include "fuzz/fuzzInput.h"
+#include "launcher/launcher.h"
 #include "support/fixedPortList.h"
 #include "support/memorySettings.h"
 

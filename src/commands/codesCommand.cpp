@@ -1,0 +1,117 @@
+#include "commands/codesCommand.h"
+
+#include "codes/codesExchange.h"
+#include "codes/codesReport.h"
+#include "commands/commandSession.h"
+#include "dtcdb/descriptionSource.h"
+#include "platform/qtTimer.h"
+#include "platform/systemClock.h"
+#include "process/console.h"
+
+#include <QCoreApplication>
+
+namespace zint {
+namespace {
+
+/// The exchange and all that it needs.
+class CodesRun {
+public:
+    explicit CodesRun(const CommandLine& line) : line_(line), session_(line.connection)
+    {
+        exchange_.onChanged = [this] { quitWhenDone(); };
+    }
+
+    int run()
+    {
+        const Interruption interruption([this] { session_.gate.run([this] { interrupt(); }); });
+        session_.tellConnection();
+        session_.gate.run([this] { begin(); });
+        if (exchange_.isRunning())
+            QCoreApplication::exec();
+        session_.gate.run([this] { exchange_.unload(); });
+        return exchange_.succeeded() ? report() : tellFailure();
+    }
+
+private:
+    void begin()
+    {
+        patience_.begin();
+        if (line_.clearCodes)
+            exchange_.pressClearCodes();
+        else
+            exchange_.pressGetCodes();
+    }
+
+    void quitWhenDone()
+    {
+        if (!exchange_.isRunning())
+            QCoreApplication::quit();
+    }
+
+    void interrupt()
+    {
+        session_.prompts.message("the exchange was ended before it was complete");
+        QCoreApplication::quit();
+    }
+
+    int report()
+    {
+        std::string warning;
+        for (const std::string& line : exchange_.reading().canWarning)
+            warning += line + "\n";
+        if (!warning.empty())
+            printBold(warning + "\n");
+        const int printed = printOut(codesReport(exchange_.reading()));
+        if (exchange_.lacksDescriptions())
+            complain(noDatabaseText(session_.values.parmDTCdb));
+        if (line_.clearCodes)
+            tellClear();
+        return session_.prompts.hasComplained ? exitStatus::failure : printed;
+    }
+
+    void tellClear()
+    {
+        const CodesReading& reading = exchange_.reading();
+        if (!exchange_.hasSentClear())
+            complain("nothing to clear: no codes are reported, so that no clear was sent");
+        if (reading.reportedCodes > 0)
+            session_.prompts.message(
+                "the clear was sent, but codes are still stored: the vehicle has refused it, or "
+                "they came back at once. Switch the ignition on and the engine off, then "
+                "try again.");
+        else if (reading.isLit)
+            session_.prompts.message("the light is still on");
+    }
+
+    int tellFailure()
+    {
+        if (!session_.prompts.hasComplained)
+            complain(exchange_.panel().statusBox); // that is where a port tells its failures
+        if (exchange_.hasSentClear())
+            complain("the clear was sent; whether the vehicle has obeyed is not known");
+        return exitStatus::failure;
+    }
+
+    const CommandLine& line_;
+    CommandSession session_;
+    SystemClock clock_;
+    QtTimer resetTimer_{session_.gate};
+    QtTimer silence_{session_.gate};
+    Patience patience_{session_, line_.timeout, "the exchange was not complete after "};
+    std::unique_ptr<SerialPort> port_ = session_.makePort();
+    DtcDescriptionSource descriptions_{session_.values.parmDTCdb, session_.values.descriptionsFile};
+    CodesExchange exchange_{{.port = *port_,
+                             .timer = resetTimer_,
+                             .silence = silence_,
+                             .clock = clock_,
+                             .descriptions = descriptions_,
+                             .prompts = session_.prompts,
+                             .values = session_.values},
+                            session_.connection()};
+};
+
+} // namespace
+
+int runCodesCommand(const CommandLine& line) { return CodesRun(line).run(); }
+
+} // namespace zint

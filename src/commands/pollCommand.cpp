@@ -1,0 +1,253 @@
+#include "commands/pollCommand.h"
+
+#include "commands/commandSession.h"
+#include "designer/designFile.h"
+#include "designer/designGrid.h"
+#include "platform/dateText.h"
+#include "platform/qtTimer.h"
+#include "platform/systemClock.h"
+#include "platform/text.h"
+#include "process/console.h"
+#include "process/folders.h"
+#include "runner/dataLog.h"
+#include "runner/poller.h"
+#include "shared/textFile.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <utility>
+
+namespace zint {
+namespace {
+
+/// A design as the designer would hand it over to the runner.
+/// @throws FileError
+Design loadDesignToPoll(const std::string& path)
+{
+    Design design;
+    readFile(path, [&](std::istream& stream) {
+        try {
+            design = readDesign(stream);
+        } catch (const std::exception& error) {
+            throw FileError("\"" + path + "\" is no polling design: " + error.what());
+        }
+    });
+    commit(gridOf(design), design);
+    return design;
+}
+
+/// A line of the summary's table.
+using Cells = std::array<QString, 5>;
+
+Cells cellsOf(const PollPanel::Row& row, const EventTotals& event)
+{
+    const auto figure = [&event](const std::string& text) { // without samples they are not measured ones
+        return toQt(event.sampleCount > 0 ? text : "-").trimmed();
+    };
+    return {toQt(row.description), figure(row.value), toQt(row.samples), figure(row.minimum),
+            figure(row.maximum)};
+}
+
+/// The table as plain text: the events to the left, the figures to the right.
+QString tableText(const Poller& poller)
+{
+    std::vector<Cells> table{{QStringLiteral("Event"), QStringLiteral("Value"), QStringLiteral("Samples"),
+                              QStringLiteral("Min"), QStringLiteral("Max")}};
+    std::ranges::transform(poller.panel().obdGrid, poller.samples().events(), std::back_inserter(table),
+                           cellsOf);
+    std::array<qsizetype, 5> widths{};
+    for (const Cells& cells : table) {
+        for (std::size_t i = 0; i < cells.size(); ++i)
+            widths[i] = std::max(widths[i], cells[i].size());
+    }
+    QString text;
+    for (const Cells& cells : table) {
+        text += cells[0].leftJustified(widths[0]);
+        for (std::size_t i = 1; i < cells.size(); ++i)
+            text += QStringLiteral("  ") + cells[i].rightJustified(widths[i]);
+        text += u'\n';
+    }
+    return text;
+}
+
+std::string summaryText(const Poller& poller)
+{
+    const PollPanel& panel = poller.panel();
+    return panel.titleLab + "\n" + panel.statLab1 + "\n" + panel.labelStats + "\n\n" +
+           fromQt(tableText(poller));
+}
+
+/// The poller and all that it needs.
+class PollRun {
+public:
+    PollRun(const CommandLine& line, const Design& design)
+        : line_(line), design_(design), session_(line.connection)
+    {
+        poller_.onChanged = [this] { watch(); };
+        poller_.onReply = [this] { patience_.begin(); };
+    }
+
+    int run()
+    {
+        const Interruption interruption([this] { session_.gate.run([this] { stop(); }); });
+        session_.gate.run([this] { begin(); });
+        if (!hasBegun_) {
+            tell(poller_.panel().statusBox); // that is where a port tells its failures
+            return exitStatus::failure;
+        }
+        if (poller_.isPolling())
+            QCoreApplication::exec();
+        session_.gate.run([this] { finish(); });
+        const int printed = printOut(summaryText(poller_));
+        return session_.prompts.hasComplained || isMismatchTold_ ? exitStatus::failure : printed;
+    }
+
+private:
+    void begin()
+    {
+        poller_.setMaxLoops(std::to_string(line_.loops));
+        poller_.setRefresh("1");
+        poller_.resetValues();
+        if (line_.seconds)
+            poller_.limitByTime(*line_.seconds);
+        poller_.pressStart();
+        hasBegun_ = poller_.isPolling();
+        if (hasBegun_)
+            patience_.begin();
+    }
+
+    /// Ends the run before its time, as the user wants it.
+    void stop()
+    {
+        if (!poller_.isPolling())
+            return;
+        isStopped_ = true;
+        poller_.pressStart();
+    }
+
+    void watch()
+    {
+        if (!poller_.isPolling()) {
+            QCoreApplication::quit();
+            return;
+        }
+        warn();
+        if (!line_.quiet)
+            showProgress(progress());
+    }
+
+    /// Tells once what the run goes on in spite of.
+    void warn()
+    {
+        const std::string& failure = poller_.panel().keepFailure;
+        if (!failure.empty() && !std::exchange(isKeepFailureTold_, true))
+            complain(failure.substr(failure.find_first_not_of(" -")));
+        if (poller_.sawMismatch() && !std::exchange(isMismatchTold_, true))
+            complain(std::string(ReplyWatch::mismatchText));
+    }
+
+    std::string progress() const
+    {
+        const ProgressBar& bar = poller_.panel().ProgressBar1;
+        return std::to_string(static_cast<int>(bar.value)) + "%, " + std::to_string(poller_.loopCount()) +
+               " Loops" + (bar.text.empty() ? "" : ", ") + bar.text;
+    }
+
+    /// Tells what went wrong, unless something was told that led to it.
+    void tell(const std::string& text)
+    {
+        if (!session_.prompts.hasComplained)
+            session_.prompts.message(text);
+    }
+
+    void finish()
+    {
+        showProgress({});
+        if (poller_.isPolling()) // an action has failed
+            poller_.pressStart();
+        warn();
+        if (!isStopped_ && !poller_.isComplete())
+            tell(poller_.panel().statusBox);
+        if (poller_.samples().isEmpty()) {
+            tell("nothing was sampled");
+        } else {
+            write(RunFiles::Kind::log, line_.logPath);
+            write(RunFiles::Kind::table, line_.exportPath);
+        }
+        poller_.unload();
+    }
+
+    void write(RunFiles::Kind kind, const std::string& path)
+    {
+        if (const std::string failure = poller_.save(kind, path); !failure.empty())
+            session_.prompts.message(failure);
+    }
+
+    const CommandLine& line_;
+    const Design& design_;
+    CommandSession session_;
+    SystemClock clock_;
+    KeptRuns kept_{fromQt(userDataFolder()) + "/runs", dateText};
+    QtTimer resetTimer_{session_.gate};
+    QtTimer silence_{session_.gate};
+    QtTimer ticker_{session_.gate};
+    Patience patience_{session_, line_.timeout};
+    std::unique_ptr<SerialPort> port_ = session_.makePort();
+    Poller poller_{{.port = *port_,
+                    .timer = resetTimer_,
+                    .silence = silence_,
+                    .ticker = ticker_,
+                    .clock = clock_,
+                    .prompts = session_.prompts,
+                    .values = session_.values,
+                    .kept = kept_,
+                    .dateText = dateText},
+                   session_.connection(),
+                   design_};
+    bool hasBegun_ = false;
+    bool isStopped_ = false; ///< by the user
+    bool isKeepFailureTold_ = false;
+    bool isMismatchTold_ = false;
+};
+
+void turnIntoTable(const std::string& logPath, const std::string& tablePath)
+{
+    DataLog log;
+    readFile(logPath, [&](std::istream& stream) {
+        try {
+            log = readLog(stream);
+        } catch (const FileError& error) {
+            throw FileError("\"" + logPath + "\": " + error.what());
+        }
+    });
+    replaceFile(tablePath, [&log](std::ostream& stream) {
+        writeExport(stream, log.design, log.samples, log.firstStart, complain);
+    });
+}
+
+} // namespace
+
+int runPollCommand(const CommandLine& line)
+{
+    return telling([&line] {
+        const Design design = loadDesignToPoll(line.designPath);
+        for (const std::string& path : {line.logPath, line.exportPath}) {
+            if (!path.empty()) // a long run is not to end in a file that can't be written
+                requireWritable(path);
+        }
+        return PollRun(line, design).run();
+    });
+}
+
+int runExportCommand(const CommandLine& line)
+{
+    return telling([&line] {
+        turnIntoTable(line.logPath, line.exportPath);
+        return exitStatus::success;
+    });
+}
+
+} // namespace zint

@@ -1,0 +1,133 @@
+#include "designer/window/gridModel.h"
+
+#include "platform/text.h"
+
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QPalette>
+
+#include <utility>
+
+namespace zint {
+namespace {
+
+const QString rowType = QStringLiteral("application/x-zint-design-row");
+
+GridColumn columnOf(const QModelIndex& index) { return static_cast<GridColumn>(index.column()); }
+
+QVariant alignmentOf(int column)
+{
+    const bool right = gridHeadings.at(static_cast<std::size_t>(column)).alignedRight;
+    return QVariant::fromValue<Qt::Alignment>((right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
+
+} // namespace
+
+GridModel::GridModel(Designer& designer, std::function<bool(const Edit&)> enter)
+    : designer_(designer), enter_(std::move(enter))
+{
+}
+
+bool GridModel::refresh()
+{
+    const DesignerPanel& panel = designer_.panel();
+    const std::vector<GridRow>& rows = panel.obdGrid.rows;
+    if (panel.rebuilds != rebuilds_ || rows.size() != rows_.size()) {
+        beginResetModel();
+        rows_ = rows;
+        endResetModel();
+        return std::exchange(rebuilds_, panel.rebuilds) != panel.rebuilds;
+    }
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (rows_[i] == rows[i])
+            continue;
+        rows_[i] = rows[i];
+        const auto row = static_cast<int>(i);
+        Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
+    }
+    return false;
+}
+
+int GridModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int GridModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(gridHeadings.size());
+}
+
+QVariant GridModel::data(const QModelIndex& index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const GridRow& row = rows_.at(static_cast<std::size_t>(index.row()));
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        return toQt(cellText(row, columnOf(index)));
+    case Qt::TextAlignmentRole:
+        return alignmentOf(index.column());
+    case conversionRole:
+        return row.conversion;
+    case Qt::BackgroundRole: // the text stays as it is: one reads it to enable the row
+        return row.isEnabled() ? QVariant()
+                               : QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Window);
+    default:
+        return {};
+    }
+}
+
+QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation == Qt::Vertical)
+        return role == Qt::DisplayRole ? section + 1 : QVariant();
+    switch (role) {
+    case Qt::DisplayRole:
+        return toQt(gridHeadings.at(static_cast<std::size_t>(section)).text);
+    case Qt::TextAlignmentRole:
+        return alignmentOf(section);
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags GridModel::flags(const QModelIndex& index) const
+{
+    if (!index.isValid())
+        return Qt::ItemIsDropEnabled; // between two rows
+    const Qt::ItemFlags common = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    return common | (columnOf(index) == GridColumn::code ? Qt::ItemIsDragEnabled : Qt::ItemIsEditable);
+}
+
+bool GridModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    if (role != Qt::EditRole)
+        return false;
+    return enter_([this, row = static_cast<std::size_t>(index.row()), column = columnOf(index),
+                   text = fromQt(value.toString())] { designer_.setCell(row, column, text); });
+}
+
+QStringList GridModel::mimeTypes() const { return {rowType}; }
+
+QMimeData* GridModel::mimeData(const QModelIndexList& indexes) const
+{
+    auto* data = new QMimeData;
+    data->setData(rowType, QByteArray::number(indexes.constFirst().row()));
+    return data;
+}
+
+bool GridModel::dropMimeData(const QMimeData* data, Qt::DropAction /*action*/, int row, int /*column*/,
+                             const QModelIndex& parent)
+{
+    const int from = data->data(rowType).toInt();
+    const int to = row >= 0 ? row : parent.isValid() ? parent.row() : rowCount();
+    enter_([this, from, to] {
+        designer_.moveRow(static_cast<std::size_t>(from), static_cast<std::size_t>(to));
+    });
+    Q_EMIT rowMoved(from < to ? to - 1 : to);
+    return false; // the row has moved: the view must not remove it where it was
+}
+
+} // namespace zint

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "catalogue/design.h"
+#include "launcher/startPanel.h"
+#include "link/connectionChoice.h"
+#include "link/portDirectory.h"
+#include "shared/programValues.h"
+#include "shared/prompts.h"
+#include "shared/settingsStore.h"
+
+#include <array>
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zint {
+
+/// The tools that the launcher opens.
+enum class Tool { codes, dtcEditor, pollDesigner, pollRunner, scanner, terminal };
+
+inline constexpr std::array<std::string_view, 2> lineSpeeds = {"9600", "38400"}; ///< entries of comSpeed
+
+/// The launcher's work: the choice of port and speed, and the values that are kept between runs.
+class Launcher {
+public:
+    /// What the launcher asks of the system.
+    struct System {
+        std::string workingFolder;
+        char pathSeparator = '/';
+        std::string sampleFolder;     ///< see ProgramValues
+        std::string descriptionsFile; ///< likewise
+        std::function<std::string()>
+            findBrowser;            ///< the program that opens web pages; empty when there is none
+        std::string userDataFolder; ///< see ToolContext
+        std::function<std::string(std::chrono::system_clock::time_point)>
+            dateText; ///< writes a time as the user reads it
+    };
+
+    /// All references outlive the launcher. The design is set to the default design.
+    Launcher(SettingsStore& settings, const PortDirectory& ports, Prompts& prompts, ProgramValues& values,
+             Design& design, System system);
+
+    /// Reads the saved settings. One that can't be used is reported and replaced by its default. What the
+    /// port stands for is left open: looking at the machine's ports takes longer than all the rest.
+    void load();
+
+    /// Writes the settings back; says so when that fails.
+    void unload();
+
+    /// Chooses port (1 to 8) or speed for this run only: unless the user chooses one, the saved choice stays.
+    /// A number out of range chooses nothing.
+    void choosePortForThisRun(int number);
+    void chooseSpeedForThisRun(int position);
+
+    void choosePort(int position);  ///< list position; out of range: nothing happens
+    void chooseSpeed(int position); ///< as choosePort
+
+    /// Looks again what the ports stand for. @return whether that changed
+    bool refreshPortInfo();
+
+    /// What a tool reads when it is opened. The shared values then tell what to do if nothing answers there.
+    ConnectionChoice connection() const;
+
+    /// The tool that a button opens: polling needs a design without unpolled events, so that with any other
+    /// the designer comes first.
+    Tool toolFor(Tool button) const;
+
+    /// A button was clicked; the designer is told when it comes in the runner's place.
+    /// @return the tool to open
+    Tool click(Tool button);
+
+    void showDefaults();  ///< shows the stored and the present values
+    void clearDefaults(); ///< empties folders and files; the store follows at the exit
+
+    /// Makes the database of code descriptions from those that come with the program, unless there is one,
+    /// and tells what came of it. @throws DatabaseError, FileError when it can't be made; nothing is left
+    /// then
+    void setUpDescriptions();
+
+    /// Offers what was kept, and not saved, since a session began that was cut off.
+    /// @return the tool in which the user wants to recover it
+    std::optional<Tool> offerUnsavedWork(std::chrono::system_clock::time_point since);
+
+    const StartPanel& panel() const { return panel_; }
+
+private:
+    /// A position in a list. The panel shows it, or the one that holds for this run.
+    struct Choice {
+        const char* key;
+        int StartPanel::*shown;
+        int count;
+        int saved = 0; ///< at the exit
+        bool isForThisRun = false;
+
+        bool has(int position) const { return position >= 0 && position < count; }
+    };
+
+    void loadChoice(Choice& choice);
+    void choose(Choice& choice, int position);
+    void chooseForThisRun(Choice& choice, int position);
+    std::string defaultDatabase() const;
+    std::string stored(const char* key, const std::string& missing = {}) const;
+
+    SettingsStore& settings_;
+    const PortDirectory& ports_;
+    Prompts& prompts_;
+    ProgramValues& values_;
+    const Design& design_;
+    System system_;
+    StartPanel panel_;
+    Choice port_{"comPort", &StartPanel::comPort, PortDirectory::portCount};
+    Choice speed_{"comSpeed", &StartPanel::comSpeed, static_cast<int>(lineSpeeds.size())};
+};
+
+} // namespace zint

@@ -1,0 +1,181 @@
+#include "runner/window/obdPollForm.h"
+
+#include "platform/dateText.h"
+#include "platform/text.h"
+#include "runner/pollPrintout.h"
+#include "runner/window/liveChart.h"
+#include "runner/window/pollGridModel.h"
+#include "runner/window/ui_obdPollForm.h"
+#include "widgets/display.h"
+#include "widgets/windowPrinter.h"
+
+#include <QHeaderView>
+#include <QTimer>
+
+#include <utility>
+
+namespace zint {
+namespace {
+
+constexpr const char* section = "Poll Data"; // of the settings
+
+} // namespace
+
+obdPollForm::obdPollForm(ToolContext& context)
+    : toolForm(context, "docpldat2"), ui(std::make_unique<Ui::obdPollForm>()),
+      MSComm1(context.makePort(gate(), context.connection())), Timer1(gate()), silence_(gate()),
+      ticker_(gate()), CommonDialog1(*this), kept_(context.userDataFolder + "/runs", dateText),
+      poller_({.port = *MSComm1,
+               .timer = Timer1,
+               .silence = silence_,
+               .ticker = ticker_,
+               .clock = clock_,
+               .prompts = prompts(),
+               .values = context.values,
+               .kept = kept_,
+               .dateText = dateText},
+              context.connection(), context.design),
+      grid_(std::make_unique<PollGridModel>())
+{
+    ui->setupUi(this);
+    setUpGrid();
+    setUpToolbar();
+    setUpChart();
+    connectActions();
+    poller_.onChanged = [this] { paint(); };
+    setUpCommonControls();
+    restoreRefresh();
+    gate().run([this] { poller_.load(); });
+    ui->obdGrid->resizeColumnsToContents();
+}
+
+obdPollForm::~obdPollForm() = default;
+
+void obdPollForm::Form_Unload()
+{
+    poller_.unload();
+    context().settings.save(section, "scnUpdate", std::to_string(poller_.refreshSeconds()));
+}
+
+void obdPollForm::restoreRefresh()
+{
+    if (const std::string stored = context().settings.get(section, "scnUpdate"); !stored.empty())
+        poller_.setRefresh(stored);
+}
+
+bool obdPollForm::printOn(QPrinter& printer)
+{
+    return printDocument(pollPrintout(poller_, dateText), printer);
+}
+
+void obdPollForm::mnuDesigner_Click()
+{
+    context().goDesigning();
+    close();
+}
+
+void obdPollForm::setUpGrid()
+{
+    constexpr int rowMargin = 8;
+    ui->obdGrid->setModel(grid_.get());
+    ui->obdGrid->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowMargin);
+    ui->obdGrid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    ui->obdGrid->horizontalHeader()->setHighlightSections(false);
+    ui->pages->tabBar()->setAutoHide(true); // a page by itself needs no tab
+}
+
+void obdPollForm::setUpToolbar()
+{
+    nameToolButtons(*ui->Toolbar1, {{ui->mnuResetVal, "newPoll"},
+                                    {ui->mnuSaveLog, "saveData"},
+                                    {ui->mnuLoadLog, "loadData"},
+                                    {ui->mnuPrint, "printDesign"},
+                                    {ui->mnuExportLog, "exportData"},
+                                    {ui->mnuDesigner, "openDesign"}});
+}
+
+void obdPollForm::setUpChart()
+{
+    chart_ = makeLiveChart({.prompts = prompts(),
+                            .dialogs = CommonDialog1,
+                            .values = context().values,
+                            .ask = [this](const std::function<void()>& questions) { ask(questions); }},
+                           ui->pages);
+    if (chart_ == nullptr)
+        return;
+    chart_->setRun(context().design, poller_.samples());
+    ui->pages->addTab(chart_, tr("&Chart"));
+}
+
+void obdPollForm::connectActions()
+{
+    using Kind = RunFiles::Kind;
+    using Name = RunFiles::Name;
+    const auto forward = [this](QAction* action, void (Poller::*operation)()) {
+        connect(action, &QAction::triggered, this,
+                [this, operation] { gate().run([this, operation] { (poller_.*operation)(); }); });
+    };
+    const auto saves = [this](QAction* action, Kind kind, Name name) {
+        connect(action, &QAction::triggered, this, [this, kind, name] { save(kind, name); });
+    };
+    forward(ui->mnuResetVal, &Poller::resetValues);
+    forward(ui->mnuLoadLog, &Poller::loadLog);
+    saves(ui->mnuSaveLog, Kind::log, Name::usual);
+    saves(ui->mnuSaveLogAs, Kind::log, Name::asked);
+    saves(ui->mnuExportLog, Kind::table, Name::usual);
+    saves(ui->mnuExportLogAs, Kind::table, Name::asked);
+    saves(ui->mnuDebugLog, Kind::dump, Name::asked);
+    connect(ui->mnuRecover, &QAction::triggered, this,
+            [this] { ask([this] { poller_.recover(CommonDialog1); }); });
+    forward(ui->mnuComStart, &Poller::pressStart);
+    connect(ui->comStart, &QPushButton::clicked, ui->mnuComStart, &QAction::trigger);
+    onTrigger(ui->mnuDesigner, &obdPollForm::mnuDesigner_Click);
+    ui->mnuDesigner->setEnabled(context().goDesigning != nullptr);
+    const auto takes = [this](QLineEdit* box, void (Poller::*take)(const std::string&)) {
+        connect(box, &QLineEdit::textEdited, this, [this, take](const QString& text) {
+            gate().run([this, take, typed = fromQt(text)] { (poller_.*take)(typed); });
+        });
+    };
+    takes(ui->textSampleCnt, &Poller::setMaxLoops);
+    takes(ui->timeLimit, &Poller::setTimeLimit);
+    takes(ui->scnUpdate, &Poller::setRefresh);
+}
+
+/// Polling goes on while the user chooses a file or reads why it can't be written.
+void obdPollForm::save(RunFiles::Kind kind, RunFiles::Name name)
+{
+    ask([this, kind, name] {
+        const std::string path = poller_.chooseFile(kind, name, CommonDialog1);
+        gate().run([this, kind, path] {
+            const std::string failure = poller_.save(kind, path);
+            if (!failure.empty())
+                QTimer::singleShot(0, this, [this, failure] { ask([&] { prompts().message(failure); }); });
+        });
+    });
+}
+
+void obdPollForm::paint()
+{
+    const PollPanel& p = poller_.panel();
+    display(*ui->titleLab, p.titleLab);
+    display(*ui->statusBox, p.statusBox + p.hint + p.keepFailure);
+    display(*ui->lengthHint, p.lengthHint);
+    display(*ui->statLab1, p.statLab1);
+    display(*ui->labelStats, p.labelStats);
+    for (const auto& [box, shown] : {std::pair{ui->textSampleCnt, &p.textSampleCnt},
+                                     {ui->timeLimit, &p.timeLimit},
+                                     {ui->scnUpdate, &p.scnUpdate}}) {
+        display(*box, shown->text);
+        box->setEnabled(shown->enabled);
+    }
+    display(*ui->comStart, {.caption = p.comStart},
+            poller_.isPolling() ? "media-playback-stop" : "media-playback-start");
+    if (const QKeySequence key(Qt::ALT | Qt::Key_S); ui->comStart->shortcut() != key)
+        ui->comStart->setShortcut(key); // which a caption without a mark takes away
+    display(*ui->ProgressBar1, p.ProgressBar1);
+    grid_->refresh(p.obdGrid);
+    if (chart_ != nullptr)
+        chart_->setRunning(poller_.isPolling());
+}
+
+} // namespace zint

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/qtFileDialogs.h"
+#include "platform/qtTimer.h"
+#include "platform/systemClock.h"
+#include "runner/poller.h"
+#include "widgets/toolForm.h"
+
+#include <memory>
+
+namespace Ui {
+class obdPollForm;
+} // namespace Ui
+
+namespace zint {
+
+class LiveChart;
+class PollGridModel;
+
+/// The poll runner's window.
+class obdPollForm final : public toolForm {
+    Q_OBJECT
+
+public:
+    explicit obdPollForm(ToolContext& context);
+    ~obdPollForm() override;
+
+private:
+    void Form_Unload() override;
+    bool printOn(QPrinter& printer) override;
+    void mnuDesigner_Click();
+
+    void setUpGrid();
+    void setUpToolbar();
+    void setUpChart();
+    void connectActions();
+    void restoreRefresh();
+    void save(RunFiles::Kind kind, RunFiles::Name name);
+    void paint();
+
+    std::unique_ptr<Ui::obdPollForm> ui;
+    std::unique_ptr<SerialPort> MSComm1;
+    QtTimer Timer1;
+    QtTimer silence_;
+    QtTimer ticker_;
+    QtFileDialogs CommonDialog1;
+    SystemClock clock_;
+    KeptRuns kept_;
+    Poller poller_;
+    std::unique_ptr<PollGridModel> grid_;
+    LiveChart* chart_ = nullptr; ///< absent in a program without charts
+};
+
+} // namespace zint

@@ -1,0 +1,164 @@
+#include "widgets/toolForm.h"
+
+#include "platform/rememberedSize.h"
+#include "platform/text.h"
+#include "process/browser.h"
+#include "shared/programInfo.h"
+#include "widgets/icons.h"
+#include "widgets/windowPrinter.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QPointer>
+#include <QToolBar>
+
+#include <exception>
+#include <utility>
+
+namespace zint {
+
+toolForm::toolForm(ToolContext& context, std::string helpPage)
+    : context_(context), helpPage_(std::move(helpPage)), prompts_(*this)
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    prompts_.helpOnSilence = [this] { showHelp(silencePage); };
+    gate_.onError = [this](const std::string& text, const std::string& reason) {
+        prompts().message(text, {}, reason);
+    };
+}
+
+toolForm::~toolForm() = default;
+
+void toolForm::setUpCommonControls()
+{
+    const auto action = [this](const char* name, void (toolForm::*handler)()) {
+        if (auto* found = findChild<QAction*>(QLatin1String(name)))
+            onTrigger(found, handler);
+    };
+    const auto question = [this](const char* name, void (toolForm::*handler)()) {
+        if (auto* found = findChild<QAction*>(QLatin1String(name)))
+            connect(found, &QAction::triggered, this,
+                    [this, handler] { ask([=, this] { (this->*handler)(); }); });
+    };
+    question("mnuAbout", &toolForm::mnuAbout_Click);
+    question("mnuHelp", &toolForm::mnuHelp_Click);
+    question("mnuPrintSetup", &toolForm::mnuPrintSetup_Click);
+    question("mnuprintSetup", &toolForm::mnuPrintSetup_Click);
+    question("mnuPrintOut", &toolForm::mnuPrintOut_Click);
+    question("mnuPrint", &toolForm::mnuPrintOut_Click);
+    action("mnuExit", &toolForm::goBack);
+    for (const char* name : {"logo", "logo2"}) {
+        if (auto* logo = findChild<QPushButton*>(QLatin1String(name))) {
+            logo->setText(toQt(programInfo().maker));
+            connect(logo, &QPushButton::clicked, this, [this] { ask([this] { logo_Click(); }); });
+        }
+    }
+    if (auto* back = findChild<QPushButton*>(QStringLiteral("backCom")))
+        onClick(back, &toolForm::goBack);
+    giveOwnIcons(*this);
+    restoreSize(*this, context_.settings);
+}
+
+void toolForm::nameToolButtons(const QToolBar& bar, std::initializer_list<ToolButton> buttons)
+{
+    for (const ToolButton& button : buttons) {
+        QWidget* widget = bar.widgetForAction(button.action);
+        widget->setObjectName(QLatin1String(button.name));
+        widget->setAccessibleName(button.action->iconText());
+    }
+}
+
+bool toolForm::isReturn(const QKeyEvent& event)
+{
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+void toolForm::pressFocused(QPushButton* otherwise)
+{
+    auto* const focused = qobject_cast<QPushButton*>(focusWidget());
+    if (QPushButton* const button = focused != nullptr ? focused : otherwise)
+        button->click();
+}
+
+void toolForm::ask(const std::function<void()>& questions)
+{
+    ++asking_;
+    try {
+        endEditing();
+        questions();
+    } catch (...) { // the gate is where actions that fail end
+        gate_.run([error = std::current_exception()] { std::rethrow_exception(error); });
+    }
+    if (--asking_ == 0 && std::exchange(closesAfterwards_, false))
+        close();
+}
+
+/// A handler that is on the stack, perhaps with a message box open, comes to its end before the window goes.
+void toolForm::closeEvent(QCloseEvent* event)
+{
+    if (asking_ > 0) // the dialog belongs to the window and would go with it
+        closesAfterwards_ = true;
+    else if (!hasUnloaded_)
+        gate_.run([this] { unload(); });
+    event->setAccepted(hasUnloaded_);
+}
+
+void toolForm::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        useOwnIcons();
+    QMainWindow::changeEvent(event);
+}
+
+void toolForm::unload()
+{
+    if (std::exchange(hasUnloaded_, true)) // it was closed twice while it waited
+        return;
+    gate_.run([this] { leave(); }); // comes next, also when what follows throws
+    Form_Unload();
+    rememberSize(*this, context_.settings);
+}
+
+void toolForm::leave()
+{
+    Q_EMIT unloaded();
+    close(); // for one that had to wait
+}
+
+void toolForm::goBack() { close(); }
+
+void toolForm::mnuAbout_Click() { prompts().message(programInfo().aboutText()); }
+
+void toolForm::mnuHelp_Click() { showHelp(helpPage_); }
+
+void toolForm::logo_Click() { openWebSite(context_.values, tellingOfPage()); }
+
+void toolForm::showHelp(const std::string& page) { openHelpPage(context_.values, page, tellingOfPage()); }
+
+/// It may take some time until that shows; by then the window may have closed.
+std::function<void(const std::string&)> toolForm::tellingOfPage()
+{
+    return [form = QPointer(this)](const std::string& place) {
+        if (!form || form->hasUnloaded_)
+            return;
+        form->ask([&] {
+            form->prompts().message("No program was found that shows web pages. The page is " + place);
+        });
+    };
+}
+
+void toolForm::mnuPrintSetup_Click() { printer().setUp(); }
+
+void toolForm::mnuPrintOut_Click() { printer().print(); }
+
+bool toolForm::printOn(QPrinter& printer) { return printImage(*this, printer); }
+
+WindowPrinter& toolForm::printer()
+{
+    if (!printer_)
+        printer_ =
+            std::make_unique<WindowPrinter>(*this, prompts_, [this](QPrinter& p) { return printOn(p); });
+    return *printer_;
+}
+
+} // namespace zint

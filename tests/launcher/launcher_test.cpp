@@ -1,0 +1,231 @@
+#include "dtcdb/dtcDatabase.h"
+#include "launcher/launcher.h"
+#include "shared/fileError.h"
+#include "shared/programInfo.h"
+#include "support/fixedPortList.h"
+#include "support/memorySettings.h"
+#include "support/scriptedPrompts.h"
+#include "support/temporaryFolder.h"
+
+namespace zint {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+struct LauncherTest : testing::Test {
+    MemorySettings settings;
+    FixedPortList system;
+    PortDirectory ports{settings, system};
+    ScriptedPrompts prompts;
+    ProgramValues values;
+    Design design;
+    Launcher launcher{settings, ports, prompts, values, design, surroundings()};
+
+    static Launcher::System surroundings()
+    {
+        return {"/home/a", '/', "/samples/", "/data/dtc.txt", [] { return "/bin/www"; }};
+    }
+
+    const Texts keys = {"comPort",  "comSpeed",   "InitDir", "DTCdb",
+                        "parmSave", "parmOutput", "parmLog", "parmExport"}; ///< in the order of saving
+
+    /// Stores a text for each key, or for the first ones.
+    void store(const Texts& texts)
+    {
+        for (std::size_t i = 0; i < texts.size(); ++i)
+            settings.save("Startup", keys.at(i), texts[i]);
+    }
+
+    std::string connection()
+    {
+        return launcher.connection().portName + " " + launcher.connection().lineSettings();
+    }
+
+    /// What is stored, each text with a comma behind it.
+    std::string stored() const
+    {
+        std::string texts;
+        for (const std::string& key : keys)
+            texts += settings.get("Startup", key, "(missing)") + ",";
+        return texts;
+    }
+
+    /// What the tools find in the shared values, each text with a comma behind it.
+    std::string all() const
+    {
+        std::string texts;
+        for (const std::string& text :
+             {values.parmInitDir, values.parmDTCdb, values.parmSave, values.parmSaveFile, values.parmOutput,
+              values.parmOutputFile, values.parmLog, values.parmLogFile, values.parmExport,
+              values.parmExportFile})
+            texts += text + ",";
+        return texts;
+    }
+};
+
+TEST_F(LauncherTest, StartsWithDefaultsOnTheFirstRun)
+{
+    EXPECT_EQ(design.title(), "Default Settings");
+    EXPECT_EQ(launcher.toolFor(Tool::pollRunner), Tool::pollDesigner) << "the design has unpolled events";
+    EXPECT_FALSE(values.isPollingWanted) << "so far it was only a question";
+    EXPECT_EQ(launcher.click(Tool::pollRunner), Tool::pollDesigner);
+    EXPECT_EQ(launcher.click(Tool::codes), Tool::codes);
+    EXPECT_FALSE(values.isPollingWanted);
+    design.polledCount() = design.eventCount();
+    EXPECT_EQ(launcher.toolFor(Tool::pollRunner), Tool::pollRunner);
+
+    launcher.load();
+    EXPECT_EQ(launcher.panel().caption, "Zint v" + programInfo().version());
+    EXPECT_EQ(connection(), "com1 9600,N,8,1");
+    EXPECT_EQ(all(), "/home/a,/home/a/dtc.mdb,,,,,,,,,");
+    EXPECT_EQ(values.browserPath, "/bin/www");
+
+    EXPECT_EQ(launcher.panel().speedHint, "Most USB and Bluetooth adapters: 38400");
+    EXPECT_FALSE(values.isFolderRemembered) << "the samples are offered";
+
+    launcher.unload();
+    Launcher::System elsewhere = surroundings();
+    elsewhere.workingFolder = "/home/b";
+    Launcher second(settings, ports, prompts, values, design, elsewhere);
+    second.chooseSpeedForThisRun(1);
+    second.load();
+    EXPECT_FALSE(values.isFolderRemembered) << "nobody has chosen the folder by now";
+    EXPECT_EQ(second.panel().speedHint, "");
+}
+
+TEST_F(LauncherTest, TellsWhatThePortsStandForAndWhereNothingAnswers)
+{
+    system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", ""}};
+    ports.assign(3, "ttyUSB0");
+    ports.assign(4, "simulated");
+    EXPECT_TRUE(launcher.refreshPortInfo());
+    EXPECT_FALSE(launcher.refreshPortInfo()) << "nothing new";
+    EXPECT_EQ(launcher.panel().portInfo, "/dev/ttyUSB0 - FT232R USB UART");
+    EXPECT_EQ(launcher.panel().portTips[2], "ttyUSB0 - FT232R USB UART") << "the same device";
+    EXPECT_EQ(launcher.connection().silenceReason(Heard::nothing),
+              "No answer on com1: nothing was received. Check port (/dev/ttyUSB0) and speed (9600) in the "
+              "launcher; most adapters use 38400.");
+    for (const auto& [position, device] : {std::pair(1, "nothing connected"), {3, "simulated vehicle"}}) {
+        launcher.choosePort(position);
+        EXPECT_EQ(launcher.connection().device, device);
+    }
+}
+
+TEST_F(LauncherTest, ReportsSavedChoicesThatItCannotUse)
+{
+    for (const std::string bad : {"x", "", "-1", "8"}) {
+        store({bad});
+        Launcher(settings, ports, prompts, values, design, surroundings()).load();
+        EXPECT_EQ(prompts.takeMessage(), "The saved setting \"comPort\" is \"" + bad +
+                                             "\", which is no position in its list. The first entry is used "
+                                             "instead.");
+    }
+    store({"7", "2"});
+    launcher.choosePortForThisRun(2);
+    launcher.load();
+    EXPECT_NE(prompts.takeMessage().find("comSpeed"), std::string::npos);
+    EXPECT_EQ(connection(), "com2 9600,N,8,1");
+    EXPECT_TRUE(stored().starts_with("7,2,")) << "what Show Defaults is to show";
+    launcher.unload();
+    EXPECT_TRUE(stored().starts_with("7,0,")) << "the bad value does not stay";
+    settings.damageText = "damaged";
+    launcher.load();
+    EXPECT_EQ(prompts.takeMessage(), "damaged");
+}
+
+TEST_F(LauncherTest, WritesEverythingBackAtTheExitButAChoiceForOneRun)
+{
+    store({"2", "0"});
+    launcher.choosePortForThisRun(5);
+    launcher.chooseSpeedForThisRun(1);
+    launcher.load();
+    EXPECT_EQ(connection(), "com5 38400,N,8,1");
+    for (const int outside : {-1, 8})
+        launcher.choosePort(outside);
+    values = {"/elsewhere", "/b.mdb", "s", "o", "l", "e"};
+    settings.savedKeys.clear();
+    launcher.unload();
+    EXPECT_EQ(settings.savedKeys.back(), "folder") << "nothing else is added";
+    settings.savedKeys.pop_back();
+    EXPECT_EQ(settings.savedKeys, keys);
+    EXPECT_EQ(stored(), "2,0,/elsewhere,/b.mdb,s,o,l,e,");
+    launcher.choosePort(4); // the user's choice from now on, although the same
+    launcher.chooseSpeed(1);
+    settings.flushFailure = "the disk is full";
+    launcher.unload();
+    EXPECT_EQ(prompts.takeMessage(), "The settings could not be saved: the disk is full");
+    EXPECT_TRUE(stored().starts_with("4,1,"));
+}
+
+TEST_F(LauncherTest, ReadsShowsAndClearsFoldersAndFilesButNotTheStoreNorTheConnection)
+{
+    store({"2", "1", "dir", "db", "x\\a.obc", "", "run1.log", "C:\\designs\\"});
+    values.parmOutputFile = "left alone"; // set for a path that is not empty only
+    launcher.load();
+    EXPECT_TRUE(values.isFolderRemembered);
+    EXPECT_EQ(all(), "dir,db,x\\a.obc,a.obc,,left alone,run1.log,run1.log,C:\\designs\\,,");
+    values.parmInitDir = "dir now";
+    launcher.showDefaults();
+    EXPECT_EQ(prompts.takeMessage(),
+              "Registry:\r\ncomPort 2\r\ncomSpeed 1\r\nInitDir dir\r\nDTCdb db\r\n"
+              "parmSaveDir x\\a.obc\r\nparmOutputDir \r\nparmLogDir run1.log\r\n"
+              "parmExportDir C:\\designs\\\r\nVars:\r\nparmInitDir dir now\r\nparmDTCdb db\r\n");
+
+    launcher.clearDefaults();
+    EXPECT_EQ(all(), ",,,,,,,,,,");
+    EXPECT_EQ(connection(), "com3 38400,N,8,1");
+    EXPECT_EQ(stored(), "2,1,dir,db,x\\a.obc,,run1.log,C:\\designs\\,") << "the store follows at the exit";
+    launcher.unload();
+    EXPECT_EQ(stored(), "2,1,,,,,,,");
+}
+
+TEST_F(LauncherTest, OffersWhatWasNotSavedSinceACrash)
+{
+    const TemporaryFolder folder;
+    Launcher::System here = surroundings();
+    here.userDataFolder = folder.path();
+    here.dateText = [](auto) { return "today"; };
+    Launcher mine(settings, ports, prompts, values, design, here);
+    const auto before = std::chrono::system_clock::now() - std::chrono::minutes(1);
+    EXPECT_EQ(mine.offerUnsavedWork(before), std::nullopt) << "nothing was lost";
+    for (const char* sub : {"designs", "runs"})
+        std::filesystem::create_directories(folder.path(sub));
+    folder.write(folder.path("runs/a.run"), "x");
+    prompts.chosen = 0;
+    EXPECT_EQ(mine.offerUnsavedWork(before), Tool::pollRunner);
+    EXPECT_TRUE(prompts.question.ends_with("\nPoll Data: 1 unsaved, the last of today")) << prompts.question;
+    folder.write(folder.path("designs/a.obc"), "x");
+    prompts.chosen = 0;
+    EXPECT_EQ(mine.offerUnsavedWork(before), Tool::pollDesigner);
+    EXPECT_EQ(mine.offerUnsavedWork(before), std::nullopt) << "cancelled";
+    EXPECT_EQ(mine.offerUnsavedWork(before + std::chrono::hours(1)), std::nullopt) << "all of it is older";
+}
+
+TEST_F(LauncherTest, SetsUpCodeDescriptionsWhereThereAreNone)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.path("dtc.mdb");
+    Launcher::System here = surroundings();
+    here.workingFolder = folder.path();
+    here.descriptionsFile = folder.path("dtc.txt");
+    Launcher mine(settings, ports, prompts, values, design, here);
+    mine.load();
+    EXPECT_THROW(mine.setUpDescriptions(), FileError) << "there is no such text";
+    EXPECT_FALSE(fileExists(path));
+
+    folder.write(here.descriptionsFile, "P0010,Fault 16\n");
+    mine.clearDefaults(); // the path, too
+    mine.setUpDescriptions();
+    EXPECT_EQ(prompts.takeMessage(), "1 code descriptions are set up in " + path);
+    EXPECT_EQ(values.parmDTCdb, path);
+    EXPECT_EQ(DtcDatabase::openForReading(path)->describe("P0010"), "Fault 16");
+
+    const std::string before = contents(path);
+    mine.setUpDescriptions();
+    EXPECT_EQ(prompts.takeMessage(),
+              "There is a database of code descriptions already: " + path + "\r\nIt stays as it is.");
+    EXPECT_EQ(contents(path), before);
+}
+
+} // namespace
+} // namespace zint

@@ -1,0 +1,185 @@
+#include "forms/formTest.h"
+#include "platform/qtFileDialogs.h"
+#include "platform/qtPrompts.h"
+#include "platform/qtSettingsStore.h"
+#include "platform/qtTimer.h"
+#include "platform/text.h"
+#include "process/browser.h"
+#include "process/sessionMark.h"
+#include "shared/fileError.h"
+#include "widgets/outlinedBoxes.h"
+#include "widgets/toolForm.h"
+
+#include <QCheckBox>
+#include <QFileDialog>
+#include <QSignalSpy>
+
+namespace zint {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Looks at the next dialog and closes it.
+void lookAtNextDialog(const std::function<void(QDialog&)>& look)
+{
+    QTimer::singleShot(0, qApp, [look] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        look(*dialog);
+        dialog->reject();
+    });
+}
+
+TEST(QtPromptsTest, DialogsShowNamesAsTheyAre)
+{
+    QWidget window;
+    QtPrompts prompts(window);
+    for (const std::function<void()>& open : std::initializer_list<std::function<void()>>{
+             [&] { prompts.message("", "", "q<b>z.mdb"); }, [&] { prompts.input("", "", ""); },
+             [&] { prompts.choose("", "", {""}); }, [&] { prompts.confirm("", ""); }}) {
+        lookAtNextDialog([](QDialog& dialog) {
+            for (const auto* label : dialog.findChildren<QLabel*>())
+                EXPECT_EQ(label->textFormat(), Qt::PlainText);
+        });
+        open();
+    }
+}
+
+TEST(QtFileDialogsTest, WithoutAFolderStartsWhereAFileCanBeSaved)
+{
+    QWidget window;
+    lookAtNextDialog([](QDialog& dialog) {
+        EXPECT_TRUE(qobject_cast<QFileDialog*>(&dialog)->directory().isAbsolute()) << "the list of drives";
+    });
+    EXPECT_EQ(QtFileDialogs(window).chooseToSave(textFileKinds, "", ""), "");
+}
+
+TEST(OutlinedBoxesTest, AnUncheckedBoxCanBeSeenUnderDarkColours)
+{
+    useOutlinedBoxes();
+    QCheckBox box;
+    box.setPalette(QPalette(QColor(40, 40, 40)));
+    EXPECT_GT(box.grab().toImage().pixelColor(0, box.height() / 2).lightness(), 128) << "its left edge";
+}
+
+/// A tool that can't write what it keeps when it is closed.
+struct FailingForm final : toolForm {
+    using toolForm::toolForm;
+    void Form_Unload() override { throw FileError("no room"); }
+};
+
+using ToolFormTest = FormTest;
+
+TEST_F(ToolFormTest, AWindowWhoseUnloadingFailsTellsWhyAndMakesPlaceForTheLauncher)
+{
+    auto* tool = new FailingForm(context, "");
+    form = tool;
+    form->setAttribute(Qt::WA_DeleteOnClose, false);
+    form->show();
+    const QSignalSpy unloaded(tool, &toolForm::unloaded);
+    EXPECT_EQ(messageOf([this] { form->close(); }), u"no room");
+    EXPECT_EQ(unloaded.count(), 1);
+    EXPECT_FALSE(form->isVisible());
+}
+
+TEST(QtTimerTest, ATickThatWaitedAtTheGateIsDroppedWhenTheTimerWasStopped)
+{
+    EventGate gate;
+    QtTimer timer(gate);
+    int ticks = 0;
+    timer.onTick = [&ticks] { ++ticks; };
+    timer.setInterval(1ms);
+    timer.setEnabled(true);
+    gate.run([&] {
+        QTest::qWait(20); // as under a message box: the tick arrives and has to wait
+        timer.setEnabled(false);
+    });
+    timer.setEnabled(true);
+    gate.run([&] {
+        QTest::qWait(20);
+        timer.setInterval(1h); // the late tick is one of the former interval
+    });
+    QTest::qWait(20);
+    EXPECT_EQ(ticks, 0);
+    timer.setInterval(1ms);
+    gate.run([] { QTest::qWait(100); });
+    EXPECT_EQ(ticks, 1) << "those that waited come as one";
+    EXPECT_TRUE(waitUntil([&] { return ticks > 2; })) << "it repeats";
+}
+
+TEST(QtSettingsStoreTest, KeepsTextsAsTheyAre)
+{
+    const std::string text = "C:\\logs\\a, b; \"c\" = 1.log \xC3\xA9";
+    std::optional<QtSettingsStore> former(std::in_place);
+    former->save("Startup", "parmLog", text);
+    former->save("Ports", "com1", "simulated");
+    EXPECT_EQ(former->flush(), "");
+    former.reset();
+    QtSettingsStore store;
+    EXPECT_EQ(store.get("Startup", "parmLog", ""), text);
+    EXPECT_EQ(store.get("Startup", "none", "missing"), "missing");
+    store.remove("Ports", "com1");
+    EXPECT_EQ(store.get("Ports", "com1", "gone"), "gone");
+    EXPECT_EQ(store.damage(), "");
+}
+
+TEST(QtSettingsStoreTest, TellsOfAFileThatHoldsNoSettings)
+{
+    const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/Zint");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const std::string file = folder.toStdString() + "/Zint.conf";
+    TemporaryFolder::write(file, std::string("\x80=\0\xFF\n[\x01", 7));
+    EXPECT_NE(QtSettingsStore().damage().find(file + " are damaged"), std::string::npos);
+    TemporaryFolder::write(file, "");
+    EXPECT_EQ(QtSettingsStore().damage(), "");
+}
+
+TEST(SessionMarkTest, FindsSessionsThatWereCutOff)
+{
+    const TemporaryFolder folder;
+    const QString path = toQt(folder.path());
+    std::optional<SessionMark> first(path);
+    EXPECT_FALSE(first->cutOffSince() || SessionMark(path).cutOffSince()) << "the first one runs";
+    first.reset();
+    TemporaryFolder::write(folder.path("session-1.lock"),
+                           "999999999\nzint-obd\n\n"); // of a process that is gone
+    first.emplace(path);
+    EXPECT_LT(std::chrono::system_clock::now() - first->cutOffSince().value(), 1min);
+    EXPECT_FALSE(SessionMark(path).cutOffSince()) << "it is told once";
+}
+
+TEST(QtPromptsTest, ASilentAdapterIsToldWithAdviceAndHelp)
+{
+    QWidget window;
+    QtPrompts prompts(window);
+    int helped = 0;
+    prompts.helpOnSilence = [&helped] { ++helped; };
+    QTimer user;
+    QObject::connect(&user, &QTimer::timeout, &user, [&helped] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        EXPECT_EQ(box->informativeText(), u"Check the port");
+        box->button(helped == 0 ? QMessageBox::Help : QMessageBox::Ok)->click();
+    });
+    user.start(20);
+    prompts.tellOfSilence("no answer", "Check the port");
+    EXPECT_EQ(helped, 1);
+}
+
+TEST(BrowserTest, TheEnvironmentsChoiceComesFirst)
+{
+    EXPECT_EQ(findBrowser(), "/bin/true");                          // as set in main
+    qputenv("BROWSER", "no-such-browser:env HINT=1 true %s:sh %s"); // env alone would show no page
+    EXPECT_TRUE(findBrowser().ends_with("/sh"));
+    const TemporaryFolder folder; // with what always starts, though nothing shows pages
+    TemporaryFolder::write(folder.path("xdg-open"), "#!/bin/sh\nexit $1\n");
+    std::filesystem::permissions(folder.path("xdg-open"), std::filesystem::perms::owner_all);
+    QStringList failed;
+    for (const QString& code : {u"0"_qs, u"3"_qs})
+        startBrowser(toQt(folder.path("xdg-open")), code, [&, code] { failed << code; });
+    startBrowser(toQt(folder.path("none/xdg-open")), {}, [&] { failed << u"none"_qs; });
+    EXPECT_TRUE(waitUntil([&] { return failed.size() == 2; }));
+    EXPECT_TRUE(failed.contains(u"3"_qs) && failed.contains(u"none"_qs));
+    qputenv("BROWSER", "/bin/true");
+}
+
+} // namespace
+} // namespace zint
