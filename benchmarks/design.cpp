@@ -1,6 +1,6 @@
 // The designer's work on the largest designs. Each step should be done within one frame of the screen, 16 ms.
 
-#include "designer/designFile.h"
+#include "catalogue/designFile.h"
 #include "designer/designGrid.h"
 #include "designer/loopOffsets.h"
 

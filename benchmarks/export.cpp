@@ -1,7 +1,7 @@
 // The files of a long run: the program's data log and export against plain C that prints the same lines from
 // an array, in turn; and the memory that the samples take.
 
-#include "designer/designFile.h"
+#include "catalogue/designFile.h"
 #include "plainPrinter.h"
 #include "runner/dataLog.h"
 

@@ -14,7 +14,6 @@ endforeach()
 set(MAY_INCLUDE_sim shared)
 
 # Single headers that a folder may include beyond that.
-set(MAY_INCLUDE_HEADERS_runner designer/designFile.h) # a data log begins with the design
 set(MAY_INCLUDE_HEADERS_sim link/receiveGroups.h link/serialPort.h link/commError.h link/lineSettings.h) # what a port implements
 
 # The folders that know the toolkit, and the windows of a tool: <tool>/window/.

@@ -5,6 +5,7 @@
 #include "shared/runTimeError.h"
 
 #include <string_view>
+#include <utility>
 
 namespace zint {
 namespace {
@@ -40,6 +41,20 @@ bool isDue(const DesignEntry& event, std::int64_t pass)
     if (event.frequency == 0)
         throw RunTimeError::divisionByZero();
     return (event.offset + pass) % event.frequency == 0;
+}
+
+void dropUnpolled(Design& design)
+{
+    std::int32_t kept = 0;
+    for (DesignEntry event : design.events()) {
+        if (event.frequency < 1)
+            continue;
+        DesignEntry& place = design.entries.at(static_cast<std::size_t>(++kept));
+        event.reserved1 = place.reserved1;
+        event.reserved2 = place.reserved2;
+        place = std::move(event);
+    }
+    design.eventCount() = design.polledCount() = kept;
 }
 
 void loadDefaultDesign(Design& design)

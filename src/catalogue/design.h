@@ -52,6 +52,9 @@ private:
 /// @throws RunTimeError 11 for frequency 0
 bool isDue(const DesignEntry& event, std::int64_t pass);
 
+/// Leaves the polled events only, in their order. The reserved numbers stay with the places in the list.
+void dropUnpolled(Design& design);
+
 /// Replaces the design's header, events and extra commands by the built-in default: every parameter of the
 /// catalogue but PID 00, of which those with a readable value are polled in every tenth pass.
 void loadDefaultDesign(Design& design);

@@ -1,8 +1,7 @@
 #include "commands/pollCommand.h"
 
+#include "catalogue/designFile.h"
 #include "commands/commandSession.h"
-#include "designer/designFile.h"
-#include "designer/designGrid.h"
 #include "platform/dateText.h"
 #include "platform/qtTimer.h"
 #include "platform/systemClock.h"
@@ -35,7 +34,7 @@ Design loadDesignToPoll(const std::string& path)
             throw FileError("\"" + path + "\" is no polling design: " + error.what());
         }
     });
-    commit(gridOf(design), design);
+    dropUnpolled(design);
     return design;
 }
 

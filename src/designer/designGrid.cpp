@@ -1,5 +1,7 @@
 #include "designer/designGrid.h"
 
+#include "catalogue/designFile.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -21,6 +23,32 @@ DesignGrid gridOf(const Design& design)
     DesignGrid grid{.title = design.title()};
     std::ranges::transform(design.events(), std::back_inserter(grid.rows), &rowOf);
     return grid;
+}
+
+void writeDraft(std::ostream& stream, const DesignGrid& grid, const Design& design)
+{
+    Design all = design;
+    all.title() = grid.title;
+    std::vector<DesignEntry> more;
+    for (std::size_t n = 0; const GridRow& row : grid.rows) {
+        DesignEntry& place = n < Design::maxEvents ? all.entries.at(++n) : more.emplace_back();
+        place.code = row.code;
+        place.description = row.description;
+        place.conversion = row.conversion;
+        place.frequency = row.frequency;
+        place.offset = row.offset;
+    }
+    all.eventCount() = static_cast<std::int32_t>(grid.rows.size() - more.size());
+    writeDesign(stream, all, more);
+}
+
+DesignDraft readDraft(std::istream& stream)
+{
+    std::vector<DesignEntry> more;
+    DesignDraft draft{.design = readDesign(stream, more)};
+    draft.grid = gridOf(draft.design);
+    std::ranges::transform(more, std::back_inserter(draft.grid.rows), &rowOf);
+    return draft;
 }
 
 std::string speedText(int sampleSpeed)

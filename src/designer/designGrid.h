@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <istream>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -44,6 +46,20 @@ class TooManyEvents : public std::runtime_error {
 public:
     explicit TooManyEvents(std::size_t count);
 };
+
+/// A design while it is edited: a grid, which may hold rows that are not polled and more of them than a
+/// design may, and the design that it is to become.
+struct DesignDraft {
+    DesignGrid grid;
+    Design design; ///< gives what no grid shows: extra commands, sample speed and the reserved numbers
+};
+
+/// Writes a draft as a design of all its rows.
+void writeDraft(std::ostream& stream, const DesignGrid& grid, const Design& design);
+
+/// Reads what writeDraft() wrote. The design gets as many of the rows as it has room for.
+/// @throws as readDesign(), but for the number of events
+DesignDraft readDraft(std::istream& stream);
 
 /// The row for an event.
 GridRow rowOf(const DesignEntry& event);

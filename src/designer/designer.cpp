@@ -1,6 +1,6 @@
 #include "designer/designer.h"
 
-#include "designer/designFile.h"
+#include "catalogue/designFile.h"
 #include "designer/loopOffsets.h"
 #include "designer/pollCost.h"
 #include "designer/pollPreparation.h"

@@ -1,8 +1,8 @@
 #include "designer/gridEditing.h"
 
 #include "catalogue/chooser.h"
+#include "catalogue/designFile.h"
 #include "catalogue/pidCatalogue.h"
-#include "designer/designFile.h"
 #include "shared/module1.h"
 #include "shared/runTimeError.h"
 

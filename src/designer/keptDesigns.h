@@ -1,6 +1,6 @@
 #pragma once
 
-#include "designer/designFile.h"
+#include "designer/designGrid.h"
 #include "shared/fileLock.h"
 #include "shared/keptFiles.h"
 

@@ -1,6 +1,6 @@
 #include "designer/pollPreparation.h"
 
-#include "designer/designFile.h"
+#include "catalogue/designFile.h"
 #include "shared/module1.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "runner/dataLog.h"
 
-#include "designer/designFile.h"
+#include "catalogue/designFile.h"
 #include "runner/lineWriter.h"
 
 #include <algorithm>

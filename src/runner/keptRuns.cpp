@@ -1,6 +1,6 @@
 #include "runner/keptRuns.h"
 
-#include "designer/designFile.h"
+#include "catalogue/designFile.h"
 #include "runner/pollTexts.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"

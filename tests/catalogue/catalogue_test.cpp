@@ -1,7 +1,7 @@
 #include "catalogue/chooser.h"
 #include "catalogue/design.h"
+#include "catalogue/designFile.h"
 #include "catalogue/pidCatalogue.h"
-#include "designer/designFile.h"
 #include "shared/runTimeError.h"
 #include "support/temporaryFolder.h"
 

@@ -1,4 +1,4 @@
-#include "designer/designFile.h"
+#include "catalogue/designFile.h"
 #include "designer/gridEditing.h"
 #include "designer/pollPreparation.h"
 #include "designer/supportReply.h"

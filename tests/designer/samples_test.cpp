@@ -1,5 +1,5 @@
+#include "catalogue/designFile.h"
 #include "catalogue/pidCatalogue.h"
-#include "designer/designFile.h"
 #include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>

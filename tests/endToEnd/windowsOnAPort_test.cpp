@@ -1,4 +1,4 @@
-#include "designer/designFile.h"
+#include "catalogue/designFile.h"
 #include "designer/window/pollSetup2.h"
 #include "endToEnd/fixedRun.h"
 #include "endToEnd/simulator.h"
@@ -95,7 +95,7 @@ TEST_F(WindowsEndToEnd, TheRunnerPollsAndWritesWhatTheVehicleSent)
         plugIn(row.simulator);
         std::istringstream stream(fixedDesign);
         design = readDesign(stream);
-        commit(gridOf(design), design); // as the designer hands it over
+        dropUnpolled(design); // as the designer hands it over
         delete std::exchange(form, new obdPollForm(context));
         form->show();
         control<QLineEdit>("textSampleCnt")->clear();

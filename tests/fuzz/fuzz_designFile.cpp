@@ -1,7 +1,8 @@
 // Arbitrary text as a design file and as a draft: what can be read is written so that it reads the same
 // again.
 
-#include "designer/designFile.h"
+#include "catalogue/designFile.h"
+#include "designer/designGrid.h"
 #include "fuzz/fuzzInput.h"
 #include "shared/fileError.h"
 #include "shared/runTimeError.h"
@@ -58,7 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     using namespace zint;
     const std::string text(asText(data, size));
-    checkRoundTrip(text, &readDesign);
-    checkRoundTrip(text, &readDraft);
+    checkRoundTrip<Design>(text, &readDesign);
+    checkRoundTrip<DesignDraft>(text, &readDraft);
     return 0;
 }

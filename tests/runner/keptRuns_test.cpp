@@ -1,4 +1,4 @@
-#include "designer/designFile.h"
+#include "catalogue/designFile.h"
 #include "runner/dataLog.h"
 #include "runner/runFiles.h"
 #include "shared/fileError.h"

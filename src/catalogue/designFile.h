@@ -1,14 +1,16 @@
 #pragma once
 
-#include "designer/designGrid.h"
+#include "catalogue/design.h"
 #include "shared/textFile.h"
 
 #include <cstdint>
 #include <istream>
 #include <ostream>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Polling designs as text: a title, a settings line, one line per event, an end line. A data log begins with
 /// the same block.
@@ -50,18 +52,9 @@ Design readLoggedDesign(LineReader& lines);
 Design loadDesign(const std::string& path);
 void saveDesign(const std::string& path, const Design& design);
 
-/// A design while it is edited: a grid, which may hold rows that are not polled and more of them than a
-/// design may, and the design that it is to become.
-struct DesignDraft {
-    DesignGrid grid;
-    Design design; ///< gives what no grid shows: extra commands, sample speed and the reserved numbers
-};
-
-/// Writes a draft as a design of all its rows.
-void writeDraft(std::ostream& stream, const DesignGrid& grid, const Design& design);
-
-/// Reads what writeDraft() wrote. The design gets as many of the rows as it has room for.
-/// @throws as readDesign(), but for the number of events
-DesignDraft readDraft(std::istream& stream);
+/// A design that is being edited may have more events than a design holds: `more` are those behind the last
+/// one that it has room for.
+void writeDesign(std::ostream& stream, const Design& design, std::span<const DesignEntry> more);
+Design readDesign(std::istream& stream, std::vector<DesignEntry>& more);
 
 } // namespace zint

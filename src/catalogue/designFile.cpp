@@ -1,4 +1,4 @@
-#include "designer/designFile.h"
+#include "catalogue/designFile.h"
 
 #include "shared/module1.h"
 #include "shared/runTimeError.h"
@@ -132,29 +132,27 @@ std::string settingsText(const Design& design)
     return design.extraCommands + separator + std::to_string(design.sampleSpeed);
 }
 
-/// @param place where the row stands in the design, with the reserved numbers
-std::string eventText(const GridRow& row, const DesignEntry& place, EventFields fields)
+std::string eventText(const DesignEntry& event, EventFields fields)
 {
-    std::string text = row.code + separator + row.description;
+    std::string text = event.code + separator + event.description;
     const auto append = [&text](std::int32_t number) { (text += separator) += std::to_string(number); };
-    append(row.conversion);
-    append(row.frequency);
-    append(row.offset);
+    append(event.conversion);
+    append(event.frequency);
+    append(event.offset);
     if (fields == EventFields::all) {
-        append(place.reserved1);
-        append(place.reserved2);
+        append(event.reserved1);
+        append(event.reserved2);
     }
     return text;
 }
 
-void writeBlock(std::ostream& stream, const DesignGrid& grid, const Design& design, EventFields fields)
+void writeBlock(std::ostream& stream, const Design& design, std::span<const DesignEntry> more,
+                EventFields fields)
 {
-    static const DesignEntry noEvent;
-    stream << grid.title << lineEnd << settingsText(design) << lineEnd;
-    for (std::size_t n = 1; const GridRow& row : grid.rows) {
-        const DesignEntry& place = n < design.entries.size() ? design.entries.at(n) : noEvent;
-        stream << eventText(row, place, fields) << lineEnd;
-        ++n;
+    stream << design.title() << lineEnd << settingsText(design) << lineEnd;
+    for (const auto events : {design.events(), more}) {
+        for (const DesignEntry& event : events)
+            stream << eventText(event, fields) << lineEnd;
     }
     stream << endLine << lineEnd;
 }
@@ -172,14 +170,14 @@ void requireStorable(std::string_view text)
         throw NotStorable();
 }
 
-void writeDraft(std::ostream& stream, const DesignGrid& grid, const Design& design)
-{
-    writeBlock(stream, grid, design, EventFields::all);
-}
-
 void writeDesign(std::ostream& stream, const Design& design, EventFields fields)
 {
-    writeBlock(stream, gridOf(design), design, fields);
+    writeBlock(stream, design, {}, fields);
+}
+
+void writeDesign(std::ostream& stream, const Design& design, std::span<const DesignEntry> more)
+{
+    writeBlock(stream, design, more, EventFields::all);
 }
 
 Design readDesign(std::istream& stream) { return designOf(readBlock(stream, Design::maxEvents)); }
@@ -201,18 +199,18 @@ Design readLoggedDesign(LineReader& lines)
         DesignEntry event;
         if (const auto fields = split(*line); fields.size() >= fewestFields)
             event = toEvent(fields);
-        if (*line != eventText(rowOf(event), event, EventFields::withoutReserved))
+        if (*line != eventText(event, EventFields::withoutReserved))
             throw FileError("this is no event of a data log's design");
         add(event, block.events, Design::maxEvents);
     }
 }
 
-DesignDraft readDraft(std::istream& stream)
+Design readDesign(std::istream& stream, std::vector<DesignEntry>& more)
 {
     const Block block = readBlock(stream, std::numeric_limits<std::size_t>::max());
-    DesignDraft draft{.grid = {.title = block.design.title()}, .design = designOf(block)};
-    std::ranges::transform(block.events, std::back_inserter(draft.grid.rows), &rowOf);
-    return draft;
+    const std::size_t room = std::min<std::size_t>(block.events.size(), Design::maxEvents);
+    more.assign(block.events.begin() + static_cast<std::ptrdiff_t>(room), block.events.end());
+    return designOf(block);
 }
 
 Design loadDesign(const std::string& path)

@@ -1,4 +1,4 @@
-#include "designer/designFile.h"
+#include "catalogue/designFile.h"
 #include "shared/fileError.h"
 #include "shared/runTimeError.h"
 
@@ -67,9 +67,9 @@ TEST(DesignFileTest, WhatIsWrongIsRefused)
     full += "0106|y|1|0|0\n";
     EXPECT_THROW(read(full), FileError);
     std::istringstream stream(full);
-    const DesignDraft draft = readDraft(stream);
-    EXPECT_EQ(draft.grid.rows.at(64).code, "0106") << "while it is edited, a design may be longer";
-    EXPECT_EQ(draft.design.eventCount(), 64);
+    std::vector<DesignEntry> more;
+    EXPECT_EQ(readDesign(stream, more).eventCount(), 64);
+    EXPECT_EQ(more.at(0).code, "0106") << "while it is edited, a design may be longer";
 }
 
 } // namespace
