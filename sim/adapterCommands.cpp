@@ -1,5 +1,7 @@
 #include "sim/adapterCommands.h"
 
+#include "shared/module1.h"
+
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -8,7 +10,6 @@ namespace zint {
 namespace {
 
 constexpr std::string_view identification = "ELM327 v1.5";
-constexpr unsigned highestProtocol = 0xC;
 
 /// The hexadecimal digits behind a command's name.
 struct Argument {
@@ -107,33 +108,24 @@ CommandResult setTimeout(Argument argument, AdapterSettings& settings, const Veh
     return done();
 }
 
+/// The protocol in use: the chosen one, or the vehicle's where the adapter found it by itself.
+unsigned usedProtocol(const AdapterSettings& settings, const Vehicle& vehicle)
+{
+    const bool found = settings.protocol == automaticProtocol && settings.connected;
+    return found ? vehicle.protocol() : settings.protocol;
+}
+
 CommandResult describeProtocol(Argument, AdapterSettings& settings, const Vehicle& vehicle)
 {
-    constexpr std::array<std::string_view, highestProtocol + 1> names{"AUTO",
-                                                                      "SAE J1850 PWM",
-                                                                      "SAE J1850 VPW",
-                                                                      "ISO 9141-2",
-                                                                      "ISO 14230-4 (KWP 5BAUD)",
-                                                                      "ISO 14230-4 (KWP FAST)",
-                                                                      "ISO 15765-4 (CAN 11/500)",
-                                                                      "ISO 15765-4 (CAN 29/500)",
-                                                                      "ISO 15765-4 (CAN 11/250)",
-                                                                      "ISO 15765-4 (CAN 29/250)",
-                                                                      "SAE J1939 (CAN 29/250)",
-                                                                      "USER1 (CAN 11/125)",
-                                                                      "USER2 (CAN 11/50)"};
-    std::string text(names[settings.protocol]);
-    if (settings.protocol == AdapterSettings::automaticProtocol && settings.connected)
-        text.append(", ").append(names[protocolNumber(vehicle.protocol())]);
-    return {.text = text};
+    const unsigned used = usedProtocol(settings, vehicle);
+    const std::string name(protocolTraits(used).name);
+    return {.text = used == settings.protocol ? name : "AUTO, " + name};
 }
 
 CommandResult numberProtocol(Argument, AdapterSettings& settings, const Vehicle& vehicle)
 {
-    constexpr std::string_view digits = "0123456789ABC";
-    if (settings.protocol != AdapterSettings::automaticProtocol)
-        return {.text = {digits[settings.protocol]}};
-    return {.text = {'A', digits[settings.connected ? protocolNumber(vehicle.protocol()) : 0]}};
+    const std::string number = hexText(static_cast<std::int32_t>(usedProtocol(settings, vehicle)), 1);
+    return {.text = settings.protocol == automaticProtocol ? "A" + number : number};
 }
 
 // Where one name begins another (S, SP, SPA), the digits that must follow tell which one is meant.
@@ -207,8 +199,6 @@ void AdapterSettings::restoreDefaults()
     storedProtocol = before.storedProtocol;
     protocol = before.storedProtocol;
 }
-
-unsigned protocolNumber(VehicleProtocol protocol) { return protocol == VehicleProtocol::can ? 6 : 3; }
 
 CommandResult runCommand(std::string_view command, AdapterSettings& settings, const Vehicle& vehicle)
 {

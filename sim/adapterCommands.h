@@ -12,7 +12,6 @@ namespace zint {
 /// What "AT" commands set.
 struct AdapterSettings {
     static constexpr unsigned defaultTimeout = 0x32;
-    static constexpr unsigned automaticProtocol = 0;
 
     bool echo = true;
     bool lineFeeds = false;
@@ -21,17 +20,14 @@ struct AdapterSettings {
     unsigned timeout = defaultTimeout; ///< of the vehicle's answer, in units of 4 ms
     bool adaptiveTiming = true;        ///< otherwise the adapter always waits for the whole time-out
     std::optional<std::uint32_t> header;
-    unsigned protocol = automaticProtocol;
-    unsigned storedProtocol = automaticProtocol; ///< survives a reset
+    unsigned protocol = automaticProtocol;       ///< chosen with "ATSP" or "ATTP"
+    unsigned storedProtocol = automaticProtocol; ///< the one of "ATSP", which survives a reset
     bool connected = false;                      ///< to the vehicle
     bool lineFeedsAtPowerUp = false;             ///< a matter of the adapter's wiring
 
     /// Back to what they were at power-up.
     void restoreDefaults();
 };
-
-/// The number by which adapters know a protocol, 1 to C.
-unsigned protocolNumber(VehicleProtocol protocol);
 
 enum class Reset { none, warm, cold };
 

@@ -40,38 +40,24 @@ void makeRaw(int terminal)
 
 } // namespace
 
-Descriptor::Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept
-{
-    if (this != &other)
-        reset(std::exchange(other.number_, -1));
-    return *this;
-}
-
-void Descriptor::reset(int number)
-{
-    if (valid())
-        ::close(number_);
-    number_ = number;
-}
+Descriptor::~Descriptor() { ::close(number_); }
 
 PseudoTerminal::PseudoTerminal()
+    : master_(checked(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC), "pseudo-terminal"))
 {
-    master_.reset(checked(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC), "pseudo-terminal"));
     checked(grantpt(master_.get()), "pseudo-terminal");
     checked(unlockpt(master_.get()), "pseudo-terminal");
     const char* const name = ptsname(master_.get());
     if (name == nullptr)
         fail("pseudo-terminal");
     path_ = name;
-    makeRaw(openOtherSide().get());
+    makeRaw(Descriptor(openOtherSide()).get());
     checked(fcntl(master_.get(), F_SETFL, O_NONBLOCK), "pseudo-terminal");
 }
 
-Descriptor PseudoTerminal::openOtherSide() const
+int PseudoTerminal::openOtherSide() const
 {
-    return Descriptor(checked(open(path_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC), path_.c_str()));
+    return checked(open(path_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC), path_.c_str());
 }
 
 bool PseudoTerminal::takeOpening()
@@ -108,7 +94,7 @@ void PseudoTerminal::write(std::string_view text)
 void PseudoTerminal::waitUntilRead(std::chrono::milliseconds atMost) const
 {
     constexpr std::chrono::milliseconds step{5};
-    const Descriptor otherSide = openOtherSide();
+    const Descriptor otherSide(openOtherSide());
     for (auto waited = step; waited <= atMost; waited += step) {
         std::this_thread::sleep_for(step); // the system, too, takes a moment to hand the text over
         int unread = 0;

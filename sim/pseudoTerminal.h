@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,14 +10,12 @@ namespace zint {
 /// A file descriptor that is closed in the end.
 class Descriptor {
 public:
-    explicit Descriptor(int number = -1) : number_(number) {}
-    Descriptor(Descriptor&& other) noexcept;
-    Descriptor& operator=(Descriptor&& other) noexcept;
-    ~Descriptor() { reset(); }
+    explicit Descriptor(int number) : number_(number) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor();
 
     int get() const { return number_; }
-    bool valid() const { return number_ >= 0; }
-    void reset(int number = -1);
 
 private:
     int number_;
@@ -32,7 +31,7 @@ public:
 
     /// Holds the port open, too, from now on: what is sent while no program has it open is then kept for the
     /// next.
-    void holdOpen() { held_ = openOtherSide(); }
+    void holdOpen() { held_.emplace(openOtherSide()); }
 
     /// What a program opens.
     const std::string& path() const { return path_; }
@@ -58,10 +57,10 @@ public:
     void waitUntilRead(std::chrono::milliseconds atMost) const;
 
 private:
-    Descriptor openOtherSide() const;
+    int openOtherSide() const;
 
     Descriptor master_;
-    Descriptor held_;
+    std::optional<Descriptor> held_;
     std::string path_;
     bool open_ = false;
 };

@@ -1,7 +1,8 @@
 #include "sim/replyLines.h"
 
+#include "shared/module1.h"
+
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <numeric>
 #include <string_view>
@@ -9,72 +10,63 @@
 namespace zint {
 namespace {
 
-constexpr std::string_view digits = "0123456789ABCDEF";
 constexpr std::size_t singleFrameBytes = 7;
 constexpr std::size_t firstFrameBytes = 6;
 
-void appendByte(std::string& line, std::uint8_t byte, const ReplyFormat& format)
+std::string bytesText(MessageView bytes, const ReplyFormat& format)
 {
-    line += digits[byte >> 4U];
-    line += digits[byte & 0xFU];
-    if (format.blanks)
-        line += ' ';
+    std::string text;
+    for (const std::uint8_t byte : bytes) {
+        text += hexText(byte, 2);
+        text += format.blanks ? " " : "";
+    }
+    return text;
 }
 
-std::string finished(std::string line, const ReplyFormat& format)
+/// A line of a prefix and bytes, which are one or more.
+std::string bytesLine(std::string prefix, MessageView bytes, const ReplyFormat& format)
 {
+    std::string line = std::move(prefix) + bytesText(bytes, format);
     if (format.blanks && !format.trailingBlank)
         line.pop_back();
     return line;
 }
 
-std::string bytesLine(std::string line, MessageView bytes, const ReplyFormat& format)
-{
-    for (const std::uint8_t byte : bytes)
-        appendByte(line, byte, format);
-    return finished(std::move(line), format);
-}
-
-std::string isoLine(MessageView message, const ReplyFormat& format)
+/// "48 6B 10 41 0D 00 11 ": the header, the message, and the lowest byte of their sum.
+std::string messageLine(MessageView message, const ReplyFormat& format)
 {
     if (!format.headers)
         return bytesLine({}, message, format);
     Message frame{0x48, 0x6B, 0x10};
     frame.insert(frame.end(), message.begin(), message.end());
-    frame.push_back(std::accumulate(frame.begin(), frame.end(), std::uint8_t{0},
-                                    [](int sum, int byte) { return static_cast<std::uint8_t>(sum + byte); }));
+    frame.push_back(static_cast<std::uint8_t>(std::accumulate(frame.begin(), frame.end(), 0)));
     return bytesLine({}, frame, format);
 }
 
-std::string canHeader(const ReplyFormat& format) { return format.blanks ? "7E8 " : "7E8"; }
-
-/// "00A" for ten bytes.
-std::string lengthLine(std::size_t length)
+/// "7E8 " and the control bytes that stand in front of a frame's data.
+std::string canHeader(const Message& controlBytes, const ReplyFormat& format)
 {
-    return {digits[length >> 8U & 0xFU], digits[length >> 4U & 0xFU], digits[length & 0xFU]};
+    return (format.blanks ? "7E8 " : "7E8") + bytesText(controlBytes, format);
 }
 
-/// What stands in front of a frame's data: the header and the control bytes, or the frame's number alone.
+/// What stands in front of a frame's data: "0: ", or with headers "7E8 10 0A " and then "7E8 21 ".
 std::string framePrefix(std::size_t number, std::size_t length, const ReplyFormat& format)
 {
+    const auto digit = static_cast<std::uint8_t>(number % 16);
     if (!format.headers)
-        return std::string{digits[number % 16], ':'} + (format.blanks ? " " : "");
-    std::string prefix = canHeader(format);
-    if (number == 0) {
-        appendByte(prefix, static_cast<std::uint8_t>(0x10 | length >> 8U), format);
-        appendByte(prefix, static_cast<std::uint8_t>(length), format);
-    } else {
-        appendByte(prefix, static_cast<std::uint8_t>(0x20 | number % 16), format);
-    }
-    return prefix;
+        return hexText(digit, 1) + (format.blanks ? ": " : ":");
+    if (number > 0)
+        return canHeader({static_cast<std::uint8_t>(0x20 | digit)}, format);
+    return canHeader({static_cast<std::uint8_t>(0x10 | length >> 8U), static_cast<std::uint8_t>(length)},
+                     format);
 }
 
-/// The frames count 0 to F and again from 0; the last one is filled up with zeros.
-std::vector<std::string> canFrames(MessageView message, const ReplyFormat& format)
+/// "00A" for ten bytes, then the frames, which count 0 to F and again from 0. Zeros fill up the last one.
+std::vector<std::string> isoTpFrames(MessageView message, const ReplyFormat& format)
 {
     std::vector<std::string> lines;
     if (!format.headers)
-        lines.push_back(lengthLine(message.size()));
+        lines.push_back(hexText(static_cast<std::int32_t>(message.size()), 3));
     std::size_t begin = 0;
     for (std::size_t number = 0; begin < message.size(); ++number) {
         const std::size_t capacity = number == 0 ? firstFrameBytes : singleFrameBytes;
@@ -87,25 +79,22 @@ std::vector<std::string> canFrames(MessageView message, const ReplyFormat& forma
     return lines;
 }
 
-std::vector<std::string> canLines(MessageView message, const ReplyFormat& format)
+/// "7E8 06 41 00 BE 3F B8 13 ": with headers, the length stands in front of the message.
+std::string singleFrameLine(MessageView message, const ReplyFormat& format)
 {
-    if (message.size() > singleFrameBytes)
-        return canFrames(message, format);
-    std::string line;
-    if (format.headers) {
-        line = canHeader(format);
-        appendByte(line, static_cast<std::uint8_t>(message.size()), format);
-    }
-    return {bytesLine(std::move(line), message, format)};
+    const auto length = static_cast<std::uint8_t>(message.size());
+    return bytesLine(format.headers ? canHeader({length}, format) : "", message, format);
 }
 
 } // namespace
 
 std::vector<std::string> replyLines(MessageView message, const ReplyFormat& format)
 {
-    if (format.protocol == VehicleProtocol::can)
-        return canLines(message, format);
-    return {isoLine(message, format)};
+    if (format.framing == Framing::shortMessages)
+        return {messageLine(message, format)};
+    if (message.size() > singleFrameBytes)
+        return isoTpFrames(message, format);
+    return {singleFrameLine(message, format)};
 }
 
 } // namespace zint

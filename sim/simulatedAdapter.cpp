@@ -1,5 +1,7 @@
 #include "sim/simulatedAdapter.h"
 
+#include "shared/module1.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -12,8 +14,6 @@ constexpr std::size_t longestRequest = 7; // bytes of data that one message hold
 constexpr std::chrono::seconds lineTimeout{20};
 constexpr std::chrono::milliseconds timeoutUnit{4};
 constexpr int bitsPerCharacter = 10; // start bit, eight data bits, stop bit
-constexpr unsigned functionalIsoHeader = 0x686AF1;
-constexpr unsigned functionalCanHeader = 0x7DF;
 
 PacedOutput::Time characterTime(int bitsPerSecond)
 {
@@ -21,25 +21,14 @@ PacedOutput::Time characterTime(int bitsPerSecond)
     return bitsPerSecond > 0 ? second * bitsPerCharacter / bitsPerSecond : PacedOutput::Time{0};
 }
 
-int digitValue(char digit)
-{
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    const auto position = digits.find(digit);
-    return position == std::string_view::npos ? -1 : static_cast<int>(position);
-}
-
 bool isPrintable(char byte) { return byte >= ' ' && byte <= '~'; }
-char capital(char letter)
-{
-    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
-}
 
 } // namespace
 
 SimulatedAdapter::SimulatedAdapter(Vehicle& vehicle, AdapterOptions options)
     : vehicle_(vehicle), options_(std::move(options)),
       output_({.perCharacter = characterTime(options_.bitsPerSecond),
-               .pieceLength = options_.pieceLength,
+               .pieceLength = static_cast<std::size_t>(options_.pieceLength),
                .pieceGap = options_.pieceGap}),
       perCharacter_(characterTime(options_.bitsPerSecond))
 {
@@ -92,7 +81,7 @@ void SimulatedAdapter::receiveByte(char byte, Time at)
         runLine(at);
     } else if (isPrintable(byte) && byte != ' ') {
         if (line_.size() < longestLine)
-            line_ += capital(byte);
+            line_ += byte;
         lineDeadline_ = at + lineTimeout;
     }
 }
@@ -119,7 +108,7 @@ void SimulatedAdapter::dropLateCommand(Time now)
 void SimulatedAdapter::runLine(Time at)
 {
     if (!line_.empty())
-        lastLine_ = std::exchange(line_, {});
+        lastLine_ = upperCase(std::exchange(line_, {}));
     lineDeadline_.reset();
     if (lastLine_.starts_with("AT")) {
         runAdapterCommand(std::string_view(lastLine_).substr(2), at);
@@ -157,38 +146,40 @@ std::optional<SimulatedAdapter::Request> SimulatedAdapter::parseRequest(std::str
     const std::size_t byteCount = digits.size() / 2;
     if (byteCount < 1 || byteCount > longestRequest)
         return {};
-    if (std::ranges::any_of(digits, [](char digit) { return digitValue(digit) < 0; }))
+    if (std::ranges::any_of(digits, [](char digit) { return upperHexDigit(digit) < 0; }))
         return {};
     Request request{.bytes = {}, .expectedLines = 0};
     for (std::size_t i = 0; i < byteCount; ++i) {
-        const int byte = digitValue(digits[2 * i]) << 4 | digitValue(digits[2 * i + 1]);
+        const int byte = upperHexDigit(digits[2 * i]) << 4 | upperHexDigit(digits[2 * i + 1]);
         request.bytes.push_back(static_cast<std::uint8_t>(byte));
     }
     if (tellsLines)
-        request.expectedLines = static_cast<std::size_t>(digitValue(digits.back()));
+        request.expectedLines = static_cast<std::size_t>(upperHexDigit(digits.back()));
     return request;
 }
 
 unsigned SimulatedAdapter::triedProtocol() const
 {
-    return settings_.protocol == AdapterSettings::automaticProtocol ? protocolNumber(vehicle_.protocol())
-                                                                    : settings_.protocol;
+    return settings_.protocol == automaticProtocol ? vehicle_.protocol() : settings_.protocol;
 }
 
 bool SimulatedAdapter::reachesVehicle() const
 {
-    return vehicle_.ignitionOn() && triedProtocol() == protocolNumber(vehicle_.protocol());
+    return vehicle_.ignitionOn() && triedProtocol() == vehicle_.protocol();
+}
+
+std::uint32_t SimulatedAdapter::header() const
+{
+    return settings_.header.value_or(vehicle_.traits().functionalHeader);
 }
 
 void SimulatedAdapter::runRequest(const Request& request, Time at)
 {
     ++requests_;
-    if (reachesVehicle()) {
+    if (reachesVehicle())
         askVehicle(request, at);
-    } else {
-        const bool slowStart = triedProtocol() == protocolNumber(VehicleProtocol::iso9141);
-        reply(slowStart ? "BUS INIT: ...ERROR" : "UNABLE TO CONNECT", at + options_.latency);
-    }
+    else
+        reply(protocolTraits(triedProtocol()).failure, at + options_.latency);
     busyUntil_ = output_.end();
 }
 
@@ -209,14 +200,13 @@ SimulatedAdapter::Time SimulatedAdapter::announceConnection(Time at)
 {
     if (std::exchange(settings_.connected, true) || !options_.announcesConnection)
         return at;
-    const bool isCan = vehicle_.protocol() == VehicleProtocol::can;
-    write(isCan ? "SEARCHING" : "BUS INIT: ", at);
+    write(vehicle_.traits().search, at);
     for (int dot = 0; dot < 3; ++dot) {
         at += options_.latency;
         write(".", at);
     }
     at += options_.latency;
-    write((isCan ? "" : "OK") + std::string(lineEnd()), at);
+    write(std::string(vehicle_.traits().found).append(lineEnd()), at);
     return at;
 }
 
@@ -230,14 +220,11 @@ SimulatedAdapter::Time SimulatedAdapter::waitingTime() const
 /// What the vehicle answers, lines joined by line ends; empty when it doesn't answer.
 std::string SimulatedAdapter::vehicleText(const Request& request, Time at)
 {
-    const ReplyFormat format{.protocol = vehicle_.protocol(),
+    const ReplyFormat format{.framing = vehicle_.traits().framing,
                              .headers = settings_.headers,
                              .blanks = settings_.blanks,
                              .trailingBlank = options_.trailingBlank};
-    const bool isCan = format.protocol == VehicleProtocol::can;
-    Messages messages;
-    if (vehicle_.hears(settings_.header.value_or(isCan ? functionalCanHeader : functionalIsoHeader)))
-        messages = vehicle_.answer(request.bytes, at);
+    Messages messages = vehicle_.hears(header()) ? vehicle_.answer(request.bytes, at) : Messages{};
     if (request.expectedLines > 0 && messages.size() > request.expectedLines)
         messages.resize(request.expectedLines);
     std::vector<std::string> lines;
@@ -255,11 +242,13 @@ std::string SimulatedAdapter::vehicleText(const Request& request, Time at)
 void SimulatedAdapter::applyFaults(std::vector<std::string>& lines)
 {
     constexpr std::size_t garbledDigit = 6; // of the first byte behind "41 01 "
-    const auto error = options_.errors.find(requests_);
-    if (error != options_.errors.end() && error->second.starts_with('<')) {
-        std::ranges::for_each(lines, [&](std::string& line) { line += error->second; });
-    } else if (error != options_.errors.end()) {
-        lines.assign(1, error->second);
+    const auto planned = options_.faults.find(requests_);
+    if (planned != options_.faults.end()) {
+        const auto& [place, text] = planned->second;
+        if (place == ReplyFault::Place::insteadOfData)
+            lines.assign(1, text);
+        else
+            std::ranges::for_each(lines, [&text = text](std::string& line) { line += text; });
     } else if (!lines.empty() && options_.garbleEvery > 0 && ++dataReplies_ % options_.garbleEvery == 0) {
         std::string& line = lines.front();
         line[line.size() > garbledDigit ? garbledDigit : 0] = 'G';

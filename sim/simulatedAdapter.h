@@ -60,6 +60,7 @@ private:
 
     unsigned triedProtocol() const;
     bool reachesVehicle() const;
+    std::uint32_t header() const;
     Time announceConnection(Time at);
     std::string vehicleText(const Request& request, Time at);
     void applyFaults(std::vector<std::string>& lines);

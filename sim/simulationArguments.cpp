@@ -12,8 +12,6 @@
 namespace zint {
 namespace {
 
-using std::chrono::milliseconds;
-
 /// A whole number within limits that keep every product of times and lengths in range.
 int number(std::string_view text, int least = 0)
 {
@@ -87,74 +85,83 @@ std::string unescaped(std::string_view text)
     return bytes;
 }
 
-void addError(SimulationOptions& options, std::string_view value)
+/// "<" begins the texts that adapters put behind data.
+void addFault(SimulationOptions& options, std::string_view value)
 {
     const auto colon = value.find(':');
     if (colon == std::string_view::npos || colon + 1 == value.size())
         throw ArgumentError("\"" + std::string(value) + "\" has not the form N:TEXT");
-    options.adapter.errors[number(value.substr(0, colon), 1)] = value.substr(colon + 1);
+    const std::string_view text = value.substr(colon + 1);
+    const auto place =
+        text.starts_with('<') ? ReplyFault::Place::behindData : ReplyFault::Place::insteadOfData;
+    options.adapter.faults[number(value.substr(0, colon), 1)] = {.place = place, .text = std::string(text)};
 }
 
-using Options = SimulationOptions;
-using Value = std::string_view;
+using Adapter = AdapterOptions;
 
-constexpr std::array arguments{
-    SimulationArgument{"protocol", "NAME", "of the vehicle: iso9141 (the default) or can",
-                       [](Options& o, Value v) { o.vehicle.protocol = protocol(v); }},
-    SimulationArgument{"ignition-off", "", "no vehicle answers",
-                       [](Options& o, Value) { o.vehicle.ignitionOn = false; }},
-    SimulationArgument{"codes", "LIST", "stored trouble codes, such as P0133,U0123, or none",
-                       [](Options& o, Value v) { o.vehicle.storedCodes = codes(v); }},
-    SimulationArgument{"pending", "LIST", "pending trouble codes, or none",
-                       [](Options& o, Value v) { o.vehicle.pendingCodes = codes(v); }},
-    SimulationArgument{"latency", "MS", "from a request to its answer; 0: nothing takes time (default 50)",
-                       [](Options& o, Value v) { o.adapter.latency = milliseconds(number(v)); }},
-    SimulationArgument{"line-speed", "BPS", "bits per second of the line; 0: takes no time (the default)",
-                       [](Options& o, Value v) { o.adapter.bitsPerSecond = number(v); }},
-    SimulationArgument{"reset-time", "MS", "that a reset takes (default 800)",
-                       [](Options& o, Value v) { o.adapter.resetDuration = milliseconds(number(v)); }},
-    SimulationArgument{"late-defaults", "MS", "until ATD is answered",
-                       [](Options& o, Value v) { o.adapter.defaultsDelay = milliseconds(number(v)); }},
-    SimulationArgument{"keep-unread", "",
-                       "what comes while the port is closed waits there, as behind a bridge",
-                       [](Options& o, Value) { o.adapter.keepsUnread = true; }},
-    SimulationArgument{"no-announcement", "",
-                       R"(no "BUS INIT: ...OK" or "SEARCHING..." before the first data)",
-                       [](Options& o, Value) { o.adapter.announcesConnection = false; }},
-    SimulationArgument{"line-feeds", "", "lines end in CR LF after power-up",
-                       [](Options& o, Value) { o.adapter.lineFeeds = true; }},
-    SimulationArgument{"leading-line-end", "", "replies start with a line end",
-                       [](Options& o, Value) { o.adapter.leadingLineEnd = true; }},
-    SimulationArgument{"single-line-end", "", "no empty line before the prompt",
-                       [](Options& o, Value) { o.adapter.singleLineEnd = true; }},
-    SimulationArgument{"no-trailing-blank", "", "no blank behind the last byte of a line",
-                       [](Options& o, Value) { o.adapter.trailingBlank = false; }},
-    SimulationArgument{"after-prompt", "TEXT", R"(sent behind each prompt, such as "\r\n")",
-                       [](Options& o, Value v) { o.adapter.afterPrompt = unescaped(v); }},
-    SimulationArgument{"greeting-prompt", "", "a prompt in front of the greeting after a reset, too",
-                       [](Options& o, Value) { o.adapter.greetingPrompt = true; }},
-    SimulationArgument{"nul-bytes", "", "a byte 00 behind each carriage return",
-                       [](Options& o, Value) { o.adapter.nulBytes = true; }},
-    SimulationArgument{"late-prompt", "MS", "from the end of a reply to its prompt",
-                       [](Options& o, Value v) { o.adapter.promptDelay = milliseconds(number(v)); }},
-    SimulationArgument{"rubbish", "TEXT", R"(sent before everything else, such as "\0\xFC")",
-                       [](Options& o, Value v) { o.adapter.rubbish = unescaped(v); }},
-    SimulationArgument{
-        "pieces", "N", "output comes in pieces of N characters",
-        [](Options& o, Value v) { o.adapter.pieceLength = static_cast<std::size_t>(number(v)); }},
-    SimulationArgument{"piece-gap", "MS", "between two pieces",
-                       [](Options& o, Value v) { o.adapter.pieceGap = milliseconds(number(v)); }},
-    SimulationArgument{"no-reset-answer", "", "no answer to ATZ",
-                       [](Options& o, Value) { o.adapter.answersReset = false; }},
-    SimulationArgument{"garble-every", "N", "a wrong digit in every N-th data reply",
-                       [](Options& o, Value v) { o.adapter.garbleEvery = number(v, 1); }},
-    SimulationArgument{"error", "N:TEXT",
-                       "TEXT for the data of the N-th request; behind it if TEXT begins with <", addError},
-    SimulationArgument{"silent-after", "N", "no prompt and nothing more after N replies",
-                       [](Options& o, Value v) { o.adapter.promptsUntilSilence = number(v); }},
-    SimulationArgument{"disconnect-after", "N", "the device vanishes after N replies",
-                       [](Options& o, Value v) { o.adapter.repliesUntilDisconnect = number(v, 1); }},
-};
+template <bool Adapter::*member, bool value = true>
+void flag(SimulationOptions& options, std::string_view)
+{
+    options.adapter.*member = value;
+}
+
+template <auto member, int least = 0>
+void count(SimulationOptions& options, std::string_view value)
+{
+    options.adapter.*member = number(value, least);
+}
+
+template <Adapter::Time Adapter::*member>
+void time(SimulationOptions& options, std::string_view value)
+{
+    options.adapter.*member = std::chrono::milliseconds(number(value));
+}
+
+template <std::string Adapter::*member>
+void text(SimulationOptions& options, std::string_view value)
+{
+    options.adapter.*member = unescaped(value);
+}
+
+constexpr auto arguments = std::to_array<SimulationArgument>({
+    {"protocol", "NAME", "of the vehicle: iso9141 (the default) or can",
+     [](SimulationOptions& options, std::string_view value) { options.vehicle.protocol = protocol(value); }},
+    {"ignition-off", "", "no vehicle answers",
+     [](SimulationOptions& options, std::string_view) { options.vehicle.ignitionOn = false; }},
+    {"codes", "LIST", "stored trouble codes, such as P0133,U0123, or none",
+     [](SimulationOptions& options, std::string_view value) { options.vehicle.storedCodes = codes(value); }},
+    {"pending", "LIST", "pending trouble codes, or none",
+     [](SimulationOptions& options, std::string_view value) { options.vehicle.pendingCodes = codes(value); }},
+    {"latency", "MS", "from a request to its answer; 0: nothing takes time (default 50)",
+     time<&Adapter::latency>},
+    {"line-speed", "BPS", "bits per second of the line; 0: takes no time (the default)",
+     count<&Adapter::bitsPerSecond>},
+    {"reset-time", "MS", "that a reset takes (default 800)", time<&Adapter::resetDuration>},
+    {"late-defaults", "MS", "until ATD is answered", time<&Adapter::defaultsDelay>},
+    {"keep-unread", "", "what comes while the port is closed waits there, as behind a bridge",
+     flag<&Adapter::keepsUnread>},
+    {"no-announcement", "", R"(no "BUS INIT: ...OK" or "SEARCHING..." before the first data)",
+     flag<&Adapter::announcesConnection, false>},
+    {"line-feeds", "", "lines end in CR LF after power-up", flag<&Adapter::lineFeeds>},
+    {"leading-line-end", "", "replies start with a line end", flag<&Adapter::leadingLineEnd>},
+    {"single-line-end", "", "no empty line before the prompt", flag<&Adapter::singleLineEnd>},
+    {"no-trailing-blank", "", "no blank behind the last byte of a line",
+     flag<&Adapter::trailingBlank, false>},
+    {"after-prompt", "TEXT", R"(sent behind each prompt, such as "\r\n")", text<&Adapter::afterPrompt>},
+    {"greeting-prompt", "", "a prompt in front of the greeting after a reset, too",
+     flag<&Adapter::greetingPrompt>},
+    {"nul-bytes", "", "a byte 00 behind each carriage return", flag<&Adapter::nulBytes>},
+    {"late-prompt", "MS", "from the end of a reply to its prompt", time<&Adapter::promptDelay>},
+    {"rubbish", "TEXT", R"(sent before everything else, such as "\0\xFC")", text<&Adapter::rubbish>},
+    {"pieces", "N", "output comes in pieces of N characters", count<&Adapter::pieceLength>},
+    {"piece-gap", "MS", "between two pieces", time<&Adapter::pieceGap>},
+    {"no-reset-answer", "", "no answer to ATZ", flag<&Adapter::answersReset, false>},
+    {"garble-every", "N", "a wrong digit in every N-th data reply", count<&Adapter::garbleEvery, 1>},
+    {"error", "N:TEXT", "TEXT for the data of the N-th request; behind it if TEXT begins with <", addFault},
+    {"silent-after", "N", "no prompt and nothing more after N replies", count<&Adapter::promptsUntilSilence>},
+    {"disconnect-after", "N", "the device vanishes after N replies",
+     count<&Adapter::repliesUntilDisconnect, 1>},
+});
 
 } // namespace
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sim/protocols.h"
+
 #include <chrono>
 #include <map>
 #include <optional>
@@ -7,8 +9,6 @@
 #include <vector>
 
 namespace zint {
-
-enum class VehicleProtocol { iso9141, can };
 
 /// The vehicle to simulate.
 struct VehicleOptions {
@@ -18,16 +18,25 @@ struct VehicleOptions {
     std::vector<std::string> pendingCodes{"P0420"};                  ///< likewise
 };
 
+/// An error of the adapter or of the bus that shows in a reply.
+struct ReplyFault {
+    enum class Place { insteadOfData, behindData };
+    Place place = Place::insteadOfData;
+    std::string text;
+};
+
 /// The adapter to simulate. As made it is well behaved and answers at once; each member is a habit or a fault
 /// that real adapters show.
 struct AdapterOptions {
-    std::chrono::microseconds latency{0}; ///< from the end of a request to its answer; 0: nothing takes time
-    int bitsPerSecond = 0;                ///< of the serial line, ten bits a character; 0: takes no time
-    std::chrono::microseconds resetDuration{0}; ///< what arrives during a reset is lost
-    std::chrono::microseconds defaultsDelay{0}; ///< until "ATD" is answered
+    using Time = std::chrono::microseconds;
 
-    bool announcesConnection =
-        false;                   ///< "BUS INIT: ...OK" or "SEARCHING..." before the first data after a reset
+    Time latency{0};       ///< from the end of a request to its answer; 0: nothing takes time
+    int bitsPerSecond = 0; ///< of the serial line, ten bits a character; 0: takes no time
+    Time resetDuration{0}; ///< what arrives during a reset is lost
+    Time defaultsDelay{0}; ///< until "ATD" is answered
+
+    /// Before the first data after a reset comes "BUS INIT: ...OK" or "SEARCHING...".
+    bool announcesConnection = false;
     bool lineFeeds = false;      ///< on at power-up and after a reset
     bool leadingLineEnd = false; ///< replies start with a line end
     bool singleLineEnd = false;  ///< no empty line before the prompt
@@ -35,21 +44,22 @@ struct AdapterOptions {
     std::string afterPrompt;     ///< such as "\r\n"
     bool greetingPrompt = false; ///< a prompt stands in front of the greeting after a reset, too
     bool nulBytes = false;       ///< a byte 00 behind each carriage return
-    std::chrono::microseconds promptDelay{0}; ///< from the end of a reply to its prompt
-    std::string rubbish;                      ///< sent before everything else; may hold NULs
+    Time promptDelay{0};         ///< from the end of a reply to its prompt
+    std::string rubbish;         ///< sent before everything else; may hold NULs
 
-    std::size_t pieceLength = 0;           ///< output comes in pieces of so many characters; 0: in one piece
-    std::chrono::microseconds pieceGap{0}; ///< between two pieces
+    int pieceLength = 0; ///< output comes in pieces of so many characters; 0: in one piece
+    Time pieceGap{0};    ///< between two pieces
 
-    bool answersReset = true; ///< otherwise nothing but the echo follows "ATZ"
-    int garbleEvery = 0;      ///< so many data replies, one has a character that is no digit; 0: none
-    std::map<int, std::string> errors; ///< texts in place of the data of the n-th request, counted from 1;
-                                       ///< one that begins with "<" stands behind the data
-    std::optional<int> promptsUntilSilence; ///< replies with a prompt; the next has none, and nothing follows
-    std::optional<int>
-        repliesUntilDisconnect; ///< then the device vanishes; counted from opening, like the prompts
-    bool keepsUnread =
-        false; ///< what is sent while the port is closed waits there, as behind a network bridge
+    bool answersReset = true;         ///< otherwise nothing but the echo follows "ATZ"
+    int garbleEvery = 0;              ///< in so many data replies, one has a wrong digit; 0: none
+    std::map<int, ReplyFault> faults; ///< of the n-th request, counted from 1
+
+    // Both are counted from the opening of the port.
+    std::optional<int> promptsUntilSilence;    ///< the reply behind so many prompts has none; nothing follows
+    std::optional<int> repliesUntilDisconnect; ///< the device vanishes after so many
+
+    /// What is sent while the port is closed waits there, as behind a network bridge.
+    bool keepsUnread = false;
 };
 
 struct SimulationOptions {

@@ -9,7 +9,7 @@
 namespace zint {
 namespace {
 
-constexpr std::size_t messageDataLimit = 7; // bytes in a message of the older protocols
+constexpr std::size_t shortMessageBytes = 7;
 
 // The continuous tests, then the others: which the vehicle has (a bit each), and which have not finished.
 constexpr std::uint32_t continuousTests = 0x07;
@@ -54,8 +54,34 @@ std::vector<std::uint16_t> parseCodes(const std::vector<std::string>& texts)
     return codes;
 }
 
-/// CAN carries the number in one message, behind the count of numbers.
-Messages canVehicleNumber()
+using Codes = std::vector<std::uint16_t>;
+
+/// The codes in one message, behind their count.
+Messages countedCodes(std::uint8_t mode, const Codes& codes)
+{
+    Message message{positiveAnswer(mode), static_cast<std::uint8_t>(codes.size())};
+    for (const std::uint16_t code : codes)
+        appendNumber(message, code, 2);
+    return {message};
+}
+
+/// The codes in short messages of three; zeros fill up the last one, which also tells that there are none.
+Messages splitCodes(std::uint8_t mode, const Codes& codes)
+{
+    Messages messages;
+    std::size_t next = 0;
+    do {
+        Message message{positiveAnswer(mode)};
+        for (; next < codes.size() && message.size() < shortMessageBytes; ++next)
+            appendNumber(message, codes[next], 2);
+        message.resize(shortMessageBytes, 0);
+        messages.push_back(std::move(message));
+    } while (next < codes.size());
+    return messages;
+}
+
+/// The number in one message, behind the count of such numbers.
+Messages countedVehicleNumber()
 {
     Message message{positiveAnswer(0x09), 0x02, 1};
     message.insert(message.end(), vehicleNumber.begin(), vehicleNumber.end());
@@ -65,8 +91,8 @@ Messages canVehicleNumber()
 constexpr std::size_t charactersPerMessage = 4;
 constexpr std::uint8_t vehicleNumberMessages = 5;
 
-/// The older protocols carry four characters a message, the first one filled up in front.
-Messages numberedVehicleNumber()
+/// The number in short messages of four characters; zeros fill up the first one in front.
+Messages splitVehicleNumber()
 {
     std::string text(vehicleNumberMessages * charactersPerMessage - vehicleNumber.size(), '\0');
     text += vehicleNumber;
@@ -97,19 +123,18 @@ std::optional<std::uint16_t> troubleCodeBytes(std::string_view text)
 }
 
 Vehicle::Vehicle(const VehicleOptions& options)
-    : protocol_(options.protocol), ignitionOn_(options.ignitionOn),
+    : protocol_(static_cast<unsigned>(options.protocol)), ignitionOn_(options.ignitionOn),
       storedCodes_(parseCodes(options.storedCodes)), pendingCodes_(parseCodes(options.pendingCodes))
 {
 }
 
 bool Vehicle::hears(std::uint32_t header) const
 {
-    if (protocol_ == VehicleProtocol::can) {
-        const std::uint32_t identifier = header & 0x7FF;
-        return identifier == 0x7DF || identifier == 0x7E0;
-    }
-    const std::uint32_t target = header >> 8 & 0xFF;
-    return target == 0x6A || target == 0x10; // all computers together, or the engine's alone
+    const ProtocolTraits& known = traits();
+    const auto hasAddressOf = [&](std::uint32_t other) {
+        return ((header ^ other) & known.addressBits) == 0;
+    };
+    return hasAddressOf(known.functionalHeader) || hasAddressOf(known.engineHeader);
 }
 
 struct Vehicle::Service {
@@ -167,8 +192,7 @@ bool Vehicle::appendLiveValue(Message& message, std::uint8_t pid) const
 
 Messages Vehicle::liveData(MessageView request)
 {
-    const std::size_t pidLimit = protocol_ == VehicleProtocol::can ? 6 : 1;
-    if (request.size() > pidLimit)
+    if (request.size() > traits().mostPids)
         return {};
     Message message{positiveAnswer(0x01)};
     bool answered = false;
@@ -203,22 +227,7 @@ Messages Vehicle::freezeFrame(MessageView request)
 
 Messages Vehicle::codeMessages(std::uint8_t mode, const std::vector<std::uint16_t>& codes) const
 {
-    if (protocol_ == VehicleProtocol::can) {
-        Message message{positiveAnswer(mode), static_cast<std::uint8_t>(codes.size())};
-        for (const std::uint16_t code : codes)
-            appendNumber(message, code, 2);
-        return {message};
-    }
-    Messages messages;
-    std::size_t next = 0;
-    do {
-        Message message{positiveAnswer(mode)};
-        for (; next < codes.size() && message.size() < messageDataLimit; ++next)
-            appendNumber(message, codes[next], 2);
-        message.resize(messageDataLimit, 0);
-        messages.push_back(std::move(message));
-    } while (next < codes.size());
-    return messages;
+    return traits().framing == Framing::isoTp ? countedCodes(mode, codes) : splitCodes(mode, codes);
 }
 
 Messages Vehicle::storedCodes(MessageView request)
@@ -241,20 +250,20 @@ Messages Vehicle::clearCodes(MessageView request)
     return {Message{positiveAnswer(0x04)}};
 }
 
-/// The older protocols also tell, as type 01, in how many messages the number comes.
+/// Where the number comes in several messages, type 01 tells in how many.
 Messages Vehicle::vehicleInformation(MessageView request)
 {
     constexpr std::uint8_t mode = positiveAnswer(0x09);
-    const bool isCan = protocol_ == VehicleProtocol::can;
+    const bool inOneMessage = traits().framing == Framing::isoTp;
     if (request.size() != 1)
         return {};
     switch (request[0]) {
     case 0x00:
-        return {isCan ? Message{mode, 0x00, 0x40, 0, 0, 0} : Message{mode, 0x00, 1, 0xC0, 0, 0, 0}};
+        return {inOneMessage ? Message{mode, 0x00, 0x40, 0, 0, 0} : Message{mode, 0x00, 1, 0xC0, 0, 0, 0}};
     case 0x01:
-        return isCan ? Messages{} : Messages{Message{mode, 0x01, vehicleNumberMessages}};
+        return inOneMessage ? Messages{} : Messages{Message{mode, 0x01, vehicleNumberMessages}};
     case 0x02:
-        return isCan ? canVehicleNumber() : numberedVehicleNumber();
+        return inOneMessage ? countedVehicleNumber() : splitVehicleNumber();
     default:
         return {};
     }

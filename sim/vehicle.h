@@ -28,7 +28,9 @@ public:
     /// @throws std::invalid_argument when an option holds a trouble code of a wrong form
     explicit Vehicle(const VehicleOptions& options = {});
 
-    VehicleProtocol protocol() const { return protocol_; }
+    /// The number by which adapters know its protocol.
+    unsigned protocol() const { return protocol_; }
+    const ProtocolTraits& traits() const { return protocolTraits(protocol_); }
     bool ignitionOn() const { return ignitionOn_; }
 
     /// Whether a request with this header (its last 24 bits) reaches the engine computer.
@@ -53,7 +55,7 @@ private:
     bool appendLiveValue(Message& message, std::uint8_t pid) const;
     std::uint32_t monitorStatus() const;
 
-    VehicleProtocol protocol_;
+    unsigned protocol_;
     bool ignitionOn_;
     std::vector<std::uint16_t> storedCodes_;
     std::vector<std::uint16_t> pendingCodes_;

@@ -9,6 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using std::string;
+using Place = ReplyFault::Place;
 using Time = SimulatedAdapter::Time;
 
 /// An adapter with a program that waits for each reply.
@@ -72,8 +73,8 @@ TEST(SimulatedAdapterTest, ShowsHabitsAndFaultsOfRealOnes)
         {{.leadingLineEnd = true}, "\r41 0D 00 \r\r>"},
         {{.afterPrompt = "\r\n"}, "41 0D 00 \r\r>\r\n"},
         {{.garbleEvery = 1}, "41 0D G0 \r\r>"},
-        {{.errors = {{1, "CAN ERROR"}}}, "CAN ERROR\r\r>"},
-        {{.errors = {{1, "<DATA ERROR"}}}, "41 0D 00 <DATA ERROR\r\r>"},
+        {{.faults = {{1, {.text = "CAN ERROR"}}}}, "CAN ERROR\r\r>"},
+        {{.faults = {{1, {Place::behindData, "<DATA ERROR"}}}}, "41 0D 00 <DATA ERROR\r\r>"},
         {{.promptsUntilSilence = 1}, "41 0D 00 \r"},
         {{.repliesUntilDisconnect = 1}, ""},
     };
