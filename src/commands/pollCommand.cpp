@@ -94,7 +94,7 @@ public:
         const Interruption interruption([this] { session_.gate.run([this] { stop(); }); });
         session_.gate.run([this] { begin(); });
         if (!hasBegun_) {
-            tell(poller_.panel().statusBox); // that is where a port tells its failures
+            tell(poller_.failure());
             return exitStatus::failure;
         }
         if (poller_.isPolling())
@@ -143,7 +143,7 @@ private:
     {
         const std::string& failure = poller_.panel().keepFailure;
         if (!failure.empty() && !std::exchange(isKeepFailureTold_, true))
-            complain(failure.substr(failure.find_first_not_of(" -")));
+            complain(failure);
         if (poller_.sawMismatch() && !std::exchange(isMismatchTold_, true))
             complain(std::string(ReplyWatch::mismatchText));
     }
@@ -168,8 +168,8 @@ private:
         if (poller_.isPolling()) // an action has failed
             poller_.pressStart();
         warn();
-        if (!isStopped_ && !poller_.isComplete())
-            tell(poller_.panel().statusBox);
+        if (!poller_.failure().empty())
+            tell(poller_.failure());
         if (poller_.samples().isEmpty()) {
             tell("nothing was sampled");
         } else {

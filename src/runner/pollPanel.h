@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/linkCounters.h"
+#include "runner/pollLimits.h"
 #include "shared/controls.h"
 
 #include <string>
@@ -37,13 +38,13 @@ struct PollPanel {
     std::string titleLab;
     std::string statusBox = "Ready";
     std::string hint;        ///< what the replies, or none, mean, to stand behind the status; mostly empty
-    std::string keepFailure; ///< why the run's samples are not kept, to stand behind the status; mostly empty
+    std::string keepFailure; ///< that the run's samples are not kept, and why; mostly empty
     std::string statLab1 = "0 Loops, 0 Events, 0 sec, 0 Events/s";
     std::string labelStats = LinkCounters::initialText;
-    TextBox textSampleCnt{.text = "1000"};
-    TextBox timeLimit;               ///< seconds; empty: none
-    TextBox scnUpdate{.text = "10"}; ///< seconds
-    std::string lengthHint;          ///< how long a run takes, or why it has ended
+    TextBox textSampleCnt{.text = std::to_string(pollLimits::usualLoops)};
+    TextBox timeLimit;                                                           ///< seconds; empty: none
+    TextBox scnUpdate{.text = std::to_string(pollLimits::usualRefresh.count())}; ///< seconds
+    std::string lengthHint; ///< how long a run takes, or why it has ended
     std::string comStart = "&Start Polling";
     std::vector<Row> obdGrid;
     ProgressBar ProgressBar1; ///< of the loops or the time, whatever ends first

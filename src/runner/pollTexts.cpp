@@ -2,6 +2,7 @@
 
 #include "catalogue/conversion.h"
 #include "catalogue/design.h"
+#include "runner/pollLimits.h"
 #include "shared/module1.h"
 #include "shared/runTimeError.h"
 
@@ -26,7 +27,7 @@ std::string shownValue(std::int32_t conversion, std::int32_t raw)
 
 } // namespace
 
-std::optional<std::int64_t> numberIn(const std::string& text, double largest, std::int64_t usual)
+std::optional<std::int64_t> numberIn(const std::string& text, std::int64_t largest, std::int64_t usual)
 {
     const auto start = text.find_first_not_of(" +");
     if (start == std::string::npos)
@@ -38,8 +39,8 @@ std::optional<std::int64_t> numberIn(const std::string& text, double largest, st
     if (read != end || error == std::errc::invalid_argument || !std::isfinite(number))
         return std::nullopt;
     const double rounded = std::nearbyint(number);
-    return error == std::errc() && rounded >= 1 && rounded <= largest ? static_cast<std::int64_t>(rounded)
-                                                                      : usual;
+    const bool isInRange = rounded >= 1 && rounded <= static_cast<double>(largest);
+    return error == std::errc() && isInRange ? static_cast<std::int64_t>(rounded) : usual;
 }
 
 std::string timeoutCommand(int sampleSpeed)
@@ -76,8 +77,7 @@ void showValues(PollPanel::Row& row, const EventTotals& event, std::int32_t conv
 
 std::optional<std::chrono::seconds> timeLimitIn(const std::string& text)
 {
-    constexpr double longest = 86400;
-    const std::int64_t seconds = numberIn(text, longest, 0).value_or(0);
+    const std::int64_t seconds = numberIn(text, pollLimits::longestRun.count(), 0).value_or(0);
     return seconds > 0 ? std::optional(std::chrono::seconds(seconds)) : std::nullopt;
 }
 

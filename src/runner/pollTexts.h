@@ -13,7 +13,7 @@ namespace zint {
 
 /// The number in a text box as a whole one, or its usual value when it is out of range; nothing when it holds
 /// no number.
-std::optional<std::int64_t> numberIn(const std::string& text, double largest, std::int64_t usual);
+std::optional<std::int64_t> numberIn(const std::string& text, std::int64_t largest, std::int64_t usual);
 
 /// The time limit in a text box; nothing when there is none of 1 second to a day.
 std::optional<std::chrono::seconds> timeLimitIn(const std::string& text);

@@ -1,5 +1,6 @@
 #include "runner/poller.h"
 
+#include "runner/pollLimits.h"
 #include "runner/pollReply.h"
 #include "runner/pollTexts.h"
 #include "shared/fileError.h"
@@ -15,10 +16,6 @@
 namespace zint {
 namespace {
 
-constexpr std::int64_t usualLoops = 1000;
-constexpr double mostLoops = 100000;
-constexpr std::int64_t usualRefresh = 10;
-constexpr double longestRefresh = 3600;
 constexpr std::int64_t countedRequest = 5; // as "010C" and its end, whatever a request's length
 constexpr std::chrono::milliseconds tickInterval{500};
 constexpr double whole = 100;                                                 // percent
@@ -26,7 +23,7 @@ constexpr std::int64_t withoutEnd = std::numeric_limits<std::int64_t>::max(); //
 
 std::string keepFailureText(const FileError& error)
 {
-    return std::string(" - unsaved samples are not kept: ") + error.what();
+    return std::string("unsaved samples are not kept: ") + error.what();
 }
 
 } // namespace
@@ -101,8 +98,9 @@ void Poller::start()
 {
     if (!mayStart())
         return;
+    failure_.clear();
     if (!link_.open()) {
-        panel_.statusBox = link_.status();
+        panel_.statusBox = failure_ = link_.status();
         panel_.labelStats = link_.counterLine();
         changed();
         return;
@@ -141,7 +139,9 @@ void Poller::takeBoxes()
 
 std::int64_t Poller::refreshSeconds() const
 {
-    return numberIn(panel_.scnUpdate.text, longestRefresh, usualRefresh).value_or(refreshSecs_);
+    return numberIn(panel_.scnUpdate.text, pollLimits::longestRefresh.count(),
+                    pollLimits::usualRefresh.count())
+        .value_or(refreshSecs_);
 }
 
 void Poller::enableBoxes(bool enabled)
@@ -242,7 +242,9 @@ double Poller::loopsPercent() const
 /// Tells beside the boxes how long a run of the loops that are typed takes, or why the last one has ended.
 void Poller::showLength()
 {
-    const std::int64_t loops = numberIn(panel_.textSampleCnt.text, mostLoops, usualLoops).value_or(maxLoops_);
+    const std::int64_t loops =
+        numberIn(panel_.textSampleCnt.text, pollLimits::mostLoops, pollLimits::usualLoops)
+            .value_or(maxLoops_);
     const std::string measured = pace_.measuredText(loops);
     if (samplesFull_ && loops == maxLoops_)
         panel_.lengthHint = "Ended after " + std::to_string(loops) + (loops == 1 ? " loop" : " loops") +
@@ -424,7 +426,11 @@ void Poller::linkTimedOut()
         stop(completedStatus());
 }
 
-void Poller::linkLost() { stop(link_.status()); }
+void Poller::linkLost()
+{
+    failure_ = link_.status();
+    stop(failure_);
+}
 
 void Poller::setMaxLoops(const std::string& text)
 {
@@ -441,7 +447,8 @@ void Poller::limitByTime(std::chrono::seconds limit)
 
 void Poller::resetValues()
 {
-    maxLoops_ = numberIn(panel_.textSampleCnt.text, mostLoops, usualLoops).value_or(maxLoops_);
+    maxLoops_ = numberIn(panel_.textSampleCnt.text, pollLimits::mostLoops, pollLimits::usualLoops)
+                    .value_or(maxLoops_);
     panel_.textSampleCnt.text = std::to_string(maxLoops_);
     panel_.statusBox = "Values reset." + leaveRun();
     samples_.reset(design_);

@@ -3,6 +3,7 @@
 #include "catalogue/design.h"
 #include "link/adapterLink.h"
 #include "runner/keptRuns.h"
+#include "runner/pollLimits.h"
 #include "runner/pollPanel.h"
 #include "runner/replyWatch.h"
 #include "runner/runFiles.h"
@@ -78,6 +79,9 @@ public:
 
     /// Whether the last run has come to its end: all loops or all of its time.
     bool isComplete() const { return isComplete_; }
+
+    /// Why the last run could not begin or was cut off, as the port tells it; else empty.
+    const std::string& failure() const { return failure_; }
 
     /// Whether several replies running did not match their requests in the last run.
     bool sawMismatch() const { return watch_.sawMismatch(); }
@@ -161,8 +165,9 @@ private:
     bool pollActive_ = false;
     bool samplesFull_ = false; ///< the last loop has been reached; the values must be reset first
     bool isComplete_ = false;
-    std::int64_t maxLoops_ = 1000;
-    std::int64_t refreshSecs_ = 10;
+    std::string failure_;
+    std::int64_t maxLoops_ = pollLimits::usualLoops;
+    std::int64_t refreshSecs_ = pollLimits::usualRefresh.count();
     std::optional<std::chrono::seconds> timeLimit_;
     std::int64_t loopCount_ = 0; ///< since the last reset
     std::int64_t eventsDone_ = 0;

@@ -158,7 +158,7 @@ void obdPollForm::paint()
 {
     const PollPanel& p = poller_.panel();
     display(*ui->titleLab, p.titleLab);
-    display(*ui->statusBox, p.statusBox + p.hint + p.keepFailure);
+    display(*ui->statusBox, p.statusBox + p.hint + (p.keepFailure.empty() ? "" : " - " + p.keepFailure));
     display(*ui->lengthHint, p.lengthHint);
     display(*ui->statLab1, p.statLab1);
     display(*ui->labelStats, p.labelStats);
