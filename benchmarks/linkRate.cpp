@@ -23,7 +23,7 @@ public:
     {
         gate_.run([this] { opened_ = link_.open(); });
         if (!opened_)
-            fail(link_.status().c_str());
+            fail(link_.lastFailure().c_str());
         QCoreApplication::exec();
         return seconds_;
     }
@@ -47,7 +47,7 @@ private:
     }
 
     void linkReceived() override {}
-    void linkEvent(int /*event*/) override {}
+    void linkNotice(zint::PortNotice /*notice*/) override {}
     void linkTimedOut() override { fail("the adapter does not answer"); }
     void linkLost() override { fail("the adapter has gone"); }
 

@@ -100,7 +100,7 @@ void SimulatedPort::deliver()
     if (isVanishing()) {
         gone_ = true;
         schedule();
-        notify(commEvent::deviceGone);
+        notify(PortNotice::deviceGone);
         return;
     }
     receive();
@@ -121,15 +121,14 @@ void SimulatedPort::receive()
     if (!arrived.empty())
         pauseEnd_ = now + ReceiveGroups::patience;
     schedule();
-    if (hasArrived && receiveThreshold() > 0 && inBufferCount() >= receiveThreshold())
-        notify(commEvent::receive);
+    if (hasArrived)
+        notify(PortNotice::received);
 }
 
-void SimulatedPort::notify(int event)
+void SimulatedPort::notify(PortNotice notice)
 {
-    lastCommEvent_ = event;
-    if (onComm)
-        onComm();
+    if (onNotice)
+        onNotice(notice);
 }
 
 } // namespace zint

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace zint {
 
@@ -28,9 +29,7 @@ public:
     void close() override;
     bool isOpen() const override { return open_; }
     void output(std::string_view text) override;
-    std::string input() override { return takeInput(received_); }
-    int inBufferCount() const override { return static_cast<int>(received_.size()); }
-    int lastCommEvent() const override { return lastCommEvent_; }
+    std::string input() override { return std::exchange(received_, {}); }
 
 private:
     void deliver();
@@ -38,7 +37,7 @@ private:
     bool isVanishing() const;
     std::optional<std::chrono::microseconds> nextDue() const;
     void schedule();
-    void notify(int event);
+    void notify(PortNotice notice);
 
     Timer& timer_;
     const Clock& clock_;
@@ -47,7 +46,6 @@ private:
     std::optional<std::string> group_;     // the next one to be delivered
     std::chrono::microseconds pauseEnd_{}; // when an incomplete group is delivered
     std::string received_;                 // of what the owner was notified
-    int lastCommEvent_ = commEvent::unknown;
     bool open_ = false;
     bool gone_ = false; // the device has vanished and the owner has been told
 };

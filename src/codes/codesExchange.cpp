@@ -127,7 +127,7 @@ void CodesExchange::pressStartingButton()
 
 void CodesExchange::linkReady()
 {
-    link_.setStatus(" Reading Data");
+    link_.setStatus("Reading Data");
     link_.send("0101");
     state_ = State::statusRequested;
 }
@@ -167,11 +167,11 @@ void CodesExchange::linkTimedOut()
     changed();
 }
 
-void CodesExchange::linkEvent(int event)
+void CodesExchange::linkNotice(PortNotice notice)
 {
-    if (event != commEvent::unknown)
+    if (notice != PortNotice::unexplained)
         return; // line errors and modem lines say nothing that a reply does not show
-    link_.reportEvent(event);
+    link_.reportNotice(notice);
     changed();
 }
 

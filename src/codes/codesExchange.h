@@ -45,6 +45,9 @@ public:
     /// Whether the last exchange reached its end, and its replies could be read.
     bool succeeded() const { return finished_ && !failed_ && !isRunning(); }
 
+    /// How the port or the adapter's silence ended the last exchange, see AdapterLink.
+    const std::string& lastFailure() const { return link_.lastFailure(); }
+
     /// Whether the last exchange has told the vehicle to clear its codes; it may have refused.
     bool hasSentClear() const { return hasSentClear_; }
 
@@ -69,7 +72,7 @@ private:
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
     void linkSilent() override { changed(); }
-    void linkEvent(int event) override;
+    void linkNotice(PortNotice notice) override;
     void linkTimedOut() override;
     void linkLost() override;
 

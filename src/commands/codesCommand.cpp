@@ -86,7 +86,7 @@ private:
     int tellFailure()
     {
         if (!session_.prompts.hasComplained)
-            complain(exchange_.panel().statusBox); // that is where a port tells its failures
+            complain(exchange_.lastFailure());
         if (exchange_.hasSentClear())
             complain("the clear was sent; whether the vehicle has obeyed is not known");
         return exitStatus::failure;

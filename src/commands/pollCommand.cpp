@@ -94,7 +94,7 @@ public:
         const Interruption interruption([this] { session_.gate.run([this] { stop(); }); });
         session_.gate.run([this] { begin(); });
         if (!hasBegun_) {
-            tell(poller_.failure());
+            tell(poller_.lastFailure());
             return exitStatus::failure;
         }
         if (poller_.isPolling())
@@ -168,8 +168,8 @@ private:
         if (poller_.isPolling()) // an action has failed
             poller_.pressStart();
         warn();
-        if (!poller_.failure().empty())
-            tell(poller_.failure());
+        if (!poller_.lastFailure().empty())
+            tell(poller_.lastFailure());
         if (poller_.samples().isEmpty()) {
             tell("nothing was sampled");
         } else {

@@ -17,7 +17,7 @@ void SupportCheck::begin()
     if (link_.isOpen())
         return;
     if (link_.open(AdapterLink::Guard::exchange))
-        link_.setStatus(" Verify events with OBD2");
+        link_.setStatus("Verify events with OBD2");
     onChanged();
 }
 
@@ -25,7 +25,7 @@ void SupportCheck::close() { link_.close(); }
 
 void SupportCheck::linkReady()
 {
-    link_.setStatus(" Reading Data");
+    link_.setStatus("Reading Data");
     link_.send("0100");
 }
 
@@ -47,10 +47,10 @@ void SupportCheck::linkReply(std::string_view reply)
 
 void SupportCheck::linkReceived() { onChanged(); }
 
-void SupportCheck::linkEvent(int event)
+void SupportCheck::linkNotice(PortNotice notice)
 {
     link_.setStatus({});
-    link_.reportEvent(event);
+    link_.reportNotice(notice);
     onChanged();
 }
 

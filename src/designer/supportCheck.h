@@ -33,7 +33,7 @@ private:
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
     void linkSilent() override { onChanged(); }
-    void linkEvent(int event) override;
+    void linkNotice(PortNotice notice) override;
     void linkTimedOut() override;
     void linkLost() override;
 

@@ -16,23 +16,20 @@ AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice
     : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener)
 {
     setUp(port_, choice_);
-    port_.onComm = [this] { portEvent(); };
+    port_.onNotice = [this](PortNotice notice) { takeNotice(notice); };
     timer_.onTick = [this] { timedOut(); };
-    setStatus(" Closed");
+    setStatus("Closed");
 }
 
 void AdapterLink::setUp(SerialPort& port, const ConnectionChoice& choice)
 {
     port.setCommPort(choice.portNumber);
     port.setSettings(choice.lineSettings());
-    port.setReceiveThreshold(1);
-    port.setInputMode(InputMode::text);
-    port.setInputLength(0);
 }
 
 std::string AdapterLink::initErrorText(const CommError& error)
 {
-    return " - Comm init error: " + std::to_string(error.number()) + ": " + error.what();
+    return "- Comm init error: " + std::to_string(error.number()) + ": " + error.what();
 }
 
 void AdapterLink::watchSilence(Timer& silence)
@@ -80,17 +77,19 @@ bool AdapterLink::open(Guard guard)
     guard_ = guard;
     buffer_.clear();
     bytesBefore_ = counters_.bytesIn;
+    failure_.clear();
     try {
         port_.open();
         write(resetCommand, lengthOf(resetCommand));
     } catch (const CommError& error) {
         setStatus(initErrorText(error));
+        failure_ = status_;
         waitForAnswer(false);
         port_.close();
         refreshCounterLine();
         return false;
     }
-    setStatus(" Open");
+    setStatus("Open");
     timer_.setInterval(resetTimeout);
     timer_.setEnabled(true);
     refreshCounterLine();
@@ -106,7 +105,7 @@ void AdapterLink::close()
     timer_.setEnabled(false);
     send("ATD");
     waitForAnswer(false);
-    setStatus(" Closed");
+    setStatus("Closed");
     port_.close();
     refreshCounterLine();
 }
@@ -117,7 +116,7 @@ void AdapterLink::send(std::string_view command, std::int64_t countedBytes)
 {
     try {
         write(command, countedBytes);
-    } catch (const CommError&) { // NOLINT(bugprone-empty-catch): the port's own event ends the exchange
+    } catch (const CommError&) { // NOLINT(bugprone-empty-catch): the port's own notice ends the exchange
     }
 }
 
@@ -128,26 +127,28 @@ void AdapterLink::write(std::string_view command, std::int64_t countedBytes)
     waitForAnswer(true);
 }
 
-void AdapterLink::portEvent()
+void AdapterLink::takeNotice(PortNotice notice)
 {
-    const int event = port_.lastCommEvent();
-    switch (event) {
-    case commEvent::receive:
+    switch (notice) {
+    case PortNotice::received:
         receive();
         break;
-    case commEvent::deviceGone:
+    case PortNotice::deviceGone:
         lost();
         break;
+    case PortNotice::unexplained:
     default:
-        listener_.linkEvent(event);
+        listener_.linkNotice(notice);
         break;
     }
 }
 
 void AdapterLink::receive()
 {
-    counters_.bytesIn += port_.inBufferCount();
-    buffer_.append(port_.input());
+    std::string received = port_.input();
+    counters_.bytesIn += std::ssize(received);
+    std::erase(received, '\0'); // some adapters mix them in
+    buffer_.append(received);
     const auto reply = buffer_.takeReply();
     waitForAnswer(!reply);
     if (reply)
@@ -162,7 +163,7 @@ void AdapterLink::handleReply(std::string_view reply)
     case State::resetSent:
         timer_.setEnabled(guard_ == Guard::exchange);
         send("ATE0");
-        setStatus(" Init");
+        setStatus("Init");
         state_ = State::echoOffSent;
         listener_.linkReset();
         break;
@@ -183,6 +184,7 @@ void AdapterLink::lost()
     countError();
     port_.close();
     setStatus(disconnectedText);
+    failure_ = status_;
     refreshCounterLine();
     listener_.linkLost();
 }
@@ -191,14 +193,25 @@ void AdapterLink::timedOut()
 {
     timer_.setEnabled(false);
     countError();
+    failure_ = notRespondingText;
     listener_.linkTimedOut();
 }
 
-std::string AdapterLink::eventText(int event) { return " - unhandled comm Event: " + std::to_string(event); }
-
-void AdapterLink::reportEvent(int event)
+void AdapterLink::setStatus(std::string_view words)
 {
-    appendStatus(eventText(event));
+    status_ = choice_.portName;
+    if (!words.empty())
+        status_ += " " + std::string(words);
+}
+
+std::string AdapterLink::noticeText(PortNotice notice)
+{
+    return " - unhandled comm Event: " + std::to_string(static_cast<int>(notice));
+}
+
+void AdapterLink::reportNotice(PortNotice notice)
+{
+    appendStatus(noticeText(notice));
     countError();
 }
 

@@ -35,9 +35,9 @@ public:
     static constexpr std::string_view notRespondingText =
         "OBD is not responding... Please verify connections between computer and vehicle";
 
-    static constexpr std::string_view disconnectedText = " - adapter disconnected";
+    static constexpr std::string_view disconnectedText = "- adapter disconnected";
 
-    /// What a status says of a port that can't be opened.
+    /// What a status says of a port that can't be opened, behind the port's name.
     static std::string initErrorText(const CommError& error);
 
     /// Sets a port up as all tools use it.
@@ -60,8 +60,8 @@ public:
         /// refreshed.
         virtual void linkReceived() = 0;
 
-        /// The port tells of something else, see commEvent; a reply would show it if it mattered.
-        virtual void linkEvent(int event) = 0;
+        /// The port reports something else; a reply would show it if it mattered.
+        virtual void linkNotice(PortNotice notice) = 0;
 
         /// Nothing has arrived for a while; the status says so. See watchSilence().
         virtual void linkSilent() {}
@@ -92,6 +92,10 @@ public:
     /// Opens the port and sends the reset. @return false when that failed; the status then says why
     bool open(Guard guard = Guard::reset);
 
+    /// Why the last exchange could not begin, or what ended it: the port's failure with the port's name, or
+    /// `notRespondingText`. Empty when there was nothing of that kind.
+    const std::string& lastFailure() const { return failure_; }
+
     /// Stops the time-out, restores the adapter's defaults and closes the port. Does nothing on a closed
     /// link.
     void close();
@@ -106,24 +110,25 @@ public:
     std::string timeoutReason() const;
 
     /// Sends a command or request and its carriage return. Legal while the link is open. A device that has
-    /// just vanished takes nothing; its own event follows.
+    /// just vanished takes nothing; its own notice follows.
     void send(std::string_view command);
 
     /// The same, with a number of its own for the counter.
     void send(std::string_view command, std::int64_t countedBytes);
 
-    void setStatus(std::string_view words) { status_ = choice_.portName + std::string(words); }
-    void appendStatus(std::string_view words) { status_ += words; }
+    /// Lets the status be the port's name and some words, or the name alone.
+    void setStatus(std::string_view words);
+    void appendStatus(std::string_view text) { status_ += text; }
     std::string status() const { return status_ + silenceText_; }
 
     /// What the status tells of silence now, such as " - no reply for 10 s"; empty when there is none.
     const std::string& silence() const { return silenceText_; }
 
-    /// What a status says of an event of the port.
-    static std::string eventText(int event);
+    /// What a status says of a notice of the port.
+    static std::string noticeText(PortNotice notice);
 
-    /// Adds an event of the port to the status, and counts it as an error.
-    void reportEvent(int event);
+    /// Adds a notice of the port to the status, and counts it as an error.
+    void reportNotice(PortNotice notice);
 
     void countError() { ++counters_.errors; }
     const LinkCounters& counters() const { return counters_; }
@@ -137,7 +142,7 @@ public:
 private:
     enum class State { resetSent, echoOffSent, ready };
 
-    void portEvent();
+    void takeNotice(PortNotice notice);
     void receive();
     void handleReply(std::string_view reply);
     void lost();
@@ -159,6 +164,7 @@ private:
     LinkCounters counters_;
     std::int64_t bytesBefore_ = 0; ///< received before the port was opened
     std::string status_;
+    std::string failure_;
     std::optional<LinkCounters> shownCounters_; ///< as counterLine() tells them
 };
 

@@ -9,7 +9,7 @@ namespace zint {
 struct LinkCounters {
     std::int64_t bytesIn = 0;  ///< characters received
     std::int64_t bytesOut = 0; ///< characters sent, carriage returns included
-    std::int64_t errors = 0;   ///< time-outs, rejected or garbled replies, unexpected events, lost adapters
+    std::int64_t errors = 0;   ///< time-outs, rejected or garbled replies, unexpected notices, lost adapters
 
     /// Shown until the counters are shown for the first time; its blanks differ from text()'s on purpose.
     static constexpr const char* initialText = "Bytes In: 0  Out: 0     Errors: 0";

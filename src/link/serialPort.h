@@ -8,21 +8,18 @@
 
 namespace zint {
 
-/// What an event of a serial port is about. Drivers report further numbers (line errors, breaks, modem
-/// lines).
-namespace commEvent {
-inline constexpr int unknown = 0;     ///< an event that the driver does not explain
-inline constexpr int receive = 2;     ///< characters have been received
-inline constexpr int deviceGone = -1; ///< the device behind the open port has vanished
-} // namespace commEvent
-
-/// Text leaves out the bytes 00 that some adapters mix in.
-enum class InputMode { text, binary };
+/// What a port reports, by the numbers that drivers give it. They report others, too: line errors, breaks,
+/// modem lines.
+enum class PortNotice : int {
+    deviceGone = -1, ///< the device behind the open port has vanished
+    unexplained = 0, ///< something that the driver does not explain
+    received = 2,    ///< characters have been received
+};
 
 /// A serial port as the tools use it: set up once, opened for each exchange.
 ///
 /// The notification comes between events, on the thread that uses the port, and never from inside a call to
-/// the port.
+/// the port. Each group of characters that is received brings one.
 class SerialPort {
 public:
     SerialPort() = default;
@@ -30,11 +27,8 @@ public:
     SerialPort& operator=(const SerialPort&) = delete;
     virtual ~SerialPort() = default;
 
-    void setCommPort(int number) { commPort_ = number; }                         ///< 1 for "com1"
-    void setSettings(std::string settings) { settings_ = std::move(settings); }  ///< e.g. "9600,N,8,1"
-    void setReceiveThreshold(int characters) { receiveThreshold_ = characters; } ///< 0: no notifications
-    void setInputMode(InputMode mode) { inputMode_ = mode; }
-    void setInputLength(int characters) { inputLength_ = characters; } ///< per read; 0: everything buffered
+    void setCommPort(int number) { commPort_ = number; }                        ///< 1 for "com1"
+    void setSettings(std::string settings) { settings_ = std::move(settings); } ///< e.g. "9600,N,8,1"
 
     /// Opens the port and discards what lies in it: the end of an earlier conversation would be taken for the
     /// answer to the first command of this one.
@@ -54,26 +48,18 @@ public:
     /// Writes text as it stands. @throws CommError when the port is closed or its driver refuses the text
     virtual void output(std::string_view text) = 0;
 
-    virtual std::string input() = 0;       ///< takes received characters, as many as the input length says
-    virtual int inBufferCount() const = 0; ///< characters received and not yet taken, bytes 00 included
-    virtual int lastCommEvent() const = 0; ///< what the notification is about, see commEvent
+    /// Takes all characters that were received, bytes 00 included.
+    virtual std::string input() = 0;
 
-    std::function<void()> onComm; ///< the notification; set by the owner before the port is opened
+    std::function<void(PortNotice)> onNotice; ///< set by the owner before the port is opened
 
 protected:
     int commPort() const { return commPort_; }
     const std::string& settings() const { return settings_; }
-    int receiveThreshold() const { return receiveThreshold_; }
-
-    /// Takes from a received text what one read hands out.
-    std::string takeInput(std::string& received) const;
 
 private:
     int commPort_ = 1;
     std::string settings_ = "9600,N,8,1";
-    int receiveThreshold_ = 0;
-    InputMode inputMode_ = InputMode::text;
-    int inputLength_ = 0;
 };
 
 } // namespace zint

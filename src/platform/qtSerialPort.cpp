@@ -138,8 +138,7 @@ void QtSerialPort::deliver(std::string group)
             return;
         received_ += arrived_.front();
         arrived_.pop_front();
-        if (receiveThreshold() > 0 && inBufferCount() >= receiveThreshold())
-            notify(commEvent::receive);
+        notify(PortNotice::received);
     });
 }
 
@@ -156,17 +155,14 @@ void QtSerialPort::errorArrived(QSerialPort::SerialPortError error)
         deliver(groups_.takeRest());
     gate_.run([this, opening = opening_] {
         if (opening == opening_)
-            notify(commEvent::deviceGone);
+            notify(PortNotice::deviceGone);
     });
 }
 
-void QtSerialPort::notify(int event)
+void QtSerialPort::notify(PortNotice notice)
 {
-    if (!port_.isOpen())
-        return;
-    lastEvent_ = event;
-    if (onComm)
-        onComm();
+    if (port_.isOpen() && onNotice)
+        onNotice(notice);
 }
 
 } // namespace zint

@@ -11,6 +11,7 @@
 #include <deque>
 #include <functional>
 #include <string>
+#include <utility>
 
 namespace zint {
 
@@ -26,9 +27,7 @@ public:
     void close() override;
     bool isOpen() const override { return port_.isOpen(); }
     void output(std::string_view text) override;
-    std::string input() override { return takeInput(received_); }
-    int inBufferCount() const override { return static_cast<int>(received_.size()); }
-    int lastCommEvent() const override { return lastEvent_; }
+    std::string input() override { return std::exchange(received_, {}); }
 
 private:
     using SteadyTime = std::chrono::steady_clock::time_point;
@@ -37,7 +36,7 @@ private:
     void takeArrived();
     void deliver(std::string group);
     void errorArrived(QSerialPort::SerialPortError error);
-    void notify(int event);
+    void notify(PortNotice notice);
     void finishConversation();
 
     EventGate& gate_;
@@ -47,8 +46,7 @@ private:
     ReceiveGroups groups_;
     std::deque<std::string> arrived_; ///< groups whose notifications wait at the gate
     std::string received_;            ///< of what the owner was notified
-    int lastEvent_ = commEvent::receive;
-    unsigned opening_ = 0; ///< counts openings; an event of an earlier one is dropped
+    unsigned opening_ = 0;            ///< counts openings; a notice of an earlier one is dropped
     bool goneReported_ = false;
     bool closing_ = false;          ///< what arrives now is looked at for its prompts only
     std::ptrdiff_t unanswered_ = 0; ///< commands written for which no prompt has come

@@ -72,7 +72,7 @@ void Poller::pressStart()
 std::string Poller::completedStatus()
 {
     link_.close(); // a status tells of no silence then
-    link_.setStatus(" Polling Completed ");
+    link_.setStatus("Polling Completed ");
     return link_.status();
 }
 
@@ -98,9 +98,8 @@ void Poller::start()
 {
     if (!mayStart())
         return;
-    failure_.clear();
     if (!link_.open()) {
-        panel_.statusBox = failure_ = link_.status();
+        panel_.statusBox = link_.status();
         panel_.labelStats = link_.counterLine();
         changed();
         return;
@@ -110,7 +109,7 @@ void Poller::start()
     state_ = State::commands;
     panel_.comStart = "Stop Polling";
     panel_.labelStats = link_.counterLine();
-    setStatus(" Opening...");
+    setStatus("Opening...");
     takeBoxes();
     pollStart_ = now();
     watch_ = ReplyWatch(pollStart_.ticks);
@@ -282,7 +281,7 @@ void Poller::linkReset()
         initQueue_ += (initQueue_.empty() ? "" : ";") + command;
     state_ = initQueue_.empty() ? State::firstRequest : State::commands;
     heard();
-    setStatus(initQueue_.empty() ? " Init" : " " + initQueue_);
+    setStatus(initQueue_.empty() ? "Init" : initQueue_);
     changed();
 }
 
@@ -327,7 +326,7 @@ void Poller::sendFirstRequest()
     turn_ = {.loop = loopCount_, .event = 0}; // due or not
     link_.send(design_.events()[turn_.event].code);
     pace_.begin(around_.clock.monotonic());
-    setStatus(" Polling");
+    setStatus("Polling");
     changed();
 }
 
@@ -412,9 +411,9 @@ void Poller::complete(const std::string& status)
     stop(status);
 }
 
-void Poller::linkEvent(int event)
+void Poller::linkNotice(PortNotice notice)
 {
-    panel_.statusBox += AdapterLink::eventText(event);
+    panel_.statusBox += AdapterLink::noticeText(notice);
     link_.countError();
     changed();
 }
@@ -428,8 +427,7 @@ void Poller::linkTimedOut()
 
 void Poller::linkLost()
 {
-    failure_ = link_.status();
-    stop(failure_);
+    stop(link_.status());
 }
 
 void Poller::setMaxLoops(const std::string& text)

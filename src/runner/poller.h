@@ -80,8 +80,8 @@ public:
     /// Whether the last run has come to its end: all loops or all of its time.
     bool isComplete() const { return isComplete_; }
 
-    /// Why the last run could not begin or was cut off, as the port tells it; else empty.
-    const std::string& failure() const { return failure_; }
+    /// How the port or the adapter's silence ended the last run, see AdapterLink.
+    const std::string& lastFailure() const { return link_.lastFailure(); }
 
     /// Whether several replies running did not match their requests in the last run.
     bool sawMismatch() const { return watch_.sawMismatch(); }
@@ -112,7 +112,7 @@ private:
     void linkReady() override;
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
-    void linkEvent(int event) override;
+    void linkNotice(PortNotice notice) override;
     void linkSilent() override;
     void linkTimedOut() override;
     void linkLost() override;
@@ -165,7 +165,6 @@ private:
     bool pollActive_ = false;
     bool samplesFull_ = false; ///< the last loop has been reached; the values must be reset first
     bool isComplete_ = false;
-    std::string failure_;
     std::int64_t maxLoops_ = pollLimits::usualLoops;
     std::int64_t refreshSecs_ = pollLimits::usualRefresh.count();
     std::optional<std::chrono::seconds> timeLimit_;

@@ -138,7 +138,7 @@ void Scanner::begin()
     panel_.comScan.caption = "Stop Scan";
     panel_.mnuOpenCom = false;
     panel_.mnuCloseCom = true;
-    setStatus(" Opening...");
+    setStatus("Opening...");
     sequence_ = ScanSequence(boxes_);
     write("Header: " + boxes_.cmdHead + " Mode:" + boxes_.modeStart + "-" + boxes_.modeStop +
           " Pid:" + boxes_.pidStart + "-" + boxes_.pidStop + " Suffix:" + boxes_.cmdSuffix + newLine);
@@ -156,7 +156,7 @@ void Scanner::end()
     panel_.ProgressBar1.text.clear();
     link_.close();
     panel_.labelStats = link_.counterLine();
-    setStatus((scanPending_ ? " Scan Halted after " : " Scan Completed ") + std::to_string(counts_.events) +
+    setStatus((scanPending_ ? "Scan Halted after " : "Scan Completed ") + std::to_string(counts_.events) +
               " Events(s)");
     write((scanPending_ ? "Scan Halted" : "Scan Completed") + newLine + countsText() + newLine + newLine +
           newLine);
@@ -190,7 +190,7 @@ void Scanner::linkReady()
     }
     state_ = State::headerSent;
     link_.send("ATSH" + boxes_.cmdHead);
-    setStatus(" Changing Header");
+    setStatus("Changing Header");
 }
 
 void Scanner::linkReply(std::string_view reply)
@@ -208,7 +208,7 @@ void Scanner::takeHeaderReply(std::string_view reply)
         beginRequests();
         return;
     }
-    setStatus(" Error on set header");
+    setStatus("Error on set header");
     fail(link_.status()); // the summary takes its place in the panel
     around_.beep();
     write("Error setting header" + newLine);
@@ -218,7 +218,7 @@ void Scanner::takeHeaderReply(std::string_view reply)
 void Scanner::beginRequests()
 {
     state_ = State::requesting;
-    setStatus(" Scanning");
+    setStatus("Scanning");
     requestsBegin_ = around_.clock.monotonic();
     sendNext();
     tellOfNext();
@@ -294,12 +294,12 @@ void Scanner::linkReceived()
 }
 
 /// A reply would show the others if they mattered.
-void Scanner::linkEvent(int event)
+void Scanner::linkNotice(PortNotice notice)
 {
-    if (event != commEvent::unknown)
+    if (notice != PortNotice::unexplained)
         return;
     link_.countError();
-    panel_.statusBox += AdapterLink::eventText(event);
+    panel_.statusBox += AdapterLink::noticeText(notice);
     changed();
 }
 

@@ -99,7 +99,7 @@ private:
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
     void linkSilent() override;
-    void linkEvent(int event) override;
+    void linkNotice(PortNotice notice) override;
     void linkTimedOut() override;
     void linkLost() override;
 

@@ -41,7 +41,7 @@ Terminal::Terminal(Surroundings surroundings, const ConnectionChoice& choice)
                .prompted = [this] { prompted(); }})
 {
     AdapterLink::setUp(around_.port, choice);
-    around_.port.onComm = [this] { portEvent(); };
+    around_.port.onNotice = [this](PortNotice notice) { takeNotice(notice); };
     around_.timer.onTick = [this] { timedOut(); };
     panel_.statusBox = choice_.portName + " Closed";
     updateControls();
@@ -65,13 +65,12 @@ void Terminal::pressOpenCom()
 void Terminal::open()
 {
     linkState_ = State::resetSent;
-    around_.port.setInputMode(InputMode::text);
     rxBuf_.clear();
     try {
         around_.port.open();
         around_.port.output(std::string(AdapterLink::resetCommand) + '\r');
     } catch (const CommError& error) {
-        panel_.statusBox = choice_.portName + AdapterLink::initErrorText(error);
+        panel_.statusBox = choice_.portName + " " + AdapterLink::initErrorText(error);
         around_.port.close();
         return;
     }
@@ -164,21 +163,21 @@ void Terminal::pressRepeatCom()
     changed();
 }
 
-/// Of the port's other events, a reply would show those that matter.
-void Terminal::portEvent()
+/// Of what else the port reports, a reply would show what matters.
+void Terminal::takeNotice(PortNotice notice)
 {
-    switch (const int event = around_.port.lastCommEvent()) {
-    case commEvent::receive:
+    switch (notice) {
+    case PortNotice::received:
         receive();
         break;
-    case commEvent::unknown:
-        panel_.statusBox += AdapterLink::eventText(event);
+    case PortNotice::unexplained:
+        panel_.statusBox += AdapterLink::noticeText(notice);
         ++counters_.totalErrors;
         break;
-    case commEvent::deviceGone:
+    case PortNotice::deviceGone:
         ++counters_.totalErrors;
         refreshCounters();
-        endConnection(AdapterLink::disconnectedText);
+        endConnection(" " + std::string(AdapterLink::disconnectedText));
         break;
     default:
         return;
@@ -188,8 +187,11 @@ void Terminal::portEvent()
 
 void Terminal::receive()
 {
-    counters_.bytesIn += around_.port.inBufferCount();
-    rxBuf_ += around_.port.input();
+    std::string received = around_.port.input();
+    counters_.bytesIn += std::ssize(received);
+    if (linkState_ != State::binaryStartUp && linkState_ != State::binary)
+        std::erase(received, '\0');
+    rxBuf_ += received;
     output_.clear();
     promptSeen_ = false;
     switch (linkState_) {

@@ -51,11 +51,7 @@ public:
     void showStatistics();
 
     /// Takes what follows the next prompt for replies in bytes. No adapter of today answers so by itself.
-    void expectBinaryReplies()
-    {
-        linkState_ = State::binaryStartUp;
-        around_.port.setInputMode(InputMode::binary);
-    }
+    void expectBinaryReplies() { linkState_ = State::binaryStartUp; }
 
     /// A reset without an answer is told and no more, where nobody could type what is sent behind it.
     void sendNothingAfterTimeout() { sendsAfterTimeout_ = false; }
@@ -79,7 +75,7 @@ private:
 
     void open();
     void close();
-    void portEvent();
+    void takeNotice(PortNotice notice);
     void receive();
     void takeBanner();
     void takeStartUp(std::string_view prefix, State next);

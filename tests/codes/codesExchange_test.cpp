@@ -274,8 +274,8 @@ TEST_F(CodesExchangeTest, TellsOfSilenceAndOfAnEventThatTheDriverDoesNotExplain)
     adapter.receive("41 01 82");
     EXPECT_EQ(panel.statusBox, "com1 Reading Data");
     EXPECT_TRUE(silence.enabled() && silence.interval == std::chrono::seconds(10));
-    adapter.sendEvent(1006); // a line event
-    adapter.sendEvent(commEvent::unknown);
+    adapter.sendNotice(PortNotice{1006}); // a line event
+    adapter.sendNotice(PortNotice::unexplained);
     EXPECT_TRUE(statuses.ends_with(" - unhandled comm Event: 0|")) << "repainted at once";
     adapter.expect("03\r").answer(reading[1].second);
     adapter.expect("ATD\r");

@@ -303,7 +303,7 @@ TEST_F(DesignerTest, ACheckEndsWithTheTimeOutOrTheAdapter)
     adapter.expect("ATD\r");
     designer->verifySupport();
     adapter.play();
-    adapter.sendEvent(0);
+    adapter.sendNotice(PortNotice::unexplained);
     EXPECT_EQ(panel().statusBox, "com1 - unhandled comm Event: 0");
     timer.tick();
     EXPECT_EQ(prompts.takeMessage(),

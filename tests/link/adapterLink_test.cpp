@@ -14,7 +14,7 @@ struct Tool final : AdapterLink::Listener {
     void linkReady() override { told.emplace_back("ready"); }
     void linkReply(std::string_view reply) override { told.emplace_back(reply); }
     void linkReceived() override {}
-    void linkEvent(int event) override { told.push_back("event " + std::to_string(event)); }
+    void linkNotice(PortNotice /*notice*/) override { told.emplace_back("notice"); }
     void linkTimedOut() override { told.emplace_back("timed out"); }
     void linkLost() override { told.emplace_back("lost"); }
 };
@@ -76,6 +76,7 @@ TEST_F(AdapterLinkTest, TellsWhyThePortCannotBeOpened)
     adapter.writeError = CommError(5, "Input/output error");
     EXPECT_FALSE(link.open());
     EXPECT_EQ(link.status(), "com3 - Comm init error: 5: Input/output error");
+    EXPECT_EQ(link.lastFailure(), link.status());
     EXPECT_EQ(link.counterLine(), "Bytes In: 0 Out: 0 Errors: 0") << "refreshed, and no error counted";
     EXPECT_FALSE(timer.enabled());
     EXPECT_EQ(adapter.history, (Texts{"open 3 38400,N,8,1", "close"})) << "no ATD";

@@ -386,7 +386,7 @@ TEST_F(PollerTest, TellsWhenRepliesDoNotMatchSayNoDataOrStopComing)
     shows(" - No data from the vehicle (UNABLE TO CONNECT): ignition on?");
     reply("BUS INIT: ...ERROR\r\r>");
     shows(" - No data from the vehicle (BUS INIT: ...ERROR): ignition on?");
-    adapter.sendEvent(1006);
+    adapter.sendNotice(PortNotice{1006});
     wait(12);
     silence.tick();
     EXPECT_EQ(panel().statusBox + panel().hint,

@@ -180,10 +180,10 @@ TEST_F(ScannerTest, CanBeStoppedAtAnyTime)
     EXPECT_EQ(status(), "com2 Opening... - nothing received for 10 s");
     adapter.receive("ATZ\r");
     EXPECT_EQ(status(), "com2 Opening...");
-    adapter.sendEvent(commEvent::unknown);
-    adapter.sendEvent(1);
+    adapter.sendNotice(PortNotice::unexplained);
+    adapter.sendNotice(PortNotice{1});
     EXPECT_EQ(status(), "com2 Opening... - unhandled comm Event: 0");
-    adapter.sendEvent(commEvent::deviceGone);
+    adapter.sendNotice(PortNotice::deviceGone);
     EXPECT_EQ(face(), "com2 - adapter disconnected|Bytes In: 34 Out: 30 Errors: 3|Begin Scan start|0% ");
     EXPECT_EQ(scanner.failure(), status());
 

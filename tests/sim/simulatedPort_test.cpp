@@ -15,23 +15,22 @@ struct SimulatedPortTest : testing::Test {
     Vehicle vehicle;
     SimulatedPort port{
         timer, clock, vehicle, {.latency = 30ms, .pieceLength = 8, .repliesUntilDisconnect = 4}};
-    std::vector<int> events;
+    std::vector<PortNotice> notices;
     std::string replies;
 
     SimulatedPortTest()
     {
-        port.onComm = [this] {
-            events.push_back(port.lastCommEvent());
+        port.onNotice = [this](PortNotice notice) {
+            notices.push_back(notice);
             replies += port.input();
         };
-        port.setReceiveThreshold(1);
         port.open();
         ask("ATE0");
     }
 
     std::string ask(const std::string& command)
     {
-        events.clear();
+        notices.clear();
         replies.clear();
         port.output(command + "\r");
         for (int ticks = 0; timer.enabled() && ticks < 100; ++ticks) {
@@ -44,9 +43,8 @@ struct SimulatedPortTest : testing::Test {
 
 TEST_F(SimulatedPortTest, DeliversRepliesWhenTheirTimeHasCome)
 {
-    events.clear();
-    port.setReceiveThreshold(10);
-    port.setInputLength(5);
+    notices.clear();
+    replies.clear();
     port.output("010D\r");
     EXPECT_EQ(timer.interval, 30ms);
     clock.now += 29ms; // a timer that ticks early
@@ -54,11 +52,11 @@ TEST_F(SimulatedPortTest, DeliversRepliesWhenTheirTimeHasCome)
     EXPECT_EQ(timer.interval, 1ms);
     clock.now += 1ms;
     timer.tick();
-    EXPECT_EQ(port.inBufferCount(), 0) << "not a whole line";
+    EXPECT_TRUE(notices.empty()) << "not a whole line";
     timer.tick();
-    EXPECT_EQ(events, std::vector{commEvent::receive});
-    EXPECT_EQ(port.input(), " 00 \r") << "behind the five that the notification took";
-    port.onComm = [this] { port.close(); };
+    EXPECT_EQ(notices, std::vector{PortNotice::received});
+    EXPECT_EQ(replies, "41 0D 00 \r");
+    port.onNotice = [this](PortNotice) { port.close(); };
     ask("010D");
     EXPECT_FALSE(port.isOpen());
 }
@@ -80,9 +78,9 @@ TEST_F(SimulatedPortTest, AClosedPortDeliversNothingAndTellsOnceThatTheDeviceIsG
     ask("ATI");
     ask("ATI");
     EXPECT_EQ(ask("03"), "43 00 00 00 00 00 00 \r\r>") << "the last reply still comes";
-    EXPECT_EQ(events.back(), commEvent::deviceGone);
+    EXPECT_EQ(notices.back(), PortNotice::deviceGone);
     EXPECT_EQ(ask("0101"), "");
-    EXPECT_TRUE(events.empty());
+    EXPECT_TRUE(notices.empty());
 }
 
 } // namespace

@@ -62,17 +62,14 @@ public:
     void receive(const std::string& text)
     {
         received_ += text;
-        if (receiveThreshold() > 0 && inBufferCount() >= receiveThreshold())
-            sendEvent(commEvent::receive);
+        sendNotice(PortNotice::received);
     }
 
-    void sendEvent(int event)
+    void sendNotice(PortNotice notice)
     {
-        const auto tell = [this, event, opening = openings_] {
-            if (!open_ || opening != openings_ || (event == commEvent::receive && received_.empty()))
-                return;
-            lastEvent_ = event;
-            onComm();
+        const auto tell = [this, notice, opening = openings_] {
+            if (open_ && opening == openings_ && (notice != PortNotice::received || !received_.empty()))
+                onNotice(notice);
         };
         gate_ == nullptr ? tell() : gate_->run(tell);
     }
@@ -83,7 +80,7 @@ public:
         due_.clear();
         writeError = CommError(5, "Input/output error");
         openError = CommError(2, "No such file or directory");
-        sendEvent(commEvent::deviceGone);
+        sendNotice(PortNotice::deviceGone);
     }
 
     void workAgain() { openError = writeError = std::nullopt; }
@@ -121,16 +118,13 @@ public:
         steps_.pop_front();
     }
 
-    std::string input() override { return takeInput(received_); }
-    int inBufferCount() const override { return static_cast<int>(received_.size()); }
-    int lastCommEvent() const override { return lastEvent_; }
+    std::string input() override { return std::exchange(received_, {}); }
 
 private:
     EventGate* gate_;
     std::deque<Step> steps_;
     std::deque<std::string> due_;
     std::string received_;
-    int lastEvent_ = commEvent::receive;
     bool open_ = false;
     int openings_ = 0;
 };

@@ -93,8 +93,8 @@ TEST_F(TerminalTest, AResetWithoutAnAnswerIsToldAndTheCommandSent)
 TEST_F(TerminalTest, ReportsOneKindOfEventAndALostDevice)
 {
     getReady();
-    for (const int event : {1006, commEvent::unknown, commEvent::unknown})
-        adapter.sendEvent(event);
+    for (const PortNotice notice : {PortNotice{1006}, PortNotice::unexplained, PortNotice::unexplained})
+        adapter.sendNotice(notice);
     EXPECT_TRUE(face().starts_with("com3 Ready - unhandled comm Event: 0 - unhandled comm Event: 0|"));
     adapter.expect("\r");
     terminal.pressRepeatCom();
