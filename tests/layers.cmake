@@ -1,5 +1,5 @@
-# Holds every file of src/ and sim/ to the program's layers: who may include whom, who may know the toolkit, and who may
-# call the system. Run as: cmake -D ROOT=<the project's folder> -P layers.cmake
+# Holds every file of src/ and sim/ to the program's layers: who may include whom, who may know the toolkit, who may call
+# the system; and the windows of the tools to their gate. Run as: cmake -D ROOT=<the project's folder> -P layers.cmake
 cmake_minimum_required(VERSION 3.25)
 
 # What the toolkit-free files of a folder may include, beside their own folder.
@@ -30,9 +30,28 @@ set(SYSTEM_FILES "^(src/(platform|process)/.*|src/shared/.*_(unix|windows)\\.cpp
 
 set(violations 0)
 function(complain file included why)
-  message("${file} includes ${included}: ${why}")
+  message("${file}: ${included}: ${why}")
   math(EXPR count "${violations} + 1")
   set(violations ${count} PARENT_SCOPE)
+endfunction()
+
+# The signals of a tool's window pass its gate: by on(), onClick(), onTrigger() or onAsking(). A connect() of its own says in a
+# comment, behind it or above it, why it need not.
+function(check_gate file)
+  string(REGEX REPLACE "cpp$" "h" header ${file})
+  if(NOT file MATCHES "/window/.*\\.cpp$" OR NOT EXISTS ${ROOT}/${header})
+    return()
+  endif()
+  file(READ ${ROOT}/${header} declarations)
+  if(NOT declarations MATCHES "public (toolForm|outputForm)")
+    return()
+  endif()
+  file(READ ${ROOT}/${file} text)
+  set(uncommented "[^/\n]*(/[^/\n]+)*\n")
+  if(text MATCHES "\n${uncommented}([^/\n]*[^/A-Za-z]connect\\([^\n/]*)\n")
+    complain(${file} "a bare \"${CMAKE_MATCH_2}\"" "signals of a window pass its gate, by on()")
+  endif()
+  set(violations ${violations} PARENT_SCOPE)
 endfunction()
 
 function(check_file file)
@@ -96,9 +115,10 @@ if(fileCount LESS 20)
 endif()
 foreach(file IN LISTS files)
   check_file(${file})
+  check_gate(${file})
 endforeach()
 
 if(violations GREATER 0)
-  message(FATAL_ERROR "${violations} include(s) break the program's layers")
+  message(FATAL_ERROR "${violations} place(s) break the program's layers")
 endif()
 message("${fileCount} files keep to their layers")

@@ -4,46 +4,28 @@
 #include "shared/textFile.h"
 
 namespace zint {
-namespace {
 
-void replaceWith(const std::string& path, const std::string& text)
+OutputFile::Target OutputFile::choose(Way way, Name name) const
 {
-    replaceFile(path, [&text](std::ostream& stream) { stream << text; });
+    if (name == Name::usual && !values_.parmOutput.empty())
+        return {.path = values_.parmOutput, .way = way};
+    const auto ask = way == Way::append ? &FileDialogs::chooseToAppend : &FileDialogs::chooseToSave;
+    return {.path = (dialogs_.*ask)(textFileKinds, values_.parmInitDir, values_.parmOutputFile),
+            .way = way,
+            .isChosen = true};
 }
 
-void addTo(const std::string& path, const std::string& text) { appendToFile(path, text); }
-
-} // namespace
-
-const OutputFile::Way OutputFile::replacing{&FileDialogs::chooseToSave, replaceWith};
-const OutputFile::Way OutputFile::appending{&FileDialogs::chooseToAppend, addTo};
-
-std::string OutputFile::save(const std::string& text)
+std::string OutputFile::write(const Target& target, const std::string& text)
 {
-    return write(text, replacing, values_.parmOutput.empty());
-}
-
-std::string OutputFile::saveAs(const std::string& text) { return write(text, replacing, true); }
-
-std::string OutputFile::append(const std::string& text)
-{
-    return write(text, appending, values_.parmOutput.empty());
-}
-
-std::string OutputFile::appendAs(const std::string& text) { return write(text, appending, true); }
-
-std::string OutputFile::write(const std::string& text, const Way& way, bool asking)
-{
-    std::string path = values_.parmOutput;
-    if (asking)
-        path = (dialogs_.*way.choose)(textFileKinds, values_.parmInitDir, values_.parmOutputFile);
-    if (path.empty())
-        return {};
-    way.write(path, text + std::string(lineEnd)); // a name that can't be written to is not remembered
-    if (asking) {
-        values_.rememberFolderOf(path);
-        values_.parmOutput = path;
-        values_.parmOutputFile = fileNamePart(path);
+    const std::string lines = text + std::string(lineEnd);
+    if (target.way == Way::append)
+        appendToFile(target.path, lines);
+    else
+        replaceFile(target.path, [&lines](std::ostream& stream) { stream << lines; });
+    if (target.isChosen) {
+        values_.rememberFolderOf(target.path);
+        values_.parmOutput = target.path;
+        values_.parmOutputFile = fileNamePart(target.path);
     }
     return values_.parmOutputFile + " saved";
 }

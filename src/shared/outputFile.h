@@ -9,31 +9,29 @@ namespace zint {
 
 /// The text file to which the terminal and the scanner save what their output boxes show. Both use the same
 /// one, and it is remembered.
-///
-/// Each operation returns what the status shall say, or nothing when the user cancelled; then nothing has
-/// changed. All throw FileError when the file can't be written; it is then as it was, and so are its name and
-/// the dialogs' folder.
 class OutputFile {
 public:
+    enum class Way { replace, append }; ///< what becomes of a file that exists
+    enum class Name { usual, asked };   ///< the remembered name, if any, or a new one
+
+    struct Target {
+        std::string path; ///< empty when the user cancelled
+        Way way = Way::replace;
+        bool isChosen = false; ///< just now, by the user
+    };
+
     /// Both outlive this.
     OutputFile(FileDialogs& dialogs, ProgramValues& values) : dialogs_(dialogs), values_(values) {}
 
-    std::string save(const std::string& text); ///< asks for a name when there is none
-    std::string saveAs(const std::string& text);
-    std::string append(const std::string& text); ///< asks for a name when there is none
-    std::string appendAs(const std::string& text);
+    /// Finds out where to write; asks for a name if there is none. Nothing changes yet.
+    Target choose(Way way, Name name) const;
+
+    /// Writes the text and a line end, and remembers the name. @return what the status shall say
+    /// @throws FileError when the file can't be written; it is then as it was, and so are its name and the
+    /// dialogs' folder
+    std::string write(const Target& target, const std::string& text);
 
 private:
-    /// What becomes of a file that exists.
-    struct Way {
-        std::string (FileDialogs::*choose)(const FileKinds&, const std::string&, const std::string&);
-        void (*write)(const std::string& path, const std::string& text);
-    };
-    static const Way replacing;
-    static const Way appending;
-
-    std::string write(const std::string& text, const Way& way, bool asking);
-
     FileDialogs& dialogs_;
     ProgramValues& values_;
 };

@@ -9,13 +9,14 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSignalBlocker>
 
 #include <cmath>
 #include <string>
 
 namespace zint {
 
-/// Shows a text in a label or box, or a button's caption and state, when it differs from what is shown. A
+/// Shows a text in a label, or a button's caption and state, when it differs from what is shown. A
 /// screen reader is alerted to a new status, for the focus is elsewhere.
 inline void display(QLabel& label, const std::string& text)
 {
@@ -30,8 +31,10 @@ inline void display(QLabel& label, const std::string& text)
     }
 }
 
+/// Shows a text in a box, which does not tell of it: nobody has typed it.
 inline void display(QLineEdit& box, const std::string& text)
 {
+    const QSignalBlocker shown(box);
     if (const QString now = toQt(text); box.text() != now)
         box.setText(now);
 }

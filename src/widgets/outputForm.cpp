@@ -6,29 +6,29 @@
 
 namespace zint {
 
-void outputForm::setUpOutputControls(PlainTextBox& outBox)
+void outputForm::setUpBox(PlainTextBox& outBox)
 {
     outBox_ = &outBox;
     enterRadioGroupsAtTheChosen(*this);
-    onTrigger(findChild<QAction*>(QStringLiteral("mnuSelect")), &outputForm::mnuSelect_Click);
-    const auto onWrite = [this](const char* action, Operation operation) {
-        connect(findChild<QAction*>(QLatin1String(action)), &QAction::triggered, this,
-                [this, operation] { gate().run([this, operation] { write(operation); }); });
-    };
-    onWrite("mnuSaveOutput", &OutputFile::save);
-    onWrite("mnuSaveOutputAs", &OutputFile::saveAs);
-    onWrite("mnuAppendOutput", &OutputFile::append);
-    onWrite("mnuAppendOutputAs", &OutputFile::appendAs);
+}
+
+/// An exchange goes on while the user chooses a file.
+void outputForm::onWrite(QAction* entry, OutputFile::Way way, OutputFile::Name name)
+{
+    onAsking(entry, &QAction::triggered, [this, way, name] {
+        const OutputFile::Target target = output_.choose(way, name);
+        gate().run([this, target] { write(target); });
+    });
 }
 
 /// The gate tells why a file can't be written; the status must not go on saying that an earlier one was
 /// saved.
-void outputForm::write(Operation operation)
+void outputForm::write(const OutputFile::Target& target)
 {
+    if (target.path.empty())
+        return;
     try {
-        const std::string told = (output_.*operation)(outBox_->text());
-        if (!told.empty())
-            showStatus(told);
+        showStatus(output_.write(target, outBox_->text()));
     } catch (const FileError&) {
         showStatus("The output was not saved");
         throw;

@@ -15,8 +15,19 @@ public:
     using toolForm::toolForm;
 
 protected:
-    /// Connects the menu entries that belong to the box, by their names.
-    void setUpOutputControls(PlainTextBox& outBox);
+    /// Sets up what these windows have under the same names. @param ui the window's controls
+    template <typename Controls>
+    void setUpOutputTool(const Controls& ui)
+    {
+        setUpBox(*ui.outBox);
+        onTrigger(ui.mnuSelect, &outputForm::mnuSelect_Click);
+        onWrite(ui.mnuSaveOutput, OutputFile::Way::replace, OutputFile::Name::usual);
+        onWrite(ui.mnuSaveOutputAs, OutputFile::Way::replace, OutputFile::Name::asked);
+        onWrite(ui.mnuAppendOutput, OutputFile::Way::append, OutputFile::Name::usual);
+        onWrite(ui.mnuAppendOutputAs, OutputFile::Way::append, OutputFile::Name::asked);
+        setUpPrinting(ui.mnuPrintSetup, ui.mnuPrintOut);
+        setUpTool(ui);
+    }
 
     /// Shows what became of a file.
     virtual void showStatus(const std::string& text) = 0;
@@ -24,10 +35,10 @@ protected:
     bool printOn(QPrinter& printer) override;
 
 private:
-    using Operation = std::string (OutputFile::*)(const std::string& text);
-
+    void setUpBox(PlainTextBox& outBox);
     void mnuSelect_Click();
-    void write(Operation operation);
+    void onWrite(QAction* entry, OutputFile::Way way, OutputFile::Name name);
+    void write(const OutputFile::Target& target);
 
     PlainTextBox* outBox_ = nullptr;
     QtFileDialogs CommonDialog1{*this};

@@ -29,32 +29,29 @@ toolForm::toolForm(ToolContext& context, std::string helpPage)
 
 toolForm::~toolForm() = default;
 
-void toolForm::setUpCommonControls()
+void toolForm::setUpMenu(QAction* mnuExit, QAction* mnuAbout, QAction* mnuHelp)
 {
-    const auto action = [this](const char* name, void (toolForm::*handler)()) {
-        if (auto* found = findChild<QAction*>(QLatin1String(name)))
-            onTrigger(found, handler);
-    };
-    const auto question = [this](const char* name, void (toolForm::*handler)()) {
-        if (auto* found = findChild<QAction*>(QLatin1String(name)))
-            connect(found, &QAction::triggered, this,
-                    [this, handler] { ask([=, this] { (this->*handler)(); }); });
-    };
-    question("mnuAbout", &toolForm::mnuAbout_Click);
-    question("mnuHelp", &toolForm::mnuHelp_Click);
-    question("mnuPrintSetup", &toolForm::mnuPrintSetup_Click);
-    question("mnuprintSetup", &toolForm::mnuPrintSetup_Click);
-    question("mnuPrintOut", &toolForm::mnuPrintOut_Click);
-    question("mnuPrint", &toolForm::mnuPrintOut_Click);
-    action("mnuExit", &toolForm::goBack);
-    for (const char* name : {"logo", "logo2"}) {
-        if (auto* logo = findChild<QPushButton*>(QLatin1String(name))) {
-            logo->setText(toQt(programInfo().maker));
-            connect(logo, &QPushButton::clicked, this, [this] { ask([this] { logo_Click(); }); });
-        }
+    onTrigger(mnuExit, &toolForm::goBack);
+    onAsking(mnuAbout, &QAction::triggered, [this] { mnuAbout_Click(); });
+    onAsking(mnuHelp, &QAction::triggered, [this] { mnuHelp_Click(); });
+}
+
+void toolForm::setUpPrinting(QAction* mnuPrintSetup, QAction* mnuPrintOut)
+{
+    onAsking(mnuPrintSetup, &QAction::triggered, [this] { mnuPrintSetup_Click(); });
+    onAsking(mnuPrintOut, &QAction::triggered, [this] { mnuPrintOut_Click(); });
+}
+
+void toolForm::setUpLogos(std::initializer_list<QPushButton*> logos)
+{
+    for (QPushButton* logo : logos) {
+        logo->setText(toQt(programInfo().maker));
+        onAsking(logo, &QPushButton::clicked, [this] { logo_Click(); });
     }
-    if (auto* back = findChild<QPushButton*>(QStringLiteral("backCom")))
-        onClick(back, &toolForm::goBack);
+}
+
+void toolForm::setUpWindow()
+{
     giveOwnIcons(*this);
     restoreSize(*this, context_.settings);
 }
@@ -89,18 +86,22 @@ void toolForm::ask(const std::function<void()>& questions)
     } catch (...) { // the gate is where actions that fail end
         gate_.run([error = std::current_exception()] { std::rethrow_exception(error); });
     }
-    if (--asking_ == 0 && std::exchange(closesAfterwards_, false))
+    if (--asking_ == 0 && closing_ == Closing::afterQuestions) {
+        closing_ = Closing::no;
         close();
+    }
 }
 
 /// A handler that is on the stack, perhaps with a message box open, comes to its end before the window goes.
 void toolForm::closeEvent(QCloseEvent* event)
 {
-    if (asking_ > 0) // the dialog belongs to the window and would go with it
-        closesAfterwards_ = true;
-    else if (!hasUnloaded_)
-        gate_.run([this] { unload(); });
-    event->setAccepted(hasUnloaded_);
+    if (closing_ != Closing::unloaded) {
+        if (asking_ > 0)
+            closing_ = Closing::afterQuestions; // the dialog belongs to the window and would go with it
+        else
+            gate_.run([this] { unload(); });
+    }
+    event->setAccepted(closing_ == Closing::unloaded);
 }
 
 void toolForm::changeEvent(QEvent* event)
@@ -112,7 +113,8 @@ void toolForm::changeEvent(QEvent* event)
 
 void toolForm::unload()
 {
-    if (std::exchange(hasUnloaded_, true)) // it was closed twice while it waited
+    // It was closed twice while it waited.
+    if (std::exchange(closing_, Closing::unloaded) == Closing::unloaded)
         return;
     gate_.run([this] { leave(); }); // comes next, also when what follows throws
     Form_Unload();
@@ -139,7 +141,7 @@ void toolForm::showHelp(const std::string& page) { openHelpPage(context_.values,
 std::function<void(const std::string&)> toolForm::tellingOfPage()
 {
     return [form = QPointer(this)](const std::string& place) {
-        if (!form || form->hasUnloaded_)
+        if (!form || form->closing_ == Closing::unloaded)
             return;
         form->ask([&] {
             form->prompts().message("No program was found that shows web pages. The page is " + place);

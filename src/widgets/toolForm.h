@@ -35,9 +35,21 @@ Q_SIGNALS:
     void unloaded(); ///< the window has closed, even if its unloading failed; the launcher's turn
 
 protected:
-    /// Connects the controls that every window has under the same names, and restores the window's size.
-    /// Called by the constructor of each window once its controls exist.
-    void setUpCommonControls();
+    /// Sets up what the windows of all tools have under the same names.
+    /// @param ui the window's controls, which exist by now
+    template <typename Controls>
+    void setUpTool(const Controls& ui)
+    {
+        setUpMenu(ui.mnuExit, ui.mnuAbout, ui.mnuHelp);
+        onClick(ui.backCom, &toolForm::goBack);
+        setUpWindow();
+    }
+    void setUpMenu(QAction* mnuExit, QAction* mnuAbout, QAction* mnuHelp);
+    void setUpPrinting(QAction* mnuPrintSetup, QAction* mnuPrintOut);
+    void setUpLogos(std::initializer_list<QPushButton*> logos);
+
+    /// Gives the window its icons and the size that it had. Called last by the constructor of each window.
+    void setUpWindow();
 
     /// Ends what the window has running; called once, when it closes, never inside another handler.
     virtual void Form_Unload() {}
@@ -52,31 +64,49 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
 
-    /// Lets a signal run an action through the gate. The action may have to wait, so it gets copies of the
-    /// signal's values, or none if it takes none.
+    /// Lets a signal run an action through the gate: the one way from a control to the window's tool. The
+    /// action may have to wait, so it gets copies of the signal's values, or none if it takes none. A button
+    /// or a menu entry ends what is being edited in place first.
     template <typename Sender, typename Signal, typename Action>
     void on(Sender* sender, Signal signal, Action action)
     {
         connect(sender, signal, this, [this, action](auto... values) {
-            if constexpr (std::is_invocable_v<const Action&, decltype(values)...>)
-                gate_.run([action, values...] { action(values...); });
-            else
-                gate_.run(action);
+            gate_.run([this, action, values...] {
+                if constexpr (std::is_same_v<Sender, QPushButton> || std::is_same_v<Sender, QAction>)
+                    endEditing();
+                if constexpr (std::is_invocable_v<const Action&, decltype(values)...>)
+                    action(values...);
+                else
+                    action();
+            });
         });
+    }
+    template <typename Sender, typename Signal, typename Form, typename... Values>
+    void on(Sender* sender, Signal signal, void (Form::*handler)(Values...))
+    {
+        on(sender, signal,
+           [this, handler](Values... values) { (static_cast<Form*>(this)->*handler)(values...); });
     }
     template <typename Form>
     void onClick(QPushButton* button, void (Form::*handler)())
     {
-        on(button, &QPushButton::clicked, entering(handler));
+        on(button, &QPushButton::clicked, handler);
     }
     template <typename Form>
-    void onTrigger(QAction* action, void (Form::*handler)())
+    void onTrigger(QAction* entry, void (Form::*handler)())
     {
-        on(action, &QAction::triggered, entering(handler));
+        on(entry, &QAction::triggered, handler);
     }
 
-    /// Runs what asks the user something before it does anything: the window's other events go on meanwhile,
-    /// but it does not close. What is done with the answer has to pass the gate.
+    /// Lets a signal ask the user something before anything is done: see ask().
+    template <typename Sender, typename Signal, typename Questions>
+    void onAsking(Sender* sender, Signal signal, Questions questions)
+    {
+        connect(sender, signal, this, [this, questions] { ask(questions); });
+    }
+
+    /// Runs questions to the user outside the gate: the window's other events go on meanwhile, but it does
+    /// not close. What is done with the answer has to enter the gate by itself.
     void ask(const std::function<void()>& questions);
 
     /// Gives the buttons of a tool bar the names that they are known by.
@@ -102,14 +132,7 @@ protected:
     Prompts& prompts() { return prompts_; }
 
 private:
-    template <typename Form>
-    auto entering(void (Form::*handler)())
-    {
-        return [this, handler] {
-            endEditing();
-            (static_cast<Form*>(this)->*handler)();
-        };
-    }
+    enum class Closing { no, afterQuestions, unloaded };
 
     void mnuAbout_Click();
     void mnuHelp_Click();
@@ -128,9 +151,8 @@ private:
     EventGate gate_;
     QtPrompts prompts_;
     std::unique_ptr<WindowPrinter> printer_;
-    bool hasUnloaded_ = false;
-    int asking_ = 0;                ///< questions that are open
-    bool closesAfterwards_ = false; ///< a close that waits for them
+    int asking_ = 0; ///< questions that are open
+    Closing closing_ = Closing::no;
 };
 
 } // namespace zint

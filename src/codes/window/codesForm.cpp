@@ -58,7 +58,8 @@ codesForm::codesForm(ToolContext& context)
     onTrigger(ui->ftc, &codesForm::ftc_Click);
     onTrigger(ui->mnuSaveReport, &codesForm::mnuSaveReport_Click);
     exchange_.onChanged = [this] { paint(); };
-    setUpCommonControls();
+    setUpPrinting(ui->mnuPrintSetup, ui->mnuPrintOut);
+    setUpTool(*ui);
     paint();
 }
 
@@ -88,7 +89,7 @@ void codesForm::setUpList()
     makeQuiet(*ui->notes);
     makeQuiet(*ui->noDescriptions);
     auto* const copy = new QAction(tr("&Copy"), this);
-    connect(copy, &QAction::triggered, this, &codesForm::copyCodes);
+    onTrigger(copy, &codesForm::copyCodes);
     ui->codesScroll->addAction(copy);
     ui->codesScroll->setContextMenuPolicy(Qt::ActionsContextMenu);
     for (QLabel* label : {ui->canWarning, ui->codesOutput})
@@ -102,7 +103,7 @@ void codesForm::setUpKeys()
         {"Alt+G", ui->getCodes}, {"Alt+C", ui->clearCodes}, {"Alt+B", ui->backCom}};
     for (const auto& [key, button] : keys) {
         auto* const shortcut = new QShortcut(QKeySequence(QLatin1String(key)), this);
-        connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
+        connect(shortcut, &QShortcut::activated, button, &QPushButton::click); // which passes the gate
     }
 }
 

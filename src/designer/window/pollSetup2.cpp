@@ -33,9 +33,9 @@ pollSetup2::pollSetup2(ToolContext& context)
     setUpGrid();
     setUpToolbar();
     connectActions();
-    connect(ui->autoSpeed, &QCheckBox::toggled, this, &pollSetup2::autoSpeed_Click);
-    connect(ui->pollSpeed, &QSlider::valueChanged, this, &pollSetup2::pollSpeed_Change);
-    connect(ui->pollTitle, &QLineEdit::textEdited, this, &pollSetup2::pollTitle_Change);
+    on(ui->autoSpeed, &QCheckBox::toggled, &pollSetup2::autoSpeed_Click);
+    on(ui->pollSpeed, &QSlider::valueChanged, &pollSetup2::pollSpeed_Change);
+    on(ui->pollTitle, &QLineEdit::textEdited, &pollSetup2::pollTitle_Change);
     ui->pollTitle->installEventFilter(this);
     constexpr int mostLines = 3; // of a line in a design file that knows no bounds
     ui->pollPrefix->setMaximumHeight(mostLines * fontMetrics().lineSpacing());
@@ -47,7 +47,8 @@ pollSetup2::pollSetup2(ToolContext& context)
         }
     };
     designer_.onChanged = [this] { paint(); };
-    setUpCommonControls();
+    setUpPrinting(ui->mnuPrintSetup, ui->mnuPrint);
+    setUpTool(*ui);
     gate().run([this] { designer_.load(); });
     ui->obdGrid->resizeColumnsToContents();
     QMetaObject::invokeMethod(
@@ -74,7 +75,10 @@ void pollSetup2::closeEvent(QCloseEvent* event)
 {
     bool mayClose = gate().isBusy(); // then the window closes later
     if (!mayClose)
-        act([&mayClose] { mayClose = true; });
+        gate().run([this, &mayClose] {
+            endEditing();
+            mayClose = true;
+        });
     if (mayClose)
         toolForm::closeEvent(event);
     else
@@ -103,11 +107,11 @@ void pollSetup2::setUpGrid()
     ui->obdGrid->setDropIndicatorShown(true);
     constexpr int rowMargin = 8; // leaves room for an editor's frame
     ui->obdGrid->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowMargin);
-    connect(ui->obdGrid, &QTableView::clicked, this, &pollSetup2::click);
+    connect(ui->obdGrid, &QTableView::clicked, this, &pollSetup2::click); // goes from cell to cell
     connect(grid_.get(), &GridModel::rowMoved, ui->obdGrid,
-            [this](int row) { ui->obdGrid->setCurrentIndex(grid_->index(row, 0)); });
-    connect(delegate, &GridDelegate::finished, this, &pollSetup2::editNext);
-    connect(delegate, &GridDelegate::abandoned, this, &pollSetup2::focusTitle);
+            [this](int row) { ui->obdGrid->setCurrentIndex(grid_->index(row, 0)); }); // shows what was done
+    connect(delegate, &GridDelegate::finished, this, &pollSetup2::editNext);    // goes from cell to cell
+    connect(delegate, &GridDelegate::abandoned, this, &pollSetup2::focusTitle); // moves the focus
     ui->obdGrid->setContextMenuPolicy(Qt::ActionsContextMenu);
     for (QAction* action :
          {ui->mnuAddNew, ui->mnuDuplicate, ui->mnuDeleteRow, ui->mnuMoveUp, ui->mnuMoveDown}) {
@@ -125,8 +129,9 @@ void pollSetup2::setUpHeader()
     header->setHighlightSections(false);
     header->setSectionResizeMode(static_cast<int>(GridColumn::code), QHeaderView::ResizeToContents);
     header->setSectionResizeMode(static_cast<int>(GridColumn::description), QHeaderView::Stretch);
-    connect(header, &QHeaderView::sectionClicked, this, [this](int column) {
-        act([this, column] { designer_.sortBy(static_cast<GridColumn>(column)); });
+    on(header, &QHeaderView::sectionClicked, [this](int column) {
+        endEditing();
+        designer_.sortBy(static_cast<GridColumn>(column));
     });
 }
 
@@ -147,8 +152,7 @@ void pollSetup2::setUpToolbar()
 void pollSetup2::connectActions()
 {
     const auto forward = [this](QAction* action, void (Designer::*operation)()) {
-        connect(action, &QAction::triggered, this,
-                [this, operation] { act([this, operation] { (designer_.*operation)(); }); });
+        on(action, &QAction::triggered, [this, operation] { (designer_.*operation)(); });
     };
     forward(ui->mnuDefault, &Designer::newDesign);
     forward(ui->mnuOpen, &Designer::open);
@@ -164,24 +168,15 @@ void pollSetup2::connectActions()
     forward(ui->mnuVerifyObd, &Designer::verifySupport);
     forward(ui->mnuAutoOffset, &Designer::calculateOffsets);
     forward(ui->mnuShowTimeline, &Designer::showTimeline);
-    connect(ui->mnuDuplicate, &QAction::triggered, this, [this] { changeCurrent(&Designer::duplicateRow); });
-    connect(ui->mnuDeleteRow, &QAction::triggered, this, [this] { changeCurrent(&Designer::removeRow); });
-    connect(ui->mnuMoveUp, &QAction::triggered, this, [this] { moveCurrent(-1); });
-    connect(ui->mnuMoveDown, &QAction::triggered, this, [this] { moveCurrent(1); });
+    on(ui->mnuDuplicate, &QAction::triggered, [this] { changeCurrent(&Designer::duplicateRow); });
+    on(ui->mnuDeleteRow, &QAction::triggered, [this] { changeCurrent(&Designer::removeRow); });
+    on(ui->mnuMoveUp, &QAction::triggered, [this] { moveCurrent(-1); });
+    on(ui->mnuMoveDown, &QAction::triggered, [this] { moveCurrent(1); });
     ui->mnuRedo->setShortcuts({Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
     onTrigger(ui->mnuAddNew, &pollSetup2::mnuAddNew_Click);
     onClick(ui->comDone, &pollSetup2::comDone_Click);
     onClick(ui->labelStats, &pollSetup2::labelStats_Click);
     ui->comDone->setEnabled(context().goPolling != nullptr);
-}
-
-/// Does something with the window once what is being edited has been taken.
-void pollSetup2::act(const std::function<void()>& action)
-{
-    gate().run([this, action] {
-        endEditing();
-        action();
-    });
 }
 
 void pollSetup2::mnuAddNew_Click()
@@ -205,41 +200,28 @@ void pollSetup2::labelStats_Click() { designer_.showStatistics(); }
 
 void pollSetup2::changeCurrent(void (Designer::*operation)(std::size_t row))
 {
-    act([this, operation] {
-        if (const QModelIndex current = ui->obdGrid->currentIndex(); current.isValid())
-            (designer_.*operation)(static_cast<std::size_t>(current.row()));
-    });
+    if (const QModelIndex current = ui->obdGrid->currentIndex(); current.isValid())
+        (designer_.*operation)(static_cast<std::size_t>(current.row()));
 }
 
 /// Moves the current row up (-1) or down (1).
 void pollSetup2::moveCurrent(int rows)
 {
-    act([this, rows] {
-        const QModelIndex current = ui->obdGrid->currentIndex();
-        const QModelIndex target = current.siblingAtRow(current.row() + rows);
-        if (!target.isValid())
-            return;
-        const auto from = static_cast<std::size_t>(current.row());
-        const auto to = static_cast<std::size_t>(target.row());
-        designer_.moveRow(from, to > from ? to + 1 : to);
-        ui->obdGrid->setCurrentIndex(target);
-    });
+    const QModelIndex current = ui->obdGrid->currentIndex();
+    const QModelIndex target = current.siblingAtRow(current.row() + rows);
+    if (!target.isValid())
+        return;
+    const auto from = static_cast<std::size_t>(current.row());
+    const auto to = static_cast<std::size_t>(target.row());
+    designer_.moveRow(from, to > from ? to + 1 : to);
+    ui->obdGrid->setCurrentIndex(target);
 }
 
-void pollSetup2::autoSpeed_Click(bool checked)
-{
-    gate().run([this, checked] { designer_.clickAutoSpeed(checked); });
-}
+void pollSetup2::autoSpeed_Click(bool checked) { designer_.clickAutoSpeed(checked); }
 
-void pollSetup2::pollSpeed_Change(int position)
-{
-    gate().run([this, position] { designer_.movePollSpeed(position); });
-}
+void pollSetup2::pollSpeed_Change(int position) { designer_.movePollSpeed(position); }
 
-void pollSetup2::pollTitle_Change(const QString& title)
-{
-    gate().run([this, text = fromQt(title)] { designer_.setTitle(text); });
-}
+void pollSetup2::pollTitle_Change(const QString& title) { designer_.setTitle(fromQt(title)); }
 
 /// An edit is an event of its own, or part of the one that closes its editor. @return whether it succeeded
 bool pollSetup2::enterEdit(const GridModel::Edit& edit)

@@ -43,7 +43,6 @@ private:
     void setUpGrid();
     void setUpHeader();
     void setUpToolbar();
-    void act(const std::function<void()>& action);
     bool enterEdit(const std::function<void()>& edit);
     void changeCurrent(void (Designer::*operation)(std::size_t row));
     void moveCurrent(int rows);

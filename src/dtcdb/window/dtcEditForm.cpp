@@ -40,7 +40,7 @@ dtcEditForm::dtcEditForm(ToolContext& context)
     connectControls();
     editor_.onChanged = [this] { paint(); };
     editor_.onFocus = [this](DtcEditor::Box box, std::optional<std::size_t> place) { focusBox(box, place); };
-    setUpCommonControls();
+    setUpTool(*ui);
     paint();
     ui->DTCcontrol->setFocus();
 }
@@ -117,13 +117,13 @@ void dtcEditForm::connectControls()
     press(ui->skippedLines, &DtcEditor::showSkipped);
     onClick(ui->DTCcontrol, &dtcEditForm::DTCcontrol_Click);
     onClick(ui->DTCsearch, &dtcEditForm::DTCsearch_Click);
-    connect(ui->dtcDBname, &QLineEdit::textChanged, this,
-            [this](const QString& text) { editor_.changeName(fromQt(text)); });
-    connect(ui->DTCtext, &QLineEdit::textChanged, this,
-            [this](const QString& text) { editor_.changeTextFile(fromQt(text)); });
+    on(ui->dtcDBname, &QLineEdit::textChanged,
+       [this](const QString& text) { editor_.changeName(fromQt(text)); });
+    on(ui->DTCtext, &QLineEdit::textChanged,
+       [this](const QString& text) { editor_.changeTextFile(fromQt(text)); });
     for (const BoxEntry& entry : boxes_)
-        connect(entry.edit, &QLineEdit::textChanged, this,
-                [this, box = entry.box](const QString& text) { editor_.type(box, fromQt(text)); });
+        on(entry.edit, &QLineEdit::textChanged,
+           [this, box = entry.box](const QString& text) { editor_.type(box, fromQt(text)); });
     for (const QAbstractButton* option :
          std::initializer_list<QAbstractButton*>{ui->useComma, ui->useTab, ui->useSpace, ui->useLen,
                                                  ui->useCsv, ui->delimNotes, ui->dupOver, ui->noNotes})

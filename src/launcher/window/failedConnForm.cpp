@@ -31,7 +31,8 @@ failedConnForm::failedConnForm(ToolContext& context)
     onClick(ui->applyCom, &failedConnForm::applyCom_Click);
     onClick(ui->cancelCom, &failedConnForm::cancelCom_Click);
     onClick(ui->helpCom, &failedConnForm::helpCom_Click);
-    setUpCommonControls();
+    setUpLogos({ui->logo, ui->logo2});
+    setUpWindow();
 }
 
 failedConnForm::~failedConnForm() = default;

@@ -29,8 +29,8 @@ startForm::startForm(ToolContext& context, const std::function<Launcher&(Prompts
     gate().run([this] { launcher_.load(); });
 
     // Choosing the entry that is shown counts, too: it makes a choice for this run one for good.
-    connect(ui->comPort, &QComboBox::activated, this, &startForm::comPort_Click);
-    connect(ui->comSpeed, &QComboBox::activated, this, &startForm::comSpeed_Click);
+    on(ui->comPort, &QComboBox::activated, &startForm::comPort_Click);
+    on(ui->comSpeed, &QComboBox::activated, &startForm::comSpeed_Click);
     connectToolButton(ui->getCodes, Tool::codes);
     connectToolButton(ui->editDTC, Tool::dtcEditor);
     connectToolButton(ui->pollDesign2, Tool::pollDesigner);
@@ -43,7 +43,9 @@ startForm::startForm(ToolContext& context, const std::function<Launcher&(Prompts
     onTrigger(ui->mnuClearReg, &startForm::mnuClearReg_Click);
     portWatch_.onTick = [this] { lookAtPorts(); };
     portWatch_.setInterval(portWatchInterval);
-    setUpCommonControls();
+    setUpMenu(ui->mnuExit, ui->mnuAbout, ui->mnuHelp);
+    setUpLogos({ui->logo, ui->logo2});
+    setUpWindow();
     paint();
 }
 
@@ -52,8 +54,7 @@ startForm::~startForm() = default;
 void startForm::connectToolButton(QPushButton* button, Tool tool)
 {
     button->setEnabled(actions_.hasTool(launcher_.toolFor(tool)));
-    connect(button, &QPushButton::clicked, this,
-            [this, tool] { gate().run([this, tool] { actions_.openTool(launcher_.click(tool)); }); });
+    on(button, &QPushButton::clicked, [this, tool] { actions_.openTool(launcher_.click(tool)); });
 }
 
 void startForm::Form_Unload() { launcher_.unload(); }
@@ -89,16 +90,11 @@ void startForm::hideEvent(QHideEvent* event)
 
 void startForm::comPort_Click(int position)
 {
-    gate().run([this, position] {
-        launcher_.choosePort(position);
-        paint();
-    });
+    launcher_.choosePort(position);
+    paint();
 }
 
-void startForm::comSpeed_Click(int position)
-{
-    gate().run([this, position] { launcher_.chooseSpeed(position); });
-}
+void startForm::comSpeed_Click(int position) { launcher_.chooseSpeed(position); }
 
 void startForm::mnuPorts_Click()
 {

@@ -43,7 +43,8 @@ obdPollForm::obdPollForm(ToolContext& context)
     setUpChart();
     connectActions();
     poller_.onChanged = [this] { paint(); };
-    setUpCommonControls();
+    setUpPrinting(ui->mnuprintSetup, ui->mnuPrint);
+    setUpTool(*ui);
     restoreRefresh();
     gate().run([this] { poller_.load(); });
     ui->obdGrid->resizeColumnsToContents();
@@ -112,11 +113,10 @@ void obdPollForm::connectActions()
     using Kind = RunFiles::Kind;
     using Name = RunFiles::Name;
     const auto forward = [this](QAction* action, void (Poller::*operation)()) {
-        connect(action, &QAction::triggered, this,
-                [this, operation] { gate().run([this, operation] { (poller_.*operation)(); }); });
+        on(action, &QAction::triggered, [this, operation] { (poller_.*operation)(); });
     };
     const auto saves = [this](QAction* action, Kind kind, Name name) {
-        connect(action, &QAction::triggered, this, [this, kind, name] { save(kind, name); });
+        onAsking(action, &QAction::triggered, [this, kind, name] { save(kind, name); });
     };
     forward(ui->mnuResetVal, &Poller::resetValues);
     forward(ui->mnuLoadLog, &Poller::loadLog);
@@ -125,16 +125,13 @@ void obdPollForm::connectActions()
     saves(ui->mnuExportLog, Kind::table, Name::usual);
     saves(ui->mnuExportLogAs, Kind::table, Name::asked);
     saves(ui->mnuDebugLog, Kind::dump, Name::asked);
-    connect(ui->mnuRecover, &QAction::triggered, this,
-            [this] { ask([this] { poller_.recover(CommonDialog1); }); });
+    onAsking(ui->mnuRecover, &QAction::triggered, [this] { poller_.recover(CommonDialog1); });
     forward(ui->mnuComStart, &Poller::pressStart);
-    connect(ui->comStart, &QPushButton::clicked, ui->mnuComStart, &QAction::trigger);
+    on(ui->comStart, &QPushButton::clicked, [this] { poller_.pressStart(); });
     onTrigger(ui->mnuDesigner, &obdPollForm::mnuDesigner_Click);
     ui->mnuDesigner->setEnabled(context().goDesigning != nullptr);
     const auto takes = [this](QLineEdit* box, void (Poller::*take)(const std::string&)) {
-        connect(box, &QLineEdit::textEdited, this, [this, take](const QString& text) {
-            gate().run([this, take, typed = fromQt(text)] { (poller_.*take)(typed); });
-        });
+        on(box, &QLineEdit::textEdited, [this, take](const QString& text) { (poller_.*take)(fromQt(text)); });
     };
     takes(ui->textSampleCnt, &Poller::setMaxLoops);
     takes(ui->timeLimit, &Poller::setTimeLimit);
@@ -144,13 +141,11 @@ void obdPollForm::connectActions()
 /// Polling goes on while the user chooses a file or reads why it can't be written.
 void obdPollForm::save(RunFiles::Kind kind, RunFiles::Name name)
 {
-    ask([this, kind, name] {
-        const std::string path = poller_.chooseFile(kind, name, CommonDialog1);
-        gate().run([this, kind, path] {
-            const std::string failure = poller_.save(kind, path);
-            if (!failure.empty())
-                QTimer::singleShot(0, this, [this, failure] { ask([&] { prompts().message(failure); }); });
-        });
+    const std::string path = poller_.chooseFile(kind, name, CommonDialog1);
+    gate().run([this, kind, path] {
+        const std::string failure = poller_.save(kind, path);
+        if (!failure.empty())
+            QTimer::singleShot(0, this, [this, failure] { ask([&] { prompts().message(failure); }); });
     });
 }
 

@@ -40,8 +40,7 @@ scanForm::scanForm(ToolContext& context)
     showDisplay();
     connectControls();
     scanner_.onChanged = [this] { paintNow(); };
-    setUpCommonControls();
-    setUpOutputControls(*ui->outBox);
+    setUpOutputTool(*ui);
     paintNow();
     ui->modeStart->setFocus();
 }
@@ -83,16 +82,21 @@ void scanForm::keyPressEvent(QKeyEvent* event)
 void scanForm::comScan_Click()
 {
     ui->comScan->setFocus();
-    scanner_.pressScan();
+    gate().run([this] { scanner_.pressScan(); }); // comes behind the check of the box that was left
 }
 
 void scanForm::calcHdr_Click()
 {
     ui->calcHdr->setFocus();
+    gate().run([this] { openCalculator(); }); // comes behind the check of the box that was left
+}
+
+void scanForm::openCalculator()
+{
     auto* dialog = new calcHdrForm(scanner_.boxes().cmdHead, context().settings, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this,
-            [this, dialog] { scanner_.type(&ScanParameters::cmdHead, dialog->header()); });
+    on(dialog, &QDialog::accepted,
+       [this, dialog] { scanner_.type(&ScanParameters::cmdHead, dialog->header()); });
     dialog->open(); // a scan goes on meanwhile
 }
 
@@ -104,21 +108,22 @@ void scanForm::connectControls()
 {
     for (const BoxEntry& entry : boxes_) {
         onLostFocus(*entry.edit, [this, box = entry.box] {
-            scanner_.leave(box, QApplication::focusWidget() == ui->comScan);
+            const bool towardsScan = QApplication::focusWidget() == ui->comScan;
+            gate().run([this, box, towardsScan] { scanner_.leave(box, towardsScan); });
         });
-        connect(entry.edit, &QLineEdit::textChanged, this,
-                [this, box = entry.box](const QString& text) { scanner_.type(box, fromQt(text)); });
+        on(entry.edit, &QLineEdit::textChanged,
+           [this, box = entry.box](const QString& text) { scanner_.type(box, fromQt(text)); });
     }
     for (const QAbstractButton* option :
          std::initializer_list<QAbstractButton*>{ui->displayAll, ui->displayValid, ui->displayNonz,
                                                  ui->displayData, ui->dspDecimal, ui->dspAscii, ui->dspNames})
-        connect(option, &QAbstractButton::toggled, this, &scanForm::takeDisplay);
+        on(option, &QAbstractButton::toggled, [this] { takeDisplay(); });
     onClick(ui->comScan, &scanForm::comScan_Click);
     onClick(ui->calcHdr, &scanForm::calcHdr_Click);
-    connect(ui->labelStats, &QPushButton::clicked, this,
-            [this] { ask([this] { labelStats_Click(); }); }); // a scan goes on meanwhile
     onTrigger(ui->mnuOpenCom, &scanForm::comScan_Click);
     onTrigger(ui->mnuCloseCom, &scanForm::comScan_Click);
+    onAsking(ui->labelStats, &QPushButton::clicked,
+             [this] { labelStats_Click(); }); // a scan goes on meanwhile
     onTrigger(ui->mnuClear, &scanForm::mnuClear_Click);
 }
 

@@ -39,6 +39,7 @@ private:
 
     void comScan_Click();
     void calcHdr_Click();
+    void openCalculator();
     void labelStats_Click();
     void mnuClear_Click();
 

@@ -19,8 +19,7 @@ debuggerForm::debuggerForm(ToolContext& context)
 {
     connectControls();
     terminal_.onChanged = [this] { paint(); };
-    setUpCommonControls();
-    setUpOutputControls(*ui->outBox);
+    setUpOutputTool(*ui);
     takeOptions();
     paint();
     ui->inBox->setFocus();
@@ -106,17 +105,15 @@ void debuggerForm::connectControls()
     onClick(ui->repeatCom, &debuggerForm::repeatCom_Click);
     onTrigger(ui->mnuOpenCom, &debuggerForm::mnuOpenCom_Click);
     onTrigger(ui->mnuCloseCom, &debuggerForm::mnuCloseCom_Click);
-    connect(ui->inBox, &QLineEdit::textChanged, this,
-            [this](const QString& text) { terminal_.setCommand(fromQt(text)); });
+    on(ui->inBox, &QLineEdit::textChanged,
+       [this](const QString& text) { terminal_.setCommand(fromQt(text)); });
     for (const QAbstractButton* option : std::initializer_list<QAbstractButton*>{
              ui->displayDec, ui->displayHex, ui->displayOct, ui->displayAckHdr, ui->displayResponseLen,
              ui->outputScroll, ui->outputOverwrite, ui->outputAppend})
-        connect(option, &QAbstractButton::toggled, this, &debuggerForm::takeOptions);
-
-    const auto through = [this](auto operation) { return [this, operation] { gate().run(operation); }; };
-    connect(ui->labelStats, &QPushButton::clicked, this, through([this] { terminal_.showStatistics(); }));
-    connect(ui->mnuClrOutput, &QAction::triggered, this, through([this] { terminal_.clearOutput(); }));
-    connect(ui->mnuClearCount, &QAction::triggered, this, through([this] { terminal_.clearCounters(); }));
+        on(option, &QAbstractButton::toggled, [this] { takeOptions(); });
+    on(ui->labelStats, &QPushButton::clicked, [this] { terminal_.showStatistics(); });
+    on(ui->mnuClrOutput, &QAction::triggered, [this] { terminal_.clearOutput(); });
+    on(ui->mnuClearCount, &QAction::triggered, [this] { terminal_.clearCounters(); });
 }
 
 void debuggerForm::takeOptions()
