@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <ranges>
 
 namespace zint {
 namespace {
@@ -76,12 +77,11 @@ std::vector<ChartAxis> axesOf(const Design& design, std::span<const std::size_t>
 
 ChartScale scaleOf(std::span<const std::vector<ChartPoint>> lines)
 {
-    ChartColumn all;
-    for (const std::vector<ChartPoint>& line : lines) {
-        for (const ChartPoint& point : line)
-            all.add(point);
-    }
-    return all.isEmpty ? ChartScale() : roundScale(all.lowest.value, all.highest.value);
+    const auto values = lines | std::views::join | std::views::transform(&ChartPoint::value);
+    if (values.begin() == values.end())
+        return {};
+    const auto [lowest, highest] = std::ranges::minmax(values);
+    return roundScale(lowest, highest);
 }
 
 std::string eventName(const Design& design, std::size_t event)

@@ -29,6 +29,7 @@ void SampleStore::reset(const Design& design)
 {
     blocks_.clear();
     size_ = 0;
+    ++generation_;
     events_.clear();
     for (const DesignEntry& event : design.events())
         events_.push_back({.minimum = startingMinimum(event.conversion)});

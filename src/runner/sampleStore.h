@@ -54,6 +54,9 @@ public:
     /// Empties the store and makes it ready for the design's events.
     void reset(const Design& design);
 
+    /// Changes with each reset(): what was read before it is no longer there.
+    std::uint64_t generation() const { return generation_; }
+
     /// Stores a good value. @param event from 0. @param time whole seconds since the first start of polling
     /// @throws std::bad_alloc when there is no room; the store is then as it was
     void add(std::size_t event, std::int32_t value, std::int32_t time);
@@ -82,6 +85,7 @@ private:
     std::vector<std::unique_ptr<Block>> blocks_;
     std::size_t limit_ = mostRecords;
     std::size_t size_ = 0;
+    std::uint64_t generation_ = 0;
     std::vector<EventTotals> events_;
 };
 

@@ -35,9 +35,8 @@ struct LiveChartTest : FormTest {
         for (std::size_t i = 0; const auto& [description, conversion] : events)
             design.events()[i++] = {.code = "0100", .description = description, .conversion = conversion};
         samples.reset(design);
-        chart = makeLiveChart({prompts, dialogs, values}, nullptr);
+        chart = makeLiveChart({design, samples, prompts, dialogs, values}, nullptr);
         form = chart;
-        chart->setRun(design, samples);
         chart->resize(800, 500);
         chart->show();
     }

@@ -17,21 +17,15 @@ constexpr double dotWidth = 5;
 
 } // namespace
 
-ChartLines::ChartLines(QChart& chart, const QWidget& window)
-    : chart_(chart), window_(window), timeAxis_(new QCategoryAxis(&chart))
+ChartLines::ChartLines(QChart& chart, const QWidget& window, const Design& design)
+    : chart_(chart), window_(window), timeAxis_(new QCategoryAxis(&chart)), design_(design),
+      styles_(design.events().size(), none)
 {
     chart_.layout()->setContentsMargins(0, 0, 0, 0);
     chart_.setBackgroundRoundness(0);
     chart_.legend()->hide(); // the list beside it tells the same, and has room for it
     timeAxis_->setLabelsPosition(QCategoryAxis::AxisLabelsPositionOnValue);
     chart_.addAxis(timeAxis_, Qt::AlignBottom);
-}
-
-void ChartLines::setDesign(const Design& design)
-{
-    design_ = &design;
-    styles_.assign(design.events().size(), none);
-    draw({});
 }
 
 /// Each new line takes the first style that no other has.
@@ -62,7 +56,7 @@ void ChartLines::draw(std::span<const std::size_t> events)
     axes_.clear();
     lines_.clear();
 
-    for (ChartAxis& axis : axesOf(*design_, events)) {
+    for (ChartAxis& axis : axesOf(design_, events)) {
         auto* shown = new QValueAxis(&chart_);
         shown->setTitleText(toQt(axis.unit));
         shown->setLabelFormat(QStringLiteral("%g"));
@@ -72,7 +66,7 @@ void ChartLines::draw(std::span<const std::size_t> events)
         axes_.push_back({std::move(axis), shown});
     }
     for (const std::size_t event : events) {
-        const auto axis = std::ranges::find(axes_, axisUnit(*design_, event),
+        const auto axis = std::ranges::find(axes_, axisUnit(design_, event),
                                             [](const ValueAxis& a) { return a.axis.unit; });
         lines_.push_back({.event = event, .axis = static_cast<std::size_t>(axis - axes_.begin())});
     }
@@ -93,12 +87,12 @@ void ChartLines::makeMargins()
     chart_.setMargins(QMargins(margin(ChartAxis::Side::left), usual, margin(ChartAxis::Side::right), usual));
 }
 
-void ChartLines::paint(ChartData& data, const SampleStore& samples, const ChartRange& range)
+void ChartLines::paint(ChartData& data, const ChartRange& range)
 {
     const int pixels = std::max(1, static_cast<int>(chart_.plotArea().width() * window_.devicePixelRatioF()));
     std::vector<std::vector<std::vector<ChartPoint>>> points(axes_.size()); // by axis
     for (const Line& line : lines_)
-        points[line.axis].push_back(data.points(samples, line.event, range.from(), range.to(), pixels));
+        points[line.axis].push_back(data.points(line.event, range.from(), range.to(), pixels));
 
     for (const Line& line : lines_) {
         for (QLineSeries* piece : line.pieces)
@@ -120,8 +114,8 @@ void ChartLines::paint(ChartData& data, const SampleStore& samples, const ChartR
         paintPens();
     std::vector<std::size_t> drawn(axes_.size());
     for (Line& line : lines_) {
-        line.name = toQt(lineName(*design_, line.event, axes_[line.axis].axis, scales[line.axis]));
-        paintLine(line, data.pieces(samples, points[line.axis][drawn[line.axis]++]));
+        line.name = toQt(lineName(design_, line.event, axes_[line.axis].axis, scales[line.axis]));
+        paintLine(line, data.pieces(points[line.axis][drawn[line.axis]++]));
     }
 }
 
@@ -219,7 +213,7 @@ QPen ChartLines::penOf(std::size_t event) const
 QString ChartLines::nameOf(std::size_t event) const
 {
     const auto line = std::ranges::find(lines_, event, &Line::event);
-    return line != lines_.end() ? line->name : toQt(eventName(*design_, event));
+    return line != lines_.end() ? line->name : toQt(eventName(design_, event));
 }
 
 QPixmap ChartLines::sampleOf(std::size_t event) const

@@ -4,7 +4,6 @@
 #include "runner/chartAxes.h"
 #include "runner/chartData.h"
 #include "runner/chartRange.h"
-#include "runner/sampleStore.h"
 
 #include <QCategoryAxis>
 #include <QChart>
@@ -24,18 +23,15 @@ namespace zint {
 /// What a chart shows of a run: a line per drawn event, an axis per unit, and the axis of time.
 class ChartLines {
 public:
-    /// @param window the chart takes its colours and its font
-    ChartLines(QChart& chart, const QWidget& window);
-
-    /// Begins anew, without a line. @param design stays as it is while its events are drawn
-    void setDesign(const Design& design);
+    /// @param window the chart takes its colours and its font. @param design outlives this and stays as it is
+    ChartLines(QChart& chart, const QWidget& window, const Design& design);
 
     /// Chooses what is drawn; paint() does it. An event keeps its style as long as it is drawn.
     /// @param events from 0, in rising order
     void draw(std::span<const std::size_t> events);
 
-    /// Shows a part of the run. @param samples those of the design's events
-    void paint(ChartData& data, const SampleStore& samples, const ChartRange& range);
+    /// Shows a part of the run. @param data of the design's events
+    void paint(ChartData& data, const ChartRange& range);
 
     /// Takes colours and fonts from the window.
     void paintColours();
@@ -72,7 +68,7 @@ private:
     QChart& chart_;
     const QWidget& window_;
     QCategoryAxis* timeAxis_;
-    const Design* design_ = nullptr;
+    const Design& design_;
     std::vector<int> styles_; ///< by event: which colour and dashes; none while it is not drawn
     std::vector<Line> lines_; ///< in the order of the events
     std::vector<ValueAxis> axes_;

@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -48,7 +49,6 @@ class QtLiveChart final : public LiveChart {
 public:
     QtLiveChart(const LiveChartSurroundings& surroundings, QWidget* parent);
 
-    void setRun(const Design& design, const SampleStore& samples) override;
     void setRunning(bool isRunning) override;
 
 protected:
@@ -58,6 +58,7 @@ protected:
 
 private:
     void connectControls();
+    void listEvents();
     std::vector<std::size_t> checkedEvents() const;
     void drawChecked();
     void paint();
@@ -77,8 +78,8 @@ private:
     ChartLines lines_;
     QTimer timer_; ///< until the next look at the store
 
-    const SampleStore* samples_ = nullptr;
     ChartData data_;
+    std::uint64_t generation_ = 0; ///< of the store, when it was last looked at
     ChartRange range_;
     bool isRunning_ = false;
     double lookTime_ = 0; ///< milliseconds that the last look took, without painting
@@ -86,7 +87,8 @@ private:
 
 QtLiveChart::QtLiveChart(const LiveChartSurroundings& surroundings, QWidget* parent)
     : LiveChart(parent), surroundings_(surroundings), ui(std::make_unique<Ui::liveChart>()),
-      view_(new ChartView(this)), lines_(*view_->chart(), *this)
+      view_(new ChartView(this)), lines_(*view_->chart(), *this, surroundings.design),
+      data_(surroundings.design, surroundings.samples)
 {
     ui->setupUi(this);
     view_->setObjectName(QStringLiteral("chartView"));
@@ -98,6 +100,8 @@ QtLiveChart::QtLiveChart(const LiveChartSurroundings& surroundings, QWidget* par
     ui->chartSplitter->setSizes({3 * listWidth, listWidth});
     timer_.setSingleShot(true);
     connectControls();
+    listEvents();
+    drawChecked();
     paintColours();
 }
 
@@ -127,13 +131,10 @@ void QtLiveChart::connectControls()
     view_->onResized = [this] { paint(); };
 }
 
-void QtLiveChart::setRun(const Design& design, const SampleStore& samples)
+void QtLiveChart::listEvents()
 {
-    samples_ = &samples;
-    data_.setDesign(design);
-    lines_.setDesign(design);
+    const Design& design = surroundings_.design;
     const QSignalBlocker quiet(ui->chartEvents); // filled, not checked by the user
-    ui->chartEvents->clear();
     int checked = 0;
     for (std::size_t event = 0; event < design.events().size(); ++event) {
         if (!data_.hasNumbers(event))
@@ -143,19 +144,14 @@ void QtLiveChart::setRun(const Design& design, const SampleStore& samples)
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
         item->setCheckState(checked++ < checkedAtFirst ? Qt::Checked : Qt::Unchecked);
     }
-    drawChecked();
-    look();
 }
 
 void QtLiveChart::setRunning(bool isRunning)
 {
-    if (samples_ == nullptr)
-        return;
-    const bool isEmptied = data_.notice(*samples_);
-    if (isRunning == isRunning_ && !isEmptied)
+    if (isRunning == isRunning_ && generation_ == surroundings_.samples.generation())
         return;
     if (isRunning && !isRunning_)
-        data_.startRun(*samples_);
+        data_.startRun();
     isRunning_ = isRunning;
     look();
 }
@@ -177,19 +173,18 @@ void QtLiveChart::drawChecked()
     paintSamples();
 }
 
-/// Looks what the store has, unless the chart stands still or nobody sees it.
+/// Looks what the store has. A chart that stands still shows no more than that the store was emptied.
 void QtLiveChart::look()
 {
-    if (samples_ == nullptr)
-        return;
     QElapsedTimer timer;
     timer.start();
-    const bool isEmptied = data_.notice(*samples_);
-    if (!ui->chartPause->isChecked() || isEmptied) {
-        range_.setEnd(data_.end(*samples_), isRunning_);
+    const std::uint64_t generation = surroundings_.samples.generation();
+    if (!ui->chartPause->isChecked() || generation != generation_) {
+        range_.setEnd(data_.end(), isRunning_);
         if (isVisible())
             paint();
     }
+    generation_ = generation;
     lookTime_ = static_cast<double>(timer.nsecsElapsed()) / 1e6;
     schedule();
 }
@@ -211,9 +206,7 @@ void QtLiveChart::schedule()
 /// Shows the lines of what the range tells.
 void QtLiveChart::paint()
 {
-    if (samples_ == nullptr)
-        return;
-    lines_.paint(data_, *samples_, range_);
+    lines_.paint(data_, range_);
     paintNames();
 }
 

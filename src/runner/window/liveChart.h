@@ -18,16 +18,14 @@ class LiveChart : public QWidget {
 public:
     using QWidget::QWidget;
 
-    /// Tells what to show. Both outlive the chart; the design stays as it is.
-    virtual void setRun(const Design& design, const SampleStore& samples) = 0;
-
-    /// Tells whether polling runs. It costs next to nothing, so call it whenever the panel may have changed;
-    /// call it at any rate after the store was emptied and before it is filled again.
+    /// Tells whether polling runs. It costs next to nothing, so call it whenever the panel may have changed.
     virtual void setRunning(bool isRunning) = 0;
 };
 
 /// What the chart asks of its window; all of it outlives the chart.
 struct LiveChartSurroundings {
+    const Design& design; ///< stays as it is
+    const SampleStore& samples;
     Prompts& prompts; ///< tells why a picture is not written
     FileDialogs& dialogs;
     ProgramValues& values;

@@ -97,14 +97,15 @@ void obdPollForm::setUpToolbar()
 
 void obdPollForm::setUpChart()
 {
-    chart_ = makeLiveChart({.prompts = prompts(),
+    chart_ = makeLiveChart({.design = context().design,
+                            .samples = poller_.samples(),
+                            .prompts = prompts(),
                             .dialogs = CommonDialog1,
                             .values = context().values,
                             .ask = [this](const std::function<void()>& questions) { ask(questions); }},
                            ui->pages);
     if (chart_ == nullptr)
         return;
-    chart_->setRun(context().design, poller_.samples());
     ui->pages->addTab(chart_, tr("&Chart"));
 }
 
