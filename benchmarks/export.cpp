@@ -3,6 +3,7 @@
 
 #include "catalogue/designFile.h"
 #include "plainPrinter.h"
+#include "runner/dataExport.h"
 #include "runner/dataLog.h"
 
 #include <algorithm>

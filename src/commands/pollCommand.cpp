@@ -8,7 +8,8 @@
 #include "platform/text.h"
 #include "process/console.h"
 #include "process/folders.h"
-#include "runner/dataLog.h"
+#include "runner/dataExport.h"
+#include "runner/dataLogReader.h"
 #include "runner/poller.h"
 #include "shared/textFile.h"
 

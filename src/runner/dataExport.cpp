@@ -1,5 +1,6 @@
+#include "runner/dataExport.h"
+
 #include "catalogue/conversion.h"
-#include "runner/dataLog.h"
 #include "runner/lineWriter.h"
 #include "shared/runTimeError.h"
 

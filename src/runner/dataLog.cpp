@@ -3,7 +3,6 @@
 #include "catalogue/designFile.h"
 #include "runner/lineWriter.h"
 
-#include <algorithm>
 #include <cstdint>
 
 namespace zint {
@@ -39,19 +38,6 @@ void writeLog(std::ostream& stream, const Design& design, const SampleStore& sam
     ProgressSteps records(progress, samples.size());
     for (std::size_t event = 0; event < samples.events().size(); ++event)
         writeBlock(lines, samples, event, records);
-    lines.flush();
-}
-
-void writeDebugDump(std::ostream& stream, const SampleStore& samples, Progress& progress)
-{
-    LineWriter lines(stream);
-    ProgressSteps records(progress, samples.size());
-    for (std::size_t index = 0; index < samples.size(); ++index) {
-        const SampleRecord& record = samples[index];
-        lines << record.link << ',' << record.value << ',' << record.time;
-        lines.endLine();
-        records.step();
-    }
     lines.flush();
 }
 

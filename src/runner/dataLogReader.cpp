@@ -1,19 +1,18 @@
+#include "runner/dataLogReader.h"
+
 #include "catalogue/designFile.h"
-#include "runner/dataLog.h"
 #include "runner/schedule.h"
 #include "shared/fileError.h"
-#include "shared/runTimeError.h"
 #include "shared/textFile.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace zint {
@@ -24,41 +23,15 @@ struct Sample {
     std::int32_t value;
 };
 
-/// Samples of one event. What was taken is given back to the system piece by piece, so that these and the
-/// store that they go to never stand in memory whole together.
-class SampleQueue {
-public:
-    bool isEmpty() const { return pieces_.empty(); }
-    const Sample& front() const { return pieces_.front()[taken_]; }
-
-    void add(const Sample& sample)
-    {
-        if (pieces_.empty() || pieces_.back().size() == pieceSize)
-            pieces_.emplace_back().reserve(pieceSize);
-        pieces_.back().push_back(sample);
-    }
-
-    void pop()
-    {
-        if (++taken_ < pieces_.front().size())
-            return;
-        pieces_.pop_front();
-        taken_ = 0;
-    }
-
-private:
-    static constexpr std::size_t pieceSize = 16384; // 128 KB: enough to be memory of its own
-
-    std::deque<std::vector<Sample>> pieces_;
-    std::size_t taken_ = 0; // of the first piece
-};
-
 /// The samples of an event that wait for their places in the run.
 struct Waiting {
-    std::size_t event; ///< from 0
-    std::int64_t loop; ///< in which the event is requested next
-    SampleQueue samples;
-    std::int32_t time = 0; ///< of the first of them
+    std::size_t event;     ///< from 0
+    std::int64_t loop = 0; ///< in which the event is requested next
+    std::vector<Sample> samples;
+    std::size_t taken = 0;
+
+    const Sample& first() const { return samples[taken]; }
+    std::int32_t time() const { return first().time; }
 };
 
 /// Only what this program writes: no blanks, no sign but the minus, no zeros in front.
@@ -102,20 +75,13 @@ public:
             DataLog log{.design = readLoggedDesign(lines_), .firstStart = startLine()};
             log.samples = inOrderOfRequests(log.design, waiting(log.design));
             return log;
-        } catch (const FileError& error) {
-            fail(error);
-        } catch (const RunTimeError& error) {
-            fail(error);
+        } catch (const std::runtime_error& error) { // also of a number in the design that is none
+            throw FileError("This is no whole data log, line " + std::to_string(lines_.number()) + ": " +
+                            error.what());
         }
     }
 
 private:
-    [[noreturn]] void fail(const std::exception& error) const
-    {
-        throw FileError("This is no whole data log, line " + std::to_string(lines_.number()) + ": " +
-                        error.what());
-    }
-
     /// Nothing at the end of the file. A line without its end is one that was cut off.
     std::optional<std::string> nextLine()
     {
@@ -149,36 +115,36 @@ private:
         const std::size_t count = recordCount();
         std::size_t records = 0;
         std::vector<Waiting> all;
-        all.reserve(design.events().size());
-        bool isBlockEmpty = false;
         while (const auto line = nextLine()) {
-            if (line->starts_with("##")) {
-                if (isBlockEmpty)
-                    throw FileError("the block before has no samples");
-                isBlockEmpty = true;
+            if (line->starts_with("##"))
                 all.push_back(newBlock(design, all, line->substr(2)));
-            } else {
-                if (all.empty())
-                    throw FileError("this sample belongs to no event");
-                all.back().samples.add(toSample(*line));
-                isBlockEmpty = false;
-            }
+            else if (all.empty())
+                throw FileError("this sample belongs to no event");
+            else
+                all.back().samples.push_back(toSample(*line));
             if (++records > count)
                 throw FileError("there are more records than the " + std::to_string(count) + " announced");
         }
-        if (records < count || isBlockEmpty)
+        if (records < count || isLastEmpty(all))
             throw FileError("the file ends after " + std::to_string(records) + " of " +
                             std::to_string(count) + " records");
         return all;
     }
 
+    static bool isLastEmpty(const std::vector<Waiting>& all)
+    {
+        return !all.empty() && all.back().samples.empty();
+    }
+
     static Waiting newBlock(const Design& design, const std::vector<Waiting>& before, std::string_view number)
     {
+        if (isLastEmpty(before))
+            throw FileError("the block before has no samples");
         const auto event = toNumber<std::size_t>(number);
         const std::size_t last = before.empty() ? 0 : before.back().event + 1;
         if (!event || *event <= last || *event > design.events().size())
             throw FileError("this is no event of the design that comes next");
-        return {.event = *event - 1, .loop = 0, .samples = {}};
+        return {.event = *event - 1};
     }
 
     /// The samples as a run brings them: pass by pass, of each pass the events that are due. Bad replies left
@@ -188,35 +154,28 @@ private:
     {
         SampleStore store;
         store.reset(design);
-        const auto entry = [&design](const Waiting& event) -> const DesignEntry& {
-            return design.events()[event.event];
+        const auto dueFrom = [&design](const Waiting& event, std::int64_t loop) {
+            return nextLoop(design.events()[event.event], loop);
         };
-        for (Waiting& event : waiting) {
-            event.loop =
-                event.event == 0 ? 0 : nextLoop(entry(event), 0); // each run begins with the first event
-            event.time = event.samples.front().time;
-        }
+        for (Waiting& event : waiting)
+            event.loop = event.event == 0 ? 0 : dueFrom(event, 0); // each run begins with the first event
         std::int32_t latest = 0;
         while (!waiting.empty()) {
             const auto earliest = std::ranges::min_element(waiting, {}, &Waiting::time);
             auto next = std::ranges::min_element(waiting, {}, &Waiting::loop);
-            if (next->time > std::max(earliest->time, latest)) {
+            if (next->time() > std::max(earliest->time(), latest)) {
                 if (earliest->loop != noLoop) { // its replies were bad while the earliest sample had not come
-                    next->loop = nextLoop(entry(*next), std::max(next->loop + 1, earliest->loop));
+                    next->loop = dueFrom(*next, std::max(next->loop + 1, earliest->loop));
                     continue;
                 }
                 next = earliest;
             }
-            const Sample sample = next->samples.front();
-            latest = std::max(latest, sample.time);
-            store.add(next->event, sample.value, sample.time);
-            next->samples.pop();
+            latest = std::max(latest, next->time());
+            store.add(next->event, next->first().value, next->time());
             if (next->loop != noLoop)
-                next->loop = nextLoop(entry(*next), next->loop + 1);
-            if (next->samples.isEmpty())
+                next->loop = dueFrom(*next, next->loop + 1);
+            if (++next->taken == next->samples.size())
                 waiting.erase(next);
-            else
-                next->time = next->samples.front().time;
         }
         return store;
     }

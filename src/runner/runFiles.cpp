@@ -1,6 +1,8 @@
 #include "runner/runFiles.h"
 
+#include "runner/dataExport.h"
 #include "runner/dataLog.h"
+#include "runner/debugDump.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
 

@@ -4,7 +4,7 @@
 #include "endToEnd/simulator.h"
 #include "forms/formTest.h"
 #include "platform/qtSerialPort.h"
-#include "runner/dataLog.h"
+#include "runner/dataLogReader.h"
 #include "runner/window/obdPollForm.h"
 #include "scanner/window/scanForm.h"
 #include "widgets/plainTextBox.h"

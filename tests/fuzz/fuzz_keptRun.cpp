@@ -2,6 +2,7 @@
 
 #include "fuzz/fuzzInput.h"
 #include "runner/dataLog.h"
+#include "runner/debugDump.h"
 #include "runner/keptRuns.h"
 #include "shared/fileError.h"
 #include "support/temporaryFolder.h"

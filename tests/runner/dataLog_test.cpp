@@ -1,5 +1,7 @@
 #include "catalogue/designFile.h"
+#include "runner/dataExport.h"
 #include "runner/dataLog.h"
+#include "runner/dataLogReader.h"
 #include "runner/schedule.h"
 #include "shared/fileError.h"
 #include "support/failure.h"

@@ -1,5 +1,6 @@
 #include "catalogue/designFile.h"
-#include "runner/dataLog.h"
+#include "runner/debugDump.h"
+#include "runner/keptRuns.h"
 #include "runner/runFiles.h"
 #include "shared/fileError.h"
 #include "support/failure.h"

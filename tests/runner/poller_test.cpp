@@ -1,4 +1,3 @@
-#include "runner/dataLog.h"
 #include "runner/pollPrintout.h"
 #include "runner/pollReply.h"
 #include "runner/poller.h"
