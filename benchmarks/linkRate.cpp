@@ -66,7 +66,7 @@ private:
 int main(int argc, char* argv[])
 {
     return compareRates(
-        argc, argv, {.name = "link", .counted = "requests", .goal = "0.9"},
+        argc, argv, {.name = "link", .counted = "requests", .atLeast = 0.9},
         [](const char* path, int count) { return Run(path, count).secondsTaken(); },
         [](const char* path, int count) { return blockingSeconds(path, "010C\r", count); });
 }

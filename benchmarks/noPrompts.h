@@ -1,6 +1,6 @@
 #pragma once
 
-#include "rate.h"
+#include "measure.h"
 #include "shared/prompts.h"
 
 #include <optional>

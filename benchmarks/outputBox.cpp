@@ -1,7 +1,7 @@
 // What a line costs in the box into which the tools write, as the box grows to as many lines as a mode has
 // PIDs: processor time of the first lines against the last ones.
 
-#include "rate.h"
+#include "measure.h"
 #include "widgets/plainTextBox.h"
 
 #include <QApplication>
@@ -67,9 +67,8 @@ int main(int argc, char* argv[])
     const double last = writing.write(measuredLines, linesAtATime);
     if (writing.shownLines() != lineCount + linesAtATime)
         fail("the box does not show all lines");
-    std::printf(
-        "output box, %d lines: %.2f us for each of the first %d, %.2f us for each of the last: ratio %.2f "
-        "(goal: about 1)\n",
-        lineCount, first, measuredLines, last, last / first);
-    return 0;
+    std::printf("output box, %d lines: %.2f us for each of the first %d, %.2f us for each of the last: ratio "
+                "%.2f (%s)\n",
+                lineCount, first, measuredLines, last, last / first, atMost(1.5, last / first).c_str());
+    return benchmarkStatus();
 }

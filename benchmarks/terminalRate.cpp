@@ -78,7 +78,7 @@ double blockingSecondsOfRepeating(const char* path, int count)
 int main(int argc, char* argv[])
 {
     return compareRates(
-        argc, argv, {.name = "terminal", .counted = "commands", .goal = "0.8"},
+        argc, argv, {.name = "terminal", .counted = "commands", .atLeast = 0.8},
         [](const char* path, int count) { return Run(path, count).secondsTaken(); },
         blockingSecondsOfRepeating);
 }

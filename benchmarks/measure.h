@@ -3,13 +3,15 @@
 #include "blockingLoop.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <sys/resource.h>
 #include <vector>
 
-// What the benchmarks of requests per second have in common.
+// What the benchmarks have in common: times, medians, goals, and the blocking loop beside which requests run.
 
 using RateClock = std::chrono::steady_clock;
 
@@ -30,9 +32,27 @@ inline double processorSeconds()
 
 [[noreturn]] inline void fail(const char* why)
 {
+    constexpr int broken = 2; // 1 tells of a missed goal
     std::fprintf(stderr, "benchmark: %s\n", why);
-    std::exit(1);
+    std::exit(broken);
 }
+
+inline int missedGoals = 0;
+
+/// A goal in words; a missed one says so and is counted.
+inline std::string goalText(const char* bound, double goal, bool reached)
+{
+    std::array<char, 80> text{};
+    missedGoals += reached ? 0 : 1;
+    std::snprintf(text.data(), text.size(), "goal: at %s %g%s", bound, goal, reached ? "" : ", MISSED");
+    return text.data();
+}
+
+inline std::string atLeast(double goal, double figure) { return goalText("least", goal, figure >= goal); }
+inline std::string atMost(double goal, double figure) { return goalText("most", goal, figure <= goal); }
+
+/// What main() returns.
+inline int benchmarkStatus() { return missedGoals > 0 ? 1 : 0; }
 
 /// The requests take turns.
 inline double blockingSeconds(const char* path, const std::vector<const char*>& requests, int count)
