@@ -1,7 +1,6 @@
 // The designer's work on the largest designs. Each step should be done within one frame of the screen, 16 ms.
 
 #include "catalogue/designFile.h"
-#include "designer/designGrid.h"
 #include "designer/loopOffsets.h"
 
 #include <benchmark/benchmark.h>
@@ -19,12 +18,9 @@ Design fullDesign()
 {
     Design design;
     loadDefaultDesign(design);
-    const DesignEntry pattern = design.entries.at(4);
-    for (std::size_t n = 1; n <= Design::maxEvents; ++n) {
-        design.entries.at(n) = pattern;
-        design.entries.at(n).frequency = 1;
-    }
-    design.eventCount() = design.polledCount() = Design::maxEvents;
+    DesignEntry pattern = design.events.at(3);
+    pattern.frequency = 1;
+    design.events.assign(Design::maxEvents, pattern);
     return design;
 }
 
@@ -59,10 +55,10 @@ void load(benchmark::State& state)
 
 void commitGrid(benchmark::State& state)
 {
-    Design design = fullDesign();
-    const DesignGrid grid = gridOf(design);
+    const Design draft = fullDesign();
     for (auto _ : state) {
-        commit(grid, design);
+        Design design = draft;
+        dropUnpolled(design);
         benchmark::DoNotOptimize(design);
     }
 }
@@ -78,7 +74,7 @@ void save(benchmark::State& state)
 void timeline(benchmark::State& state)
 {
     Design design = fullDesign();
-    design.entries.back().frequency = slowestChoice;
+    design.events.back().frequency = slowestChoice;
     for (auto _ : state)
         benchmark::DoNotOptimize(timelineText(design));
 }

@@ -38,15 +38,12 @@ constexpr std::array conversions = {1, 4, 5, 7, 9, 14, 15, 17}; // what engines 
 
 zint::Design fullDesign()
 {
-    zint::Design design;
-    design.title() = "Benchmark";
-    design.eventCount() = zint::Design::maxEvents;
-    for (std::size_t n = 0; zint::DesignEntry & event : design.events()) {
-        event = {.code = "010C",
-                 .description = "Event",
-                 .conversion = conversions.at(n++ % conversions.size()),
-                 .frequency = 1};
-    }
+    zint::Design design{.title = "Benchmark"};
+    for (std::size_t n = 0; n < zint::Design::maxEvents; ++n)
+        design.events.push_back({.code = "010C",
+                                 .description = "Event",
+                                 .conversion = conversions.at(n % conversions.size()),
+                                 .frequency = 1});
     return design;
 }
 
@@ -62,7 +59,7 @@ struct Run {
     explicit Run(int passes) : design(fullDesign())
     {
         std::mt19937 random{1};
-        for (const zint::DesignEntry& event : design.events())
+        for (const zint::DesignEntry& event : design.events)
             eventConversions.push_back(event.conversion);
         times.reserve(static_cast<std::size_t>(passes));
         values.reserve(times.capacity() *
@@ -72,7 +69,7 @@ struct Run {
             for (const int conversion : eventConversions)
                 values.push_back(rawValue(static_cast<std::uint32_t>(random()), conversion));
         }
-        plain = {.events = design.eventCount(),
+        plain = {.events = static_cast<int>(design.events.size()),
                  .passes = passes,
                  .conversions = eventConversions.data(),
                  .times = times.data(),

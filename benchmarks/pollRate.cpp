@@ -19,16 +19,12 @@
 namespace {
 
 constexpr int rounds = 5;
-constexpr int eventCount = 4;
+constexpr std::size_t eventCount = 4;
 
 zint::Design fourEvents()
 {
-    zint::Design design;
-    design.title() = "Benchmark";
-    design.eventCount() = design.polledCount() = eventCount;
-    for (zint::DesignEntry& event : design.events())
-        event = {.code = "010C", .description = "Engine RPM", .conversion = 5, .frequency = 1};
-    return design;
+    const zint::DesignEntry rpm{.code = "010C", .description = "Engine RPM", .conversion = 5, .frequency = 1};
+    return {.title = "Benchmark", .events = std::vector(eventCount, rpm)};
 }
 
 struct Run {

@@ -2,10 +2,9 @@
 
 #include "catalogue/pidCatalogue.h"
 #include "shared/module1.h"
-#include "shared/runTimeError.h"
 
+#include <algorithm>
 #include <string_view>
-#include <utility>
 
 namespace zint {
 namespace {
@@ -29,46 +28,38 @@ DesignEntry defaultEvent(int pid)
     };
     if (isPolledByDefault(event.description, event.conversion)) {
         event.frequency = defaultFrequency;
-        event.offset = (pid - 1) % defaultFrequency; // spreads the events over the passes
+        event.offset = (pid - 1) % defaultFrequency; // spreads the events over the loops
     }
     return event;
 }
 
 } // namespace
 
-bool isDue(const DesignEntry& event, std::int64_t pass)
+std::size_t Design::polledCount() const
 {
-    if (event.frequency == 0)
-        throw RunTimeError::divisionByZero();
-    return (event.offset + pass) % event.frequency == 0;
+    return static_cast<std::size_t>(std::ranges::count_if(events, &DesignEntry::isPolled));
+}
+
+std::string summaryOf(const Design& design)
+{
+    return design.title + " (" + std::to_string(design.events.size()) + " events)";
+}
+
+bool isDue(const DesignEntry& event, std::int64_t loop)
+{
+    return event.isPolled() && (event.offset + loop) % event.frequency == 0;
 }
 
 void dropUnpolled(Design& design)
 {
-    std::int32_t kept = 0;
-    for (DesignEntry event : design.events()) {
-        if (event.frequency < 1)
-            continue;
-        DesignEntry& place = design.entries.at(static_cast<std::size_t>(++kept));
-        event.reserved1 = place.reserved1;
-        event.reserved2 = place.reserved2;
-        place = std::move(event);
-    }
-    design.eventCount() = design.polledCount() = kept;
+    std::erase_if(design.events, [](const DesignEntry& event) { return !event.isPolled(); });
 }
 
 void loadDefaultDesign(Design& design)
 {
-    design.entries = {};
-    design.title() = "Default Settings";
-    design.eventCount() = pidCount - 1;
-    for (int pid = 1; pid < pidCount; ++pid) {
-        DesignEntry& event = design.entries.at(static_cast<std::size_t>(pid));
-        event = defaultEvent(pid);
-        if (event.frequency > 0)
-            ++design.polledCount();
-    }
-    design.extraCommands.clear();
+    design = {.title = "Default Settings", .sampleSpeed = design.sampleSpeed};
+    for (int pid = 1; pid < pidCount; ++pid)
+        design.events.push_back(defaultEvent(pid));
 }
 
 } // namespace zint

@@ -3,60 +3,63 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
+#include <vector>
 
 namespace zint {
 
-/// One entry of a polling design. Entry 0 is the design's header and uses the fields as Design's accessors
-/// say.
+/// An event of a polling design: a request, and how often it is sent.
 struct DesignEntry {
     std::string code; ///< the request as typed, normally hexadecimal such as "0105"
     std::string description;
     std::int32_t conversion = 0; ///< a row of ConversionTable
-    std::int32_t frequency = 0;  ///< requested once in so many passes; 0: never
-    std::int32_t offset = 0;    ///< shifts the pass: requested in pass L when (offset + L) mod frequency is 0
-    std::int32_t reserved1 = 0; ///< kept and saved with the event, without a meaning here
-    std::int32_t reserved2 = 0; ///< as reserved1
+    std::int32_t frequency = 0;  ///< requested once in so many loops; below 1: never
+    std::int32_t offset = 0; ///< shifts the loop: requested in loop L when (offset + L) mod frequency is 0
+
+    bool isPolled() const { return frequency >= 1; }
+    bool operator==(const DesignEntry&) const = default;
 };
 
-/// The polling design: a header, up to 64 events, and how the adapter is prepared for them. The designer
-/// writes it, the runner reads it.
+/// The polling design: its events, and how the adapter is prepared for them. The designer writes it, the
+/// runner reads it.
 struct Design {
-    static constexpr int maxEvents = 64;
+    static constexpr std::size_t maxEvents = 64;
     static constexpr std::int16_t automaticSpeed = -1;
     static constexpr std::int16_t defaultSpeed = 200;
 
-    std::array<DesignEntry, maxEvents + 1> entries; ///< [0] the header, [1] to [eventCount()] the events
-    std::string extraCommands;               ///< upper case, beginning with "AT", separated by ";"; or empty
+    /// Numbers that are kept and saved without a meaning here.
+    struct Place {
+        std::int32_t reserved1 = 0;
+        std::int32_t reserved2 = 0;
+
+        bool operator==(const Place&) const = default;
+    };
+
+    std::string title;
+    std::vector<DesignEntry> events;       ///< at most maxEvents, but for a draft of the designer
+    std::array<Place, maxEvents> places{}; ///< of the list of events: an event that moves leaves them behind
+    std::string extraCommands;             ///< upper case, beginning with "AT", separated by ";"; or empty
     std::int16_t sampleSpeed = defaultSpeed; ///< the adapter's time-out in ms, or automaticSpeed
 
-    std::string& title() { return entries[0].description; }
-    const std::string& title() const { return entries[0].description; }
-    std::int32_t& eventCount() { return entries[0].frequency; } ///< 0 to maxEvents
-    std::int32_t eventCount() const { return entries[0].frequency; }
-    std::int32_t& polledCount() { return entries[0].offset; } ///< events with a frequency above 0
-    std::int32_t polledCount() const { return entries[0].offset; }
-
-    std::span<DesignEntry> events() { return std::span(entries).subspan(1, count()); }
-    std::span<const DesignEntry> events() const { return std::span(entries).subspan(1, count()); }
+    std::size_t polledCount() const;
 
     /// Whether the design holds nothing but polled events, as it does once it was committed in the designer.
-    bool isCommitted() const { return eventCount() == polledCount(); }
+    bool isCommitted() const { return polledCount() == events.size(); }
 
-private:
-    std::size_t count() const { return static_cast<std::size_t>(eventCount()); }
+    bool operator==(const Design&) const = default;
 };
 
-/// Whether an event is requested in a pass of the polling loop, counted from 0.
-/// @throws RunTimeError 11 for frequency 0
-bool isDue(const DesignEntry& event, std::int64_t pass);
+/// "title (N events)"
+std::string summaryOf(const Design& design);
 
-/// Leaves the polled events only, in their order. The reserved numbers stay with the places in the list.
+/// Whether an event is requested in a loop, counted from 0.
+bool isDue(const DesignEntry& event, std::int64_t loop);
+
+/// Leaves the polled events only.
 void dropUnpolled(Design& design);
 
-/// Replaces the design's header, events and extra commands by the built-in default: every parameter of the
-/// catalogue but PID 00, of which those with a readable value are polled in every tenth pass.
+/// Replaces the design's title, events and extra commands by the built-in default: every parameter of the
+/// catalogue but PID 00, of which those with a readable value are polled in every tenth loop.
 void loadDefaultDesign(Design& design);
 
 } // namespace zint

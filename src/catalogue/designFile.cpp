@@ -4,8 +4,6 @@
 #include "shared/runTimeError.h"
 #include "shared/textFile.h"
 
-#include <algorithm>
-#include <iterator>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -71,60 +69,33 @@ void readSettings(std::string_view line, Design& design)
         design.sampleSpeed = toSpeed(line.substr(end + 1));
 }
 
-DesignEntry toEvent(const std::vector<std::string_view>& fields)
-{
-    DesignEntry event{.code = std::string(fields[0]),
-                      .description = std::string(fields[1]),
-                      .conversion = toInteger(fields[2]),
-                      .frequency = toInteger(fields[3]),
-                      .offset = toInteger(fields[4])};
-    if (fields.size() == mostFields) {
-        event.reserved1 = toInteger(fields[5]);
-        event.reserved2 = toInteger(fields[6]);
-    }
-    return event;
-}
-
-/// A design as text has it: events without end.
-struct Block {
-    Design design; ///< all but its events
-    std::vector<DesignEntry> events;
+/// What the line of an event holds.
+struct EventLine {
+    DesignEntry event;
+    Design::Place place;
 };
 
+EventLine toEvent(const std::vector<std::string_view>& fields)
+{
+    EventLine line{.event = {.code = std::string(fields[0]),
+                             .description = std::string(fields[1]),
+                             .conversion = toInteger(fields[2]),
+                             .frequency = toInteger(fields[3]),
+                             .offset = toInteger(fields[4])}};
+    if (fields.size() == mostFields)
+        line.place = {.reserved1 = toInteger(fields[5]), .reserved2 = toInteger(fields[6])};
+    return line;
+}
+
 /// @throws FileError for an event too many
-void add(DesignEntry event, std::vector<DesignEntry>& events, std::size_t most)
+void add(EventLine line, Design& design, std::size_t mostEvents)
 {
-    if (events.size() == most)
-        throw FileError("the file holds more than " + std::to_string(most) + " events");
-    events.push_back(std::move(event));
-}
-
-Block readBlock(std::istream& stream, std::size_t mostEvents)
-{
-    LineReader lines(stream);
-    Block block;
-    block.design.title() = lineOf(lines);
-    readSettings(lineOf(lines), block.design);
-    while (const auto line = nextLine(lines)) {
-        if (line->starts_with(endLine))
-            break;
-        const auto fields = split(*line);
-        if (fields.size() >= fewestFields)
-            add(toEvent(fields), block.events, mostEvents);
-    }
-    return block;
-}
-
-/// The design of a block, with as many of its events as it has room for.
-Design designOf(const Block& block)
-{
-    Design design = block.design;
-    const std::size_t count = std::min<std::size_t>(block.events.size(), Design::maxEvents);
-    std::ranges::copy_n(block.events.begin(), static_cast<std::ptrdiff_t>(count), design.entries.begin() + 1);
-    design.eventCount() = static_cast<std::int32_t>(count);
-    design.polledCount() = static_cast<std::int32_t>(
-        std::ranges::count_if(design.events(), [](const DesignEntry& event) { return event.frequency > 0; }));
-    return design;
+    const std::size_t n = design.events.size();
+    if (n == mostEvents)
+        throw FileError("the file holds more than " + std::to_string(mostEvents) + " events");
+    if (n < design.places.size())
+        design.places.at(n) = line.place;
+    design.events.push_back(std::move(line.event));
 }
 
 std::string settingsText(const Design& design)
@@ -132,29 +103,17 @@ std::string settingsText(const Design& design)
     return design.extraCommands + separator + std::to_string(design.sampleSpeed);
 }
 
-std::string eventText(const DesignEntry& event, EventFields fields)
+std::string eventText(const DesignEntry& event)
 {
     std::string text = event.code + separator + event.description;
-    const auto append = [&text](std::int32_t number) { (text += separator) += std::to_string(number); };
-    append(event.conversion);
-    append(event.frequency);
-    append(event.offset);
-    if (fields == EventFields::all) {
-        append(event.reserved1);
-        append(event.reserved2);
-    }
+    for (const std::int32_t number : {event.conversion, event.frequency, event.offset})
+        (text += separator) += std::to_string(number);
     return text;
 }
 
-void writeBlock(std::ostream& stream, const Design& design, std::span<const DesignEntry> more,
-                EventFields fields)
+std::string placeText(const Design::Place& place)
 {
-    stream << design.title() << lineEnd << settingsText(design) << lineEnd;
-    for (const auto events : {design.events(), more}) {
-        for (const DesignEntry& event : events)
-            stream << eventText(event, fields) << lineEnd;
-    }
-    stream << endLine << lineEnd;
+    return separator + std::to_string(place.reserved1) + separator + std::to_string(place.reserved2);
 }
 
 } // namespace
@@ -172,45 +131,50 @@ void requireStorable(std::string_view text)
 
 void writeDesign(std::ostream& stream, const Design& design, EventFields fields)
 {
-    writeBlock(stream, design, {}, fields);
+    stream << design.title << lineEnd << settingsText(design) << lineEnd;
+    for (std::size_t n = 0; n < design.events.size(); ++n) {
+        stream << eventText(design.events[n]);
+        if (fields == EventFields::all)
+            stream << placeText(n < design.places.size() ? design.places.at(n) : Design::Place());
+        stream << lineEnd;
+    }
+    stream << endLine << lineEnd;
 }
 
-void writeDesign(std::ostream& stream, const Design& design, std::span<const DesignEntry> more)
+Design readDesign(std::istream& stream, std::size_t mostEvents)
 {
-    writeBlock(stream, design, more, EventFields::all);
+    LineReader lines(stream);
+    Design design{.title = lineOf(lines)};
+    readSettings(lineOf(lines), design);
+    while (const auto line = nextLine(lines)) {
+        if (line->starts_with(endLine))
+            break;
+        const auto fields = split(*line);
+        if (fields.size() >= fewestFields)
+            add(toEvent(fields), design, mostEvents);
+    }
+    return design;
 }
-
-Design readDesign(std::istream& stream) { return designOf(readBlock(stream, Design::maxEvents)); }
 
 Design readLoggedDesign(LineReader& lines)
 {
-    Block block;
-    block.design.title() = lineOf(lines);
+    Design design{.title = lineOf(lines)};
     const std::string settings = lineOf(lines);
-    readSettings(settings, block.design);
-    if (settings != settingsText(block.design))
+    readSettings(settings, design);
+    if (settings != settingsText(design))
         throw FileError("these are no settings of a data log's design");
     for (;;) {
         const auto line = nextLine(lines);
         if (!line)
             throw FileError("the file ends before its design does");
         if (*line == endLine)
-            return designOf(block);
-        DesignEntry event;
-        if (const auto fields = split(*line); fields.size() >= fewestFields)
-            event = toEvent(fields);
-        if (*line != eventText(event, EventFields::withoutReserved))
+            return design;
+        const auto fields = split(*line);
+        EventLine read = fields.size() >= fewestFields ? toEvent(fields) : EventLine();
+        if (*line != eventText(read.event))
             throw FileError("this is no event of a data log's design");
-        add(event, block.events, Design::maxEvents);
+        add({.event = std::move(read.event)}, design, Design::maxEvents);
     }
-}
-
-Design readDesign(std::istream& stream, std::vector<DesignEntry>& more)
-{
-    const Block block = readBlock(stream, std::numeric_limits<std::size_t>::max());
-    const std::size_t room = std::min<std::size_t>(block.events.size(), Design::maxEvents);
-    more.assign(block.events.begin() + static_cast<std::ptrdiff_t>(room), block.events.end());
-    return designOf(block);
 }
 
 Design loadDesign(const std::string& path)

@@ -3,14 +3,13 @@
 #include "catalogue/design.h"
 #include "shared/textFile.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <istream>
 #include <ostream>
-#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <vector>
 
 /// Polling designs as text: a title, a settings line, one line per event, an end line. A data log begins with
 /// the same block.
@@ -40,9 +39,9 @@ void writeDesign(std::ostream& stream, const Design& design, EventFields fields 
 
 /// Reads a design up to its end line; what follows is left. A speed that the slider can't show becomes the
 /// default one.
-/// @throws RunTimeError 13 or 6 for a field that is no number or too large; FileError for more than 64
-/// events, a text that ends before its settings line, or a line that is too long
-Design readDesign(std::istream& stream);
+/// @throws RunTimeError 13 or 6 for a field that is no number or too large; FileError for too many events, a
+/// text that ends before its settings line, or a line that is too long
+Design readDesign(std::istream& stream, std::size_t mostEvents = Design::maxEvents);
 
 /// Reads the design that a data log begins with, and nothing that writeDesign() would not have written there.
 /// @throws as readDesign(), and FileError for a line that is different; it is the last one that was read
@@ -51,10 +50,5 @@ Design readLoggedDesign(LineReader& lines);
 /// Reads and writes a design's file. @throws FileError when it can't be opened, read or written, and as above
 Design loadDesign(const std::string& path);
 void saveDesign(const std::string& path, const Design& design);
-
-/// A design that is being edited may have more events than a design holds: `more` are those behind the last
-/// one that it has room for.
-void writeDesign(std::ostream& stream, const Design& design, std::span<const DesignEntry> more);
-Design readDesign(std::istream& stream, std::vector<DesignEntry>& more);
 
 } // namespace zint

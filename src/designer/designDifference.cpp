@@ -1,41 +1,43 @@
 #include "designer/designDifference.h"
 
+#include "designer/sampleSpeed.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace zint {
 namespace {
 
-using Rows = std::vector<GridRow>;
+using Events = std::vector<DesignEntry>;
 
-/// The rows that have no equal among the others.
-Rows without(Rows list, const Rows& others)
+/// The events that have no equal among the others.
+Events without(Events list, const Events& others)
 {
-    for (const GridRow& other : others) {
+    for (const DesignEntry& other : others) {
         if (const auto found = std::ranges::find(list, other); found != list.end())
             list.erase(found);
     }
     return list;
 }
 
-std::string named(const std::string& what, const Rows& rows)
+std::string named(const std::string& what, const Events& events)
 {
     constexpr std::size_t mostNames = 2;
     std::string text;
-    for (std::size_t i = 0; i < std::min(rows.size(), mostNames); ++i)
-        text += (i == 0 ? what + ": " : ", ") + rows[i].code + " " + rows[i].description;
-    if (rows.size() > mostNames)
-        text += " and " + std::to_string(rows.size() - mostNames) + " more";
+    for (std::size_t i = 0; i < std::min(events.size(), mostNames); ++i)
+        text += (i == 0 ? what + ": " : ", ") + events[i].code + " " + events[i].description;
+    if (events.size() > mostNames)
+        text += " and " + std::to_string(events.size() - mostNames) + " more";
     return text;
 }
 
-std::string rowDifference(const Rows& rows, const Rows& from)
+std::string eventDifference(const Events& events, const Events& from)
 {
-    if (const Rows changed = without(rows, from); !changed.empty())
+    if (const Events changed = without(events, from); !changed.empty())
         return named("other rows", changed);
-    if (const Rows missing = without(from, rows); !missing.empty())
+    if (const Events missing = without(from, events); !missing.empty())
         return named("without", missing);
-    return rows == from ? "" : "another order";
+    return events == from ? "" : "another order";
 }
 
 std::string commandDifference(const std::string& commands, const std::string& from)
@@ -47,11 +49,11 @@ std::string commandDifference(const std::string& commands, const std::string& fr
 
 } // namespace
 
-std::string differenceText(const DesignContent& design, const DesignContent& from)
+std::string differenceText(const Design& design, const Design& from)
 {
     std::string text;
     for (const std::string& part :
-         {rowDifference(design.grid.rows, from.grid.rows),
+         {eventDifference(design.events, from.events),
           commandDifference(design.extraCommands, from.extraCommands),
           design.sampleSpeed == from.sampleSpeed ? "" : "sample speed " + speedText(design.sampleSpeed)}) {
         if (!part.empty())

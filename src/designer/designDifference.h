@@ -1,6 +1,6 @@
 #pragma once
 
-#include "designer/designGrid.h"
+#include "catalogue/design.h"
 
 #include <string>
 
@@ -8,6 +8,6 @@ namespace zint {
 
 /// In what one design differs from another one, for a user who has to tell them apart: "other rows: 0105
 /// Coolant Temp and 2 more; init commands ATH1". Titles are not compared.
-std::string differenceText(const DesignContent& design, const DesignContent& from);
+std::string differenceText(const Design& design, const Design& from);
 
 } // namespace zint

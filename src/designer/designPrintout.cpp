@@ -1,6 +1,7 @@
 #include "designer/designPrintout.h"
 
 #include "designer/gridEditing.h"
+#include "designer/sampleSpeed.h"
 #include "shared/module1.h"
 
 namespace zint {
@@ -11,7 +12,7 @@ std::string lineUnlessEmpty(const std::string& caption, const std::string& text)
     return text.empty() ? "" : "<br>" + caption + htmlText(text);
 }
 
-std::string tableRow(const GridRow& row)
+std::string tableRow(const DesignEntry& row)
 {
     std::string html = "<tr>";
     for (const GridHeading& heading : gridHeadings)
@@ -21,10 +22,10 @@ std::string tableRow(const GridRow& row)
 
 } // namespace
 
-std::string designPrintout(const DesignContent& design, const std::string& file, const std::string& date)
+std::string designPrintout(const Design& design, const std::string& file, const std::string& date)
 {
     const std::string indent = "&nbsp;&nbsp;&nbsp;";
-    std::string html = "<h2>Polling Design</h2><p><b>" + htmlText(design.grid.title) + "</b>" +
+    std::string html = "<h2>Polling Design</h2><p><b>" + htmlText(design.title) + "</b>" +
                        lineUnlessEmpty("", file) + "<br>" + htmlText(date) + "<br>" + indent +
                        "Sample Speed: ";
     html += design.sampleSpeed == Design::automaticSpeed ? "Dynamic" : speedText(design.sampleSpeed);
@@ -33,7 +34,7 @@ std::string designPrintout(const DesignContent& design, const std::string& file,
     for (const GridHeading& heading : gridHeadings)
         html += "<th align=\"left\">" + std::string(heading.text) + "</th>";
     html += "</tr>";
-    for (const GridRow& row : design.grid.rows)
+    for (const DesignEntry& row : design.events)
         html += tableRow(row);
     return html + "</table>";
 }

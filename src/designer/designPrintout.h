@@ -1,6 +1,6 @@
 #pragma once
 
-#include "designer/designGrid.h"
+#include "catalogue/design.h"
 
 #include <string>
 
@@ -10,6 +10,6 @@ namespace zint {
 /// event.
 /// @param design as it would be saved: its own speed, not the slider's. @param file its name, may be empty
 /// @param date as it shall be printed
-std::string designPrintout(const DesignContent& design, const std::string& file, const std::string& date);
+std::string designPrintout(const Design& design, const std::string& file, const std::string& date);
 
 } // namespace zint

@@ -1,9 +1,10 @@
 #include "designer/designer.h"
 
 #include "catalogue/designFile.h"
+#include "designer/initCommands.h"
 #include "designer/loopOffsets.h"
 #include "designer/pollCost.h"
-#include "designer/pollPreparation.h"
+#include "designer/sampleSpeed.h"
 #include "designer/supportReply.h"
 #include "shared/fileError.h"
 #include "shared/module1.h"
@@ -27,14 +28,13 @@ constexpr const char* neverPolledText =
 
 bool isLog(const std::string& path) { return upperCase(path).ends_with(".LOG"); }
 
-std::ptrdiff_t enabledCount(const DesignGrid& grid)
-{
-    return std::ranges::count_if(grid.rows, &GridRow::isEnabled);
-}
-
-bool isPolledWhole(const DesignGrid& grid) { return std::ranges::all_of(grid.rows, &GridRow::isEnabled); }
-
 } // namespace
+
+TooManyEvents::TooManyEvents(std::size_t count)
+    : std::runtime_error("The design has " + std::to_string(count) + " polled events, but no more than " +
+                         std::to_string(Design::maxEvents) + " fit. Disable or delete some.")
+{
+}
 
 Designer::Designer(SerialPort& port, Timer& timer, Timer& silence, const ConnectionChoice& choice,
                    Design& design, Prompts& prompts, FileDialogs& dialogs, ProgramValues& values,
@@ -56,7 +56,7 @@ void Designer::load()
     beginWithDesign();
     if (design_.isCommitted()) {
         nameFile(ownFile);
-        if (kept_.resume(panel_.obdGrid, design_))
+        if (kept_.resume(draft()))
             unsaved_.beginUnsaved();
     } else if (fileExists(values_.parmSave)) {
         loadFile(values_.parmSave);
@@ -64,9 +64,9 @@ void Designer::load()
         nameFile(ownFile); // saving makes it anew
     }
     if (!isPollingWanted)
-        panel_.statusBox = summaryOf(panel_.obdGrid);
-    else if (isPolledWhole(panel_.obdGrid))
-        panel_.statusBox = summaryOf(panel_.obdGrid) + " - press Goto Polling";
+        panel_.statusBox = summary();
+    else if (draft().isCommitted())
+        panel_.statusBox = summary() + " - press Goto Polling";
     else
         panel_.statusBox = neverPolledText;
     changed();
@@ -102,17 +102,18 @@ void Designer::open()
 
 void Designer::recover()
 {
-    const auto chosen = chooseToRecover(prompts_, kept_.list(content()), "design");
+    const auto chosen = chooseToRecover(prompts_, kept_.list(draft()), "design");
     if (!chosen)
         return;
-    DesignDraft draft = kept_.bringBack(*chosen);
-    design_ = std::move(draft.design);
+    const Design draft = kept_.bringBack(*chosen);
+    design_ = draft;
+    design_.events.resize(std::min(draft.events.size(), Design::maxEvents));
     showWithoutHistory();
-    panel_.obdGrid = std::move(draft.grid); // may be longer than the design
+    panel_.obdGrid = draft.events;
     unsaved_.beginUnsaved();
     values_.mayOverwriteSave = false;
     nameFile({});
-    panel_.statusBox = summaryOf(panel_.obdGrid) + " recovered";
+    panel_.statusBox = summary() + " recovered";
     changed();
 }
 
@@ -122,18 +123,17 @@ void Designer::saveAs() { saveFile(true); }
 
 void Designer::saveFile(bool asking)
 {
-    Design committed = design_;
-    zint::commit(panel_.obdGrid, committed);
+    Design design = committed();
     const std::string path =
         asking ? dialogs_.chooseToSave(saveKinds, values_.parmInitDir, proposedName()) : values_.parmSave;
     if (path.empty())
         return;
-    write(path, committed);
+    write(path, design);
     if (asking)
         values_.rememberFolderOf(path);
-    design_ = std::move(committed);
+    design_ = std::move(design);
     rebuild();
-    unsaved_.saved(content());
+    unsaved_.saved(draft());
     values_.mayOverwriteSave = true;
     nameFile(path);
     panel_.statusBox = panel_.fileLab + " saved";
@@ -141,10 +141,10 @@ void Designer::saveFile(bool asking)
 }
 
 /// @throws FileError when that fails; the status says so too, for the box about it is soon gone
-void Designer::write(const std::string& path, const Design& committed)
+void Designer::write(const std::string& path, const Design& design)
 {
     try {
-        saveDesign(path, committed);
+        saveDesign(path, design);
     } catch (const FileError&) {
         panel_.statusBox = fileNamePart(path) + " not saved";
         changed();
@@ -204,34 +204,35 @@ bool Designer::isSample(const std::string& path) const
 
 void Designer::setTitle(const std::string& title)
 {
-    panel_.obdGrid.title = title;
+    panel_.pollTitle = title;
     changed();
 }
 
 /// Changes the grid, which can be undone.
-void Designer::change(const std::function<void(DesignGrid&)>& change)
+void Designer::changeRows(const std::function<void(GridRows&)>& change)
 {
-    DesignGrid edited = panel_.obdGrid;
+    GridRows before = panel_.obdGrid;
+    GridRows edited = before;
     change(edited);
-    if (edited.rows != panel_.obdGrid.rows) {
-        history_.remember(panel_.obdGrid.rows);
+    panel_.obdGrid = std::move(edited);
+    if (panel_.obdGrid.size() != before.size())
+        panel_.statusBox = summary();
+    if (panel_.obdGrid != before) {
+        history_.remember(std::move(before));
         panel_.sorting.reset();
     }
-    if (edited.rows.size() != panel_.obdGrid.rows.size())
-        panel_.statusBox = summaryOf(edited);
-    panel_.obdGrid = std::move(edited);
 }
 
-void Designer::edit(const std::function<void(DesignGrid&)>& change)
+void Designer::edit(const std::function<void(GridRows&)>& change)
 {
-    this->change(change);
+    changeRows(change);
     changed();
 }
 
 void Designer::setCell(std::size_t row, GridColumn column, std::string_view text)
 {
     try {
-        edit([&](DesignGrid& grid) { zint::setCell(grid.rows.at(row), column, text); });
+        edit([&](GridRows& rows) { enterText(rows.at(row), column, text); });
     } catch (const RunTimeError& error) {
         throw RunTimeError(error.number(), error.what(), cellAdvice(row, column, text));
     }
@@ -239,24 +240,27 @@ void Designer::setCell(std::size_t row, GridColumn column, std::string_view text
 
 void Designer::moveRow(std::size_t from, std::size_t to)
 {
-    edit([&](DesignGrid& grid) { zint::moveRow(grid, from, to); });
+    edit([&](GridRows& rows) { shiftRow(rows, from, to); });
 }
 
 void Designer::removeRow(std::size_t row)
 {
-    edit([&](DesignGrid& grid) { zint::removeRow(grid, row); });
+    edit([&](GridRows& rows) { rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(row)); });
 }
 
 void Designer::duplicateRow(std::size_t row)
 {
-    edit([&](DesignGrid& grid) { zint::duplicateRow(grid, row); });
+    edit([&](GridRows& rows) {
+        const DesignEntry copy = rows.at(row);
+        rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(row) + 1, copy);
+    });
 }
 
 void Designer::sortBy(GridColumn column)
 {
     const GridSorting ascending{.column = column};
     const GridSorting sorting{.column = column, .descending = panel_.sorting == ascending};
-    change([&](DesignGrid& grid) { sortRows(grid, sorting); });
+    changeRows([&](GridRows& rows) { sortRows(rows, sorting); });
     panel_.sorting = sorting;
     changed();
 }
@@ -265,24 +269,24 @@ void Designer::undo() { step(&GridHistory::undo); }
 
 void Designer::redo() { step(&GridHistory::redo); }
 
-void Designer::step(void (GridHistory::*direction)(GridHistory::Rows&))
+void Designer::step(void (GridHistory::*direction)(GridRows&))
 {
-    const std::size_t before = panel_.obdGrid.rows.size();
-    (history_.*direction)(panel_.obdGrid.rows);
-    if (panel_.obdGrid.rows.size() != before)
-        panel_.statusBox = summaryOf(panel_.obdGrid);
+    const std::size_t before = panel_.obdGrid.size();
+    (history_.*direction)(panel_.obdGrid);
+    if (panel_.obdGrid.size() != before)
+        panel_.statusBox = summary();
     panel_.sorting.reset();
     changed();
 }
 
 void Designer::disableAll()
 {
-    edit([](DesignGrid& grid) { setAllFrequencies(grid, 0); });
+    edit([](GridRows& rows) { setAllFrequencies(rows, 0); });
 }
 
 void Designer::enableAll()
 {
-    edit([](DesignGrid& grid) { setAllFrequencies(grid, 1); });
+    edit([](GridRows& rows) { setAllFrequencies(rows, 1); });
 }
 
 bool Designer::addNew()
@@ -291,8 +295,8 @@ bool Designer::addNew()
         prompts_.inputOrChoose("New Hexadecimal Command ", "Add New Event", requestChoices());
     if (!request || request->empty())
         return false;
-    change([&](DesignGrid& grid) { addRow(grid, *request); });
-    const std::string& code = panel_.obdGrid.rows.back().code;
+    changeRows([&](GridRows& rows) { addRow(rows, *request); });
+    const std::string& code = panel_.obdGrid.back().code;
     if (!isHexadecimal(code))
         panel_.statusBox = code + " is no hexadecimal number; it is sent as it is";
     changed();
@@ -301,7 +305,7 @@ bool Designer::addNew()
 
 void Designer::commit()
 {
-    zint::commit(panel_.obdGrid, design_);
+    design_ = committed();
     rebuild();
     changed();
 }
@@ -335,7 +339,7 @@ void Designer::movePollSpeed(int position)
 
 void Designer::calculateOffsets()
 {
-    zint::commit(panel_.obdGrid, design_);
+    design_ = committed();
     spreadOffsets(design_);
     rebuild();
     changed();
@@ -343,10 +347,9 @@ void Designer::calculateOffsets()
 
 void Designer::showTimeline()
 {
-    Design committed = design_;
-    zint::commit(panel_.obdGrid, committed);
-    const std::string text = timelineText(committed);
-    design_ = std::move(committed);
+    Design design = committed();
+    const std::string text = timelineText(design);
+    design_ = std::move(design);
     changed();
     prompts_.message(text);
 }
@@ -354,9 +357,10 @@ void Designer::showTimeline()
 /// Shows the design in the grid; that can be undone.
 void Designer::rebuild()
 {
-    change([this](DesignGrid& grid) { grid = gridOf(design_); });
+    changeRows([this](GridRows& rows) { rows = design_.events; });
+    panel_.pollTitle = design_.title;
     ++panel_.rebuilds;
-    panel_.statusBox = summaryOf(panel_.obdGrid);
+    panel_.statusBox = summary();
 }
 
 /// Shows the design with all that belongs to it; there is nothing to undo then.
@@ -380,18 +384,33 @@ void Designer::showSpeed(int speed)
 void Designer::beginWithDesign()
 {
     showWithoutHistory();
-    unsaved_.begin(content());
+    unsaved_.begin(draft());
 }
 
-DesignContent Designer::content() const
+Design Designer::draft() const
 {
-    return {panel_.obdGrid, design_.extraCommands, design_.sampleSpeed};
+    Design draft = design_;
+    draft.title = panel_.pollTitle;
+    draft.events = panel_.obdGrid;
+    return draft;
 }
+
+/// What the grid makes of the design. @throws TooManyEvents
+Design Designer::committed() const
+{
+    Design design = draft();
+    dropUnpolled(design);
+    if (design.events.size() > Design::maxEvents)
+        throw TooManyEvents(design.events.size());
+    return design;
+}
+
+std::string Designer::summary() const { return summaryOf(draft()); }
 
 void Designer::keepUnsaved()
 {
     try {
-        unsaved_.follow(content(), design_);
+        unsaved_.follow(draft());
     } catch (const FileError& error) {
         panel_.statusBox = std::string("Unsaved changes can't be kept: ") + error.what();
     }
@@ -403,14 +422,14 @@ std::string Designer::disableUnsupported(const std::string& bits)
 {
     if (closeEditor)
         closeEditor();
-    const auto before = enabledCount(panel_.obdGrid);
-    edit([&bits](DesignGrid& grid) {
-        for (GridRow& row : grid.rows) {
+    const std::size_t before = draft().polledCount();
+    edit([&bits](GridRows& rows) {
+        for (DesignEntry& row : rows) {
             if (isUnsupported(row.code, bits))
                 row.frequency = row.offset = 0;
         }
     });
-    const auto disabled = before - enabledCount(panel_.obdGrid);
+    const std::size_t disabled = before - draft().polledCount();
     lastCheck_ = std::to_string(disabled) + " of " + std::to_string(before) + " events disabled";
     return " - " + lastCheck_ + ". This is a hint: see Help.";
 }
@@ -424,7 +443,7 @@ void Designer::showStatistics()
 void Designer::changed()
 {
     keepUnsaved();
-    panel_.isModified = unsaved_.isModified(content());
+    panel_.isModified = unsaved_.isModified(draft());
     panel_.labelStats = check_.counterLine();
     panel_.costLab = pollCost(panel_.obdGrid, design_.sampleSpeed, bitsPerSecond_, values_.requestSeconds);
     panel_.canUndo = history_.canUndo();

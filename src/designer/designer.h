@@ -8,12 +8,20 @@
 #include "shared/programValues.h"
 #include "shared/prompts.h"
 
+#include <cstddef>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace zint {
+
+/// A design holds no more events than Design::maxEvents.
+class TooManyEvents : public std::runtime_error {
+public:
+    explicit TooManyEvents(std::size_t count);
+};
 
 /// The polling designer's work: a grid that is edited freely, and the design that it becomes when it is
 /// committed.
@@ -67,7 +75,7 @@ public:
     void showTimeline();
 
     const DesignerPanel& panel() const { return panel_; }
-    DesignContent content() const; ///< what a file of the design would hold
+    Design draft() const; ///< the design with all rows of the grid, more than it may have perhaps
 
     /// Ends an edit of a cell, for an answer of the vehicle. What was typed counts; what can't be read is
     /// told of once the answer is dealt with.
@@ -89,9 +97,11 @@ private:
     void keepUnsaved();
     void saveFile(bool asking);
     void write(const std::string& path, const Design& committed);
-    void change(const std::function<void(DesignGrid&)>& change);
-    void edit(const std::function<void(DesignGrid&)>& change);
-    void step(void (GridHistory::*direction)(GridHistory::Rows&));
+    Design committed() const;
+    std::string summary() const;
+    void changeRows(const std::function<void(GridRows&)>& change);
+    void edit(const std::function<void(GridRows&)>& change);
+    void step(void (GridHistory::*direction)(GridRows&));
     void rebuild();
     void showWithoutHistory();
     void showSpeed(int speed);

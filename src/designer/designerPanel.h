@@ -17,10 +17,11 @@ struct DesignerPanel {
 
     std::string statusBox = "Status description";
     std::string labelStats = LinkCounters::initialText;
-    std::string fileLab;                ///< the design file's name
-    std::string filePath;               ///< the same with its folder
-    std::string pollPrefix;             ///< the extra initialisation commands
-    DesignGrid obdGrid;                 ///< with the title, which pollTitle shows
+    std::string fileLab;    ///< the design file's name
+    std::string filePath;   ///< the same with its folder
+    std::string pollPrefix; ///< the extra initialisation commands
+    std::string pollTitle;
+    GridRows obdGrid;
     unsigned rebuilds = 0;              ///< of the grid from a design; its first cell is the current one then
     std::optional<GridSorting> sorting; ///< how the grid is sorted, as long as nothing was edited since
     bool isModified = false;            ///< whether something would be lost with the design

@@ -35,7 +35,7 @@ std::int32_t frequencyOf(std::string_view text)
 }
 
 /// What a column is sorted by: its number, then its text.
-std::pair<std::int32_t, std::string> sortKey(const GridRow& row, GridColumn column)
+std::pair<std::int32_t, std::string> sortKey(const DesignEntry& row, GridColumn column)
 {
     switch (column) {
     case GridColumn::code:
@@ -53,21 +53,21 @@ std::pair<std::int32_t, std::string> sortKey(const GridRow& row, GridColumn colu
 }
 
 /// The rows of the default design that have a name of their own.
-std::vector<GridRow> knownRows()
+GridRows knownRows()
 {
     Design builtIn;
     loadDefaultDesign(builtIn);
-    std::vector<GridRow> rows = gridOf(builtIn).rows;
-    std::erase_if(
-        rows, [](const GridRow& row) { return row.description == "unused" || row.description == "unknown"; });
-    return rows;
+    std::erase_if(builtIn.events, [](const DesignEntry& row) {
+        return row.description == "unused" || row.description == "unknown";
+    });
+    return builtIn.events;
 }
 
-std::string choiceOf(const GridRow& row) { return row.code + " " + row.description; }
+std::string choiceOf(const DesignEntry& row) { return row.code + " " + row.description; }
 
 } // namespace
 
-std::string cellText(const GridRow& row, GridColumn column)
+std::string cellText(const DesignEntry& row, GridColumn column)
 {
     switch (column) {
     case GridColumn::code:
@@ -84,7 +84,7 @@ std::string cellText(const GridRow& row, GridColumn column)
     return {};
 }
 
-void setCell(GridRow& row, GridColumn column, std::string_view text)
+void enterText(DesignEntry& row, GridColumn column, std::string_view text)
 {
     if (text == cellText(row, column))
         return; // closed as it was opened, which changes nothing, not even what could not be typed
@@ -120,9 +120,9 @@ std::vector<std::string> conversionChoices(std::int32_t conversion)
     return choices;
 }
 
-void setAllFrequencies(DesignGrid& grid, std::int32_t frequency)
+void setAllFrequencies(GridRows& rows, std::int32_t frequency)
 {
-    for (GridRow& row : grid.rows) {
+    for (DesignEntry& row : rows) {
         row.frequency = frequency;
         row.offset = 0;
     }
@@ -139,20 +139,20 @@ std::string cellAdvice(std::size_t row, GridColumn column, std::string_view text
 std::vector<std::string> requestChoices()
 {
     std::vector<std::string> choices;
-    for (const GridRow& row : knownRows())
+    for (const DesignEntry& row : knownRows())
         choices.push_back(choiceOf(row));
     return choices;
 }
 
-void addRow(DesignGrid& grid, const std::string& request)
+void addRow(GridRows& rows, const std::string& request)
 {
     constexpr std::int32_t usualFrequency = 10;
     requireStorable(request);
-    const std::vector<GridRow> known = knownRows();
+    const GridRows known = knownRows();
     const auto found = std::ranges::find(known, request, &choiceOf);
-    grid.rows.push_back(found != known.end() ? *found : GridRow{.code = request});
-    grid.rows.back().frequency = usualFrequency;
-    grid.rows.back().offset = 0;
+    rows.push_back(found != known.end() ? *found : DesignEntry{.code = request});
+    rows.back().frequency = usualFrequency;
+    rows.back().offset = 0;
 }
 
 bool isHexadecimal(std::string_view request)
@@ -160,37 +160,26 @@ bool isHexadecimal(std::string_view request)
     return std::ranges::all_of(request, [](char c) { return hexToNumber({&c, 1}) >= 0; });
 }
 
-void removeRow(DesignGrid& grid, std::size_t row)
+void shiftRow(GridRows& rows, std::size_t from, std::size_t to)
 {
-    grid.rows.erase(grid.rows.begin() + static_cast<std::ptrdiff_t>(row));
-}
-
-void duplicateRow(DesignGrid& grid, std::size_t row)
-{
-    GridRow copy = grid.rows.at(row);
-    grid.rows.insert(grid.rows.begin() + static_cast<std::ptrdiff_t>(row) + 1, std::move(copy));
-}
-
-void moveRow(DesignGrid& grid, std::size_t from, std::size_t to)
-{
-    const auto at = [&grid](std::size_t row) { return grid.rows.begin() + static_cast<std::ptrdiff_t>(row); };
+    const auto at = [&rows](std::size_t row) { return rows.begin() + static_cast<std::ptrdiff_t>(row); };
     if (from < to)
         std::rotate(at(from), at(from + 1), at(to));
     else
         std::rotate(at(to), at(from), at(from + 1));
 }
 
-void sortRows(DesignGrid& grid, GridSorting by)
+void sortRows(GridRows& rows, GridSorting by)
 {
-    std::ranges::stable_sort(grid.rows, [by](const GridRow& a, const GridRow& b) {
+    std::ranges::stable_sort(rows, [by](const DesignEntry& a, const DesignEntry& b) {
         return by.descending ? sortKey(b, by.column) < sortKey(a, by.column)
                              : sortKey(a, by.column) < sortKey(b, by.column);
     });
 }
 
-void GridHistory::remember(const Rows& rows)
+void GridHistory::remember(GridRows rows)
 {
-    past_.push_back(rows);
+    past_.push_back(std::move(rows));
     future_.clear();
     if (past_.size() > mostSteps)
         past_.erase(past_.begin());
@@ -202,11 +191,11 @@ void GridHistory::forget()
     future_.clear();
 }
 
-void GridHistory::undo(Rows& rows) { step(past_, future_, rows); }
+void GridHistory::undo(GridRows& rows) { step(past_, future_, rows); }
 
-void GridHistory::redo(Rows& rows) { step(future_, past_, rows); }
+void GridHistory::redo(GridRows& rows) { step(future_, past_, rows); }
 
-void GridHistory::step(std::vector<Rows>& from, std::vector<Rows>& to, Rows& rows)
+void GridHistory::step(std::vector<GridRows>& from, std::vector<GridRows>& to, GridRows& rows)
 {
     if (from.empty())
         return;

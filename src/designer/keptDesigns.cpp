@@ -1,5 +1,6 @@
 #include "designer/keptDesigns.h"
 
+#include "catalogue/designFile.h"
 #include "designer/designDifference.h"
 #include "shared/fileError.h"
 #include "shared/module1.h"
@@ -7,8 +8,8 @@
 
 #include <exception>
 #include <filesystem>
+#include <limits>
 #include <optional>
-#include <sstream>
 #include <system_error>
 #include <utility>
 
@@ -17,32 +18,22 @@ namespace {
 
 constexpr std::size_t mostKept = 10;
 
-DesignDraft loadDraft(const std::string& path)
+Design loadDraft(const std::string& path)
 {
-    DesignDraft draft;
-    readFile(path, [&draft](std::istream& stream) { draft = readDraft(stream); });
+    Design draft;
+    readFile(path, [&draft](std::istream& stream) {
+        draft = readDesign(stream, std::numeric_limits<std::size_t>::max());
+    });
     return draft;
 }
 
-std::optional<DesignDraft> tryToLoad(const std::string& path)
+std::optional<Design> tryToLoad(const std::string& path)
 {
     try {
         return loadDraft(path);
     } catch (const std::exception&) { // a file that is damaged, or gone by now
         return std::nullopt;
     }
-}
-
-DesignContent contentOf(const DesignDraft& draft)
-{
-    return {draft.grid, draft.design.extraCommands, draft.design.sampleSpeed};
-}
-
-std::string textOf(const DesignGrid& grid, const Design& design)
-{
-    std::ostringstream text;
-    writeDraft(text, grid, design);
-    return text.str();
 }
 
 } // namespace
@@ -53,14 +44,14 @@ KeptDesigns::KeptDesigns(std::string folder,
 {
 }
 
-void KeptDesigns::keep(const DesignGrid& grid, const Design& design)
+void KeptDesigns::keep(const Design& draft)
 {
     if (edited_.empty()) {
         const std::string path = files_.newPath();
         lock_.take(path); // before there is a file that others could see
         edited_ = path;
     }
-    replaceFile(edited_, [&](std::ostream& stream) { writeDraft(stream, grid, design); });
+    saveDesign(edited_, draft);
 }
 
 void KeptDesigns::forget()
@@ -77,42 +68,39 @@ void KeptDesigns::leave()
     files_.prune();
 }
 
-std::vector<KeptEntry> KeptDesigns::list(const DesignContent& shown) const
+std::vector<KeptEntry> KeptDesigns::list(const Design& shown) const
 {
     std::vector<KeptEntry> entries;
     for (const KeptFiles::File& file : files_.newestFirst()) {
         if (file.path == edited_) // some file systems have no locks
             continue;
         if (const auto draft = tryToLoad(file.path))
-            entries.push_back({file.path,
-                               dateText_(file.changed) + "   " + summaryOf(draft->grid) + ": " +
-                                   differenceText(contentOf(*draft), shown),
-                               file.size});
+            entries.push_back(
+                {file.path,
+                 dateText_(file.changed) + "   " + summaryOf(*draft) + ": " + differenceText(*draft, shown),
+                 file.size});
     }
     return entries;
 }
 
-DesignDraft KeptDesigns::bringBack(const KeptEntry& entry)
+Design KeptDesigns::bringBack(const KeptEntry& entry)
 {
     FileLock lock;
     if (!lock.take(entry.path))
         throw FileError("This design can't be recovered: another running Zint is editing it.");
-    DesignDraft draft = loadDraft(entry.path);
+    Design draft = loadDraft(entry.path);
     leave();
     lock_ = std::move(lock);
     edited_ = entry.path;
     return draft;
 }
 
-bool KeptDesigns::resume(const DesignGrid& grid, const Design& design)
+bool KeptDesigns::resume(const Design& draft)
 {
     const auto files = files_.newestFirst();
     if (files.empty())
         return false;
-    const auto newest = tryToLoad(files.front().path);
-    if (!newest || textOf(newest->grid, newest->design) != textOf(grid, design))
-        return false;
-    if (!lock_.take(files.front().path))
+    if (tryToLoad(files.front().path) != draft || !lock_.take(files.front().path))
         return false;
     edited_ = files.front().path;
     return true;

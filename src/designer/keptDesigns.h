@@ -1,6 +1,6 @@
 #pragma once
 
-#include "designer/designGrid.h"
+#include "catalogue/design.h"
 #include "shared/fileLock.h"
 #include "shared/keptFiles.h"
 
@@ -12,7 +12,8 @@
 namespace zint {
 
 /// The user's unsaved designs, so that none is lost: the one that is being edited, which is locked against
-/// other running programs, and those that were left.
+/// other running programs, and those that were left. A draft is a design with all rows of the grid as its
+/// events: polled or not, and of any number.
 class KeptDesigns {
 public:
     /// @param folder is made when it is needed. @param dateText writes a time as the user reads it
@@ -21,7 +22,7 @@ public:
 
     /// Keeps the design that is being edited, in place of what was kept of it before.
     /// @throws FileError when that can't be written
-    void keep(const DesignGrid& grid, const Design& design);
+    void keep(const Design& draft);
 
     /// Forgets the design that is being edited: it was saved, or there is nothing to lose.
     void forget();
@@ -31,15 +32,15 @@ public:
 
     /// What can be brought back, the newest first, with what tells it from the design that is shown; none
     /// that is being edited, here or by another program, and nothing that can't be read.
-    std::vector<KeptEntry> list(const DesignContent& shown) const;
+    std::vector<KeptEntry> list(const Design& shown) const;
 
     /// Brings one back: from now on it is the one that is being edited.
-    /// @throws FileError when the file can't be opened or another program is editing it; what readDraft()
+    /// @throws FileError when the file can't be opened or another program is editing it; what readDesign()
     /// throws
-    DesignDraft bringBack(const KeptEntry& entry);
+    Design bringBack(const KeptEntry& entry);
 
     /// Goes on with the newest one if it is this very design. @return whether it is
-    bool resume(const DesignGrid& grid, const Design& design);
+    bool resume(const Design& draft);
 
 private:
     KeptFiles files_;

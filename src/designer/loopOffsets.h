@@ -4,18 +4,18 @@
 
 #include <string>
 
-/// In which passes of the polling loop the events are requested.
+/// In which loops the events are requested.
 namespace zint {
 
-/// Spreads the events of each frequency over its passes: the first of a frequency falls into pass 0, the next
-/// into pass 1 and so on, beginning again after as many passes as the frequency has.
+/// Spreads the events of each frequency over its loops: the first of a frequency falls into loop 0, the next
+/// into loop 1 and so on, beginning again after as many loops as the frequency has.
 void spreadOffsets(Design& design);
 
-/// The events of each pass as text, lines ended by CR LF, for as many passes as the largest frequency has, at
-/// least 10, and on to the next pass with an event. An event without a description is named by its code. The
-/// line before the first pass stays empty.
+/// The events of each loop as text, lines ended by CR LF, for as many loops as the largest frequency has, at
+/// least 10, and on to the next loop with an event. The
+/// line before the first loop stays empty.
 /// @throws RunTimeError 11 for a design without events or with one of frequency 0, std::length_error for a
-/// text that would be too long to show (several 100,000 passes)
+/// text that would be too long to show (several 100,000 loops)
 std::string timelineText(const Design& design);
 
 } // namespace zint

@@ -37,11 +37,11 @@ std::string secondsText(const std::string& most, double seconds)
 
 } // namespace
 
-std::string pollCost(const DesignGrid& grid, int sampleSpeed, int bitsPerSecond, double measuredSeconds)
+std::string pollCost(const GridRows& rows, int sampleSpeed, int bitsPerSecond, double measuredSeconds)
 {
     double requests = 0;
-    for (const GridRow& row : grid.rows) {
-        if (row.isEnabled())
+    for (const DesignEntry& row : rows) {
+        if (row.isPolled())
             requests += 1.0 / row.frequency;
     }
     std::string text = requestsText(requests) + " per pass, " +

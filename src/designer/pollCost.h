@@ -1,6 +1,6 @@
 #pragma once
 
-#include "designer/designGrid.h"
+#include "designer/gridEditing.h"
 
 #include <string>
 
@@ -10,6 +10,6 @@ namespace zint {
 /// @param sampleSpeed the adapter's time-out in ms, or Design::automaticSpeed
 /// @param bitsPerSecond of the line
 /// @param measuredSeconds that a request took in the last run; 0 before there was one
-std::string pollCost(const DesignGrid& grid, int sampleSpeed, int bitsPerSecond, double measuredSeconds = 0);
+std::string pollCost(const GridRows& rows, int sampleSpeed, int bitsPerSecond, double measuredSeconds = 0);
 
 } // namespace zint

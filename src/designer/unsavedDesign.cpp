@@ -4,34 +4,34 @@
 
 namespace zint {
 
-void UnsavedDesign::begin(DesignContent content)
+void UnsavedDesign::begin(Design draft)
 {
     kept_.leave();
-    asSaved_ = std::move(content);
+    asSaved_ = std::move(draft);
 }
 
-void UnsavedDesign::saved(DesignContent content)
+void UnsavedDesign::saved(Design draft)
 {
-    asSaved_ = std::move(content);
+    asSaved_ = std::move(draft);
     kept_.forget(); // here, for saving may have changed nothing that could be followed
 }
 
-bool UnsavedDesign::isModified(const DesignContent& content) const
+bool UnsavedDesign::isModified(const Design& draft) const
 {
-    if (!asSaved_ || content == asSaved_)
+    if (!asSaved_ || draft == asSaved_)
         return !asSaved_;
-    DesignContent committed = *asSaved_;
-    std::erase_if(committed.grid.rows, [](const GridRow& row) { return !row.isEnabled(); });
-    return content != committed;
+    Design committed = *asSaved_;
+    dropUnpolled(committed);
+    return draft != committed;
 }
 
-void UnsavedDesign::follow(const DesignContent& content, const Design& design)
+void UnsavedDesign::follow(const Design& draft)
 {
-    if (content == lastFollowed_)
+    if (draft == lastFollowed_)
         return;
-    lastFollowed_ = content;
-    if (isModified(content))
-        kept_.keep(content.grid, design);
+    lastFollowed_ = draft;
+    if (isModified(draft))
+        kept_.keep(draft);
     else
         kept_.forget();
 }

@@ -13,7 +13,7 @@
 namespace zint {
 namespace {
 
-const DesignEntry& entryOf(const Design& design, std::size_t event) { return design.events()[event]; }
+const DesignEntry& entryOf(const Design& design, std::size_t event) { return design.events[event]; }
 
 /// A short text for a limit of a scale.
 std::string numberText(double number)

@@ -48,7 +48,7 @@ void addColumn(std::vector<ChartPoint>& shown, std::span<const ChartPoint> colum
 
 ChartData::ChartData(const Design& design, const SampleStore& samples) : samples_(samples)
 {
-    for (const DesignEntry& event : design.events())
+    for (const DesignEntry& event : design.events)
         lines_.push_back({.conversion = event.conversion});
 }
 

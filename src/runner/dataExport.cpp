@@ -17,7 +17,7 @@ namespace {
 class Row {
 public:
     Row(std::ostream& stream, const Design& design)
-        : lines_(stream), events_(design.events()), cells_(events_.size())
+        : lines_(stream), events_(design.events), cells_(events_.size())
     {
     }
 
@@ -106,12 +106,12 @@ private:
 
 void writeHead(LineWriter& lines, const Design& design, const std::string& firstStart)
 {
-    lines << design.title() << ' ' << firstStart;
+    lines << design.title << ' ' << firstStart;
     lines.endLine();
     lines << ' ';
     lines.endLine();
     lines << "Second(s)";
-    for (const DesignEntry& event : design.events())
+    for (const DesignEntry& event : design.events)
         lines << '\t' << event.description << '(' << unitText(event.conversion) << ')';
     lines.endLine();
 }

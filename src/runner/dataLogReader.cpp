@@ -142,7 +142,7 @@ private:
             throw FileError("the block before has no samples");
         const auto event = toNumber<std::size_t>(number);
         const std::size_t last = before.empty() ? 0 : before.back().event + 1;
-        if (!event || *event <= last || *event > design.events().size())
+        if (!event || *event <= last || *event > design.events.size())
             throw FileError("this is no event of the design that comes next");
         return {.event = *event - 1};
     }
@@ -155,7 +155,7 @@ private:
         SampleStore store;
         store.reset(design);
         const auto dueFrom = [&design](const Waiting& event, std::int64_t loop) {
-            return nextLoop(design.events()[event.event], loop);
+            return nextLoop(design.events[event.event], loop);
         };
         for (Waiting& event : waiting)
             event.loop = event.event == 0 ? 0 : dueFrom(event, 0); // each run begins with the first event

@@ -181,7 +181,7 @@ std::optional<std::string> summaryOf(const std::string& path,
         readFile(path, [&](std::istream& stream) {
             const Head head = readHead(stream, path);
             if (const Extent extent = readExtent(stream); extent.samples > 0)
-                text = dateText(head.firstStart) + "   " + head.design.title() + " (" +
+                text = dateText(head.firstStart) + "   " + head.design.title + " (" +
                        std::to_string(extent.samples) +
                        (extent.samples == 1 ? " sample in " : " samples in ") +
                        durationText(extent.lastTime) + (extent.isCutOff ? ", cut off)" : ")");

@@ -40,8 +40,8 @@ Poller::Poller(Surroundings surroundings, const ConnectionChoice& choice, const 
     around_.ticker.onTick = [this] { tick(); };
     around_.ticker.setInterval(tickInterval);
     link_.watchSilence(around_.silence);
-    panel_.titleLab = design_.title() + " (" + std::to_string(design_.eventCount()) + " events)";
-    for (const DesignEntry& event : design_.events())
+    panel_.titleLab = summaryOf(design_);
+    for (const DesignEntry& event : design_.events)
         panel_.obdGrid.push_back({.description = event.description});
 }
 
@@ -324,7 +324,7 @@ void Poller::sendFirstRequest()
 {
     state_ = State::polling;
     turn_ = {.loop = loopCount_, .event = 0}; // due or not
-    link_.send(design_.events()[turn_.event].code);
+    link_.send(design_.events[turn_.event].code);
     pace_.begin(around_.clock.monotonic());
     setStatus("Polling");
     changed();
@@ -346,7 +346,7 @@ void Poller::takeReply(std::string_view reply)
     ++eventsDone_;
     requestNext();
     const auto value = pollValue(reply);
-    watch_.take(design_.events()[answered].code,
+    watch_.take(design_.events[answered].code,
                 reply.starts_with(ReplyBuffer::prompt) ? std::string_view(link_.notice()) : reply,
                 value.has_value(), around_.clock.monotonic());
     if (!value) {
@@ -377,7 +377,7 @@ void Poller::requestNext()
     turn_ = next;
     if (samplesFull_)
         return;
-    link_.send(design_.events()[turn_.event].code, countedRequest);
+    link_.send(design_.events[turn_.event].code, countedRequest);
     const auto time = around_.clock.monotonic();
     if (time > nextRefresh_) {
         nextRefresh_ = time + std::chrono::seconds(refreshSecs_);
@@ -492,7 +492,7 @@ void Poller::refresh()
     const std::int64_t seconds = secondsSince(pollStart_);
     for (std::size_t event = 0; event < panel_.obdGrid.size(); ++event) {
         const EventTotals& totals = samples_.events()[event];
-        showValues(panel_.obdGrid[event], totals, design_.events()[event].conversion);
+        showValues(panel_.obdGrid[event], totals, design_.events[event].conversion);
         panel_.obdGrid[event].toolTip = repliesText(totals, samplesBefore_.at(event), seconds);
     }
     showsValues_ = !samples_.isEmpty();

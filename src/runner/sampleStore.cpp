@@ -31,7 +31,7 @@ void SampleStore::reset(const Design& design)
     size_ = 0;
     ++generation_;
     events_.clear();
-    for (const DesignEntry& event : design.events())
+    for (const DesignEntry& event : design.events)
         events_.push_back({.minimum = startingMinimum(event.conversion)});
 }
 

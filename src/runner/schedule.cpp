@@ -4,44 +4,34 @@
 #include <span>
 
 namespace zint {
-namespace {
-
-bool isEverDue(const DesignEntry& event) { return event.frequency > 0; }
-
-bool isDueIn(const DesignEntry& event, std::int64_t loop) { return isEverDue(event) && isDue(event, loop); }
-
-} // namespace
 
 std::int64_t nextLoop(const DesignEntry& event, std::int64_t loop)
 {
-    if (!isEverDue(event))
+    if (!event.isPolled())
         return noLoop;
     const std::int64_t past = (event.offset + loop) % event.frequency;
     return past > 0 ? loop + event.frequency - past : loop - past;
 }
 
-bool isEverDue(const Design& design)
-{
-    return std::ranges::any_of(design.events(), [](const DesignEntry& event) { return isEverDue(event); });
-}
+bool isEverDue(const Design& design) { return std::ranges::any_of(design.events, &DesignEntry::isPolled); }
 
 Turn nextTurn(const Design& design, Turn after)
 {
-    const std::span events = design.events();
+    const std::span events = design.events;
     for (std::size_t event = after.event + 1; event < events.size(); ++event) {
-        if (isDueIn(events[event], after.loop))
+        if (isDue(events[event], after.loop))
             return {after.loop, event};
     }
     const auto firstLoop = [&after](const DesignEntry& event) { return nextLoop(event, after.loop + 1); };
-    const auto next = std::ranges::min_element(events, {}, firstLoop); // of equals the first, as in a pass
+    const auto next = std::ranges::min_element(events, {}, firstLoop); // of equals the first, as in a loop
     return {firstLoop(*next), static_cast<std::size_t>(next - events.begin())};
 }
 
 std::int64_t requestsBetween(const Design& design, Turn after, std::int64_t endLoop)
 {
     std::int64_t requests = 0;
-    for (std::size_t event = 0; event < design.events().size(); ++event) {
-        const DesignEntry& entry = design.events()[event];
+    for (std::size_t event = 0; event < design.events.size(); ++event) {
+        const DesignEntry& entry = design.events[event];
         const std::int64_t first = nextLoop(entry, after.loop + (event > after.event ? 0 : 1));
         if (first < endLoop)
             requests += (endLoop - 1 - first) / entry.frequency + 1;

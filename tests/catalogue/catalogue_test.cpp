@@ -14,18 +14,15 @@ namespace {
 
 TEST(DesignTest, DefaultPollsEveryReadableParameterInEveryTenthPass)
 {
-    Design design;
-    for (DesignEntry& entry : design.entries) // what was there goes
-        entry = {"0100", "old", 1, 2, 3, 4, 5};
-    design.extraCommands = "ATH1";
+    Design design{.events = {{.code = "0100"}}, .extraCommands = "ATH1"}; // what was there goes
+    design.places.fill({4, 5});
     design.sampleSpeed = Design::automaticSpeed; // belongs to the adapter and stays
     loadDefaultDesign(design);
     std::ostringstream saved;
     writeDesign(saved, design);
     EXPECT_EQ(saved.str(), contents(ZINT_DATA_FOLDER "/../tests/catalogue/default.obc"));
-    EXPECT_EQ(design.polledCount(), 22);
+    EXPECT_EQ(design.polledCount(), 22U);
     EXPECT_EQ(Design().sampleSpeed, 200);
-    EXPECT_EQ(design.entries[32].description, "");
 }
 
 TEST(ChooserTest, ReadsTheDigitsBeforeTheFirstMark)

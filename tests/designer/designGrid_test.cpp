@@ -9,7 +9,10 @@ namespace {
 
 TEST(DesignPrintoutTest, TellsFileCommandsAndSpeedAndEscapesTexts)
 {
-    const DesignContent design{{.title = "A & B", .rows = {{"0105", "<hot>"}}}, "ATH1", -1};
+    const Design design{.title = "A & B",
+                        .events = {{"0105", "<hot>"}},
+                        .extraCommands = "ATH1",
+                        .sampleSpeed = Design::automaticSpeed};
     EXPECT_TRUE(
         designPrintout(design, "a<b.obc", "Monday")
             .starts_with("<h2>Polling Design</h2><p><b>A &amp; B</b><br>a&lt;b.obc<br>Monday<br>"
@@ -21,27 +24,27 @@ TEST(DesignPrintoutTest, TellsFileCommandsAndSpeedAndEscapesTexts)
 
 TEST(DesignDifferenceTest, NamesWhatTellsTwoDesignsApart)
 {
-    const DesignContent from{{.rows = {{"0105", "a"}, {"0106", "b"}, {"0107", "c"}}}, "", 200};
-    DesignContent design = from;
+    const Design from{.events = {{"0105", "a"}, {"0106", "b"}, {"0107", "c"}}};
+    Design design = from;
     EXPECT_EQ(differenceText(design, from), "the same rows");
-    std::swap(design.grid.rows[0], design.grid.rows[1]);
+    std::swap(design.events[0], design.events[1]);
     design.sampleSpeed = Design::automaticSpeed;
     EXPECT_EQ(differenceText(design, from), "another order; sample speed Auto");
-    design.grid.rows.pop_back();
+    design.events.pop_back();
     design.extraCommands = "ATH1";
     EXPECT_EQ(differenceText(design, from), "without: 0107 c; init commands ATH1; sample speed Auto");
-    EXPECT_EQ(differenceText({from.grid, "", -1}, {{}, "ATH1", -1}),
+    EXPECT_EQ(differenceText(from, {.extraCommands = "ATH1"}),
               "other rows: 0105 a, 0106 b and 1 more; no init commands");
 }
 
 TEST(PollCostTest, TellsRequestsAndSecondsOfAPass)
 {
-    DesignGrid grid{.rows = {{.frequency = 2}, {.frequency = 2}, {.frequency = 0}}};
-    EXPECT_EQ(pollCost(grid, 200, 9600), "About 1 request per pass, at most 0.22 s");
-    grid.rows[0].frequency = 4;
-    EXPECT_EQ(pollCost(grid, Design::automaticSpeed, 38400, 0.05),
+    GridRows rows{{.frequency = 2}, {.frequency = 2}, {.frequency = 0}};
+    EXPECT_EQ(pollCost(rows, 200, 9600), "About 1 request per pass, at most 0.22 s");
+    rows[0].frequency = 4;
+    EXPECT_EQ(pollCost(rows, Design::automaticSpeed, 38400, 0.05),
               "About 0.8 requests per pass, at most 0.08 s; as fast as the last run, 0.04 s");
-    EXPECT_EQ(pollCost({.rows = {{.frequency = 1800}}}, 1020, 9600),
+    EXPECT_EQ(pollCost({{.frequency = 1800}}, 1020, 9600),
               "Less than 0.1 requests per pass, less than 0.01 s");
 }
 

@@ -34,7 +34,7 @@ struct DesignerTest : testing::Test {
     }
 
     const DesignerPanel& panel() const { return designer->panel(); }
-    const GridRow& row(std::size_t n) const { return panel().obdGrid.rows.at(n); }
+    const DesignEntry& row(std::size_t n) const { return panel().obdGrid.at(n); }
 
     void saveAs(const std::string& name)
     {
@@ -111,7 +111,7 @@ TEST_F(DesignerTest, AFileThatCantBeReadGivesTheDefault)
     EXPECT_EQ(askedBySave(), "save " + folder.path() + "|") << "the file of before is not overwritten";
 
     open("RUN.LOG", "Logged\r\n|-1\r\n010C|rpm|5|1|0|0|0\r\nEOP - end of Parms\r\nsamples");
-    EXPECT_EQ(panel().obdGrid.title + panel().sampleDsp, "LoggedAuto");
+    EXPECT_EQ(panel().pollTitle + panel().sampleDsp, "LoggedAuto");
     EXPECT_EQ(askedBySave(), "save " + folder.path() + "|RUN.obc") << "a log is not overwritten";
 }
 
@@ -174,12 +174,12 @@ TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
     EXPECT_THROW(designer->saveAs(), TooManyEvents);
     EXPECT_EQ(dialogs.asked, "") << "what can't be saved needs no name";
     EXPECT_THROW(designer->commit(), TooManyEvents);
-    EXPECT_EQ(design.eventCount(), 31);
+    EXPECT_EQ(design.events.size(), 31U);
     designer->removeRow(0);
-    design.entries[2].reserved1 = 7;
+    design.places[1].reserved1 = 7;
     designer->commit();
-    EXPECT_EQ(design.eventCount(), 64);
-    EXPECT_EQ(design.entries[2].reserved1, 7) << "stays with the place";
+    EXPECT_EQ(design.events.size(), 64U);
+    EXPECT_EQ(design.places[1].reserved1, 7) << "stays with the place";
 }
 
 TEST_F(DesignerTest, ASampleIsOfferedUntilAFolderIsChosenAndNotOverwritten)
@@ -230,7 +230,7 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
     EXPECT_THROW(elsewhere.bringBack(listed.at(0)), FileError);
     prompts.chosen = 0;
     designer->recover();
-    EXPECT_EQ(panel().obdGrid.title, "left") << "and the one before can still be recovered";
+    EXPECT_EQ(panel().pollTitle, "left") << "and the one before can still be recovered";
     EXPECT_EQ(row(0).frequency, 0) << "disabled rows come back too";
     EXPECT_EQ(askedBySave(), "save /start|");
     saveAs("car.obc");
@@ -293,7 +293,7 @@ TEST_F(DesignerTest, DisablesWhatTheVehicleDoesNotSupport)
               "com1 Closed - 11 of 22 events disabled. This is a hint: see Help.");
     EXPECT_EQ(row(3).frequency + row(3).offset, 0) << "0104";
     EXPECT_EQ(row(4).frequency, 10) << "0105";
-    EXPECT_EQ(design.entries[4].frequency, 10) << "only the grid changes";
+    EXPECT_EQ(design.events[3].frequency, 10) << "only the grid changes";
 }
 
 TEST_F(DesignerTest, ACheckEndsWithTheTimeOutOrTheAdapter)

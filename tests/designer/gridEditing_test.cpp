@@ -1,6 +1,7 @@
 #include "catalogue/designFile.h"
 #include "designer/gridEditing.h"
-#include "designer/pollPreparation.h"
+#include "designer/initCommands.h"
+#include "designer/sampleSpeed.h"
 #include "designer/supportReply.h"
 #include "shared/module1.h"
 #include "shared/runTimeError.h"
@@ -10,35 +11,35 @@
 namespace zint {
 namespace {
 
-std::string codesOf(const DesignGrid& grid)
+std::string codesOf(const GridRows& rows)
 {
     std::string codes;
-    for (const GridRow& row : grid.rows)
+    for (const DesignEntry& row : rows)
         codes += row.code;
     return codes;
 }
 
 TEST(GridEditingTest, CellsTakeWhatTheirEditorsHold)
 {
-    GridRow row{.code = "0105", .conversion = 3, .frequency = 10, .offset = 4};
-    setCell(row, GridColumn::code, "0106");
-    setCell(row, GridColumn::description, " a ");
-    setCell(row, GridColumn::conversion, "4>Fahrenheit");
-    setCell(row, GridColumn::frequency, "  15>about 5s");
-    setCell(row, GridColumn::offset, " 007 ");
-    EXPECT_EQ(row, (GridRow{"0105", " a ", 4, 15, 7}));
+    DesignEntry row{.code = "0105", .conversion = 3, .frequency = 10, .offset = 4};
+    enterText(row, GridColumn::code, "0106");
+    enterText(row, GridColumn::description, " a ");
+    enterText(row, GridColumn::conversion, "4>Fahrenheit");
+    enterText(row, GridColumn::frequency, "  15>about 5s");
+    enterText(row, GridColumn::offset, " 007 ");
+    EXPECT_EQ(row, (DesignEntry{"0105", " a ", 4, 15, 7}));
     EXPECT_EQ(cellText(row, GridColumn::conversion), "4>Fahrenheit");
-    setCell(row, GridColumn::frequency, "25");
+    enterText(row, GridColumn::frequency, "25");
     for (const char* text : {"x", "", "3000000000"})
-        EXPECT_THROW(setCell(row, GridColumn::offset, text), RunTimeError) << text;
+        EXPECT_THROW(enterText(row, GridColumn::offset, text), RunTimeError) << text;
     for (const char* text : {"-1", "99999999999>"})
-        EXPECT_THROW(setCell(row, GridColumn::frequency, text), RunTimeError) << text;
-    EXPECT_THROW(setCell(row, GridColumn::description, "a|b"), NotStorable);
-    EXPECT_EQ(row, (GridRow{"0105", " a ", 4, 25, 7})) << "a refused text changes nothing";
-    setCell(row, GridColumn::frequency, "often");
+        EXPECT_THROW(enterText(row, GridColumn::frequency, text), RunTimeError) << text;
+    EXPECT_THROW(enterText(row, GridColumn::description, "a|b"), NotStorable);
+    EXPECT_EQ(row, (DesignEntry{"0105", " a ", 4, 25, 7})) << "a refused text changes nothing";
+    enterText(row, GridColumn::frequency, "often");
     EXPECT_EQ(row.frequency, 0);
     row.frequency = -3;
-    setCell(row, GridColumn::frequency, "-3");
+    enterText(row, GridColumn::frequency, "-3");
     EXPECT_EQ(row.frequency, -3) << "what a file brought may stay";
 }
 
@@ -60,37 +61,34 @@ TEST(GridEditingTest, OffersConversionsOfTheSameFamily)
                    "24>~ fuel gal/hour|");
 }
 
-TEST(GridEditingTest, MovesCopiesRemovesAndSortsRows)
+TEST(GridEditingTest, MovesAndSortsRows)
 {
-    DesignGrid grid;
+    GridRows rows;
     for (const auto& [code, frequency] : {std::pair{"c", 10}, {"A", 9}, {"b", 100}, {"d", 9}})
-        grid.rows.push_back({.code = code, .frequency = frequency});
-    moveRow(grid, 0, 3);
-    EXPECT_EQ(codesOf(grid), "Abcd");
-    moveRow(grid, 3, 0);
-    EXPECT_EQ(codesOf(grid), "dAbc");
-    moveRow(grid, 1, 4);
-    EXPECT_EQ(codesOf(grid), "dbcA");
-    sortRows(grid, {GridColumn::frequency, false});
-    EXPECT_EQ(codesOf(grid), "dAcb") << "as numbers, and stable";
-    sortRows(grid, {GridColumn::frequency, true});
-    EXPECT_EQ(codesOf(grid), "bcdA");
-    sortRows(grid, {GridColumn::code, false});
-    EXPECT_EQ(codesOf(grid), "Abcd") << "without regard to case";
-    duplicateRow(grid, 3);
-    removeRow(grid, 0);
-    EXPECT_EQ(codesOf(grid), "bcdd");
+        rows.push_back({.code = code, .frequency = frequency});
+    shiftRow(rows, 0, 3);
+    EXPECT_EQ(codesOf(rows), "Abcd");
+    shiftRow(rows, 3, 0);
+    EXPECT_EQ(codesOf(rows), "dAbc");
+    shiftRow(rows, 1, 4);
+    EXPECT_EQ(codesOf(rows), "dbcA");
+    sortRows(rows, {GridColumn::frequency, false});
+    EXPECT_EQ(codesOf(rows), "dAcb") << "as numbers, and stable";
+    sortRows(rows, {GridColumn::frequency, true});
+    EXPECT_EQ(codesOf(rows), "bcdA");
+    sortRows(rows, {GridColumn::code, false});
+    EXPECT_EQ(codesOf(rows), "Abcd") << "without regard to case";
 }
 
 TEST(GridEditingTest, AddsRequestsOfTheCatalogueWithNameAndUnit)
 {
-    DesignGrid grid;
+    GridRows rows;
     EXPECT_EQ(requestChoices().size(), 27U) << "all that have a name";
-    addRow(grid, requestChoices().at(15));
-    EXPECT_EQ(grid.rows[0], (GridRow{"0111", "Throttle Position", 1, 10, 0}));
-    addRow(grid, "0111");
-    EXPECT_EQ(grid.rows[1], (GridRow{"0111", "", 0, 10, 0})) << "what is typed is taken as it is";
-    EXPECT_THROW(addRow(grid, "a|b"), NotStorable);
+    addRow(rows, requestChoices().at(15));
+    EXPECT_EQ(rows[0], (DesignEntry{"0111", "Throttle Position", 1, 10, 0}));
+    addRow(rows, "0111");
+    EXPECT_EQ(rows[1], (DesignEntry{"0111", "", 0, 10, 0})) << "what is typed is taken as it is";
+    EXPECT_THROW(addRow(rows, "a|b"), NotStorable);
     EXPECT_TRUE(isHexadecimal("22 f190ffffffff"));
     EXPECT_FALSE(isHexadecimal("zzz"));
 }

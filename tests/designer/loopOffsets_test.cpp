@@ -14,10 +14,9 @@ Design designOf(const Timings& timings)
 {
     Design design;
     for (const auto& [frequency, offset] : timings)
-        design.entries.at(static_cast<std::size_t>(++design.eventCount())) = {
-            .description = {static_cast<char>('a' + design.eventCount())},
-            .frequency = frequency,
-            .offset = offset};
+        design.events.push_back({.description = {static_cast<char>('a' + design.events.size())},
+                                 .frequency = frequency,
+                                 .offset = offset});
     return design;
 }
 
@@ -26,7 +25,7 @@ TEST(LoopOffsetsTest, SpreadsTheEventsOfEachFrequency)
     Design design = designOf({{2, 9}, {1, 9}, {2, 9}, {5, 9}, {2, 9}, {5, 9}, {5, 9}, {0, 9}});
     spreadOffsets(design);
     std::string offsets;
-    for (const DesignEntry& event : design.events())
+    for (const DesignEntry& event : design.events)
         offsets += std::to_string(event.offset);
     EXPECT_EQ(offsets, "00100439");
 }

@@ -17,7 +17,7 @@ TEST(SamplesTest, PollLiveDataEvenlyAndAreWrittenAsTheyAre)
         const std::string path = std::string(ZINT_DATA_FOLDER "/") + name;
         const Design design = loadDesign(path);
         EXPECT_TRUE(design.isCommitted()) << "all are polled";
-        for (const DesignEntry& event : design.events()) {
+        for (const DesignEntry& event : design.events) {
             EXPECT_TRUE(event.code.size() == 4 && event.code.starts_with("01")) << event.code;
             EXPECT_NE(findConversion(event.conversion), nullptr) << event.code;
         }
@@ -25,7 +25,7 @@ TEST(SamplesTest, PollLiveDataEvenlyAndAreWrittenAsTheyAre)
         std::vector<std::ptrdiff_t> requests;
         for (int pass = 0; pass < allFrequencies; ++pass)
             requests.push_back(std::ranges::count_if(
-                design.events(), [&](const DesignEntry& event) { return isDue(event, pass); }));
+                design.events, [&](const DesignEntry& event) { return isDue(event, pass); }));
         const auto [fewest, most] = std::ranges::minmax(requests);
         EXPECT_LE(most - fewest, 1);
         std::ostringstream written;

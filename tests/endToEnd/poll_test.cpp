@@ -117,7 +117,7 @@ TEST_F(PollEndToEnd, EndsAtOnceWhenAskedTwice)
     const KeptRuns kept(runsOf(program), [](auto) { return "then"; });
     ASSERT_EQ(kept.list().size(), 1U) << "it can be recovered";
     const KeptRun run = KeptRuns::load(kept.list().front());
-    EXPECT_EQ(run.design.title(), "Fixed Values");
+    EXPECT_EQ(run.design.title, "Fixed Values");
     EXPECT_FALSE(run.samples.isEmpty());
 }
 

@@ -31,9 +31,8 @@ struct LiveChartTest : FormTest {
             {"Engine RPM", rpm},  {"Fuel System", fuelStatus}, {"Speed", mph},
             {"Coolant", celsius}, {"Intake Air", celsius},     {"Road Speed", mph},
         };
-        design.eventCount() = static_cast<std::int32_t>(std::size(events));
-        for (std::size_t i = 0; const auto& [description, conversion] : events)
-            design.events()[i++] = {.code = "0100", .description = description, .conversion = conversion};
+        for (const auto& [description, conversion] : events)
+            design.events.push_back({.code = "0100", .description = description, .conversion = conversion});
         samples.reset(design);
         chart = makeLiveChart({design, samples, prompts, dialogs, values}, nullptr);
         form = chart;

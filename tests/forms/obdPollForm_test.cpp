@@ -17,10 +17,11 @@ struct ObdPollFormTest : FormTest {
 
     ObdPollFormTest()
     {
-        design.title() = "Car";
-        design.eventCount() = design.polledCount() = 2;
-        design.events()[0] = {.code = "010C", .description = "Engine RPM", .conversion = 5, .frequency = 1};
-        design.events()[1] = {.code = "0105", .description = "Coolant", .conversion = 3, .frequency = 1};
+        design = {.title = "Car",
+                  .events = {
+                      {.code = "010C", .description = "Engine RPM", .conversion = 5, .frequency = 1},
+                      {.code = "0105", .description = "Coolant", .conversion = 3, .frequency = 1},
+                  }};
         context.goDesigning = [this] { opened.push_back(Tool::pollDesigner); };
         form = new obdPollForm(context);
         form->show();

@@ -126,9 +126,7 @@ TEST_F(PollSetup2Test, TheGridShowsWhatIsPolledAndHowItIsSorted)
     trigger("mnuDefault");
     EXPECT_EQ(header->sortIndicatorSection(), -1);
 
-    design = {};
-    design.eventCount() = design.polledCount() = 1;
-    design.entries[1] = {.code = "ATSH8110F1ATH1", .frequency = 1};
+    design = {.events = {{.code = "ATSH8110F1ATH1", .frequency = 1}}};
     makeForm();
     const int wide = grid->horizontalHeader()->sectionSize(0);
     trigger("mnuDefault");
@@ -216,7 +214,7 @@ TEST_F(PollSetup2Test, ChoosesAnUnsavedDesignAndGoesOnToPolling)
     click("comDone");
     EXPECT_TRUE(gone);
     EXPECT_FALSE(form->isVisible());
-    EXPECT_EQ(design.title(), "Default Settings lost");
+    EXPECT_EQ(design.title, "Default Settings lost");
 }
 
 TEST_F(PollSetup2Test, AsksTheVehicleAndClosesWithTheWindow)

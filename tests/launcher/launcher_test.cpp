@@ -65,13 +65,13 @@ struct LauncherTest : testing::Test {
 
 TEST_F(LauncherTest, StartsWithDefaultsOnTheFirstRun)
 {
-    EXPECT_EQ(design.title(), "Default Settings");
+    EXPECT_EQ(design.title, "Default Settings");
     EXPECT_EQ(launcher.toolFor(Tool::pollRunner), Tool::pollDesigner) << "the design has unpolled events";
     EXPECT_FALSE(values.isPollingWanted) << "so far it was only a question";
     EXPECT_EQ(launcher.click(Tool::pollRunner), Tool::pollDesigner);
     EXPECT_EQ(launcher.click(Tool::codes), Tool::codes);
     EXPECT_FALSE(values.isPollingWanted);
-    design.polledCount() = design.eventCount();
+    dropUnpolled(design);
     EXPECT_EQ(launcher.toolFor(Tool::pollRunner), Tool::pollRunner);
 
     launcher.load();

@@ -36,9 +36,10 @@ struct ChartDataTest : testing::Test {
 
     void begin(std::initializer_list<std::int32_t> conversions)
     {
-        design.eventCount() = static_cast<std::int32_t>(conversions.size());
-        for (std::size_t i = 0; const std::int32_t conversion : conversions)
-            design.events()[i++] = {.code = "01" + std::to_string(10 + i), .conversion = conversion};
+        design.events.clear();
+        for (const std::int32_t conversion : conversions)
+            design.events.push_back(
+                {.code = "01" + std::to_string(10 + design.events.size()), .conversion = conversion});
         store.reset(design);
         data.emplace(design, store);
     }
@@ -158,7 +159,7 @@ TEST_F(ChartDataTest, KeepsEveryPeakWithinFourPointsAColumn)
 TEST_F(ChartDataTest, GivesTwoUnitsAnAxisAndTellsTheLimitsOfTheRest)
 {
     begin({rpm, mph, celsius, hex, 1, 2});
-    design.events()[2].description = "Coolant Temp";
+    design.events[2].description = "Coolant Temp";
     const std::array<std::size_t, 6> events = {0, 1, 2, 3, 4, 5};
     const std::vector<ChartAxis> axes = axesOf(design, events);
     std::string units;

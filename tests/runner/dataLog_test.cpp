@@ -16,22 +16,15 @@ namespace {
 
 constexpr const char* date = "2024-03-01 12:00:00";
 
-Design designOf(const std::vector<DesignEntry>& events)
-{
-    Design design;
-    design.title() = "Run";
-    for (std::size_t n = 0; n < events.size(); ++n)
-        design.entries.at(n + 1) = events[n];
-    design.eventCount() = static_cast<std::int32_t>(events.size());
-    return design;
-}
+Design designOf(const std::vector<DesignEntry>& events) { return {.title = "Run", .events = events}; }
 
 Design threeEvents()
 {
     Design design =
-        designOf({{"010C", "Engine RPM", 5, 1, 0, 8, 9}, {"010D", "Speed", 7, 2, -1}, {"0105", "", 3, 0, 0}});
+        designOf({{"010C", "Engine RPM", 5, 1, 0}, {"010D", "Speed", 7, 2, -1}, {"0105", "", 3, 0, 0}});
     design.extraCommands = "ATH1";
     design.sampleSpeed = 102;
+    design.places[0] = {8, 9}; // no matter of a log
     return design;
 }
 
@@ -83,10 +76,10 @@ TEST(DataLogTest, WritesBlocksOfTheEventsThatHaveSamplesAndReadsThem)
     EXPECT_EQ(log, head + std::string(" 6 \r\n##1\r\n1,6904\r\n125,-1\r\n##2\r\n0,40\r\n125,0\r\n"));
 
     std::istringstream stream(log);
-    EXPECT_EQ(readDesign(stream).eventCount(), 3) << "a log can be opened as a design";
+    EXPECT_EQ(readDesign(stream).events.size(), 3U) << "a log can be opened as a design";
     const DataLog again = read(log);
     EXPECT_EQ(again.firstStart, date);
-    EXPECT_EQ(again.design.polledCount(), 2);
+    EXPECT_EQ(again.design.polledCount(), 2U);
     EXPECT_EQ(again.samples.events()[1].sampleCount, 2);
     EXPECT_EQ(again.samples.events()[2].header, EventTotals::none);
     EXPECT_EQ(logOf(again.design, again.samples), log);
@@ -147,12 +140,12 @@ TEST(DataExportTest, ARowPerPass)
     samples.add(1, 41, 6); // comes again while the row has no other value of its pass
     EXPECT_EQ(exportOf(design, samples), top + "2\t55.935\t-10\r\n2\t0\t\r\n5\t62.15\t0\r\n6\t\t1\r\n");
 
-    design.events()[0].conversion = 18;
-    design.events()[1].conversion = 99; // no unit, no value
+    design.events[0].conversion = 18;
+    design.events[1].conversion = 99; // no unit, no value
     samples.add(0, 2147483647, 7);
     EXPECT_TRUE(exportOf(design, samples).ends_with("\r\n5\t300\t\r\n7\tOverflow\t\r\n"));
 
-    design.eventCount() = 1;
+    design.events.resize(1);
     std::string complaints;
     EXPECT_TRUE(exportOf(design, samples, &complaints).ends_with("\r\n3\t300\r\n7\tOverflow\r\n"))
         << "the others are written";

@@ -50,10 +50,8 @@ protected:
     KeptRunsTest()
     {
         kept.emplace(runs, dateText);
-        design.title() = "drive";
-        design.eventCount() = design.polledCount() = 3;
-        for (DesignEntry& event : design.events())
-            event = {.code = "010C", .description = "RPM", .conversion = 20, .frequency = 1};
+        design.title = "drive";
+        design.events.assign(3, {.code = "010C", .description = "RPM", .conversion = 20, .frequency = 1});
         store.reset(design);
     }
 
@@ -105,7 +103,7 @@ protected:
     void keepRun(const std::string& title, int age, bool isLeft = true)
     {
         const auto before = files();
-        design.title() = title;
+        design.title = title;
         begin();
         kept->add(0, 1, 1);
         kept->flush();
@@ -176,8 +174,8 @@ TEST_F(KeptRunsTest, BringsBackALongRunAsItWas)
 
     const KeptRun run = KeptRuns::load(kept->list().at(0));
     EXPECT_EQ(run.firstStart, start);
-    EXPECT_EQ(run.design.title(), "drive");
-    EXPECT_EQ(run.design.events()[2].code, "010C");
+    EXPECT_EQ(run.design.title, "drive");
+    EXPECT_EQ(run.design.events[2].code, "010C");
     EXPECT_TRUE(dumpOf(run.samples) == dumpOf(store));
     EXPECT_EQ(run.samples.events()[0].minimum, store.events()[0].minimum);
 

@@ -50,9 +50,7 @@ TEST(ScheduleTest, FindsTheNextRequestHoweverFar)
 {
     Design design;
     const auto add = [&design](std::int32_t frequency, std::int32_t offset) {
-        ++design.eventCount();
-        design.events().back().frequency = frequency;
-        design.events().back().offset = offset;
+        design.events.push_back({.frequency = frequency, .offset = offset});
     };
     EXPECT_FALSE(isEverDue(design));
     add(0, 0);
@@ -64,11 +62,11 @@ TEST(ScheduleTest, FindsTheNextRequestHoweverFar)
         EXPECT_EQ(turn = nextTurn(design, turn), expected);
     EXPECT_EQ(requestsBetween(design, turn, 20), 2);
     EXPECT_EQ(requestsBetween(design, beforeAll, 1000000000), 250000001);
-    design.events()[1].frequency = 0;
+    design.events[1].frequency = 0;
     EXPECT_EQ(nextTurn(design, turn), (Turn{999999999, 2}));
-    design.events()[1].frequency = 1;
+    design.events[1].frequency = 1;
     EXPECT_EQ(nextTurn(design, {5, 2}), (Turn{6, 1}));
-    design.events()[2] = {.frequency = 3, .offset = -7};
+    design.events[2] = {.frequency = 3, .offset = -7};
     EXPECT_EQ(nextTurn(design, {6, 1}), (Turn{7, 1}));
     EXPECT_EQ(nextTurn(design, {7, 1}), (Turn{7, 2}));
 }
@@ -95,14 +93,13 @@ struct PollerTest : testing::Test {
     void makePoller(const std::vector<std::pair<const char*, int>>& requests,
                     std::size_t mostRecords = SampleStore::mostRecords)
     {
-        design.title() = "Car";
-        design.eventCount() = static_cast<std::int32_t>(requests.size());
-        for (std::size_t i = 0; i < requests.size(); ++i)
-            design.events()[i] = {.code = requests[i].first,
-                                  .description = "event " + std::to_string(i + 1),
-                                  .conversion = 5,
-                                  .frequency = requests[i].second};
-        design.polledCount() = design.eventCount();
+        design.title = "Car";
+        design.events.clear();
+        for (const auto& [code, frequency] : requests)
+            design.events.push_back({.code = code,
+                                     .description = "event " + std::to_string(design.events.size() + 1),
+                                     .conversion = 5,
+                                     .frequency = frequency});
         poller.emplace(Poller::Surroundings{.port = adapter,
                                             .timer = timer,
                                             .silence = silence,
@@ -305,7 +302,7 @@ TEST_F(PollerTest, RefreshesEverySoManySecondsAndTellsTheTimeLeft)
 TEST_F(PollerTest, AResetGoesOnPollingWithTheTimesOfTheFirstStart)
 {
     makePoller({{"010C", 1}});
-    design.events()[0].conversion = 17;
+    design.events[0].conversion = 17;
     start({{"010C", ""}});
     reply("41 0C 00 04 \r\r>");
     clock.now += std::chrono::seconds(5);
@@ -415,7 +412,7 @@ TEST_F(PollerTest, ASilentAdapterEndsTheRunAndTheNextIsKeptWithItsOwnStart)
     EXPECT_FALSE(poller->isPolling() || poller->isComplete());
     EXPECT_TRUE(panel().labelStats.ends_with("Err: 1"));
     clock.date += std::chrono::hours(1);
-    design.events()[0].offset = 1; // the first request goes out all the same
+    design.events[0].offset = 1; // the first request goes out all the same
     adapter.expectOpening();
     adapter.expect("010C\r").answer("41 0C 00 04 \r\r>");
     adapter.expect("ATD\r");
@@ -427,7 +424,7 @@ TEST_F(PollerTest, ASilentAdapterEndsTheRunAndTheNextIsKeptWithItsOwnStart)
     ASSERT_EQ(kept.list().size(), 1U);
     EXPECT_EQ(KeptRuns::load(kept.list()[0]).firstStart, clock.date);
     poller->resetValues();
-    design.events()[0].frequency = 0;
+    design.events[0].frequency = 0;
     poller->pressStart();
     EXPECT_TRUE(prompts.takeMessage().starts_with("The design has no event to poll."));
 }
@@ -490,7 +487,7 @@ TEST_F(PollerTest, TellsAtTheOpeningOfARunThatWasCutOff)
 {
     {
         KeptRuns crashed(folder.path("kept"), [](auto) { return "then"; });
-        design.eventCount() = 1;
+        design.events.resize(1);
         SampleStore samples;
         samples.reset(design);
         samples.add(0, 1, 1);
@@ -504,7 +501,7 @@ TEST_F(PollerTest, TellsAtTheOpeningOfARunThatWasCutOff)
 TEST_F(PollerTest, StopsWhenThereIsNoRoomAndKeepsWhatThereIs)
 {
     makePoller({{"010C", 1}, {"0105", 3}}, 4);
-    design.events()[1].offset = 1; // first due when there is room for its header, but not for its sample
+    design.events[1].offset = 1; // first due when there is room for its header, but not for its sample
     start({{"010C", "41 0C 00 04 \r\r>"}, {"010C", "41 0C 00 08 \r\r>"}, {"010C", ""}});
     adapter.expect("0105\r").answer("41 05 04 \r\r>");
     adapter.expect("010C\r");

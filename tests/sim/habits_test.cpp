@@ -80,7 +80,7 @@ std::string supportCheck(Rig& rig)
     designer.verifySupport();
     rig.play();
     std::string enabled;
-    for (const GridRow& row : designer.panel().obdGrid.rows)
+    for (const DesignEntry& row : designer.panel().obdGrid)
         enabled += row.frequency == 0 ? "" : row.code + " ";
     return enabled + rig.prompts.takeMessage();
 }
@@ -88,10 +88,7 @@ std::string supportCheck(Rig& rig)
 /// Two parameters that never change, so that a value under its neighbour's name shows.
 std::string poll(Rig& rig)
 {
-    Design design;
-    design.eventCount() = design.polledCount() = 2;
-    design.events()[0] = {.code = "011C", .frequency = 1};
-    design.events()[1] = {.code = "0133", .frequency = 1};
+    const Design design{.events = {{.code = "011C", .frequency = 1}, {.code = "0133", .frequency = 1}}};
     KeptRuns kept{rig.folder.path("runs"), [](auto) { return "today"; }};
     Poller poller({.port = rig.port,
                    .timer = rig.timer,

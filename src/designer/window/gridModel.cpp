@@ -31,7 +31,7 @@ GridModel::GridModel(Designer& designer, std::function<bool(const Edit&)> enter)
 bool GridModel::refresh()
 {
     const DesignerPanel& panel = designer_.panel();
-    const std::vector<GridRow>& rows = panel.obdGrid.rows;
+    const GridRows& rows = panel.obdGrid;
     if (panel.rebuilds != rebuilds_ || rows.size() != rows_.size()) {
         beginResetModel();
         rows_ = rows;
@@ -62,7 +62,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const GridRow& row = rows_.at(static_cast<std::size_t>(index.row()));
+    const DesignEntry& row = rows_.at(static_cast<std::size_t>(index.row()));
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
@@ -72,8 +72,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const
     case conversionRole:
         return row.conversion;
     case Qt::BackgroundRole: // the text stays as it is: one reads it to enable the row
-        return row.isEnabled() ? QVariant()
-                               : QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Window);
+        return row.isPolled() ? QVariant()
+                              : QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Window);
     default:
         return {};
     }

@@ -47,8 +47,8 @@ Q_SIGNALS:
 private:
     Designer& designer_;
     std::function<bool(const Edit&)> enter_;
-    std::vector<GridRow> rows_; ///< as shown
-    unsigned rebuilds_ = 0;     ///< of what is shown
+    GridRows rows_;         ///< as shown
+    unsigned rebuilds_ = 0; ///< of what is shown
 };
 
 } // namespace zint

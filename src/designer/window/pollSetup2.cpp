@@ -65,7 +65,7 @@ void pollSetup2::Form_Unload()
 
 bool pollSetup2::printOn(QPrinter& printer)
 {
-    return printDocument(designPrintout(designer_.content(), designer_.panel().fileLab,
+    return printDocument(designPrintout(designer_.draft(), designer_.panel().fileLab,
                                         longDateText(std::chrono::system_clock::now())),
                          printer);
 }
@@ -298,7 +298,7 @@ void pollSetup2::paint()
     showCommands();
     display(*ui->sampleDsp, p.sampleDsp);
     display(*ui->costLab, p.costLab);
-    if (const QString title = toQt(p.obdGrid.title); ui->pollTitle->text() != title)
+    if (const QString title = toQt(p.pollTitle); ui->pollTitle->text() != title)
         ui->pollTitle->setText(title);
     const QSignalBlocker notClicked(ui->autoSpeed); // shown, not changed
     ui->autoSpeed->setChecked(p.autoSpeed);

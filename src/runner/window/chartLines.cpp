@@ -19,7 +19,7 @@ constexpr double dotWidth = 5;
 
 ChartLines::ChartLines(QChart& chart, const QWidget& window, const Design& design)
     : chart_(chart), window_(window), timeAxis_(new QCategoryAxis(&chart)), design_(design),
-      styles_(design.events().size(), none)
+      styles_(design.events.size(), none)
 {
     chart_.layout()->setContentsMargins(0, 0, 0, 0);
     chart_.setBackgroundRoundness(0);

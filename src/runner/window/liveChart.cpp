@@ -136,7 +136,7 @@ void QtLiveChart::listEvents()
     const Design& design = surroundings_.design;
     const QSignalBlocker quiet(ui->chartEvents); // filled, not checked by the user
     int checked = 0;
-    for (std::size_t event = 0; event < design.events().size(); ++event) {
+    for (std::size_t event = 0; event < design.events.size(); ++event) {
         if (!data_.hasNumbers(event))
             continue;
         auto* item = new QListWidgetItem(toQt(eventName(design, event)), ui->chartEvents);

@@ -3,7 +3,6 @@
 #include <string>
 #include <string_view>
 
-/// How a design prepares the adapter: extra commands and the sample speed.
 namespace zint {
 
 /// Extra initialisation commands as the user typed them, checked.
@@ -15,8 +14,5 @@ struct InitCommands {
 /// Only the beginning of the answer is looked at: commands behind a ";" are the user's own responsibility.
 /// @throws NotStorable
 InitCommands checkInitCommands(std::string_view answer);
-
-/// The slider's position as a multiple of 4 ms, the adapter's unit; a half goes to the even multiple.
-int roundedSpeed(int position);
 
 } // namespace zint

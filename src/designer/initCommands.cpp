@@ -1,4 +1,4 @@
-#include "designer/pollPreparation.h"
+#include "designer/initCommands.h"
 
 #include "catalogue/designFile.h"
 #include "shared/module1.h"
@@ -28,15 +28,6 @@ InitCommands checkInitCommands(std::string_view answer)
         return {.complaint = commands + " can't be sent: adapters take plain letters, digits and signs only"};
     requireStorable(commands);
     return {.commands = std::move(commands)};
-}
-
-int roundedSpeed(int position)
-{
-    constexpr int unit = 4;
-    const int below = position / unit;
-    const int rest = position % unit;
-    const bool up = rest * 2 > unit || (rest * 2 == unit && below % 2 != 0);
-    return (below + (up ? 1 : 0)) * unit;
 }
 
 } // namespace zint
