@@ -35,7 +35,7 @@ public:
     {
         gate_.run([this] { terminal_.pressOpenCom(); });
         if (!terminal_.isOpen())
-            fail(terminal_.panel().statusBox.c_str());
+            fail(terminal_.lastFailure().c_str());
         QCoreApplication::exec();
         return seconds_;
     }

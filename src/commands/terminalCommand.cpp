@@ -100,7 +100,7 @@ private:
     {
         const std::int64_t errors = terminal_.counters().totalErrors;
         if (!terminal_.isOpen() && !session_.prompts.hasComplained) {
-            session_.prompts.message(terminal_.panel().statusBox); // that is where a port tells its failures
+            session_.prompts.message(terminal_.lastFailure());
         } else if (errors > errorsTold_ && !session_.prompts.hasComplained) {
             complain(terminal_.panel().statusBox); // a number that is too large, and no reason to stop
             hasFailed_ = true;

@@ -5,6 +5,7 @@
 namespace zint {
 namespace {
 
+constexpr std::chrono::seconds resetTimeout{45};
 constexpr std::chrono::seconds longSilence{10};
 
 /// Of a command with its carriage return.
@@ -12,24 +13,16 @@ std::int64_t lengthOf(std::string_view command) { return static_cast<std::int64_
 
 } // namespace
 
-AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener)
-    : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener)
+AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener,
+                         Delivery delivery)
+    : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener), delivery_(delivery),
+      buffer_(delivery == Delivery::replies)
 {
-    setUp(port_, choice_);
+    port_.setCommPort(choice_.portNumber);
+    port_.setSettings(choice_.lineSettings());
     port_.onNotice = [this](PortNotice notice) { takeNotice(notice); };
     timer_.onTick = [this] { timedOut(); };
     setStatus("Closed");
-}
-
-void AdapterLink::setUp(SerialPort& port, const ConnectionChoice& choice)
-{
-    port.setCommPort(choice.portNumber);
-    port.setSettings(choice.lineSettings());
-}
-
-std::string AdapterLink::initErrorText(const CommError& error)
-{
-    return "- Comm init error: " + std::to_string(error.number()) + ": " + error.what();
 }
 
 void AdapterLink::watchSilence(Timer& silence)
@@ -63,10 +56,9 @@ void AdapterLink::tellOfSilence()
     listener_.linkSilent();
 }
 
-/// Since the port was opened.
 Heard AdapterLink::heard() const
 {
-    if (counters_.bytesIn == bytesBefore_)
+    if (!hasReceived_)
         return Heard::nothing;
     return buffer_.isReadable() ? Heard::text : Heard::noise;
 }
@@ -76,13 +68,14 @@ bool AdapterLink::open(Guard guard)
     state_ = State::resetSent;
     guard_ = guard;
     buffer_.clear();
-    bytesBefore_ = counters_.bytesIn;
+    hasReceived_ = false;
+    dropsNulBytes_ = true;
     failure_.clear();
     try {
         port_.open();
         write(resetCommand, lengthOf(resetCommand));
     } catch (const CommError& error) {
-        setStatus(initErrorText(error));
+        setStatus("- Comm init error: " + std::to_string(error.number()) + ": " + error.what());
         failure_ = status_;
         waitForAnswer(false);
         port_.close();
@@ -146,10 +139,11 @@ void AdapterLink::takeNotice(PortNotice notice)
 void AdapterLink::receive()
 {
     std::string received = port_.input();
+    hasReceived_ = true;
     counters_.bytesIn += std::ssize(received);
-    std::erase(received, '\0'); // some adapters mix them in
-    buffer_.append(received);
-    const auto reply = buffer_.takeReply();
+    if (dropsNulBytes_) // some adapters mix them in
+        std::erase(received, '\0');
+    const auto reply = completed(received);
     waitForAnswer(!reply);
     if (reply)
         handleReply(*reply);
@@ -157,10 +151,19 @@ void AdapterLink::receive()
     listener_.linkReceived();
 }
 
+std::optional<std::string> AdapterLink::completed(const std::string& received)
+{
+    if (delivery_ == Delivery::groups && state_ == State::ready)
+        return received;
+    buffer_.append(received);
+    return buffer_.takeReply();
+}
+
 void AdapterLink::handleReply(std::string_view reply)
 {
     switch (state_) {
     case State::resetSent:
+        openingAnswer_ = reply;
         timer_.setEnabled(guard_ == Guard::exchange);
         send("ATE0");
         setStatus("Init");
@@ -168,6 +171,7 @@ void AdapterLink::handleReply(std::string_view reply)
         listener_.linkReset();
         break;
     case State::echoOffSent:
+        openingAnswer_ = reply;
         state_ = State::ready;
         listener_.linkReady();
         break;
@@ -183,7 +187,7 @@ void AdapterLink::lost()
     waitForAnswer(false);
     countError();
     port_.close();
-    setStatus(disconnectedText);
+    setStatus("- adapter disconnected");
     failure_ = status_;
     refreshCounterLine();
     listener_.linkLost();

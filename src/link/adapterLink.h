@@ -24,9 +24,6 @@ namespace zint {
 /// Everything runs on one thread; the port and the timer outlive the link.
 class AdapterLink {
 public:
-    static constexpr std::chrono::milliseconds resetTimeout{45000};
-
-    /// The command whose answer the time-out guards.
     static constexpr std::string_view resetCommand = "ATZ";
 
     /// Why the last exchange failed, when it was for the time-out.
@@ -34,14 +31,6 @@ public:
 
     static constexpr std::string_view notRespondingText =
         "OBD is not responding... Please verify connections between computer and vehicle";
-
-    static constexpr std::string_view disconnectedText = "- adapter disconnected";
-
-    /// What a status says of a port that can't be opened, behind the port's name.
-    static std::string initErrorText(const CommError& error);
-
-    /// Sets a port up as all tools use it.
-    static void setUp(SerialPort& port, const ConnectionChoice& choice);
 
     /// A tool. Each call comes from the port's notification or the timer's tick; the listener may send or
     /// close in it.
@@ -53,7 +42,7 @@ public:
         /// The adapter is reset and its echo is off: time for the first request.
         virtual void linkReady() = 0;
 
-        /// A complete reply, prompt included. It is valid during the call only.
+        /// A complete reply, prompt included, or a group, see Delivery. It is valid during the call only.
         virtual void linkReply(std::string_view reply) = 0;
 
         /// Received characters have been dealt with, whether they completed a reply or not, and the counters
@@ -78,8 +67,15 @@ public:
         ~Listener() = default;
     };
 
+    /// What the listener gets once the adapter is ready.
+    enum class Delivery {
+        replies, ///< complete ones, that begin with their data: see ReplyBuffer
+        groups,  ///< what is received, as it comes; the answers while opening whole, but as they came, too
+    };
+
     /// Sets the port up for the chosen connection; does not open it.
-    AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener);
+    AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener,
+                Delivery delivery = Delivery::replies);
 
     /// Lets the status tell from now on that nothing arrives though something was asked; what arrives takes
     /// that back. @param silence outlives the link, which has it for itself
@@ -101,6 +97,15 @@ public:
     void close();
 
     bool isOpen() const { return port_.isOpen(); }
+
+    /// Whether the opening is over, and the adapter takes what the tool sends.
+    bool isReady() const { return isOpen() && state_ == State::ready; }
+
+    /// What the adapter answered last while opening, prompt included.
+    const std::string& openingAnswer() const { return openingAnswer_; }
+
+    /// Bytes 00 are dropped as noise; up to the next opening they are not any more.
+    void keepNulBytes() { dropsNulBytes_ = false; }
 
     /// The line in which the adapter told, in front of the reply given last, that it looked for the vehicle,
     /// such as "BUS INIT: ...ERROR"; empty when there was none.
@@ -131,6 +136,7 @@ public:
     void reportNotice(PortNotice notice);
 
     void countError() { ++counters_.errors; }
+    void clearCounters() { counters_ = {}; }
     const LinkCounters& counters() const { return counters_; }
 
     void refreshCounterLine() { shownCounters_ = counters_; }
@@ -144,6 +150,7 @@ private:
 
     void takeNotice(PortNotice notice);
     void receive();
+    std::optional<std::string> completed(const std::string& received);
     void handleReply(std::string_view reply);
     void lost();
     void timedOut();
@@ -160,9 +167,12 @@ private:
     std::string silenceText_;
     State state_ = State::resetSent;
     Guard guard_ = Guard::reset;
+    const Delivery delivery_;
     ReplyBuffer buffer_;
+    std::string openingAnswer_;
+    bool hasReceived_ = false; ///< anything since the port was opened
+    bool dropsNulBytes_ = true;
     LinkCounters counters_;
-    std::int64_t bytesBefore_ = 0; ///< received before the port was opened
     std::string status_;
     std::string failure_;
     std::optional<LinkCounters> shownCounters_; ///< as counterLine() tells them

@@ -18,6 +18,8 @@ void ReplyBuffer::append(std::string_view received)
     if (text_.empty())
         notice_.clear();
     text_ += received;
+    if (!dropsFront_)
+        return;
     dropFiller();
     if (!isNotice(text_) || text_.find(prompt) == std::string::npos)
         return;

@@ -13,6 +13,9 @@ namespace zint {
 /// which the adapter reports that it had to find or to wake the vehicle ("SEARCHING...", "BUS INIT: ...OK").
 class ReplyBuffer {
 public:
+    /// @param dropsFront else a reply stays as it was received
+    explicit ReplyBuffer(bool dropsFront = true) : dropsFront_(dropsFront) {}
+
     static constexpr char prompt = '>';
 
     /// What belongs to nothing in front of a reply and behind a prompt. Some adapters send bytes 00, too.
@@ -40,6 +43,7 @@ public:
 private:
     void dropFiller();
 
+    bool dropsFront_;
     std::string text_;
     std::string notice_;
 };

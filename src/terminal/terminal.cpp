@@ -1,18 +1,18 @@
 #include "terminal/terminal.h"
 
-#include "link/adapterLink.h"
-#include "link/commError.h"
 #include "link/replyBuffer.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
 #include "terminal/textReply.h"
 
 #include <algorithm>
-#include <string_view>
+#include <numeric>
 #include <utility>
 
 namespace zint {
 namespace {
+
+constexpr std::size_t mostReplies = 12; // in the history
 
 /// One line of what was received, with blanks for whatever would not be seen.
 std::string blanked(std::string_view received)
@@ -34,26 +34,26 @@ void dropLeadingLineEnds(std::string& received)
 
 } // namespace
 
-Terminal::Terminal(Surroundings surroundings, const ConnectionChoice& choice)
-    : around_(surroundings), choice_(choice),
+Terminal::Terminal(const Surroundings& surroundings, const ConnectionChoice& choice)
+    : around_(surroundings), link_(around_.port, around_.timer, choice, *this, AdapterLink::Delivery::groups),
+      portName_(choice.portName),
       binary_({.show = [this](const std::string& text) { output_ += text; },
-               .store = [this](const std::string& reply) { history_.add(cmdEcho_ + reply); },
-               .prompted = [this] { prompted(); }})
+               .store = [this](const std::string& reply) { keep(cmdEcho_ + reply); },
+               .prompted =
+                   [this] {
+                       promptSeen_ = true;
+                       if (repeating_)
+                           send();
+                   }})
 {
-    AdapterLink::setUp(around_.port, choice);
-    around_.port.onNotice = [this](PortNotice notice) { takeNotice(notice); };
-    around_.timer.onTick = [this] { timedOut(); };
-    panel_.statusBox = choice_.portName + " Closed";
+    panel_.statusBox = link_.status();
     updateControls();
 }
 
 void Terminal::unload()
 {
-    if (!isOpen())
-        return;
-    write("ATD");
-    around_.timer.setEnabled(false);
-    around_.port.close();
+    if (isOpen())
+        close();
 }
 
 void Terminal::pressOpenCom()
@@ -64,54 +64,35 @@ void Terminal::pressOpenCom()
 
 void Terminal::open()
 {
-    linkState_ = State::resetSent;
-    rxBuf_.clear();
-    try {
-        around_.port.open();
-        around_.port.output(std::string(AdapterLink::resetCommand) + '\r');
-    } catch (const CommError& error) {
-        panel_.statusBox = choice_.portName + " " + AdapterLink::initErrorText(error);
-        around_.port.close();
+    const bool isOpened = link_.open();
+    panel_.statusBox = link_.status();
+    if (!isOpened)
         return;
-    }
     around_.outBox.replace("Initializing...");
-    counters_.bytesOut += static_cast<std::int64_t>(AdapterLink::resetCommand.size()) + 1;
     ++counters_.commandsSent;
     refreshCounters();
-    panel_.statusBox = choice_.portName + " Open";
+    replies_ = Replies::text;
+    rxBuf_.clear();
     cmdEcho_.clear();
     binary_.clear();
     lastLineHadPrompt_ = false;
-    around_.timer.setInterval(AdapterLink::resetTimeout);
-    around_.timer.setEnabled(true);
 }
 
 void Terminal::close()
 {
-    write("ATD");
-    ++counters_.commandsSent;
-    endConnection(" Closed");
-}
-
-/// The port is closed from here on.
-void Terminal::endConnection(std::string_view status)
-{
-    around_.timer.setEnabled(false);
     repeating_ = false;
-    around_.port.close();
-    panel_.statusBox = choice_.portName + std::string(status);
+    ++counters_.commandsSent;
+    link_.close();
+    panel_.statusBox = link_.status();
 }
 
 void Terminal::pressSendCom()
 {
-    if (isOpen())
-        send();
-    else
-        askToOpen();
+    isOpen() ? send() : askToOpen();
     changed();
 }
 
-void Terminal::askToOpen() { panel_.statusBox = choice_.portName + " Closed - press Open OBD first"; }
+void Terminal::askToOpen() { setStatus("Closed - press Open OBD first"); }
 
 void Terminal::send()
 {
@@ -121,26 +102,17 @@ void Terminal::send()
     if (inBox_.starts_with('A'))
         binary_.expectLiteral();
     if (repeating_) {
-        write({}); // lets the adapter do its last command again
+        link_.send({}); // lets the adapter do its last command again
         ++repeatCount_;
         ++counters_.commandsSent; // a repeated send counts as two commands
         return;
     }
     if (isReady())
-        panel_.statusBox = choice_.portName + " Ready"; // what stands there is about the commands before
-    write(inBox_);
+        setStatus("Ready"); // what stands there is about the commands before
+    link_.send(inBox_);
     refreshCounters();
     cmdEcho_ = ">" + inBox_ + "  ";
     around_.outBox.append(cmdEcho_);
-}
-
-void Terminal::write(std::string_view command)
-{
-    try {
-        around_.port.output(std::string(command) + '\r');
-        counters_.bytesOut += static_cast<std::int64_t>(command.size()) + 1;
-    } catch (const CommError&) { // NOLINT(bugprone-empty-catch): the port's own event tells it
-    }
 }
 
 void Terminal::pressRepeatCom()
@@ -163,94 +135,60 @@ void Terminal::pressRepeatCom()
     changed();
 }
 
-/// Of what else the port reports, a reply would show what matters.
-void Terminal::takeNotice(PortNotice notice)
+void Terminal::expectBinaryReplies()
 {
-    switch (notice) {
-    case PortNotice::received:
-        receive();
-        break;
-    case PortNotice::unexplained:
-        panel_.statusBox += AdapterLink::noticeText(notice);
-        ++counters_.totalErrors;
-        break;
-    case PortNotice::deviceGone:
-        ++counters_.totalErrors;
-        refreshCounters();
-        endConnection(" " + std::string(AdapterLink::disconnectedText));
-        break;
-    default:
-        return;
-    }
-    changed();
+    replies_ = Replies::binaryStartUp;
+    link_.keepNulBytes();
 }
 
-void Terminal::receive()
+void Terminal::linkReset()
 {
-    std::string received = around_.port.input();
-    counters_.bytesIn += std::ssize(received);
-    if (linkState_ != State::binaryStartUp && linkState_ != State::binary)
-        std::erase(received, '\0');
-    rxBuf_ += received;
-    output_.clear();
-    promptSeen_ = false;
-    switch (linkState_) {
-    case State::resetSent:
-        if (rxBuf_.ends_with(ReplyBuffer::prompt))
-            takeBanner();
-        break;
-    case State::echoOffSent:
-        if (rxBuf_.ends_with(ReplyBuffer::prompt))
-            takeStartUp({}, State::text);
-        break;
-    case State::binaryStartUp:
-        if (rxBuf_.ends_with(ReplyBuffer::prompt))
-            takeStartUp("ATPD ", State::binary);
-        break;
-    case State::binary:
-        binary_.take(std::exchange(rxBuf_, {}), cmdEcho_, options_, counters_);
-        break;
-    case State::text:
-        takeTextLine();
-        break;
-    }
-    if (!output_.empty()) {
-        showOutput();
-        refreshCounters();
-    }
-    if (promptSeen_ && onPrompt)
-        onPrompt();
+    const std::string_view banner = link_.openingAnswer();
+    const auto start = banner.find(AdapterLink::resetCommand);
+    takeAnswer(banner.substr(start == std::string_view::npos ? 0 : start));
+    panel_.statusBox = link_.status();
 }
 
-void Terminal::takeBanner()
+void Terminal::linkReady()
 {
-    around_.timer.setEnabled(false);
-    const auto start = rxBuf_.find(AdapterLink::resetCommand);
-    rxBuf_.erase(0, start == std::string::npos ? 0 : start);
-    takeLineToPrompt({});
-    write("ATE0");
-    panel_.statusBox = choice_.portName + " Init";
-    linkState_ = State::echoOffSent;
+    takeAnswer(link_.openingAnswer());
+    becomeReady();
 }
 
-void Terminal::takeStartUp(std::string_view prefix, State next)
+void Terminal::becomeReady()
 {
-    takeLineToPrompt(prefix);
-    panel_.statusBox = choice_.portName + " Ready";
-    linkState_ = next;
-    if (next == State::binary)
-        binary_.begin();
+    setStatus("Ready");
     promptSeen_ = true;
 }
 
 /// Shows all that has come as one line, without the prompt that ends it.
-void Terminal::takeLineToPrompt(std::string_view prefix)
+void Terminal::takeAnswer(std::string_view answer, std::string_view prefix)
 {
-    rxBuf_.pop_back();
-    output_ = std::string(prefix) + blanked(rxBuf_) + std::string(lineEnd);
-    rxBuf_.clear();
-    history_.add(output_);
+    answer.remove_suffix(1);
+    output_ = std::string(prefix) + blanked(answer) + std::string(lineEnd);
+    keep(output_);
     ++counters_.messagesReceived;
+}
+
+void Terminal::linkReply(std::string_view group)
+{
+    rxBuf_ += group;
+    switch (replies_) {
+    case Replies::text:
+        takeTextLine();
+        break;
+    case Replies::binaryStartUp:
+        if (!rxBuf_.ends_with(ReplyBuffer::prompt))
+            break;
+        takeAnswer(std::exchange(rxBuf_, {}), "ATPD ");
+        becomeReady();
+        replies_ = Replies::binary;
+        binary_.begin();
+        break;
+    case Replies::binary:
+        binary_.take(std::exchange(rxBuf_, {}), cmdEcho_, options_, counters_);
+        break;
+    }
 }
 
 void Terminal::takeTextLine()
@@ -262,69 +200,102 @@ void Terminal::takeTextLine()
         const TextReply reply = showTextReply(rxBuf_, options_.base);
         rxBuf_.erase(0, end + 1);
         if (reply.overflowed) {
-            panel_.statusBox = choice_.portName + " - Overflow: a number is larger than 7FFFFFFF";
-            ++counters_.totalErrors;
+            setStatus("- Overflow: a number is larger than 7FFFFFFF");
+            link_.countError();
         }
         if (!reply.text.empty()) {
             ++counters_.messagesReceived;
             output_ = toUtf8(reply.text) + std::string(lineEnd);
-            history_.add(cmdEcho_ + output_);
+            keep(cmdEcho_ + output_);
         }
     }
     if (repeating_ && (lastLineHadPrompt_ || promptSeen_)) // a prompt that comes late is a group of its own
         send();
 }
 
-void Terminal::prompted()
+void Terminal::linkReceived()
 {
-    promptSeen_ = true;
-    if (repeating_)
-        send();
+    if (const std::string output = std::exchange(output_, {}); !output.empty()) {
+        showOutput(output);
+        refreshCounters();
+    }
+    if (std::exchange(promptSeen_, false) && onPrompt)
+        onPrompt();
+    changed();
 }
 
-void Terminal::showOutput()
+void Terminal::keep(const std::string& reply)
+{
+    replyHistory_.push_back(reply);
+    if (replyHistory_.size() > mostReplies)
+        replyHistory_.pop_front();
+}
+
+void Terminal::showOutput(const std::string& output)
 {
     switch (options_.mode) {
     case OutputMode::append:
-        around_.outBox.append(output_);
+        around_.outBox.append(output);
         break;
     case OutputMode::overwrite:
-        if (!history_.isEmpty())
-            around_.outBox.replace(history_.newest());
+        around_.outBox.replace(replyHistory_.back()); // opening has kept the first one
         break;
     case OutputMode::scroll:
-        around_.outBox.replace(history_.text());
+        around_.outBox.replace(std::accumulate(replyHistory_.begin(), replyHistory_.end(), std::string()));
         break;
     }
 }
 
-void Terminal::timedOut()
+/// Of what else the port reports, a reply would show what matters.
+void Terminal::linkNotice(PortNotice notice)
 {
-    around_.timer.setEnabled(false);
-    ++counters_.totalErrors;
-    around_.prompts.tellOfSilence(std::string(AdapterLink::notRespondingText),
-                                  choice_.silenceReason(rxBuf_.empty()                ? Heard::nothing
-                                                        : ReplyBuffer::isText(rxBuf_) ? Heard::text
-                                                                                      : Heard::noise));
+    if (notice != PortNotice::unexplained)
+        return;
+    panel_.statusBox += AdapterLink::noticeText(notice);
+    link_.countError();
+    changed();
+}
+
+void Terminal::linkTimedOut()
+{
+    around_.prompts.tellOfSilence(std::string(AdapterLink::notRespondingText), link_.timeoutReason());
     if (sendsAfterTimeout_)
         send();
+    changed();
+}
+
+void Terminal::linkLost()
+{
+    repeating_ = false;
+    refreshCounters();
+    panel_.statusBox = link_.status();
     changed();
 }
 
 void Terminal::clearOutput()
 {
     around_.outBox.replace({});
-    history_.clear();
+    replyHistory_ = {""};
+}
+
+TerminalCounters Terminal::counters() const
+{
+    TerminalCounters all = counters_;
+    all.bytesIn = link_.counters().bytesIn;
+    all.bytesOut = link_.counters().bytesOut;
+    all.totalErrors += link_.counters().errors;
+    return all;
 }
 
 void Terminal::clearCounters()
 {
     counters_ = {};
+    link_.clearCounters();
     refreshCounters();
     changed();
 }
 
-void Terminal::showStatistics() { around_.prompts.message(counters_.statistics(), "Piolum Stats"); }
+void Terminal::showStatistics() { around_.prompts.message(counters().statistics(), "Piolum Stats"); }
 
 void Terminal::showStatus(const std::string& text)
 {
@@ -332,12 +303,18 @@ void Terminal::showStatus(const std::string& text)
     changed();
 }
 
-void Terminal::refreshCounters() { panel_.labelStats = counters_.line(); }
+void Terminal::refreshCounters() { panel_.labelStats = counters().line(); }
+
+void Terminal::setStatus(std::string_view words)
+{
+    link_.setStatus(words);
+    panel_.statusBox = link_.status();
+}
 
 void Terminal::updateControls()
 {
     const bool isNowOpen = isOpen();
-    panel_.openCom.caption = (isNowOpen ? "Close OBD (" : "Open OBD (") + choice_.portName + ")";
+    panel_.openCom.caption = (isNowOpen ? "Close OBD (" : "Open OBD (") + portName_ + ")";
     panel_.mnuOpenCom = !isNowOpen;
     panel_.mnuCloseCom = panel_.sendIsDefault = isNowOpen;
     panel_.sendCom.enabled = !repeating_;

@@ -1,30 +1,26 @@
 #pragma once
 
-#include "link/connectionChoice.h"
-#include "link/serialPort.h"
+#include "link/adapterLink.h"
 #include "shared/clock.h"
 #include "shared/outputBox.h"
 #include "shared/prompts.h"
-#include "shared/timer.h"
 #include "terminal/binaryReply.h"
-#include "terminal/replyHistory.h"
 #include "terminal/terminalCounters.h"
 #include "terminal/terminalOptions.h"
 #include "terminal/terminalPanel.h"
 
 #include <chrono>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <string>
 #include <string_view>
 
 namespace zint {
 
-/// The command terminal's work: sends what the user types, once or over and over, and shows what comes back.
-///
-/// It speaks to the adapter by itself, as its user wants to see each line at once and as it is, where other
-/// tools wait for complete replies.
-class Terminal {
+/// The command terminal's work: sends what the user types, once or over and over, and shows what comes back:
+/// each line at once and as it is, where other tools wait for complete replies.
+class Terminal final : private AdapterLink::Listener {
 public:
     /// What the terminal asks of its surroundings; all of it outlives the terminal.
     struct Surroundings {
@@ -35,7 +31,7 @@ public:
         OutputBox& outBox;
     };
 
-    Terminal(Surroundings surroundings, const ConnectionChoice& choice);
+    Terminal(const Surroundings& surroundings, const ConnectionChoice& choice);
 
     void unload(); ///< the window goes away: closes the port
 
@@ -50,57 +46,64 @@ public:
     void clearCounters();
     void showStatistics();
 
-    /// Takes what follows the next prompt for replies in bytes. No adapter of today answers so by itself.
-    void expectBinaryReplies() { linkState_ = State::binaryStartUp; }
+    /// Takes what follows the next prompt for replies in bytes, see BinaryReply.
+    void expectBinaryReplies();
 
     /// A reset without an answer is told and no more, where nobody could type what is sent behind it.
     void sendNothingAfterTimeout() { sendsAfterTimeout_ = false; }
 
-    bool isOpen() const { return around_.port.isOpen(); }
+    bool isOpen() const { return link_.isOpen(); }
     bool isRepeating() const { return repeating_; }
 
     /// Whether the adapter has been reset and waits for commands.
-    bool isReady() const { return isOpen() && (linkState_ == State::text || linkState_ == State::binary); }
+    bool isReady() const { return link_.isReady() && replies_ != Replies::binaryStartUp; }
 
     /// Tells that a file was written, or why not.
     void showStatus(const std::string& text);
 
-    const TerminalCounters& counters() const { return counters_; }
+    /// How the port or the adapter's silence ended the last exchange, see AdapterLink.
+    const std::string& lastFailure() const { return link_.lastFailure(); }
+
+    TerminalCounters counters() const;
     const TerminalPanel& panel() const { return panel_; }
     std::function<void()> onChanged; ///< called when the panel may have changed
     std::function<void()> onPrompt;  ///< called when the adapter waits for a command
 
 private:
-    enum class State { resetSent, echoOffSent, binaryStartUp, binary, text };
+    enum class Replies { text, binaryStartUp, binary };
+
+    void linkReset() override;
+    void linkReady() override;
+    void linkReply(std::string_view group) override;
+    void linkReceived() override;
+    void linkNotice(PortNotice notice) override;
+    void linkTimedOut() override;
+    void linkLost() override;
 
     void open();
     void close();
-    void takeNotice(PortNotice notice);
-    void receive();
-    void takeBanner();
-    void takeStartUp(std::string_view prefix, State next);
-    void takeLineToPrompt(std::string_view prefix);
-    void takeTextLine();
-    void prompted();
-    void endConnection(std::string_view status);
-    void timedOut();
     void askToOpen();
     void send();
-    void write(std::string_view command);
-    void showOutput();
+    void takeTextLine();
+    void takeAnswer(std::string_view answer, std::string_view prefix = {});
+    void becomeReady();
+    void keep(const std::string& reply);
+    void showOutput(const std::string& output);
     void refreshCounters();
+    void setStatus(std::string_view words);
     void updateControls();
     void changed();
 
     Surroundings around_;
-    const ConnectionChoice choice_;
+    AdapterLink link_;
+    const std::string portName_;
     TerminalOptions options_;
     TerminalPanel panel_;
-    TerminalCounters counters_;
-    ReplyHistory history_;
+    TerminalCounters counters_;            ///< but for what the link counts
+    std::deque<std::string> replyHistory_; ///< the last replies as they were shown, the oldest first
     BinaryReply binary_;
 
-    State linkState_ = State::resetSent;
+    Replies replies_ = Replies::text;
     std::string inBox_;
     std::string rxBuf_;              ///< received and not consumed
     std::string cmdEcho_;            ///< the last command as the output box shows it

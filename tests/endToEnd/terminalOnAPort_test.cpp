@@ -46,25 +46,26 @@ TEST_F(TerminalEndToEnd, ShowsEachReplyBeforeItSendsAgain)
         terminal.setCommand("0101");
         terminal.clearOutput();
         terminal.clearCounters();
-        const TerminalCounters& counters = terminal.counters();
         const bool isCan = std::string_view(options).ends_with("can");
         const std::int64_t notices = isCan ? 1 : 0; // "SEARCHING...", before the first reply
         std::int64_t latest = 0; // replies that had not been shown when the next command was sent
         terminal.onPrompt = [&] {
-            const std::int64_t sent = (counters.commandsSent + 1) / 2; // a repeated one counts twice
-            latest = std::max(latest, sent + notices - counters.messagesReceived);
+            const std::int64_t sent =
+                (terminal.counters().commandsSent + 1) / 2; // a repeated one counts twice
+            latest = std::max(latest, sent + notices - terminal.counters().messagesReceived);
             if (sent == sends && terminal.isRepeating())
                 terminal.pressRepeatCom(); // the reply to the last one is still to come
         };
         press(&Terminal::pressRepeatCom);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return counters.messagesReceived == sends + notices; }, patienceMs))
-            << counters.messagesReceived;
+        EXPECT_TRUE(QTest::qWaitFor([&] { return terminal.counters().messagesReceived == sends + notices; },
+                                    patienceMs))
+            << terminal.counters().messagesReceived;
         EXPECT_EQ(latest, 1);
         std::string expected = isCan ? ">0101  SEARCHING...\r\n" : ">0101  ";
         for (int i = 0; i < sends; ++i)
             expected += "41  1  83  7  65  4  \r\n";
         EXPECT_TRUE(box.shown == expected) << box.shown.substr(0, 500);
-        EXPECT_EQ(counters.bytesOut, 5 + sends - 1);
+        EXPECT_EQ(terminal.counters().bytesOut, 5 + sends - 1);
         EXPECT_TRUE(terminal.panel().statusBox.starts_with("99 In "));
         press(&Terminal::unload);
         terminal.onPrompt = {};
