@@ -10,11 +10,14 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTabWidget>
 #include <QTimer>
 
+#include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -32,23 +35,39 @@ struct Run {
     double processor = 0;
 };
 
+/// Nothing but a port around the window.
+class DeviceShell final : public zint::Shell {
+public:
+    explicit DeviceShell(std::string path) : path_(std::move(path)) {}
+
+    zint::Launcher& makeLauncher(zint::Prompts&) override { throw std::logic_error("there is no launcher"); }
+    zint::ConnectionChoice connection() const override { return {}; }
+    std::unique_ptr<zint::SerialPort> makePort(zint::EventGate& gate, const zint::ConnectionChoice&) override
+    {
+        return std::make_unique<zint::QtSerialPort>(gate, [this](int) { return path_; });
+    }
+    void openTool(zint::Tool) override {}
+    void recoverIn(zint::Tool) override {}
+    void switchTo(zint::Tool) override {}
+    void openFailedConn(QWidget&) override {}
+    void assignPorts() override {}
+
+private:
+    std::string path_;
+};
+
 /// A run through the window, from the first request to the last reply.
 Run poll(const std::string& path, int loops)
 {
     zint::ProgramValues values;
     zint::Design design = fourEvents();
     zint::QtSettingsStore settings;
-    zint::ToolContext context{
-        .values = values,
-        .design = design,
-        .settings = settings,
-        .userDataFolder = zint::fromQt(zint::userDataFolder()),
-        .connection = [] { return zint::ConnectionChoice(); },
-        .makePort =
-            [&path](zint::EventGate& gate, const zint::ConnectionChoice&) {
-                return std::make_unique<zint::QtSerialPort>(gate, [path](int) { return path; });
-            },
-    };
+    DeviceShell shell(path);
+    zint::ToolContext context{.shell = shell,
+                              .values = values,
+                              .design = design,
+                              .settings = settings,
+                              .userDataFolder = zint::fromQt(zint::userDataFolder())};
     auto* form = new zint::obdPollForm(context);
     form->show();
     const auto* pages = form->findChild<QTabWidget*>();

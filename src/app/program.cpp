@@ -18,38 +18,31 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace zint {
 namespace {
 
-/// How each tool's window is made. A tool that is not listed is not part of this version; its button is
-/// disabled.
-struct ToolEntry {
-    Tool tool;
-    toolForm* (*make)(ToolContext&);
-};
-
-template <typename Form>
-toolForm* make(ToolContext& context)
+toolForm* makeWindow(Tool tool, ToolContext& context)
 {
-    return new Form(context);
+    switch (tool) {
+    case Tool::codes:
+        return new codesForm(context);
+    case Tool::dtcEditor:
+        return new dtcEditForm(context);
+    case Tool::pollDesigner:
+        return new pollSetup2(context);
+    case Tool::pollRunner:
+        return new obdPollForm(context);
+    case Tool::scanner:
+        return new scanForm(context);
+    case Tool::terminal:
+        return new debuggerForm(context);
+    }
+    return nullptr;
 }
-
-constexpr std::array toolEntries = {
-    ToolEntry{Tool::codes, &make<codesForm>},         ToolEntry{Tool::dtcEditor, &make<dtcEditForm>},
-    ToolEntry{Tool::pollDesigner, &make<pollSetup2>}, ToolEntry{Tool::pollRunner, &make<obdPollForm>},
-    ToolEntry{Tool::terminal, &make<debuggerForm>},   ToolEntry{Tool::scanner, &make<scanForm>},
-};
 
 constexpr std::chrono::milliseconds boxInterval{100};
-
-const ToolEntry* entryOf(Tool tool)
-{
-    const auto* entry = std::ranges::find(toolEntries, tool, &ToolEntry::tool);
-    return entry == toolEntries.end() ? nullptr : entry;
-}
 
 bool anyWindowVisible() { return std::ranges::any_of(QApplication::topLevelWidgets(), &QWidget::isVisible); }
 
@@ -57,21 +50,12 @@ bool anyWindowVisible() { return std::ranges::any_of(QApplication::topLevelWidge
 
 Program::Program(const ConnectionOptions& options)
     : ports_(settings_, systemPorts_), vehiclePorts_(ports_),
-      options_(options), context_{
-                             .values = values_,
-                             .design = design_,
-                             .settings = settings_,
-                             .userDataFolder = fromQt(userDataFolder()),
-                             .connection = [this] { return launcher_->connection(); },
-                             .makePort =
-                                 [this](EventGate& gate, const ConnectionChoice& choice) {
-                                     return vehiclePorts_.make(gate, choice.portNumber);
-                                 },
-                             .openFailedConn = [this](QWidget& caller) { openFailedConn(caller); },
-                         }
+      options_(options), context_{.shell = *this,
+                                  .values = values_,
+                                  .design = design_,
+                                  .settings = settings_,
+                                  .userDataFolder = fromQt(userDataFolder())}
 {
-    context_.goPolling = [this] { next_ = Tool::pollRunner; };
-    context_.goDesigning = [this] { next_ = Tool::pollDesigner; };
     instance_.onAsked = [this](const QByteArray& line) { return bringBack(fromLine(line)); };
 }
 
@@ -91,11 +75,7 @@ Launcher& Program::makeLauncher(Prompts& prompts)
 void Program::start()
 {
     applyForThisRun(options_, ports_);
-    start_ = new startForm(context_, [this](Prompts& prompts) -> Launcher& { return makeLauncher(prompts); },
-                           {.hasTool = [](Tool tool) { return entryOf(tool) != nullptr; },
-                            .openTool = [this](Tool tool) { openTool(tool); },
-                            .assignPorts = [this] { assignPorts(); },
-                            .recoverIn = [this](Tool tool) { recoverIn(tool); }});
+    start_ = new startForm(context_);
     connect(start_, &toolForm::unloaded, qApp, &QCoreApplication::quit);
     start_->show();
     QTimer::singleShot(0, qApp, &useProgramIcon); // drawing it would keep the window waiting
@@ -117,12 +97,14 @@ void Program::recoverIn(Tool tool)
         QTimer::singleShot(0, recover, &QAction::trigger); // when the launcher's handler has returned
 }
 
+std::unique_ptr<SerialPort> Program::makePort(EventGate& gate, const ConnectionChoice& choice)
+{
+    return vehiclePorts_.make(gate, choice.portNumber);
+}
+
 void Program::openTool(Tool tool)
 {
-    const ToolEntry* entry = entryOf(tool);
-    if (entry == nullptr)
-        return;
-    tool_ = entry->make(context_);
+    tool_ = makeWindow(tool, context_);
     connect(tool_, &toolForm::unloaded, this, &Program::toolClosed);
     start_->hide();
     tool_->show();

@@ -22,7 +22,7 @@ class toolForm;
 
 /// The program with its windows: makes what they share, and opens one tool at a time in place of the
 /// launcher.
-class Program : public QObject {
+class Program : public QObject, private Shell {
     Q_OBJECT
 
 public:
@@ -36,12 +36,15 @@ public:
     void end();
 
 private:
-    Launcher& makeLauncher(Prompts& prompts);
-    void openTool(Tool tool);
-    void recoverIn(Tool tool);
+    Launcher& makeLauncher(Prompts& prompts) override;
+    ConnectionChoice connection() const override { return launcher_->connection(); }
+    std::unique_ptr<SerialPort> makePort(EventGate& gate, const ConnectionChoice& choice) override;
+    void openTool(Tool tool) override;
+    void recoverIn(Tool tool) override;
+    void switchTo(Tool tool) override { next_ = tool; }
+    void openFailedConn(QWidget& caller) override;
+    void assignPorts() override;
     void lookForUnsavedWork();
-    void openFailedConn(QWidget& caller);
-    void assignPorts();
     void toolClosed();
     void showLauncher();
     bool bringBack(const ConnectionOptions& options);

@@ -7,6 +7,7 @@
 #include "shared/programValues.h"
 #include "shared/prompts.h"
 #include "shared/settingsStore.h"
+#include "shared/tool.h"
 
 #include <array>
 #include <chrono>
@@ -16,9 +17,6 @@
 #include <string_view>
 
 namespace zint {
-
-/// The tools that the launcher opens.
-enum class Tool { codes, dtcEditor, pollDesigner, pollRunner, scanner, terminal };
 
 inline constexpr std::array<std::string_view, 2> lineSpeeds = {"9600", "38400"}; ///< entries of comSpeed
 

@@ -3,7 +3,6 @@
 #include "endToEnd/fixedRun.h"
 #include "endToEnd/simulator.h"
 #include "forms/formTest.h"
-#include "platform/qtSerialPort.h"
 #include "runner/dataLogReader.h"
 #include "runner/window/obdPollForm.h"
 #include "scanner/window/scanForm.h"
@@ -24,10 +23,7 @@ protected:
     void plugIn(const char* simulatorOptions)
     {
         simulator_.emplace(simulatorOptions);
-        context.makePort = [this](EventGate& gate, const ConnectionChoice&) {
-            return std::make_unique<QtSerialPort>(gate,
-                                                  [this](int) { return simulator_->path().toStdString(); });
-        };
+        device = simulator_->path().toStdString();
     }
 
     /// Types a name, as a user does who is asked for a file in the test's folder. @return what was written

@@ -34,7 +34,7 @@ struct FormConventionsTest : FormTest {
     {
         useOwnIcons();
         loadDefaultDesign(design);
-        forms.push_back(makeStartForm());
+        forms.push_back(std::make_unique<startForm>(context));
         forms.push_back(std::make_unique<codesForm>(context));
         forms.push_back(std::make_unique<dtcEditForm>(context));
         forms.push_back(std::make_unique<pollSetup2>(context));

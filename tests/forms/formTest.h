@@ -1,6 +1,7 @@
 #pragma once
 
 #include "launcher/window/startForm.h"
+#include "platform/qtSerialPort.h"
 #include "support/fixedPortList.h"
 #include "support/memorySettings.h"
 #include "support/scriptedAdapter.h"
@@ -49,8 +50,9 @@ inline QString messageOf(const std::function<void()>& action)
     return text;
 }
 
-/// A window with what the program would give it; the port is a scripted adapter.
-class FormTest : public testing::Test {
+/// A window with what the program would give it. The port is a scripted adapter; other windows are only
+/// noted.
+class FormTest : public testing::Test, protected Shell {
 protected:
     ~FormTest() override
     {
@@ -58,20 +60,25 @@ protected:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    /// The launcher's window, in a program that has all tools but the terminal.
-    std::unique_ptr<startForm> makeStartForm()
+    Launcher& makeLauncher(Prompts& prompts) override
     {
-        const auto makeLauncher = [this](Prompts& prompts) -> Launcher& {
-            return launcher.emplace(
-                settings, ports, prompts, values, design,
-                Launcher::System{.workingFolder = "/work", .findBrowser = [] { return ""; }});
-        };
-        return std::make_unique<startForm>(
-            context, makeLauncher,
-            startForm::Actions{.hasTool = [](Tool tool) { return tool != Tool::terminal; },
-                               .openTool = [this](Tool tool) { opened.push_back(tool); },
-                               .assignPorts = [this] { ++portsAssigned; }});
+        return launcher.emplace(settings, ports, prompts, values, design,
+                                Launcher::System{.workingFolder = "/work", .findBrowser = [] { return ""; }});
     }
+    ConnectionChoice connection() const override { return {.device = "/dev/ttyS0"}; }
+    std::unique_ptr<SerialPort> makePort(EventGate& gate, const ConnectionChoice& /*choice*/) override
+    {
+        if (!device.empty())
+            return std::make_unique<QtSerialPort>(gate, [this](int) { return device; });
+        auto port = std::make_unique<ScriptedAdapter>(&gate);
+        adapter = port.get();
+        return port;
+    }
+    void openTool(Tool tool) override { opened.push_back(tool); }
+    void recoverIn(Tool tool) override { opened.push_back(tool); }
+    void switchTo(Tool tool) override { opened.push_back(tool); }
+    void openFailedConn(QWidget& /*caller*/) override {}
+    void assignPorts() override { ++portsAssigned; }
 
     template <typename Widget>
     Widget* control(const char* name)
@@ -94,20 +101,9 @@ protected:
     std::optional<Launcher> launcher;
     std::vector<Tool> opened;
     int portsAssigned = 0;
+    std::string device;                 ///< of a real port in place of the scripted adapter
     ScriptedAdapter* adapter = nullptr; ///< of the tool that was made last; owned by it
-    ToolContext context{
-        .values = values,
-        .design = design,
-        .settings = settings,
-        .userDataFolder = folder.path(),
-        .connection = [] { return ConnectionChoice(); },
-        .makePort =
-            [this](EventGate& gate, const ConnectionChoice&) {
-                auto port = std::make_unique<ScriptedAdapter>(&gate);
-                adapter = port.get();
-                return port;
-            },
-    };
+    ToolContext context{*this, values, design, settings, folder.path()};
     QWidget* form = nullptr; ///< deleted at the end of the test
 };
 

@@ -22,7 +22,6 @@ struct ObdPollFormTest : FormTest {
                       {.code = "010C", .description = "Engine RPM", .conversion = 5, .frequency = 1},
                       {.code = "0105", .description = "Coolant", .conversion = 3, .frequency = 1},
                   }};
-        context.goDesigning = [this] { opened.push_back(Tool::pollDesigner); };
         form = new obdPollForm(context);
         form->show();
         grid = control<QTableView>("obdGrid");

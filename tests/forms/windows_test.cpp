@@ -16,7 +16,7 @@ namespace zint {
 namespace {
 
 struct StartFormTest : FormTest {
-    void open() { (form = makeStartForm().release())->show(); }
+    void open() { (form = new startForm(context))->show(); }
 };
 
 TEST_F(StartFormTest, TellsWhatThePortStandsFor)
@@ -45,11 +45,11 @@ TEST_F(StartFormTest, TellsWhatThePortStandsFor)
 TEST_F(StartFormTest, ButtonsAndMenusDoTheirWork)
 {
     open();
-    EXPECT_FALSE(control<QPushButton>("debugger")->isEnabled()) << "the tool does not exist here";
-    for (const char* name : {"getCodes", "editDTC", "pollDesign2", "scanner", "obdPoll"})
+    for (const char* name : {"getCodes", "editDTC", "pollDesign2", "scanner", "debugger", "obdPoll"})
         click(name);
-    EXPECT_EQ(opened, (std::vector{Tool::codes, Tool::dtcEditor, Tool::pollDesigner, Tool::scanner,
-                                   Tool::pollDesigner})); // the default design has unpolled events
+    EXPECT_EQ(opened,
+              (std::vector{Tool::codes, Tool::dtcEditor, Tool::pollDesigner, Tool::scanner, Tool::terminal,
+                           Tool::pollDesigner})); // the default design has unpolled events
     EXPECT_TRUE(values.isPollingWanted);
     trigger("mnuPorts");
     EXPECT_EQ(portsAssigned, 1);
@@ -66,7 +66,6 @@ using FailedConnFormTest = FormTest;
 
 TEST_F(FailedConnFormTest, ShowsTheFailureAndTheHints)
 {
-    context.connection = [] { return ConnectionChoice{.device = "/dev/ttyS0"}; };
     values.lastFailureText = "SEARCHING...\r41 01 00 \r\r>";
     form = new failedConnForm(context);
     form->show();

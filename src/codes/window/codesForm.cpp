@@ -36,7 +36,7 @@ void displayIfAny(QLabel& label, std::string text)
 
 codesForm::codesForm(ToolContext& context)
     : toolForm(context, "docchken2"), ui(std::make_unique<Ui::codesForm>()),
-      MSComm1(context.makePort(gate(), context.connection())), Timer1(gate()), silence_(gate()),
+      MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()), silence_(gate()),
       descriptions_(context.values.parmDTCdb, context.values.descriptionsFile),
       exchange_({.port = *MSComm1,
                  .timer = Timer1,
@@ -45,7 +45,7 @@ codesForm::codesForm(ToolContext& context)
                  .descriptions = descriptions_,
                  .prompts = prompts(),
                  .values = context.values},
-                context.connection())
+                context.shell.connection())
 {
     ui->setupUi(this);
     setUpList();
@@ -73,7 +73,7 @@ void codesForm::clearCodes_Click() { exchange_.pressClearCodes(); }
 
 void codesForm::labelStats_Click() { exchange_.showStatistics(); }
 
-void codesForm::ftc_Click() { context().openFailedConn(*this); }
+void codesForm::ftc_Click() { context().shell.openFailedConn(*this); }
 
 void codesForm::mnuSaveReport_Click()
 {

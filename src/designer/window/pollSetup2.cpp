@@ -22,10 +22,10 @@ namespace zint {
 
 pollSetup2::pollSetup2(ToolContext& context)
     : toolForm(context, "docpldsn2"), ui(std::make_unique<Ui::pollSetup2>()),
-      MSComm1(context.makePort(gate(), context.connection())), Timer1(gate()), silence_(gate()),
+      MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()), silence_(gate()),
       CommonDialog1(*this), kept_(context.userDataFolder + "/designs", dateText),
-      designer_(*MSComm1, Timer1, silence_, context.connection(), context.design, prompts(), CommonDialog1,
-                context.values, kept_),
+      designer_(*MSComm1, Timer1, silence_, context.shell.connection(), context.design, prompts(),
+                CommonDialog1, context.values, kept_),
       grid_(std::make_unique<GridModel>(designer_,
                                         [this](const GridModel::Edit& edit) { return enterEdit(edit); }))
 {
@@ -176,7 +176,6 @@ void pollSetup2::connectActions()
     onTrigger(ui->mnuAddNew, &pollSetup2::mnuAddNew_Click);
     onClick(ui->comDone, &pollSetup2::comDone_Click);
     onClick(ui->labelStats, &pollSetup2::labelStats_Click);
-    ui->comDone->setEnabled(context().goPolling != nullptr);
 }
 
 void pollSetup2::mnuAddNew_Click()
@@ -192,7 +191,7 @@ void pollSetup2::mnuAddNew_Click()
 void pollSetup2::comDone_Click()
 {
     designer_.commit();
-    context().goPolling();
+    context().shell.switchTo(Tool::pollRunner);
     close();
 }
 

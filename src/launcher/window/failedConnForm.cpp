@@ -24,7 +24,7 @@ failedConnForm::failedConnForm(ToolContext& context)
     ui->setupUi(this);
     display(*ui->failedRpt, context.values.lastFailureText);
     display(*ui->Label4, programInfo().supportText);
-    display(*ui->adviceLab, context.connection().advice());
+    display(*ui->adviceLab, context.shell.connection().advice());
     onClick(ui->tooOld, &failedConnForm::tooOld_Click);
     onClick(ui->badHardware, &failedConnForm::badHardware_Click);
     onClick(ui->ignitionOn, &failedConnForm::ignitionOn_Click);

@@ -1,5 +1,6 @@
 #include "launcher/window/portsForm.h"
 
+#include "launcher/window/portWatch.h"
 #include "launcher/window/ui_portsForm.h"
 #include "platform/text.h"
 
@@ -8,11 +9,6 @@
 #include <QLineEdit>
 
 namespace zint {
-namespace {
-
-constexpr std::chrono::milliseconds portWatchInterval{1500};
-
-} // namespace
 
 portsForm::portsForm(PortDirectory& directory, QWidget* parent)
     : QDialog(parent), ui(std::make_unique<Ui::portsForm>()), directory_(directory),

@@ -1,5 +1,6 @@
 #include "launcher/window/startForm.h"
 
+#include "launcher/window/portWatch.h"
 #include "launcher/window/ui_startForm.h"
 #include "platform/text.h"
 #include "widgets/display.h"
@@ -7,19 +8,11 @@
 #include <QTimer>
 #include <QWindow>
 
-#include <utility>
-
 namespace zint {
-namespace {
 
-constexpr std::chrono::milliseconds portWatchInterval{1500};
-
-} // namespace
-
-startForm::startForm(ToolContext& context, const std::function<Launcher&(Prompts&)>& makeLauncher,
-                     Actions actions)
+startForm::startForm(ToolContext& context)
     : toolForm(context, "docstart2"), ui(std::make_unique<Ui::startForm>()),
-      launcher_(makeLauncher(prompts())), actions_(std::move(actions))
+      launcher_(context.shell.makeLauncher(prompts()))
 {
     ui->setupUi(this);
     for (int number = 1; number <= PortDirectory::portCount; ++number)
@@ -53,8 +46,7 @@ startForm::~startForm() = default;
 
 void startForm::connectToolButton(QPushButton* button, Tool tool)
 {
-    button->setEnabled(actions_.hasTool(launcher_.toolFor(tool)));
-    on(button, &QPushButton::clicked, [this, tool] { actions_.openTool(launcher_.click(tool)); });
+    on(button, &QPushButton::clicked, [this, tool] { context().shell.openTool(launcher_.click(tool)); });
 }
 
 void startForm::Form_Unload() { launcher_.unload(); }
@@ -70,7 +62,7 @@ void startForm::offerUnsavedWork(std::chrono::system_clock::time_point since)
 {
     gate().run([this, since] {
         if (const auto tool = launcher_.offerUnsavedWork(since))
-            actions_.recoverIn(*tool);
+            context().shell.recoverIn(*tool);
     });
 }
 
@@ -98,7 +90,7 @@ void startForm::comSpeed_Click(int position) { launcher_.chooseSpeed(position); 
 
 void startForm::mnuPorts_Click()
 {
-    actions_.assignPorts();
+    context().shell.assignPorts();
     lookAtPorts();
 }
 

@@ -4,7 +4,6 @@
 #include "platform/qtTimer.h"
 #include "widgets/toolForm.h"
 
-#include <functional>
 #include <memory>
 
 namespace Ui {
@@ -18,16 +17,8 @@ class startForm final : public toolForm {
     Q_OBJECT
 
 public:
-    /// What the window asks of the program.
-    struct Actions {
-        std::function<bool(Tool)> hasTool;
-        std::function<void(Tool)> openTool;
-        std::function<void()> assignPorts;
-        std::function<void(Tool)> recoverIn; ///< opens a tool and its list of unsaved work
-    };
-
-    /// Loads the saved settings into the launcher. @param context and launcher outlive the window
-    startForm(ToolContext& context, const std::function<Launcher&(Prompts&)>& makeLauncher, Actions actions);
+    /// Makes the launcher and loads the saved settings into it. @param context outlives the window
+    explicit startForm(ToolContext& context);
     ~startForm() override;
 
     /// Offers what was not saved since a session began that was cut off.
@@ -53,7 +44,6 @@ private:
 
     std::unique_ptr<Ui::startForm> ui;
     Launcher& launcher_;
-    Actions actions_;
     QtTimer portWatch_{gate()};
     QPoint place_; ///< where the window was when it was hidden; a window manager would choose another place
 };

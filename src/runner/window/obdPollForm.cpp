@@ -23,7 +23,7 @@ constexpr const char* section = "Poll Data"; // of the settings
 
 obdPollForm::obdPollForm(ToolContext& context)
     : toolForm(context, "docpldat2"), ui(std::make_unique<Ui::obdPollForm>()),
-      MSComm1(context.makePort(gate(), context.connection())), Timer1(gate()), silence_(gate()),
+      MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()), silence_(gate()),
       ticker_(gate()), CommonDialog1(*this), kept_(context.userDataFolder + "/runs", dateText),
       poller_({.port = *MSComm1,
                .timer = Timer1,
@@ -34,7 +34,7 @@ obdPollForm::obdPollForm(ToolContext& context)
                .values = context.values,
                .kept = kept_,
                .dateText = dateText},
-              context.connection(), context.design),
+              context.shell.connection(), context.design),
       grid_(std::make_unique<PollGridModel>())
 {
     ui->setupUi(this);
@@ -71,7 +71,7 @@ bool obdPollForm::printOn(QPrinter& printer)
 
 void obdPollForm::mnuDesigner_Click()
 {
-    context().goDesigning();
+    context().shell.switchTo(Tool::pollDesigner);
     close();
 }
 
@@ -130,7 +130,6 @@ void obdPollForm::connectActions()
     forward(ui->mnuComStart, &Poller::pressStart);
     on(ui->comStart, &QPushButton::clicked, [this] { poller_.pressStart(); });
     onTrigger(ui->mnuDesigner, &obdPollForm::mnuDesigner_Click);
-    ui->mnuDesigner->setEnabled(context().goDesigning != nullptr);
     const auto takes = [this](QLineEdit* box, void (Poller::*take)(const std::string&)) {
         on(box, &QLineEdit::textEdited, [this, take](const QString& text) { (poller_.*take)(fromQt(text)); });
     };

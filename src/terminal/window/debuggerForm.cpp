@@ -9,11 +9,11 @@
 namespace zint {
 
 debuggerForm::debuggerForm(ToolContext& context)
-    : outputForm(context, "docexplr2"), ui(makeUi()), MSComm1(context.makePort(gate(), context.connection())),
-      Timer1(gate()),
+    : outputForm(context, "docexplr2"), ui(makeUi()),
+      MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()),
       terminal_(
           {.port = *MSComm1, .timer = Timer1, .clock = clock_, .prompts = prompts(), .outBox = *ui->outBox},
-          context.connection()),
+          context.shell.connection()),
       commands_(context.settings),
       statsThrottle_([this] { display(*ui->labelStats, {.caption = terminal_.panel().labelStats}); })
 {
