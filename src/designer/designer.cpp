@@ -234,7 +234,7 @@ void Designer::setCell(std::size_t row, GridColumn column, std::string_view text
     try {
         edit([&](GridRows& rows) { enterText(rows.at(row), column, text); });
     } catch (const RunTimeError& error) {
-        throw RunTimeError(error.number(), error.what(), cellAdvice(row, column, text));
+        throw RunTimeError(error.fault(), cellAdvice(row, column, text));
     }
 }
 

@@ -1,7 +1,6 @@
 #include "designer/supportReply.h"
 
 #include "shared/module1.h"
-#include "shared/runTimeError.h"
 
 namespace zint {
 namespace {
@@ -23,12 +22,8 @@ bool isUnsupported(std::string_view requestCode, std::string_view bits)
 {
     if (!requestCode.starts_with(mode))
         return false;
-    try {
-        const auto pid = hexToNumber(requestCode.substr(mode.size()));
-        return pid >= 0 && textAt(bits, static_cast<std::size_t>(pid) + 1, 1) == "0";
-    } catch (const RunTimeError&) { // so large a number lies beyond any reply
-        return false;
-    }
+    const auto pid = hexIn(requestCode.substr(mode.size())); // one that is too large lies beyond any reply
+    return pid && textAt(bits, static_cast<std::size_t>(*pid) + 1, 1) == "0";
 }
 
 } // namespace zint

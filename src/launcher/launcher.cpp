@@ -5,7 +5,6 @@
 #include "shared/keptFiles.h"
 #include "shared/module1.h"
 #include "shared/programInfo.h"
-#include "shared/runTimeError.h"
 
 #include <utility>
 #include <vector>
@@ -97,12 +96,7 @@ std::string Launcher::defaultDatabase() const
 void Launcher::loadChoice(Choice& choice)
 {
     const std::string text = stored(choice.key, "0");
-    int position = -1;
-    try {
-        position = toInteger(text);
-    } catch (
-        const RunTimeError&) { // NOLINT(bugprone-empty-catch): reported below, as a number out of range is
-    }
+    int position = integerIn(text).value_or(-1);
     if (!choice.has(position)) {
         prompts_.message("The saved setting \"" + std::string(choice.key) + "\" is \"" + text +
                          "\", which is no position in its list. The first entry is used instead.");

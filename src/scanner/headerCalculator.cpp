@@ -2,7 +2,6 @@
 
 #include "scanner/scanParameters.h"
 #include "shared/module1.h"
-#include "shared/runTimeError.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -18,16 +17,13 @@ constexpr std::array<int, 4> priorityWeights{0, 1, 2, 4};          ///< of boxes
 
 std::string usualTarget(bool isPhysical) { return isPhysical ? "10" : "6A"; }
 
-/// A number above the highest priority is the highest. @return negative for whatever is no priority
+/// A number above the highest priority is the highest, however many digits it has. @return negative for
+/// whatever is no priority
 std::int32_t priorityValue(std::string_view text)
 {
-    try {
-        return std::min(toInteger(text), highestPriority);
-    } catch (const RunTimeError& error) {
-        const bool isTooLarge =
-            error.number() == RunTimeError::overflow().number() && text.find('-') == std::string_view::npos;
-        return isTooLarge ? highestPriority : -1;
-    }
+    const bool isNumber =
+        !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
+    return std::min(integerIn(text).value_or(isNumber ? highestPriority : -1), highestPriority);
 }
 
 } // namespace

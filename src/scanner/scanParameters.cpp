@@ -1,7 +1,6 @@
 #include "scanner/scanParameters.h"
 
 #include "shared/module1.h"
-#include "shared/runTimeError.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -44,14 +43,7 @@ CheckedBox checkSuffix(std::string_view text)
     return checkDigits(text, 2, "", "Suffix must be 0 to 2 hex digits");
 }
 
-std::int32_t scanNumber(std::string_view text)
-{
-    try {
-        return hexToNumber(text);
-    } catch (const RunTimeError&) {
-        return -1;
-    }
-}
+std::int32_t scanNumber(std::string_view text) { return hexIn(text).value_or(-1); }
 
 bool erasesData(const ScanParameters& boxes)
 {

@@ -30,7 +30,7 @@ void EventGate::runOne(const Handler& handler) const
         handler();
         return;
     } catch (const RunTimeError& error) {
-        failure = "Run-time error " + std::to_string(error.number()) + ": " + error.what();
+        failure = "Run-time error " + std::to_string(static_cast<int>(error.fault())) + ": " + error.what();
         reason = error.reason();
     } catch (const std::exception& error) {
         failure = error.what();

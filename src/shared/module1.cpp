@@ -24,12 +24,34 @@ char capital(char letter)
     return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
 }
 
-std::string_view trimmed(std::string_view text)
+constexpr std::int64_t largestNumber = std::numeric_limits<std::int32_t>::max();
+
+/// @return -1 for what is no hexadecimal number; some number above the largest for all that are
+std::int64_t hexValue(std::string_view text)
 {
-    const auto first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+    if (text.empty())
+        return -1;
+    std::int64_t value = 0;
+    for (const char character : text) {
+        if (character == ' ')
+            continue;
+        const int digit = upperHexDigit(capital(character));
+        if (digit < 0)
+            return -1;
+        value = value * 16 + digit;
+        if (value > largestNumber)
+            break;
+    }
+    return value;
+}
+
+std::errc readInteger(std::string_view text, std::int32_t& value)
+{
+    text = text.substr(std::min(text.find_first_not_of(' '), text.size()));
+    text = text.substr(0, text.find_last_not_of(' ') + 1);
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    return error == std::errc() && stop != end ? std::errc::invalid_argument : error;
 }
 
 } // namespace
@@ -47,21 +69,19 @@ int upperHexDigit(char character)
     return index == std::string_view::npos ? -1 : static_cast<int>(index);
 }
 
+std::optional<std::int32_t> hexIn(std::string_view text)
+{
+    const std::int64_t value = hexValue(text);
+    if (value < 0 || value > largestNumber)
+        return std::nullopt;
+    return static_cast<std::int32_t>(value);
+}
+
 std::int32_t hexToNumber(std::string_view text)
 {
-    if (text.empty())
-        return -1;
-    std::int64_t value = 0;
-    for (const char character : text) {
-        if (character == ' ')
-            continue;
-        const int digit = upperHexDigit(capital(character));
-        if (digit < 0)
-            return -1;
-        value = value * 16 + digit;
-        if (value > std::numeric_limits<std::int32_t>::max())
-            throw RunTimeError::overflow();
-    }
+    const std::int64_t value = hexValue(text);
+    if (value > largestNumber)
+        throw RunTimeError::overflow();
     return static_cast<std::int32_t>(value);
 }
 
@@ -125,17 +145,19 @@ std::string_view textAt(std::string_view text, std::size_t position, std::size_t
     return position > text.size() ? std::string_view() : text.substr(position - 1, count);
 }
 
+std::optional<std::int32_t> integerIn(std::string_view text)
+{
+    std::int32_t value = 0;
+    return readInteger(text, value) == std::errc() ? std::optional(value) : std::nullopt;
+}
+
 std::int32_t toInteger(std::string_view text)
 {
-    text = trimmed(text);
     std::int32_t value = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error == std::errc::result_out_of_range)
-        throw RunTimeError::overflow();
-    if (error != std::errc() || stop != end)
-        throw RunTimeError::typeMismatch();
-    return value;
+    const std::errc error = readInteger(text, value);
+    if (error == std::errc())
+        return value;
+    throw error == std::errc::result_out_of_range ? RunTimeError::overflow() : RunTimeError::typeMismatch();
 }
 
 std::string rateText(std::int64_t count, std::int64_t seconds)

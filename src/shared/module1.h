@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,8 +11,11 @@
 namespace zint {
 
 /// The number that a hexadecimal text stands for, in upper or lower case; blanks anywhere are skipped.
-/// @return 0 to 0x7FFFFFFF, or -1 for an empty text or one with a character that is no digit
-/// @throws RunTimeError 6 when the number exceeds the signed 32-bit range
+/// @return nothing for an empty text, one with a character that is no digit, and a number above 0x7FFFFFFF
+std::optional<std::int32_t> hexIn(std::string_view text);
+
+/// The same for replies. @return -1 for an empty text or one with a character that is no digit
+/// @throws RunTimeError overflow for a number above 0x7FFFFFFF
 std::int32_t hexToNumber(std::string_view text);
 
 /// The number in hexadecimal with capitals, and with zeros in front to so many digits; a negative one as its
@@ -63,8 +67,13 @@ std::string timeLeftText(std::int64_t seconds);
 /// A text as it stands between the tags of HTML.
 std::string htmlText(std::string_view text);
 
-/// A decimal integer, blanks around it allowed.
-/// @throws RunTimeError 13 when the text is no integer, 6 when it exceeds the signed 32-bit range
+/// The decimal integer that a text stands for, blanks around it allowed.
+/// @return nothing when the text is no integer or exceeds the signed 32-bit range
+std::optional<std::int32_t> integerIn(std::string_view text);
+
+/// The same where the user is to be told what is wrong.
+/// @throws RunTimeError typeMismatch when the text is no integer, overflow when it exceeds the signed 32-bit
+/// range
 std::int32_t toInteger(std::string_view text);
 
 } // namespace zint

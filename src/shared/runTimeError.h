@@ -7,30 +7,40 @@
 namespace zint {
 
 /// An action that can't go on. It is thrown before the action has changed anything, so that giving the action
-/// up leaves the data as they were; the event gate's error handler shows number and text, and the reason.
+/// up leaves the data as they were. The event gate shows the fault's number and text, and the reason.
 class RunTimeError : public std::runtime_error {
 public:
+    /// What went wrong, by the number that its user reads.
+    enum class Fault { overflow = 6, divisionByZero = 11, typeMismatch = 13 };
+
     /// @param reason says in sentences what was wrong where, and what to do about it; may be empty
-    RunTimeError(int number, const std::string& text, std::string reason = {})
-        : std::runtime_error(text), number_(number), reason_(std::move(reason))
+    explicit RunTimeError(Fault fault, std::string reason = {})
+        : std::runtime_error(textOf(fault)), fault_(fault), reason_(std::move(reason))
     {
     }
 
-    int number() const { return number_; }
+    Fault fault() const { return fault_; }
     const std::string& reason() const { return reason_; }
 
-    static RunTimeError overflow(std::string reason = {}) { return {6, "Overflow", std::move(reason)}; }
-    static RunTimeError divisionByZero(std::string reason = {})
-    {
-        return {11, "Division by zero", std::move(reason)};
-    }
-    static RunTimeError typeMismatch(std::string reason = {})
-    {
-        return {13, "Type mismatch", std::move(reason)};
-    }
+    static RunTimeError overflow() { return RunTimeError(Fault::overflow); }
+    static RunTimeError divisionByZero() { return RunTimeError(Fault::divisionByZero); }
+    static RunTimeError typeMismatch() { return RunTimeError(Fault::typeMismatch); }
 
 private:
-    int number_;
+    static const char* textOf(Fault fault)
+    {
+        switch (fault) {
+        case Fault::overflow:
+            return "Overflow";
+        case Fault::divisionByZero:
+            return "Division by zero";
+        case Fault::typeMismatch:
+            break;
+        }
+        return "Type mismatch";
+    }
+
+    Fault fault_;
     std::string reason_;
 };
 

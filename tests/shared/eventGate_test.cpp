@@ -38,7 +38,7 @@ TEST_F(EventGateTest, ShowsAFailureHoldsEventsMeanwhileAndGoesOn)
         gate.run([this] { note("button"); });
         note("box closes");
     };
-    gate.run([] { throw RunTimeError::typeMismatch(" - cell 3"); });
+    gate.run([] { throw RunTimeError(RunTimeError::Fault::typeMismatch, " - cell 3"); });
     gate.run([] { throw std::invalid_argument("plain text"); });
     gate.run([this] { note("next"); });
     expectLog({"Run-time error 13: Type mismatch - cell 3", "box closes", "button", "plain text",

@@ -13,7 +13,7 @@ std::string errorOf(std::int32_t (*function)(std::string_view), std::string_view
     try {
         return "none: " + std::to_string(function(text));
     } catch (const RunTimeError& error) {
-        return std::to_string(error.number()) + " " + error.what();
+        return error.what();
     }
 }
 
@@ -26,16 +26,20 @@ TEST(Module1Test, ReadsHexadecimalNumbers)
     for (const std::string_view text : {"", "4G", "-1", "1\r", "0x1F", "\xC4"})
         EXPECT_EQ(hexToNumber(text), -1) << text;
     for (const std::string_view text : {"80000000", "FFFF FFFF FFFF FFFF FFFF"})
-        EXPECT_EQ(errorOf(hexToNumber, text), "6 Overflow");
+        EXPECT_EQ(errorOf(hexToNumber, text), "Overflow");
+    EXPECT_EQ(hexIn("7F FFFFFF"), 0x7FFFFFFF);
+    for (const std::string_view text : {"", "4G", "80000000"})
+        EXPECT_EQ(hexIn(text), std::nullopt) << text;
 }
 
 TEST(Module1Test, ReadsDecimalIntegers)
 {
     EXPECT_EQ(toInteger("  -12 "), -12);
-    EXPECT_EQ(toInteger("2147483647"), 2147483647);
-    EXPECT_EQ(errorOf(toInteger, "2147483648"), "6 Overflow");
+    EXPECT_EQ(integerIn("2147483647"), 2147483647);
+    EXPECT_EQ(integerIn("2147483648"), std::nullopt);
+    EXPECT_EQ(errorOf(toInteger, "2147483648"), "Overflow");
     for (const std::string_view text : {"", " ", "1x", "1 2", "1.5"})
-        EXPECT_EQ(errorOf(toInteger, text), "13 Type mismatch") << text;
+        EXPECT_EQ(errorOf(toInteger, text), "Type mismatch") << text;
 }
 
 TEST(Module1Test, WritesBitsOfEachDigitFromTheLeastSignificant)
