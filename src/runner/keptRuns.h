@@ -25,10 +25,9 @@ struct KeptRun {
 /// The user's unsaved runs, so that no sample is lost: the present one, to which each sample is appended as
 /// it comes, and those that were reset, left, or cut off by a crash; the last ten, of at most 1 GB together.
 ///
-/// A file holds the design as writeDesign() writes it, a line with the first start in milliseconds since
-/// 1970, and a line "event,time,value" for each sample, events from 1, in the order in which they came. A
-/// line "left" ends a run that was properly left; a line "told" one that was cut off, once the user was told
-/// of it. While a program writes a file it holds its lock, so that no other takes it for one of a crash.
+/// A line "left" ends the file of a run that was properly left; a line "told" one that was cut off, once the
+/// user was told of it. While a program writes a file it holds its lock, so that no other takes it for one of
+/// a crash. What can't be written is told by failure(); nothing of the present run throws for it.
 class KeptRuns {
 public:
     /// @param folder is made when it is needed. @param dateText writes a time as the user reads it
@@ -38,28 +37,28 @@ public:
 
     /// Makes sure that the present run is kept from here on: goes on with its file, or begins one with what
     /// the store holds already. A file comes into being with its first sample. After a failure it begins
-    /// anew, in place of what the failed file holds. @throws FileError
+    /// anew, in place of what the failed file holds.
     void begin(const Design& design, const SampleStore& samples,
                std::chrono::system_clock::time_point firstStart);
 
     /// Whether begin() was called and nothing has failed or ended since.
     bool isKeeping() const { return keeping_; }
 
-    /// Appends a sample; does nothing unless a run is being kept. Never throws: flush() tells what failed.
-    /// @param event from 0
+    /// Why the present run is no longer kept, such as for a full disk; its file stays as it is. Empty until
+    /// something fails, and again from the next begin() on.
+    const std::string& failure() const { return failure_; }
+
+    /// Appends a sample; does nothing unless a run is being kept. @param event from 0
     void add(std::size_t event, std::int32_t value, std::int32_t time);
 
-    /// Hands what was added to the system; call it about once a second, even if isKeeping() says no by then.
-    /// @throws FileError when that fails (a full disk) or failed in add() since the last call; the file stays
-    /// as it is and nothing more is kept
+    /// Hands what was added to the system; call it about once a second.
     void flush();
 
     /// Removes the present run's file: its log was saved.
     void forget();
 
     /// Closes the present run's file, which stays; removes what is too old or too much, runs that were cut
-    /// off later than others. Call it before the store is emptied, even after a failure. Never throws: call
-    /// flush() before to hear what fails.
+    /// off later than others. Call it before the store is emptied, even after a failure.
     void leave();
 
     /// Whether a run was cut off by a crash since this was last asked. Never throws.
@@ -79,7 +78,6 @@ public:
 
 private:
     void prune() const;
-    void handOver();
     void close();
 
     KeptFiles files_;
@@ -87,11 +85,10 @@ private:
     bool keeping_ = false;
     std::string path_;     ///< of the present run's file, also after a failure; empty when there is none
     std::string head_;     ///< what it begins with
-    FileLock lock_;        ///< of that file, from the first handing over on
+    FileLock lock_;        ///< of that file, from the first flush() with samples on
     std::ofstream stream_; ///< open from then on
-    std::vector<char> waiting_;
-    std::size_t waitingSize_ = 0; ///< how much of it is used; whole lines always
-    int failure_ = 0; ///< the system's number for what flush() has yet to tell; 0 when there is nothing
+    std::string waiting_;  ///< lines of samples that are to be written
+    std::string failure_;
 };
 
 } // namespace zint

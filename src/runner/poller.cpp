@@ -3,7 +3,6 @@
 #include "runner/pollLimits.h"
 #include "runner/pollReply.h"
 #include "runner/pollTexts.h"
-#include "shared/fileError.h"
 #include "shared/module1.h"
 
 #include <algorithm>
@@ -20,11 +19,6 @@ constexpr std::int64_t countedRequest = 5; // as "010C" and its end, whatever a 
 constexpr std::chrono::milliseconds tickInterval{500};
 constexpr double whole = 100;                                                 // percent
 constexpr std::int64_t withoutEnd = std::numeric_limits<std::int64_t>::max(); // loops
-
-std::string keepFailureText(const FileError& error)
-{
-    return std::string("unsaved samples are not kept: ") + error.what();
-}
 
 } // namespace
 
@@ -152,12 +146,14 @@ void Poller::enableBoxes(bool enabled)
 /// Lets what is sampled from now on be kept, or tells why it can't be.
 void Poller::keepRun()
 {
-    panel_.keepFailure.clear();
-    try {
-        around_.kept.begin(design_, samples_, firstPollStart_.date);
-    } catch (const FileError& error) {
-        panel_.keepFailure = keepFailureText(error);
-    }
+    around_.kept.begin(design_, samples_, firstPollStart_.date);
+    showKeepFailure();
+}
+
+void Poller::showKeepFailure()
+{
+    const std::string& failure = around_.kept.failure();
+    panel_.keepFailure = failure.empty() ? "" : "unsaved samples are not kept: " + failure;
 }
 
 void Poller::stop(const std::string& status)
@@ -197,11 +193,8 @@ void Poller::tick()
 
 void Poller::flushKept()
 {
-    try {
-        around_.kept.flush();
-    } catch (const FileError& error) { // the run is worth more than its copy
-        panel_.keepFailure = keepFailureText(error);
-    }
+    around_.kept.flush();
+    showKeepFailure();
 }
 
 bool Poller::isTimeUp() const

@@ -127,6 +127,7 @@ private:
     void keepRun();
     std::string leaveRun();
     void flushKept();
+    void showKeepFailure();
     void tick();
     void proceed(std::string_view reply);
     void heard();

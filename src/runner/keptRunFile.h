@@ -1,0 +1,40 @@
+#pragma once
+
+#include "catalogue/design.h"
+
+#include <chrono>
+#include <cstdint>
+#include <istream>
+#include <optional>
+#include <string>
+
+/// The file of a kept run: the design as writeDesign() writes it, a line with the first start in milliseconds
+/// since 1970, and a line "event,time,value" for each sample, events from 1, in the order in which they came.
+/// What stands behind the samples are marks of KeptRuns.
+namespace zint {
+
+struct KeptRunHead {
+    Design design;
+    std::chrono::system_clock::time_point firstStart;
+};
+
+struct KeptSample {
+    std::int32_t event = 0; ///< from 0
+    std::int32_t time = 0;
+    std::int32_t value = 0;
+};
+
+/// What the file begins with.
+std::string headText(const Design& design, std::chrono::system_clock::time_point firstStart);
+
+/// Adds a sample's line to a text; it takes at most so many bytes.
+inline constexpr std::size_t longestSample = 64;
+void appendSample(std::string& text, const KeptSample& sample);
+
+/// @throws FileError when it can't be read
+KeptRunHead readHead(std::istream& stream);
+
+/// The sample of the next line; nothing at the end, or when that line is no whole sample of the design.
+std::optional<KeptSample> nextSample(std::istream& stream, const Design& design);
+
+} // namespace zint
