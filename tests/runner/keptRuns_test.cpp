@@ -197,7 +197,7 @@ TEST_F(KeptRunsTest, ARecoveredRunBecomesALogUnlessItsUserStopsThat)
     ASSERT_TRUE(runFiles.save({design, store, start}, RunFiles::Kind::log, path).isWritten);
     const std::string whole = contents(path);
     prompts.stopsWork = true;
-    design.title() = "other";
+    design.title = "other";
     EXPECT_FALSE(runFiles.save({design, store, start}, RunFiles::Kind::log, path).isWritten);
     EXPECT_EQ(status, "Saving log to some.log was stopped");
     runFiles.recover(*kept, dialogs);
