@@ -1,8 +1,10 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,12 +22,14 @@ struct DesignEntry {
     bool operator==(const DesignEntry&) const = default;
 };
 
+/// How long the adapter waits for the vehicle's answer; nothing: it decides by itself.
+using SampleSpeed = std::optional<std::chrono::milliseconds>;
+
 /// The polling design: its events, and how the adapter is prepared for them. The designer writes it, the
 /// runner reads it.
 struct Design {
     static constexpr std::size_t maxEvents = 64;
-    static constexpr std::int16_t automaticSpeed = -1;
-    static constexpr std::int16_t defaultSpeed = 200;
+    static constexpr std::chrono::milliseconds defaultSpeed{200};
 
     /// Numbers that are kept and saved without a meaning here.
     struct Place {
@@ -39,7 +43,7 @@ struct Design {
     std::vector<DesignEntry> events;       ///< at most maxEvents, but for a draft of the designer
     std::array<Place, maxEvents> places{}; ///< of the list of events: an event that moves leaves them behind
     std::string extraCommands;             ///< upper case, beginning with "AT", separated by ";"; or empty
-    std::int16_t sampleSpeed = defaultSpeed; ///< the adapter's time-out in ms, or automaticSpeed
+    SampleSpeed sampleSpeed = defaultSpeed;
 
     std::size_t polledCount() const;
 

@@ -15,6 +15,7 @@ namespace {
 
 constexpr char separator = '|';
 constexpr std::string_view endLine = "EOP - end of Parms";
+constexpr std::int32_t automaticSpeed = -1;
 constexpr std::size_t mostFields = 7;
 constexpr std::size_t fewestFields = 5;
 
@@ -51,14 +52,17 @@ std::string lineOf(LineReader& lines)
     return *line;
 }
 
-std::int16_t toSpeed(std::string_view text)
+/// @throws RunTimeError 6 for what is no 16-bit number
+SampleSpeed toSpeed(std::string_view text)
 {
+    constexpr std::int32_t fastest = 4; // ms, as on the designer's slider
+    constexpr std::int32_t slowest = 1020;
     const std::int32_t speed = toInteger(text);
     if (speed < std::numeric_limits<std::int16_t>::min() || speed > std::numeric_limits<std::int16_t>::max())
         throw RunTimeError::overflow();
-    const bool offered = speed >= fastestSampling && speed <= slowestSampling;
-    return speed == Design::automaticSpeed || offered ? static_cast<std::int16_t>(speed)
-                                                      : Design::defaultSpeed;
+    if (speed == automaticSpeed)
+        return std::nullopt;
+    return speed >= fastest && speed <= slowest ? std::chrono::milliseconds(speed) : Design::defaultSpeed;
 }
 
 void readSettings(std::string_view line, Design& design)
@@ -100,7 +104,8 @@ void add(EventLine line, Design& design, std::size_t mostEvents)
 
 std::string settingsText(const Design& design)
 {
-    return design.extraCommands + separator + std::to_string(design.sampleSpeed);
+    const auto speed = design.sampleSpeed ? design.sampleSpeed->count() : automaticSpeed;
+    return design.extraCommands + separator + std::to_string(speed);
 }
 
 std::string eventText(const DesignEntry& event)

@@ -15,10 +15,6 @@
 /// the same block.
 namespace zint {
 
-/// The sample speeds that the designer's slider offers, in ms.
-inline constexpr std::int16_t slowestSampling = 1020;
-inline constexpr std::int16_t fastestSampling = 4;
-
 /// A text that would break the file: its fields are separated by "|".
 class NotStorable : public std::runtime_error {
 public:

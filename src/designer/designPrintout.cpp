@@ -28,7 +28,7 @@ std::string designPrintout(const Design& design, const std::string& file, const 
     std::string html = "<h2>Polling Design</h2><p><b>" + htmlText(design.title) + "</b>" +
                        lineUnlessEmpty("", file) + "<br>" + htmlText(date) + "<br>" + indent +
                        "Sample Speed: ";
-    html += design.sampleSpeed == Design::automaticSpeed ? "Dynamic" : speedText(design.sampleSpeed);
+    html += design.sampleSpeed ? speedText(design.sampleSpeed) : "Dynamic";
     html += lineUnlessEmpty(indent + "Init Commands: ", design.extraCommands);
     html += "</p><table cellpadding=\"3\"><tr>";
     for (const GridHeading& heading : gridHeadings)

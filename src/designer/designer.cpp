@@ -325,15 +325,15 @@ void Designer::askInitSequence()
 
 void Designer::clickAutoSpeed(bool checked)
 {
-    design_.sampleSpeed = checked ? Design::automaticSpeed : Design::defaultSpeed;
-    showSpeed(design_.sampleSpeed);
+    design_.sampleSpeed = checked ? SampleSpeed() : Design::defaultSpeed;
+    showSpeed();
     changed();
 }
 
 void Designer::movePollSpeed(int position)
 {
     panel_.pollSpeed.value = roundedSpeed(position);
-    panel_.sampleDsp = speedText(panel_.pollSpeed.value);
+    panel_.sampleDsp = speedText(std::chrono::milliseconds(panel_.pollSpeed.value));
     changed();
 }
 
@@ -369,14 +369,15 @@ void Designer::showWithoutHistory()
     rebuild();
     history_.forget();
     panel_.pollPrefix = design_.extraCommands;
-    showSpeed(design_.sampleSpeed);
+    showSpeed();
 }
 
-void Designer::showSpeed(int speed)
+void Designer::showSpeed()
 {
-    panel_.autoSpeed = speed == Design::automaticSpeed;
-    panel_.pollSpeed.enabled = !panel_.autoSpeed;
-    panel_.pollSpeed.value = panel_.autoSpeed ? Design::defaultSpeed : speed;
+    const SampleSpeed speed = design_.sampleSpeed;
+    panel_.autoSpeed = !speed;
+    panel_.pollSpeed.enabled = speed.has_value();
+    panel_.pollSpeed.value = static_cast<int>(speed.value_or(Design::defaultSpeed).count());
     panel_.sampleDsp = speedText(speed);
 }
 

@@ -104,7 +104,7 @@ private:
     void step(void (GridHistory::*direction)(GridRows&));
     void rebuild();
     void showWithoutHistory();
-    void showSpeed(int speed);
+    void showSpeed();
     std::string disableUnsupported(const std::string& bits);
     void changed();
 

@@ -11,7 +11,7 @@ namespace zint {
 /// What the polling designer shows; members are named after its controls.
 struct DesignerPanel {
     struct Slider {
-        int value = Design::defaultSpeed; ///< ms
+        int value = int{Design::defaultSpeed.count()}; ///< ms
         bool enabled = true;
     };
 
@@ -28,7 +28,7 @@ struct DesignerPanel {
     Slider pollSpeed;
     bool autoSpeed = false;
     std::string sampleDsp = "200ms";
-    std::string costLab; ///< what a pass of the design will cost
+    std::string costLab; ///< what a loop of the design will cost
     bool canUndo = false;
     bool canRedo = false;
 };

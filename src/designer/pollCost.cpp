@@ -37,7 +37,7 @@ std::string secondsText(const std::string& most, double seconds)
 
 } // namespace
 
-std::string pollCost(const GridRows& rows, int sampleSpeed, int bitsPerSecond, double measuredSeconds)
+std::string pollCost(const GridRows& rows, SampleSpeed sampleSpeed, int bitsPerSecond, double measuredSeconds)
 {
     double requests = 0;
     for (const DesignEntry& row : rows) {

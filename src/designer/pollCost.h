@@ -6,10 +6,10 @@
 
 namespace zint {
 
-/// What a design will cost, as a line for the user: requests per pass on average, and how long a pass takes.
-/// @param sampleSpeed the adapter's time-out in ms, or Design::automaticSpeed
+/// What a design will cost, as a line for the user: requests per loop on average, and how long a loop takes.
 /// @param bitsPerSecond of the line
 /// @param measuredSeconds that a request took in the last run; 0 before there was one
-std::string pollCost(const GridRows& rows, int sampleSpeed, int bitsPerSecond, double measuredSeconds = 0);
+std::string pollCost(const GridRows& rows, SampleSpeed sampleSpeed, int bitsPerSecond,
+                     double measuredSeconds = 0);
 
 } // namespace zint

@@ -1,12 +1,10 @@
 #include "designer/sampleSpeed.h"
 
-#include "catalogue/design.h"
-
 namespace zint {
 
-std::string speedText(int sampleSpeed)
+std::string speedText(SampleSpeed sampleSpeed)
 {
-    return sampleSpeed == Design::automaticSpeed ? "Auto" : std::to_string(sampleSpeed) + "ms";
+    return sampleSpeed ? std::to_string(sampleSpeed->count()) + "ms" : "Auto";
 }
 
 int roundedSpeed(int position)

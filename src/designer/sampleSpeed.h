@@ -1,15 +1,16 @@
 #pragma once
 
+#include "catalogue/design.h"
+
 #include <string>
 
 /// The adapter's time-out as the designer's slider shows it.
 namespace zint {
 
 /// "200ms", or "Auto"
-/// @param sampleSpeed in ms, or Design::automaticSpeed
-std::string speedText(int sampleSpeed);
+std::string speedText(SampleSpeed sampleSpeed);
 
-/// The slider's position as a multiple of 4 ms, the adapter's unit; a half goes to the even multiple.
+/// The slider's position, in ms, as a multiple of 4 ms, the adapter's unit; a half goes to the even multiple.
 int roundedSpeed(int position);
 
 } // namespace zint

@@ -43,12 +43,11 @@ std::optional<std::int64_t> numberIn(const std::string& text, std::int64_t large
     return error == std::errc() && isInRange ? static_cast<std::int64_t>(rounded) : usual;
 }
 
-std::string timeoutCommand(int sampleSpeed)
+std::string timeoutCommand(SampleSpeed sampleSpeed)
 {
-    if (sampleSpeed == Design::defaultSpeed || sampleSpeed == Design::automaticSpeed)
+    if (!sampleSpeed || sampleSpeed == Design::defaultSpeed)
         return {};
-    constexpr double unit = 4; // ms
-    const double units = sampleSpeed / unit;
+    const double units = *sampleSpeed / std::chrono::duration<double, std::milli>(4);
     std::array<char, 8> digits{};
     const char* const end =
         std::to_chars(digits.data(), digits.data() + digits.size(), std::lrint(units), 16).ptr;

@@ -18,8 +18,8 @@ std::optional<std::int64_t> numberIn(const std::string& text, std::int64_t large
 /// The time limit in a text box; nothing when there is none of 1 second to a day.
 std::optional<std::chrono::seconds> timeLimitIn(const std::string& text);
 
-/// The adapter's time-out command for a sample speed in ms; empty for those that it has by itself.
-std::string timeoutCommand(int sampleSpeed);
+/// The adapter's time-out command for a sample speed; empty for those that it has by itself.
+std::string timeoutCommand(SampleSpeed sampleSpeed);
 
 /// Shows an event's figures in its unit. A value that the conversion can't take is told as such: one odd
 /// reply is no reason to show nothing.

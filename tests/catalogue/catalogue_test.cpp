@@ -16,13 +16,13 @@ TEST(DesignTest, DefaultPollsEveryReadableParameterInEveryTenthPass)
 {
     Design design{.events = {{.code = "0100"}}, .extraCommands = "ATH1"}; // what was there goes
     design.places.fill({4, 5});
-    design.sampleSpeed = Design::automaticSpeed; // belongs to the adapter and stays
+    design.sampleSpeed.reset(); // belongs to the adapter and stays
     loadDefaultDesign(design);
     std::ostringstream saved;
     writeDesign(saved, design);
     EXPECT_EQ(saved.str(), contents(ZINT_DATA_FOLDER "/../tests/catalogue/default.obc"));
     EXPECT_EQ(design.polledCount(), 22U);
-    EXPECT_EQ(Design().sampleSpeed, 200);
+    EXPECT_EQ(Design().sampleSpeed, std::chrono::milliseconds(200));
 }
 
 TEST(ChooserTest, ReadsTheDigitsBeforeTheFirstMark)

@@ -9,10 +9,8 @@ namespace {
 
 TEST(DesignPrintoutTest, TellsFileCommandsAndSpeedAndEscapesTexts)
 {
-    const Design design{.title = "A & B",
-                        .events = {{"0105", "<hot>"}},
-                        .extraCommands = "ATH1",
-                        .sampleSpeed = Design::automaticSpeed};
+    const Design design{
+        .title = "A & B", .events = {{"0105", "<hot>"}}, .extraCommands = "ATH1", .sampleSpeed = {}};
     EXPECT_TRUE(
         designPrintout(design, "a<b.obc", "Monday")
             .starts_with("<h2>Polling Design</h2><p><b>A &amp; B</b><br>a&lt;b.obc<br>Monday<br>"
@@ -28,7 +26,7 @@ TEST(DesignDifferenceTest, NamesWhatTellsTwoDesignsApart)
     Design design = from;
     EXPECT_EQ(differenceText(design, from), "the same rows");
     std::swap(design.events[0], design.events[1]);
-    design.sampleSpeed = Design::automaticSpeed;
+    design.sampleSpeed.reset();
     EXPECT_EQ(differenceText(design, from), "another order; sample speed Auto");
     design.events.pop_back();
     design.extraCommands = "ATH1";
@@ -40,11 +38,11 @@ TEST(DesignDifferenceTest, NamesWhatTellsTwoDesignsApart)
 TEST(PollCostTest, TellsRequestsAndSecondsOfAPass)
 {
     GridRows rows{{.frequency = 2}, {.frequency = 2}, {.frequency = 0}};
-    EXPECT_EQ(pollCost(rows, 200, 9600), "About 1 request per pass, at most 0.22 s");
+    EXPECT_EQ(pollCost(rows, Design::defaultSpeed, 9600), "About 1 request per pass, at most 0.22 s");
     rows[0].frequency = 4;
-    EXPECT_EQ(pollCost(rows, Design::automaticSpeed, 38400, 0.05),
+    EXPECT_EQ(pollCost(rows, {}, 38400, 0.05),
               "About 0.8 requests per pass, at most 0.08 s; as fast as the last run, 0.04 s");
-    EXPECT_EQ(pollCost({{.frequency = 1800}}, 1020, 9600),
+    EXPECT_EQ(pollCost({{.frequency = 1800}}, std::chrono::milliseconds(1020), 9600),
               "Less than 0.1 requests per pass, less than 0.01 s");
 }
 

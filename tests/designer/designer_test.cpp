@@ -261,10 +261,10 @@ TEST_F(DesignerTest, PreparesPolling)
     EXPECT_EQ(design.extraCommands, "ATSH 81 10 F1");
     designer->movePollSpeed(101);
     EXPECT_EQ(panel().sampleDsp, "100ms");
-    EXPECT_EQ(design.sampleSpeed, 200) << "the slider shows only";
+    EXPECT_EQ(design.sampleSpeed, Design::defaultSpeed) << "the slider shows only";
     designer->clickAutoSpeed(true);
     designer->clickAutoSpeed(false);
-    EXPECT_EQ(design.sampleSpeed, 200);
+    EXPECT_EQ(design.sampleSpeed, Design::defaultSpeed);
     EXPECT_EQ(panel().sampleDsp, "200ms");
     values.requestSeconds = 0.05;
     designer->calculateOffsets();

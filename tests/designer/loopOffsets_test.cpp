@@ -30,7 +30,7 @@ TEST(LoopOffsetsTest, SpreadsTheEventsOfEachFrequency)
     EXPECT_EQ(offsets, "00100439");
 }
 
-TEST(LoopOffsetsTest, TimelineListsThePasses)
+TEST(LoopOffsetsTest, TimelineListsTheLoops)
 {
     EXPECT_EQ(timelineText(designOf({{1, 0}, {5, 4}})),
               "----------\r\n   \r\n"
@@ -41,7 +41,7 @@ TEST(LoopOffsetsTest, TimelineListsThePasses)
               "   a\r\n---------- End Loop 9\r\n   a\r\n---------- End Loop 10\r\n");
 
     EXPECT_TRUE(timelineText(designOf({{5, 2}}))
-                    .ends_with( // due in passes 3, 8 and 13
+                    .ends_with( // due in loops 3, 8 and 13
                         "   a\r\n---------- End Loop 9\r\n---------- End Loop 10\r\n"
                         "---------- End Loop 11\r\n---------- End Loop 12\r\n---------- End Loop 13\r\n"));
     EXPECT_NE(timelineText(designOf({{1800, 0}})).find("End Loop 1800\r\n"), std::string::npos);

@@ -21,11 +21,11 @@ TEST(SamplesTest, PollLiveDataEvenlyAndAreWrittenAsTheyAre)
             EXPECT_TRUE(event.code.size() == 4 && event.code.starts_with("01")) << event.code;
             EXPECT_NE(findConversion(event.conversion), nullptr) << event.code;
         }
-        constexpr int allFrequencies = 30; // passes after which everything begins again
+        constexpr int allFrequencies = 30; // loops after which everything begins again
         std::vector<std::ptrdiff_t> requests;
-        for (int pass = 0; pass < allFrequencies; ++pass)
+        for (int loop = 0; loop < allFrequencies; ++loop)
             requests.push_back(std::ranges::count_if(
-                design.events, [&](const DesignEntry& event) { return isDue(event, pass); }));
+                design.events, [&](const DesignEntry& event) { return isDue(event, loop); }));
         const auto [fewest, most] = std::ranges::minmax(requests);
         EXPECT_LE(most - fewest, 1);
         std::ostringstream written;

@@ -250,7 +250,7 @@ TEST_F(PollSetup2Test, ShowsFileCommandsAndSpeedWithoutGrowing)
 
     control<QCheckBox>("autoSpeed")->toggle(); // as assistive tools do
     EXPECT_EQ(textOf("sampleDsp"), u"Auto");
-    EXPECT_EQ(design.sampleSpeed, -1);
+    EXPECT_FALSE(design.sampleSpeed);
     EXPECT_FALSE(control<QSlider>("pollSpeed")->isEnabled());
 }
 

@@ -23,7 +23,7 @@ Design threeEvents()
     Design design =
         designOf({{"010C", "Engine RPM", 5, 1, 0}, {"010D", "Speed", 7, 2, -1}, {"0105", "", 3, 0, 0}});
     design.extraCommands = "ATH1";
-    design.sampleSpeed = 102;
+    design.sampleSpeed = std::chrono::milliseconds(102);
     design.places[0] = {8, 9}; // no matter of a log
     return design;
 }

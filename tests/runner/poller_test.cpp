@@ -214,17 +214,19 @@ TEST_F(PollerTest, SendsTheDesignsCommandsFirst)
 {
     makePoller({{"21 01", 1}});
     design.extraCommands = "ATH1;;ATSH 81 10 F1";
-    const std::pair<int, const char*> speeds[] = {{200, ""},        {-1, ""},        {52, "ATST 0D"},
-                                                  {62, "ATST 010"}, {64, "ATST 10"}, {1020, "ATST FF"}};
+    using Ms = std::chrono::milliseconds;
+    const std::pair<SampleSpeed, const char*> speeds[] = {{Ms(200), ""},       {{}, ""},
+                                                          {Ms(52), "ATST 0D"}, {Ms(62), "ATST 010"},
+                                                          {Ms(64), "ATST 10"}, {Ms(1020), "ATST FF"}};
     for (const auto& [speed, command] : speeds) {
-        design.sampleSpeed = static_cast<std::int16_t>(speed);
+        design.sampleSpeed = speed;
         std::vector<std::pair<std::string, const char*>> steps = {
             {"ATH1", "OK\r\r>"}, {"", "?\r\r>"}, {"ATSH 81 10 F1", "?\r\r>"}};
         if (*command != '\0')
             steps.emplace_back(command, "OK\r\r>");
         steps.insert(steps.end(), {{"21 01", "61 01 \r>"}, {"21 01", ""}});
         start(steps);
-        EXPECT_EQ(panel().statusBox, "com1 Polling") << speed;
+        EXPECT_EQ(panel().statusBox, "com1 Polling") << command;
         pressStop();
         EXPECT_EQ(panel().statusBox, "com1 Polling Completed ");
     }
