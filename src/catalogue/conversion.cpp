@@ -3,21 +3,16 @@
 #include "shared/module1.h"
 #include "shared/runTimeError.h"
 
-#include <array>
 #include <charconv>
 #include <limits>
-#include <variant>
 
 namespace zint {
 namespace {
 
-/// A whole number, a decimal one, or a text that stands for no number.
-using Value = std::variant<std::int32_t, double, std::string_view>;
-
-struct Rule {
-    Value (*value)(std::int32_t raw);
-    std::string_view unit;
-};
+using converted::Hexadecimal;
+using converted::Placeholder;
+using converted::Value;
+using converted::WithoutUnit;
 
 constexpr std::int32_t narrow(std::int64_t value)
 {
@@ -41,44 +36,50 @@ constexpr std::int32_t highByte(std::int32_t raw) { return raw / 256; }
 /// Fuel from air flow. The stoichiometric ratio multiplies here; users have come to compare these figures.
 constexpr double fuelFlow(std::int32_t raw) { return raw * 0.01 * 14.2; }
 
+} // namespace
+
 // Clang-format would put several of these on a line.
 // clang-format off
-constexpr std::array<Rule, ConversionTable.size()> rules = {{
-    {[](std::int32_t x) -> Value { return x; }, " ?"},
-    {[](std::int32_t x) -> Value { return bytePercentage(x); }, "%"},
-    {[](std::int32_t x) -> Value { return plus(x, -128) * 0.78125; }, "%"},
-    {[](std::int32_t x) -> Value { return plus(x, -40); }, "C"},
-    {[](std::int32_t x) -> Value { return plus(x, -40) * 1.8 + 32; }, "F"},
-    {[](std::int32_t x) -> Value { return x / 4; }, "rpm"},
-    {[](std::int32_t x) -> Value { return x; }, "kph"},
-    {[](std::int32_t x) -> Value { return x * 0.6215; }, "mph"},
-    {[](std::int32_t x) -> Value { return x * 0.27778; }, "m/s"},
-    {[](std::int32_t x) -> Value { return x; }, "kPa"},
-    {[](std::int32_t x) -> Value { return x * 7.5; }, "Torr"},
-    {[](std::int32_t x) -> Value { return x * 0.145; }, "psi"},
-    {[](std::int32_t x) -> Value { return x * 0.2953; }, "inHg"},
-    {[](std::int32_t) -> Value { return ""; }, ""},
-    {[](std::int32_t x) -> Value { return x * 0.5 - 64; }, "Deg"},
-    {[](std::int32_t x) -> Value { return highByte(x) * 0.005; }, "v"},
-    {[](std::int32_t x) -> Value { return bytePercentage(x % 256); }, "%"},
-    {[](std::int32_t x) -> Value { return x * 0.01; }, "gm/sec"},
-    {[](std::int32_t x) -> Value { return times(x, 3); }, "kPaG"},
-    {[](std::int32_t x) -> Value { return x * 0.435; }, "psiG"},
-    {[](std::int32_t x) -> Value { return x; }, " "},
-    {[](std::int32_t) -> Value { return "A:?????? B:??????"; }, " "},
-    {[](std::int32_t x) -> Value { return fuelFlow(x); }, "gm/sec"},
-    {[](std::int32_t x) -> Value { return fuelFlow(x) * 0.73722; }, "ml/sec"},
-    {[](std::int32_t x) -> Value { return fuelFlow(x) * 0.701110513582; }, "gal/hour"},
+constexpr std::array<Conversion, 25> ConversionTable = {{
+    {"No Conversion", 0, " ?", [](std::int32_t x) -> Value { return WithoutUnit{x}; }},
+    {"Byte Percentage", 1, "%", [](std::int32_t x) -> Value { return bytePercentage(x); }},
+    {"Trim % (+-100%)", 2, "%", [](std::int32_t x) -> Value { return plus(x, -128) * 0.78125; }},
+    {"Celsius", 3, "C", [](std::int32_t x) -> Value { return plus(x, -40); }},
+    {"Fahrenheit", 3, "F", [](std::int32_t x) -> Value { return plus(x, -40) * 1.8 + 32; }},
+    {"RPM", 4, "rpm", [](std::int32_t x) -> Value { return x / 4; }},
+    {"KPH (km/hour)", 5, "kph", [](std::int32_t x) -> Value { return x; }},
+    {"MPH (miles/hour)", 5, "mph", [](std::int32_t x) -> Value { return x * 0.6215; }},
+    {"m/s (meters/sec)", 5, "m/s", [](std::int32_t x) -> Value { return x * 0.27778; }},
+    {"kPa pressure Air", 6, "kPa", [](std::int32_t x) -> Value { return x; }},
+    {"Torr (mmHg) Air", 6, "Torr", [](std::int32_t x) -> Value { return x * 7.5; }},
+    {"psi  Air", 6, "psi", [](std::int32_t x) -> Value { return x * 0.145; }},
+    {"inHg  Air", 6, "inHg", [](std::int32_t x) -> Value { return x * 0.2953; }},
+    {" --undef", 0, "", [](std::int32_t) -> Value { return Placeholder(); }},
+    {"Timing Adv. Deg", 7, "Deg", [](std::int32_t x) -> Value { return x * 0.5 - 64; }},
+    {"Volts O2 sensor", 8, "v", [](std::int32_t x) -> Value { return highByte(x) * 0.005; }},
+    {"STFT O2 sensor", 9, "%", [](std::int32_t x) -> Value { return bytePercentage(x % 256); }},
+    {"Air flow gm/sec", 10, "gm/sec", [](std::int32_t x) -> Value { return x * 0.01; }},
+    {"kPa Gauge (fuel)", 11, "kPaG", [](std::int32_t x) -> Value { return times(x, 3); }},
+    {"psi Gauge (fuel)", 11, "psiG", [](std::int32_t x) -> Value { return x * 0.435; }},
+    {"Display Hex", 0, " ", [](std::int32_t x) -> Value { return Hexadecimal{x}; }},
+    {"Fuel system stat", 12, " ", [](std::int32_t) -> Value { return "A:?????? B:??????"; }},
+    {"~ fuel gm/sec", 10, "gm/sec", [](std::int32_t x) -> Value { return fuelFlow(x); }},
+    {"~ fuel ml/sec", 10, "ml/sec", [](std::int32_t x) -> Value { return fuelFlow(x) * 0.73722; }},
+    {"~ fuel gal/hour", 10, "gal/hour", [](std::int32_t x) -> Value { return fuelFlow(x) * 0.701110513582; }},
 }};
 // clang-format on
 
-// Rows that stand where ConversionTable has their names: Fahrenheit, RPM, STFT O2 sensor, kPa Gauge (fuel).
-static_assert(std::get<double>(rules[4].value(40)) == 32 && ConversionTable.size() == rules.size());
-static_assert(std::get<std::int32_t>(rules[5].value(8000)) == 2000);
-static_assert(std::get<double>(rules[16].value(0x5AFF)) == 100);
-static_assert(std::get<std::int32_t>(rules[18].value(100)) == 300);
+static_assert(ConversionTable[conversionCode::rpm].name == "RPM");
+static_assert(ConversionTable[conversionCode::airFlow].name == "Air flow gm/sec");
+static_assert(ConversionTable[conversionCode::displayHex].name == "Display Hex");
 
-const Rule& ruleOf(std::int32_t conversion) { return rules.at(static_cast<std::size_t>(conversion)); }
+const Conversion* findConversion(std::int32_t code)
+{
+    const bool isRow = code >= 0 && code < static_cast<std::int32_t>(ConversionTable.size());
+    return isRow ? &ConversionTable.at(static_cast<std::size_t>(code)) : nullptr;
+}
+
+namespace {
 
 template <typename... Format>
 void append(std::string& text, Format... valueAndFormat)
@@ -88,40 +89,40 @@ void append(std::string& text, Format... valueAndFormat)
     text.append(buffer.data(), result.ptr);
 }
 
-std::string hexDigits(std::int32_t raw)
-{
-    std::string digits;
-    append(digits, static_cast<std::uint32_t>(raw), 16); // a negative value as its 32 bits
-    return upperCase(digits);
-}
-
 struct Writer {
     std::string& text;
 
     void operator()(std::int32_t value) const { append(text, value); }
-    void operator()(std::string_view words) const { text += words; }
     void operator()(double value) const
     {
         constexpr int significantDigits = 15;
         append(text, value, std::chars_format::general, significantDigits);
     }
+    void operator()(Hexadecimal value) const { (text += "&H") += hexText(value.number, 1); }
+    void operator()(WithoutUnit value) const
+    {
+        append(text, value.number);
+        text += " ?"; // the unit says so once more
+    }
+    void operator()(Placeholder words) const { text += words; }
 };
 
-constexpr std::int32_t noConversion = 0;
+struct Number {
+    using Result = std::optional<double>;
+
+    Result operator()(std::int32_t value) const { return value; }
+    Result operator()(double value) const { return value; }
+    Result operator()(Hexadecimal value) const { return value.number; }
+    Result operator()(WithoutUnit value) const { return value.number; }
+    Result operator()(Placeholder /*words*/) const { return std::nullopt; }
+};
 
 } // namespace
 
 void appendConverted(std::string& text, std::int32_t conversion, std::int32_t raw)
 {
-    if (findConversion(conversion) == nullptr)
-        return;
-    if (conversion == displayHexConversion) {
-        (text += "&H") += hexDigits(raw);
-        return;
-    }
-    std::visit(Writer{text}, ruleOf(conversion).value(raw));
-    if (conversion == noConversion)
-        text += " ?"; // and once more as the unit: it marks a value that nobody has chosen a unit for
+    if (const Conversion* row = findConversion(conversion))
+        std::visit(Writer{text}, row->formula(raw));
 }
 
 std::string convert(std::int32_t conversion, std::int32_t raw)
@@ -133,7 +134,8 @@ std::string convert(std::int32_t conversion, std::int32_t raw)
 
 std::string_view unitText(std::int32_t conversion)
 {
-    return findConversion(conversion) != nullptr ? ruleOf(conversion).unit : std::string_view();
+    const Conversion* row = findConversion(conversion);
+    return row != nullptr ? row->unit : std::string_view();
 }
 
 std::string displayText(std::int32_t conversion, std::int32_t raw)
@@ -143,14 +145,8 @@ std::string displayText(std::int32_t conversion, std::int32_t raw)
 
 std::optional<double> convertedNumber(std::int32_t conversion, std::int32_t raw)
 {
-    if (findConversion(conversion) == nullptr)
-        return std::nullopt;
-    const Value value = ruleOf(conversion).value(raw);
-    if (const auto* whole = std::get_if<std::int32_t>(&value))
-        return *whole;
-    if (const auto* decimal = std::get_if<double>(&value))
-        return *decimal;
-    return std::nullopt;
+    const Conversion* row = findConversion(conversion);
+    return row != nullptr ? std::visit(Number{}, row->formula(raw)) : std::nullopt;
 }
 
 } // namespace zint

@@ -1,39 +1,12 @@
 #include "catalogue/design.h"
 
+#include "catalogue/conversion.h"
 #include "catalogue/pidCatalogue.h"
 #include "shared/module1.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace zint {
-namespace {
-
-constexpr std::int32_t defaultFrequency = 10;
-
-bool isPolledByDefault(std::string_view name, std::int32_t conversion)
-{
-    return name != "unused" && name != "unknown" && conversion != displayHexConversion;
-}
-
-std::string requestCode(int pid) { return "01" + hexText(pid, 2); }
-
-DesignEntry defaultEvent(int pid)
-{
-    const auto row = static_cast<std::size_t>(pid);
-    DesignEntry event{
-        .code = requestCode(pid),
-        .description = std::string(PidNames[row]),
-        .conversion = PidDefaultConversion[row],
-    };
-    if (isPolledByDefault(event.description, event.conversion)) {
-        event.frequency = defaultFrequency;
-        event.offset = (pid - 1) % defaultFrequency; // spreads the events over the loops
-    }
-    return event;
-}
-
-} // namespace
 
 std::size_t Design::polledCount() const
 {
@@ -53,6 +26,21 @@ bool isDue(const DesignEntry& event, std::int64_t loop)
 void dropUnpolled(Design& design)
 {
     std::erase_if(design.events, [](const DesignEntry& event) { return !event.isPolled(); });
+}
+
+DesignEntry defaultEvent(int number)
+{
+    const Pid& pid = PidNames.at(static_cast<std::size_t>(number));
+    DesignEntry event{
+        .code = "01" + hexText(number, 2),
+        .description = std::string(pid.name),
+        .conversion = pid.defaultConversion,
+    };
+    if (pid.hasMeaning() && pid.defaultConversion != conversionCode::displayHex) {
+        event.frequency = defaultFrequency;
+        event.offset = (number - 1) % defaultFrequency; // spreads the events over the loops
+    }
+    return event;
 }
 
 void loadDefaultDesign(Design& design)

@@ -62,8 +62,11 @@ bool isDue(const DesignEntry& event, std::int64_t loop);
 /// Leaves the polled events only.
 void dropUnpolled(Design& design);
 
-/// Replaces the design's title, events and extra commands by the built-in default: every parameter of the
-/// catalogue but PID 00, of which those with a readable value are polled in every tenth loop.
+/// The built-in event for a PID from 1 to pidCount - 1; polled in every tenth loop if its value is readable.
+DesignEntry defaultEvent(int pid);
+
+/// Replaces the design's title, events and extra commands by the built-in default: the events of all
+/// PIDs but 00.
 void loadDefaultDesign(Design& design);
 
 } // namespace zint

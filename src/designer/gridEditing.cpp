@@ -1,6 +1,7 @@
 #include "designer/gridEditing.h"
 
 #include "catalogue/chooser.h"
+#include "catalogue/conversion.h"
 #include "catalogue/designFile.h"
 #include "catalogue/pidCatalogue.h"
 #include "shared/module1.h"
@@ -52,15 +53,15 @@ std::pair<std::int32_t, std::string> sortKey(const DesignEntry& row, GridColumn 
     return {};
 }
 
-/// The rows of the default design that have a name of their own.
+/// The events of the catalogue that vehicles answer with data.
 GridRows knownRows()
 {
-    Design builtIn;
-    loadDefaultDesign(builtIn);
-    std::erase_if(builtIn.events, [](const DesignEntry& row) {
-        return row.description == "unused" || row.description == "unknown";
-    });
-    return builtIn.events;
+    GridRows rows;
+    for (int pid = 1; pid < pidCount; ++pid) {
+        if (PidNames.at(static_cast<std::size_t>(pid)).hasMeaning())
+            rows.push_back(defaultEvent(pid));
+    }
+    return rows;
 }
 
 std::string choiceOf(const DesignEntry& row) { return row.code + " " + row.description; }
@@ -146,12 +147,11 @@ std::vector<std::string> requestChoices()
 
 void addRow(GridRows& rows, const std::string& request)
 {
-    constexpr std::int32_t usualFrequency = 10;
     requireStorable(request);
     const GridRows known = knownRows();
     const auto found = std::ranges::find(known, request, &choiceOf);
     rows.push_back(found != known.end() ? *found : DesignEntry{.code = request});
-    rows.back().frequency = usualFrequency;
+    rows.back().frequency = defaultFrequency;
     rows.back().offset = 0;
 }
 

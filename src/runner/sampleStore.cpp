@@ -1,5 +1,7 @@
 #include "runner/sampleStore.h"
 
+#include "catalogue/conversion.h"
+
 #include <algorithm>
 #include <new>
 
@@ -9,14 +11,11 @@ namespace {
 /// Above all that an event of this conversion usually sends, for its minimum to begin with.
 std::int32_t startingMinimum(std::int32_t conversion)
 {
-    constexpr std::int32_t rpm = 5;
-    constexpr std::int32_t airFlow = 17;
-    constexpr std::int32_t displayHex = 20;
     switch (conversion) {
-    case rpm:
-    case airFlow:
+    case conversionCode::rpm:
+    case conversionCode::airFlow:
         return 65536;
-    case displayHex:
+    case conversionCode::displayHex:
         return -1;
     default:
         return 255;

@@ -21,8 +21,8 @@ std::string_view nameOf(std::int32_t mode, std::int32_t pid)
     constexpr std::int32_t freezeFrame = 2;
     if (mode < 1 || mode > freezeFrame || pid < 0 || pid >= pidCount)
         return {};
-    const std::string_view name = PidNames.at(static_cast<std::size_t>(pid));
-    return name == "unused" || name == "unknown" ? std::string_view() : name;
+    const Pid& known = PidNames.at(static_cast<std::size_t>(pid));
+    return known.hasMeaning() ? known.name : std::string_view();
 }
 
 /// With as many digits as whole bytes need.

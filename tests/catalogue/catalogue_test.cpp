@@ -1,4 +1,5 @@
 #include "catalogue/chooser.h"
+#include "catalogue/conversion.h"
 #include "catalogue/design.h"
 #include "catalogue/designFile.h"
 #include "catalogue/pidCatalogue.h"

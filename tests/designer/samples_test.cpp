@@ -1,5 +1,5 @@
+#include "catalogue/conversion.h"
 #include "catalogue/designFile.h"
-#include "catalogue/pidCatalogue.h"
 #include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
