@@ -14,8 +14,8 @@ constexpr std::string_view request = "010C";
 class Run final : private zint::AdapterLink::Listener {
 public:
     Run(const std::string& path, int count)
-        : port_(gate_, [path](int) { return path; }), timer_(gate_), link_(port_, timer_, {}, *this),
-          left_(count)
+        : port_(gate_, [path](zint::PortNumber) { return path; }), timer_(gate_),
+          link_(port_, timer_, {}, *this), left_(count)
     {
     }
 

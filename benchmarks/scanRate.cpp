@@ -33,7 +33,7 @@ std::string pidText(int pid)
 class Run {
 public:
     Run(const std::string& path, int count)
-        : port_(gate_, [path](int) { return path; }),
+        : port_(gate_, [path](zint::PortNumber) { return path; }),
           completed_(" Scan Completed " + std::to_string(count) + " Events(s)")
     {
         using Boxes = zint::ScanParameters;

@@ -24,7 +24,8 @@ struct Box final : zint::OutputBox {
 
 class Run {
 public:
-    Run(const std::string& path, int count) : port_(gate_, [path](int) { return path; }), left_(count)
+    Run(const std::string& path, int count)
+        : port_(gate_, [path](zint::PortNumber) { return path; }), left_(count)
     {
         terminal_.setOptions({.mode = zint::OutputMode::append});
         terminal_.setCommand(command);

@@ -1,7 +1,6 @@
 #include "sim/simulatedPort.h"
 
 #include "link/commError.h"
-#include "link/lineSettings.h"
 
 #include <algorithm>
 #include <chrono>
@@ -32,7 +31,6 @@ void SimulatedPort::open()
 {
     if (open_)
         throw CommError(deviceBusy, "The port is already open");
-    LineSettings::parse(settings());
     gone_ = false;
     open_ = true;
     adapter_.dropUntil(clock_.monotonic());

@@ -14,7 +14,7 @@ endforeach()
 set(MAY_INCLUDE_sim shared)
 
 # Single headers that a folder may include beyond that.
-set(MAY_INCLUDE_HEADERS_sim link/receiveGroups.h link/serialPort.h link/commError.h link/lineSettings.h) # what a port implements
+set(MAY_INCLUDE_HEADERS_sim link/receiveGroups.h link/serialPort.h link/commError.h) # what a port implements
 
 # The folders that know the toolkit, and the windows of a tool: <tool>/window/.
 set(WINDOWS_MAY_INCLUDE shared catalogue link dtcdb platform process widgets) # beside their own tool

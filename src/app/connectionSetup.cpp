@@ -10,6 +10,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+
 namespace zint {
 namespace {
 
@@ -50,7 +52,7 @@ QByteArray toLine(const ConnectionOptions& options)
 {
     QJsonObject object;
     if (options.portNumber)
-        object[portKey] = *options.portNumber;
+        object[portKey] = static_cast<int>(*options.portNumber);
     if (const QString location = toQt(options.portLocation); !location.isEmpty())
         object[locationKey] = location.contains(u'/') ? QFileInfo(location).absoluteFilePath() : location;
     if (options.speedPosition)
@@ -62,8 +64,8 @@ ConnectionOptions fromLine(const QByteArray& line)
 {
     const QJsonObject object = QJsonDocument::fromJson(line).object();
     ConnectionOptions options;
-    if (const int number = object[portKey].toInt(); number >= 1 && number <= PortDirectory::portCount)
-        options.portNumber = number;
+    if (const PortNumber port{object[portKey].toInt()}; std::ranges::find(allPorts, port) != allPorts.end())
+        options.portNumber = port;
     options.portLocation = fromQt(object[locationKey].toString());
     if (const QJsonValue position = object[speedKey]; position.isDouble())
         options.speedPosition = position.toInt();

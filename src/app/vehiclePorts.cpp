@@ -28,10 +28,11 @@ VehiclePorts::VehiclePorts(const PortDirectory& directory) : directory_(director
 
 VehiclePorts::~VehiclePorts() = default;
 
-std::unique_ptr<SerialPort> VehiclePorts::make(EventGate& gate, int number)
+std::unique_ptr<SerialPort> VehiclePorts::make(EventGate& gate, PortNumber number)
 {
     if (!directory_.target(number).isSimulated())
-        return std::make_unique<QtSerialPort>(gate, [this](int n) { return directory_.target(n).location; });
+        return std::make_unique<QtSerialPort>(gate,
+                                              [this](PortNumber n) { return directory_.target(n).location; });
     if (!vehicle_)
         vehicle_ = std::make_unique<Vehicle>();
     return std::make_unique<TimedSimulatedPort>(gate, clock_, *vehicle_);

@@ -19,7 +19,7 @@ public:
     ~VehiclePorts();
 
     /// @param gate outlives the port
-    std::unique_ptr<SerialPort> make(EventGate& gate, int number);
+    std::unique_ptr<SerialPort> make(EventGate& gate, PortNumber number);
 
 private:
     const PortDirectory& directory_;

@@ -146,23 +146,24 @@ void readPort(CommandLine& line, const QString& text)
                          ": there are com1 to com8; com1=PATH lets one of them stand for a device");
     if (text.isEmpty())
         throw UsageError("--port: give com1 to com8, or the path of a device");
-    options.portNumber = 1;
+    options.portNumber = PortNumber{1};
     options.portLocation = fromQt(text);
 }
 
 void readSimulate(CommandLine& line, const QString& /*value*/)
 {
     ConnectionOptions& options = line.connection;
-    if (options.portNumber.value_or(1) != 1 || !options.portLocation.empty())
-        throw UsageError("--simulate puts the simulated vehicle on com1; use --port com" +
-                         std::to_string(*options.portNumber) + "=simulated for another port");
-    options.portNumber = 1;
+    if (options.portNumber.value_or(PortNumber{1}) != PortNumber{1} || !options.portLocation.empty())
+        throw UsageError("--simulate puts the simulated vehicle on com1; use --port " +
+                         portName(*options.portNumber) + "=simulated for another port");
+    options.portNumber = PortNumber{1};
     options.portLocation = PortDirectory::simulated;
 }
 
 void readSpeed(CommandLine& line, const QString& text)
 {
-    const auto* const speed = std::ranges::find(lineSpeeds, fromQt(text));
+    const auto* const speed =
+        std::ranges::find(lineSpeeds, fromQt(text), [](int bits) { return std::to_string(bits); });
     if (speed == lineSpeeds.end())
         throw UsageError("--speed " + fromQt(text) + ": give 9600 or 38400");
     line.connection.speedPosition = static_cast<int>(speed - lineSpeeds.begin());

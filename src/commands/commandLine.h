@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dtcdb/dtcText.h"
+#include "link/portNumber.h"
 #include "scanner/scanParameters.h"
 #include "scanner/scanReply.h"
 #include "terminal/terminalOptions.h"
@@ -16,7 +17,7 @@ namespace zint {
 
 /// What a command line says of the connection, for one run.
 struct ConnectionOptions {
-    std::optional<int> portNumber;    ///< 1 to 8
+    std::optional<PortNumber> portNumber;
     std::string portLocation;         ///< what that port stands for; empty: as always
     std::optional<int> speedPosition; ///< position in the launcher's list
 };

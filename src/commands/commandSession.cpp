@@ -167,10 +167,10 @@ void CommandSession::tellConnection() const
 {
     if (!isErrorOutputTerminal())
         return;
-    const PortDirectory::Target target = ports_.target(connection_.portNumber);
+    const PortDirectory::Target target = ports_.target(connection_.port);
     const std::string device = target.isSimulated() ? "the simulated vehicle" : target.location;
-    std::cerr << "trying " << visibleText(device.empty() ? connection_.portName : device) << " at "
-              << connection_.speed << "..." << std::endl;
+    std::cerr << "trying " << visibleText(device.empty() ? portName(connection_.port) : device) << " at "
+              << connection_.bitsPerSecond << "..." << std::endl;
 }
 
 Patience::Patience(CommandSession& session, std::chrono::seconds timeout, std::string complaint)

@@ -100,7 +100,7 @@ public:
     void tellConnection() const;
 
     /// The chosen port. It must not outlive the session.
-    std::unique_ptr<SerialPort> makePort() { return vehiclePorts_.make(gate, connection_.portNumber); }
+    std::unique_ptr<SerialPort> makePort() { return vehiclePorts_.make(gate, connection_.port); }
 
     CommandPrompts prompts;
     ProgramValues values; ///< changes are not saved

@@ -40,7 +40,7 @@ Designer::Designer(SerialPort& port, Timer& timer, Timer& silence, const Connect
                    Design& design, Prompts& prompts, FileDialogs& dialogs, ProgramValues& values,
                    KeptDesigns& kept)
     : check_(port, timer, silence, choice, prompts), design_(design), prompts_(prompts), dialogs_(dialogs),
-      values_(values), kept_(kept), bitsPerSecond_(toInteger(choice.speed))
+      values_(values), kept_(kept), bitsPerSecond_(choice.bitsPerSecond)
 {
     check_.onChanged = [this] {
         panel_.statusBox = check_.status();

@@ -6,6 +6,7 @@
 #include "shared/module1.h"
 #include "shared/programInfo.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -119,7 +120,7 @@ void Launcher::unload()
         prompts_.message("The settings could not be saved: " + failure);
 }
 
-void Launcher::choosePortForThisRun(int number) { chooseForThisRun(port_, number - 1); }
+void Launcher::choosePortForThisRun(PortNumber port) { chooseForThisRun(port_, static_cast<int>(port) - 1); }
 
 void Launcher::chooseSpeedForThisRun(int position) { chooseForThisRun(speed_, position); }
 
@@ -151,19 +152,18 @@ bool Launcher::refreshPortInfo()
 {
     const StartPanel before = panel_;
     const std::vector<DetectedPort> ports = ports_.detected();
-    for (int number = 1; number <= PortDirectory::portCount; ++number)
-        panel_.portTips.at(static_cast<std::size_t>(number - 1)) = ports_.target(number, ports).text();
+    std::ranges::transform(allPorts, panel_.portTips.begin(),
+                           [&](PortNumber port) { return ports_.target(port, ports).text(); });
     panel_.portInfo = panel_.portTips.at(static_cast<std::size_t>(panel_.comPort));
     return panel_ != before;
 }
 
 ConnectionChoice Launcher::connection() const
 {
-    const int number = panel_.comPort + 1;
-    const PortDirectory::Target target = ports_.target(number);
-    return {.portNumber = number,
-            .portName = PortDirectory::name(number),
-            .speed = std::string(lineSpeeds.at(static_cast<std::size_t>(panel_.comSpeed))),
+    const PortNumber port = allPorts.at(static_cast<std::size_t>(panel_.comPort));
+    const PortDirectory::Target target = ports_.target(port);
+    return {.port = port,
+            .bitsPerSecond = lineSpeeds.at(static_cast<std::size_t>(panel_.comSpeed)),
             .device = target.isDevice() ? target.location : target.text()};
 }
 

@@ -18,7 +18,7 @@
 
 namespace zint {
 
-inline constexpr std::array<std::string_view, 2> lineSpeeds = {"9600", "38400"}; ///< entries of comSpeed
+inline constexpr std::array lineSpeeds{9600, 38400}; ///< entries of comSpeed, bits per second
 
 /// The launcher's work: the choice of port and speed, and the values that are kept between runs.
 class Launcher {
@@ -47,9 +47,9 @@ public:
     /// Writes the settings back; says so when that fails.
     void unload();
 
-    /// Chooses port (1 to 8) or speed for this run only: unless the user chooses one, the saved choice stays.
-    /// A number out of range chooses nothing.
-    void choosePortForThisRun(int number);
+    /// Chooses port or speed for this run only: unless the user chooses one, the saved choice stays. A
+    /// position out of range chooses nothing.
+    void choosePortForThisRun(PortNumber port);
     void chooseSpeedForThisRun(int position);
 
     void choosePort(int position);  ///< list position; out of range: nothing happens
@@ -108,7 +108,7 @@ private:
     const Design& design_;
     System system_;
     StartPanel panel_;
-    Choice port_{"comPort", &StartPanel::comPort, PortDirectory::portCount};
+    Choice port_{"comPort", &StartPanel::comPort, static_cast<int>(allPorts.size())};
     Choice speed_{"comSpeed", &StartPanel::comSpeed, static_cast<int>(lineSpeeds.size())};
 };
 

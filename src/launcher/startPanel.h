@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/portDirectory.h"
+#include "link/portNumber.h"
 
 #include <array>
 #include <string>
@@ -16,7 +16,7 @@ struct StartPanel {
     std::string speedHint;        ///< which speed to try first; empty for whom the program has served before
 
     /// What each port of the list stands for now.
-    std::array<std::string, PortDirectory::portCount> portTips;
+    std::array<std::string, allPorts.size()> portTips;
 
     bool operator==(const StartPanel&) const = default;
 };

@@ -18,8 +18,7 @@ AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice
     : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener), delivery_(delivery),
       buffer_(delivery == Delivery::replies)
 {
-    port_.setCommPort(choice_.portNumber);
-    port_.setSettings(choice_.lineSettings());
+    port_.setUp(choice_.port, choice_.bitsPerSecond);
     port_.onNotice = [this](PortNotice notice) { takeNotice(notice); };
     timer_.onTick = [this] { timedOut(); };
     setStatus("Closed");
@@ -49,8 +48,8 @@ void AdapterLink::tellOfSilence()
     else if (heard() == Heard::nothing)
         silenceText_ = " - nothing received for " + time;
     else if (heard() == Heard::noise)
-        silenceText_ =
-            std::string(" - received, but not readable: try ") + (choice_.speed == "9600" ? "38400" : "9600");
+        silenceText_ = std::string(" - received, but not readable: try ") +
+                       (choice_.bitsPerSecond == 9600 ? "38400" : "9600");
     else
         silenceText_ = " - no complete answer for " + time;
     listener_.linkSilent();
@@ -203,7 +202,7 @@ void AdapterLink::timedOut()
 
 void AdapterLink::setStatus(std::string_view words)
 {
-    status_ = choice_.portName;
+    status_ = portName(choice_.port);
     if (!words.empty())
         status_ += " " + std::string(words);
 }

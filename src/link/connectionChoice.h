@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/portNumber.h"
+
 #include <string>
 
 namespace zint {
@@ -9,24 +11,21 @@ enum class Heard { nothing, noise, text };
 
 /// What the user chose in the launcher; a tool reads it when it is opened.
 struct ConnectionChoice {
-    int portNumber = 1;            ///< 1 to 8
-    std::string portName = "com1"; ///< as shown, in front of each status word
-    std::string speed = "9600";    ///< bits per second, as shown
-    std::string device = {};       ///< what the port stands for, as shown: "/dev/ttyUSB0"
-
-    std::string lineSettings() const { return speed + ",N,8,1"; }
+    PortNumber port{1};
+    int bitsPerSecond = 9600;
+    std::string device = {}; ///< what the port stands for, as shown: "/dev/ttyUSB0"
 
     /// What to do when the adapter does not answer.
     std::string advice() const
     {
-        return "Check port (" + device + ") and speed (" + speed +
+        return "Check port (" + device + ") and speed (" + std::to_string(bitsPerSecond) +
                ") in the launcher; most adapters use 38400.";
     }
 
     /// The same, with what came in place of an answer.
     std::string silenceReason(Heard heard) const
     {
-        return "No answer on " + portName + ": " +
+        return "No answer on " + portName(port) + ": " +
                (heard == Heard::nothing ? "nothing was received. "
                 : heard == Heard::noise ? "what was received is not readable. "
                                         : "what was received is not complete. ") +

@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* section = "Ports";
 
-std::size_t indexOf(int number) { return static_cast<std::size_t>(number - 1); }
+std::size_t indexOf(PortNumber port) { return static_cast<std::size_t>(port) - 1; }
 
 } // namespace
 
@@ -25,22 +25,23 @@ std::string PortDirectory::Target::text() const
     return description.empty() ? location : location + " - " + description;
 }
 
-PortDirectory::Target PortDirectory::target(int number, const std::vector<DetectedPort>& ports) const
+PortDirectory::Target PortDirectory::target(PortNumber port, const std::vector<DetectedPort>& ports) const
 {
-    std::string location = assignmentForThisRun(number);
+    std::string location = assignmentForThisRun(port);
     if (location.empty())
-        location = assignment(number);
-    return location.empty() ? automaticTarget(number, ports) : targetAt(location, ports);
+        location = assignment(port);
+    return location.empty() ? automaticTarget(port, ports) : targetAt(location, ports);
 }
 
-PortDirectory::Target PortDirectory::automaticTarget(int number, const std::vector<DetectedPort>& ports) const
+PortDirectory::Target PortDirectory::automaticTarget(PortNumber port,
+                                                     const std::vector<DetectedPort>& ports) const
 {
-    if (const auto fixed = system_.fixedLocation(number))
+    if (const auto fixed = system_.fixedLocation(port))
         return targetAt(*fixed, ports);
-    if (indexOf(number) >= ports.size())
+    if (indexOf(port) >= ports.size())
         return {};
-    const DetectedPort& port = ports[indexOf(number)];
-    return {port.location, port.description, true};
+    const DetectedPort& found = ports[indexOf(port)];
+    return {found.location, found.description, true};
 }
 
 PortDirectory::Target PortDirectory::targetAt(const std::string& location,
@@ -54,32 +55,33 @@ PortDirectory::Target PortDirectory::targetAt(const std::string& location,
     return {location, {}, system_.exists(location)};
 }
 
-std::string PortDirectory::assignment(int number) const { return settings_.get(section, name(number)); }
+std::string PortDirectory::assignment(PortNumber port) const
+{
+    return settings_.get(section, portName(port));
+}
 
-std::string PortDirectory::assignmentForThisRun(int number) const { return thisRun_.at(indexOf(number)); }
+std::string PortDirectory::assignmentForThisRun(PortNumber port) const { return thisRun_.at(indexOf(port)); }
 
-void PortDirectory::assign(int number, const std::string& location)
+void PortDirectory::assign(PortNumber port, const std::string& location)
 {
     if (location.empty())
-        settings_.remove(section, name(number));
+        settings_.remove(section, portName(port));
     else
-        settings_.save(section, name(number), location);
-    thisRun_.at(indexOf(number)).clear();
+        settings_.save(section, portName(port), location);
+    thisRun_.at(indexOf(port)).clear();
 }
 
-void PortDirectory::assignForThisRun(int number, std::string location)
+void PortDirectory::assignForThisRun(PortNumber port, std::string location)
 {
-    thisRun_.at(indexOf(number)) = std::move(location);
+    thisRun_.at(indexOf(port)) = std::move(location);
 }
 
-std::optional<int> PortDirectory::numberOf(std::string_view text)
+std::optional<PortNumber> PortDirectory::numberOf(std::string_view text)
 {
     const std::string wanted = upperCase(text);
-    for (int number = 1; number <= portCount; ++number) {
-        if (wanted == upperCase(name(number)))
-            return number;
-    }
-    return std::nullopt;
+    const auto* const port =
+        std::ranges::find(allPorts, wanted, [](PortNumber p) { return upperCase(portName(p)); });
+    return port == allPorts.end() ? std::nullopt : std::optional(*port);
 }
 
 } // namespace zint

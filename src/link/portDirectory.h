@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/portNumber.h"
 #include "shared/settingsStore.h"
 
 #include <array>
@@ -33,9 +34,9 @@ public:
     /// The one spelling of a location: "ttyUSB0" and a link that leads there are "/dev/ttyUSB0".
     virtual std::string devicePath(const std::string& location) const { return location; }
 
-    /// The location that port number n (1 to 8) always has on this system, such as "COM3"; nothing where
-    /// numbers are given to the detected ports in their order.
-    virtual std::optional<std::string> fixedLocation(int number) const = 0;
+    /// The location that a port always has on this system, such as "COM3"; nothing where numbers are given to
+    /// the detected ports in their order.
+    virtual std::optional<std::string> fixedLocation(PortNumber port) const = 0;
 };
 
 /// What "com1" to "com8" stand for.
@@ -44,8 +45,6 @@ public:
 /// Assignments are kept in the settings store; those of a command line hold for one run.
 class PortDirectory {
 public:
-    static constexpr int portCount = 8;
-
     /// Stands for the simulated vehicle in place of a location.
     static constexpr std::string_view simulated = "simulated";
 
@@ -64,40 +63,37 @@ public:
 
     PortDirectory(SettingsStore& settings, const PortList& system) : settings_(settings), system_(system) {}
 
-    /// What the port stands for now. @param number 1 to 8
-    Target target(int number) const { return target(number, detected()); }
+    /// What the port stands for now.
+    Target target(PortNumber port) const { return target(port, detected()); }
 
     /// The same for who asks for many: looking at the machine's ports takes time. @param ports detected()
-    Target target(int number, const std::vector<DetectedPort>& ports) const;
+    Target target(PortNumber port, const std::vector<DetectedPort>& ports) const;
 
     /// What the port would stand for without an assignment.
-    Target automaticTarget(int number, const std::vector<DetectedPort>& ports) const;
+    Target automaticTarget(PortNumber port, const std::vector<DetectedPort>& ports) const;
 
     /// The user's assignment for good, empty when there is none.
-    std::string assignment(int number) const;
+    std::string assignment(PortNumber port) const;
 
     /// What the command line assigned, empty when it did not.
-    std::string assignmentForThisRun(int number) const;
+    std::string assignmentForThisRun(PortNumber port) const;
 
     /// Assigns a location, `simulated`, or nothing (empty) for good.
-    void assign(int number, const std::string& location);
+    void assign(PortNumber port, const std::string& location);
 
-    void assignForThisRun(int number, std::string location);
+    void assignForThisRun(PortNumber port, std::string location);
 
     std::vector<DetectedPort> detected() const { return system_.detected(); }
 
-    /// "com1" for 1.
-    static std::string name(int number) { return "com" + std::to_string(number); }
-
     /// The number of "com1" to "com8", in upper or lower case; nothing for any other text.
-    static std::optional<int> numberOf(std::string_view text);
+    static std::optional<PortNumber> numberOf(std::string_view text);
 
 private:
     Target targetAt(const std::string& location, const std::vector<DetectedPort>& ports) const;
 
     SettingsStore& settings_;
     const PortList& system_;
-    std::array<std::string, portCount> thisRun_;
+    std::array<std::string, allPorts.size()> thisRun_;
 };
 
 } // namespace zint

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "link/portNumber.h"
+
 #include <chrono>
 #include <functional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace zint {
 
@@ -27,12 +28,16 @@ public:
     SerialPort& operator=(const SerialPort&) = delete;
     virtual ~SerialPort() = default;
 
-    void setCommPort(int number) { commPort_ = number; }                        ///< 1 for "com1"
-    void setSettings(std::string settings) { settings_ = std::move(settings); } ///< e.g. "9600,N,8,1"
+    /// Says where the port is and how fast its line; each character has 8 data bits, no parity, 1 stop bit.
+    void setUp(PortNumber number, int bitsPerSecond)
+    {
+        number_ = number;
+        bitsPerSecond_ = bitsPerSecond;
+    }
 
     /// Opens the port and discards what lies in it: the end of an earlier conversation would be taken for the
     /// answer to the first command of this one.
-    /// @throws CommError when the port is missing, in use, not allowed or refuses the settings; it is then
+    /// @throws CommError when the port is missing, in use, not allowed or refuses the speed; it is then
     /// closed
     virtual void open() = 0;
 
@@ -54,12 +59,12 @@ public:
     std::function<void(PortNotice)> onNotice; ///< set by the owner before the port is opened
 
 protected:
-    int commPort() const { return commPort_; }
-    const std::string& settings() const { return settings_; }
+    PortNumber number() const { return number_; }
+    int bitsPerSecond() const { return bitsPerSecond_; }
 
 private:
-    int commPort_ = 1;
-    std::string settings_ = "9600,N,8,1";
+    PortNumber number_{1};
+    int bitsPerSecond_ = 9600;
 };
 
 } // namespace zint

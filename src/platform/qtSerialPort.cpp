@@ -1,7 +1,6 @@
 #include "platform/qtSerialPort.h"
 
 #include "link/commError.h"
-#include "link/lineSettings.h"
 #include "link/replyBuffer.h"
 #include "platform/serialSystem.h"
 #include "platform/text.h"
@@ -32,13 +31,12 @@ QtSerialPort::QtSerialPort(EventGate& gate, Locate locate) : gate_(gate), locate
 
 void QtSerialPort::open()
 {
-    const LineSettings line = LineSettings::parse(settings());
-    const std::string location = locate_(commPort());
+    const std::string location = locate_(number());
     if (location.empty())
-        throw nothingConnected(commPort());
+        throw nothingConnected(number());
     const std::string path = devicePath(location);
     port_.setPortName(toQt(path));
-    port_.setBaudRate(line.bitsPerSecond);
+    port_.setBaudRate(bitsPerSecond());
     port_.setDataBits(QSerialPort::Data8);
     port_.setParity(QSerialPort::NoParity);
     port_.setStopBits(QSerialPort::OneStop);
@@ -50,7 +48,7 @@ void QtSerialPort::open()
     port_.clear(QSerialPort::Input);
     goneReported_ = false;
     timePerCharacter_ =
-        std::chrono::microseconds(std::chrono::seconds(1)) * bitsPerCharacter / line.bitsPerSecond;
+        std::chrono::microseconds(std::chrono::seconds(1)) * bitsPerCharacter / bitsPerSecond();
     lineFreeAt_ = {};
     unanswered_ = 0;
 }

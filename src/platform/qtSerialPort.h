@@ -18,8 +18,8 @@ namespace zint {
 /// A serial port of the machine; its notifications pass the window's gate.
 class QtSerialPort final : public SerialPort {
 public:
-    /// Tells at each opening where the port of a number is, such as "/dev/ttyUSB0"; empty when it is nowhere.
-    using Locate = std::function<std::string(int number)>;
+    /// Tells at each opening where the port is, such as "/dev/ttyUSB0"; empty when it is nowhere.
+    using Locate = std::function<std::string(PortNumber)>;
 
     QtSerialPort(EventGate& gate, Locate locate);
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/commError.h"
+#include "link/portNumber.h"
 
 #include <QSerialPort>
 
@@ -19,8 +20,8 @@ std::string devicePath(const std::string& location);
 CommError portOpenError(const std::string& path, QSerialPort::SerialPortError error,
                         const QString& description);
 
-/// A port number that stands for nothing now.
-CommError nothingConnected(int number);
+/// A port that stands for nothing now.
+CommError nothingConnected(PortNumber port);
 
 /// Hands text to the system at once. The toolkit's port does so from the event loop, which it has to wake for
 /// that: a fifth of the time of a fast exchange.

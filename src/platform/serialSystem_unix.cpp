@@ -1,4 +1,3 @@
-#include "link/portDirectory.h"
 #include "platform/serialSystem.h"
 #include "platform/text.h"
 
@@ -87,9 +86,9 @@ CommError portOpenError(const std::string& path, QSerialPort::SerialPortError er
     return {number == 0 ? EIO : number, text};
 }
 
-CommError nothingConnected(int number)
+CommError nothingConnected(PortNumber port)
 {
-    return {ENODEV, systemText(ENODEV) + " (" + PortDirectory::name(number) +
+    return {ENODEV, systemText(ENODEV) + " (" + portName(port) +
                         ") - connect an adapter, or assign a port under File, Serial Ports"};
 }
 

@@ -1,4 +1,3 @@
-#include "link/portDirectory.h"
 #include "platform/serialSystem.h"
 #include "platform/text.h"
 
@@ -42,9 +41,9 @@ CommError portOpenError(const std::string& path, QSerialPort::SerialPortError er
     return {number, fromQt(description) + " (" + path + ")" + advice(number)};
 }
 
-CommError nothingConnected(int number)
+CommError nothingConnected(PortNumber port)
 {
-    return {ERROR_FILE_NOT_FOUND, "Nothing is connected to " + PortDirectory::name(number) +
+    return {ERROR_FILE_NOT_FOUND, "Nothing is connected to " + portName(port) +
                                       " - connect an adapter, or assign a port under File, Serial Ports"};
 }
 

@@ -90,10 +90,10 @@ std::string SystemPorts::devicePath(const std::string& location) const
     return target.isEmpty() ? path : fromQt(target);
 }
 
-std::optional<std::string> SystemPorts::fixedLocation([[maybe_unused]] int number) const
+std::optional<std::string> SystemPorts::fixedLocation([[maybe_unused]] PortNumber port) const
 {
 #ifdef Q_OS_WIN
-    return "COM" + std::to_string(number);
+    return "COM" + std::to_string(static_cast<int>(port));
 #else
     return std::nullopt;
 #endif

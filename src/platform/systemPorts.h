@@ -15,7 +15,7 @@ public:
     bool exists(const std::string& location) const override;
     std::vector<DetectedPort> detected() const override;
     std::string devicePath(const std::string& location) const override;
-    std::optional<std::string> fixedLocation(int number) const override;
+    std::optional<std::string> fixedLocation(PortNumber port) const override;
 
 private:
     mutable std::vector<DetectedPort> seen_;

@@ -29,7 +29,7 @@ Poller::Poller(Surroundings surroundings, const ConnectionChoice& choice, const 
                                                  panel_.statusBox = status;
                                                  changed();
                                              }}),
-      pace_(design, toInteger(choice.speed))
+      pace_(design, choice.bitsPerSecond)
 {
     around_.ticker.onTick = [this] { tick(); };
     around_.ticker.setInterval(tickInterval);

@@ -36,7 +36,7 @@ void dropLeadingLineEnds(std::string& received)
 
 Terminal::Terminal(const Surroundings& surroundings, const ConnectionChoice& choice)
     : around_(surroundings), link_(around_.port, around_.timer, choice, *this, AdapterLink::Delivery::groups),
-      portName_(choice.portName),
+      portName_(portName(choice.port)),
       binary_({.show = [this](const std::string& text) { output_ += text; },
                .store = [this](const std::string& reply) { keep(cmdEcho_ + reply); },
                .prompted =

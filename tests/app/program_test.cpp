@@ -13,7 +13,7 @@ namespace {
 
 /// The whole program in one process, with the simulated vehicle on com1.
 struct ProgramTest : testing::Test {
-    Program program{ConnectionOptions{.portNumber = 1, .portLocation = "simulated"}};
+    Program program{ConnectionOptions{.portNumber = PortNumber{1}, .portLocation = "simulated"}};
 
     ProgramTest() { program.start(); }
 
@@ -85,7 +85,8 @@ TEST_F(ProgramTest, AProgramWithoutAVisibleWindowLivesOnAndIsBroughtBack)
 
     bool broughtBack = false;
     QTest::qWait(50); // the program finds that it is hidden
-    const QByteArray options = toLine({.portNumber = 5, .portLocation = "build/ttyS9", .speedPosition = 1});
+    const QByteArray options =
+        toLine({.portNumber = PortNumber{5}, .portLocation = "build/ttyS9", .speedPosition = 1});
     std::thread second([&] { broughtBack = RunningInstance::bringBackHidden(options); });
     EXPECT_TRUE(waitUntil([] { return isVisible("startForm"); }));
     second.join();
@@ -116,7 +117,7 @@ TEST_F(ProgramTest, EndsOverALauncherThatShowsOneBoxAfterAnother)
 TEST(ProgramWithAdapterTest, AMessageOverAHiddenToolLeavesASecondStartAlone)
 {
     PseudoTerminal terminal;
-    Program program(ConnectionOptions{.portNumber = 1, .portLocation = terminal.path()});
+    Program program(ConnectionOptions{.portNumber = PortNumber{1}, .portLocation = terminal.path()});
     program.start();
     ProgramTest::click("startForm", "getCodes");
     ProgramTest::click("codesForm", "getCodes");

@@ -40,7 +40,7 @@ TEST(CommandLineTest, TakesActionsAndPorts)
     for (const auto& [words, action, port, location] : rows) {
         const CommandLine line = parse(words);
         EXPECT_EQ(line.action, action) << words << ": " << line.complaint;
-        EXPECT_EQ(line.connection.portNumber.value_or(0), port) << words;
+        EXPECT_EQ(line.connection.portNumber.value_or(PortNumber{0}), PortNumber{port}) << words;
         EXPECT_EQ(line.connection.portLocation, location) << words;
     }
     EXPECT_EQ(parse("--speed 38400").connection.speedPosition, 1);

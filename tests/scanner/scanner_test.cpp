@@ -28,7 +28,7 @@ struct ScannerTest : testing::Test {
                      .outBox = box,
                      .dateText = [](auto) { return std::string("today"); },
                      .beep = [this] { ++beeps; }},
-                    {2, "com2", "9600"}};
+                    {.port = PortNumber{2}}};
 
     ScannerTest()
     {

@@ -69,9 +69,6 @@ TEST_F(SimulatedPortTest, AClosedPortDeliversNothingAndTellsOnceThatTheDeviceIsG
     port.close();
     EXPECT_FALSE(timer.enabled());
     EXPECT_THROW(port.output("ATZ\r"), CommError);
-    port.setSettings("fast");
-    EXPECT_THROW(port.open(), CommError);
-    port.setSettings("38400,N,8,1");
     port.open();
     EXPECT_THROW(port.open(), CommError);
     EXPECT_EQ(ask("0101"), "41 01 00 77 65 65 \r\r>") << "of this session; what was cleared stays so";

@@ -21,9 +21,9 @@ struct FixedPortList final : PortList {
     {
         return numbersAreFixed || location.starts_with('/') ? location : "/dev/" + location;
     }
-    std::optional<std::string> fixedLocation(int number) const override
+    std::optional<std::string> fixedLocation(PortNumber port) const override
     {
-        return numbersAreFixed ? std::optional("COM" + std::to_string(number)) : std::nullopt;
+        return numbersAreFixed ? std::optional("COM" + std::to_string(static_cast<int>(port))) : std::nullopt;
     }
 };
 

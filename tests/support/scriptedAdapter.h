@@ -29,7 +29,7 @@ public:
         }
     };
 
-    std::vector<std::string> history; ///< in order: "open 1 9600,N,8,1", each text written, "close"
+    std::vector<std::string> history; ///< in order: "open com1 9600", each text written, "close"
     std::optional<CommError> openError;
     std::optional<CommError> writeError;
 
@@ -92,7 +92,7 @@ public:
         EXPECT_FALSE(open_) << "opened twice";
         open_ = true;
         ++openings_;
-        history.push_back("open " + std::to_string(commPort()) + " " + settings());
+        history.push_back("open " + portName(number()) + " " + std::to_string(bitsPerSecond()));
     }
 
     void close() override

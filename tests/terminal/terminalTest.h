@@ -19,7 +19,7 @@ struct TerminalTest : testing::Test {
     ManualClock clock;
     ScriptedPrompts prompts;
     TextBox box;
-    Terminal terminal{{adapter, timer, clock, prompts, box}, {3, "com3", "38400"}};
+    Terminal terminal{{adapter, timer, clock, prompts, box}, {.port = PortNumber{3}}};
 
     void getReady(const TerminalOptions& options = {})
     {

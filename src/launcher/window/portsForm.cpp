@@ -16,8 +16,8 @@ portsForm::portsForm(PortDirectory& directory, QWidget* parent)
 {
     ui->setupUi(this);
     listDetected();
-    for (int number = 1; number <= PortDirectory::portCount; ++number)
-        makeChooser(number);
+    for (const PortNumber port : allPorts)
+        makeChooser(port);
     connect(&portWatch_, &QTimer::timeout, this, &portsForm::lookAtPorts);
     portWatch_.start(portWatchInterval);
 }
@@ -29,8 +29,8 @@ void portsForm::lookAtPorts()
     if (std::vector<DetectedPort> now = directory_.detected(); now != detected_) {
         detected_ = std::move(now);
         listDetected();
-        for (int number = 1; number <= PortDirectory::portCount; ++number)
-            offer(number);
+        for (const PortNumber port : allPorts)
+            offer(port);
     }
 }
 
@@ -47,15 +47,16 @@ void portsForm::listDetected()
     ui->detectedPorts->header()->resizeSections(QHeaderView::ResizeToContents);
 }
 
-void portsForm::makeChooser(int number)
+void portsForm::makeChooser(PortNumber port)
 {
+    const int number = static_cast<int>(port);
     auto* chooser = new QComboBox(this);
     chooser->setObjectName(QStringLiteral("assigned%1").arg(number));
     chooser->setAccessibleName(tr("What com%1 stands for").arg(number));
     chooser->setEditable(true);
     chooser->setInsertPolicy(QComboBox::NoInsert);
     chooser->setCompleter(nullptr); // it would make the beginning of a path the path of another port
-    if (!directory_.assignmentForThisRun(number).empty())
+    if (!directory_.assignmentForThisRun(port).empty())
         chooser->setToolTip(tr("Holds for this run. Choose it here to keep it."));
     ui->assignedLayout->addRow(QStringLiteral("com&%1").arg(number), chooser);
 
@@ -64,23 +65,23 @@ void portsForm::makeChooser(int number)
     const auto touch = [this, index] { assignments_[index].isTouched = true; };
     connect(chooser, &QComboBox::activated, this, touch);
     connect(chooser->lineEdit(), &QLineEdit::textEdited, this, touch);
-    offer(number);
+    offer(port);
 }
 
 /// Where the user has chosen or typed nothing, the present assignment is shown.
-void portsForm::offer(int number)
+void portsForm::offer(PortNumber port)
 {
-    const auto& [chooser, isTouched] = assignments_.at(static_cast<std::size_t>(number - 1));
+    const auto& [chooser, isTouched] = assignments_.at(static_cast<std::size_t>(port) - 1);
     const QString text = chooser->currentText();
-    const std::string wanted = isTouched ? chosen(*chooser) : present(number);
+    const std::string wanted = isTouched ? chosen(*chooser) : present(port);
     chooser->clear();
-    chooser->addItem(tr("Automatic (%1)").arg(toQt(directory_.automaticTarget(number, detected_).text())),
+    chooser->addItem(tr("Automatic (%1)").arg(toQt(directory_.automaticTarget(port, detected_).text())),
                      QString());
     chooser->addItem(tr("Simulated vehicle"), toQt(PortDirectory::simulated));
-    for (const DetectedPort& port : detected_)
-        chooser->addItem(toQt(PortDirectory::Target{port.location, port.description, true}.text()),
-                         toQt(port.location));
-    if (const QString assigned = toQt(present(number)); chooser->findData(assigned) < 0)
+    for (const DetectedPort& found : detected_)
+        chooser->addItem(toQt(PortDirectory::Target{found.location, found.description, true}.text()),
+                         toQt(found.location));
+    if (const QString assigned = toQt(present(port)); chooser->findData(assigned) < 0)
         chooser->addItem(assigned, assigned);
 
     chooser->setCurrentIndex(chooser->findData(toQt(wanted)));
@@ -88,10 +89,10 @@ void portsForm::offer(int number)
         chooser->setEditText(text);
 }
 
-std::string portsForm::present(int number) const
+std::string portsForm::present(PortNumber port) const
 {
-    const std::string forThisRun = directory_.assignmentForThisRun(number);
-    return forThisRun.empty() ? directory_.assignment(number) : forThisRun;
+    const std::string forThisRun = directory_.assignmentForThisRun(port);
+    return forThisRun.empty() ? directory_.assignment(port) : forThisRun;
 }
 
 /// The location of the entry that is shown, or the one that was typed: a path, or the word for an entry that
@@ -111,10 +112,10 @@ std::string portsForm::chosen(const QComboBox& chooser)
 
 void portsForm::accept()
 {
-    for (int number = 1; number <= PortDirectory::portCount; ++number) {
-        const auto& [chooser, isTouched] = assignments_.at(static_cast<std::size_t>(number - 1));
+    for (const PortNumber port : allPorts) {
+        const auto& [chooser, isTouched] = assignments_.at(static_cast<std::size_t>(port) - 1);
         if (isTouched)
-            directory_.assign(number, chosen(*chooser));
+            directory_.assign(port, chosen(*chooser));
     }
     QDialog::accept();
 }

@@ -36,9 +36,9 @@ private:
 
     void lookAtPorts();
     void listDetected();
-    void makeChooser(int number);
-    void offer(int number); ///< fills the chooser's list
-    std::string present(int number) const;
+    void makeChooser(PortNumber port);
+    void offer(PortNumber port); ///< fills the chooser's list
+    std::string present(PortNumber port) const;
     static std::string chosen(const QComboBox& chooser);
 
     std::unique_ptr<Ui::portsForm> ui;

@@ -15,10 +15,10 @@ startForm::startForm(ToolContext& context)
       launcher_(context.shell.makeLauncher(prompts()))
 {
     ui->setupUi(this);
-    for (int number = 1; number <= PortDirectory::portCount; ++number)
-        ui->comPort->addItem(toQt(PortDirectory::name(number)));
-    for (const std::string_view speed : lineSpeeds)
-        ui->comSpeed->addItem(toQt(speed));
+    for (const PortNumber port : allPorts)
+        ui->comPort->addItem(toQt(portName(port)));
+    for (const int speed : lineSpeeds)
+        ui->comSpeed->addItem(QString::number(speed));
     gate().run([this] { launcher_.load(); });
 
     // Choosing the entry that is shown counts, too: it makes a choice for this run one for good.
