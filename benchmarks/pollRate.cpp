@@ -44,7 +44,7 @@ public:
     zint::ConnectionChoice connection() const override { return {}; }
     std::unique_ptr<zint::SerialPort> makePort(zint::EventGate& gate, const zint::ConnectionChoice&) override
     {
-        return std::make_unique<zint::QtSerialPort>(gate, [this](int) { return path_; });
+        return std::make_unique<zint::QtSerialPort>(gate, [this](zint::PortNumber) { return path_; });
     }
     void openTool(zint::Tool) override {}
     void recoverIn(zint::Tool) override {}

@@ -99,7 +99,7 @@ void Program::recoverIn(Tool tool)
 
 std::unique_ptr<SerialPort> Program::makePort(EventGate& gate, const ConnectionChoice& choice)
 {
-    return vehiclePorts_.make(gate, choice.portNumber);
+    return vehiclePorts_.make(gate, choice.port);
 }
 
 void Program::openTool(Tool tool)

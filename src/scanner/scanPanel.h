@@ -12,6 +12,7 @@ struct ScanPanel {
     Button comScan{.caption = "Begin Scan"};
     bool mnuOpenCom = true; ///< enabled
     bool mnuCloseCom = false;
+    bool canChangeHeader = true; ///< cmdHead and calcHdr
     std::string statusBox = "Ready";
     std::string labelStats = LinkCounters::initialText;
     std::string warning;      ///< what a scan of these boxes would erase; empty when nothing

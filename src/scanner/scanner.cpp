@@ -133,15 +133,20 @@ void Scanner::begin()
         fail(link_.status());
         return;
     }
-    state_ = State::opening;
-    scanPending_ = true;
-    panel_.comScan.caption = "Stop Scan";
-    panel_.mnuOpenCom = false;
-    panel_.mnuCloseCom = true;
+    enter(State::opening);
     setStatus("Opening...");
     sequence_ = ScanSequence(boxes_);
     write("Header: " + boxes_.cmdHead + " Mode:" + boxes_.modeStart + "-" + boxes_.modeStop +
           " Pid:" + boxes_.pidStart + "-" + boxes_.pidStop + " Suffix:" + boxes_.cmdSuffix + newLine);
+}
+
+/// Another header could let a scan erase that began without a question.
+void Scanner::enter(State state)
+{
+    state_ = state;
+    panel_.comScan.caption = isScanning() ? "Stop Scan" : "Begin Scan";
+    panel_.mnuOpenCom = panel_.canChangeHeader = !isScanning();
+    panel_.mnuCloseCom = isScanning();
 }
 
 void Scanner::fail(const std::string& why) { failure_ = panel_.statusBox = why; }
@@ -149,16 +154,14 @@ void Scanner::fail(const std::string& why) { failure_ = panel_.statusBox = why; 
 /// Ends a scan, complete or not, and sums it up.
 void Scanner::end()
 {
-    state_ = State::idle;
-    panel_.comScan.caption = "Begin Scan";
-    panel_.mnuOpenCom = true;
-    panel_.mnuCloseCom = false;
+    const bool isHalted = state_ != State::done;
+    enter(State::idle);
     panel_.ProgressBar1.text.clear();
     link_.close();
     panel_.labelStats = link_.counterLine();
-    setStatus((scanPending_ ? "Scan Halted after " : "Scan Completed ") + std::to_string(counts_.events) +
+    setStatus((isHalted ? "Scan Halted after " : "Scan Completed ") + std::to_string(counts_.events) +
               " Events(s)");
-    write((scanPending_ ? "Scan Halted" : "Scan Completed") + newLine + countsText() + newLine + newLine +
+    write((isHalted ? "Scan Halted" : "Scan Completed") + newLine + countsText() + newLine + newLine +
           newLine);
 }
 
@@ -188,7 +191,7 @@ void Scanner::linkReady()
         beginRequests();
         return;
     }
-    state_ = State::headerSent;
+    enter(State::headerSent);
     link_.send("ATSH" + boxes_.cmdHead);
     setStatus("Changing Header");
 }
@@ -212,12 +215,11 @@ void Scanner::takeHeaderReply(std::string_view reply)
     fail(link_.status()); // the summary takes its place in the panel
     around_.beep();
     write("Error setting header" + newLine);
-    scanPending_ = false;
+    enter(State::done);
 }
 
 void Scanner::beginRequests()
 {
-    state_ = State::requesting;
     setStatus("Scanning");
     requestsBegin_ = around_.clock.monotonic();
     sendNext();
@@ -260,7 +262,7 @@ std::string Scanner::lineOf(const ScanRequest& request, const ScanReply& reply) 
 void Scanner::sendNext()
 {
     auto request = sequence_.next(boxes_);
-    scanPending_ = request.has_value();
+    enter(request ? State::requesting : State::done);
     if (request) {
         lastRequest_ = std::move(*request);
         link_.send(lastRequest_.text);
@@ -272,7 +274,7 @@ void Scanner::tellOfNext()
 {
     if (sequence_.hasSkipped())
         write("Skipping mode 4 functional scans...");
-    const std::int64_t left = scanPending_ ? 1 + sequence_.left(boxes_) : 0;
+    const std::int64_t left = state_ == State::requesting ? 1 + sequence_.left(boxes_) : 0;
     const std::int64_t done = counts_.events;
     const std::int64_t all = done + left;
     panel_.ProgressBar1.value = all == 0 ? 100 : 100.0 * static_cast<double>(done) / static_cast<double>(all);
@@ -288,7 +290,7 @@ void Scanner::linkReceived()
 {
     panel_.labelStats = link_.counterLine();
     showSilence();
-    if (isScanning() && !scanPending_)
+    if (state_ == State::done)
         end();
     changed();
 }
@@ -320,7 +322,7 @@ void Scanner::showSilence()
 
 void Scanner::linkTimedOut()
 {
-    failure_ = AdapterLink::notRespondingText;
+    fail(std::string(AdapterLink::notRespondingText));
     around_.prompts.tellOfSilence(failure_, link_.timeoutReason());
     if (isScanning())
         end();

@@ -92,7 +92,13 @@ public:
     std::function<void()> onReply;   ///< called when the adapter has answered what was sent
 
 private:
-    enum class State { idle, opening, headerSent, requesting };
+    enum class State {
+        idle,
+        opening,
+        headerSent,
+        requesting,
+        done, ///< no request is left, or the header was refused; the summary comes next
+    };
 
     void linkReset() override;
     void linkReady() override;
@@ -106,6 +112,7 @@ private:
     bool mayErase();
     void begin();
     void end();
+    void enter(State state);
     void fail(const std::string& why);
     void takeHeaderReply(std::string_view reply);
     void takeReply(std::string_view reply);
@@ -128,8 +135,7 @@ private:
     std::string silenceShown_; ///< at the end of the status
 
     State state_ = State::idle;
-    bool scanPending_ = false; ///< neither complete nor given up
-    bool isRefused_ = false;   ///< the next press to begin a scan, since a box has just been refused
+    bool isRefused_ = false; ///< the next press to begin a scan, since a box has just been refused
     std::string failure_;
     ScanSequence sequence_;
     ScanRequest lastRequest_;

@@ -69,7 +69,7 @@ protected:
     std::unique_ptr<SerialPort> makePort(EventGate& gate, const ConnectionChoice& /*choice*/) override
     {
         if (!device.empty())
-            return std::make_unique<QtSerialPort>(gate, [this](int) { return device; });
+            return std::make_unique<QtSerialPort>(gate, [this](PortNumber) { return device; });
         auto port = std::make_unique<ScriptedAdapter>(&gate);
         adapter = port.get();
         return port;

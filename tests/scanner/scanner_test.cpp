@@ -188,7 +188,9 @@ TEST_F(ScannerTest, CanBeStoppedAtAnyTime)
     EXPECT_EQ(scanner.failure(), status());
 
     type("12", "0000", "FFFF");
+    EXPECT_TRUE(scanner.panel().canChangeHeader);
     scan({}, "010000");
+    EXPECT_FALSE(scanner.panel().canChangeHeader) << "another one might erase without a question";
     clock.now += 10s;
     adapter.expect("010001\r");
     adapter.receive("?\r\r>");

@@ -98,7 +98,7 @@ void scanForm::openCalculator()
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     on(dialog, &QDialog::accepted,
        [this, dialog] { scanner_.type(&ScanParameters::cmdHead, dialog->header()); });
-    dialog->open(); // a scan goes on meanwhile
+    dialog->open();
 }
 
 void scanForm::labelStats_Click() { scanner_.showStatistics(); }
@@ -163,6 +163,8 @@ void scanForm::paintNow()
     display(*ui->warning, p.warning);
     for (QWidget* part : {ui->warningIcon, ui->warning})
         part->setVisible(!p.warning.empty());
+    ui->cmdHead->setReadOnly(!p.canChangeHeader);
+    ui->calcHdr->setEnabled(p.canChangeHeader);
     ui->mnuOpenCom->setEnabled(p.mnuOpenCom);
     ui->mnuCloseCom->setEnabled(p.mnuCloseCom);
 }
