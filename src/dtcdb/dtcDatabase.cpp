@@ -168,21 +168,26 @@ std::unique_ptr<DtcDatabase> DtcDatabase::openForReading(const std::string& path
 {
     checkKind(path);
     auto database = connect(path, patience);
-    if (database->number("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name = 'DTCset'") == 0)
-        refuse(path, "read: it has no table \"DTCset\". Choose another file.");
-    database->find({}); // whether it has the fields
+    database->requireTable();
     return database;
 }
 
 std::unique_ptr<DtcDatabase> DtcDatabase::open(const std::string& path, std::chrono::milliseconds patience)
 {
     auto database = openForReading(path, patience);
-    database->requireLayout();
+    database->requireIndex();
     database->isReadOnly_ = !database->mayWrite();
     return database;
 }
 
-void DtcDatabase::requireLayout()
+void DtcDatabase::requireTable()
+{
+    if (number("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name = 'DTCset'") == 0)
+        refuse(path_, "read: it has no table \"DTCset\". Choose another file.");
+    find({}); // fails when a field is missing
+}
+
+void DtcDatabase::requireIndex()
 {
     if (number(soundIndexes) == 0)
         refuse(path_,
@@ -194,16 +199,17 @@ void DtcDatabase::requireLayout()
 std::unique_ptr<DtcDatabase> DtcDatabase::create(const std::string& path,
                                                  const std::function<void(DtcDatabase&)>& fill)
 {
-    filesGuarded([&] { requireWritable(path); });
+    const std::string file = behindLink(path);
+    filesGuarded([&] { requireWritable(file); });
     const auto filled = createInMemory(fill);
-    const Removed fresh(newNameBeside(path));
+    const Removed fresh(newNameBeside(file));
     guarded(path, [&] {
-        SQLite::Database file(fresh.path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-        file.exec("PRAGMA journal_mode = MEMORY"); // half of it is deleted, not undone
-        if (SQLite::Backup(file, *filled->database_).executeStep() != SQLITE_DONE) // it may be locked
+        SQLite::Database made(fresh.path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        made.exec("PRAGMA journal_mode = MEMORY"); // half of it is deleted, not undone
+        if (SQLite::Backup(made, *filled->database_).executeStep() != SQLITE_DONE) // it may be locked
             refuse(path, "made: another program uses the new file. Try again.");
     });
-    filesGuarded([&] { publishFile(fresh.path, path); });
+    filesGuarded([&] { publishFile(fresh.path, file); });
     return open(path);
 }
 

@@ -110,7 +110,8 @@ private:
 
     static std::unique_ptr<DtcDatabase> connect(const std::string& path, std::chrono::milliseconds patience);
     void makeTable(const std::function<void(DtcDatabase&)>& fill);
-    void requireLayout();
+    void requireTable();
+    void requireIndex();
     bool mayWrite();
     void execute(const std::string& sql);
     SQLite::Statement& statement(const std::string& sql);

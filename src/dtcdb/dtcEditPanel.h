@@ -17,7 +17,7 @@ struct DtcEditPanel {
     Button DTCcontrol{.caption = "Create New DB"};
     TextBox dtcDBname; ///< browseDB is enabled with it
     std::string DTCframe = "Current DTC Record";
-    DtcRecord record;       ///< DTCcode, DTCdescr and DTCnotes
+    DtcRecord record;       ///< what DTCcode, DTCdescr and DTCnotes show
     bool isOpen = false;    ///< they are enabled
     bool isEditing = false; ///< they can be changed; DTCsave and DTCcancel are enabled
 

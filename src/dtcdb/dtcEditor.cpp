@@ -36,8 +36,6 @@ bool fits(const std::string& code)
     return !code.empty() && firstCharacters(code, DtcDatabase::codeSize).size() == code.size();
 }
 
-bool isTooLong(const DtcRecord& record) { return cutToSize(record) != record; }
-
 std::vector<std::string> wordsOf(const std::string& text)
 {
     std::istringstream stream(text);
@@ -174,11 +172,8 @@ void DtcEditor::close()
 void DtcEditor::show(std::optional<Entry> entry)
 {
     current_ = std::move(entry);
-    showCurrent();
     countRecords();
 }
-
-void DtcEditor::showCurrent() { panel_.record = current_ ? cutToSize(current_->record) : DtcRecord(); }
 
 void DtcEditor::showNext()
 {
@@ -264,8 +259,8 @@ void DtcEditor::choose(const std::vector<DtcRecord>& found)
 void DtcEditor::pressAdd()
 {
     press([this] {
-        mode_ = Mode::adding;
-        panel_.record = {.code = "Pxxyy", .description = {}, .notes = {}}; // a pattern to overwrite
+        draft_ = Draft{.record = {.code = "Pxxyy", .description = {}, .notes = {}}, // a pattern to overwrite
+                       .isNew = true};
         focus_ = Focus{&DtcRecord::code, {}};
     });
 }
@@ -279,9 +274,9 @@ void DtcEditor::pressEdit()
             panel_.statusBox = goneText;
             return;
         }
-        mode_ = Mode::changing;
         show(std::move(now));
-        if (isTooLong(current_->record))
+        draft_ = Draft{.record = cutToSize(current_->record), .isNew = false};
+        if (draft_->record != current_->record)
             panel_.statusBox = "The texts are longer than the boxes: Save cuts them";
         focus_ = Focus{&DtcRecord::description, {}};
     });
@@ -289,14 +284,14 @@ void DtcEditor::pressEdit()
 
 void DtcEditor::type(Box box, const std::string& text)
 {
-    if (mode_ != Mode::browsing)
-        panel_.record.*box = text;
+    if (draft_)
+        panel_.record.*box = draft_->record.*box = text;
 }
 
 void DtcEditor::pressSave()
 {
     press([this] {
-        const DtcRecord record = panel_.record;
+        const DtcRecord record = draft_->record;
         if (record.code.empty() || record.description.empty())
             refuse("Field cannot be blank", record.code.empty() ? &DtcRecord::code : &DtcRecord::description);
         else if (const int place = codeFault(record.code); place > 0)
@@ -312,7 +307,7 @@ void DtcEditor::pressSave()
 /// @return whether it is in the table now; else the status tells why not
 bool DtcEditor::store(const DtcRecord& record)
 {
-    if (mode_ == Mode::adding) {
+    if (draft_->isNew) {
         if (database_->add(record))
             return true;
         refuse("Duplicate DTC code found", &DtcRecord::code);
@@ -346,18 +341,17 @@ void DtcEditor::refuse(const char* why, Box box, std::optional<std::size_t> plac
 void DtcEditor::pressCancel()
 {
     press([this] {
-        endEditing(mode_ == Mode::adding ? "DTC add canceled" : "DTC update canceled");
+        endEditing(draft_->isNew ? "DTC add canceled" : "DTC update canceled");
         auto old = current_ ? database_->read(*current_) : std::nullopt;
         show(old ? std::move(old) : database_->first());
     });
 }
 
-/// Shows the record as it was last read, should the file fail now.
+/// The record is shown as it was last read, should the file fail now.
 void DtcEditor::endEditing(const char* status)
 {
-    mode_ = Mode::browsing;
+    draft_.reset();
     panel_.statusBox = status;
-    showCurrent();
 }
 
 void DtcEditor::pressDelete()
@@ -470,15 +464,16 @@ void DtcEditor::countRecords()
 void DtcEditor::refresh()
 {
     const bool isOpen = database_ != nullptr;
-    const bool isBrowsing = isOpen && mode_ == Mode::browsing;
+    const bool isBrowsing = isOpen && !draft_;
     const bool isWritable = isBrowsing && !database_->isReadOnly();
     panel_.DTCcontrol.caption = isOpen                              ? closeCaption
                                 : fileExists(panel_.dtcDBname.text) ? openCaption
                                                                     : createCaption;
     panel_.DTCcontrol.enabled = !isOpen || isBrowsing;
     panel_.dtcDBname.enabled = !isOpen;
+    panel_.record = draft_ ? draft_->record : current_ ? cutToSize(current_->record) : DtcRecord();
     panel_.isOpen = isOpen;
-    panel_.isEditing = isOpen && !isBrowsing;
+    panel_.isEditing = draft_.has_value();
     panel_.canAdd = panel_.canImport = isWritable;
     panel_.canExport = isBrowsing;
     panel_.canBrowse = isBrowsing && (current_ || count_.value_or(0) > 0);

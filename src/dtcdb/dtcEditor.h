@@ -72,8 +72,11 @@ public:
     std::function<void(Box box, std::optional<std::size_t> place)> onFocus;
 
 private:
-    enum class Mode { browsing, adding, changing };
     using Entry = DtcDatabase::Entry;
+    struct Draft {
+        DtcRecord record;
+        bool isNew;
+    };
     struct Focus {
         Box box;
         std::optional<std::size_t> place;
@@ -86,7 +89,6 @@ private:
     void opened(const std::string& path, std::unique_ptr<DtcDatabase> database);
     void close();
     void show(std::optional<Entry> entry);
-    void showCurrent();
     void showNext();
     void choose(const std::vector<DtcRecord>& found);
     bool store(const DtcRecord& record);
@@ -99,14 +101,14 @@ private:
     Surroundings around_;
     DtcEditPanel panel_;
     std::unique_ptr<DtcDatabase> database_; ///< while it is open
-    Mode mode_ = Mode::browsing;
-    std::optional<Entry> current_;      ///< the record that is shown; while adding, the one to come back to
-    std::optional<DtcRecord> deleted_;  ///< by the last change
-    std::optional<std::int64_t> count_; ///< of the records, when they could be counted last
-    std::string note_;                  ///< stands behind the count
-    std::optional<Focus> focus_;        ///< that this press gives
-    std::string words_;                 ///< sought last
-    std::string lastExport_;            ///< the file that it wrote
+    std::optional<Entry> current_;          ///< the record that is shown, or to come back to
+    std::optional<Draft> draft_;            ///< a record that is being added or changed
+    std::optional<DtcRecord> deleted_;      ///< by the last change
+    std::optional<std::int64_t> count_;     ///< of the records, when they could be counted last
+    std::string note_;                      ///< stands behind the count
+    std::optional<Focus> focus_;            ///< that this press gives
+    std::string words_;                     ///< sought last
+    std::string lastExport_;                ///< the file that it wrote
     DtcTextOptions options_;
     DtcImport import_; ///< the last one
 };

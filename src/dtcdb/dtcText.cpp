@@ -8,6 +8,7 @@
 #include <cctype>
 #include <filesystem>
 #include <optional>
+#include <sstream>
 #include <system_error>
 #include <utility>
 
@@ -164,17 +165,30 @@ std::string csvLine(const DtcRecord& record, const DtcTextOptions& options)
     return options.noNotes ? line : line + "," + csvField(record.notes);
 }
 
-/// Whether an import finds the record in the line again; blanks behind a text do not count.
+/// The record that an import makes of a line; nothing for a line that it skips or can't read.
+std::optional<DtcRecord> importedFrom(const std::string& line, const DtcTextOptions& options)
+{
+    std::istringstream stream(line + "\n");
+    DtcImport import;
+    try {
+        const auto record = DtcReader(stream, options).next(import);
+        return record && codeFault(record->code) == 0 ? std::optional(cutToSize(*record)) : std::nullopt;
+    } catch (const FileError&) {
+        return std::nullopt;
+    }
+}
+
+/// Whether an import finds the record in the line again. Blanks behind a text do not count, but in a
+/// spreadsheet's file, which keeps them.
 bool readsBack(const DtcRecord& record, const std::string& line, const DtcTextOptions& options)
 {
-    if (options.fields == DtcFields::csv)
-        return true;
-    const DtcRecord again = readDtcLine(line, options);
-    const auto isSame = [](std::string_view one, std::string_view other) {
-        return withoutBlanksBehind(one) == withoutBlanksBehind(other);
+    const auto again = importedFrom(line, options);
+    const auto isSame = [&options](std::string_view one, std::string_view other) {
+        return options.fields == DtcFields::csv ? one == other
+                                                : withoutBlanksBehind(one) == withoutBlanksBehind(other);
     };
-    return again.code == record.code && isSame(again.description, record.description) &&
-           (options.noNotes || isSame(again.notes, record.notes));
+    return again && again->code == record.code && isSame(again->description, record.description) &&
+           (options.noNotes || isSame(again->notes, record.notes));
 }
 
 /// What to do about a line that begins with a code and a separator of another form; empty for others.

@@ -129,9 +129,7 @@ struct Target {
 Target targetOf(const std::string& path)
 {
     std::error_code error;
-    fs::path file = utf8Path(path);
-    if (const fs::path behindLink = fs::canonical(file, error); !error)
-        file = behindLink;
+    const fs::path file = utf8Path(behindLink(path));
     const fs::file_status old = fs::status(file, error);
     if (fs::is_directory(old))
         throw FileError(inQuotes(path) + " can't be written: it is a folder");
@@ -222,6 +220,14 @@ void readFile(const std::string& path, const std::function<void(std::istream&)>&
     if (!stream)
         throw FileError(inQuotes(path) + " can't be read: " + reason(errno));
     read(stream);
+}
+
+std::string behindLink(const std::string& path)
+{
+    std::error_code error;
+    const fs::path file = utf8Path(path);
+    const fs::path behind = fs::is_symlink(file, error) ? fs::canonical(file, error) : fs::path();
+    return error || behind.empty() ? path : utf8Text(behind);
 }
 
 std::string newNameBeside(const std::string& path)

@@ -56,11 +56,14 @@ private:
 /// throws
 void readFile(const std::string& path, const std::function<void(std::istream&)>& read);
 
+/// The file that a symbolic link stands for, if it exists; else the path itself.
+std::string behindLink(const std::string& path);
+
 /// A name beside the file that no other program uses: for a file that is to take its place once it is whole.
 std::string newNameBeside(const std::string& path);
 
 /// Gives a finished file its name, in the same folder. What has the name already stays, unless it is an empty
-/// file. @throws FileError when that fails; the finished file then keeps the name that it has
+/// file and no link. @throws FileError when that fails; the finished file then keeps the name that it has
 void publishFile(const std::string& finished, const std::string& path);
 
 /// Makes sure that replaceFile() can begin, as long as nothing changes. Nothing is written to the file.

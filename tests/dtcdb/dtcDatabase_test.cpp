@@ -146,8 +146,10 @@ TEST_F(DtcDatabaseTest, ANewDatabaseGetsItsNameWhenItIsWhole)
     EXPECT_THROW(DtcDatabase::create(folder.path("none/a.mdb")), DatabaseError);
 
     TemporaryFolder::write(path, "");
-    const auto made = DtcDatabase::create(path, fill);
-    EXPECT_EQ(made->count(), 1);
+    std::filesystem::create_symlink(utf8Path(path), folder.path("link"));
+    const auto made = DtcDatabase::create(folder.path("link"), fill);
+    EXPECT_EQ(DtcDatabase::open(path)->count(), 1) << "the file behind the link";
+    std::filesystem::remove(folder.path("link"));
     EXPECT_TRUE(isAlone());
     EXPECT_THROW(made->inOneStep([&] {
         made->remove(*made->first());

@@ -225,9 +225,13 @@ TEST_F(DtcFileTest, ExportsAndTellsWhatWillNotReadBack)
     EXPECT_THROW(exportDtcFile(*database, folder.path("./dtc.mdb"), {}), FileError) << "the database itself";
     EXPECT_EQ(table(), before);
 
-    SQLite::Database(database->path(), SQLite::OPEN_READWRITE)
-        .exec("INSERT INTO DTCset VALUES (x'50', 'bytes for a code', ''), (NULL, 'none', '')");
-    EXPECT_LE(exportDtcFile(*database, file, {}).count, 4) << "it ends, whatever another program has added";
+    SQLite::Database other(database->path(), SQLite::OPEN_READWRITE);
+    other.exec("INSERT INTO DTCset VALUES ('p0001', 'small', ''), ('P0002', 'one' || char(13) || 'two', ''), "
+               "('P0003', replace(hex(zeroblob(60)), '0', 'd'), ''), ('P0004', 'x' || char(0), '')");
+    EXPECT_EQ(exportDtcFile(*database, file, {.fields = Fields::csv}).altered, 4)
+        << "an import reads none of these as it is";
+    other.exec("INSERT INTO DTCset VALUES (x'50', 'bytes for a code', ''), (NULL, 'none', '')");
+    EXPECT_LE(exportDtcFile(*database, file, {}).count, 8) << "it ends, whatever another program has added";
 }
 
 } // namespace
