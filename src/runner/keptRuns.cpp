@@ -1,7 +1,6 @@
 #include "runner/keptRuns.h"
 
 #include "runner/keptRunFile.h"
-#include "runner/pollTexts.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
 
@@ -115,16 +114,19 @@ void KeptRuns::begin(const Design& design, const SampleStore& samples, system_cl
     }
     head_ = headText(design, firstStart);
     keeping_ = true;
+    const bool wasSaved = isSaved_;
     const std::vector<std::uint8_t> events = eventsOf(samples);
     for (std::size_t i = 0; i < samples.size(); ++i) {
         if (const SampleRecord& record = samples[i]; !record.isHeader())
             add(events[i], record.value, record.time);
     }
+    isSaved_ = wasSaved; // these samples are not new
     flush();
 }
 
 void KeptRuns::add(std::size_t event, std::int32_t value, std::int32_t time)
 {
+    isSaved_ = false;
     if (!keeping_)
         return;
     appendSample(waiting_, {.event = static_cast<std::int32_t>(event), .time = time, .value = value});
@@ -171,13 +173,22 @@ void KeptRuns::forget()
         removeFile(path);
 }
 
-void KeptRuns::leave()
+void KeptRuns::pause()
 {
     flush();
+    if (isSaved_)
+        forget();
+}
+
+void KeptRuns::leave()
+{
+    pause();
     stream_.close();
     if (!path_.empty())
         putMark(path_, leftMark);
     close();
+    isSaved_ = false;
+    failure_.clear();
     prune();
 }
 

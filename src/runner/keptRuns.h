@@ -41,9 +41,6 @@ public:
     void begin(const Design& design, const SampleStore& samples,
                std::chrono::system_clock::time_point firstStart);
 
-    /// Whether begin() was called and nothing has failed or ended since.
-    bool isKeeping() const { return keeping_; }
-
     /// Why the present run is no longer kept, such as for a full disk; its file stays as it is. Empty until
     /// something fails, and again from the next begin() on.
     const std::string& failure() const { return failure_; }
@@ -54,11 +51,16 @@ public:
     /// Hands what was added to the system; call it about once a second.
     void flush();
 
-    /// Removes the present run's file: its log was saved.
-    void forget();
+    /// The user has saved a log of all samples that the run has by now.
+    void setSaved() { isSaved_ = true; }
+    bool isSaved() const { return isSaved_; } ///< and nothing was added since
 
-    /// Closes the present run's file, which stays; removes what is too old or too much, runs that were cut
-    /// off later than others. Call it before the store is emptied, even after a failure.
+    /// No samples come for a while: hands over what was added, or removes the file when all of it is saved.
+    void pause();
+
+    /// Ends the present run. Its file stays unless all of it is saved; then what is too old or too much is
+    /// removed, runs that were cut off later than others. Call it before the store is emptied, even after a
+    /// failure.
     void leave();
 
     /// Whether a run was cut off by a crash since this was last asked. Never throws.
@@ -79,10 +81,12 @@ public:
 private:
     void prune() const;
     void close();
+    void forget();
 
     KeptFiles files_;
     std::function<std::string(std::chrono::system_clock::time_point)> dateText_;
-    bool keeping_ = false;
+    bool keeping_ = false; ///< begin() was called, and nothing has failed or ended since
+    bool isSaved_ = false;
     std::string path_;     ///< of the present run's file, also after a failure; empty when there is none
     std::string head_;     ///< what it begins with
     FileLock lock_;        ///< of that file, from the first flush() with samples on

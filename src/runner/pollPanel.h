@@ -11,11 +11,6 @@ namespace zint {
 
 /// What the poll runner shows; members are named after its controls.
 struct PollPanel {
-    struct TextBox {
-        std::string text;
-        bool enabled = true;
-    };
-
     /// How a row of the grid is shaded.
     enum class Shade {
         usual,
@@ -41,9 +36,9 @@ struct PollPanel {
     std::string keepFailure; ///< that the run's samples are not kept, and why; mostly empty
     std::string statLab1 = "0 Loops, 0 Events, 0 sec, 0 Events/s";
     std::string labelStats = LinkCounters::initialText;
-    TextBox textSampleCnt{.text = std::to_string(pollLimits::usualLoops)};
-    TextBox timeLimit;                                                           ///< seconds; empty: none
-    TextBox scnUpdate{.text = std::to_string(pollLimits::usualRefresh.count())}; ///< seconds
+    std::string textSampleCnt = std::to_string(pollLimits::usualLoops);
+    std::string timeLimit;                                                    ///< seconds; empty: none
+    std::string scnUpdate = std::to_string(pollLimits::usualRefresh.count()); ///< seconds
     std::string lengthHint; ///< how long a run takes, or why it has ended
     std::string comStart = "&Start Polling";
     std::vector<Row> obdGrid;

@@ -3,13 +3,11 @@
 #include "catalogue/design.h"
 #include "link/adapterLink.h"
 #include "runner/keptRuns.h"
-#include "runner/pollLimits.h"
 #include "runner/pollPanel.h"
-#include "runner/replyWatch.h"
 #include "runner/runFiles.h"
 #include "runner/runPace.h"
+#include "runner/runState.h"
 #include "runner/sampleStore.h"
-#include "runner/schedule.h"
 #include "shared/clock.h"
 #include "shared/programValues.h"
 #include "shared/prompts.h"
@@ -18,10 +16,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace zint {
 
@@ -55,8 +51,8 @@ public:
     void pressStart(); ///< starts polling, or stops it
     /// The texts of three boxes: what is typed counts at the next reset, and at the next start.
     void setMaxLoops(const std::string& text);
-    void setTimeLimit(const std::string& text) { panel_.timeLimit.text = text; }
-    void setRefresh(const std::string& text) { panel_.scnUpdate.text = text; }
+    void setTimeLimit(const std::string& text) { panel_.timeLimit = text; }
+    void setRefresh(const std::string& text) { panel_.scnUpdate = text; }
     std::int64_t refreshSeconds() const; ///< as typed, or what stands for it
 
     /// Lets runs end by time alone, up to the next reset.
@@ -73,40 +69,34 @@ public:
     }
     /// @return why it could not be written, to be told; else empty
     std::string save(RunFiles::Kind kind, const std::string& path);
-    void recover(FileDialogs& dialogs) { files_.recover(around_.kept, dialogs); }
+    void recover(FileDialogs& dialogs) { files_.recover(dialogs); }
 
-    bool isPolling() const { return pollActive_; }
+    bool isPolling() const { return state_.isPolling(); }
 
     /// Whether the last run has come to its end: all loops or all of its time.
-    bool isComplete() const { return isComplete_; }
+    bool isComplete() const { return state_.phase == Phase::complete; }
 
     /// How the port or the adapter's silence ended the last run, see AdapterLink.
     const std::string& lastFailure() const { return link_.lastFailure(); }
 
     /// Whether several replies running did not match their requests in the last run.
-    bool sawMismatch() const { return watch_.sawMismatch(); }
+    bool sawMismatch() const { return state_.sinceStart.watch.sawMismatch(); }
 
-    std::int64_t loopCount() const { return loopCount_; } ///< since the last reset
+    std::int64_t loopCount() const { return state_.turn.loop; } ///< since the last reset
     const SampleStore& samples() const { return samples_; }
     const PollPanel& panel() const { return panel_; }
 
     /// "NO DATA" replies since the window was opened.
-    std::int64_t noDataCount() const { return noDataCount_; }
+    std::int64_t noDataCount() const { return state_.noData; }
 
-    std::chrono::system_clock::time_point firstStart() const { return firstPollStart_.date; }
-    std::chrono::system_clock::time_point lastStart() const { return pollStart_.date; }
+    std::chrono::system_clock::time_point firstStart() const { return state_.sinceReset.began.date; }
+    std::chrono::system_clock::time_point lastStart() const { return state_.counts.began.date; }
 
     std::function<void()> onChanged; ///< called when the panel may have changed; not for each reply
     std::function<void()> onReply;   ///< called for each complete reply, those to commands included
 
 private:
-    /// What is sent once the adapter is reset.
-    enum class State { commands, firstRequest, polling };
-
-    struct Moment {
-        std::chrono::microseconds ticks{}; ///< of the clock that only goes on
-        std::chrono::system_clock::time_point date;
-    };
+    using Phase = RunState::Phase;
 
     void linkReset() override;
     void linkReady() override;
@@ -119,39 +109,26 @@ private:
 
     bool mayStart();
     void start();
-    void takeBoxes();
-    void enableBoxes(bool enabled);
-    void stop(const std::string& status);
-    void complete(const std::string& status);
+    void stop(const std::string& status, Phase phase = Phase::stopped);
     std::string completedStatus();
-    void keepRun();
-    std::string leaveRun();
-    void flushKept();
-    void showKeepFailure();
     void tick();
-    void proceed(std::string_view reply);
+    void sendNext();
     void heard();
-    void sendCommand();
     void sendFirstRequest();
     void takeReply(std::string_view reply);
-    void requestNext();
-    void reachLoop(std::int64_t loop);
-    void refresh();
-    void writeSummary();
-    void showHint();
+    void sendRequest();
+    void store(std::size_t event, std::int32_t value);
+    RunState::Counts countsFromNow() const;
+    RunState::Time nextRefresh() const;
     void measure();
-    void showProgress();
-    double loopsPercent() const;
-    void showLength();
-    bool isTimeUp() const;
-    Moment now() const { return {around_.clock.monotonic(), around_.clock.wall()}; }
-    std::int64_t secondsSince(const Moment& moment) const;
-
-    bool isSaved() const;
-    RunFiles::Run run() const { return {design_, samples_, firstPollStart_.date}; }
-
+    void refresh();
+    void showPace();
+    void showHint();
     void setStatus(std::string_view words);
-    void changed() const;
+    void changed();
+
+    RunState::Time now() const { return around_.clock.monotonic(); }
+    RunFiles::Run run() const { return {design_, samples_, firstStart()}; }
 
     Surroundings around_;
     const Design& design_;
@@ -159,28 +136,8 @@ private:
     SampleStore samples_;
     PollPanel panel_;
     RunFiles files_;
-    ReplyWatch watch_;
     RunPace pace_;
-
-    State state_ = State::commands;
-    bool pollActive_ = false;
-    bool samplesFull_ = false; ///< the last loop has been reached; the values must be reset first
-    bool isComplete_ = false;
-    std::int64_t maxLoops_ = pollLimits::usualLoops;
-    std::int64_t refreshSecs_ = pollLimits::usualRefresh.count();
-    std::optional<std::chrono::seconds> timeLimit_;
-    std::int64_t loopCount_ = 0; ///< since the last reset
-    std::int64_t eventsDone_ = 0;
-    std::int64_t noDataCount_ = 0;
-    Turn turn_;             ///< of the request that is outstanding
-    std::string initQueue_; ///< commands still to be sent, separated by ";"
-
-    Moment pollStart_;
-    Moment firstPollStart_;
-    std::chrono::microseconds nextRefresh_{};
-    bool showsValues_ = false;                ///< there has been a refresh with samples since the reset
-    std::size_t savedSize_ = 0;               ///< of the store when it was last saved as a log
-    std::vector<std::int32_t> samplesBefore_; ///< by event, of earlier starts
+    RunState state_;
 };
 
 } // namespace zint

@@ -70,29 +70,15 @@ void ReplyWatch::take(std::string_view request, std::string_view reply, bool isG
     sawMismatch_ = sawMismatch_ || mismatches_ >= manyMismatches;
 }
 
-ReplyWatch::Concern ReplyWatch::concern(Time now) const
-{
-    if (mismatches_ >= manyMismatches) // which silence does not mend
-        return Concern::mismatch;
-    if (now - heardAt_ >= longSilence)
-        return Concern::silence;
-    return badReplies_ >= manyBadReplies ? Concern::noData : Concern::none;
-}
-
 std::string ReplyWatch::text(Time now) const
 {
-    switch (concern(now)) {
-    case Concern::silence:
-        return "no reply for " + std::to_string(longSilence.count()) + " s";
-    case Concern::noData:
-        return "No data from the vehicle" + (badReply_.empty() ? "" : " (" + badReply_ + ")") +
-               ": ignition on?";
-    case Concern::mismatch:
+    if (mismatches_ >= manyMismatches) // which silence does not mend
         return std::string(mismatchText);
-    case Concern::none:
-        break;
-    }
-    return {};
+    if (now - heardAt_ >= longSilence)
+        return "no reply for " + std::to_string(longSilence.count()) + " s";
+    if (badReplies_ < manyBadReplies)
+        return {};
+    return "No data from the vehicle" + (badReply_.empty() ? "" : " (" + badReply_ + ")") + ": ignition on?";
 }
 
 } // namespace zint

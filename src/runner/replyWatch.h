@@ -30,10 +30,7 @@ public:
     /// When something was answered last.
     Time heardAt() const { return heardAt_; }
 
-    enum class Concern { none, noData, mismatch, silence };
-    Concern concern(Time now) const;
-
-    /// What to tell of a concern; empty for none.
+    /// What to tell the user now; mostly empty.
     std::string text(Time now) const;
 
     /// Whether there was a mismatch in the run.

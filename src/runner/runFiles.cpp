@@ -45,12 +45,28 @@ std::string RunFiles::choose(Kind kind, Name name, FileDialogs& dialogs) const
     return dialogs.chooseToSave(facts.files, around_.values.parmInitDir, proposed);
 }
 
-RunFiles::Result RunFiles::save(const Run& run, Kind kind, const std::string& path)
+std::string RunFiles::leave(const Run& run)
 {
-    Result result = write(run, kind, path);
+    KeptRuns& kept = around_.kept;
+    isNamed_ = {};
+    kept.flush();
+    const bool isUnsaved = !run.samples.isEmpty() && !kept.isSaved();
+    const bool isKept = kept.failure().empty();
+    kept.leave();
+    if (!isUnsaved)
+        return {};
+    return isKept ? " The unsaved run is under Recover Unsaved Run..."
+                  : " The unsaved run could not be kept.";
+}
+
+std::string RunFiles::save(const Run& run, Kind kind, const std::string& path)
+{
+    const Result result = write(run, kind, path);
     if (result.isWritten || kind == Kind::log)
         remember(kind, path);
-    return result;
+    if (result.isWritten && kind == Kind::log)
+        around_.kept.setSaved();
+    return result.failure;
 }
 
 void RunFiles::remember(Kind kind, const std::string& path)
@@ -64,10 +80,10 @@ void RunFiles::remember(Kind kind, const std::string& path)
     isNamed_.at(static_cast<std::size_t>(kind)) = true;
 }
 
-void RunFiles::recover(const KeptRuns& kept, FileDialogs& dialogs)
+void RunFiles::recover(FileDialogs& dialogs)
 {
     std::vector<KeptEntry> entries;
-    const auto look = [&](Progress& progress) { entries = kept.list(progress); };
+    const auto look = [&](Progress& progress) { entries = around_.kept.list(progress); };
     if (!around_.prompts.runLong("Looking for unsaved runs", look))
         return;
     const auto chosen = chooseToRecover(around_.prompts, entries, "run");

@@ -26,6 +26,7 @@ public:
     struct Surroundings {
         Prompts& prompts;
         ProgramValues& values;
+        KeptRuns& kept;
         std::function<std::string(std::chrono::system_clock::time_point)> dateText;
         std::function<void(const std::string&)> showStatus;
     };
@@ -46,26 +47,28 @@ public:
 
     explicit RunFiles(Surroundings surroundings) : around_(std::move(surroundings)) {}
 
-    /// Another run begins: its first log and its first export ask for their names.
-    void forgetNames() { isNamed_ = {}; }
+    /// Another run takes the place of this one: its first log and its first export ask for their names.
+    /// @return what to say of one that was not saved
+    std::string leave(const Run& run);
 
     /// The path of the file to write; empty when the user cancels. Changes nothing.
     std::string choose(Kind kind, Name name, FileDialogs& dialogs) const;
 
-    struct Result {
-        bool isWritten = false;
-        std::string failure; ///< why not, for the user; also empty when the user stopped it
-    };
-
     /// Writes a run, shows the outcome as status and remembers the name. A log's name is remembered even when
     /// it could not be written, so that the next save tries it again.
-    Result save(const Run& run, Kind kind, const std::string& path);
+    /// @return why it could not be written, for the user; else empty
+    std::string save(const Run& run, Kind kind, const std::string& path);
 
     /// Saves one of the kept runs, which the user chooses, as a log.
-    void recover(const KeptRuns& kept, FileDialogs& dialogs);
+    void recover(FileDialogs& dialogs);
 
 private:
     static constexpr std::size_t kinds = 3;
+
+    struct Result {
+        bool isWritten = false;
+        std::string failure; ///< why not; also empty when the user stopped it
+    };
 
     void remember(Kind kind, const std::string& path);
     Result write(const Run& run, Kind kind, const std::string& path) const;

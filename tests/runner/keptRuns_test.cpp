@@ -150,7 +150,8 @@ TEST_F(KeptRunsTest, WritesEachSampleUntilTheLogIsSaved)
     const std::string all = head() + "1,0,40\r\n3,1,-7\r\n2,2,2147483647\r\n";
     EXPECT_EQ(content(), all) << "a paused run goes on";
 
-    kept->forget();
+    kept->setSaved();
+    kept->pause();
     EXPECT_TRUE(files().empty());
     begin();
     EXPECT_EQ(content(), all) << "a new one begins with all";
@@ -192,21 +193,22 @@ TEST_F(KeptRunsTest, ARecoveredRunBecomesALogUnlessItsUserStopsThat)
     ScriptedDialogs dialogs;
     ProgramValues values;
     std::string status;
-    RunFiles runFiles({prompts, values, dateText, [&status](const std::string& text) { status = text; }});
+    RunFiles runFiles(
+        {prompts, values, *kept, dateText, [&status](const std::string& text) { status = text; }});
     const std::string path = folder.path("some.log");
-    ASSERT_TRUE(runFiles.save({design, store, start}, RunFiles::Kind::log, path).isWritten);
+    ASSERT_EQ(runFiles.save({design, store, start}, RunFiles::Kind::log, path), "");
     const std::string whole = contents(path);
     prompts.stopsWork = true;
     design.title = "other";
-    EXPECT_FALSE(runFiles.save({design, store, start}, RunFiles::Kind::log, path).isWritten);
+    EXPECT_EQ(runFiles.save({design, store, start}, RunFiles::Kind::log, path), "");
     EXPECT_EQ(status, "Saving log to some.log was stopped");
-    runFiles.recover(*kept, dialogs);
+    runFiles.recover(dialogs);
     EXPECT_EQ(contents(path), whole);
 
     prompts.stopsWork = false;
     prompts.chosen = 0;
     dialogs.chosen = path;
-    runFiles.recover(*kept, dialogs);
+    runFiles.recover(dialogs);
     EXPECT_TRUE(contents(path) == whole);
     EXPECT_TRUE(files().empty());
 }

@@ -113,26 +113,26 @@ void obdPollForm::connectActions()
 {
     using Kind = RunFiles::Kind;
     using Name = RunFiles::Name;
-    const auto forward = [this](QAction* action, void (Poller::*operation)()) {
+    const auto does = [this](QAction* action, void (Poller::*operation)()) {
         on(action, &QAction::triggered, [this, operation] { (poller_.*operation)(); });
+    };
+    const auto takes = [this](QLineEdit* box, void (Poller::*take)(const std::string&)) {
+        on(box, &QLineEdit::textEdited, [this, take](const QString& text) { (poller_.*take)(fromQt(text)); });
     };
     const auto saves = [this](QAction* action, Kind kind, Name name) {
         onAsking(action, &QAction::triggered, [this, kind, name] { save(kind, name); });
     };
-    forward(ui->mnuResetVal, &Poller::resetValues);
-    forward(ui->mnuLoadLog, &Poller::loadLog);
+    does(ui->mnuResetVal, &Poller::resetValues);
+    does(ui->mnuLoadLog, &Poller::loadLog);
+    does(ui->mnuComStart, &Poller::pressStart);
+    on(ui->comStart, &QPushButton::clicked, [this] { poller_.pressStart(); });
     saves(ui->mnuSaveLog, Kind::log, Name::usual);
     saves(ui->mnuSaveLogAs, Kind::log, Name::asked);
     saves(ui->mnuExportLog, Kind::table, Name::usual);
     saves(ui->mnuExportLogAs, Kind::table, Name::asked);
     saves(ui->mnuDebugLog, Kind::dump, Name::asked);
     onAsking(ui->mnuRecover, &QAction::triggered, [this] { poller_.recover(CommonDialog1); });
-    forward(ui->mnuComStart, &Poller::pressStart);
-    on(ui->comStart, &QPushButton::clicked, [this] { poller_.pressStart(); });
     onTrigger(ui->mnuDesigner, &obdPollForm::mnuDesigner_Click);
-    const auto takes = [this](QLineEdit* box, void (Poller::*take)(const std::string&)) {
-        on(box, &QLineEdit::textEdited, [this, take](const QString& text) { (poller_.*take)(fromQt(text)); });
-    };
     takes(ui->textSampleCnt, &Poller::setMaxLoops);
     takes(ui->timeLimit, &Poller::setTimeLimit);
     takes(ui->scnUpdate, &Poller::setRefresh);
@@ -160,8 +160,8 @@ void obdPollForm::paint()
     for (const auto& [box, shown] : {std::pair{ui->textSampleCnt, &p.textSampleCnt},
                                      {ui->timeLimit, &p.timeLimit},
                                      {ui->scnUpdate, &p.scnUpdate}}) {
-        display(*box, shown->text);
-        box->setEnabled(shown->enabled);
+        display(*box, *shown);
+        box->setEnabled(!poller_.isPolling()); // what was typed counts from the start on
     }
     display(*ui->comStart, {.caption = p.comStart},
             poller_.isPolling() ? "media-playback-stop" : "media-playback-start");

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "catalogue/design.h"
+#include "runner/pollPanel.h"
+#include "runner/runPace.h"
+#include "runner/runState.h"
+#include "runner/sampleStore.h"
+
+#include <string>
+
+/// Fills the poll runner's panel with where a run stands.
+namespace zint {
+
+/// Shows each event's figures in its unit, and the summary of all. A value that the conversion can't take is
+/// told as such: one odd reply is no reason to show nothing.
+void showEvents(PollPanel& panel, const RunState& run, const Design& design, const SampleStore& samples,
+                RunState::Time now);
+
+/// Shows how far the run is, and how long it goes on.
+void showProgress(PollPanel& panel, const RunState& run, const RunPace& pace, RunState::Time now);
+
+/// Tells beside the boxes how long a run of the loops that are typed takes, or why the last one has ended.
+void showLength(PollPanel& panel, const RunState& run, const RunPace& pace);
+
+/// Tells what the replies, or none, mean for the user. The hint stays the same while nothing new is to be
+/// told: a change may be read aloud. @param silence what the link tells of it
+void showHint(PollPanel& panel, const RunState& run, const std::string& silence, RunState::Time now);
+
+} // namespace zint

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "runner/pollLimits.h"
+#include "runner/replyWatch.h"
+#include "runner/schedule.h"
+
+#include <chrono>
+#include <cstdint>
+#include <deque>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zint {
+
+/// Where a run ends, whatever comes first.
+struct RunLimits {
+    static constexpr std::int64_t withoutEnd = std::numeric_limits<std::int64_t>::max();
+
+    std::int64_t loops = pollLimits::usualLoops; ///< since the last reset, which takes them from their box
+    std::optional<std::chrono::seconds> time;    ///< since the start, which takes it from its box
+};
+
+/// Where the poll runner stands. Each part is assigned as a whole when what it is counted from comes again.
+struct RunState {
+    using Time = std::chrono::microseconds; ///< of a clock that only goes on
+
+    enum class Phase {
+        stopped,
+        preparing, ///< the adapter is being reset, or gets the design's commands
+        polling,
+        complete ///< stopped, for all loops or all of the time are over
+    };
+
+    struct Moment {
+        Time time{};
+        std::chrono::system_clock::time_point date;
+    };
+
+    struct SinceReset {
+        Moment began;             ///< the first start since then; the times of samples count from it
+        bool showsValues = false; ///< there has been a refresh with samples
+    };
+
+    /// Since a start, or since a reset in the run.
+    struct Counts {
+        Moment began;
+        std::int64_t events = 0;                 ///< replies to requests
+        std::vector<std::int32_t> samplesBefore; ///< by event
+    };
+
+    struct SinceStart {
+        ReplyWatch watch;
+        Time nextRefresh{};
+        std::deque<std::string> commands; ///< still to be sent in front of the first request
+    };
+
+    Phase phase = Phase::stopped;
+    Turn turn; ///< of the request that is outstanding; loops count since the last reset
+    RunLimits limits;
+    std::int64_t refreshSeconds = pollLimits::usualRefresh.count();
+    std::int64_t noData = 0; ///< such replies since the window was opened
+    SinceReset sinceReset;
+    Counts counts;
+    SinceStart sinceStart;
+
+    bool isPolling() const { return phase == Phase::preparing || phase == Phase::polling; }
+
+    /// Whether the last loop has been reached; the values must be reset before the next start.
+    bool isFull() const { return turn.loop >= limits.loops; }
+
+    bool isTimeUp(Time now) const { return limits.time && now - counts.began.time >= *limits.time; }
+};
+
+inline std::int64_t wholeSeconds(RunState::Time time)
+{
+    return std::chrono::duration_cast<std::chrono::seconds>(time).count();
+}
+
+} // namespace zint
