@@ -1,12 +1,8 @@
-#include "app/connectionSetup.h"
 #include "app/program.h"
-#include "commands/codesCommand.h"
 #include "commands/commandLine.h"
 #include "commands/commandSession.h"
-#include "commands/dtcCommand.h"
-#include "commands/pollCommand.h"
-#include "commands/scanCommand.h"
-#include "commands/terminalCommand.h"
+#include "commands/usageError.h"
+#include "connection/connectionSetup.h"
 #include "platform/text.h"
 #include "process/console.h"
 #include "process/runningInstance.h"
@@ -16,17 +12,10 @@
 
 #include <QApplication>
 
-#include <optional>
+#include <string>
+#include <vector>
 
 namespace {
-
-QStringList rawArguments(int argc, char* argv[])
-{
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i)
-        arguments += QString::fromLocal8Bit(argv[i]);
-    return arguments;
-}
 
 bool hasDisplay()
 {
@@ -41,51 +30,44 @@ bool hasDisplay()
 #endif
 }
 
-/// The exit status of what needs no window; nothing when windows are asked for.
-std::optional<int> runInTerminal(const zint::CommandLine& line)
+std::vector<std::string> arguments()
 {
-    switch (line.action) {
-    case zint::CommandLine::Action::showHelp:
-        return zint::printOut(zint::CommandLine::helpText());
-    case zint::CommandLine::Action::showVersion:
-        return zint::printOut(zint::programInfo().productName + " " + zint::programInfo().version() + "\n");
-    case zint::CommandLine::Action::refuse:
-        zint::complain(line.complaint + "\nzint-obd --help tells the options.");
-        return zint::exitStatus::wrongUsage;
-    case zint::CommandLine::Action::reportCodes:
-        return zint::runCodesCommand(line);
-    case zint::CommandLine::Action::poll:
-        return zint::runPollCommand(line);
-    case zint::CommandLine::Action::exportLog:
-        return zint::runExportCommand(line);
-    case zint::CommandLine::Action::terminal:
-        return zint::runTerminalCommand(line);
-    case zint::CommandLine::Action::scan:
-        return zint::runScanCommand(line);
-    case zint::CommandLine::Action::setUpDescriptions:
-    case zint::CommandLine::Action::lookUpCodes:
-    case zint::CommandLine::Action::importDescriptions:
-    case zint::CommandLine::Action::exportDescriptions:
-        return zint::runDtcCommand(line);
-    case zint::CommandLine::Action::showWindows:
-        break;
-    }
-    return std::nullopt;
+    std::vector<std::string> texts;
+    for (const QString& text : QCoreApplication::arguments().mid(1))
+        texts.push_back(zint::fromQt(text));
+    return texts;
 }
 
-int runWindows(const zint::CommandLine& line)
+int runWindows(const zint::ConnectionOptions& connection)
 {
-    if (zint::RunningInstance::bringBackHidden(zint::toLine(line.connection)))
+    if (zint::RunningInstance::bringBackHidden(zint::toLine(connection)))
         return 0;
     QGuiApplication::setDesktopFileName(QStringLiteral("zint-obd"));
     QApplication::setQuitOnLastWindowClosed(
         false); // a program without a visible window goes on, see RunningInstance
     zint::useOwnIcons();
     zint::useOutlinedBoxes();
-    zint::Program program(line.connection);
+    zint::Program program(connection);
     program.start();
     const zint::Interruption interruption([&program] { program.end(); });
     return QApplication::exec();
+}
+
+/// Needs an application object; for the windows it is one with a display.
+int run(zint::CommandLine& line, bool hasDisplay)
+{
+    try {
+        line.parse(arguments()); // without the toolkit's own, which the application object has taken
+    } catch (const zint::UsageError& error) {
+        zint::complain(error.what() + ("\n" + line.help) + " tells the options.");
+        return zint::exitStatus::wrongUsage;
+    }
+    if (line.run)
+        return line.run();
+    if (hasDisplay)
+        return runWindows(line.connection);
+    zint::complain("there is no display for the windows. The commands, see zint-obd --help, need none.");
+    return zint::exitStatus::failure;
 }
 
 } // namespace
@@ -93,22 +75,11 @@ int runWindows(const zint::CommandLine& line)
 int main(int argc, char* argv[])
 {
     QCoreApplication::setApplicationVersion(zint::toQt(zint::programInfo().version()));
-    using Action = zint::CommandLine::Action;
-    const Action wanted = zint::CommandLine::parse(rawArguments(argc, argv)).action;
-    const bool display = hasDisplay();
-    // With a display, what is refused may be one of the toolkit's own options, which the application object
-    // knows.
-    if (wanted != Action::showWindows && (wanted != Action::refuse || !display)) {
-        const QCoreApplication application(argc, argv);
-        return runInTerminal(zint::CommandLine::parse(QCoreApplication::arguments()))
-            .value_or(zint::exitStatus::failure);
+    zint::CommandLine line;
+    if (line.mayWantWindows({argv + 1, argv + argc}) && hasDisplay()) {
+        const QApplication application(argc, argv);
+        return run(line, true);
     }
-    if (!display) {
-        zint::complain("there is no display for the windows. The commands, see zint-obd --help, need none.");
-        return zint::exitStatus::failure;
-    }
-    const QApplication application(argc, argv);
-    const zint::CommandLine line = zint::CommandLine::parse(QCoreApplication::arguments());
-    const auto status = runInTerminal(line);
-    return status ? *status : runWindows(line);
+    const QCoreApplication application(argc, argv);
+    return run(line, false);
 }

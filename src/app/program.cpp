@@ -1,7 +1,7 @@
 #include "app/program.h"
 
-#include "app/connectionSetup.h"
 #include "codes/window/codesForm.h"
+#include "connection/connectionSetup.h"
 #include "designer/window/pollSetup2.h"
 #include "dtcdb/window/dtcEditForm.h"
 #include "launcher/window/failedConnForm.h"

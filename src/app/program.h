@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/vehiclePorts.h"
-#include "commands/commandLine.h"
+#include "connection/connectionOptions.h"
+#include "connection/vehiclePorts.h"
 #include "launcher/launcher.h"
 #include "platform/qtSettingsStore.h"
 #include "platform/systemPorts.h"

@@ -3,6 +3,7 @@
 #include "codes/codesExchange.h"
 #include "codes/codesReport.h"
 #include "commands/commandSession.h"
+#include "commands/options.h"
 #include "dtcdb/descriptionSource.h"
 #include "platform/qtTimer.h"
 #include "platform/systemClock.h"
@@ -16,7 +17,7 @@ namespace {
 /// The exchange and all that it needs.
 class CodesRun {
 public:
-    explicit CodesRun(const CommandLine& line) : line_(line), session_(line.connection)
+    explicit CodesRun(const CodesOptions& options) : options_(options), session_(options.connection)
     {
         exchange_.onChanged = [this] { quitWhenDone(); };
     }
@@ -36,7 +37,7 @@ private:
     void begin()
     {
         patience_.begin();
-        if (line_.clearCodes)
+        if (options_.clear)
             exchange_.pressClearCodes();
         else
             exchange_.pressGetCodes();
@@ -64,7 +65,7 @@ private:
         const int printed = printOut(codesReport(exchange_.reading()));
         if (exchange_.lacksDescriptions())
             complain(noDatabaseText(session_.values.parmDTCdb));
-        if (line_.clearCodes)
+        if (options_.clear)
             tellClear();
         return session_.prompts.hasComplained ? exitStatus::failure : printed;
     }
@@ -92,12 +93,12 @@ private:
         return exitStatus::failure;
     }
 
-    const CommandLine& line_;
+    const CodesOptions& options_;
     CommandSession session_;
     SystemClock clock_;
     QtTimer resetTimer_{session_.gate};
     QtTimer silence_{session_.gate};
-    Patience patience_{session_, line_.timeout, "the exchange was not complete after "};
+    Patience patience_{session_, options_.timeout, "the exchange was not complete after "};
     std::unique_ptr<SerialPort> port_ = session_.makePort();
     DtcDescriptionSource descriptions_{session_.values.parmDTCdb, session_.values.descriptionsFile};
     CodesExchange exchange_{{.port = *port_,
@@ -112,6 +113,21 @@ private:
 
 } // namespace
 
-int runCodesCommand(const CommandLine& line) { return CodesRun(line).run(); }
+void CodesOptions::describe(CLI::App& command)
+{
+    addConnection(command, connection);
+    command.add_flag("--clear", clear, "Erase the codes and test results in the vehicle.");
+    command.add_flag("--yes", isConfirmed, "With --clear: confirm that data in the vehicle be erased.");
+    addTimeout(command, timeout, "Give up after so many seconds (default 120; 0 waits for ever).");
+}
+
+void CodesOptions::check() const
+{
+    if (clear && !isConfirmed)
+        throw UsageError(
+            "--clear erases all diagnostic data in the vehicle; add --yes if that is what you want");
+}
+
+int runCodesCommand(const CodesOptions& options) { return CodesRun(options).run(); }
 
 } // namespace zint

@@ -1,80 +1,49 @@
 #pragma once
 
-#include "dtcdb/dtcText.h"
-#include "link/portNumber.h"
-#include "scanner/scanParameters.h"
-#include "scanner/scanReply.h"
-#include "terminal/terminalOptions.h"
+#include "connection/connectionOptions.h"
 
-#include <QStringList>
-
-#include <chrono>
-#include <optional>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
+namespace CLI {
+class App;
+} // namespace CLI
+
 namespace zint {
 
-/// What a command line says of the connection, for one run.
-struct ConnectionOptions {
-    std::optional<PortNumber> portNumber;
-    std::string portLocation;         ///< what that port stands for; empty: as always
-    std::optional<int> speedPosition; ///< position in the launcher's list
-};
+/// The program's command line. All texts are UTF-8.
+class CommandLine {
+public:
+    CommandLine();
+    ~CommandLine();
 
-/// A command line, understood. Paths are UTF-8; an empty one was not given.
-struct CommandLine {
-    enum class Action {
-        showWindows,
-        showHelp,
-        showVersion,
-        reportCodes,
-        poll,
-        exportLog,
-        terminal,
-        scan,
-        setUpDescriptions,
-        lookUpCodes,
-        importDescriptions,
-        exportDescriptions,
-        refuse
-    };
+    /// The program with all its commands and options, described.
+    const CLI::App& program() const { return *program_; }
 
-    Action action = Action::showWindows;
-    std::string complaint; ///< what is wrong, with refuse
-    ConnectionOptions connection;
+    /// Whether the windows may be asked for: there is no command, and no help is wanted. An option that is
+    /// not known may be one of the toolkit's, for them. @param arguments without the program's name
+    bool mayWantWindows(const std::vector<std::string>& arguments) const;
 
-    bool clearCodes = false;
-    bool isConfirmed = false;          ///< that data in the vehicle be erased
-    std::chrono::seconds timeout{120}; ///< for the whole exchange, or for a reply; 0: none
+    /// Reads the arguments, once. @param arguments without the program's name. @throws UsageError
+    void parse(const std::vector<std::string>& arguments);
 
-    std::string designPath;
-    std::string logPath;
-    std::string exportPath;
-    int loops = 1000;
-    std::optional<std::chrono::seconds> seconds; ///< after which a run ends
-    bool quiet = false;                          ///< without a progress line
+    /// What is asked for: a command, or help. Returns the exit status, and may need an application object.
+    /// Empty: the windows are asked for.
+    std::function<int()> run;
 
-    NumberBase base = NumberBase::hexadecimal; ///< of the numbers in replies
+    ConnectionOptions connection; ///< of the windows
 
-    ScanParameters scan;
-    ScanFilter filter = ScanFilter::all; ///< of the replies to a scan
-    bool decimal = false;                ///< valid ones as a number as well
-    bool ascii = false;                  ///< as characters as well
-    bool names = false;                  ///< with the parameter's name as well
-    bool allowsErasing = false;          ///< a scan may erase data in the vehicle
+    std::string help = "zint-obd --help"; ///< what tells the options of the command that is asked for
 
-    std::string databasePath;       ///< of code descriptions; empty: the one that the program uses
-    bool onlyIfMissing = false;     ///< an existing database is no failure of a set-up
-    std::vector<std::string> codes; ///< to look up
-    std::string textPath;           ///< to import or export
-    DtcTextOptions textOptions;     ///< how its lines are
+private:
+    template <typename Options>
+    void add(CLI::App& parent, const char* name, const char* description, int (*run)(const Options&));
+    void addCommands();
+    void addDtcCommands();
 
-    /// @param arguments with the program's name in front
-    static CommandLine parse(const QStringList& arguments);
-
-    /// What --help prints. Needs an application object.
-    static std::string helpText();
+    std::unique_ptr<CLI::App> program_;
 };
 
 } // namespace zint

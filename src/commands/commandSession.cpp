@@ -1,6 +1,6 @@
 #include "commands/commandSession.h"
 
-#include "app/connectionSetup.h"
+#include "connection/connectionSetup.h"
 #include "platform/text.h"
 #include "process/console.h"
 #include "shared/module1.h"

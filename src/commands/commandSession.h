@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/vehiclePorts.h"
 #include "catalogue/design.h"
-#include "commands/commandLine.h"
+#include "connection/connectionOptions.h"
+#include "connection/vehiclePorts.h"
 #include "launcher/launcher.h"
 #include "link/connectionChoice.h"
 #include "link/portDirectory.h"

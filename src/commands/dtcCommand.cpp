@@ -1,13 +1,16 @@
 #include "commands/dtcCommand.h"
 
 #include "commands/commandSession.h"
+#include "commands/options.h"
 #include "dtcdb/databaseKind.h"
 #include "dtcdb/descriptionSource.h"
 #include "dtcdb/dtcDatabase.h"
 #include "dtcdb/dtcText.h"
 #include "shared/module1.h"
 
+#include <memory>
 #include <sstream>
+#include <utility>
 
 namespace zint {
 namespace {
@@ -31,127 +34,202 @@ private:
     bool isQuiet_;
 };
 
-/// One of the commands, and the database that it is about.
-class DtcRun {
+/// The database that a command is about.
+class Database {
 public:
-    explicit DtcRun(const CommandLine& line)
-        : line_(line), session_(line.connection),
-          path_(line.databasePath.empty() ? session_.values.parmDTCdb : line.databasePath)
+    explicit Database(std::string path) : isOwn_(path.empty()), path_(std::move(path))
     {
+        if (isOwn_)
+            path_ = session_.values.parmDTCdb;
     }
 
-    int setUp()
-    {
-        if (isSetUp(path_)) {
-            if (line_.onlyIfMissing) {
-                DtcDatabase::openForReading(path_); // what can't be used is told
-                return exitStatus::success;
-            }
-            throw DatabaseError("\"" + path_ + "\" exists already; nothing has been changed");
-        }
-        ShownProgress progress(line_.quiet);
-        const DtcImport import = setUpDtcDatabase(path_, session_.values.descriptionsFile, progress);
-        return printOut(std::to_string(import.added) + " code descriptions set up in " + path_ + "\n");
-    }
+    const std::string& path() const { return path_; }
 
-    int lookUp()
+    /// The descriptions that come with the program.
+    const std::string& shipped() const { return session_.values.descriptionsFile; }
+
+    /// Where to look codes up: without a database of its own, the program uses the shipped descriptions.
+    DtcDescriptionSource source() const
     {
-        const DtcDescriptionSource source(path_,
-                                          line_.databasePath.empty() ? session_.values.descriptionsFile : "");
+        const DtcDescriptionSource source(path_, isOwn_ ? shipped() : "");
         if (!source.available())
-            requireDatabase();
-        const auto database = source.openDatabase();
-        int status = exitStatus::success;
-        for (const std::string& typed : line_.codes) {
-            const std::string code = upperCase(typed);
-            const auto entry = database->find(code);
-            const int printed = entry ? print(entry->record) : refuse(code);
-            status = printed == exitStatus::success ? status : printed;
-        }
-        return status;
+            require();
+        return source;
     }
 
-    int importText()
+    std::unique_ptr<DtcDatabase> open() const
     {
-        requireDatabase();
-        const auto database = DtcDatabase::open(path_);
-        ShownProgress progress(line_.quiet);
-        const DtcImport import = importDtcText(*database, line_.textPath, line_.textOptions, progress);
-        for (const std::string& text : skippedTexts(import))
-            complain(text);
-        tell(importHint(import));
-        return printOut(zint::importText(import, line_.textOptions.dupOver) + "\n");
+        require();
+        return DtcDatabase::open(path_);
     }
 
-    int exportText()
+    std::unique_ptr<DtcDatabase> openForReading() const
     {
-        requireDatabase();
-        const auto database = DtcDatabase::openForReading(path_);
-        if (line_.textPath == "-")
-            return exportToOutput(*database);
-        const DtcExport done = exportDtcFile(*database, line_.textPath, line_.textOptions);
-        tell(exportHint(done));
-        return printOut(zint::exportText(done) + "\n");
+        require();
+        return DtcDatabase::openForReading(path_);
     }
 
 private:
-    void requireDatabase() const
+    void require() const
     {
         if (!isSetUp(path_))
             throw DatabaseError(noDatabaseText(path_));
     }
 
-    static void tell(const std::string& hint)
-    {
-        if (!hint.empty())
-            complain(hint);
-    }
-
-    /// The notes stand below, so that each line that begins with a code is one.
-    static int print(const DtcRecord& record)
-    {
-        const bool hasNotes = record.notes.find_first_not_of(' ') != std::string::npos;
-        return printOut(record.code + " " + record.description + "\n" +
-                        (hasNotes ? "  " + record.notes + "\n" : ""));
-    }
-
-    static int refuse(const std::string& code)
-    {
-        complain(code + (codeFault(code) != 0 ? " is no trouble code"
-                         : isMakersCode(code) ? " is the maker's own code and has no description"
-                                              : " has no description"));
-        return exitStatus::failure;
-    }
-
-    int exportToOutput(DtcDatabase& database) const
-    {
-        std::ostringstream text;
-        tell(exportHint(exportDtcText(database, text, line_.textOptions, "\n")));
-        return printOut(text.str());
-    }
-
-    const CommandLine& line_;
-    CommandSession session_;
+    CommandSession session_{{}};
+    bool isOwn_; ///< the one that the program uses
     std::string path_;
 };
 
+void tell(const std::string& hint)
+{
+    if (!hint.empty())
+        complain(hint);
+}
+
+int setUp(const DtcSetupOptions& options)
+{
+    const Database database(options.databasePath);
+    if (isSetUp(database.path())) {
+        if (!options.onlyIfMissing)
+            throw DatabaseError("\"" + database.path() + "\" exists already; nothing has been changed");
+        DtcDatabase::openForReading(database.path()); // what can't be used is told
+        return exitStatus::success;
+    }
+    ShownProgress progress(options.quiet);
+    const DtcImport import = setUpDtcDatabase(database.path(), database.shipped(), progress);
+    return printOut(std::to_string(import.added) + " code descriptions set up in " + database.path() + "\n");
+}
+
+/// The notes stand below, so that each line that begins with a code is one.
+int print(const DtcRecord& record)
+{
+    const bool hasNotes = record.notes.find_first_not_of(' ') != std::string::npos;
+    return printOut(record.code + " " + record.description + "\n" +
+                    (hasNotes ? "  " + record.notes + "\n" : ""));
+}
+
+int refuse(const std::string& code)
+{
+    complain(code + (codeFault(code) != 0 ? " is no trouble code"
+                     : isMakersCode(code) ? " is the maker's own code and has no description"
+                                          : " has no description"));
+    return exitStatus::failure;
+}
+
+int lookUp(const DtcLookupOptions& options)
+{
+    const auto database = Database(options.databasePath).source().openDatabase();
+    int status = exitStatus::success;
+    for (const std::string& typed : options.codes) {
+        const std::string code = upperCase(typed);
+        const auto entry = database->find(code);
+        const int printed = entry ? print(entry->record) : refuse(code);
+        status = printed == exitStatus::success ? status : printed;
+    }
+    return status;
+}
+
+int importText(const DtcImportOptions& options)
+{
+    const auto database = Database(options.databasePath).open();
+    ShownProgress progress(options.quiet);
+    const DtcImport import = importDtcText(*database, options.textPath, options.text, progress);
+    for (const std::string& text : skippedTexts(import))
+        complain(text);
+    tell(importHint(import));
+    return printOut(importText(import, options.text.dupOver) + "\n");
+}
+
+int exportToOutput(DtcDatabase& database, const DtcTextOptions& form)
+{
+    std::ostringstream text;
+    tell(exportHint(exportDtcText(database, text, form, "\n")));
+    return printOut(text.str());
+}
+
+int exportText(const DtcExportOptions& options)
+{
+    const auto database = Database(options.databasePath).openForReading();
+    if (options.textPath == "-")
+        return exportToOutput(*database, options.text);
+    const DtcExport done = exportDtcFile(*database, options.textPath, options.text);
+    tell(exportHint(done));
+    return printOut(exportText(done) + "\n");
+}
+
+void addDatabase(CLI::App& command, std::string& path)
+{
+    addFile(command, "--db", path,
+            "The database of code descriptions, instead of the one that the windows use.");
+}
+
+void addTextForm(CLI::App& command, DtcTextOptions& text)
+{
+    addChoices<DtcFields>(
+        command, "Form of the file", text.fields,
+        {{"--comma", DtcFields::comma, "Code, description and notes are separated by commas (the default)."},
+         {"--tab", DtcFields::tab, "By tabs."},
+         {"--space", DtcFields::space,
+          "By blanks. On import, all behind the first blank is the description."},
+         {"--fixed", DtcFields::fixed, "They are 5, 100 and 255 characters wide."},
+         {"--csv", DtcFields::csv, "As spreadsheets write it, between commas or semicolons."}});
+    command.add_flag("--no-notes", text.noNotes, "Leave the notes out.")->group("Form of the file");
+}
+
 } // namespace
 
-int runDtcCommand(const CommandLine& line)
+void DtcSetupOptions::describe(CLI::App& command)
 {
-    return telling([&line] {
-        DtcRun run(line);
-        switch (line.action) {
-        case CommandLine::Action::setUpDescriptions:
-            return run.setUp();
-        case CommandLine::Action::lookUpCodes:
-            return run.lookUp();
-        case CommandLine::Action::importDescriptions:
-            return run.importText();
-        default:
-            return run.exportText();
-        }
-    });
+    addDatabase(command, databasePath);
+    command.add_flag("--if-missing", onlyIfMissing, "Do nothing when there is a database.");
+    addQuiet(command, quiet);
+}
+
+void DtcLookupOptions::describe(CLI::App& command)
+{
+    addWord(command, "CODE", codes, "Codes such as P0301, in upper or lower case.");
+    addDatabase(command, databasePath);
+}
+
+void DtcImportOptions::describe(CLI::App& command)
+{
+    addWord(command, "FILE", textPath, "The text file.");
+    addDatabase(command, databasePath);
+    addTextForm(command, text);
+    command.add_flag("--overwrite", text.dupOver, "A code that the database has gets the text of the file.");
+    addQuiet(command, quiet);
+}
+
+void DtcExportOptions::describe(CLI::App& command)
+{
+    addWord(command, "FILE", textPath, "The text file; - is standard output.");
+    addDatabase(command, databasePath);
+    addTextForm(command, text);
+    command
+        .add_flag("--delim-notes", text.delimNotes,
+                  "Put a separator before the notes, too; else they stand directly behind the description.")
+        ->group("Form of the file");
+}
+
+int runDtcSetup(const DtcSetupOptions& options)
+{
+    return telling([&options] { return setUp(options); });
+}
+
+int runDtcLookup(const DtcLookupOptions& options)
+{
+    return telling([&options] { return lookUp(options); });
+}
+
+int runDtcImport(const DtcImportOptions& options)
+{
+    return telling([&options] { return importText(options); });
+}
+
+int runDtcExport(const DtcExportOptions& options)
+{
+    return telling([&options] { return exportText(options); });
 }
 
 } // namespace zint

@@ -2,14 +2,13 @@
 
 #include "catalogue/designFile.h"
 #include "commands/commandSession.h"
+#include "commands/options.h"
 #include "platform/dateText.h"
 #include "platform/qtTimer.h"
 #include "platform/systemClock.h"
 #include "platform/text.h"
 #include "process/console.h"
 #include "process/folders.h"
-#include "runner/dataExport.h"
-#include "runner/dataLogReader.h"
 #include "runner/poller.h"
 #include "shared/textFile.h"
 
@@ -22,6 +21,9 @@
 
 namespace zint {
 namespace {
+
+constexpr int usualLoops = 1000;
+constexpr int mostLoops = 100000;
 
 /// A design as the designer would hand it over to the runner.
 /// @throws FileError
@@ -83,8 +85,8 @@ std::string summaryText(const Poller& poller)
 /// The poller and all that it needs.
 class PollRun {
 public:
-    PollRun(const CommandLine& line, const Design& design)
-        : line_(line), design_(design), session_(line.connection)
+    PollRun(const PollOptions& options, const Design& design)
+        : options_(options), design_(design), session_(options.connection)
     {
         poller_.onChanged = [this] { watch(); };
         poller_.onReply = [this] { patience_.begin(); };
@@ -108,11 +110,11 @@ public:
 private:
     void begin()
     {
-        poller_.setMaxLoops(std::to_string(line_.loops));
+        poller_.setMaxLoops(std::to_string(options_.loops.value_or(usualLoops)));
         poller_.setRefresh("1");
         poller_.resetValues();
-        if (line_.seconds)
-            poller_.limitByTime(*line_.seconds);
+        if (options_.seconds)
+            poller_.limitByTime(*options_.seconds);
         poller_.pressStart();
         hasBegun_ = poller_.isPolling();
         if (hasBegun_)
@@ -135,7 +137,7 @@ private:
             return;
         }
         warn();
-        if (!line_.quiet)
+        if (!options_.quiet)
             showProgress(progress());
     }
 
@@ -174,8 +176,8 @@ private:
         if (poller_.samples().isEmpty()) {
             tell("nothing was sampled");
         } else {
-            write(RunFiles::Kind::log, line_.logPath);
-            write(RunFiles::Kind::table, line_.exportPath);
+            write(RunFiles::Kind::log, options_.logPath);
+            write(RunFiles::Kind::table, options_.exportPath);
         }
         poller_.unload();
     }
@@ -186,7 +188,7 @@ private:
             session_.prompts.message(failure);
     }
 
-    const CommandLine& line_;
+    const PollOptions& options_;
     const Design& design_;
     CommandSession session_;
     SystemClock clock_;
@@ -194,7 +196,7 @@ private:
     QtTimer resetTimer_{session_.gate};
     QtTimer silence_{session_.gate};
     QtTimer ticker_{session_.gate};
-    Patience patience_{session_, line_.timeout};
+    Patience patience_{session_, options_.timeout};
     std::unique_ptr<SerialPort> port_ = session_.makePort();
     Poller poller_{{.port = *port_,
                     .timer = resetTimer_,
@@ -213,40 +215,43 @@ private:
     bool isMismatchTold_ = false;
 };
 
-void turnIntoTable(const std::string& logPath, const std::string& tablePath)
-{
-    DataLog log;
-    readFile(logPath, [&](std::istream& stream) {
-        try {
-            log = readLog(stream);
-        } catch (const FileError& error) {
-            throw FileError("\"" + logPath + "\": " + error.what());
-        }
-    });
-    replaceFile(tablePath, [&log](std::ostream& stream) {
-        writeExport(stream, log.design, log.samples, log.firstStart, complain);
-    });
-}
-
 } // namespace
 
-int runPollCommand(const CommandLine& line)
+void PollOptions::describe(CLI::App& command)
 {
-    return telling([&line] {
-        const Design design = loadDesignToPoll(line.designPath);
-        for (const std::string& path : {line.logPath, line.exportPath}) {
+    addWord(command, "DESIGN.obc", designPath, "The polling design.");
+    addConnection(command, connection);
+    addTimeout(command, timeout,
+               "Give up when a reply takes so many seconds (default 120; 0 waits for ever).");
+    const char* const length = "Length of the run";
+    addNumber(command, "--loops", "NUMBER", "End after so many loops (default 1000).", "a number of loops",
+              {1, mostLoops}, [this](int number) { loops = number; })
+        ->group(length);
+    addNumber(command, "--seconds", "SECONDS", "End after so many seconds instead.", "seconds",
+              {1, mostSeconds}, [this](int number) { seconds = std::chrono::seconds(number); })
+        ->group(length);
+    const char* const output = "Output";
+    addFile(command, "--log", logPath, "Save a data log, the design and every sample.")->group(output);
+    addFile(command, "--export", exportPath, "Write a table for spreadsheets.")->group(output);
+    addQuiet(command, quiet);
+}
+
+void PollOptions::check() const
+{
+    if (loops && seconds)
+        throw UsageError("--loops and --seconds both say when the run ends; give one of them");
+    requireDifferentFiles({designPath, logPath, exportPath});
+}
+
+int runPollCommand(const PollOptions& options)
+{
+    return telling([&options] {
+        const Design design = loadDesignToPoll(options.designPath);
+        for (const std::string& path : {options.logPath, options.exportPath}) {
             if (!path.empty()) // a long run is not to end in a file that can't be written
                 requireWritable(path);
         }
-        return PollRun(line, design).run();
-    });
-}
-
-int runExportCommand(const CommandLine& line)
-{
-    return telling([&line] {
-        turnIntoTable(line.logPath, line.exportPath);
-        return exitStatus::success;
+        return PollRun(options, design).run();
     });
 }
 

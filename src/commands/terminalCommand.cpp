@@ -1,6 +1,7 @@
 #include "commands/terminalCommand.h"
 
 #include "commands/commandSession.h"
+#include "commands/options.h"
 #include "platform/qtTimer.h"
 #include "platform/systemClock.h"
 #include "process/console.h"
@@ -21,9 +22,10 @@ namespace {
 /// out at once, so that it can end an answer that would never end.
 class TerminalRun {
 public:
-    explicit TerminalRun(const CommandLine& line) : line_(line), session_(line.connection)
+    explicit TerminalRun(const TerminalCommandOptions& options)
+        : options_(options), session_(options.connection)
     {
-        terminal_.setOptions({.base = line.base, .mode = OutputMode::append});
+        terminal_.setOptions({.base = options.base, .mode = OutputMode::append});
         terminal_.sendNothingAfterTimeout();
         terminal_.onPrompt = [this] { prompted(); };
         terminal_.onChanged = [this] { watch(); };
@@ -110,12 +112,12 @@ private:
             QCoreApplication::quit();
     }
 
-    const CommandLine& line_;
+    const TerminalCommandOptions& options_;
     CommandSession session_;
     SystemClock clock_;
     PrintedBox box_;
     QtTimer resetTimer_{session_.gate};
-    Patience patience_{session_, line_.timeout};
+    Patience patience_{session_, options_.timeout};
     std::unique_ptr<SerialPort> port_ = session_.makePort();
     Terminal terminal_{{*port_, resetTimer_, clock_, session_.prompts, box_}, session_.connection()};
     std::deque<std::string> commands_; ///< not sent yet
@@ -128,6 +130,19 @@ private:
 
 } // namespace
 
-int runTerminalCommand(const CommandLine& line) { return TerminalRun(line).run(); }
+void TerminalCommandOptions::describe(CLI::App& command)
+{
+    addConnection(command, connection);
+    addTimeout(command, timeout,
+               "Give up when a reply takes so many seconds, unless a user types the commands (default 120; 0 "
+               "waits for ever).");
+    addChoices<NumberBase>(
+        command, "Numbers", base,
+        {{"--hex", NumberBase::hexadecimal, "Print the numbers of replies in hexadecimal (the default)."},
+         {"--dec", NumberBase::decimal, "In decimal."},
+         {"--oct", NumberBase::octal, "In octal."}});
+}
+
+int runTerminalCommand(const TerminalCommandOptions& options) { return TerminalRun(options).run(); }
 
 } // namespace zint

@@ -1,4 +1,4 @@
-#include "app/connectionSetup.h"
+#include "connection/connectionSetup.h"
 #include "app/program.h"
 #include "forms/formTest.h"
 #include "sim/pseudoTerminal.h"

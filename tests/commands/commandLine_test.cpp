@@ -1,54 +1,94 @@
+#include "commands/codesCommand.h"
 #include "commands/commandLine.h"
+#include "commands/commandParser.h"
 #include "commands/commandSession.h"
+#include "commands/dtcCommand.h"
+#include "commands/pollCommand.h"
+#include "commands/scanCommand.h"
+#include "commands/terminalCommand.h"
+#include "commands/usageError.h"
 
 #include <gtest/gtest.h>
+
+#include <CLI/CLI.hpp>
+#include <ranges>
 
 namespace zint {
 namespace {
 
-using Action = CommandLine::Action;
-
-CommandLine parse(const char* words)
+std::vector<std::string> split(std::string_view words, char between = ' ')
 {
-    return CommandLine::parse(
-        QStringLiteral("zint-obd %1").arg(QLatin1String(words)).split(u' ', Qt::SkipEmptyParts));
+    std::vector<std::string> all;
+    for (const auto word : std::views::split(words, between))
+        all.emplace_back(word.begin(), word.end());
+    return all;
 }
 
-TEST(CommandLineTest, TakesActionsAndPorts)
+/// The options of a command whose name is the first word.
+template <typename Options>
+Options taken(const std::string& words)
 {
+    CLI::App program;
+    Options options;
+    options.describe(*program.add_subcommand(words.substr(0, words.find(' '))));
+    parse(program, sortArguments(program, split(words)));
+    return options;
+}
+
+/// Why a command line is refused; empty when it is not.
+std::string refusal(const std::string& words)
+{
+    try {
+        CommandLine().parse(split(words));
+        return {};
+    } catch (const UsageError& error) {
+        return error.what();
+    }
+}
+
+TEST(CommandLineTest, TellsCommandsFromWindows)
+{
+    for (const char* words :
+         {"codes", "poll d.obc --port com2", "--db a.mdb dtc lookup P0301 u0123", "export a.log a.txt",
+          "poll -- --odd.obc", "codes --help", "-v", "dtc export -"}) {
+        CommandLine line;
+        EXPECT_FALSE(line.mayWantWindows(split(words))) << words;
+        line.parse(split(words));
+        EXPECT_TRUE(line.run) << words;
+    }
     const struct {
         const char* words;
-        Action action;
-        int port = 0; ///< 0: not told
-        const char* location = "";
-    } rows[] = {
-        {"", Action::showWindows},
-        {"--version", Action::showVersion},
-        {"codes --help", Action::showHelp},
-        {"--port COM8", Action::showWindows, 8},
-        {"--port com3=/dev/rfcomm0", Action::showWindows, 3, "/dev/rfcomm0"},
-        {"--port /dev/a=b", Action::showWindows, 1, "/dev/a=b"},
-        {"codes --simulate --speed 38400", Action::reportCodes, 1, "simulated"},
-        {"poll d.obc --port com2", Action::poll, 2},
-        {"export a.log a.txt", Action::exportLog},
-        {"terminal --dec", Action::terminal},
-        {"dtc setup --quiet", Action::setUpDescriptions},
-        {"--db a.mdb dtc lookup P0301", Action::lookUpCodes},
-        {"dtc import a.txt --overwrite --quiet", Action::importDescriptions},
-        {"dtc export -", Action::exportDescriptions},
-    };
-    for (const auto& [words, action, port, location] : rows) {
-        const CommandLine line = parse(words);
-        EXPECT_EQ(line.action, action) << words << ": " << line.complaint;
-        EXPECT_EQ(line.connection.portNumber.value_or(PortNumber{0}), PortNumber{port}) << words;
+        PortNumber port;
+        const char* location;
+    } rows[] = {{"--port COM8", PortNumber{8}, ""},
+                {"--port=com3=/dev/rfcomm0", PortNumber{3}, "/dev/rfcomm0"},
+                {"--port /dev/a=b", PortNumber{1}, "/dev/a=b"},
+                {"--speed 38400 --simulate", PortNumber{1}, "simulated"},
+                {"--port codes", PortNumber{1}, "codes"}};
+    for (const auto& [words, port, location] : rows) {
+        CommandLine line;
+        EXPECT_TRUE(line.mayWantWindows(split(words))) << words;
+        line.parse(split(words));
+        EXPECT_FALSE(line.run) << words;
+        EXPECT_EQ(line.connection.portNumber, port) << words;
         EXPECT_EQ(line.connection.portLocation, location) << words;
+        EXPECT_EQ(line.connection.speedPosition.has_value(), location == std::string("simulated"));
     }
-    EXPECT_EQ(parse("--speed 38400").connection.speedPosition, 1);
-    EXPECT_EQ(parse("codes --timeout 7").timeout, std::chrono::seconds(7));
-    const CommandLine poll = parse("--log a.log poll --export a.txt d.obc --loops 100000");
-    EXPECT_EQ(poll.designPath + poll.logPath + poll.exportPath, "d.obca.loga.txt");
+    EXPECT_TRUE(CommandLine().mayWantWindows({"-style", "fusion", "--simulate"})) << "the toolkit's";
+}
+
+TEST(CommandLineTest, TakesTheOptionsOfCommands)
+{
+    EXPECT_EQ(taken<CodesOptions>("codes --timeout=5 --timeout 7").timeout, std::chrono::seconds(7));
+    const auto poll = taken<PollOptions>("poll --export a.txt d.obc --log --quiet --loops 100000");
+    EXPECT_EQ(poll.designPath + poll.logPath + poll.exportPath, "d.obc--quieta.txt");
     EXPECT_EQ(poll.loops, 100000);
-    EXPECT_EQ(parse("poll d.obc --seconds 86400").seconds, std::chrono::seconds(86400));
+    EXPECT_EQ(taken<PollOptions>("poll d.obc --seconds 86400").seconds, std::chrono::seconds(86400));
+    EXPECT_EQ(taken<TerminalCommandOptions>("terminal --oct").base, NumberBase::octal);
+    EXPECT_EQ(taken<DtcLookupOptions>("lookup P0301 u0123").codes, split("P0301 u0123"));
+    EXPECT_EQ(taken<DtcExportOptions>("export a.txt --fixed").text.fields, DtcFields::fixed);
+    const auto import = taken<DtcImportOptions>("import a.txt --overwrite --no-notes").text;
+    EXPECT_TRUE(import.dupOver && import.noNotes && !import.delimNotes && import.fields == DtcFields::comma);
 }
 
 TEST(CommandLineTest, TakesTheParametersOfAScan)
@@ -58,50 +98,36 @@ TEST(CommandLineTest, TakesTheParametersOfAScan)
         {"scan", "686AF1 01-01 00-1F "},
         {"scan --mode 1-a --pid 0-ff --suffix 0", "686AF1 1-A 0-FF 0"},
         {"scan --mode 9 --pid none --suffix none --header 6810f1", "6810F1 9-9 - "},
-        {"scan --mode 3-5", "686AF1 3-5 00-1F "}, // passes mode 04 over
-        {"scan --pid 5-0", "686AF1 01-01 5-0 "},  // one PID
-        {"scan --mode 3-5 --header 6810F1 --allow-clear", "6810F1 3-5 00-1F "},
+        {"scan --pid 5-0", "686AF1 01-01 5-0 "}, // one PID
     };
     for (const auto& [words, boxes] : rows) {
-        const ScanParameters scan = parse(words).scan;
+        const ScanParameters scan = taken<ScanOptions>(words).scan;
         EXPECT_EQ(scan.cmdHead + " " + scan.modeStart + "-" + scan.modeStop + " " + scan.pidStart + "-" +
                       scan.pidStop + " " + scan.cmdSuffix,
-                  boxes)
-            << words;
+                  boxes);
     }
-    EXPECT_EQ(parse("scan --show nonzero").filter, ScanFilter::validNonZero);
-    const CommandLine formats = parse("scan --decimal --names");
-    EXPECT_TRUE(formats.decimal && formats.names && !formats.ascii && parse("scan --ascii").ascii);
-    EXPECT_EQ(parse("scan --mode 1-").complaint, "--mode 1-: Mode must be 1 or 2 hex digits");
-    EXPECT_EQ(parse("scan --mode 5-0").complaint, "--mode 5-0: the range ends before it begins");
-    EXPECT_EQ(parse("scan --mode 3-5 --header 6810F1").complaint.find(erasesDataText), 0U);
-}
-
-TEST(CommandLineTest, TakesWhatTheDescriptionsNeed)
-{
-    EXPECT_EQ(parse("dtc lookup P0301 u0123").codes, (std::vector<std::string>{"P0301", "u0123"}));
-    EXPECT_EQ(parse("dtc export a.txt --fixed").textOptions.fields, DtcFields::fixed);
-    const DtcTextOptions import = parse("dtc import a.txt --overwrite --no-notes").textOptions;
-    EXPECT_TRUE(import.dupOver && import.noNotes && !import.delimNotes && import.fields == DtcFields::comma);
-    EXPECT_EQ(parse("dtc find P0301").complaint,
-              "unknown command \"dtc find P0301\"; there are: dtc setup, dtc "
-              "lookup CODE..., dtc import FILE, dtc export FILE");
+    const auto output = taken<ScanOptions>("scan --show nonzero --decimal --names");
+    EXPECT_TRUE(output.decimal && output.names && !output.ascii);
+    EXPECT_EQ(output.filter, ScanFilter::validNonZero);
+    EXPECT_EQ(refusal("scan --mode 3-5") + refusal("scan --mode 3-5 --header 6810F1 --allow-clear"), "");
+    EXPECT_EQ(refusal("scan --mode 3-5 --header 6810F1").find(erasesDataText), 0U);
+    EXPECT_EQ(refusal("scan --mode 1-"), "--mode 1-: Mode must be 1 or 2 hex digits");
 }
 
 TEST(CommandLineTest, RefusesWhatIsWrong)
 {
-    const QStringList rows =
-        QStringLiteral(
-            "code|codes twice|--prot com1|--port com3=|--port com9|--port COM10=/dev/a|--speed 19200|"
-            "--simulate --port com2|codes --clear|codes --timeout -1|terminal --hex --oct|poll|"
-            "poll a.obc --loops 0|poll a.obc --loops 1 --seconds 1|poll a.obc --log=|codes --loops 3|"
-            "poll a.obc --log a.txt --export ./a.txt|poll a.obc --log a.obc|export a.log a.log|"
-            "dtc lookup|dtc export a.txt --tab --comma")
-            .split(u'|');
-    for (const QString& words : rows) {
-        const CommandLine line = parse(words.toLatin1());
-        EXPECT_TRUE(line.action == Action::refuse && !line.complaint.empty()) << words.toStdString();
-    }
+    for (const std::string& words :
+         split("code|codes twice|--prot com1|-x|--port|--port com3=|--port com9|--port COM10=/dev/a|"
+               "--speed 19200|--simulate --port com2|codes --simulate=1|codes --clear|codes --timeout -1|"
+               "terminal --hex --oct|poll|poll a.obc --loops 0|poll a.obc --loops 1 --seconds 1|"
+               "poll a.obc --log=|poll a.obc --log a.txt --export ./a.txt|poll a.obc --log a.obc|"
+               "export a.log a.log|scan --mode 5-0|dtc|dtc lookup|dtc export a.txt --tab --comma",
+               '|'))
+        EXPECT_NE(refusal(words), "") << words;
+    EXPECT_EQ(refusal("poll a b"), "wrong words after \"poll\"; the command is: zint-obd poll DESIGN.obc");
+    EXPECT_EQ(refusal("codes --comma"), "--comma goes with the command dtc import or dtc export");
+    EXPECT_EQ(refusal("dtc find P0301"), "unknown command \"dtc find P0301\"; there are: dtc setup, dtc "
+                                         "lookup CODE..., dtc import FILE, dtc export FILE");
 }
 
 TEST(CommandSessionTest, ShowsWhatWouldSteerATerminal)
@@ -109,8 +135,7 @@ TEST(CommandSessionTest, ShowsWhatWouldSteerATerminal)
     EXPECT_EQ(visibleText("41 01\x1B[2J \x7F\r>\n"), "41 01\\x1B[2J \\x7F\\x0D>\n");
     EXPECT_EQ(visibleText(std::string_view("\0\xFC\xC3", 3)), "\\x00\\xFC\\xC3");
     EXPECT_EQ(visibleText("Motoröl 90°C\r\n\ta\xC2\x9B"), "Motoröl 90°C\r\n\ta\\xC2\\x9B");
-    EXPECT_EQ(secondsText(std::chrono::seconds(1)) + secondsText(std::chrono::seconds(2)),
-              "1 second2 seconds");
+    EXPECT_EQ(secondsText(std::chrono::seconds(1)), "1 second");
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "app/vehiclePorts.h"
+#include "connection/vehiclePorts.h"
 
 #include "platform/qtSerialPort.h"
 #include "platform/qtTimer.h"

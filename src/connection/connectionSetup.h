@@ -1,6 +1,6 @@
 #pragma once
 
-#include "commands/commandLine.h"
+#include "connection/connectionOptions.h"
 #include "launcher/launcher.h"
 #include "link/portDirectory.h"
 

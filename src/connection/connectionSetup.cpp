@@ -1,4 +1,4 @@
-#include "app/connectionSetup.h"
+#include "connection/connectionSetup.h"
 
 #include "platform/dateText.h"
 #include "platform/text.h"

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "link/portNumber.h"
+
+#include <optional>
+#include <string>
+
+namespace zint {
+
+/// What a command line says of the connection, for one run.
+struct ConnectionOptions {
+    std::optional<PortNumber> portNumber; ///< 1 to 8
+    std::string portLocation;             ///< what that port stands for; empty: as always
+    std::optional<int> speedPosition;     ///< position in the launcher's list
+};
+
+} // namespace zint
