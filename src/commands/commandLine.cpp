@@ -3,6 +3,7 @@
 #include "commands/codesCommand.h"
 #include "commands/commandParser.h"
 #include "commands/commandSession.h"
+#include "commands/debugInfo.h"
 #include "commands/dtcCommand.h"
 #include "commands/exportCommand.h"
 #include "commands/helpText.h"
@@ -14,9 +15,12 @@
 #include "shared/programInfo.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 namespace zint {
 namespace {
+
+constexpr const char* debugInfoFlag = "--debug-info";
 
 constexpr const char* footer = "Ctrl-C ends a poll run or a scan properly: files and summary are written.\n"
                                "Exit status: 0 when all went well, 1 when something failed (standard error\n"
@@ -38,6 +42,9 @@ CommandLine::CommandLine()
     addConnection(*program_, connection);
     addCommands();
     addDtcCommands();
+    program_->add_flag_callback(
+        debugInfoFlag, [this] { run = [this] { return printOut(debugInfo(connection)); }; },
+        "Print what a report of a fault needs: version, build, system, files and ports.");
     program_->set_help_all_flag("--help-all", "Print the help of all commands and end.");
     program_->set_version_flag("-v,--version", "", "Print the version and end.");
 }
@@ -85,7 +92,9 @@ bool CommandLine::mayWantWindows(const std::vector<std::string>& arguments) cons
     try {
         const SortedArguments sorted = sortArguments(*program_, arguments);
         return commandOf(*program_, sorted.words).get_parent() == nullptr && !sorted.wantsHelp &&
-               !sorted.wantsAllHelp && !sorted.wantsVersion;
+               !sorted.wantsAllHelp && !sorted.wantsVersion &&
+               std::ranges::find(sorted.options, debugInfoFlag, &SortedArguments::Option::name) ==
+                   sorted.options.end();
     } catch (const UsageError&) {
         return true;
     }

@@ -133,7 +133,8 @@ void requireTaker(const CLI::App& program, const CLI::App& command,
             if (known->get_option_no_throw(name) != nullptr)
                 takers.push_back(shortened(nameOf(*known)));
         }
-        throw UsageError(name + " goes with the command " + joined(takers, " or "));
+        throw UsageError(name + (takers.empty() ? " goes without a command"
+                                                : " goes with the command " + joined(takers, " or ")));
     }
 }
 

@@ -95,6 +95,7 @@ public:
     explicit CommandSession(const ConnectionOptions& options);
 
     const ConnectionChoice& connection() const { return connection_; }
+    const PortDirectory& ports() const { return ports_; }
 
     /// Says on standard error which device is tried at which speed, if a user reads that.
     void tellConnection() const;

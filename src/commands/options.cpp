@@ -139,7 +139,7 @@ void addConnection(CLI::App& command, ConnectionOptions& options)
              "Port to use: com1 to com8, the path of a device (stands for com1=PATH), or comN=PATH.",
              [&options](const std::string& text) { readPort(text, options); })
         ->group(connectionGroup);
-    addValue(command, "--speed", "SPEED",
+    addValue(command, "--speed", "9600|38400",
              "Line speed: 9600 or 38400 bits per second (default: as chosen in the launcher, at first 9600; "
              "most USB and Bluetooth adapters use 38400).",
              [&options](const std::string& text) { readSpeed(text, options); })

@@ -191,7 +191,7 @@ void ScanOptions::describeRange(CLI::App& command)
 void ScanOptions::describeOutput(CLI::App& command)
 {
     const char* const output = "Output";
-    addValue(command, "--show", "FILTER",
+    addValue(command, "--show", "all|valid|nonzero|data",
              "Replies to print: all (the default), valid, nonzero (valid and not 0), or data (all but NO "
              "DATA).",
              [this](const std::string& text) { filter = filterOf(text); })

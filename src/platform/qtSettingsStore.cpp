@@ -39,16 +39,18 @@ std::string QtSettingsStore::damage() const
     const bool isEmpty = settings_.childGroups().isEmpty() && QFileInfo(settings_.fileName()).size() > 0;
     if (settings_.status() != QSettings::FormatError && !isEmpty)
         return {};
-    return "The saved settings in " + fromQt(settings_.fileName()) +
+    return "The saved settings in " + fileName() +
            " are damaged; what can't be read has its default value. They are written anew at the exit.";
 }
+
+std::string QtSettingsStore::fileName() const { return fromQt(settings_.fileName()); }
 
 std::string QtSettingsStore::flush()
 {
     settings_.sync();
     if (settings_.status() != QSettings::AccessError)
         return {};
-    return fromQt(settings_.fileName()) + " can't be written. Check its permissions and the free space.";
+    return fileName() + " can't be written. Check its permissions and the free space.";
 }
 
 } // namespace zint

@@ -18,6 +18,8 @@ public:
     std::string damage() const override;
     std::string flush() override;
 
+    std::string fileName() const; ///< of the store, in UTF-8
+
 private:
     QSettings settings_;
 };

@@ -1,0 +1,109 @@
+#include "commands/debugInfo.h"
+
+#include "commands/commandSession.h"
+#include "dtcdb/databaseLibraries.h"
+#include "platform/qtSettingsStore.h"
+#include "platform/text.h"
+#include "process/folders.h"
+#include "shared/programInfo.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QSysInfo>
+
+#include <vector>
+
+namespace zint {
+namespace {
+
+#if defined(__clang__)
+constexpr const char* compiler = "Clang " __clang_version__;
+#elif defined(__GNUC__)
+constexpr const char* compiler = "GCC " __VERSION__;
+#elif defined(_MSC_VER)
+constexpr const char* compiler = "MSVC";
+#else
+constexpr const char* compiler = "another compiler";
+#endif
+
+#ifdef ZINT_CHARTS
+constexpr const char* charts = "with Qt Charts";
+#else
+constexpr const char* charts = "without Qt Charts";
+#endif
+
+std::string withoutHome(const std::string& text)
+{
+    return fromQt(toQt(text).replace(QDir::homePath(), QStringLiteral("~")));
+}
+
+std::string fileText(const std::string& path)
+{
+    return path + (QFileInfo::exists(toQt(path)) ? "" : " (missing)");
+}
+
+std::string portText(const DetectedPort& port)
+{
+    std::string text = port.location;
+    for (const std::string& more : {port.description, port.usbIds})
+        text += more.empty() ? "" : " - " + more;
+    const QFileInfo device(toQt(port.location));
+    const bool isRefused = device.exists() && !(device.isReadable() && device.isWritable());
+    return text + (isRefused ? " (no permission)" : "");
+}
+
+/// Lines of a list, each behind a blank or under the heading.
+std::string listed(const char* heading, const std::vector<std::string>& lines)
+{
+    std::string text = std::string(heading) + ":" + (lines.empty() ? " none" : "") + "\n";
+    for (const std::string& line : lines)
+        text += "  " + line + "\n";
+    return text;
+}
+
+std::string detectedText(const std::vector<DetectedPort>& ports)
+{
+    std::vector<std::string> lines;
+    for (const DetectedPort& port : ports)
+        lines.push_back(portText(port));
+    return listed("Detected ports", lines);
+}
+
+std::string assignedText(const PortDirectory& directory, const std::vector<DetectedPort>& ports)
+{
+    std::vector<std::string> lines;
+    for (int number = 1; number <= PortDirectory::portCount; ++number) {
+        const bool isAssigned = !directory.assignment(number).empty();
+        lines.push_back(PortDirectory::name(number) + ": " + directory.target(number, ports).text() +
+                        (isAssigned ? " (assigned)" : ""));
+    }
+    return listed("Ports", lines);
+}
+
+std::string systemText()
+{
+    return fromQt(QSysInfo::prettyProductName() + QStringLiteral(", ") + QSysInfo::kernelType() + u' ' +
+                  QSysInfo::kernelVersion() + QStringLiteral(", ") + QSysInfo::currentCpuArchitecture() +
+                  QStringLiteral(", ") + QLocale::system().name());
+}
+
+} // namespace
+
+std::string debugInfo(const ConnectionOptions& options)
+{
+    const CommandSession session(options);
+    const std::vector<DetectedPort> ports = session.ports().detected();
+    const std::string text =
+        programInfo().productName + " " + programInfo().version() + "\n" + "Built with " + compiler +
+        ", Qt " QT_VERSION_STR " (runs with " + qVersion() + "), " + charts + ", " + databaseLibraries() +
+        "\n" + "System: " + systemText() + "\n" + "Settings: " + fileText(QtSettingsStore().fileName()) +
+        "\n" + "User's data: " + fileText(fromQt(userDataFolder())) + "\n" +
+        "Program's data: " + fileText(fromQt(programDataFolder())) + "\n" +
+        "Code descriptions: " + fileText(session.values.parmDTCdb) + "\n" +
+        "Connection: " + session.connection().portName + " at " + session.connection().speed + "\n" +
+        detectedText(ports) + assignedText(session.ports(), ports);
+    return withoutHome(text);
+}
+
+} // namespace zint
