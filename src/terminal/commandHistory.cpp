@@ -15,9 +15,7 @@ CommandHistory::CommandHistory(SettingsStore& settings) : settings_(settings)
     std::istringstream lines(settings_.get(section, key));
     for (std::string line; std::getline(lines, line);) {
         if (!line.empty())
-            commands_.push_back(line);
-        if (commands_.size() > most)
-            commands_.pop_front();
+            keep(line);
     }
     position_ = commands_.size();
 }
@@ -25,9 +23,7 @@ CommandHistory::CommandHistory(SettingsStore& settings) : settings_(settings)
 void CommandHistory::add(const std::string& command)
 {
     if (!command.empty() && (commands_.empty() || commands_.back() != command)) {
-        commands_.push_back(command);
-        if (commands_.size() > most)
-            commands_.pop_front();
+        keep(command);
         std::string lines;
         for (const std::string& line : commands_)
             lines += line + '\n';
@@ -57,6 +53,13 @@ std::string CommandHistory::newer(const std::string& shown)
             return next;
     }
     return shown;
+}
+
+void CommandHistory::keep(const std::string& command)
+{
+    commands_.push_back(command);
+    if (commands_.size() > most)
+        commands_.pop_front();
 }
 
 void CommandHistory::keepIfTyped(const std::string& shown)

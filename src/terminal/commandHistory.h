@@ -24,6 +24,7 @@ public:
     std::string newer(const std::string& shown);
 
 private:
+    void keep(const std::string& command);
     void keepIfTyped(const std::string& shown);
 
     SettingsStore& settings_;

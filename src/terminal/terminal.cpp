@@ -313,10 +313,7 @@ void Terminal::setStatus(std::string_view words)
 
 void Terminal::updateControls()
 {
-    const bool isNowOpen = isOpen();
-    panel_.openCom.caption = (isNowOpen ? "Close OBD (" : "Open OBD (") + portName_ + ")";
-    panel_.mnuOpenCom = !isNowOpen;
-    panel_.mnuCloseCom = panel_.sendIsDefault = isNowOpen;
+    panel_.openCom.caption = (isOpen() ? "Close OBD (" : "Open OBD (") + portName_ + ")";
     panel_.sendCom.enabled = !repeating_;
     panel_.repeatCom.caption = repeating_ ? "Stop Sending" : "Send Repeatedly";
 }

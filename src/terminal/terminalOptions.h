@@ -2,7 +2,7 @@
 
 namespace zint {
 
-enum class NumberBase { decimal, hexadecimal, octal };
+enum class NumberBase { octal = 8, decimal = 10, hexadecimal = 16 };
 
 /// What the output box shows of the replies.
 enum class OutputMode {

@@ -7,14 +7,12 @@
 
 namespace zint {
 
-/// What the terminal's window shows beside the output, by the names of its controls.
+/// What the terminal's window shows beside the output, by the names of its controls. Menus and the default
+/// button depend on isOpen() alone.
 struct TerminalPanel {
     Button openCom{"Open Com"};
     Button sendCom{"Send Command"};
     Button repeatCom{"Send Repeatedly"};
-    bool sendIsDefault = false; ///< the Return key sends; else it opens
-    bool mnuOpenCom = true;     ///< enabled
-    bool mnuCloseCom = false;
     std::string statusBox;
     std::string labelStats = LinkCounters::initialText;
 };

@@ -4,8 +4,9 @@
 #include "shared/module1.h"
 #include "terminal/numberText.h"
 
+#include <charconv>
 #include <cstdint>
-#include <limits>
+#include <system_error>
 
 namespace zint {
 namespace {
@@ -26,8 +27,8 @@ public:
 private:
     void take(char c)
     {
-        if (const int digit = upperHexDigit(c); digit >= 0 && !literalReply_) {
-            takeDigit(c, digit);
+        if (!literalReply_ && upperHexDigit(c) >= 0) {
+            pendingDigits_ += c;
             return;
         }
         const bool isMark = c == '\n' || c == ReplyBuffer::prompt;
@@ -39,32 +40,29 @@ private:
             reply_.text += c;
     }
 
-    void takeDigit(char c, std::int32_t digit)
+    void endNumber()
     {
-        constexpr std::int32_t radix = 16;
-        pendingDigits_ += c;
-        if (pendingValue_ <= std::numeric_limits<std::int32_t>::max() / radix) {
-            pendingValue_ = pendingValue_ * radix + digit;
+        if (pendingDigits_.empty())
             return;
-        }
-        reply_.overflowed = literalReply_ = true;
-        reply_.text += pendingDigits_;
+        std::int32_t value = 0;
+        const char* const begin = pendingDigits_.data();
+        if (std::from_chars(begin, begin + pendingDigits_.size(), value, 16).ec == std::errc())
+            reply_.text += numberText(value, base_);
+        else
+            overflow();
         pendingDigits_.clear();
     }
 
-    void endNumber()
+    void overflow()
     {
-        if (!pendingDigits_.empty())
-            reply_.text += numberText(pendingValue_, base_);
-        pendingDigits_.clear();
-        pendingValue_ = 0;
+        reply_.text += pendingDigits_;
+        reply_.overflowed = literalReply_ = true;
     }
 
     NumberBase base_;
     TextReply reply_;
-    std::int32_t pendingValue_ = 0;
-    std::string pendingDigits_; ///< the number as received
-    bool literalReply_ = false;
+    std::string pendingDigits_; ///< of a number, as received
+    bool literalReply_ = false; ///< the rest is shown as it is
 };
 
 } // namespace

@@ -47,36 +47,27 @@ TEST_F(BinaryReplyTest, ShowsBytesByTheOptions)
 
 TEST_F(TerminalTest, TakesBytesAndSendsAgainAtEachPromptThatIsNoData)
 {
-    const auto beginWithBytes = [this] {
-        getReady({.mode = OutputMode::append});
+    for (const char* reply : {"\x05\x41", "?no", "\x03\x41\x01>>"}) { // the first two cut off by closing
+        getReady();
         terminal.expectBinaryReplies();
-        takeShown();
         send("ATPD", {"ELM\r", "\n v1>"});
         EXPECT_EQ(takeShown(), ">ATPD  ATPD ELM   v1\r\n");
-    };
-    for (const char* cutOff : {"\x05\x41", "?no"}) { // by closing the port
-        beginWithBytes();
-        send("0101", {cutOff});
+        send("01O1", {"?>"});
+        EXPECT_EQ(takeShown(), ">01O1  (ERROR - Misformatted command)\r\n\r\n");
+        adapter.expect("ATI\r").pieces = {"E>"};
+        adapter.expect("\r").pieces = {"F>"};
+        adapter.expect("\r");
+        terminal.setCommand("ATI");
+        terminal.pressRepeatCom();
+        adapter.play();
+        EXPECT_EQ(takeShown(), ">ATI  E\r\nF\r\n") << "text each time";
+        terminal.pressRepeatCom();
+        adapter.receive(">");
+        takeShown();
+        send("0101", {reply});
         toggle("ATD");
     }
-    beginWithBytes();
-    send("01O1", {"?>"});
-    EXPECT_EQ(takeShown(), ">01O1  (ERROR - Misformatted command)\r\n\r\n");
-    adapter.expect("ATI\r").pieces = {"E>"};
-    adapter.expect("\r").pieces = {"F>"};
-    adapter.expect("\r");
-    terminal.setCommand("ATI");
-    terminal.pressRepeatCom();
-    adapter.play();
-    EXPECT_EQ(takeShown(), ">ATI  E\r\nF\r\n") << "text each time";
-    terminal.pressRepeatCom();
-    adapter.receive(">");
-    takeShown();
-    terminal.setCommand("0101");
-    adapter.expect("0101\r").pieces = {"\x03\x41\x01", ">"};
-    terminal.pressRepeatCom();
-    adapter.play();
-    EXPECT_EQ(takeShown(), ">0101  3E \r\n") << "the byte of the prompt's value, at its place in the data";
+    EXPECT_EQ(box.shown, ">0101  3E \r\n") << "the byte of the prompt's value, at its place in the data";
 }
 
 } // namespace

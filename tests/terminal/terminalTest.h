@@ -12,7 +12,6 @@ namespace zint {
 /// A terminal on com3 whose adapter follows a script.
 struct TerminalTest : testing::Test {
     using Pieces = std::vector<std::string>;
-    using Counted = std::vector<std::int64_t>;
 
     ScriptedAdapter adapter;
     ManualTimer timer;
@@ -21,13 +20,14 @@ struct TerminalTest : testing::Test {
     TextBox box;
     Terminal terminal{{adapter, timer, clock, prompts, box}, {.port = PortNumber{3}}};
 
-    void getReady(const TerminalOptions& options = {})
+    void getReady(OutputMode mode = OutputMode::append)
     {
-        terminal.setOptions(options);
+        terminal.setOptions({.mode = mode});
         adapter.expectOpening();
         terminal.pressOpenCom();
         adapter.play();
         ASSERT_EQ(terminal.panel().statusBox, "com3 Ready");
+        box.shown.clear();
     }
 
     /// Presses the button that opens and closes; the adapter gets a command by that, and does not answer.
@@ -49,22 +49,19 @@ struct TerminalTest : testing::Test {
     /// What is in the box now; it is empty then.
     std::string takeShown() { return std::exchange(box.shown, {}); }
 
-    /// Status, counters, captions, and what is enabled.
+    std::string status() const { return terminal.panel().statusBox; }
+
+    /// Status, counters, captions, and what is on.
     std::string face() const
     {
         const TerminalPanel& p = terminal.panel();
         return p.statusBox + "|" + p.labelStats + "|" + p.openCom.caption + "|" + p.repeatCom.caption + "|" +
-               (p.mnuOpenCom ? "open " : "") + (p.mnuCloseCom ? "close " : "") +
-               (p.sendCom.enabled ? "send " : "") + (p.sendIsDefault ? "default " : "") +
-               (timer.enabled() ? "timer " : "");
+               (p.sendCom.enabled ? "send " : "") + (timer.enabled() ? "timer " : "");
     }
 
-    /// The counters in the order of the statistics: received, then sent, then failed.
-    Counted counted() const
+    void expectCounters(const TerminalCounters& expected) const
     {
-        const TerminalCounters& c = terminal.counters();
-        return {c.bytesIn,     c.messagesReceived, c.bytesOut,      c.commandsSent,
-                c.totalErrors, c.messageUnderflow, c.commandFailed, c.commandSyntaxErrors};
+        EXPECT_EQ(terminal.counters().statistics(), expected.statistics());
     }
 };
 

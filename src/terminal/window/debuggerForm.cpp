@@ -50,7 +50,7 @@ void debuggerForm::keyPressEvent(QKeyEvent* event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        pressFocused(terminal_.panel().sendIsDefault ? ui->sendCom : ui->openCom);
+        pressFocused(terminal_.isOpen() ? ui->sendCom : ui->openCom);
         break;
     case Qt::Key_Up:
         walk(&CommandHistory::older);
@@ -142,15 +142,16 @@ void debuggerForm::rememberCommand()
 void debuggerForm::paint()
 {
     const TerminalPanel& p = terminal_.panel();
+    const bool isOpen = terminal_.isOpen();
     display(*ui->statusBox, p.statusBox);
     statsThrottle_.request(); // the counters change with each reply
-    display(*ui->openCom, p.openCom, terminal_.isOpen() ? "network-disconnect" : "network-connect");
+    display(*ui->openCom, p.openCom, isOpen ? "network-disconnect" : "network-connect");
     display(*ui->sendCom, p.sendCom);
     display(*ui->repeatCom, p.repeatCom, terminal_.isRepeating() ? "media-playback-stop" : "view-refresh");
-    ui->openCom->setDefault(!p.sendIsDefault);
-    ui->sendCom->setDefault(p.sendIsDefault);
-    ui->mnuOpenCom->setEnabled(p.mnuOpenCom);
-    ui->mnuCloseCom->setEnabled(p.mnuCloseCom);
+    ui->openCom->setDefault(!isOpen);
+    ui->sendCom->setDefault(isOpen);
+    ui->mnuOpenCom->setEnabled(!isOpen);
+    ui->mnuCloseCom->setEnabled(isOpen);
 }
 
 } // namespace zint
