@@ -22,6 +22,7 @@ struct Tool final : AdapterLink::Listener {
 struct AdapterLinkTest : testing::Test {
     ScriptedAdapter adapter;
     ManualTimer timer;
+    ManualTimer silence;
     Tool tool;
     AdapterLink link{
         adapter, timer, {.port = PortNumber{3}, .bitsPerSecond = 38400, .device = "/dev/rfcomm0"}, tool};
@@ -32,6 +33,14 @@ struct AdapterLinkTest : testing::Test {
         ASSERT_TRUE(link.open());
         adapter.play();
         EXPECT_EQ(std::exchange(tool.told, {}), Texts{"ready"});
+    }
+
+    /// What the status tells when the time for that has come.
+    std::string statusInSilence()
+    {
+        EXPECT_EQ(silence.interval, std::chrono::seconds(10));
+        silence.tick();
+        return link.status();
     }
 };
 
@@ -81,55 +90,63 @@ TEST_F(AdapterLinkTest, TellsWhyThePortCannotBeOpened)
 
     adapter.workAgain();
     openAndGetReady();
+    EXPECT_EQ(link.lastFailure(), "");
 }
 
-// Each tool's tests show what it makes of a lost device, a time-out and odd events.
+// Each tool's tests show what it makes of a lost device, a time-out and odd notices.
 TEST_F(AdapterLinkTest, TellsOnceOfATimeOutAndOfALostDevice)
 {
-    ManualTimer silence;
-    link.watchSilence(silence);
-    const auto silent = [&] {
-        EXPECT_EQ(silence.interval, std::chrono::seconds(10));
-        silence.tick();
-        return link.status();
-    };
     adapter.expect("ATZ\r").answer("ATZ\r"); // an echo, but no prompt
     link.open();
-    EXPECT_EQ(silent(), "com3 Open - nothing received for 10 s");
     adapter.play();
-    EXPECT_EQ(link.status(), "com3 Open");
     EXPECT_EQ(link.counterLine(), "Bytes In: 4 Out: 4 Errors: 0") << "an incomplete reply is counted";
-    EXPECT_EQ(silent(), "com3 Open - no complete answer for 10 s");
-    EXPECT_TRUE(link.timeoutReason().starts_with("No answer on com3: what was received is not complete. "));
     timer.tick();
     timer.tick();
     EXPECT_EQ(std::exchange(tool.told, {}), Texts{"timed out"});
+    EXPECT_EQ(link.lastFailure(), AdapterLink::notRespondingText);
     EXPECT_TRUE(link.isOpen()) << "the tool ends its exchange itself";
     adapter.vanish();
+    EXPECT_EQ(std::exchange(tool.told, {}), Texts{"lost"});
+    EXPECT_EQ(link.lastFailure(), "com3 - adapter disconnected");
     EXPECT_EQ(link.counterLine(), "Bytes In: 4 Out: 4 Errors: 2");
     EXPECT_EQ(adapter.history.back(), "close") << "nothing is sent to a device that is gone";
-    EXPECT_EQ(std::exchange(tool.told, {}), Texts{"lost"});
 
     adapter.workAgain();
-    adapter.expect("ATZ\r");
-    link.open();
-    EXPECT_TRUE(link.timeoutReason().starts_with("No answer on com3: nothing was received. "));
-    adapter.receive("\xFC");
-    EXPECT_EQ(silent(), "com3 Open - received, but not readable: try 9600");
-    adapter.expect("ATE0\r").answer("OK\r\r>");
-    adapter.receive(std::string("\0ELM327\0\r\r>", 12));
-    EXPECT_EQ(silent(), "com3 Init - no reply for 10 s");
-    adapter.play();
-    EXPECT_EQ(std::exchange(tool.told, {}), Texts{"ready"});
-    EXPECT_EQ(link.counters().bytesIn, 4 + 1 + 12 + 5) << "bytes 00 are counted, too";
-    EXPECT_FALSE(silence.enabled()) << "nothing is asked";
+    openAndGetReady();
     timer.tick();                                            // too late
-    adapter.writeError = CommError(5, "Input/output error"); // the event has not come yet
+    adapter.writeError = CommError(5, "Input/output error"); // the notice has not come yet
     link.send("0101");
     link.close();
     EXPECT_EQ(link.status(), "com3 Closed");
     EXPECT_EQ(link.counters().bytesOut, 4 + 9) << "what was not sent is not counted";
     EXPECT_TRUE(tool.told.empty());
+}
+
+TEST_F(AdapterLinkTest, TellsWhatCameInsteadOfAnAnswer)
+{
+    link.watchSilence(silence);
+    adapter.expect("ATZ\r").answer("ATZ\r");
+    link.open();
+    EXPECT_EQ(statusInSilence(), "com3 Open - nothing received for 10 s");
+    EXPECT_TRUE(link.timeoutReason().starts_with("No answer on com3: nothing was received. "));
+    adapter.play();
+    EXPECT_EQ(link.status(), "com3 Open") << "something was received";
+    EXPECT_EQ(statusInSilence(), "com3 Open - no complete answer for 10 s");
+    EXPECT_TRUE(link.timeoutReason().starts_with("No answer on com3: what was received is not complete. "));
+    adapter.receive("\xFC");
+    EXPECT_EQ(statusInSilence(), "com3 Open - received, but not readable: try 9600");
+    adapter.expect("ATE0\r").answer("OK\r\r>");
+    adapter.receive(std::string("\0ELM327\0\r\r>", 12));
+    EXPECT_EQ(link.counters().bytesIn, 4 + 1 + 12) << "bytes 00 are counted, too";
+    EXPECT_EQ(statusInSilence(), "com3 Init - no reply for 10 s");
+    adapter.play();
+    EXPECT_EQ(tool.told, Texts{"ready"});
+    EXPECT_FALSE(silence.enabled()) << "nothing is asked";
+    adapter.vanish();
+    adapter.workAgain();
+    adapter.expect("ATZ\r");
+    link.open();
+    EXPECT_EQ(statusInSilence(), "com3 Open - nothing received for 10 s") << "since it was opened";
 }
 
 } // namespace
