@@ -1,32 +1,12 @@
 #include "codes/codesExchange.h"
-#include "dtcdb/dtcDatabase.h"
+#include "dtcdb/descriptionSource.h"
 #include "support/manualTime.h"
 #include "support/scriptedAdapter.h"
 #include "support/scriptedPrompts.h"
-
-#include <map>
-#include <memory>
+#include "support/temporaryFolder.h"
 
 namespace zint {
 namespace {
-
-/// Descriptions in a map; what is opened is a copy. Reading an empty one fails.
-struct MapDescriptions final : CodeDescriptionSource, CodeDescriptions {
-    std::map<std::string, std::string, std::less<>> texts = {{"U1000", "not stored"}};
-
-    bool available() const override { return !texts.empty(); }
-    std::unique_ptr<CodeDescriptions> open() const override
-    {
-        return std::make_unique<MapDescriptions>(*this);
-    }
-    std::optional<std::string> describe(std::string_view code) override
-    {
-        const auto found = texts.find(code);
-        if (found != texts.end() && found->second.empty())
-            throw DatabaseError("damaged record");
-        return found == texts.end() ? std::nullopt : std::optional(found->second);
-    }
-};
 
 enum class Kind { read, clear };
 
@@ -42,11 +22,13 @@ const std::string litScreen = lit + "P0133\r\nU0123\r\n";
 Conversation status(const std::string& reply) { return {{"0101\r", reply}}; }
 
 struct CodesExchangeTest : testing::Test {
+    TemporaryFolder folder;
+    std::string text = folder.path("dtc.txt");
     EventGate gate;
     ScriptedAdapter adapter{&gate};
     ManualTimer timer, silence;
     ManualClock clock;
-    MapDescriptions descriptions;
+    DtcDescriptionSource descriptions = (TemporaryFolder::write(text, ""), DtcDescriptionSource({}, text));
     ScriptedPrompts prompts;
     ProgramValues values;
     CodesExchange exchange{{adapter, timer, silence, clock, descriptions, prompts, values}, {}};
@@ -96,10 +78,9 @@ struct CodesExchangeTest : testing::Test {
     /// Both captions, that of a disabled button in round brackets.
     std::string buttons() const
     {
-        const auto text = [](const Button& button) {
-            return button.enabled ? "[" + button.caption + "]" : "(" + button.caption + ")";
-        };
-        return text(panel.getCodes) + " " + text(panel.clearCodes);
+        const Button& clear = panel.clearCodes;
+        return "[" + panel.getCodes.caption + "] " +
+               (clear.enabled ? "[" + clear.caption + "]" : "(" + clear.caption + ")");
     }
 };
 
@@ -113,12 +94,11 @@ TEST_F(CodesExchangeTest, ReadsTheCodesOfALitVehicle)
     EXPECT_EQ(panel.readiness[5], "Evaporative System Test Incomplete");
     EXPECT_EQ(panel.labelStats, "Bytes In: 75 Out: 21 Errors: 0");
     EXPECT_EQ(exchange.reading().time, clock.date);
-
-    descriptions.texts = {{"P0133", "slow"}, {"U0123", ""}};
-    EXPECT_EQ(run(Kind::read, reading), lit + "P0133 slow\r\nU0123\r\n")
-        << "the codes are listed all the same";
-    EXPECT_EQ(prompts.takeMessage(), "damaged record");
-    descriptions.texts.clear();
+    TemporaryFolder::write(text, "P0133,slow\nU1000,not stored\n");
+    EXPECT_EQ(run(Kind::read, reading), lit + "P0133 slow\r\nU0123\r\n");
+    std::filesystem::remove(text);
+    EXPECT_EQ(run(Kind::read, reading), litScreen) << "the codes are listed all the same";
+    EXPECT_NE(prompts.takeMessage(), "");
     const CodesExchange without({adapter, timer, silence, clock, descriptions, prompts, values}, {});
     EXPECT_NE(without.panel().noDescriptions, "");
 }
@@ -146,46 +126,49 @@ TEST_F(CodesExchangeTest, EvaluatesAMonitorStatusWithoutCodes)
 
 TEST_F(CodesExchangeTest, KeepsAReplyThatIsNoMonitorStatusForTheTroubleDialog)
 {
-    for (const std::string reply : {"41 01>", "UNABLE TO\rCONNECT\r\r>"}) {
-        EXPECT_EQ(run(Kind::clear, status(reply)), "|Diagnostic (MIL) Codes|")
-            << "nothing of it is evaluated";
+    const std::tuple<std::string, std::string, std::string> rows[] = {
+        {"41 01>", "41 01>", "41 01"},
+        {"UNABLE TO\rCONNECT\r\r>", "UNABLE TO\rCONNECT\r\r>", "UNABLE TO / CONNECT"},
+        {"BUS INIT: ...ERROR\r\r>", ">", "BUS INIT: ...ERROR"}}; // a notice is no reply
+    for (const auto& [answer, reply, reason] : rows) {
+        EXPECT_EQ(run(Kind::clear, status(answer)), "|Diagnostic (MIL) Codes|");
         EXPECT_EQ(prompts.takeMessage(), "Please try again, ignition must be ON.  If ignition is ON, see "
                                          "fails-to-connect under Help.");
+        EXPECT_EQ(prompts.reason, "The adapter answered: " + reason);
         EXPECT_EQ(values.lastFailureText, reply);
-        EXPECT_FALSE(exchange.succeeded());
         EXPECT_EQ(buttons(), "[Get Engine Data] (Clear Codes)") << "it ends with its own button";
     }
-    EXPECT_TRUE(panel.labelStats.ends_with(" Errors: 2"));
-    EXPECT_EQ(prompts.reason, "The adapter answered: UNABLE TO / CONNECT");
-    run(Kind::read, status("BUS INIT: ...ERROR\r\r>"));
-    EXPECT_NE(prompts.takeMessage(), "");
-    EXPECT_EQ(prompts.reason, "The adapter answered: BUS INIT: ...ERROR");
+    EXPECT_TRUE(panel.labelStats.ends_with(" Errors: 3"));
 }
 
 TEST_F(CodesExchangeTest, TellsWhatTheListingDoesNotShow)
 {
-    EXPECT_EQ(run(Kind::read, {{"0101\r", "41 01 7F 07 65 00 \r41 01 00 04 00 00 \r\r>"},
-                               {"03\r", "43 01 33 03 01 04 20 \r43 04 21 00 00 00 00 \r\r>"}}),
-              "Service Engine Soon Light is \r\nOFF|Diagnostic (MIL) Codes: 127 code(s) reported|"
-              "P0133\r\nP0301\r\nP0420\r\n");
+    const auto notes = [this](const Conversation& requests) {
+        run(Kind::read, requests);
+        return panel.notes.substr(panel.notes.rfind('\n', panel.notes.size() - 2) + 1);
+    };
+    EXPECT_EQ(notes({{"0101\r", "41 01 7F 07 65 00 \r41 01 00 04 00 00 \r\r>"},
+                     {"03\r", "43 01 33 03 01 04 20 \r43 04 21 00 00 00 00 \r\r>"}}),
+              "(124 more are stored than could be listed)\r\n");
     EXPECT_TRUE(panel.notes.starts_with("2 control units answered")) << panel.notes;
-    EXPECT_TRUE(panel.notes.ends_with("\r\n(124 more are stored than could be listed)\r\n")) << panel.notes;
-    run(Kind::read, {reading[0], {"03\r", "43 01 33 03 01 00 00 \r43 07 00 00 00 00 00 \r\r>"}});
-    EXPECT_EQ(panel.notes, "(1 more is stored than could be listed)\r\n") << "another control unit's";
-    run(Kind::read, status("41 01 00 07 65 00 \r41 01 81 04 00 00 \r\r>"));
-    EXPECT_TRUE(panel.notes.ends_with("Control unit 2: light ON, 1 code(s) reported\r\n")) << panel.notes;
+    EXPECT_EQ(shown(), "Service Engine Soon Light is \r\nOFF|Diagnostic (MIL) Codes: 127 code(s) reported|"
+                       "P0133\r\nP0301\r\nP0420\r\n");
+    EXPECT_EQ(notes({reading[0], {"03\r", "43 01 33 03 01 00 00 \r43 07 00 00 00 00 00 \r\r>"}}),
+              "(1 more is stored than could be listed)\r\n");
+    EXPECT_EQ(notes(status("41 01 00 07 65 00 \r41 01 81 04 00 00 \r\r>")),
+              "Control unit 2: light ON, 1 code(s) reported\r\n");
 
-    descriptions.texts = {{"P0420", "worn"}};
+    TemporaryFolder::write(text, "P0420,worn\n");
     EXPECT_EQ(run(Kind::read, {reading[0], {"03\r", "43 01 04 20 \r\r>"}}), lit + "P0104\r\nP20\r\r\r\n");
     EXPECT_TRUE(panel.canWarning.ends_with("\r\nRead in that layout:\r\nP0420 worn\r\n"));
     EXPECT_EQ(panel.notes, "");
     run(Kind::clear, status("41 01 00 07 65 00 \r\r>"));
     EXPECT_EQ(panel.canWarning, "") << "it goes with its list";
     driveTo(Kind::read, 0, {});
-    EXPECT_EQ(panel.canWarning + panel.codesOutput, "") << "emptied when the next read begins";
+    EXPECT_EQ(panel.codesOutput, "") << "emptied when the next read begins";
     adapter.expect("ATD\r");
     exchange.unload(); // as when the window goes away
-    EXPECT_EQ(adapter.history.back(), "close");
+    EXPECT_FALSE(adapter.isOpen());
 }
 
 TEST_F(CodesExchangeTest, ClearsTheCodesAfterTheQuestion)
@@ -244,6 +227,12 @@ TEST_F(CodesExchangeTest, EndsInEachState)
                       "and vehicle. See fails-to-respond under Help.");
         });
         EXPECT_EQ(std::exchange(values.lastFailureText, {}), "Timeout responding to ATZ");
+        adapter.openError = CommError(16, "Device or resource busy");
+        press(kind);
+        EXPECT_EQ(panel.statusBox, "com1 - Comm init error: 16: Device or resource busy");
+        EXPECT_FALSE(timer.enabled() || exchange.succeeded() ||
+                     buttons().find("Cancel") != std::string::npos);
+        adapter.workAgain();
     }
     EXPECT_TRUE(panel.labelStats.ends_with(" Errors: 12")) << panel.labelStats;
     driveTo(Kind::clear, 2, clearing);
@@ -251,29 +240,13 @@ TEST_F(CodesExchangeTest, EndsInEachState)
     EXPECT_EQ(buttons(), "[Get Codes] [Cancel]") << "each button restores its own caption";
 }
 
-TEST_F(CodesExchangeTest, LeavesCaptionsAndTimerWhenThePortCannotBeOpened)
-{
-    adapter.openError = CommError(16, "Device or resource busy");
-    for (const Kind kind : {Kind::read, Kind::clear}) {
-        press(kind);
-        EXPECT_EQ(panel.statusBox, "com1 - Comm init error: 16: Device or resource busy");
-        EXPECT_EQ(buttons(), "[Get Engine Data] (         Clear MIL          Reset data)");
-        EXPECT_FALSE(timer.enabled() || exchange.succeeded());
-    }
-}
-
 TEST_F(CodesExchangeTest, TellsOfSilenceAndOfAnEventThatTheDriverDoesNotExplain)
 {
-    driveTo(Kind::read, 1, reading);
-    silence.tick();
-    EXPECT_EQ(panel.statusBox, "com1 Init - no reply for 10 s");
-    adapter.expect("0101\r");
-    adapter.receive("OK\r\r>");
+    driveTo(Kind::read, 2, reading);
     silence.tick();
     EXPECT_EQ(panel.statusBox, "com1 Reading Data - no reply for 10 s");
     adapter.receive("41 01 82");
     EXPECT_EQ(panel.statusBox, "com1 Reading Data");
-    EXPECT_TRUE(silence.enabled() && silence.interval == std::chrono::seconds(10));
     adapter.sendNotice(PortNotice{1006}); // a line event
     adapter.sendNotice(PortNotice::unexplained);
     EXPECT_TRUE(statuses.ends_with(" - unhandled comm Event: 0|")) << "repainted at once";
