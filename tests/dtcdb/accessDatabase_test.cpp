@@ -58,16 +58,14 @@ TEST_F(AccessDatabaseTest, SaysWhyAFileIsNotTaken)
         return;
     }
     const std::string sound = contents(older);
+    const auto byte = [&sound](std::size_t at) { return std::size_t{static_cast<unsigned char>(sound[at])}; };
     const auto patched = [&](std::size_t at, std::string_view by) {
         return std::string(sound).replace(at, by.size(), by);
     };
     const std::string damaged = "the file is damaged or encrypted";
     constexpr std::size_t page = 2048;
     constexpr std::size_t maps = 3 * page; // the page maps of the tables
-    const struct {
-        std::string bytes;
-        std::string why;
-    } rows[] = {
+    const std::pair<std::string, std::string> rows[] = {
         {"", "this is no database of the Access engine"},
         {"SQLite format 3", "this is no database of the Access engine"},
         {patched(sound.find("dtcSET"), "dtcSEX"), "it has no table \"DTCset\""},
@@ -77,10 +75,7 @@ TEST_F(AccessDatabaseTest, SaysWhyAFileIsNotTaken)
         {sound.substr(0, 5 * page), damaged},
         {sound.substr(0, 7 * page), "the file is damaged: of its 66 records, "},
         {patched(maps + 10, "\xFE\x07"), damaged}, // a map without bytes, which the library would overrun
-        {patched(maps + static_cast<unsigned char>(sound[maps + 10]) +
-                     256U * static_cast<unsigned char>(sound[maps + 11]),
-                 "\x7F"),
-         damaged}, // of an unknown kind
+        {patched(maps + byte(maps + 10) + 256 * byte(maps + 11), "\x7F"), damaged}, // of an unknown kind
         {std::string(65U * 1024 * 1024, 'x'), "the file is larger than 64 MB"},
     };
     for (const auto& [bytes, why] : rows)

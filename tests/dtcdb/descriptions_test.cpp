@@ -1,11 +1,8 @@
 #include "dtcdb/dtcText.h"
-#include "sim/simulationOptions.h"
 #include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cctype>
 #include <map>
 #include <regex>
 #include <set>
@@ -87,40 +84,18 @@ TEST_F(DescriptionsTest, SayWhatPublishedListsSay)
     }
 }
 
-TEST_F(DescriptionsTest, CountOverCylindersAndBanks)
+TEST_F(DescriptionsTest, CountOverCylinders)
 {
     const std::regex cylinder("Cylinder (\\d+)( .*)");
-    std::map<std::string, std::vector<std::string>> cylinders; // codes by what is behind the number
-    std::set<std::string> all;
+    std::map<std::string, std::size_t> families; // their sizes by what is behind the number
     for (const auto& [code, text] : texts) {
-        all.insert(text);
         std::smatch found;
-        if (std::regex_match(text, found, cylinder)) {
-            auto& family = cylinders[found[2]];
-            family.push_back(code);
-            EXPECT_EQ(std::to_string(family.size()), found[1]) << code << " is out of order";
-        }
+        const bool isOne = std::regex_match(text, found, cylinder);
+        ASSERT_TRUE(!isOne || std::to_string(++families[found[2]]) == found[1]) << code << " is out of order";
     }
-    for (const auto& [text, codes] : cylinders)
-        EXPECT_GE(codes.size(), 8U) << text;
-    EXPECT_GT(cylinders.size(), 20U);
-    for (const auto& [code, text] : texts) {
-        if (const auto at = text.find("(bank 2");
-            at != std::string::npos && text.find("/ bank") == text.npos && !text.starts_with("Knock")) {
-            std::string other = text;
-            other[at + 6] = '1';
-            const std::string single = text.substr(0, at) + "(bank 1 or single sensor)";
-            EXPECT_TRUE(all.contains(other) || all.contains(single)) << code << " has no counterpart";
-        }
-    }
-}
-
-TEST_F(DescriptionsTest, CoverTheSimulatedVehicle)
-{
-    const VehicleOptions vehicle;
-    for (const auto& codes : {vehicle.storedCodes, vehicle.pendingCodes})
-        for (const std::string& code : codes)
-            EXPECT_TRUE(texts.contains(code)) << code;
+    for (const auto& [text, size] : families)
+        EXPECT_GE(size, 8U) << text;
+    EXPECT_GT(families.size(), 20U);
 }
 
 } // namespace
