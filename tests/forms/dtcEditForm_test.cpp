@@ -2,11 +2,19 @@
 #include "forms/formTest.h"
 #include "platform/text.h"
 
-#include <QFileDialog>
 #include <QLineEdit>
+
+#include <set>
+#include <sstream>
 
 namespace zint {
 namespace {
+
+const std::string boxes = "DTCcode DTCdescr DTCnotes ";
+const std::string browsing =
+    "DTCfirst DTCprev DTCnext DTClast DTCsearch DTCsearchCode findWords DTCedit DTCdel ";
+const std::string closed = "dtcDBname browseDB ";
+const std::string filling = "DTCadd importDTC exportDTC ";
 
 struct DtcEditFormTest : FormTest {
     DtcEditFormTest()
@@ -21,11 +29,17 @@ struct DtcEditFormTest : FormTest {
 
     QLineEdit* box(const char* name) { return control<QLineEdit>(name); }
 
-    void expectEnabled(const std::string& names, bool isEnabled)
+    /// These controls and no others.
+    void expectEnabled(const std::string& names)
     {
-        std::istringstream words(names);
-        for (std::string name; words >> name;)
-            EXPECT_EQ(control<QWidget>(name.c_str())->isEnabled(), isEnabled) << name;
+        const auto split = [](const std::string& text) {
+            std::istringstream words(text);
+            return std::set<std::string>{std::istream_iterator<std::string>(words), {}};
+        };
+        const std::set<std::string> expected = split(names);
+        for (const std::string& name : split(boxes + browsing + closed + filling +
+                                             "DTCcontrol DTCsave DTCcancel undoDelete skippedLines"))
+            EXPECT_EQ(control<QWidget>(name.c_str())->isEnabled(), expected.contains(name)) << name;
     }
 
     void pressKeys(const char* keys)
@@ -34,46 +48,33 @@ struct DtcEditFormTest : FormTest {
         QTest::keyClick(form->focusWidget(), key.key(), key.keyboardModifiers());
         QTest::qWait(150); // a button's shortcut takes the time of a click
     }
-
-    /// Opens the database and fills it.
-    void begin()
-    {
-        click("DTCcontrol");
-        click("importDTC");
-    }
 };
 
-TEST_F(DtcEditFormTest, FillsANewDatabaseAndEnablesWhatCanBeDone)
+TEST_F(DtcEditFormTest, EnablesWhatCanBeDone)
 {
-    const std::string browsing =
-        "DTCfirst DTCprev DTCnext DTClast DTCsearch DTCsearchCode findWords DTCedit DTCdel ";
-    const std::string closed = "dtcDBname browseDB ";
-    expectEnabled(closed + "DTCcontrol browseText delimNotes", true);
-    expectEnabled(browsing +
-                      "DTCcode DTCdescr DTCnotes DTCadd DTCsave DTCcancel undoDelete importDTC exportDTC "
-                      "skippedLines",
-                  false);
+    expectEnabled(closed + "DTCcontrol");
     box("dtcDBname")->setFocus();
     QTest::keyClick(box("dtcDBname"), Qt::Key_Return);
-    expectEnabled("DTCcode DTCadd importDTC exportDTC", true);
-    expectEnabled(browsing + closed, false);
+    expectEnabled(boxes + filling + "DTCcontrol");
     click("importDTC");
-    EXPECT_EQ(textOf("statusBox"), u"3 DTC('s) add, 1 skip, 0dup, 4 total");
-    EXPECT_EQ(textOf("DTCframe"), u"Current DTC Record (3 Record(s) Total)");
-    EXPECT_EQ(box("DTCnotes")->text(), u"n");
-    expectEnabled(browsing + "skippedLines", true);
+    expectEnabled(boxes + filling + browsing + "DTCcontrol skippedLines");
+    EXPECT_EQ(textOf("statusBox") + textOf("DTCframe"), u"3 DTC('s) add, 1 skip, 0dup, 4 total"
+                                                        u"Current DTC Record (3 Record(s) Total)"_qs);
     EXPECT_EQ(messageOf([&] { click("skippedLines"); }), u"Line 4: \"none\" is no code\n");
-    EXPECT_TRUE(box("DTCcode")->isReadOnly());
-    EXPECT_EQ(box("DTCcode")->palette().color(QPalette::Base), form->palette().color(QPalette::Window));
+    const auto isShownAsText = [this] {
+        return box("DTCcode")->palette().color(QPalette::Base) == form->palette().color(QPalette::Window);
+    };
+    EXPECT_TRUE(box("DTCcode")->isReadOnly() && isShownAsText());
+    click("DTCadd");
+    expectEnabled(boxes + "DTCsave DTCcancel");
+    EXPECT_FALSE(box("DTCcode")->isReadOnly() || isShownAsText());
+    click("DTCcancel");
     box("DTCsearchCode")->setText(u"P0301"_qs);
     click("DTCcontrol");
     EXPECT_EQ(box("DTCsearchCode")->text() + box("DTCcode")->text(), u"");
     for (const char* button : {"browseDB", "browseText"}) {
         bool isClosed = false;
-        QTimer::singleShot(50, form, [&] {
-            if (QWidget* dialog = QApplication::activeModalWidget())
-                isClosed = dialog->close();
-        });
+        QTimer::singleShot(50, form, [&] { isClosed = QApplication::activeModalWidget()->close(); });
         click(button);
         EXPECT_TRUE(waitUntil([&] { return isClosed; })) << button;
     }
@@ -81,7 +82,8 @@ TEST_F(DtcEditFormTest, FillsANewDatabaseAndEnablesWhatCanBeDone)
 
 TEST_F(DtcEditFormTest, BrowsesByButtonsAndKeys)
 {
-    begin();
+    click("DTCcontrol");
+    click("importDTC");
     const std::tuple<const char*, const char*, const char*> rows[] = {{"DTClast", "Ctrl+PgDown", "P0302"},
                                                                       {"DTCprev", "PgUp", "P0301"},
                                                                       {"DTCfirst", "Ctrl+PgUp", "P0300"},
@@ -97,45 +99,39 @@ TEST_F(DtcEditFormTest, BrowsesByButtonsAndKeys)
     }
     QTest::keyClicks(box("DTCsearchCode"), u"p0302"_qs);
     QTest::keyClick(box("DTCsearchCode"), Qt::Key_Return);
-    EXPECT_EQ(box("DTCdescr")->text(), u"Cylinder 2");
-    EXPECT_EQ(box("DTCsearchCode")->selectedText(), u"p0302");
+    EXPECT_EQ(box("DTCdescr")->text() + box("DTCsearchCode")->selectedText(), u"Cylinder 2p0302");
 }
 
-TEST_F(DtcEditFormTest, HandsTheChosenFormOnToExportAndImport)
+TEST_F(DtcEditFormTest, HandsTheOptionsOnToExportAndImport)
 {
-    begin();
-    control<QAbstractButton>("delimNotes")->click();
+    click("DTCcontrol");
+    click("importDTC");
     box("DTCtext")->setText(toQt(folder.path("list")));
-    const std::pair<const char*, std::string> rows[] = {
-        {"useTab", "P0300\tMisfire\tn\r\n"},
-        {"useSpace", "P0300 Misfire n\r\n"},
-        {"useLen", "P0300Misfire" + std::string(93, ' ') + "n\r\n"},
-        {"useCsv", "\xEF\xBB\xBF" + std::string("Code,Description,Notes\r\n")},
-        {"useComma", "P0300,Misfire,n\r\n"}};
+    const std::pair<const char*, std::string> rows[] = {{"delimNotes", "P0300,Misfire,n"},
+                                                        {"useTab", "P0300\tMisfire\tn"},
+                                                        {"useLen", "P0300Misfire   "},
+                                                        {"useCsv", "\xEF\xBB\xBF"
+                                                                   "Code,"},
+                                                        {"useSpace", "P0300 Misfire n"},
+                                                        {"useComma", "P0300,Misfire,n"},
+                                                        {"noNotes", "P0300,Misfire\r"}};
     for (const auto& [option, start] : rows) {
         control<QAbstractButton>(option)->click();
         click("exportDTC");
-        EXPECT_EQ(textOf("statusBox"), u"3 DTC('s) exported");
         EXPECT_EQ(contents(folder.path("list")).substr(0, start.size()), start);
         EXPECT_EQ(control<QWidget>("delimNotes")->isEnabled(), option != std::string_view("useCsv"));
         EXPECT_EQ(textOf("textHint").isEmpty(), option != std::string_view("useSpace"));
     }
-    control<QAbstractButton>("noNotes")->click();
     control<QAbstractButton>("dupOver")->click();
-    click("exportDTC");
-    EXPECT_TRUE(contents(folder.path("list")).starts_with("P0300,Misfire\r\n"));
     click("importDTC");
     EXPECT_EQ(textOf("statusBox"), u"0 DTC('s) add, 0 skip, 3upd, 3 total");
 }
 
 TEST_F(DtcEditFormTest, EditsARecordWithTheKeyboard)
 {
-    begin();
-    box("DTCsearchCode")->setFocus();
+    click("DTCcontrol");
+    click("importDTC");
     pressKeys("Ctrl+N");
-    expectEnabled("DTCsave DTCcancel", true);
-    expectEnabled("DTCadd DTCedit DTCdel DTCnext DTCsearchCode DTCcontrol importDTC exportDTC", false);
-    EXPECT_NE(box("DTCcode")->palette().color(QPalette::Base), form->palette().color(QPalette::Window));
     EXPECT_EQ(form->focusWidget(), box("DTCcode"));
     EXPECT_EQ(box("DTCcode")->selectedText(), u"Pxxyy");
     QTest::keyClicks(box("DTCcode"), u"P030G"_qs);
@@ -147,15 +143,12 @@ TEST_F(DtcEditFormTest, EditsARecordWithTheKeyboard)
     QTest::keyClick(box("DTCcode"), Qt::Key_Delete);
     QTest::keyClicks(box("DTCcode"), u"3"_qs);
     pressKeys("Ctrl+S");
-    EXPECT_EQ(textOf("statusBox"), u"DTC saved");
-    EXPECT_EQ(box("DTCdescr")->text().size(), DtcDatabase::descriptionSize);
-
+    EXPECT_EQ(textOf("statusBox") + box("DTCdescr")->text(), u"DTC saved"_qs + QString(100, u'd'));
     click("DTCprev");
     pressKeys("F2");
     EXPECT_EQ(form->focusWidget(), box("DTCdescr"));
     QTest::keyClicks(box("DTCdescr"), u"other"_qs);
     pressKeys("Esc");
-    EXPECT_EQ(textOf("statusBox"), u"DTC update canceled");
     EXPECT_EQ(box("DTCdescr")->text(), u"Cylinder 2");
     click("DTCdel");
     EXPECT_EQ(box("DTCcode")->text(), u"P0303");
