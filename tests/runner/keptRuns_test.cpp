@@ -1,17 +1,13 @@
-#include "catalogue/designFile.h"
 #include "runner/debugDump.h"
+#include "runner/keptRunFile.h"
 #include "runner/keptRuns.h"
-#include "runner/runFiles.h"
 #include "shared/fileError.h"
+#include "support/designOf.h"
 #include "support/failure.h"
-#include "support/scriptedDialogs.h"
-#include "support/scriptedPrompts.h"
 #include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <fstream>
 #include <optional>
 #include <sstream>
 #ifdef __unix__
@@ -23,13 +19,6 @@ namespace zint {
 namespace {
 
 namespace fs = std::filesystem;
-using std::chrono::milliseconds;
-using std::chrono::system_clock;
-
-std::string dateText(system_clock::time_point time)
-{
-    return std::to_string(std::chrono::duration_cast<milliseconds>(time.time_since_epoch()).count());
-}
 
 std::string dumpOf(const SampleStore& samples)
 {
@@ -38,28 +27,21 @@ std::string dumpOf(const SampleStore& samples)
     return text.str();
 }
 
-class KeptRunsTest : public testing::Test {
-protected:
+struct KeptRunsTest : testing::Test {
     TemporaryFolder folder;
     const std::string runs = folder.path("runs");
-    const system_clock::time_point start{milliseconds(1'700'000'000'123)};
-    std::optional<KeptRuns> kept;
-    Design design;
+    const std::chrono::system_clock::time_point start{std::chrono::milliseconds(1'700'000'000'123)};
+    std::optional<KeptRuns> kept{make()};
+    const Design design = designOf({{.code = "010C"}, {.code = "010D"}, {.code = "0105"}});
+    const std::string head = headText(design, start);
     SampleStore store;
 
-    KeptRunsTest()
-    {
-        kept.emplace(runs, dateText);
-        design.title = "drive";
-        design.events.assign(3, {.code = "010C", .description = "RPM", .conversion = 20, .frequency = 1});
-        store.reset(design);
-    }
+    KeptRunsTest() { store.reset(design); }
 
-    std::string head() const
+    KeptRuns make(std::uintmax_t mostBytes = 1'000'000) const
     {
-        std::ostringstream text;
-        writeDesign(text, design);
-        return text.str() + "1700000000123\r\n";
+        const auto dateText = [start = start](auto time) { return time == start ? "then" : "never"; };
+        return {runs, dateText, mostBytes};
     }
 
     void begin() { kept->begin(design, store, start); }
@@ -70,91 +52,57 @@ protected:
         kept->add(event, value, time);
     }
 
-    /// The program starts again. A sample that was not flushed is lost with a crash.
-    void restart() { kept.emplace(runs, dateText); }
-
-    /// Without the locks of those that are written.
-    std::vector<std::string> files() const
+    /// A file of a former run. @param age in hours
+    void leaveFile(const std::string& name, int age, const std::string& lines) const
     {
-        std::vector<std::string> paths;
-        std::error_code missing;
-        for (const auto& entry : fs::directory_iterator(utf8Path(runs), missing)) {
-            if (entry.path().extension() == ".run")
-                paths.push_back(utf8Text(entry.path()));
-        }
-        return paths;
+        fs::create_directories(utf8Path(runs));
+        const auto path = utf8Path(runs + "/" + name + ".run");
+        TemporaryFolder::write(utf8Text(path), name + head.substr(head.find('\r')) + lines);
+        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(age));
     }
 
+    /// The content of each, without the locks of those that are written.
     std::string content() const
     {
-        EXPECT_EQ(files().size(), 1);
-        return contents(files().at(0));
+        std::string found;
+        std::error_code missing;
+        for (const auto& entry : fs::directory_iterator(utf8Path(runs), missing))
+            found += entry.path().extension() == ".run" ? contents(utf8Text(entry.path())) : "";
+        return found;
     }
 
-    std::vector<std::string> texts() const
+    std::string listed() const
     {
-        std::vector<std::string> texts;
+        std::string texts;
         for (const KeptEntry& entry : kept->list())
-            texts.push_back(entry.text);
+            texts += entry.text + "\n";
         return texts;
-    }
-
-    /// Keeps a run of one sample, up to a crash or properly left. @param age of its file in hours
-    void keepRun(const std::string& title, int age, bool isLeft = true)
-    {
-        const auto before = files();
-        design.title = title;
-        begin();
-        kept->add(0, 1, 1);
-        kept->flush();
-        const auto time = fs::file_time_type::clock::now() - std::chrono::hours(age);
-        for (const std::string& path : files()) {
-            if (std::ranges::find(before, path) != before.end())
-                continue;
-            if (!isLeft) // in the middle of a line
-                std::ofstream(utf8Path(path), std::ios::app) << "1,99,12";
-            fs::last_write_time(utf8Path(path), time);
-        }
-        isLeft ? kept->leave() : restart();
-    }
-
-    /// The samples, in their order, of a file with this content.
-    std::string loaded(const std::string& bytes)
-    {
-        folder.write(folder.path("some.run"), bytes);
-        const KeptRun run = KeptRuns::load({folder.path("some.run"), ""});
-        std::string text;
-        for (std::size_t i = 0; i < run.samples.size(); ++i) {
-            const SampleRecord& record = run.samples[i];
-            if (!record.isHeader())
-                text += std::to_string(record.time) + "=" + std::to_string(record.value) + " ";
-        }
-        return text;
     }
 };
 
 TEST_F(KeptRunsTest, WritesEachSampleUntilTheLogIsSaved)
 {
+    EXPECT_TRUE(head.ends_with("EOP - end of Parms\r\n1700000000123\r\n"));
     kept->add(0, 1, 1);
     begin();
     kept->flush();
-    EXPECT_TRUE(files().empty()) << "an empty run leaves no file";
-
+    EXPECT_EQ(content(), "") << "an empty run leaves no file";
     sample(0, 40, 0);
     sample(2, -7, 1);
     kept->flush();
-    EXPECT_EQ(content(), head() + "1,0,40\r\n3,1,-7\r\n");
+    EXPECT_EQ(content(), head + "1,0,40\r\n3,1,-7\r\n");
     begin();
     sample(1, 2147483647, 2);
-    kept->flush();
-    const std::string all = head() + "1,0,40\r\n3,1,-7\r\n2,2,2147483647\r\n";
+    kept->pause();
+    const std::string all = head + "1,0,40\r\n3,1,-7\r\n2,2,2147483647\r\n";
     EXPECT_EQ(content(), all) << "a paused run goes on";
-
     kept->setSaved();
     kept->pause();
-    EXPECT_TRUE(files().empty());
+    EXPECT_EQ(content(), "");
     begin();
     EXPECT_EQ(content(), all) << "a new one begins with all";
+    kept->pause();
+    EXPECT_EQ(content(), "") << "nothing came after the log";
 }
 
 TEST_F(KeptRunsTest, ARunThatIsOnIsNotOffered)
@@ -162,7 +110,7 @@ TEST_F(KeptRunsTest, ARunThatIsOnIsNotOffered)
     begin();
     sample(0, 40, 0);
     kept->flush();
-    KeptRuns other(runs, dateText); // of another program
+    KeptRuns other = make(); // of another program
     EXPECT_FALSE(kept->takeCutOff() || other.takeCutOff());
     EXPECT_TRUE(kept->list().empty() && other.list().empty());
 }
@@ -175,102 +123,65 @@ TEST_F(KeptRunsTest, BringsBackALongRunAsItWas)
     for (std::int32_t i = 0; i < 10000; ++i)
         sample(i % 3 == 0 ? 0 : 1, i, 600 + i);
     kept->leave();
-    ASSERT_EQ(texts(), std::vector<std::string>{"1700000000123   drive (16000 samples in 2:56:39)"});
+    ASSERT_EQ(listed(), "then   Car (16000 samples in 2:56:39)\n");
     const KeptRun run = KeptRuns::load(kept->list().at(0));
     EXPECT_EQ(run.firstStart, start);
-    EXPECT_EQ(run.design.title, "drive");
-    EXPECT_EQ(run.design.events[2].code, "010C");
+    EXPECT_EQ(headText(run.design, start), head);
     EXPECT_TRUE(dumpOf(run.samples) == dumpOf(store));
-}
-
-TEST_F(KeptRunsTest, ARecoveredRunBecomesALogUnlessItsUserStopsThat)
-{
-    for (std::int32_t i = 0; i < 20000; ++i)
-        store.add(0, i, i);
-    begin();
-    kept->leave();
-    ScriptedPrompts prompts;
-    ScriptedDialogs dialogs;
-    ProgramValues values;
-    std::string status;
-    RunFiles runFiles(
-        {prompts, values, *kept, dateText, [&status](const std::string& text) { status = text; }});
-    const std::string path = folder.path("some.log");
-    ASSERT_EQ(runFiles.save({design, store, start}, RunFiles::Kind::log, path), "");
-    const std::string whole = contents(path);
-    prompts.stopsWork = true;
-    design.title = "other";
-    EXPECT_EQ(runFiles.save({design, store, start}, RunFiles::Kind::log, path), "");
-    EXPECT_EQ(status, "Saving log to some.log was stopped");
-    runFiles.recover(dialogs);
-    EXPECT_EQ(contents(path), whole);
-
-    prompts.stopsWork = false;
-    prompts.chosen = 0;
-    dialogs.chosen = path;
-    runFiles.recover(dialogs);
-    EXPECT_TRUE(contents(path) == whole);
-    EXPECT_TRUE(files().empty());
 }
 
 TEST_F(KeptRunsTest, TellsOnceOfEachCrash)
 {
-    keepRun("left", 9);
-    begin();
-    kept->flush();
-    restart();
-    EXPECT_FALSE(kept->takeCutOff()) << "the one was left, the other had no sample";
-
-    keepRun("cut", 10, false);
+    leaveFile("left", 9, "1,1,1\r\nleft\r\n");
+    leaveFile("empty", 8, "");
+    EXPECT_FALSE(kept->takeCutOff()) << "the one was left, the other has no sample";
+    leaveFile("cut", 10, "1,1,1\r\n1,99,12"); // in the middle of a line
     EXPECT_TRUE(kept->takeCutOff());
     EXPECT_FALSE(kept->takeCutOff());
-    EXPECT_EQ(texts(), (std::vector<std::string>{"1700000000123   left (1 sample in 0:01)",
-                                                 "1700000000123   cut (1 sample in 0:01, cut off)"}))
+    EXPECT_EQ(listed(), "then   left (1 sample in 0:01)\nthen   cut (1 sample in 0:01, cut off)\n")
         << "the time of a file stays";
 }
 
 TEST_F(KeptRunsTest, ReadsWhatIsWholeOfADamagedFile)
 {
-    const std::string whole = head() + "1,1,5\r\n2,1,6\r\n";
-    EXPECT_EQ(loaded(head() + "1,1,5\n1,2,6\n"), "1=5 2=6 ");
+    const std::string path = runs + "/damaged.run";
+    const auto loaded = [&](const std::string& lines) {
+        leaveFile("damaged", 0, lines);
+        return dumpOf(KeptRuns::load({path, ""}).samples);
+    };
+    const std::string two = "-1,1,0\r\n0,5,1\r\n-1,2,0\r\n0,6,1\r\n";
+    EXPECT_EQ(loaded("1,1,5\n2,1,6\n"), two);
     for (const std::string& end : {std::string("1,2,7"), std::string("1,2\r\n1,9,9\r\n"),
                                    std::string("4,2,3\r\n1,9,9\r\n"), std::string(1'000'000, '1')})
-        EXPECT_EQ(loaded(whole + end), "1=5 1=6 ") << end.substr(0, 20);
-    const std::string why =
-        failureOf<FileError>([&] { loaded("drive\r\n|-1\r\nEOP - end of Parms\r\nsoon\r\n"); });
-    EXPECT_EQ(why, "\"" + folder.path("some.run") + "\" can't be read: the time of its start is missing");
-
-    keepRun("good", 1);
-    folder.write(runs + "/empty.run", "");
-    folder.write(runs + "/noSamples.run", head());
-    folder.write(runs + "/other.obc", whole);
-    fs::create_directories(utf8Path(runs + "/folder.run"));
-    EXPECT_FALSE(kept->takeCutOff()) << "nothing of them can be brought back";
-    EXPECT_EQ(texts().size(), 1U);
+        EXPECT_EQ(loaded("1,1,5\r\n2,1,6\r\n" + end), two) << end.substr(0, 20);
+    TemporaryFolder::write(path, "Car\r\n|-1\r\nEOP - end of Parms\r\nsoon\r\n");
+    EXPECT_EQ(failureOf<FileError>([&] {
+                  KeptRuns::load({path, ""});
+              }),
+              "\"" + path + "\" can't be read: the time of its start is missing");
+    EXPECT_EQ(listed(), "");
 }
 
 TEST_F(KeptRunsTest, KeepsTheLastTenOfSoMuchAndThoseThatWereCutOffLonger)
 {
-    keepRun("crash", 30, false);
+    leaveFile("crash", 30, "1,1,1\r\n");
     for (int age = 12; age > 0; --age)
-        keepRun("t" + std::to_string(age), age);
-    EXPECT_EQ(files().size(), 10);
-    EXPECT_NE(texts().front().find("t1 (1 sample"), std::string::npos);
-    EXPECT_NE(texts().back().find("crash (1 sample"), std::string::npos);
-
-    const auto size = fs::file_size(utf8Path(files().at(0)));
-    kept.emplace(runs, dateText, 3 * size + size / 2);
-    keepRun("t0", 0);
-    EXPECT_EQ(files().size(), 3);
-    kept.emplace(runs, dateText, size / 2);
-    EXPECT_FALSE(kept->takeCutOff());
-    EXPECT_EQ(texts(), std::vector<std::string>{"1700000000123   t0 (1 sample in 0:01)"})
-        << "crashes alone don't fill the disk; the newest stays whatever its size";
+        leaveFile("t" + std::to_string(age), age, "1,1,1\r\nleft\r\n");
+    kept->leave();
+    const auto count = [this] { return kept->list().size(); };
+    EXPECT_EQ(count(), 10U);
+    EXPECT_TRUE(listed().starts_with("then   t1 (1 sample in 0:01)\n"));
+    EXPECT_TRUE(listed().ends_with("then   crash (1 sample in 0:01, cut off)\n"));
+    for (const auto& [mostBytes, files] : {std::pair(3 * head.size() + 100, 3U), {head.size() / 2, 1U}}) {
+        kept.emplace(make(mostBytes));
+        kept->leave();
+        EXPECT_EQ(count(), files) << "the newest stays whatever its size";
+    }
 }
 
 TEST_F(KeptRunsTest, SaysWhenNothingCanBeKept)
 {
-    folder.write(runs, "no folder");
+    TemporaryFolder::write(runs, "no folder");
     begin();
     EXPECT_TRUE(kept->failure().starts_with("The folder \"" + runs + "\" can't be made: "));
     EXPECT_FALSE(kept->takeCutOff());
@@ -282,16 +193,14 @@ TEST_F(KeptRunsTest, SaysWhenNothingCanBeKept)
     kept->flush();
     EXPECT_NE(kept->failure().find(".run\" can't be written: "), std::string::npos) << kept->failure();
     begin();
-    EXPECT_EQ(content(), head() + "1,1,1\r\n") << "it begins anew";
+    EXPECT_EQ(content(), head + "1,1,1\r\n") << "it begins anew";
 }
 
 #ifdef __unix__
 TEST_F(KeptRunsTest, StopsWhenTheDiskIsFull)
 {
     begin();
-    sample(0, 1, 1);
-    kept->flush();
-    const std::size_t room = head().size() + 1001;
+    const std::size_t room = head.size() + 1001;
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
     const rlimit limit{.rlim_cur = room, .rlim_max = before.rlim_max};
@@ -302,13 +211,11 @@ TEST_F(KeptRunsTest, StopsWhenTheDiskIsFull)
     const std::string why = kept->failure();
     setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, handler);
-    EXPECT_TRUE(why.ends_with(".run\" can't be written: File too large"))
-        << "found out while samples came: " << why;
+    EXPECT_TRUE(why.ends_with(".run\" can't be written: File too large")) << "while samples came: " << why;
     EXPECT_EQ(content().size(), room) << "what has gone out stays";
     begin();
     kept->leave();
-    EXPECT_EQ(texts(), std::vector<std::string>{"1700000000123   drive (10001 samples in 0:02)"})
-        << "in place of the one that failed";
+    EXPECT_EQ(listed(), "then   Car (10000 samples in 0:02)\n") << "in place of the one that failed";
 }
 #endif
 
