@@ -12,7 +12,9 @@ endif()
 
 if(ZINT_SANITIZE)
   target_compile_options(zint_options INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+    # In the tests' own code these checks take a fifth of the compiler's time; a null pointer ends it all the same.
+    $<$<BOOL:$<TARGET_PROPERTY:ZINT_TEST_CODE>>:-fno-sanitize=null,alignment,vptr>)
   target_link_options(zint_options INTERFACE -fsanitize=address,undefined)
 endif()
 

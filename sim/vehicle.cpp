@@ -251,6 +251,7 @@ Messages Vehicle::clearCodes(MessageView request)
 }
 
 /// Where the number comes in several messages, type 01 tells in how many.
+// NOLINTNEXTLINE(readability-make-member-function-const): a service like the others
 Messages Vehicle::vehicleInformation(MessageView request)
 {
     constexpr std::uint8_t mode = positiveAnswer(0x09);
