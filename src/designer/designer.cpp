@@ -1,6 +1,5 @@
 #include "designer/designer.h"
 
-#include "catalogue/designFile.h"
 #include "designer/initCommands.h"
 #include "designer/loopOffsets.h"
 #include "designer/pollCost.h"
@@ -17,16 +16,8 @@
 namespace zint {
 namespace {
 
-const FileKinds openKinds{.extension = "obc",
-                          .filter = "OBD2 config files (*.obc)|*.obc|Zint log files (*.log)|*.log|" +
-                                    textFileKinds.filter};
-const FileKinds saveKinds{.extension = "obc",
-                          .filter = "OBD2 config files (*.obc)|*.obc|" + textFileKinds.filter};
-
 constexpr const char* neverPolledText =
     "This design has events that are never polled (grey). Set how often, then Goto Polling.";
-
-bool isLog(const std::string& path) { return upperCase(path).ends_with(".LOG"); }
 
 } // namespace
 
@@ -39,8 +30,8 @@ TooManyEvents::TooManyEvents(std::size_t count)
 Designer::Designer(SerialPort& port, Timer& timer, Timer& silence, const ConnectionChoice& choice,
                    Design& design, Prompts& prompts, FileDialogs& dialogs, ProgramValues& values,
                    KeptDesigns& kept)
-    : check_(port, timer, silence, choice, prompts), design_(design), prompts_(prompts), dialogs_(dialogs),
-      values_(values), kept_(kept), bitsPerSecond_(choice.bitsPerSecond)
+    : check_(port, timer, silence, choice, prompts), files_(prompts, dialogs, values, kept), design_(design),
+      prompts_(prompts), values_(values), bitsPerSecond_(choice.bitsPerSecond)
 {
     check_.onChanged = [this] {
         panel_.statusBox = check_.status();
@@ -52,16 +43,11 @@ Designer::Designer(SerialPort& port, Timer& timer, Timer& silence, const Connect
 void Designer::load()
 {
     const bool isPollingWanted = std::exchange(values_.isPollingWanted, false);
-    const std::string ownFile = values_.mayOverwriteSave ? values_.parmSave : "";
-    beginWithDesign();
-    if (design_.isCommitted()) {
-        nameFile(ownFile);
-        if (kept_.resume(draft()))
-            unsaved_.beginUnsaved();
-    } else if (fileExists(values_.parmSave)) {
-        loadFile(values_.parmSave);
+    if (!design_.isCommitted() && fileExists(values_.parmSave)) {
+        openFile(values_.parmSave);
     } else {
-        nameFile(ownFile); // saving makes it anew
+        showWithoutHistory(design_);
+        files_.resume(design_);
     }
     if (!isPollingWanted)
         panel_.statusBox = summary();
@@ -69,164 +55,112 @@ void Designer::load()
         panel_.statusBox = summary() + " - press Goto Polling";
     else
         panel_.statusBox = neverPolledText;
-    changed();
+    edited();
 }
+
+void Designer::tellLoadFailure() { files_.tellLoadFailure(); }
 
 void Designer::unload()
 {
     check_.close();
-    kept_.leave();
+    files_.leave();
 }
 
 void Designer::newDesign()
 {
     loadDefaultDesign(design_);
-    beginWithDesign();
-    values_.mayOverwriteSave = false; // the file that was open before is another design's
-    nameFile({});
-    changed();
+    showWithoutHistory(design_);
+    files_.begin(design_);
+    edited();
 }
 
 void Designer::open()
 {
-    const std::string path = dialogs_.chooseToOpen(
-        openKinds, values_.isFolderRemembered ? values_.parmInitDir : values_.sampleFolder);
+    const std::string path = files_.chooseToOpen();
     if (path.empty())
         return;
-    if (!isSample(path))
-        values_.rememberFolderOf(path); // nobody's own files belong among the samples
-    loadFile(path);
-    changed();
+    openFile(path);
+    edited();
     tellLoadFailure();
+}
+
+/// Shows a file's design, or the built-in one in place of a file that can't be read.
+void Designer::openFile(const std::string& path)
+{
+    const std::optional<Design> loaded = files_.load(path);
+    design_ = loaded.value_or(Design());
+    if (!loaded)
+        loadDefaultDesign(design_);
+    showWithoutHistory(design_);
+    files_.begin(design_, loaded ? path : "");
+    panel_.statusBox = loaded ? fileNamePart(path) + " loaded" : "Default values loaded";
 }
 
 void Designer::recover()
 {
-    const auto chosen = chooseToRecover(prompts_, kept_.list(draft()), "design");
-    if (!chosen)
+    const std::optional<Design> recovered = files_.recover(draft());
+    if (!recovered)
         return;
-    const Design draft = kept_.bringBack(*chosen);
-    design_ = draft;
-    design_.events.resize(std::min(draft.events.size(), Design::maxEvents));
-    showWithoutHistory();
-    panel_.obdGrid = draft.events;
-    unsaved_.beginUnsaved();
-    values_.mayOverwriteSave = false;
-    nameFile({});
+    design_ = *recovered;
+    design_.events.resize(std::min(design_.events.size(), Design::maxEvents)); // the grid has them all
+    showWithoutHistory(*recovered);
     panel_.statusBox = summary() + " recovered";
-    changed();
+    edited();
 }
 
-void Designer::save() { saveFile(values_.parmSave.empty() || !values_.mayOverwriteSave); }
+void Designer::save() { saveFile(values_.designPath().empty()); }
 
 void Designer::saveAs() { saveFile(true); }
 
 void Designer::saveFile(bool asking)
 {
-    Design design = committed();
-    const std::string path =
-        asking ? dialogs_.chooseToSave(saveKinds, values_.parmInitDir, proposedName()) : values_.parmSave;
+    const Design design = committed();
+    const std::string path = asking ? files_.chooseToSave() : values_.designPath();
     if (path.empty())
         return;
-    write(path, design);
-    if (asking)
-        values_.rememberFolderOf(path);
-    design_ = std::move(design);
-    rebuild();
-    unsaved_.saved(draft());
-    values_.mayOverwriteSave = true;
-    nameFile(path);
-    panel_.statusBox = panel_.fileLab + " saved";
-    changed();
-}
-
-/// @throws FileError when that fails; the status says so too, for the box about it is soon gone
-void Designer::write(const std::string& path, const Design& design)
-{
     try {
-        saveDesign(path, design);
-    } catch (const FileError&) {
+        files_.save(design, path);
+    } catch (const FileError&) { // the status says so too, for the box about it is soon gone
         panel_.statusBox = fileNamePart(path) + " not saved";
         changed();
         throw;
     }
-}
-
-/// The name under which the design is offered to be saved. A log's is its own, but as a design.
-std::string Designer::proposedName() const
-{
-    return isLog(panel_.fileLab) ? utf8Text(utf8Path(panel_.fileLab).replace_extension("obc"))
-                                 : panel_.fileLab;
-}
-
-/// Shows which file the design is from, and saves to it from now on if it may be overwritten.
-void Designer::nameFile(const std::string& path)
-{
-    panel_.filePath = path;
-    panel_.fileLab = fileNamePart(path);
-    if (path.empty() || !values_.mayOverwriteSave)
-        return;
-    values_.parmSave = path;
-    values_.parmSaveFile = panel_.fileLab;
-}
-
-void Designer::loadFile(const std::string& path)
-{
-    const std::string name = fileNamePart(path);
-    try {
-        design_ = loadDesign(path);
-    } catch (const std::exception& error) { // whatever is wrong with the file, the default takes its place
-        loadFailure_ = {.file = name, .reason = error.what()};
-        loadDefaultDesign(design_);
-        design_.sampleSpeed = Design::defaultSpeed;
-        beginWithDesign();
-        values_.mayOverwriteSave = false; // the file that was open before is whole
-        nameFile({});
-        panel_.statusBox = "Default values loaded";
-        return;
-    }
-    beginWithDesign();
-    values_.mayOverwriteSave = !isLog(path) && !isSample(path); // these only lend their design
-    nameFile(path);
-    panel_.statusBox = name + " loaded";
-}
-
-void Designer::tellLoadFailure()
-{
-    if (const auto failure = std::exchange(loadFailure_, std::nullopt))
-        prompts_.message("Error loading file" + failure->file, {}, failure->reason);
-}
-
-bool Designer::isSample(const std::string& path) const
-{
-    return !values_.sampleFolder.empty() && utf8Path(path).parent_path() == utf8Path(values_.sampleFolder);
+    if (asking)
+        values_.rememberFolderOf(path);
+    showCommitted(design);
+    panel_.statusBox = fileNamePart(path) + " saved";
+    edited();
 }
 
 void Designer::setTitle(const std::string& title)
 {
     panel_.pollTitle = title;
-    changed();
+    edited();
+}
+
+/// @return the rows of before
+GridRows Designer::replaceRows(GridRows rows)
+{
+    std::swap(rows, panel_.obdGrid);
+    panel_.sorting.reset();
+    if (rows.size() != panel_.obdGrid.size())
+        panel_.statusBox = summary();
+    return rows;
 }
 
 /// Changes the grid, which can be undone.
 void Designer::changeRows(const std::function<void(GridRows&)>& change)
 {
-    GridRows before = panel_.obdGrid;
-    GridRows edited = before;
-    change(edited);
-    panel_.obdGrid = std::move(edited);
-    if (panel_.obdGrid.size() != before.size())
-        panel_.statusBox = summary();
-    if (panel_.obdGrid != before) {
-        history_.remember(std::move(before));
-        panel_.sorting.reset();
-    }
+    GridRows rows = panel_.obdGrid;
+    change(rows);
+    if (rows != panel_.obdGrid)
+        history_.remember(replaceRows(std::move(rows)));
 }
 
 void Designer::edit(const std::function<void(GridRows&)>& change)
 {
     changeRows(change);
-    changed();
+    edited();
 }
 
 void Designer::setCell(std::size_t row, GridColumn column, std::string_view text)
@@ -262,7 +196,7 @@ void Designer::sortBy(GridColumn column)
     const GridSorting sorting{.column = column, .descending = panel_.sorting == ascending};
     changeRows([&](GridRows& rows) { sortRows(rows, sorting); });
     panel_.sorting = sorting;
-    changed();
+    edited();
 }
 
 void Designer::undo() { step(&GridHistory::undo); }
@@ -271,12 +205,10 @@ void Designer::redo() { step(&GridHistory::redo); }
 
 void Designer::step(void (GridHistory::*direction)(GridRows&))
 {
-    const std::size_t before = panel_.obdGrid.size();
-    (history_.*direction)(panel_.obdGrid);
-    if (panel_.obdGrid.size() != before)
-        panel_.statusBox = summary();
-    panel_.sorting.reset();
-    changed();
+    GridRows rows = panel_.obdGrid;
+    (history_.*direction)(rows);
+    replaceRows(std::move(rows));
+    edited();
 }
 
 void Designer::disableAll()
@@ -299,15 +231,14 @@ bool Designer::addNew()
     const std::string& code = panel_.obdGrid.back().code;
     if (!isHexadecimal(code))
         panel_.statusBox = code + " is no hexadecimal number; it is sent as it is";
-    changed();
+    edited();
     return true;
 }
 
 void Designer::commit()
 {
-    design_ = committed();
-    rebuild();
-    changed();
+    showCommitted(committed());
+    edited();
 }
 
 void Designer::askInitSequence()
@@ -320,14 +251,14 @@ void Designer::askInitSequence()
     }
     design_.extraCommands = checked.commands;
     panel_.pollPrefix = checked.commands;
-    changed();
+    edited();
 }
 
 void Designer::clickAutoSpeed(bool checked)
 {
     design_.sampleSpeed = checked ? SampleSpeed() : Design::defaultSpeed;
     showSpeed();
-    changed();
+    edited();
 }
 
 void Designer::movePollSpeed(int position)
@@ -339,10 +270,10 @@ void Designer::movePollSpeed(int position)
 
 void Designer::calculateOffsets()
 {
-    design_ = committed();
-    spreadOffsets(design_);
-    rebuild();
-    changed();
+    Design design = committed();
+    spreadOffsets(design);
+    showCommitted(design);
+    edited();
 }
 
 void Designer::showTimeline()
@@ -354,22 +285,28 @@ void Designer::showTimeline()
     prompts_.message(text);
 }
 
-/// Shows the design in the grid; that can be undone.
-void Designer::rebuild()
+/// Takes a committed design over and shows it; the grid's rows of before can be brought back by undoing.
+void Designer::showCommitted(const Design& design)
 {
-    changeRows([this](GridRows& rows) { rows = design_.events; });
-    panel_.pollTitle = design_.title;
-    ++panel_.rebuilds;
-    panel_.statusBox = summary();
+    design_ = design;
+    showRows(design);
 }
 
-/// Shows the design with all that belongs to it; there is nothing to undo then.
-void Designer::showWithoutHistory()
+/// Shows a design that has come in, with all that belongs to it; there is nothing to undo then.
+void Designer::showWithoutHistory(const Design& design)
 {
-    rebuild();
+    showRows(design);
     history_.forget();
-    panel_.pollPrefix = design_.extraCommands;
+    panel_.pollPrefix = design.extraCommands;
     showSpeed();
+}
+
+void Designer::showRows(const Design& design)
+{
+    changeRows([&design](GridRows& rows) { rows = design.events; });
+    panel_.pollTitle = design.title;
+    ++panel_.rebuilds;
+    panel_.statusBox = summary();
 }
 
 void Designer::showSpeed()
@@ -379,13 +316,6 @@ void Designer::showSpeed()
     panel_.pollSpeed.enabled = speed.has_value();
     panel_.pollSpeed.value = static_cast<int>(speed.value_or(Design::defaultSpeed).count());
     panel_.sampleDsp = speedText(speed);
-}
-
-/// Shows a design that has come in. What was in the grid before stays kept if it was not saved.
-void Designer::beginWithDesign()
-{
-    showWithoutHistory();
-    unsaved_.begin(draft());
 }
 
 Design Designer::draft() const
@@ -407,15 +337,6 @@ Design Designer::committed() const
 }
 
 std::string Designer::summary() const { return summaryOf(draft()); }
-
-void Designer::keepUnsaved()
-{
-    try {
-        unsaved_.follow(draft());
-    } catch (const FileError& error) {
-        panel_.statusBox = std::string("Unsaved changes can't be kept: ") + error.what();
-    }
-}
 
 void Designer::verifySupport() { check_.begin(); }
 
@@ -441,10 +362,22 @@ void Designer::showStatistics()
     prompts_.message(check_.counterLine() + "\r\n\r\nSupport check: " + check, "Piolum Stats");
 }
 
+/// Keeps what was edited for the case of a crash, and shows it.
+void Designer::edited()
+{
+    try {
+        files_.keep(draft());
+    } catch (const FileError& error) {
+        panel_.statusBox = std::string("Unsaved changes can't be kept: ") + error.what();
+    }
+    changed();
+}
+
 void Designer::changed()
 {
-    keepUnsaved();
-    panel_.isModified = unsaved_.isModified(draft());
+    panel_.filePath = files_.path();
+    panel_.fileLab = fileNamePart(panel_.filePath);
+    panel_.isModified = files_.isModified(draft());
     panel_.labelStats = check_.counterLine();
     panel_.costLab = pollCost(panel_.obdGrid, design_.sampleSpeed, bitsPerSecond_, values_.requestSeconds);
     panel_.canUndo = history_.canUndo();

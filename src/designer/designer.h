@@ -1,16 +1,12 @@
 #pragma once
 
+#include "designer/designFileKeeper.h"
 #include "designer/designerPanel.h"
 #include "designer/gridEditing.h"
 #include "designer/supportCheck.h"
-#include "designer/unsavedDesign.h"
-#include "shared/fileDialogs.h"
-#include "shared/programValues.h"
-#include "shared/prompts.h"
 
 #include <cstddef>
 #include <functional>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -84,41 +80,30 @@ public:
     std::function<void()> onChanged; ///< called after each event that may have changed the panel
 
 private:
-    struct LoadFailure {
-        std::string file;
-        std::string reason;
-    };
-
-    bool isSample(const std::string& path) const;
-    void nameFile(const std::string& path);
-    std::string proposedName() const;
-    void loadFile(const std::string& path);
-    void beginWithDesign();
-    void keepUnsaved();
+    void openFile(const std::string& path);
     void saveFile(bool asking);
-    void write(const std::string& path, const Design& committed);
     Design committed() const;
     std::string summary() const;
+    GridRows replaceRows(GridRows rows);
     void changeRows(const std::function<void(GridRows&)>& change);
     void edit(const std::function<void(GridRows&)>& change);
     void step(void (GridHistory::*direction)(GridRows&));
-    void rebuild();
-    void showWithoutHistory();
+    void showCommitted(const Design& design);
+    void showWithoutHistory(const Design& design);
+    void showRows(const Design& design);
     void showSpeed();
     std::string disableUnsupported(const std::string& bits);
+    void edited();
     void changed();
 
     SupportCheck check_;
+    DesignFileKeeper files_;
     Design& design_;
     Prompts& prompts_;
-    FileDialogs& dialogs_;
     ProgramValues& values_;
-    KeptDesigns& kept_;
-    UnsavedDesign unsaved_{kept_};
     DesignerPanel panel_;
     GridHistory history_;
-    std::optional<LoadFailure> loadFailure_; ///< until it was told
-    std::string lastCheck_;                  ///< how many events it has disabled; empty before there was one
+    std::string lastCheck_; ///< how many events it has disabled; empty before there was one
     int bitsPerSecond_;
 };
 

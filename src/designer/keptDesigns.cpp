@@ -16,8 +16,6 @@
 namespace zint {
 namespace {
 
-constexpr std::size_t mostKept = 10;
-
 Design loadDraft(const std::string& path)
 {
     Design draft;
@@ -38,9 +36,9 @@ std::optional<Design> tryToLoad(const std::string& path)
 
 } // namespace
 
-KeptDesigns::KeptDesigns(std::string folder,
+KeptDesigns::KeptDesigns(const std::string& userDataFolder,
                          std::function<std::string(std::chrono::system_clock::time_point)> dateText)
-    : files_(std::move(folder), ".obc", mostKept), dateText_(std::move(dateText))
+    : files_(userDataFolder, keptKinds::designs), dateText_(std::move(dateText))
 {
 }
 

@@ -16,8 +16,9 @@ namespace zint {
 /// events: polled or not, and of any number.
 class KeptDesigns {
 public:
-    /// @param folder is made when it is needed. @param dateText writes a time as the user reads it
-    KeptDesigns(std::string folder,
+    /// @param userDataFolder gets a folder for them when it is needed. @param dateText writes a time as the
+    /// user reads it
+    KeptDesigns(const std::string& userDataFolder,
                 std::function<std::string(std::chrono::system_clock::time_point)> dateText);
 
     /// Keeps the design that is being edited, in place of what was kept of it before.

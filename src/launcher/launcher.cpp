@@ -39,15 +39,13 @@ constexpr std::array<SavedValue, 6> savedValues = {{
 /// What a tool keeps of the user's work while it is not saved.
 struct KeptWork {
     Tool tool;
-    const char* folder;
-    const char* extension;
-    std::size_t most; ///< as many as the tool offers
+    KeptKind kind;
     const char* name;
 };
 
 constexpr std::array<KeptWork, 2> keptWork = {{
-    {Tool::pollDesigner, "/designs", ".obc", 10, "Polling Designer: "},
-    {Tool::pollRunner, "/runs", ".run", 10, "Poll Data: "},
+    {Tool::pollDesigner, keptKinds::designs, "Polling Designer: "},
+    {Tool::pollRunner, keptKinds::runs, "Poll Data: "},
 }};
 
 constexpr const char* speedHintText = "Most USB and Bluetooth adapters: 38400";
@@ -229,7 +227,7 @@ std::optional<Tool> Launcher::offerUnsavedWork(std::chrono::system_clock::time_p
     std::vector<std::string> lines;
     std::vector<Tool> tools;
     for (const KeptWork& work : keptWork) {
-        auto files = KeptFiles(system_.userDataFolder + work.folder, work.extension, work.most).newestFirst();
+        auto files = KeptFiles(system_.userDataFolder, work.kind).newestFirst();
         std::erase_if(files, [since](const KeptFiles::File& file) { return file.changed < since; });
         if (files.empty())
             continue;

@@ -25,6 +25,19 @@ struct KeptEntry {
 std::optional<KeptEntry> chooseToRecover(Prompts& prompts, const std::vector<KeptEntry>& entries,
                                          const std::string& what);
 
+/// Where a tool keeps its user's work: a folder in the user's data folder, and how many files of which
+/// extension are kept there.
+struct KeptKind {
+    const char* folder;
+    const char* extension;
+    std::size_t most;
+};
+
+namespace keptKinds {
+inline constexpr KeptKind designs{.folder = "/designs", .extension = ".obc", .most = 10};
+inline constexpr KeptKind runs{.folder = "/runs", .extension = ".run", .most = 10};
+} // namespace keptKinds
+
 /// A folder of files that keep what the user has not saved, until there are newer ones. Paths are UTF-8.
 ///
 /// A file that a running program goes on writing is locked by it (FileLock). It is none of those that are
@@ -43,6 +56,11 @@ public:
     /// @param most how many are kept. @param mostBytes that they may have together
     KeptFiles(std::string folder, std::string extension, std::size_t most,
               std::uintmax_t mostBytes = anySize);
+
+    KeptFiles(const std::string& userDataFolder, const KeptKind& kind)
+        : KeptFiles(userDataFolder + kind.folder, kind.extension, kind.most)
+    {
+    }
 
     /// The files, at most `most`, the newest first. A folder that can't be read has none.
     std::vector<File> newestFirst() const;

@@ -25,13 +25,16 @@ struct ProgramValues {
 
     // What is not saved.
     bool isFolderRemembered = true; ///< whether the user chose parmInitDir, as opposed to a default
-    bool mayOverwriteSave = true;   ///< whether parmSave is the present design's; else saving asks for a name
+    bool mayOverwriteSave = true;   ///< whether parmSave is the present design's own file
     bool isPollingWanted = false;   ///< whether the designer opens in place of the runner
     double requestSeconds = 0;      ///< that a request took in the last run; 0 before there was one
     std::string sampleFolder;       ///< the designs that come with the program
     std::string descriptionsFile;   ///< the code descriptions that come with the program
     std::string browserPath;        ///< the program that opens web pages; empty when none was found
     std::string lastFailureText;    ///< the last reply that was no monitor status, or the time-out's text
+
+    /// The present design's own file. Empty: saving asks for a name.
+    std::string designPath() const { return mayOverwriteSave ? parmSave : std::string(); }
 
     /// Lets the file dialogs start where a file was chosen.
     void rememberFolderOf(const std::string& path)

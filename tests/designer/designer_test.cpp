@@ -23,7 +23,7 @@ struct DesignerTest : testing::Test {
     ScriptedDialogs dialogs;
     ProgramValues values{.parmInitDir = "/start"};
     Design design;
-    KeptDesigns kept{folder.path("kept"), [](auto) { return "today"; }};
+    KeptDesigns kept{folder.path(), [](auto) { return "today"; }};
     std::optional<Designer> designer;
 
     DesignerTest()
@@ -65,7 +65,7 @@ struct DesignerTest : testing::Test {
 
     std::ptrdiff_t keptFiles() const
     {
-        return std::ranges::count_if(std::filesystem::directory_iterator(utf8Path(folder.path("kept"))),
+        return std::ranges::count_if(std::filesystem::directory_iterator(utf8Path(folder.path("designs"))),
                                      [](const auto& entry) { return entry.path().extension() == ".obc"; });
     }
 };
@@ -201,12 +201,12 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
     designer->recover();
     EXPECT_EQ(prompts.takeMessage(), "There is no unsaved design to recover.");
     designer->commit();
-    EXPECT_FALSE(fileExists(folder.path("kept"))) << "nothing of the default is lost";
+    EXPECT_FALSE(fileExists(folder.path("designs"))) << "nothing of the default is lost";
 
     designer->setCell(0, GridColumn::frequency, "0");
     designer->setTitle("left");
     EXPECT_EQ(keptFiles(), 1) << "a crash may come at any time";
-    KeptDesigns elsewhere(folder.path("kept"), [](auto) { return "today"; }); // of another program
+    KeptDesigns elsewhere(folder.path(), [](auto) { return "today"; }); // of another program
     EXPECT_TRUE(elsewhere.list({}).empty()) << "this one is being edited";
     leaveAndComeBack();
     prompts.typed = "ATH1";
@@ -245,7 +245,7 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
 
 TEST_F(DesignerTest, SaysWhenNothingCanBeKept)
 {
-    folder.write(folder.path("kept"), "no folder");
+    folder.write(folder.path("designs"), "no folder");
     designer->setTitle("x");
     EXPECT_TRUE(panel().statusBox.starts_with("Unsaved changes can't be kept: ")) << panel().statusBox;
 }

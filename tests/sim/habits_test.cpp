@@ -73,7 +73,7 @@ std::string supportCheck(Rig& rig)
 {
     Design design;
     loadDefaultDesign(design);
-    KeptDesigns kept{rig.folder.path("designs"), [](auto) { return "today"; }};
+    KeptDesigns kept{rig.folder.path(), [](auto) { return "today"; }};
     Designer designer(rig.port, rig.timer, rig.silence, {}, design, rig.prompts, rig.dialogs, rig.values,
                       kept);
     designer.load();

@@ -6,6 +6,8 @@
 #include <QMimeData>
 #include <QPalette>
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace zint {
@@ -31,21 +33,38 @@ GridModel::GridModel(Designer& designer, std::function<bool(const Edit&)> enter)
 bool GridModel::refresh()
 {
     const DesignerPanel& panel = designer_.panel();
-    const GridRows& rows = panel.obdGrid;
-    if (panel.rebuilds != rebuilds_ || rows.size() != rows_.size()) {
+    if (std::exchange(rebuilds_, panel.rebuilds) != panel.rebuilds) {
         beginResetModel();
-        rows_ = rows;
+        rows_ = panel.obdGrid;
         endResetModel();
-        return std::exchange(rebuilds_, panel.rebuilds) != panel.rebuilds;
+        return true;
     }
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (rows_[i] == rows[i])
+    takeRowCount(panel.obdGrid);
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        if (rows_[i] == panel.obdGrid[i])
             continue;
-        rows_[i] = rows[i];
+        rows_[i] = panel.obdGrid[i];
         const auto row = static_cast<int>(i);
         Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
     }
     return false;
+}
+
+/// Adds or removes rows where the first difference is.
+void GridModel::takeRowCount(const GridRows& rows)
+{
+    const auto difference = std::ranges::mismatch(rows_, rows).in1;
+    const auto first = static_cast<int>(difference - rows_.begin());
+    const auto more = std::ssize(rows) - std::ssize(rows_);
+    if (more > 0) {
+        beginInsertRows({}, first, first + static_cast<int>(more) - 1);
+        rows_.insert(difference, rows.begin() + first, rows.begin() + first + more);
+        endInsertRows();
+    } else if (more < 0) {
+        beginRemoveRows({}, first, first - static_cast<int>(more) - 1);
+        rows_.erase(difference, difference - more);
+        endRemoveRows();
+    }
 }
 
 int GridModel::rowCount(const QModelIndex& parent) const

@@ -45,6 +45,8 @@ Q_SIGNALS:
     void rowMoved(int row); ///< to where it was dropped
 
 private:
+    void takeRowCount(const GridRows& rows);
+
     Designer& designer_;
     std::function<bool(const Edit&)> enter_;
     GridRows rows_;         ///< as shown

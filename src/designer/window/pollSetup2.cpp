@@ -23,7 +23,7 @@ namespace zint {
 pollSetup2::pollSetup2(ToolContext& context)
     : toolForm(context, "docpldsn2"), ui(std::make_unique<Ui::pollSetup2>()),
       MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()), silence_(gate()),
-      CommonDialog1(*this), kept_(context.userDataFolder + "/designs", dateText),
+      CommonDialog1(*this), kept_(context.userDataFolder, dateText),
       designer_(*MSComm1, Timer1, silence_, context.shell.connection(), context.design, prompts(),
                 CommonDialog1, context.values, kept_),
       grid_(std::make_unique<GridModel>(designer_,
@@ -310,16 +310,11 @@ void pollSetup2::paint()
     showGrid();
 }
 
-/// A rebuilt grid has its first cell as the current one; otherwise the row that took the place of the current
-/// one is.
+/// A rebuilt grid has its first cell as the current one.
 void pollSetup2::showGrid()
 {
-    const QModelIndex before = ui->obdGrid->currentIndex();
-    const bool isRebuilt = grid_->refresh();
-    if (!ui->obdGrid->currentIndex().isValid() && grid_->rowCount() > 0) {
-        const int row = isRebuilt ? 0 : std::clamp(before.row(), 0, grid_->rowCount() - 1);
-        ui->obdGrid->setCurrentIndex(grid_->index(row, isRebuilt ? 0 : std::max(before.column(), 0)));
-    }
+    if (grid_->refresh() || !ui->obdGrid->currentIndex().isValid())
+        ui->obdGrid->setCurrentIndex(grid_->index(0, 0));
     const auto& sorting = designer_.panel().sorting;
     ui->obdGrid->horizontalHeader()->setSortIndicator(sorting ? static_cast<int>(sorting->column) : -1,
                                                       sorting && sorting->descending ? Qt::DescendingOrder
