@@ -18,17 +18,14 @@ TEST(ConversionTest, ShowsValueAndUnit)
               "|100 ? ?|39.21%|-21.875%|60C|140F|25rpm|100kph|62.15mph|27.778m/s|100kPa|750Torr|14.5psi|"
               "29.53inHg||-14Deg|0v|39.21%|1gm/sec|300kPaG|43.5psiG|&H64 |A:?????? B:?????? |"
               "14.2gm/sec|10.468524ml/sec|9.9557692928644gal/hour||");
-    struct Row {
-        std::int32_t conversion;
-        std::int32_t raw;
-        const char* shown;
-    };
-    for (const Row& row : {Row{1, 255, "100%"}, Row{1, 128, "50.19%"}, Row{2, 128, "0%"}, Row{3, 0, "-40C"},
-                           Row{4, 3, "-34.6F"}, Row{5, 8000, "2000rpm"}, Row{5, -5, "-1rpm"},
-                           Row{7, 90, "55.935mph"}, Row{15, 0x5A80, "0.45v"}, Row{16, 0x5A80, "50.19%"},
-                           Row{16, -1, "-0.39%"}, Row{17, 6904, "69.04gm/sec"}, Row{20, 0, "&H0 "},
-                           Row{20, -1, "&HFFFFFFFF "}, Row{24, 7, "0.696903850500508gal/hour"}})
-        EXPECT_EQ(displayText(row.conversion, row.raw), row.shown) << row.conversion << " of " << row.raw;
+    constexpr std::int32_t rows[][2] = {{1, 255}, {1, 128}, {2, 128},     {3, 0},       {4, 3},   {5, 8000},
+                                        {5, -5},  {7, 90},  {15, 0x5A80}, {16, 0x5A80}, {16, -1}, {17, 6904},
+                                        {20, 0},  {20, -1}, {24, 7}}; // conversion, raw value
+    std::string atLimits;
+    for (const auto& [conversion, raw] : rows)
+        atLimits += displayText(conversion, raw) + "|";
+    EXPECT_EQ(atLimits, "100%|50.19%|0%|-40C|-34.6F|2000rpm|-1rpm|55.935mph|0.45v|50.19%|-0.39%|69.04gm/sec|"
+                        "&H0 |&HFFFFFFFF |0.696903850500508gal/hour|");
 }
 
 TEST(ConversionTest, AnOverflowIsAnErrorAndNeverWraps)
@@ -45,7 +42,8 @@ TEST(ConversionTest, AnOverflowIsAnErrorAndNeverWraps)
 TEST(ConversionTest, TellsNumbersForDrawing)
 {
     EXPECT_DOUBLE_EQ(convertedNumber(4, 3).value_or(0), -34.6);
-    EXPECT_DOUBLE_EQ(convertedNumber(5, 8000).value_or(0), 2000);
+    for (const std::int32_t conversion : {0, 6, 20})
+        EXPECT_EQ(convertedNumber(conversion, 8000), 8000) << conversion;
     for (const std::int32_t conversion : {13, 21, 25, -1})
         EXPECT_FALSE(convertedNumber(conversion, 1)) << conversion;
 }

@@ -1,9 +1,5 @@
 #include "catalogue/designFile.h"
 #include "designer/gridEditing.h"
-#include "designer/initCommands.h"
-#include "designer/sampleSpeed.h"
-#include "designer/supportReply.h"
-#include "shared/module1.h"
 #include "shared/runTimeError.h"
 
 #include <gtest/gtest.h>
@@ -66,18 +62,20 @@ TEST(GridEditingTest, MovesAndSortsRows)
     GridRows rows;
     for (const auto& [code, frequency] : {std::pair{"c", 10}, {"A", 9}, {"b", 100}, {"d", 9}})
         rows.push_back({.code = code, .frequency = frequency});
-    shiftRow(rows, 0, 3);
-    EXPECT_EQ(codesOf(rows), "Abcd");
-    shiftRow(rows, 3, 0);
-    EXPECT_EQ(codesOf(rows), "dAbc");
-    shiftRow(rows, 1, 4);
-    EXPECT_EQ(codesOf(rows), "dbcA");
-    sortRows(rows, {GridColumn::frequency, false});
-    EXPECT_EQ(codesOf(rows), "dAcb") << "as numbers, and stable";
-    sortRows(rows, {GridColumn::frequency, true});
-    EXPECT_EQ(codesOf(rows), "bcdA");
-    sortRows(rows, {GridColumn::code, false});
-    EXPECT_EQ(codesOf(rows), "Abcd") << "without regard to case";
+    std::string orders;
+    for (const auto& [from, to] : {std::pair{0U, 3U}, {3U, 0U}, {1U, 4U}}) {
+        shiftRow(rows, from, to);
+        orders += codesOf(rows) + " ";
+    }
+    EXPECT_EQ(orders, "Abcd dAbc dbcA ");
+    orders.clear();
+    for (const GridSorting by : {GridSorting{GridColumn::frequency, false}, // as numbers, and stable
+                                 {GridColumn::frequency, true},
+                                 {GridColumn::code, false}}) { // without regard to case
+        sortRows(rows, by);
+        orders += codesOf(rows) + " ";
+    }
+    EXPECT_EQ(orders, "dAcb bcdA Abcd ");
 }
 
 TEST(GridEditingTest, AddsRequestsOfTheCatalogueWithNameAndUnit)
@@ -91,32 +89,6 @@ TEST(GridEditingTest, AddsRequestsOfTheCatalogueWithNameAndUnit)
     EXPECT_THROW(addRow(rows, "a|b"), NotStorable);
     EXPECT_TRUE(isHexadecimal("22 f190ffffffff"));
     EXPECT_FALSE(isHexadecimal("zzz"));
-}
-
-TEST(SupportReplyTest, LooksBitsUpInItsOwnOrder)
-{
-    const std::string_view reply = "41 00 BE 1F A8 13 \r41 00 00 00 00 00 \r\r>";
-    EXPECT_EQ(supportData(reply), "BE 1F A8 13 ");
-    const std::string bits = hexToBits(supportData(reply));
-    for (const char* supported : {"010C", "0105", "0120", "01", "01xx", "0904", "2101", "01FFFFFFFFFF"})
-        EXPECT_FALSE(isUnsupported(supported, bits)) << supported;
-    EXPECT_TRUE(isUnsupported("0104", bits));
-}
-
-TEST(PollPreparationTest, ChecksExtraCommandsAndRoundsTheSpeed)
-{
-    EXPECT_EQ(checkInitCommands("at").commands, "AT");
-    for (const char* taken : {"ATH1", "ATSH 81 10 F1;ATZ", ""})
-        EXPECT_EQ(checkInitCommands(taken).complaint, "");
-    EXPECT_EQ(checkInitCommands("SH 81 10 F1").complaint, "Error - commands must begin with AT");
-    for (const char* command : {"ATZ", "ATE1", "ATL1", "ATD", "ATRV", "ATPC", "ATM0"})
-        EXPECT_EQ(checkInitCommands(command).complaint,
-                  std::string(command) + " would interfere will ability to recognize poll data");
-    EXPECT_TRUE(
-        checkInitCommands("ATH1;AT\xC3\xA4").complaint.ends_with("plain letters, digits and signs only"));
-    for (const auto& [position, rounded] :
-         {std::pair{200, 200}, {201, 200}, {202, 200}, {203, 204}, {206, 208}, {4, 4}, {1020, 1020}})
-        EXPECT_EQ(roundedSpeed(position), rounded) << position;
 }
 
 } // namespace

@@ -1,26 +1,27 @@
 #include "designer/designDifference.h"
 #include "designer/designPrintout.h"
+#include "designer/initCommands.h"
 #include "designer/pollCost.h"
+#include "designer/sampleSpeed.h"
 
 #include <gtest/gtest.h>
 
 namespace zint {
 namespace {
 
-TEST(DesignPrintoutTest, TellsFileCommandsAndSpeedAndEscapesTexts)
+TEST(DesignTextsTest, ThePrintoutTellsFileCommandsAndSpeedAndEscapesTexts)
 {
     const Design design{
         .title = "A & B", .events = {{"0105", "<hot>"}}, .extraCommands = "ATH1", .sampleSpeed = {}};
+    const std::string page = designPrintout(design, "a<b.obc", "Monday");
     EXPECT_TRUE(
-        designPrintout(design, "a<b.obc", "Monday")
-            .starts_with("<h2>Polling Design</h2><p><b>A &amp; B</b><br>a&lt;b.obc<br>Monday<br>"
+        page.starts_with("<h2>Polling Design</h2><p><b>A &amp; B</b><br>a&lt;b.obc<br>Monday<br>"
                          "&nbsp;&nbsp;&nbsp;Sample Speed: Dynamic<br>&nbsp;&nbsp;&nbsp;Init Commands: "
                          "ATH1</p><table cellpadding=\"3\"><tr><th align=\"left\">Code</th>"));
-    EXPECT_NE(designPrintout(design, "", "").find("<tr><td>0105</td><td>&lt;hot&gt;</td>"),
-              std::string::npos);
+    EXPECT_NE(page.find("<tr><td>0105</td><td>&lt;hot&gt;</td>"), std::string::npos);
 }
 
-TEST(DesignDifferenceTest, NamesWhatTellsTwoDesignsApart)
+TEST(DesignTextsTest, TheDifferenceNamesWhatTellsTwoDesignsApart)
 {
     const Design from{.events = {{"0105", "a"}, {"0106", "b"}, {"0107", "c"}}};
     Design design = from;
@@ -35,7 +36,7 @@ TEST(DesignDifferenceTest, NamesWhatTellsTwoDesignsApart)
               "other rows: 0105 a, 0106 b and 1 more; no init commands");
 }
 
-TEST(PollCostTest, TellsRequestsAndSecondsOfAPass)
+TEST(DesignTextsTest, TheCostIsThatOfALoop)
 {
     GridRows rows{{.frequency = 2}, {.frequency = 2}, {.frequency = 0}};
     EXPECT_EQ(pollCost(rows, Design::defaultSpeed, 9600), "About 1 request per pass, at most 0.22 s");
@@ -44,6 +45,27 @@ TEST(PollCostTest, TellsRequestsAndSecondsOfAPass)
               "About 0.8 requests per pass, at most 0.08 s; as fast as the last run, 0.04 s");
     EXPECT_EQ(pollCost({{.frequency = 1800}}, std::chrono::milliseconds(1020), 9600),
               "Less than 0.1 requests per pass, less than 0.01 s");
+}
+
+TEST(DesignTextsTest, InitCommandsThatInterfereAreRefused)
+{
+    EXPECT_EQ(checkInitCommands("at").commands, "AT");
+    for (const char* taken : {"ATH1", "ATSH 81 10 F1;ATZ", ""})
+        EXPECT_EQ(checkInitCommands(taken).complaint, "");
+    EXPECT_EQ(checkInitCommands("SH 81 10 F1").complaint, "Error - commands must begin with AT");
+    for (const char* command : {"ATZ", "ATE1", "ATL1", "ATD", "ATRV", "ATPC", "ATM0"})
+        EXPECT_EQ(checkInitCommands(command).complaint,
+                  std::string(command) + " would interfere will ability to recognize poll data");
+    EXPECT_TRUE(
+        checkInitCommands("ATH1;AT\xC3\xA4").complaint.ends_with("plain letters, digits and signs only"));
+}
+
+TEST(DesignTextsTest, AHalfOfTheSlidersUnitGoesToTheEvenMultiple)
+{
+    std::string rounded;
+    for (const int position : {200, 201, 202, 203, 206, 4, 1020})
+        rounded += speedText(std::chrono::milliseconds(roundedSpeed(position))) + " ";
+    EXPECT_EQ(rounded, "200ms 200ms 200ms 204ms 208ms 4ms 1020ms ");
 }
 
 } // namespace
