@@ -22,11 +22,11 @@ constexpr const char* clearQuestion = "Clearing the OBD will erase all diagnosti
 constexpr std::string_view statusReplyStart = "41 01 ";
 
 /// What could not be used, in one line; empty when nothing came.
-std::string answerText(const std::string& notice, std::string_view reply)
+std::string answerText(const std::string& announcement, std::string_view reply)
 {
     std::vector<std::string_view> lines = linesOf(reply);
-    if (!notice.empty())
-        lines.insert(lines.begin(), notice);
+    if (!announcement.empty())
+        lines.insert(lines.begin(), announcement);
     std::string text;
     for (const std::string_view line : lines)
         text += (text.empty() ? "The adapter answered: " : " / ") + std::string(line);
@@ -190,7 +190,7 @@ void CodesExchange::evaluateStatus(std::string_view reply)
     if (!reply.starts_with(statusReplyStart)) {
         prompts_.message("Please try again, ignition must be ON.  "
                          "If ignition is ON, see fails-to-connect under Help.",
-                         {}, answerText(link_.notice(), reply));
+                         {}, answerText(link_.announcement(), reply));
         values_.lastFailureText = reply;
         fail();
         return;

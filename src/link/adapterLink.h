@@ -26,7 +26,7 @@ class AdapterLink {
 public:
     static constexpr std::string_view resetCommand = "ATZ";
 
-    /// Why the last exchange failed, when it was for the time-out.
+    /// What a user may report of a time-out.
     static constexpr std::string_view timeoutText = "Timeout responding to ATZ";
 
     static constexpr std::string_view notRespondingText =
@@ -42,7 +42,7 @@ public:
         /// The adapter is reset and its echo is off: time for the first request.
         virtual void linkReady() = 0;
 
-        /// A complete reply, prompt included, or a group, see Delivery. It is valid during the call only.
+        /// A complete reply, prompt included, or a group: see Delivery. It is valid during the call only.
         virtual void linkReply(std::string_view reply) = 0;
 
         /// Received characters have been dealt with, whether they completed a reply or not, and the counters
@@ -59,26 +59,26 @@ public:
         /// open.
         virtual void linkTimedOut() = 0;
 
-        /// The device vanished; the error is counted, the status says so, the timer is stopped and the port
-        /// closed.
+        /// The device has vanished; the error is counted, the status says so, the timer is stopped and the
+        /// port closed.
         virtual void linkLost() = 0;
 
     protected:
         ~Listener() = default;
     };
 
-    /// What the listener gets once the adapter is ready.
+    /// What linkReply() gets.
     enum class Delivery {
-        replies, ///< complete ones, that begin with their data: see ReplyBuffer
-        groups,  ///< what is received, as it comes; the answers while opening whole, but as they came, too
+        replies, ///< complete replies that begin with their data, see ReplyBuffer
+        groups,  ///< each group as the port delivers it, see ReceiveGroups
     };
 
     /// Sets the port up for the chosen connection; does not open it.
     AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener,
                 Delivery delivery = Delivery::replies);
 
-    /// Lets the status tell from now on that nothing arrives though something was asked; what arrives takes
-    /// that back. @param silence outlives the link, which has it for itself
+    /// Adds to the status when nothing has arrived for 10 s though something was asked, until something
+    /// arrives. @param silence outlives the link, which has it for itself
     void watchSilence(Timer& silence);
 
     /// What the time-out guards: the reset's answer alone, or all answers up to close(), for an exchange that
@@ -101,15 +101,16 @@ public:
     /// Whether the opening is over, and the adapter takes what the tool sends.
     bool isReady() const { return isOpen() && state_ == State::ready; }
 
-    /// What the adapter answered last while opening, prompt included.
+    /// The whole answer to the reset in linkReset(), to the echo-off in linkReady(); prompt included.
     const std::string& openingAnswer() const { return openingAnswer_; }
 
-    /// Bytes 00 are dropped as noise; up to the next opening they are not any more.
+    /// Leaves bytes 00 in the groups up to the next opening; else they are dropped, for some adapters mix
+    /// them in.
     void keepNulBytes() { dropsNulBytes_ = false; }
 
-    /// The line in which the adapter told, in front of the reply given last, that it looked for the vehicle,
-    /// such as "BUS INIT: ...ERROR"; empty when there was none.
-    const std::string& notice() const { return buffer_.notice(); }
+    /// The line that the adapter sent in front of the data of the last reply, such as "BUS INIT: ...ERROR";
+    /// empty when there was none.
+    const std::string& announcement() const { return buffer_.announcement(); }
 
     /// What a user who gets no answer to the reset should look at.
     std::string timeoutReason() const;

@@ -6,7 +6,7 @@
 namespace zint {
 namespace {
 
-bool isNotice(std::string_view line)
+bool isAnnouncement(std::string_view line)
 {
     return line.starts_with("BUS INIT") || line.starts_with("SEARCHING...");
 }
@@ -16,19 +16,19 @@ bool isNotice(std::string_view line)
 void ReplyBuffer::append(std::string_view received)
 {
     if (text_.empty())
-        notice_.clear();
+        announcement_.clear();
     text_ += received;
     if (!dropsFront_)
         return;
     dropFiller();
-    if (!isNotice(text_) || text_.find(prompt) == std::string::npos)
+    if (!isAnnouncement(text_) || text_.find(prompt) == std::string::npos)
         return;
     auto lineEnd = text_.find('\n');
     if (lineEnd == std::string::npos)
         lineEnd = text_.find('\r');
     if (lineEnd == std::string::npos)
         return;
-    notice_ = text_.substr(0, std::min(text_.find('\r'), lineEnd));
+    announcement_ = text_.substr(0, std::min(text_.find('\r'), lineEnd));
     text_.erase(0, lineEnd + 1);
     dropFiller();
 }
@@ -51,7 +51,7 @@ bool ReplyBuffer::isText(std::string_view received)
 void ReplyBuffer::clear()
 {
     text_.clear();
-    notice_.clear();
+    announcement_.clear();
 }
 
 } // namespace zint

@@ -9,11 +9,12 @@ namespace zint {
 /// Collects received text into replies. A reply is complete when the prompt ">" is the last character
 /// received; text comes in pieces of any size. A prompt with something behind it completes nothing.
 ///
-/// A reply begins with its data: line ends and blanks in front of it are dropped, and so is a first line in
-/// which the adapter reports that it had to find or to wake the vehicle ("SEARCHING...", "BUS INIT: ...OK").
+/// A reply begins with its data: line ends and blanks in front of it are dropped, and so is the announcement,
+/// a first line in which the adapter says that it had to find or to wake the vehicle: "SEARCHING...",
+/// "BUS INIT: ...OK".
 class ReplyBuffer {
 public:
-    /// @param dropsFront else a reply stays as it was received
+    /// @param dropsFront false: replies stay as they were received
     explicit ReplyBuffer(bool dropsFront = true) : dropsFront_(dropsFront) {}
 
     static constexpr char prompt = '>';
@@ -21,16 +22,16 @@ public:
     /// What belongs to nothing in front of a reply and behind a prompt. Some adapters send bytes 00, too.
     static constexpr std::string_view filler{"\r\n \0", 4};
 
-    /// Adds received text. A notice is dropped once the prompt has come: up to the first line feed, or up to
-    /// the first carriage return when there is no line feed.
+    /// Adds received text. An announcement is dropped once the prompt has come: up to the first line feed, or
+    /// up to the first carriage return when there is no line feed.
     void append(std::string_view received);
 
     /// @return the complete reply, prompt included, which then leaves the buffer; nothing while it is
     /// incomplete
     std::optional<std::string> takeReply();
 
-    /// The notice that the reply taken last began with, without its line end; empty when it had none.
-    const std::string& notice() const { return notice_; }
+    /// The announcement that the reply taken last began with, without its line end; empty when it had none.
+    const std::string& announcement() const { return announcement_; }
 
     /// Whether something is text, as adapters send it. A wrong speed makes noise of it.
     static bool isText(std::string_view received);
@@ -45,7 +46,7 @@ private:
 
     bool dropsFront_;
     std::string text_;
-    std::string notice_;
+    std::string announcement_;
 };
 
 } // namespace zint

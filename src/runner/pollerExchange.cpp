@@ -68,7 +68,7 @@ void Poller::takeReply(std::string_view reply)
         sendRequest();
     const auto value = pollValue(reply);
     state_.sinceStart.watch.take(design_.events[answered].code,
-                                 reply.starts_with(ReplyBuffer::prompt) ? link_.notice() : reply,
+                                 reply.starts_with(ReplyBuffer::prompt) ? link_.announcement() : reply,
                                  value.has_value(), now());
     if (value) {
         store(answered, *value);

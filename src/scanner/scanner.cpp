@@ -233,7 +233,7 @@ void Scanner::takeReply(std::string_view reply)
     sendNext(); // the adapter works while the reply is looked at
     ScanReply found = classify(reply, answered.expectedPrefix);
     if (found.kind == ScanReply::Kind::invalid && found.data.empty())
-        found.data = link_.notice(); // all that was said, such as "BUS INIT: ...ERROR"
+        found.data = link_.announcement(); // all that was said, such as "BUS INIT: ...ERROR"
     counts_.noData += found.kind == Kind::noData ? 1 : 0;
     counts_.invalid += found.kind == Kind::invalid ? 1 : 0;
     counts_.zero += found.kind == Kind::valid && found.value == 0 ? 1 : 0;

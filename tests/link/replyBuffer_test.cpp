@@ -48,14 +48,14 @@ TEST(ReplyBufferTest, CompletesReplies)
     }
 }
 
-TEST(ReplyBufferTest, KeepsTheNoticeOfAReplyUntilTheNextBegins)
+TEST(ReplyBufferTest, KeepsTheAnnouncementOfAReplyUntilTheNextBegins)
 {
     ReplyBuffer buffer;
     buffer.append("BUS INIT: ...ERROR\r\n\r\n>");
     EXPECT_EQ(buffer.takeReply(), ">");
-    EXPECT_EQ(buffer.notice(), "BUS INIT: ...ERROR");
+    EXPECT_EQ(buffer.announcement(), "BUS INIT: ...ERROR");
     buffer.append("41 \r>");
-    EXPECT_EQ(buffer.notice(), "");
+    EXPECT_EQ(buffer.announcement(), "");
 }
 
 } // namespace
