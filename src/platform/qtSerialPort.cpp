@@ -115,8 +115,8 @@ void QtSerialPort::takeArrived()
     const QByteArray bytes = port_.readAll();
     const std::string_view text(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     unanswered_ = std::max<std::ptrdiff_t>(unanswered_ - count(text, ReplyBuffer::prompt), 0);
-    lineFreeAt_ =
-        {}; // whoever answers has got what was written; many adapters are faster than their line's speed says
+    // Whoever answers has got what was written; many adapters are faster than their line's speed says.
+    lineFreeAt_ = {};
     if (closing_)
         return;
     groups_.append(text);

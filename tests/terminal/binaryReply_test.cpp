@@ -47,7 +47,8 @@ TEST_F(BinaryReplyTest, ShowsBytesByTheOptions)
 
 TEST_F(TerminalTest, TakesBytesAndSendsAgainAtEachPromptThatIsNoData)
 {
-    for (const char* reply : {"\x05\x41", "?no", "\x03\x41\x01>>"}) { // the first two cut off by closing
+    for (const std::string& reply : {std::string("\x05\x41"), std::string("?no"),
+                                     std::string("\x04\x41\x01\0>>", 6)}) { // two are cut off by closing
         getReady();
         terminal.expectBinaryReplies();
         send("ATPD", {"ELM\r", "\n v1>"});
@@ -67,7 +68,8 @@ TEST_F(TerminalTest, TakesBytesAndSendsAgainAtEachPromptThatIsNoData)
         send("0101", {reply});
         toggle("ATD");
     }
-    EXPECT_EQ(box.shown, ">0101  3E \r\n") << "the byte of the prompt's value, at its place in the data";
+    EXPECT_EQ(box.shown, ">0101  0 3E \r\n")
+        << "also the byte of the prompt's value, at its place in the data";
 }
 
 } // namespace

@@ -143,12 +143,7 @@ TEST_F(TerminalTest, SendsAgainAsSoonAsTheAdapterIsReady)
     EXPECT_EQ(status(), "4 In 3 second(s) (1.33)");
     EXPECT_TRUE(face().ends_with("|Send Repeatedly|send "));
     adapter.receive("41 0C \r\r>"); // to the last one; nothing follows
-}
 
-TEST_F(TerminalTest, SendsAgainAtAPromptOfAnyLine)
-{
-    getReady();
-    terminal.setCommand("010C");
     adapter.expect("010C\r").pieces = {"SEARCHING...\r", "41 0C \r", ">", "\r\n41 0C \r"}; // a late prompt
     adapter.expect("\r");
     terminal.pressRepeatCom();
