@@ -4,38 +4,38 @@
 #include "runner/keptRuns.h"
 #include "sim/pseudoTerminal.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <regex>
-#include <sstream>
 
 namespace zint {
 namespace {
 
-std::size_t fileCount(const std::string& folder)
+std::ptrdiff_t fileCount(const std::string& folder)
 {
     std::error_code missing;
     const std::filesystem::directory_iterator files(utf8Path(folder), missing);
-    return missing ? 0 : static_cast<std::size_t>(std::distance(begin(files), end(files)));
+    return missing ? 0 : std::distance(begin(files), end(files));
 }
 
 class PollEndToEnd : public testing::Test {
 protected:
-    PollEndToEnd() { TemporaryFolder::write(design, fixedDesign); }
+    PollEndToEnd() { TemporaryFolder::write(folder.path("fixed.obc"), fixedDesign); }
 
-    QStringList pollArguments(const Simulator& simulator, const char* options) const
+    /// A command line; names with an extension are those of files in the test's folder.
+    QStringList arguments(const std::string& line) const
     {
-        return words("poll --port") + QStringList{simulator.path(), QString::fromStdString(design)} +
-               words(options);
+        QStringList found = words(line.c_str());
+        for (QString& word : found)
+            word = word.contains(u'.') ? QString::fromStdString(folder.path(word.toStdString())) : word;
+        return found;
     }
 
-    QStringList fileArguments() const
+    QStringList polling(const Simulator& simulator, const std::string& options) const
     {
-        return {QStringLiteral("--log"), QString::fromStdString(log), QStringLiteral("--export"),
-                QString::fromStdString(table)};
+        return arguments("poll fixed.obc --port " + simulator.path().toStdString() + " " + options);
     }
 
     static std::string runsOf(const ZintObd& program)
@@ -49,17 +49,17 @@ protected:
         return QTest::qWaitFor([&] { return fileCount(runsOf(program)) > 1; }, patienceMs);
     }
 
+    std::string content(const char* name) const { return contents(folder.path(name)); }
+
     TemporaryFolder folder;
-    std::string design = folder.path("fixed.obc");
-    std::string log = folder.path("run.log");
-    std::string table = folder.path("run.txt");
+    const std::string files = " --log run.log --export run.txt";
 };
 
 TEST_F(PollEndToEnd, WritesWhatTheVehicleSent)
 {
     const Simulator simulator("--latency 0 --no-announcement");
     const auto started = std::chrono::system_clock::now();
-    ZintObd program(pollArguments(simulator, "--loops 4") + fileArguments());
+    ZintObd program(polling(simulator, "--loops 4" + files));
     const Outcome run = program.wait();
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_EQ(run.errors, "");
@@ -72,22 +72,17 @@ TEST_F(PollEndToEnd, WritesWhatTheVehicleSent)
                                                           "Barometer  99kPa        4       99kPa  99kPa\n"
                                                           "OBD type     &H1        2  &HFFFFFFFF    &H1\n"
                                                           "Not There      -        0           -      -\n");
-    expectFourLoops(contents(log), contents(table), started);
-    EXPECT_EQ(fileCount(runsOf(program)), 0U) << "what is saved needs no recovery";
-
-    const std::string again = folder.path("again.txt");
-    const Outcome turned =
-        runZint({QStringLiteral("export"), QString::fromStdString(log), QString::fromStdString(again)});
-    EXPECT_EQ(turned.status, 0) << turned.errors;
-    EXPECT_EQ(contents(again), contents(table));
+    expectFourLoops(content("run.log"), content("run.txt"), started);
+    EXPECT_EQ(fileCount(runsOf(program)), 0) << "what is saved needs no recovery";
+    EXPECT_EQ(runZint(arguments("export run.log again.txt")).status, 0);
+    EXPECT_EQ(content("again.txt"), content("run.txt"));
 }
 
 TEST_F(PollEndToEnd, EndsWhenItsTimeIsOverOrItIsAskedTo)
 {
     for (const int signal : {0, SIGINT, SIGTERM, SIGHUP}) {
         const Simulator simulator("--latency 0");
-        ZintObd program(pollArguments(simulator, signal == 0 ? "--seconds 1" : "--seconds 100") +
-                        fileArguments());
+        ZintObd program(polling(simulator, (signal == 0 ? "--seconds 1" : "--seconds 100") + files));
         if (signal != 0) {
             ASSERT_TRUE(isSampling(program));
             program.send(signal);
@@ -95,30 +90,25 @@ TEST_F(PollEndToEnd, EndsWhenItsTimeIsOverOrItIsAskedTo)
         const Outcome run = program.wait();
         EXPECT_EQ(run.status, 0) << run.errors;
         EXPECT_TRUE(signal != 0 || run.output.find(" 1 sec, ") != std::string::npos) << run.output;
-        EXPECT_NE(contents(log).find("\r\n##2\r\n"), std::string::npos);
-        EXPECT_TRUE(fileExists(table));
-        for (const std::string& path : {log, table})
-            std::filesystem::remove(path);
+        EXPECT_NE(content("run.log").find("\r\n##2\r\n"), std::string::npos);
+        EXPECT_NE(content("run.txt"), "");
+        std::filesystem::remove(folder.path("run.log"));
+        std::filesystem::remove(folder.path("run.txt"));
     }
 }
 
 TEST_F(PollEndToEnd, EndsAtOnceWhenAskedTwice)
 {
     const Simulator simulator("--latency 2");
-    ZintObd program(pollArguments(simulator, "--loops 100000") + fileArguments());
+    ZintObd program(polling(simulator, "--loops 100000" + files));
     ASSERT_TRUE(isSampling(program));
-    program.send(SIGSTOP); // so that both are there before it can do anything about the first
-    program.send(SIGINT);
-    program.send(SIGTERM);
-    program.send(SIGCONT);
+    for (const int signal : {SIGSTOP, SIGINT, SIGTERM, SIGCONT}) // both are there before it can do anything
+        program.send(signal);
     EXPECT_EQ(program.wait().status, -1);
-    EXPECT_FALSE(fileExists(log));
-
+    EXPECT_EQ(content("run.log"), "");
     const KeptRuns kept(runsOf(program), [](auto) { return "then"; });
     ASSERT_EQ(kept.list().size(), 1U) << "it can be recovered";
-    const KeptRun run = KeptRuns::load(kept.list().front());
-    EXPECT_EQ(run.design.title, "Fixed Values");
-    EXPECT_FALSE(run.samples.isEmpty());
+    EXPECT_FALSE(KeptRuns::load(kept.list().front()).samples.isEmpty());
 }
 
 TEST_F(PollEndToEnd, FailuresSayWhyAndKeepWhatThereIs)
@@ -136,66 +126,59 @@ TEST_F(PollEndToEnd, FailuresSayWhyAndKeepWhatThereIs)
         {"--no-announcement --silent-after 6", "--timeout 1", "the adapter has not answered within", true},
     };
     for (const auto& [simulator, program, complaint, isSampled] : rows) {
-        TemporaryFolder::write(log, "from before");
-        expectFailure(runZint(pollArguments(Simulator(simulator), program) + fileArguments()), complaint);
-        EXPECT_EQ(contents(log).find("\r\n##2\r\n") != std::string::npos, isSampled) << simulator;
-        EXPECT_EQ(contents(log) == "from before", !isSampled) << simulator;
-        EXPECT_EQ(fileExists(table), isSampled) << simulator;
-        std::filesystem::remove(table);
+        TemporaryFolder::write(folder.path("run.log"), "from before");
+        expectFailure(runZint(polling(Simulator(simulator), program + files)), complaint);
+        EXPECT_EQ(content("run.log").find("\r\n##2\r\n") != std::string::npos, isSampled) << simulator;
+        EXPECT_EQ(content("run.log") == "from before", !isSampled) << simulator;
+        EXPECT_EQ(content("run.txt") != "", isSampled) << simulator;
+        std::filesystem::remove(folder.path("run.txt"));
     }
 }
 
 TEST_F(PollEndToEnd, FilesThatCantBeReadOrWrittenAreTold)
 {
     const Simulator simulator("--latency 2");
-    const auto refused = [&](const QStringList& arguments, const char* reason) {
-        const Outcome run = runZint(arguments);
-        expectFailure(run, reason);
-        EXPECT_EQ(run.output, "");
+    TemporaryFolder::write(folder.path("bad.obc"), "title\r\n|fast\r\n");
+    const std::pair<QStringList, const char*> rows[] = {
+        {polling(simulator, "--log none/run.log"), "none/run.log\" can't be written: No such"},
+        {arguments("poll none.obc"), "can't be read: No such"},
+        {arguments("poll bad.obc"), "bad.obc\" is no polling design: Type mismatch"},
+        {arguments("export bad.obc run.txt"), "bad.obc\": This is no whole data log, line 2: "},
     };
-    const QString missing = QString::fromStdString(folder.path("none/run"));
-    refused(pollArguments(simulator, "--log") + QStringList{missing}, "none/run\" can't be written: No such");
-    refused(words("poll") + QStringList{missing}, "can't be read: No such");
-    const QString bad = QString::fromStdString(folder.path("bad"));
-    TemporaryFolder::write(folder.path("bad"), "title\r\n|fast\r\n");
-    refused(words("poll") + QStringList{bad}, "bad\" is no polling design: Type mismatch");
-    refused(words("export") + QStringList{bad, QString::fromStdString(table)},
-            "bad\": This is no whole data log, line 2: ");
-    EXPECT_FALSE(fileExists(table));
-
-    const TemporaryFolder other; // goes away while the run is on; the other file must be written all the same
-    ZintObd program(pollArguments(simulator, "--loops 100000 --log") +
-                    QStringList{QString::fromStdString(other.path("run.log")), QStringLiteral("--export"),
-                                QString::fromStdString(table)});
+    for (const auto& [command, reason] : rows) {
+        const Outcome run = runZint(command);
+        expectFailure(run, reason);
+        EXPECT_EQ(run.output + content("run.txt"), "");
+    }
+    std::filesystem::create_directory(folder.path("gone")); // goes away while the run is on
+    ZintObd program(polling(simulator, "--loops 100000 --log gone/run.log --export run.txt"));
     ASSERT_TRUE(isSampling(program));
-    std::filesystem::remove_all(other.path());
+    std::filesystem::remove_all(folder.path("gone"));
     program.send(SIGINT);
     expectFailure(program.wait(), "run.log\" can't be written");
-    EXPECT_TRUE(fileExists(table));
-    EXPECT_EQ(fileCount(runsOf(program)), 1U) << "it can be recovered";
+    EXPECT_NE(content("run.txt"), "") << "the other file is written all the same";
+    EXPECT_EQ(fileCount(runsOf(program)), 1) << "it can be recovered";
 }
 
 TEST_F(PollEndToEnd, TellsThatRepliesDoNotMatchTheRequests)
 {
     const std::string fixed = fixedDesign;
-    TemporaryFolder::write(design, "Headers on\r\nATH1" + fixed.substr(fixed.find('|')));
-    expectFailure(runZint(pollArguments(Simulator("--no-announcement"), "--loops 9")),
+    TemporaryFolder::write(folder.path("fixed.obc"), "Headers on\r\nATH1" + fixed.substr(fixed.find('|')));
+    expectFailure(runZint(polling(Simulator("--no-announcement"), "--loops 9")),
                   "Replies do not match the requests: stop and start again");
 }
 
 TEST_F(PollEndToEnd, ATerminalShowsTheProgress)
 {
     const Simulator simulator("--latency 5");
-    for (const char* options : {"--seconds 1", "--loops 9 --quiet"}) {
+    for (const char* const options : {"--seconds 1", "--loops 9 --quiet"}) {
         PseudoTerminal terminal;
-        ZintObd program(pollArguments(simulator, options), {}, QString::fromStdString(terminal.path()));
-        EXPECT_EQ(program.wait().status, 0) << options;
+        ZintObd program(polling(simulator, options), {}, QString::fromStdString(terminal.path()));
+        EXPECT_EQ(program.wait().status, 0);
+        const std::regex progress(R"((\r[0-9]+%, [0-9]+ Loops(, [0-9:]+ left)? *)+\r *\r|())");
         const std::string shown = terminal.read();
-        const std::regex progress(R"((\r[0-9]+%, [0-9]+ Loops(, [0-9:]+ left)? *)+\r *\r)");
-        if (std::string_view(options).ends_with("quiet"))
-            EXPECT_EQ(shown, "");
-        else
-            EXPECT_TRUE(std::regex_match(shown, progress)) << options << shown;
+        EXPECT_TRUE(std::regex_match(shown, progress)) << shown;
+        EXPECT_EQ(shown.empty(), std::string_view(options).ends_with("quiet"));
     }
 }
 

@@ -151,7 +151,7 @@ TEST_F(KeptRunsTest, ReadsWhatIsWholeOfADamagedFile)
     };
     const std::string two = "-1,1,0\r\n0,5,1\r\n-1,2,0\r\n0,6,1\r\n";
     EXPECT_EQ(loaded("1,1,5\n2,1,6\n"), two);
-    for (const std::string& end : {std::string("1,2,7"), std::string("1,2\r\n1,9,9\r\n"),
+    for (const std::string& end : {std::string("1,2,77"), std::string("1,2\r\n1,9,9\r\n"),
                                    std::string("4,2,3\r\n1,9,9\r\n"), std::string(1'000'000, '1')})
         EXPECT_EQ(loaded("1,1,5\r\n2,1,6\r\n" + end), two) << end.substr(0, 20);
     TemporaryFolder::write(path, "Car\r\n|-1\r\nEOP - end of Parms\r\nsoon\r\n");

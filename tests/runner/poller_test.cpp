@@ -134,6 +134,7 @@ TEST_F(PollerTest, WantsAResetWhenAllLoopsAreOver)
     EXPECT_EQ(prompts.takeMessage(), "All samples filled, reset values before polling again");
     poller->resetValues();
     EXPECT_TRUE(poller->samples().isEmpty());
+    EXPECT_EQ(poller->loopCount(), 0);
     EXPECT_EQ(panel().ProgressBar1.value, 0);
     EXPECT_EQ(panel().statusBox, "Values reset. The unsaved run is under Recover Unsaved Run...");
 }
@@ -340,17 +341,22 @@ TEST_F(PollerTest, TellsWhatIsAgainstAStart)
 
 TEST_F(PollerTest, KeepsWhatIsNotSavedWithItsStart)
 {
+    const std::string keptFolder = folder.path("kept");
     clock.date += 1h;
     start({{"010C", "41 0C 00 04 \r\r>"}, {"010C", ""}});
     EXPECT_EQ(poller->save(RunFiles::Kind::log, folder.path("a.log")), "");
     EXPECT_EQ(panel().statusBox, "a.log log saved");
+    pressStop();
+    EXPECT_TRUE(std::filesystem::is_empty(keptFolder)) << "nothing came after the log";
+    start({{"010C", "41 0C 00 04 \r\r>"}, {"010C", ""}});
+    poller->save(RunFiles::Kind::log, folder.path("a.log"));
     reply();
     pressStop();
     poller->unload();
     ASSERT_EQ(kept.list().size(), 1U) << "a sample came after the log";
     EXPECT_EQ(KeptRuns::load(kept.list()[0]).firstStart, clock.date);
-    std::filesystem::remove_all(folder.path("kept"));
-    TemporaryFolder::write(folder.path("kept"), "no folder");
+    std::filesystem::remove_all(keptFolder);
+    TemporaryFolder::write(keptFolder, "no folder");
     start({{"010C", ""}});
     EXPECT_TRUE(panel().keepFailure.starts_with("unsaved samples are not kept: The folder "));
     pressStop();

@@ -104,6 +104,7 @@ TEST_F(RunFilesTest, SaysWhatBecomesOfARunThatIsNotSaved)
     TemporaryFolder::write(folder.path("kept"), "no folder");
     kept.begin(design, samples, {});
     EXPECT_EQ(files.leave(run()), " The unsaved run could not be kept.");
+    EXPECT_EQ(kept.failure(), "");
 }
 
 TEST_F(RunFilesTest, ARecoveredRunBecomesALogUnlessItsUserStopsThat)
