@@ -3,6 +3,7 @@
 #include "dtcdb/databaseKind.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
+#include "shared/utf8.h"
 
 #include <SQLiteCpp/Backup.h>
 #include <SQLiteCpp/SQLiteCpp.h>

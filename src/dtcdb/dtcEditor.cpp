@@ -3,7 +3,7 @@
 #include "dtcdb/accessDatabase.h"
 #include "dtcdb/databaseKind.h"
 #include "shared/module1.h"
-#include "shared/textFile.h"
+#include "shared/utf8.h"
 
 #include <filesystem>
 #include <sstream>

@@ -2,6 +2,7 @@
 
 #include "dtcdb/csvText.h"
 #include "shared/module1.h"
+#include "shared/utf8.h"
 
 #include <algorithm>
 #include <array>

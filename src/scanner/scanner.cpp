@@ -2,6 +2,7 @@
 
 #include "shared/module1.h"
 #include "shared/textFile.h"
+#include "shared/utf8.h"
 
 #include <algorithm>
 #include <array>

@@ -22,8 +22,8 @@ public:
     /// Whether a handler is running.
     bool isBusy() const { return busy_; }
 
-    /// Called with what a handler threw: its text, and the reason of a RunTimeError that has one. Until it
-    /// returns, further events go on waiting.
+    /// Called with the text of an exception that left a handler, and with the reason of a RunTimeError.
+    /// Events go on waiting until it returns.
     std::function<void(const std::string& text, const std::string& reason)> onError;
 
 private:

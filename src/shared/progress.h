@@ -38,8 +38,8 @@ public:
     /// One step is done. @throws WorkStopped
     void step()
     {
-        constexpr std::size_t now = 16384; // and then
-        if (++done_ % now == 0)
+        constexpr std::size_t stepsBetweenReports = 16384;
+        if (++done_ % stepsBetweenReports == 0)
             progress_.advance(static_cast<double>(done_) / static_cast<double>(all_));
     }
 

@@ -15,12 +15,6 @@ namespace zint {
 
 inline constexpr std::string_view lineEnd = "\r\n";
 
-/// The text in UTF-8: as it is when it is valid UTF-8, else read as Windows-1252, as older programs wrote.
-std::string toUtf8(std::string_view bytes);
-
-/// At most `count` characters, not bytes, from the first one on; the text is valid UTF-8.
-std::string_view firstCharacters(std::string_view text, std::size_t count);
-
 /// Some programs begin a UTF-8 text with it.
 inline constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 

@@ -3,6 +3,7 @@
 #include "link/replyBuffer.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
+#include "shared/utf8.h"
 #include "terminal/textReply.h"
 
 #include <algorithm>

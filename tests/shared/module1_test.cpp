@@ -1,6 +1,7 @@
 #include "shared/module1.h"
 #include "shared/programInfo.h"
 #include "shared/runTimeError.h"
+#include "support/failure.h"
 #include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -8,28 +9,22 @@
 namespace zint {
 namespace {
 
-std::string errorOf(std::int32_t (*function)(std::string_view), std::string_view text)
-{
-    try {
-        return "none: " + std::to_string(function(text));
-    } catch (const RunTimeError& error) {
-        return error.what();
-    }
-}
-
 TEST(Module1Test, ReadsHexadecimalNumbers)
 {
-    EXPECT_EQ(hexToNumber("  "), 0);
-    EXPECT_EQ(hexToNumber("ff"), 255);
-    EXPECT_EQ(hexToNumber(" 6 504"), 0x6504);
-    EXPECT_EQ(hexToNumber("007FFFFFFF"), 0x7FFFFFFF);
-    for (const std::string_view text : {"", "4G", "-1", "1\r", "0x1F", "\xC4"})
+    const std::pair<std::string_view, std::int32_t> rows[] = {
+        {"  ", 0}, {"ff", 255}, {" 6 504", 0x6504}, {"007FFFFFFF", 0x7FFFFFFF}};
+    for (const auto& [text, number] : rows) {
+        EXPECT_EQ(hexToNumber(text), number) << text;
+        EXPECT_EQ(hexIn(text), number) << text;
+    }
+    for (const std::string_view text : {"", "4G", "-1", "1\r", "0x1F", "\xC4"}) {
         EXPECT_EQ(hexToNumber(text), -1) << text;
-    for (const std::string_view text : {"80000000", "FFFF FFFF FFFF FFFF FFFF"})
-        EXPECT_EQ(errorOf(hexToNumber, text), "Overflow");
-    EXPECT_EQ(hexIn("7F FFFFFF"), 0x7FFFFFFF);
-    for (const std::string_view text : {"", "4G", "80000000"})
         EXPECT_EQ(hexIn(text), std::nullopt) << text;
+    }
+    for (const std::string_view text : {"80000000", "FFFF FFFF FFFF FFFF FFFF"}) {
+        EXPECT_EQ(failureOf<RunTimeError>([&] { hexToNumber(text); }), "Overflow");
+        EXPECT_EQ(hexIn(text), std::nullopt);
+    }
 }
 
 TEST(Module1Test, ReadsDecimalIntegers)
@@ -37,9 +32,11 @@ TEST(Module1Test, ReadsDecimalIntegers)
     EXPECT_EQ(toInteger("  -12 "), -12);
     EXPECT_EQ(integerIn("2147483647"), 2147483647);
     EXPECT_EQ(integerIn("2147483648"), std::nullopt);
-    EXPECT_EQ(errorOf(toInteger, "2147483648"), "Overflow");
-    for (const std::string_view text : {"", " ", "1x", "1 2", "1.5"})
-        EXPECT_EQ(errorOf(toInteger, text), "Type mismatch") << text;
+    EXPECT_EQ(failureOf<RunTimeError>([] { toInteger("2147483648"); }), "Overflow");
+    for (const std::string_view text : {"", " ", "1x", "1 2", "1.5"}) {
+        EXPECT_EQ(failureOf<RunTimeError>([&] { toInteger(text); }), "Type mismatch") << text;
+        EXPECT_EQ(integerIn(text), std::nullopt) << text;
+    }
 }
 
 TEST(Module1Test, WritesBitsOfEachDigitFromTheLeastSignificant)
@@ -60,7 +57,6 @@ TEST(Module1Test, TakesTextsApart)
     EXPECT_EQ(lastBackslash("C:\\a\\b.log"), 5);
     EXPECT_EQ(lastBackslash("/a/b"), 0);
     EXPECT_EQ(fileNamePart("C:\\logs\\run1.log"), "run1.log");
-    EXPECT_EQ(fileNamePart("run1.log"), "run1.log");
     EXPECT_EQ(fileNamePart("C:\\logs\\"), "");
     if (std::filesystem::path::preferred_separator == '/') {
         EXPECT_EQ(fileNamePart("/home/a\\b/run1.log"), "run1.log");

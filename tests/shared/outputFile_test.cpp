@@ -15,7 +15,7 @@ struct OutputFileTest : testing::Test {
 
     TemporaryFolder folder;
     ScriptedDialogs dialogs;
-    ProgramValues values{.parmInitDir = "/start", .isFolderRemembered = false};
+    ProgramValues values{.parmInitDir = "/start"};
     OutputFile file{dialogs, values};
 
     std::string write(Way way, Name name, const std::string& text)
@@ -26,8 +26,7 @@ struct OutputFileTest : testing::Test {
 
     std::string remembered() const
     {
-        return values.parmOutput + "|" + values.parmOutputFile + "|" + values.parmInitDir +
-               (values.isFolderRemembered ? "|chosen" : "");
+        return values.parmOutput + "|" + values.parmOutputFile + "|" + values.parmInitDir;
     }
 };
 
@@ -42,7 +41,7 @@ TEST_F(OutputFileTest, AsksOnceAndThenWritesToTheSameFile)
     EXPECT_EQ(contents(path), "one\r\ntwo\r\n\r\n") << "one line end more than the text has";
     EXPECT_EQ(write(Way::replace, Name::usual, "three"), "out.txt saved");
     EXPECT_EQ(contents(path), "three\r\n");
-    EXPECT_EQ(remembered(), path + "|out.txt|" + folder.path() + "|chosen");
+    EXPECT_EQ(remembered(), path + "|out.txt|" + folder.path());
 
     EXPECT_EQ(write(Way::replace, Name::asked, "lost"), "") << "cancelled";
     EXPECT_EQ(dialogs.asked.substr(0, 5), "save ");

@@ -1,5 +1,6 @@
 #include "shared/module1.h"
 #include "shared/textFile.h"
+#include "shared/utf8.h"
 #include "support/failure.h"
 #include "support/temporaryFolder.h"
 
@@ -12,67 +13,66 @@ namespace {
 
 struct TextFileTest : testing::Test {
     TemporaryFolder folder;
-    std::string path = folder.path() + "/f\xC3\xA9.obc";
+    std::string path = folder.path("f\xC3\xA9.obc");
 
-    std::size_t fileCount() const
+    std::ptrdiff_t fileCount() const
     {
-        const std::filesystem::directory_iterator files(folder.path());
-        return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+        return std::distance(std::filesystem::directory_iterator(folder.path()), {});
     }
 };
 
+/// A writer for replaceFile().
+auto writing(const std::string& text)
+{
+    return [text](std::ostream& stream) { stream << text; };
+}
+
 TEST_F(TextFileTest, ReplacesTheWholeFileOrNothing)
 {
-    replaceFile(path, [](std::ostream& stream) { stream << "old"; });
-    EXPECT_EQ(contents(path), "old");
-    EXPECT_THROW(replaceFile(path,
-                             [](std::ostream& stream) {
-                                 stream << "half";
-                                 throw std::runtime_error("in the middle");
-                             }),
-                 std::runtime_error);
+    replaceFile(path, writing("old"));
+    const auto breakOff = [](std::ostream& stream) {
+        stream << "half";
+        throw std::runtime_error("in the middle");
+    };
+    EXPECT_THROW(replaceFile(path, breakOff), std::runtime_error);
     EXPECT_THROW(replaceFile(path, [](std::ostream& stream) { stream.setstate(std::ios::badbit); }),
                  FileError);
     EXPECT_EQ(contents(path), "old");
-    replaceFile(path, [](std::ostream& stream) { stream << "new"; });
+    replaceFile(path, writing("new"));
     EXPECT_EQ(contents(path), "new");
-    EXPECT_EQ(fileCount(), 1U) << "nothing is left behind";
-
-    const std::string link = folder.path() + "/link";
-    std::filesystem::create_symlink(utf8Path(path), link);
-    replaceFile(link, [](std::ostream& stream) { stream << "through the link"; });
-    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(fileCount(), 1) << "nothing is left behind";
+    std::filesystem::create_symlink(utf8Path(path), folder.path("link"));
+    replaceFile(folder.path("link"), writing("through the link"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path("link")));
     EXPECT_EQ(contents(path), "through the link");
 }
 
 TEST_F(TextFileTest, FailuresNameTheFileAndTheReason)
 {
     const auto failure = [](const std::string& target) {
-        return failureOf<FileError>(
-            [&] { replaceFile(target, [](std::ostream& stream) { stream << std::string(100000, 'x'); }); });
+        return failureOf<FileError>([&] { replaceFile(target, writing(std::string(100000, 'x'))); });
     };
     EXPECT_EQ(failure("/dev/full"), "\"/dev/full\" can't be written: No space left on device");
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full")) << "a device is not replaced by a file";
     EXPECT_EQ(failure(folder.path()), "\"" + folder.path() + "\" can't be written: it is a folder");
     EXPECT_NE(failure(folder.path() + "/none/x").find("No such file"), std::string::npos);
-    EXPECT_THROW(readFile(folder.path() + "/none", [](std::istream&) {}), FileError);
-    EXPECT_THROW(readFile(folder.path(), [](std::istream&) {}), FileError);
+    for (const std::string& none : {folder.path("none"), folder.path()})
+        EXPECT_THROW(readFile(none, [](std::istream&) {}), FileError);
 }
 
 TEST_F(TextFileTest, TellsBeforehandWhetherAFileCanBeWritten)
 {
     requireWritable(path);
-    EXPECT_EQ(fileCount(), 0U) << "nothing is left behind";
-    replaceFile(path, [](std::ostream& stream) { stream << "old"; });
+    EXPECT_EQ(fileCount(), 0) << "nothing is left behind";
+    replaceFile(path, writing("old"));
     const auto written = std::filesystem::last_write_time(utf8Path(path));
     requireWritable(path);
     EXPECT_EQ(contents(path), "old");
     EXPECT_EQ(std::filesystem::last_write_time(utf8Path(path)), written);
-    EXPECT_EQ(fileCount(), 1U);
+    EXPECT_EQ(fileCount(), 1);
     requireWritable("/dev/null");
-    EXPECT_THROW(requireWritable(folder.path()), FileError);
-    EXPECT_THROW(requireWritable(folder.path() + "/none/x"), FileError);
-    EXPECT_THROW(requireWritable("/proc/x"), FileError) << "there is no making files, even for root";
+    for (const std::string& refused : {folder.path(), folder.path("none/x"), std::string("/proc/x")})
+        EXPECT_THROW(requireWritable(refused), FileError) << refused;
 }
 
 TEST_F(TextFileTest, ReadsLinesOfAnyEndAndEitherCharacterSet)
