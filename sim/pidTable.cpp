@@ -34,46 +34,47 @@ constexpr bool measured = true;
 constexpr bool fixed = false;
 
 constexpr std::array pids{
-    Pid{0x01, 4, fixed, [](const EngineData& e) { return e.monitorStatus; }},
-    Pid{0x03, 2, measured, fuelSystem},
-    Pid{0x04, 1, measured, [](const EngineData& e) { return percent(e.drive.load); }},
-    Pid{0x05, 1, measured, [](const EngineData& e) { return celsius(e.drive.coolant); }},
-    Pid{0x06, 1, measured, [](const EngineData& e) { return trim(e.drive.shortTrim); }},
-    Pid{0x07, 1, measured, [](const EngineData& e) { return trim(e.drive.longTrim); }},
-    Pid{0x0B, 1, measured, [](const EngineData& e) { return rounded(e.drive.manifold); }},
-    Pid{0x0C, 2, measured, [](const EngineData& e) { return word(e.drive.engineSpeed * 4); }},
-    Pid{0x0D, 1, measured, [](const EngineData& e) { return rounded(e.drive.speed); }},
-    Pid{0x0E, 1, measured, [](const EngineData& e) { return rounded((e.drive.ignitionAdvance + 64) * 2); }},
-    Pid{0x0F, 1, measured, [](const EngineData& e) { return celsius(e.drive.intakeAir); }},
-    Pid{0x10, 2, measured, [](const EngineData& e) { return word(e.drive.airFlow * 100); }},
-    Pid{0x11, 1, measured, [](const EngineData& e) { return percent(e.drive.throttle); }},
-    Pid{0x13, 1, fixed, [](const EngineData&) { return 0x03U; }}, // both sensors of bank 1
-    Pid{0x14, 2, fixed,
-        [](const EngineData& e) { return sensor(e.drive.sensorBefore, trim(e.drive.shortTrim)); }},
-    Pid{0x15, 2, fixed,
-        [](const EngineData& e) { return sensor(e.drive.sensorBehind, 0xFF); }}, // not used for trim
-    Pid{0x1C, 1, fixed, [](const EngineData&) { return 0x01U; }},
-    Pid{0x1F, 2, fixed, [](const EngineData& e) { return word(std::floor(e.drive.seconds)); }},
-    Pid{0x2F, 1, fixed, [](const EngineData& e) { return percent(e.drive.fuelLevel); }},
-    Pid{0x33, 1, fixed, [](const EngineData&) { return 99U; }},
+    VehiclePid{0x01, 4, fixed, [](const EngineData& e) { return e.monitorStatus; }},
+    VehiclePid{0x03, 2, measured, fuelSystem},
+    VehiclePid{0x04, 1, measured, [](const EngineData& e) { return percent(e.drive.load); }},
+    VehiclePid{0x05, 1, measured, [](const EngineData& e) { return celsius(e.drive.coolant); }},
+    VehiclePid{0x06, 1, measured, [](const EngineData& e) { return trim(e.drive.shortTrim); }},
+    VehiclePid{0x07, 1, measured, [](const EngineData& e) { return trim(e.drive.longTrim); }},
+    VehiclePid{0x0B, 1, measured, [](const EngineData& e) { return rounded(e.drive.manifold); }},
+    VehiclePid{0x0C, 2, measured, [](const EngineData& e) { return word(e.drive.engineSpeed * 4); }},
+    VehiclePid{0x0D, 1, measured, [](const EngineData& e) { return rounded(e.drive.speed); }},
+    VehiclePid{0x0E, 1, measured,
+               [](const EngineData& e) { return rounded((e.drive.ignitionAdvance + 64) * 2); }},
+    VehiclePid{0x0F, 1, measured, [](const EngineData& e) { return celsius(e.drive.intakeAir); }},
+    VehiclePid{0x10, 2, measured, [](const EngineData& e) { return word(e.drive.airFlow * 100); }},
+    VehiclePid{0x11, 1, measured, [](const EngineData& e) { return percent(e.drive.throttle); }},
+    VehiclePid{0x13, 1, fixed, [](const EngineData&) { return 0x03U; }}, // both sensors of bank 1
+    VehiclePid{0x14, 2, fixed,
+               [](const EngineData& e) { return sensor(e.drive.sensorBefore, trim(e.drive.shortTrim)); }},
+    VehiclePid{0x15, 2, fixed,
+               [](const EngineData& e) { return sensor(e.drive.sensorBehind, 0xFF); }}, // not used for trim
+    VehiclePid{0x1C, 1, fixed, [](const EngineData&) { return 0x01U; }},
+    VehiclePid{0x1F, 2, fixed, [](const EngineData& e) { return word(std::floor(e.drive.seconds)); }},
+    VehiclePid{0x2F, 1, fixed, [](const EngineData& e) { return percent(e.drive.fuelLevel); }},
+    VehiclePid{0x33, 1, fixed, [](const EngineData&) { return 99U; }},
 };
-static_assert(std::ranges::is_sorted(pids, {}, &Pid::number));
-static_assert(std::ranges::none_of(pids, isSupportPid, &Pid::number));
+static_assert(std::ranges::is_sorted(pids, {}, &VehiclePid::number));
+static_assert(std::ranges::none_of(pids, isSupportPid, &VehiclePid::number));
 
 } // namespace
 
-std::span<const Pid> pidTable() { return pids; }
+std::span<const VehiclePid> pidTable() { return pids; }
 
-const Pid* findPid(std::uint8_t number)
+const VehiclePid* findPid(std::uint8_t number)
 {
-    const auto* const found = std::ranges::lower_bound(pids, number, {}, &Pid::number);
+    const auto* const found = std::ranges::lower_bound(pids, number, {}, &VehiclePid::number);
     return found != pids.end() && found->number == number ? found : nullptr;
 }
 
 std::uint32_t supportMask(std::uint8_t number, bool freezeFrame)
 {
     std::uint32_t mask = 0;
-    for (const Pid& pid : pids) {
+    for (const VehiclePid& pid : pids) {
         if (pid.number <= number || (freezeFrame && !pid.inFreezeFrame))
             continue;
         const int place = std::min(pid.number - number, 32); // what lies further away shows in the last bit

@@ -14,7 +14,7 @@ struct EngineData {
 };
 
 /// One parameter that the engine computer answers.
-struct Pid {
+struct VehiclePid {
     std::uint8_t number;
     int byteCount;                              ///< 1 to 4
     bool inFreezeFrame;                         ///< measured, so stored with a trouble code
@@ -22,10 +22,10 @@ struct Pid {
 };
 
 /// The parameters of mode 01 in ascending order, without those that tell what is supported.
-std::span<const Pid> pidTable();
+std::span<const VehiclePid> pidTable();
 
 /// @return null when the vehicle does not have it
-const Pid* findPid(std::uint8_t number);
+const VehiclePid* findPid(std::uint8_t number);
 
 /// Whether a PID tells which of the 32 that follow it are supported (00, 20, 40 ...).
 constexpr bool isSupportPid(std::uint8_t number) { return number % 32 == 0; }

@@ -181,7 +181,7 @@ bool Vehicle::appendLiveValue(Message& message, std::uint8_t pid) const
         appendNumber(message, mask, 4);
         return true;
     }
-    const Pid* const found = findPid(pid);
+    const VehiclePid* const found = findPid(pid);
     if (found == nullptr)
         return false;
     message.push_back(pid);
@@ -210,7 +210,7 @@ Messages Vehicle::freezeFrame(MessageView request)
         return {};
     const std::uint8_t pid = request[0];
     const bool stored = !storedCodes_.empty();
-    const Pid* const found = findPid(pid);
+    const VehiclePid* const found = findPid(pid);
     Message message{positiveAnswer(0x02), pid, 0};
     if (pid == 0) {
         appendNumber(message, causeBit | (stored ? supportMask(0, true) : 0), 4);

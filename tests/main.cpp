@@ -19,8 +19,9 @@ int main(int argc, char* argv[])
     qputenv("BROWSER", "/bin/true");
     std::ofstream(home.filePath(QStringLiteral("screen.json")).toStdString())
         << R"({"screens": [{"name": "small", "x": 0, "y": 0, "width": 1000, "height": 560}]})";
-    qputenv("QT_QPA_PLATFORM",
-            "offscreen:configfile=" + home.filePath(QStringLiteral("screen.json")).toLocal8Bit());
+    if (!qEnvironmentVariableIsSet("ZINT_TEST_VISIBLY"))
+        qputenv("QT_QPA_PLATFORM",
+                "offscreen:configfile=" + home.filePath(QStringLiteral("screen.json")).toLocal8Bit());
 
     testing::InitGoogleTest(&argc, argv);
     const QApplication application(argc, argv);
