@@ -2,55 +2,22 @@
 
 #include "catalogue/designFile.h"
 #include "designer/loopOffsets.h"
+#include "fullDesign.h"
+#include "support/temporaryFolder.h"
 
 #include <benchmark/benchmark.h>
-
-#include <filesystem>
-#include <string>
-#include <unistd.h>
 
 namespace zint {
 namespace {
 
 constexpr std::int32_t slowestChoice = 1800; // the chooser's last frequency
 
-Design fullDesign()
-{
-    Design design;
-    loadDefaultDesign(design);
-    DesignEntry pattern = design.events.at(3);
-    pattern.frequency = 1;
-    design.events.assign(Design::maxEvents, pattern);
-    return design;
-}
-
-/// A design file in a folder that goes with it.
-class TemporaryFile {
-public:
-    TemporaryFile() : folder_(std::filesystem::temp_directory_path() / ("zint" + std::to_string(getpid())))
-    {
-        std::filesystem::create_directory(folder_);
-    }
-    ~TemporaryFile()
-    {
-        std::error_code error;
-        std::filesystem::remove_all(folder_, error);
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    std::string path() const { return (folder_ / "full.obc").string(); }
-
-private:
-    std::filesystem::path folder_;
-};
-
 void load(benchmark::State& state)
 {
-    const TemporaryFile file;
-    saveDesign(file.path(), fullDesign());
+    const TemporaryFolder folder;
+    saveDesign(folder.path("full.obc"), fullDesign());
     for (auto _ : state)
-        benchmark::DoNotOptimize(loadDesign(file.path()));
+        benchmark::DoNotOptimize(loadDesign(folder.path("full.obc")));
 }
 
 void commitGrid(benchmark::State& state)
@@ -65,10 +32,10 @@ void commitGrid(benchmark::State& state)
 
 void save(benchmark::State& state)
 {
-    const TemporaryFile file;
+    const TemporaryFolder folder;
     const Design design = fullDesign();
     for (auto _ : state)
-        saveDesign(file.path(), design);
+        saveDesign(folder.path("full.obc"), design);
 }
 
 void timeline(benchmark::State& state)

@@ -5,6 +5,7 @@
 #include "dtcdb/dtcEditor.h"
 #include "dtcdb/dtcText.h"
 #include "noPrompts.h"
+#include "support/temporaryFolder.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +15,6 @@
 #include <random>
 #include <sstream>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -26,24 +26,6 @@ constexpr std::size_t manyLines = 100000;
 constexpr int presses = 1000;
 
 using Codes = std::vector<std::string>;
-
-/// A folder that goes with the program.
-class WorkFolder {
-public:
-    WorkFolder() { fs::create_directory(folder_); }
-    WorkFolder(const WorkFolder&) = delete;
-    WorkFolder& operator=(const WorkFolder&) = delete;
-    ~WorkFolder()
-    {
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
-
-    std::string path(const char* name) const { return (folder_ / name).string(); }
-
-private:
-    fs::path folder_ = fs::temp_directory_path() / ("zint" + std::to_string(getpid()));
-};
 
 std::string code(char letter, unsigned number)
 {
@@ -194,7 +176,7 @@ void measureEditor(const std::string& path, const Codes& codes)
 
 int main()
 {
-    const WorkFolder folder;
+    const zint::TemporaryFolder folder;
     const Files files{folder.path("dtc.txt"), folder.path("empty.mdb"), folder.path("ours.mdb"),
                       folder.path("sqlite.mdb")};
     zint::DtcDatabase::create(files.empty);

@@ -1,21 +1,17 @@
 // The files of a long run: the program's data log and export against plain C that prints the same lines from
 // an array, in turn; and the memory that the samples take.
 
-#include "catalogue/designFile.h"
+#include "fullDesign.h"
+#include "measure.h"
 #include "plainPrinter.h"
 #include "runner/dataExport.h"
 #include "runner/dataLog.h"
+#include "support/temporaryFolder.h"
 
-#include <algorithm>
-#include <array>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <random>
 #include <string>
 #include <unistd.h>
@@ -23,29 +19,9 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 constexpr int rounds = 5;
 constexpr int passesPerSecond = 3;
 constexpr const char* nowhere = "/dev/null";
-constexpr std::array conversions = {1, 4, 5, 7, 9, 14, 15, 17}; // what engines mostly send
-
-[[noreturn]] void fail(const char* why)
-{
-    std::fprintf(stderr, "bench_export: %s\n", why);
-    std::exit(1);
-}
-
-zint::Design fullDesign()
-{
-    zint::Design design{.title = "Benchmark"};
-    for (std::size_t n = 0; n < zint::Design::maxEvents; ++n)
-        design.events.push_back({.code = "010C",
-                                 .description = "Event",
-                                 .conversion = conversions.at(n % conversions.size()),
-                                 .frequency = 1});
-    return design;
-}
 
 /// What of a 32-bit number goes to a conversion: one byte or two.
 int rawValue(std::uint32_t random, int conversion)
@@ -101,15 +77,9 @@ std::size_t residentBytes()
 
 double seconds(const std::function<void()>& work)
 {
-    const auto start = Clock::now();
+    const auto start = RateClock::now();
     work();
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
+    return secondsSince(start);
 }
 
 using Ours = std::function<void(std::ostream&)>;
@@ -131,22 +101,15 @@ void writePlain(const std::string& path, const Plain& write)
         fail("a file can't be written");
 }
 
-std::string contentOf(const std::string& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 /// Makes sure that both write the same, but for the lines before the samples.
 void compare(const Ours& ours, const Plain& plain)
 {
-    const std::string path =
-        (std::filesystem::temp_directory_path() / ("zint" + std::to_string(getpid()))).string();
+    const zint::TemporaryFolder folder;
+    const std::string path = folder.path("samples");
     writeOurs(path, ours);
-    const std::string first = contentOf(path);
+    const std::string first = zint::contents(path);
     writePlain(path, plain);
-    const std::string second = contentOf(path);
-    std::filesystem::remove(path);
+    const std::string second = zint::contents(path);
     if (second.empty() || !first.ends_with(second) || first.size() - second.size() > 10000)
         fail("the program and plain C write different lines");
 }
@@ -166,9 +129,10 @@ Medians measure(const char* name, std::size_t samples, const Ours& ours, const P
         plainTook.push_back(seconds([&plain] { writePlain(nowhere, plain); }));
     }
     const Medians took{median(oursTook), median(plainTook)};
-    std::printf(
-        "%s, %.2f million samples: %.3f s, plain C %.3f s (medians of %d): ratio %.2f (goal: at most 1.5)\n",
-        name, static_cast<double>(samples) / 1e6, took.ours, took.plain, rounds, took.ours / took.plain);
+    const double ratio = took.ours / took.plain;
+    std::printf("%s, %.2f million samples: %.3f s, plain C %.3f s (medians of %d): ratio %.2f (%s)\n", name,
+                static_cast<double>(samples) / 1e6, took.ours, took.plain, rounds, ratio,
+                atMost(1.5, ratio).c_str());
     return took;
 }
 
@@ -183,8 +147,9 @@ Both measure(int passes)
     const std::size_t before = residentBytes();
     zint::SampleStore samples;
     run.fill(samples);
-    std::printf("memory of %zu records: %.1f bytes per record (goal: near 12)\n", samples.size(),
-                static_cast<double>(residentBytes() - before) / static_cast<double>(samples.size()));
+    const double each = static_cast<double>(residentBytes() - before) / static_cast<double>(samples.size());
+    std::printf("memory of %zu records: %.1f bytes per record (%s)\n", samples.size(), each,
+                atMost(14, each).c_str());
     const auto ignore = [](const std::string&) { fail("a sample belongs to no event"); };
     const std::size_t count = run.values.size();
     const Medians log = measure(
@@ -199,8 +164,9 @@ Both measure(int passes)
 
 void printGrowth(const char* name, const Medians& tenth, const Medians& whole)
 {
-    std::printf("%s, ten times the samples: %.1f times as long, plain C %.1f times (goal: about 10)\n", name,
-                whole.ours / tenth.ours, whole.plain / tenth.plain);
+    const double growth = whole.ours / tenth.ours;
+    std::printf("%s, ten times the samples: %.1f times as long, plain C %.1f times (%s)\n", name, growth,
+                whole.plain / tenth.plain, atMost(15, growth).c_str());
 }
 
 } // namespace
@@ -211,5 +177,5 @@ int main()
     const Both tenth = measure(10000);
     printGrowth("log", tenth.log, whole.log);
     printGrowth("export", tenth.table, whole.table);
-    return 0;
+    return benchmarkStatus();
 }
