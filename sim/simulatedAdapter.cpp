@@ -142,19 +142,14 @@ void SimulatedAdapter::runAdapterCommand(std::string_view command, Time at)
 /// Digits in pairs, and a single one at the end for the number of lines that the sender waits for.
 std::optional<SimulatedAdapter::Request> SimulatedAdapter::parseRequest(std::string_view digits)
 {
-    const bool tellsLines = digits.size() % 2 == 1;
-    const std::size_t byteCount = digits.size() / 2;
-    if (byteCount < 1 || byteCount > longestRequest)
+    const auto isNoDigit = [](char character) { return upperHexDigit(character) < 0; };
+    if (digits.size() < 2 || digits.size() / 2 > longestRequest || std::ranges::any_of(digits, isNoDigit))
         return {};
-    if (std::ranges::any_of(digits, [](char digit) { return upperHexDigit(digit) < 0; }))
-        return {};
-    Request request{.bytes = {}, .expectedLines = 0};
-    for (std::size_t i = 0; i < byteCount; ++i) {
-        const int byte = upperHexDigit(digits[2 * i]) << 4 | upperHexDigit(digits[2 * i + 1]);
-        request.bytes.push_back(static_cast<std::uint8_t>(byte));
-    }
-    if (tellsLines)
-        request.expectedLines = static_cast<std::size_t>(upperHexDigit(digits.back()));
+    Request request;
+    for (; digits.size() >= 2; digits.remove_prefix(2))
+        request.bytes.push_back(static_cast<std::uint8_t>(hexToNumber(digits.substr(0, 2))));
+    if (!digits.empty())
+        request.expectedLines = static_cast<std::size_t>(upperHexDigit(digits.front()));
     return request;
 }
 

@@ -45,7 +45,7 @@ public:
 private:
     struct Request {
         Message bytes;
-        std::size_t expectedLines; ///< 0: not told
+        std::size_t expectedLines = 0; ///< 0: not told
     };
 
     static std::optional<Request> parseRequest(std::string_view digits);

@@ -23,11 +23,9 @@ namespace {
 
 constexpr int usageError = 2;
 
-enum class Task { serve, help, version };
-
 struct CommandLine {
-    Task task = Task::serve;
-    std::string link; // empty: none
+    std::string answer; ///< is printed and ends the program; empty: it serves
+    std::string link;   ///< empty: none
     SimulationOptions options = SimulationOptions::realistic();
 };
 
@@ -43,17 +41,19 @@ constexpr std::array<OwnArgument, 3> ownArguments{{
     {"version", "", "shows the version"},
 }};
 
-void printHelp()
+std::string helpText()
 {
-    std::cout << "Usage: zint-sim [OPTION]...\n\n"
-                 "Simulates an OBD adapter and a vehicle on a pseudo-terminal, prints the terminal's path, "
-                 "and serves\n"
-                 "it until it is interrupted.\n\n";
+    std::string text =
+        "Usage: zint-sim [OPTION]...\n\n"
+        "Simulates an OBD adapter and a vehicle on a pseudo-terminal, prints the terminal's path, "
+        "and serves\n"
+        "it until it is interrupted.\n\n";
     for (const SimulationArgument& argument : simulationArguments())
-        std::cout << argumentHelp(argument.name, argument.valueName, argument.help);
-    std::cout << '\n';
+        text += argumentHelp(argument.name, argument.valueName, argument.help);
+    text += '\n';
     for (const OwnArgument& argument : ownArguments)
-        std::cout << argumentHelp(argument.name, argument.valueName, argument.help);
+        text += argumentHelp(argument.name, argument.valueName, argument.help);
+    return text;
 }
 
 std::vector<option> optionTable()
@@ -74,9 +74,9 @@ std::vector<option> optionTable()
 void apply(CommandLine& commandLine, const std::string& name, const std::string& value)
 {
     if (name == "help") {
-        commandLine.task = Task::help;
+        commandLine.answer = helpText();
     } else if (name == "version") {
-        commandLine.task = Task::version;
+        commandLine.answer = "zint-sim " + programInfo().version() + '\n';
     } else if (name == "link") {
         commandLine.link = value;
     } else {
@@ -180,20 +180,12 @@ void serve(const CommandLine& commandLine)
         terminal.waitUntilRead(std::chrono::seconds(1));
 }
 
-int run(const CommandLine& commandLine)
+void run(const CommandLine& commandLine)
 {
-    switch (commandLine.task) {
-    case Task::help:
-        printHelp();
-        break;
-    case Task::version:
-        std::cout << "zint-sim " << programInfo().version() << '\n';
-        break;
-    case Task::serve:
+    if (commandLine.answer.empty())
         serve(commandLine);
-        break;
-    }
-    return 0;
+    else
+        std::cout << commandLine.answer;
 }
 
 } // namespace
@@ -202,7 +194,8 @@ int run(const CommandLine& commandLine)
 int main(int argumentCount, char** arguments)
 {
     try {
-        return zint::run(zint::parse(argumentCount, arguments));
+        zint::run(zint::parse(argumentCount, arguments));
+        return 0;
     } catch (const zint::ArgumentError& error) {
         if (*error.what() != '\0')
             std::cerr << "zint-sim: " << error.what() << '\n';
