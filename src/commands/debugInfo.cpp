@@ -73,9 +73,9 @@ std::string detectedText(const std::vector<DetectedPort>& ports)
 std::string assignedText(const PortDirectory& directory, const std::vector<DetectedPort>& ports)
 {
     std::vector<std::string> lines;
-    for (int number = 1; number <= PortDirectory::portCount; ++number) {
-        const bool isAssigned = !directory.assignment(number).empty();
-        lines.push_back(PortDirectory::name(number) + ": " + directory.target(number, ports).text() +
+    for (const PortNumber port : allPorts) {
+        const bool isAssigned = !directory.assignment(port).empty();
+        lines.push_back(portName(port) + ": " + directory.target(port, ports).text() +
                         (isAssigned ? " (assigned)" : ""));
     }
     return listed("Ports", lines);
@@ -94,15 +94,16 @@ std::string debugInfo(const ConnectionOptions& options)
 {
     const CommandSession session(options);
     const std::vector<DetectedPort> ports = session.ports().detected();
-    const std::string text =
-        programInfo().productName + " " + programInfo().version() + "\n" + "Built with " + compiler +
-        ", Qt " QT_VERSION_STR " (runs with " + qVersion() + "), " + charts + ", " + databaseLibraries() +
-        "\n" + "System: " + systemText() + "\n" + "Settings: " + fileText(QtSettingsStore().fileName()) +
-        "\n" + "User's data: " + fileText(fromQt(userDataFolder())) + "\n" +
-        "Program's data: " + fileText(fromQt(programDataFolder())) + "\n" +
-        "Code descriptions: " + fileText(session.values.parmDTCdb) + "\n" +
-        "Connection: " + session.connection().portName + " at " + session.connection().speed + "\n" +
-        detectedText(ports) + assignedText(session.ports(), ports);
+    const std::string text = programInfo().productName + " " + programInfo().version() + "\n" +
+                             "Built with " + compiler + ", Qt " QT_VERSION_STR " (runs with " + qVersion() +
+                             "), " + charts + ", " + databaseLibraries() + "\n" + "System: " + systemText() +
+                             "\n" + "Settings: " + fileText(QtSettingsStore().fileName()) + "\n" +
+                             "User's data: " + fileText(fromQt(userDataFolder())) + "\n" +
+                             "Program's data: " + fileText(fromQt(programDataFolder())) + "\n" +
+                             "Code descriptions: " + fileText(session.values.parmDTCdb) + "\n" +
+                             "Connection: " + portName(session.connection().port) + " at " +
+                             std::to_string(session.connection().bitsPerSecond) + "\n" + detectedText(ports) +
+                             assignedText(session.ports(), ports);
     return withoutHome(text);
 }
 
