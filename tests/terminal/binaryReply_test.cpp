@@ -50,6 +50,8 @@ TEST_F(TerminalTest, TakesBytesAndSendsAgainAtEachPromptThatIsNoData)
     for (const std::string& reply : {std::string("\x05\x41"), std::string("?no"),
                                      std::string("\x04\x41\x01\0>>", 6)}) { // two are cut off by closing
         getReady();
+        send("0", {"0A\r"});
+        EXPECT_EQ(takeShown(), ">0  A \r\n") << "no bytes as yet";
         terminal.expectBinaryReplies();
         send("ATPD", {"ELM\r", "\n v1>"});
         EXPECT_EQ(takeShown(), ">ATPD  ATPD ELM   v1\r\n");
@@ -68,6 +70,7 @@ TEST_F(TerminalTest, TakesBytesAndSendsAgainAtEachPromptThatIsNoData)
         send("0101", {reply});
         toggle("ATD");
     }
+    EXPECT_EQ(terminal.counters().totalErrors, 4);
     EXPECT_EQ(box.shown, ">0101  0 3E \r\n")
         << "also the byte of the prompt's value, at its place in the data";
 }
