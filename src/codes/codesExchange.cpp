@@ -44,11 +44,10 @@ std::string inLines(const std::vector<std::string>& lines)
 } // namespace
 
 CodesExchange::CodesExchange(const Surroundings& surroundings, const ConnectionChoice& choice)
-    : link_(surroundings.port, surroundings.timer, choice, *this), clock_(surroundings.clock),
-      descriptions_(surroundings.descriptions), databaseAvailable_(descriptions_.available()),
-      prompts_(surroundings.prompts), values_(surroundings.values)
+    : around_(surroundings), link_(around_.port, around_.timer, choice, *this),
+      databaseAvailable_(around_.descriptions.available())
 {
-    link_.watchSilence(surroundings.silence);
+    link_.watchSilence(around_.silence);
     panel_.statusBox = link_.status();
     if (!databaseAvailable_)
         panel_.noDescriptions = "There are no code descriptions yet: File, Set Up Code Descriptions in the "
@@ -58,7 +57,7 @@ CodesExchange::CodesExchange(const Surroundings& surroundings, const ConnectionC
 void CodesExchange::pressGetCodes()
 {
     if (link_.isOpen()) {
-        end();
+        link_.close();
         panel_.getCodes.caption = "Get Codes";
     } else {
         reading_ = {};
@@ -73,10 +72,10 @@ void CodesExchange::pressGetCodes()
 void CodesExchange::pressClearCodes()
 {
     if (link_.isOpen()) {
-        end();
+        link_.close();
         panel_.clearCodes.caption = "Clear Codes";
         clearRequested_ = false;
-    } else if (prompts_.confirm(clearQuestion, "Verify OBD Reset")) {
+    } else if (around_.prompts.confirm(clearQuestion, "Verify OBD Reset")) {
         clearRequested_ = true;
         if (begin())
             panel_.clearCodes.caption = "Cancel";
@@ -86,7 +85,7 @@ void CodesExchange::pressClearCodes()
 
 void CodesExchange::unload()
 {
-    end();
+    link_.close();
     changed();
 }
 
@@ -96,7 +95,7 @@ void CodesExchange::showStatistics() const
                              : isRunning() ? "is on"
                              : failed_     ? "failed"
                                            : "none so far";
-    prompts_.message(link_.counterLine() + "\r\n\r\nReading: " + last, "Piolum Stats");
+    around_.prompts.message(link_.counterLine() + "\r\n\r\nReading: " + last, "Piolum Stats");
 }
 
 void CodesExchange::showStatus(const std::string& text)
@@ -114,8 +113,6 @@ bool CodesExchange::begin()
     hasSentClear_ = false;
     return link_.open();
 }
-
-void CodesExchange::end() { link_.close(); }
 
 void CodesExchange::pressStartingButton()
 {
@@ -159,9 +156,10 @@ void CodesExchange::linkReceived()
 
 void CodesExchange::linkTimedOut()
 {
-    prompts_.tellOfSilence(std::string(AdapterLink::notRespondingText) + ". See fails-to-respond under Help.",
-                           link_.timeoutReason());
-    values_.lastFailureText = AdapterLink::timeoutText;
+    around_.prompts.tellOfSilence(std::string(AdapterLink::notRespondingText) +
+                                      ". See fails-to-respond under Help.",
+                                  link_.timeoutReason());
+    around_.values.lastFailureText = AdapterLink::timeoutText;
     if (link_.isOpen())
         pressStartingButton();
     changed();
@@ -188,16 +186,16 @@ void CodesExchange::linkLost()
 void CodesExchange::evaluateStatus(std::string_view reply)
 {
     if (!reply.starts_with(statusReplyStart)) {
-        prompts_.message("Please try again, ignition must be ON.  "
-                         "If ignition is ON, see fails-to-connect under Help.",
-                         {}, answerText(link_.announcement(), reply));
-        values_.lastFailureText = reply;
+        around_.prompts.message("Please try again, ignition must be ON.  "
+                                "If ignition is ON, see fails-to-connect under Help.",
+                                {}, answerText(link_.announcement(), reply));
+        around_.values.lastFailureText = reply;
         fail();
         return;
     }
     const int byteA = readStatusByte(reply);
     statusReply_ = reply;
-    reading_.time = clock_.wall();
+    reading_.time = around_.clock.wall();
     reading_.isLit = byteA >= milOn;
     reading_.reportedCodes = byteA % milOn;
     reading_.readiness = readinessReport(reply);
@@ -220,7 +218,8 @@ int CodesExchange::readStatusByte(std::string_view reply)
     const int byteA = hexToNumber(textAt(reply, position, 2));
     if (byteA >= 0)
         return byteA;
-    prompts_.message("Garbled MIL response (" + std::string(textAt(reply, position, 1)) + "), try again");
+    around_.prompts.message("Garbled MIL response (" + std::string(textAt(reply, position, 1)) +
+                            "), try again");
     fail();
     return 0;
 }
@@ -271,13 +270,13 @@ void CodesExchange::listCodes(std::string_view reply)
 void CodesExchange::addDescriptions(const std::vector<std::string*>& codes)
 {
     try {
-        const auto descriptions = descriptions_.open();
+        const auto descriptions = around_.descriptions.open();
         for (std::string* line : codes) {
             if (const auto description = descriptions->describe(*line))
                 *line += " " + *description;
         }
     } catch (const DatabaseError& error) { // the codes themselves are worth showing all the same
-        prompts_.message(error.what());
+        around_.prompts.message(error.what());
     }
 }
 

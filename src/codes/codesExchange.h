@@ -77,7 +77,6 @@ private:
     void linkLost() override;
 
     bool begin();
-    void end();
     void pressStartingButton();
     void evaluateStatus(std::string_view reply);
     int readStatusByte(std::string_view reply);
@@ -89,12 +88,9 @@ private:
     void finishClearing();
     void changed();
 
+    Surroundings around_;
     AdapterLink link_;
-    const Clock& clock_;
-    const CodeDescriptionSource& descriptions_;
     const bool databaseAvailable_;
-    Prompts& prompts_;
-    ProgramValues& values_;
     CodesPanel panel_;
     State state_ = State::opening;
     bool clearRequested_ = false;
