@@ -13,7 +13,8 @@ constexpr int highestPriority = 7;
 constexpr int largestByte = 255;
 
 constexpr std::array<int, 8> weights{16, 32, 64, 128, 1, 2, 4, 8}; ///< of the boxes in the first byte
-constexpr std::array<int, 4> priorityWeights{0, 1, 2, 4};          ///< of boxes 0 to 3 in the priority
+constexpr int priorityUnit = 32;                                   ///< the priority is bits 5 to 7
+constexpr std::array<std::size_t, 3> priorityBoxes{1, 2, 3};
 
 std::string usualTarget(bool isPhysical) { return isPhysical ? "10" : "6A"; }
 
@@ -54,8 +55,8 @@ void HeaderCalculator::clickOptBit(std::size_t box, bool isChecked)
 void HeaderCalculator::leavePrioVal(std::string_view text)
 {
     if (const std::int32_t number = priorityValue(text); number >= 0) {
-        for (std::size_t box = 1; box < priorityWeights.size(); ++box)
-            panel_.optBit.at(box) = (number & priorityWeights.at(box)) != 0;
+        for (const std::size_t box : priorityBoxes)
+            panel_.optBit.at(box) = ((number * priorityUnit) & weights.at(box)) != 0;
     }
     recompose();
 }
@@ -83,12 +84,9 @@ void HeaderCalculator::address(bool isPhysical)
 void HeaderCalculator::recompose()
 {
     int value = 0;
-    int priority = 0;
     for (std::size_t box = 0; box < weights.size(); ++box)
         value += panel_.optBit.at(box) ? weights.at(box) : 0;
-    for (std::size_t box = 1; box < priorityWeights.size(); ++box)
-        priority += panel_.optBit.at(box) ? priorityWeights.at(box) : 0;
-    panel_.prioVal = std::to_string(priority);
+    panel_.prioVal = std::to_string(value / priorityUnit);
     panel_.hdrOpt = hexText(value, 2);
 }
 

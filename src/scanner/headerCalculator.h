@@ -9,8 +9,11 @@ namespace zint {
 
 /// What the header calculator's window shows, by the names of its controls.
 struct CalcHdrPanel {
-    /// The bits of the first byte. Each half of the byte is numbered from its least significant bit, as
-    /// hexToBits writes it: boxes 0 to 3 are bits 4 to 7, boxes 4 to 7 are bits 0 to 3.
+    /// The bits of the first byte, each half from its least significant bit on, as hexToBits() writes them:
+    ///
+    ///     bit   7  6  5     4      3         2           1  0
+    ///     box   3  2  1     0      7         6           5  4
+    ///           priority    style  response  addressing  message type
     std::array<bool, 8> optBit{};
     std::string prioVal; ///< what boxes 3, 2 and 1 make together
     std::string hdrOpt;
@@ -20,8 +23,12 @@ struct CalcHdrPanel {
     std::string hdrSource;
 };
 
-/// Splits the header of a request into its fields and puts it together again. The bytes are those of
-/// J1850: priority, type and addressing in the first, then target and source.
+/// Splits the header of a request into its fields and puts it together again. The bytes are those of J1850:
+///
+///     68  6A  F1
+///     |   |   source
+///     |   target
+///     priority, type and addressing
 class HeaderCalculator {
 public:
     static constexpr std::size_t addressingBox = 6; ///< clear: functional, checked: physical
@@ -31,7 +38,7 @@ public:
 
     void clickOptBit(std::size_t box, bool isChecked); ///< the user clicked a box
 
-    // The user left a box; the text is what it contains. A text that is no good gives way to a good one.
+    // The user left a box that contains the text. An invalid text is replaced by a valid one.
     void leavePrioVal(std::string_view text);
     void leaveHdrTarget(std::string_view text);
     void leaveHdrSource(std::string_view text);

@@ -11,12 +11,12 @@ ScanParameters parameters(const std::string& modes, const std::string& pids, con
                           const std::string& header = ScanParameters::functionalHeader)
 {
     const auto dash = [](const std::string& range) { return range.find('-'); };
-    return {.cmdHead = header,
-            .modeStart = modes.substr(0, dash(modes)),
-            .modeStop = modes.substr(dash(modes) + 1),
-            .pidStart = pids.substr(0, dash(pids)),
-            .pidStop = pids.substr(dash(pids) + 1),
-            .cmdSuffix = suffix};
+    return {header,
+            modes.substr(0, dash(modes)),
+            modes.substr(dash(modes) + 1),
+            pids.substr(0, dash(pids)),
+            pids.substr(dash(pids) + 1),
+            suffix};
 }
 
 /// All requests with a blank behind each, and "|" where mode 04 was passed over. Holds the number that was
@@ -92,21 +92,19 @@ TEST(ScanSequenceTest, KnowsWhatAReplyBeginsWithAndWhatTheParameterIsCalled)
 
 TEST(ScanSequenceTest, RefusesWhatABoxCannotHold)
 {
-    const auto left = [](CheckedBox (*check)(std::string_view), const char* typed) {
-        const CheckedBox now = check(typed);
-        return now.text + "|" + now.complaint;
-    };
-    for (const char* refused : {"7E8", "\xC3\xA4\xC3\xB6\xC3\xBC"})
-        EXPECT_EQ(left(checkHeader, refused), "686AF1|Header must be 6 bytes");
-    EXPECT_EQ(left(checkHeader, "uv~xyz"), "UV~XYZ|");
-    for (const char* refused : {"", "1g", "123"})
-        EXPECT_EQ(left(checkMode, refused), "01|Mode must be 1 or 2 hex digits");
-    EXPECT_EQ(left(checkMode, "a"), "A|");
-    for (const char* refused : {"", "10000", "G", "FFFFFFFFFFFF"})
-        EXPECT_EQ(left(checkPid, refused), "|Pid must be 0 to 4 hex digits");
-    EXPECT_EQ(left(checkPid, "ffff"), "FFFF|");
-    EXPECT_EQ(left(checkSuffix, "123"), "|Suffix must be 0 to 2 hex digits");
-    EXPECT_EQ(left(checkSuffix, "0a"), "0A|");
+    using Check = CheckedBox (*)(std::string_view);
+    const std::tuple<Check, std::vector<const char*>, const char*> rows[] = {
+        {checkHeader, {"7E8", "\xC3\xA4\xC3\xB6\xC3\xBC"}, "686AF1|Header must be 6 bytes"},
+        {checkHeader, {"uv~xyz"}, "UV~XYZ|"},
+        {checkMode, {"", "1g", "123"}, "01|Mode must be 1 or 2 hex digits"},
+        {checkMode, {"a"}, "A|"},
+        {checkPid, {"", "10000", "G", "FFFFFFFFFFFF"}, "|Pid must be 0 to 4 hex digits"},
+        {checkPid, {"ffff"}, "FFFF|"},
+        {checkSuffix, {"123"}, "|Suffix must be 0 to 2 hex digits"},
+        {checkSuffix, {"0a"}, "0A|"}};
+    for (const auto& [check, texts, left] : rows)
+        for (const char* text : texts)
+            EXPECT_EQ(check(text).text + "|" + check(text).complaint, left) << text;
 }
 
 } // namespace

@@ -69,11 +69,11 @@ struct ScannerTest : testing::Test {
         adapter.play();
     }
 
-    static std::string summary(const char* end, int events, int noData, int invalid, int zero)
+    /// @param counts events, those without data, invalid ones, those of value 0; a digit each
+    static std::string summary(const std::string& end, const std::string& counts)
     {
-        return std::string(end) + "\r\n  Events(s):" + std::to_string(events) +
-               "\r\n    No Data:" + std::to_string(noData) + "\r\n    Invalid:" + std::to_string(invalid) +
-               "\r\n       Zero:" + std::to_string(zero) + "\r\n\r\n\r\n";
+        return end + "\r\n  Events(s):" + counts[0] + "\r\n    No Data:" + counts[1] +
+               "\r\n    Invalid:" + counts[2] + "\r\n       Zero:" + counts[3] + "\r\n\r\n\r\n";
     }
 
     /// Status, counters, caption, what is enabled, progress.
@@ -102,7 +102,7 @@ TEST_F(ScannerTest, ScansARangeAndSumsItUp)
     EXPECT_EQ(face(), "Scanning 020C    3 Event(s)|Bytes In: 73 Out: 29 Errors: 0|Stop Scan stop|75% 3 of 4");
     adapter.expect("ATD\r");
     adapter.receive("\xE9 01 \r\r>");
-    EXPECT_EQ(takeShown(), "V 020D  \xC3\xA9 01 \r\n" + summary("Scan Completed", 4, 1, 0, 1));
+    EXPECT_EQ(takeShown(), "V 020D  \xC3\xA9 01 \r\n" + summary("Scan Completed", "4101"));
     EXPECT_EQ(face(),
               "com2 Scan Completed 4 Events(s)|Bytes In: 81 Out: 33 Errors: 0|Begin Scan start|100% ");
     EXPECT_EQ(adapter.history.back(), "close");
@@ -119,8 +119,8 @@ TEST_F(ScannerTest, ScansARangeAndSumsItUp)
     adapter.workAgain();
     type("11", "5", "0"); // all counters but those of the bytes begin anew
     scan({{"0105", "?"}}, "ATD");
-    EXPECT_EQ(takeShown(), "Header: 686AF1 Mode:1-1 Pid:5-0 Suffix:\r\nX 0105 ?\r\n" +
-                               summary("Scan Completed", 1, 0, 1, 0));
+    EXPECT_EQ(takeShown(),
+              "Header: 686AF1 Mode:1-1 Pid:5-0 Suffix:\r\nX 0105 ?\r\n" + summary("Scan Completed", "1010"));
     EXPECT_EQ(scanner.failure(), "");
 }
 
@@ -129,7 +129,7 @@ TEST_F(ScannerTest, AsksBeforeItErasesAndSkipsModeFourWithTheFunctionalHeader)
     type("44", "", "");
     scan({}, "ATD");
     EXPECT_TRUE(takeShown().ends_with("Suffix:\r\nSkipping mode 4 functional scans..." +
-                                      summary("Scan Completed", 0, 0, 0, 0)));
+                                      summary("Scan Completed", "0000")));
     EXPECT_EQ(scanner.panel().warning, "");
     scanner.type(&ScanParameters::cmdHead, "6810F1");
     EXPECT_EQ(scanner.panel().warning, erasesDataText);
@@ -149,7 +149,7 @@ TEST_F(ScannerTest, AsksBeforeItErasesAndSkipsModeFourWithTheFunctionalHeader)
     type("55", "", ""); // erases nothing: no question
     scan({{"ATSH6810F1", "?"}}, "ATD");
     EXPECT_EQ(takeShown(), "Header: 6810F1 Mode:5-5 Pid:- Suffix:\r\nError setting header\r\n" +
-                               summary("Scan Completed", 0, 0, 0, 0));
+                               summary("Scan Completed", "0000"));
     EXPECT_EQ(beeps, 1);
     EXPECT_EQ(scanner.failure(), "com2 Error on set header");
 }
@@ -157,7 +157,7 @@ TEST_F(ScannerTest, AsksBeforeItErasesAndSkipsModeFourWithTheFunctionalHeader)
 TEST_F(ScannerTest, CanBeStoppedAtAnyTime)
 {
     const auto begin = [this] {
-        EXPECT_TRUE(takeShown().ends_with(summary("Scan Halted", 0, 0, 0, 0)));
+        EXPECT_TRUE(takeShown().ends_with(summary("Scan Halted", "0000")));
         adapter.expect("ATZ\r");
         scanner.pressScan();
         EXPECT_TRUE(timer.running && timer.interval == 45s);
