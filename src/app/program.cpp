@@ -169,8 +169,8 @@ void Program::end()
 
 void Program::waitIfHidden()
 {
-    if (start_ && !anyWindowVisible())
-        instance_.waitToBeAsked();
+    if (start_ && !anyWindowVisible() && !instance_.waitToBeAsked())
+        showLauncher(); // nobody could bring the program back
 }
 
 } // namespace zint

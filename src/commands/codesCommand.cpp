@@ -5,8 +5,6 @@
 #include "commands/commandSession.h"
 #include "commands/options.h"
 #include "dtcdb/descriptionSource.h"
-#include "platform/qtTimer.h"
-#include "platform/systemClock.h"
 #include "process/console.h"
 
 #include <QCoreApplication>
@@ -17,7 +15,9 @@ namespace {
 /// The exchange and all that it needs.
 class CodesRun {
 public:
-    explicit CodesRun(const CodesOptions& options) : options_(options), session_(options.connection)
+    explicit CodesRun(const CodesOptions& options)
+        : options_(options),
+          session_(options.connection, options.timeout, "the exchange was not complete after ")
     {
         exchange_.onChanged = [this] { quitWhenDone(); };
     }
@@ -36,7 +36,7 @@ public:
 private:
     void begin()
     {
-        patience_.begin();
+        session_.patience.begin();
         if (options_.clear)
             exchange_.pressClearCodes();
         else
@@ -94,17 +94,12 @@ private:
     }
 
     const CodesOptions& options_;
-    CommandSession session_;
-    SystemClock clock_;
-    QtTimer resetTimer_{session_.gate};
-    QtTimer silence_{session_.gate};
-    Patience patience_{session_, options_.timeout, "the exchange was not complete after "};
-    std::unique_ptr<SerialPort> port_ = session_.makePort();
+    VehicleSession session_;
     DtcDescriptionSource descriptions_{session_.values.parmDTCdb, session_.values.descriptionsFile};
-    CodesExchange exchange_{{.port = *port_,
-                             .timer = resetTimer_,
-                             .silence = silence_,
-                             .clock = clock_,
+    CodesExchange exchange_{{.port = *session_.port,
+                             .timer = session_.resetTimer,
+                             .silence = session_.silence,
+                             .clock = session_.clock,
                              .descriptions = descriptions_,
                              .prompts = session_.prompts,
                              .values = session_.values},

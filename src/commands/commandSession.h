@@ -8,6 +8,7 @@
 #include "link/portDirectory.h"
 #include "platform/qtSettingsStore.h"
 #include "platform/qtTimer.h"
+#include "platform/systemClock.h"
 #include "platform/systemPorts.h"
 #include "shared/eventGate.h"
 #include "shared/outputBox.h"
@@ -21,6 +22,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 /// What the commands that need no window have in common.
@@ -120,8 +122,7 @@ class Patience {
 public:
     /// @param session outlives this. @param timeout of each reply; 0 waits for ever
     /// @param complaint stands in front of the time
-    Patience(CommandSession& session, std::chrono::seconds timeout,
-             std::string complaint = "the adapter has not answered within ");
+    Patience(CommandSession& session, std::chrono::seconds timeout, std::string complaint);
 
     void begin(); ///< something was sent
     void end() { timer_.setEnabled(false); }
@@ -130,6 +131,22 @@ private:
     std::chrono::seconds timeout_;
     std::string complaint_;
     QtTimer timer_;
+};
+
+/// What every command has around it that speaks to a vehicle.
+struct VehicleSession : CommandSession {
+    /// @param timeout and complaint see Patience
+    VehicleSession(const ConnectionOptions& options, std::chrono::seconds timeout,
+                   std::string complaint = "the adapter has not answered within ")
+        : CommandSession(options), patience(*this, timeout, std::move(complaint))
+    {
+    }
+
+    SystemClock clock;
+    QtTimer resetTimer{gate};
+    QtTimer silence{gate};
+    Patience patience;
+    std::unique_ptr<SerialPort> port = makePort();
 };
 
 } // namespace zint

@@ -5,7 +5,6 @@
 #include "commands/options.h"
 #include "platform/dateText.h"
 #include "platform/qtTimer.h"
-#include "platform/systemClock.h"
 #include "platform/text.h"
 #include "process/console.h"
 #include "process/folders.h"
@@ -86,10 +85,10 @@ std::string summaryText(const Poller& poller)
 class PollRun {
 public:
     PollRun(const PollOptions& options, const Design& design)
-        : options_(options), design_(design), session_(options.connection)
+        : options_(options), design_(design), session_(options.connection, options.timeout)
     {
         poller_.onChanged = [this] { watch(); };
-        poller_.onReply = [this] { patience_.begin(); };
+        poller_.onReply = [this] { session_.patience.begin(); };
     }
 
     int run()
@@ -118,7 +117,7 @@ private:
         poller_.pressStart();
         hasBegun_ = poller_.isPolling();
         if (hasBegun_)
-            patience_.begin();
+            session_.patience.begin();
     }
 
     /// Ends the run before its time, as the user wants it.
@@ -190,19 +189,14 @@ private:
 
     const PollOptions& options_;
     const Design& design_;
-    CommandSession session_;
-    SystemClock clock_;
+    VehicleSession session_;
     KeptRuns kept_{fromQt(userDataFolder()) + "/runs", dateText};
-    QtTimer resetTimer_{session_.gate};
-    QtTimer silence_{session_.gate};
     QtTimer ticker_{session_.gate};
-    Patience patience_{session_, options_.timeout};
-    std::unique_ptr<SerialPort> port_ = session_.makePort();
-    Poller poller_{{.port = *port_,
-                    .timer = resetTimer_,
-                    .silence = silence_,
+    Poller poller_{{.port = *session_.port,
+                    .timer = session_.resetTimer,
+                    .silence = session_.silence,
                     .ticker = ticker_,
-                    .clock = clock_,
+                    .clock = session_.clock,
                     .prompts = session_.prompts,
                     .values = session_.values,
                     .kept = kept_,

@@ -3,8 +3,6 @@
 #include "commands/commandSession.h"
 #include "commands/options.h"
 #include "platform/dateText.h"
-#include "platform/qtTimer.h"
-#include "platform/systemClock.h"
 #include "platform/throttle.h"
 #include "process/console.h"
 #include "scanner/scanner.h"
@@ -29,7 +27,8 @@ public:
 /// The scanner and all that it needs.
 class ScanRun {
 public:
-    explicit ScanRun(const ScanOptions& options) : options_(options), session_(options.connection)
+    explicit ScanRun(const ScanOptions& options)
+        : options_(options), session_(options.connection, options.timeout)
     {
         for (const Scanner::Box box :
              {&ScanParameters::cmdHead, &ScanParameters::modeStart, &ScanParameters::modeStop,
@@ -39,7 +38,7 @@ public:
                              .dspDecimal = options_.decimal,
                              .dspAscii = options_.ascii,
                              .dspNames = options_.names});
-        scanner_.onReply = [this] { patience_.begin(); };
+        scanner_.onReply = [this] { session_.patience.begin(); };
         scanner_.onChanged = [this] { watch(); };
     }
 
@@ -71,7 +70,7 @@ private:
     void begin()
     {
         scanner_.pressScan();
-        patience_.begin();
+        session_.patience.begin();
     }
 
     void watch()
@@ -90,17 +89,12 @@ private:
     }
 
     const ScanOptions& options_;
-    CommandSession session_;
-    SystemClock clock_;
+    VehicleSession session_;
     ScanOutput box_;
-    QtTimer resetTimer_{session_.gate};
-    QtTimer silence_{session_.gate};
-    Patience patience_{session_, options_.timeout};
-    std::unique_ptr<SerialPort> port_ = session_.makePort();
-    Scanner scanner_{{.port = *port_,
-                      .timer = resetTimer_,
-                      .silence = silence_,
-                      .clock = clock_,
+    Scanner scanner_{{.port = *session_.port,
+                      .timer = session_.resetTimer,
+                      .silence = session_.silence,
+                      .clock = session_.clock,
                       .prompts = session_.prompts,
                       .outBox = box_,
                       .dateText = longDateText,

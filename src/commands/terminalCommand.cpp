@@ -2,8 +2,6 @@
 
 #include "commands/commandSession.h"
 #include "commands/options.h"
-#include "platform/qtTimer.h"
-#include "platform/systemClock.h"
 #include "process/console.h"
 #include "terminal/terminal.h"
 
@@ -23,7 +21,7 @@ namespace {
 class TerminalRun {
 public:
     explicit TerminalRun(const TerminalCommandOptions& options)
-        : options_(options), session_(options.connection)
+        : options_(options), session_(options.connection, options.timeout)
     {
         terminal_.setOptions({.base = options.base, .mode = OutputMode::append});
         terminal_.sendNothingAfterTimeout();
@@ -61,7 +59,7 @@ private:
     {
         isPrompted_ = false;
         if (!isTyped_)
-            patience_.begin();
+            session_.patience.begin();
     }
 
     void enter(const std::string& command)
@@ -81,7 +79,7 @@ private:
     void prompted()
     {
         isPrompted_ = true;
-        patience_.end();
+        session_.patience.end();
         watch(); // what the next send would take from the status
         sendNext();
     }
@@ -113,13 +111,10 @@ private:
     }
 
     const TerminalCommandOptions& options_;
-    CommandSession session_;
-    SystemClock clock_;
+    VehicleSession session_;
     PrintedBox box_;
-    QtTimer resetTimer_{session_.gate};
-    Patience patience_{session_, options_.timeout};
-    std::unique_ptr<SerialPort> port_ = session_.makePort();
-    Terminal terminal_{{*port_, resetTimer_, clock_, session_.prompts, box_}, session_.connection()};
+    Terminal terminal_{{*session_.port, session_.resetTimer, session_.clock, session_.prompts, box_},
+                       session_.connection()};
     std::deque<std::string> commands_; ///< not sent yet
     const bool isTyped_ = isInputTerminal();
     bool isPrompted_ = false; ///< the adapter waits for a command

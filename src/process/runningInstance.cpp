@@ -66,10 +66,10 @@ bool RunningInstance::bringBackHidden(const QByteArray& options)
     return false;
 }
 
-void RunningInstance::waitToBeAsked()
+bool RunningInstance::waitToBeAsked()
 {
     if (server_ != nullptr)
-        return;
+        return true;
     server_ = new QLocalServer(this);
     server_->setSocketOptions(QLocalServer::UserAccessOption);
     connect(server_, &QLocalServer::newConnection, this, &RunningInstance::listenTo);
@@ -79,8 +79,10 @@ void RunningInstance::waitToBeAsked()
             continue;
         QLocalServer::removeServer(name); // left behind by a program that crashed
         if (server_->listen(name))
-            return;
+            return true;
     }
+    stopWaiting();
+    return false;
 }
 
 void RunningInstance::stopWaiting()

@@ -25,7 +25,8 @@ public:
     /// @return whether one did
     static bool bringBackHidden(const QByteArray& options = {});
 
-    void waitToBeAsked();
+    /// @return false when it can't be asked, because its places are taken or nothing can be written there
+    bool waitToBeAsked();
     void stopWaiting();
 
     /// Called with the options of a second start: shows a window. @return false when it has one already, so

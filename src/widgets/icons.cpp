@@ -1,11 +1,12 @@
 #include "widgets/icons.h"
 
+#include "widgets/dark.h"
+
 #include <QAbstractButton>
 #include <QAction>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QIconEngine>
-#include <QPalette>
 
 static void initialiseIconResource() { Q_INIT_RESOURCE(icons); } // must stand outside any namespace
 
@@ -14,9 +15,10 @@ namespace {
 
 constexpr QLatin1String hicolor("hicolor"); // no theme, but the folder of the programs' own icons
 
-bool isDark() { return QGuiApplication::palette().color(QPalette::Window).lightness() < 128; }
-
-QString ownSet() { return isDark() ? QStringLiteral("zint-dark") : QStringLiteral("zint"); }
+QString ownSet()
+{
+    return isDark(QGuiApplication::palette()) ? QStringLiteral("zint-dark") : QStringLiteral("zint");
+}
 
 /// An icon of the program's own set, in the variant that suits the colours when it is drawn.
 class OwnIcon final : public QIconEngine {

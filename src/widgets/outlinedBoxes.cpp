@@ -1,5 +1,7 @@
 #include "widgets/outlinedBoxes.h"
 
+#include "widgets/dark.h"
+
 #include <QApplication>
 #include <QPainter>
 #include <QProxyStyle>
@@ -7,8 +9,6 @@
 
 namespace zint {
 namespace {
-
-bool isDark(const QPalette& palette) { return palette.color(QPalette::Window).lightness() < 128; }
 
 /// The Fusion style makes outlines darker than the window. Under dark colours they can't be seen, and an
 /// unchecked box is a dark spot.

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <functional>
 
 namespace zint {
 namespace {
@@ -32,7 +31,6 @@ TEST(CodesEndToEnd, ReadsAndClears)
     const Outcome again = codesOf(simulator, "--clear --yes");
     EXPECT_EQ(again.output, cleared.output) << "the vehicle forgot that its codes were cleared";
     EXPECT_EQ(cleared.errors + again.errors.substr(0, 26), "zint-obd: nothing to clear");
-    EXPECT_EQ(cleared.status + again.status, 0);
 }
 
 TEST(CodesEndToEnd, ReadsThroughTheHabitsOfAdapters)
@@ -44,10 +42,8 @@ TEST(CodesEndToEnd, ReadsThroughTheHabitsOfAdapters)
         EXPECT_EQ(read.status, 0) << habit << read.errors;
         EXPECT_TRUE(read.output.starts_with(litReport)) << habit << read.output;
     }
-    const std::string can = codesOf(Simulator("--protocol can --codes P0420")).output;
-    EXPECT_TRUE(can.starts_with("This vehicle answers in the CAN layout")) << can;
-    EXPECT_NE(can.find("Read in that layout:\nP0420"), std::string::npos) << can;
-    EXPECT_NE(can.find("1 code(s) reported\n  P0104"), std::string::npos) << can;
+    EXPECT_TRUE(codesOf(Simulator("--protocol can --codes P0420"))
+                    .output.starts_with("This vehicle answers in the CAN"));
 }
 
 TEST(CodesEndToEnd, FailuresSayWhy)
@@ -75,20 +71,18 @@ TEST(CodesEndToEnd, FailuresSayWhy)
     EXPECT_NE(errors.find("dtc.mdb"), std::string::npos) << errors;
 }
 
-/// The test is the adapter: answers each request, and does something at the last one.
-Outcome converse(const char* options, const std::vector<std::array<std::string, 2>>& requests,
-                 const std::function<void(ZintObd&)>& atLast = {})
+/// The test is the adapter: answers each request, and interrupts the program at one without an answer.
+Outcome converse(const char* options, const std::vector<std::array<const char*, 2>>& requests)
 {
     PseudoTerminal terminal;
-    ZintObd program(words("codes --port") + QStringList{QString::fromStdString(terminal.path())} +
-                    words(options));
+    ZintObd program(words("codes --port") + Arguments{terminal.path()} + words(options));
     EXPECT_TRUE(QTest::qWaitFor([&terminal] { return terminal.takeOpening(); }, patienceMs));
     for (const auto& [request, answer] : requests) {
         std::string sent;
-        EXPECT_TRUE(QTest::qWaitFor([&] { return (sent += terminal.read()) == request + "\r"; }, patienceMs))
+        EXPECT_TRUE(QTest::qWaitFor([&] { return (sent += terminal.read()) == request; }, patienceMs))
             << sent;
-        if (answer.empty())
-            atLast(program);
+        if (std::string_view(answer).empty())
+            program.send(SIGINT);
         terminal.write(answer);
     }
     return program.wait();
@@ -96,24 +90,33 @@ Outcome converse(const char* options, const std::vector<std::array<std::string, 
 
 TEST(CodesEndToEnd, AnInterruptedReadResetsTheAdapterAndARefusedClearFails)
 {
-    expectFailure(converse("", {{"ATZ", "\r>"}, {"ATE0", "\r>"}, {"0101", ""}, {"ATD", "OK\r\r>"}},
-                           [](ZintObd& program) { program.send(SIGINT); }),
+    expectFailure(converse("", {{"ATZ\r", "\r>"}, {"ATE0\r", "\r>"}, {"0101\r", ""}, {"ATD\r", "OK\r\r>"}}),
                   "ended before it was complete");
-    const std::string status = "41 01 81 07 65 00 \r>", code = "43 01 33 00 00 00 00 \r>";
-    // clang-format off
-    expectFailure(converse("--clear --yes", {{"ATZ", ">"}, {"ATE0", ">"}, {"0101", status}, {"04", "7F 04 22 \r>"},
-                                             {"0101", status}, {"03", code}, {"ATD", "OK\r\r>"}}),
+    const char* const status = "41 01 81 07 65 00 \r>";
+    expectFailure(converse("--clear --yes", {{"ATZ\r", ">"},
+                                             {"ATE0\r", ">"},
+                                             {"0101\r", status},
+                                             {"04\r", "7F 04 22 \r>"},
+                                             {"0101\r", status},
+                                             {"03\r", "43 01 33 00 00 00 00 \r>"},
+                                             {"ATD\r", "OK\r\r>"}}),
                   "codes are still stored");
-    // clang-format on
 }
 
-TEST(CodesEndToEnd, UsageAndVersion)
+TEST(CodesEndToEnd, UsageVersionAndDebugInfo)
 {
-    EXPECT_EQ(runZint(words("codes --clear")).status, 2);
+    const Outcome wrong = runZint(words("codes --clear"));
+    EXPECT_EQ(wrong.status, 2);
+    EXPECT_TRUE(wrong.errors.ends_with("\nzint-obd codes --help tells the options.\n")) << wrong.errors;
     EXPECT_EQ(runZint(words("--version")).output, "Zint 1.5.1\n");
-    EXPECT_NE(runZint(words("--help")).output.find("--simulate"), std::string::npos);
-    expectFailure(runZint({}), "there is no display");
-    EXPECT_TRUE(runZint(words("codes --simulate")).output.starts_with(litReport));
+    EXPECT_NE(runZint(words("codes --help")).output.find("\n  --simulate "), std::string::npos);
+    ZintObd program(words("--debug-info --simulate"));
+    const std::string info = program.wait().output;
+    EXPECT_TRUE(info.starts_with("Zint 1.5.1\nBuilt with ")) << info;
+    EXPECT_EQ(info.find(program.home().path()), std::string::npos) << info;
+    EXPECT_NE(info.find("\nSettings: ~/.config/Zint/Zint.conf (missing)\n"), std::string::npos) << info;
+    EXPECT_NE(info.find("\n  com1: simulated vehicle\n"), std::string::npos) << info;
+    expectFailure(runZint(words("")), "there is no display");
     expectFailure(runZint(words("codes --simulate"), QStringLiteral("/dev/full")), "could not be written");
 }
 

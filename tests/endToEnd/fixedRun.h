@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdint>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -31,27 +30,20 @@ inline std::string line(const std::string& text, std::size_t number)
     return found.substr(0, found.find('\r'));
 }
 
-/// The log and the export of four loops of the fixed design. How long they took is not known before: what
-/// tells of it must lie between the start of the test and now, and all else is known to the byte.
+/// The log and the export of four loops of the fixed design, which take less than ten seconds. All but their
+/// times and the date is known to the byte.
 inline void expectFourLoops(const std::string& log, const std::string& table,
                             std::chrono::system_clock::time_point started)
 {
-    using namespace std::chrono;
-    const auto now = system_clock::now();
     const std::string date = line(log, 7);
     bool isInTime = false;
-    for (auto second = floor<seconds>(started); second <= now; second += seconds(1))
-        isInTime = isInTime || dateText(second) == date;
+    for (auto time = started; time <= std::chrono::system_clock::now() + std::chrono::seconds(1);
+         time += std::chrono::seconds(1))
+        isInTime = isInTime || dateText(time) == date;
     EXPECT_TRUE(isInTime) << date;
 
-    const auto withoutTimes = [longest = ceil<seconds>(now - started).count()](std::string text) {
-        static const std::regex time("\n([0-9]+)(?=[,\t])");
-        for (std::smatch found; std::regex_search(text, found, time);) {
-            EXPECT_LE(std::stoll(found[1]), longest);
-            text.replace(static_cast<std::size_t>(found.position(1)),
-                         static_cast<std::size_t>(found.length(1)), "T");
-        }
-        return text;
+    const auto withoutTimes = [](const std::string& text) {
+        return std::regex_replace(text, std::regex("\n[0-9](?=[,\t])"), "\nT");
     };
     EXPECT_EQ(withoutTimes(log), "Fixed Values\r\n"
                                  "|-1\r\n"

@@ -11,6 +11,17 @@
 
 namespace zint {
 
+/// The words of a command line.
+struct Arguments : QStringList {
+    Arguments(const QStringList& list) : QStringList(list) {}
+    Arguments(std::initializer_list<QString> list) : QStringList(list) {}
+    Arguments(std::initializer_list<std::string> list)
+    {
+        for (const std::string& word : list)
+            append(QString::fromStdString(word));
+    }
+};
+
 /// What a program left behind.
 struct Outcome {
     int status = -1; ///< -1 when it did not end by itself
@@ -23,7 +34,7 @@ class ZintObd {
 public:
     /// @param errorFile takes standard error when it is given. @param database its code descriptions,
     /// likewise
-    explicit ZintObd(const QStringList& arguments, const QString& outputFile = {},
+    explicit ZintObd(const Arguments& arguments, const QString& outputFile = {},
                      const QString& errorFile = {}, std::string_view database = {})
     {
         if (!database.empty())
@@ -35,10 +46,8 @@ public:
         environment.insert(QStringLiteral("HOME"), QString::fromStdString(home_.path()));
         process_.setProcessEnvironment(environment);
         process_.setWorkingDirectory(QString::fromStdString(home_.path()));
-        if (!outputFile.isEmpty())
-            process_.setStandardOutputFile(outputFile);
-        if (!errorFile.isEmpty())
-            process_.setStandardErrorFile(errorFile);
+        process_.setStandardOutputFile(outputFile);
+        process_.setStandardErrorFile(errorFile);
         process_.setChildProcessModifier([] { // tests in the background would pass ignored signals on
             for (const int number : {SIGINT, SIGTERM, SIGHUP})
                 ::signal(number, SIG_DFL);
@@ -72,16 +81,16 @@ private:
     QProcess process_;
 };
 
+inline Outcome runZint(const Arguments& arguments, const QString& outputFile = {})
+{
+    return ZintObd(arguments, outputFile).wait();
+}
+
 /// Fails the test unless the program failed and said why.
-inline void expectFailure(const Outcome& outcome, const char* why)
+inline void expectFailure(const Outcome& outcome, const std::string& why)
 {
     EXPECT_EQ(outcome.status, 1) << why;
     EXPECT_NE(outcome.errors.find(why), std::string::npos) << why << ": " << outcome.errors;
-}
-
-inline Outcome runZint(const QStringList& arguments, const QString& outputFile = {})
-{
-    return ZintObd(arguments, outputFile).wait();
 }
 
 } // namespace zint

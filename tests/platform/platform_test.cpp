@@ -33,15 +33,28 @@ TEST(QtPromptsTest, DialogsShowNamesAsTheyAre)
 {
     QWidget window;
     QtPrompts prompts(window);
-    for (const std::function<void()>& open : std::initializer_list<std::function<void()>>{
-             [&] { prompts.message("", "", "q<b>z.mdb"); }, [&] { prompts.input("", "", ""); },
-             [&] { prompts.choose("", "", {""}); }, [&] { prompts.confirm("", ""); }}) {
+    const std::initializer_list<std::function<void()>> dialogs = {
+        [&] { prompts.message("", "", "q<b>z.mdb"); }, [&] { prompts.input("", "", ""); },
+        [&] { prompts.choose("", "", {""}); }, [&] { prompts.confirm("", ""); }};
+    for (const auto& open : dialogs) {
         lookAtNextDialog([](QDialog& dialog) {
             for (const auto* label : dialog.findChildren<QLabel*>())
                 EXPECT_EQ(label->textFormat(), Qt::PlainText);
         });
         open();
     }
+    // and a silent adapter with advice and help
+    int helped = 0;
+    prompts.helpOnSilence = [&helped] { ++helped; };
+    QTimer user;
+    QObject::connect(&user, &QTimer::timeout, &user, [&helped] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        EXPECT_EQ(box->informativeText(), u"Check the port");
+        box->button(helped == 0 ? QMessageBox::Help : QMessageBox::Ok)->click();
+    });
+    user.start(20);
+    prompts.tellOfSilence("no answer", "Check the port");
+    EXPECT_EQ(helped, 1);
 }
 
 TEST(QtFileDialogsTest, WithoutAFolderStartsWhereAFileCanBeSaved)
@@ -106,7 +119,7 @@ TEST(QtTimerTest, ATickThatWaitedAtTheGateIsDroppedWhenTheTimerWasStopped)
     EXPECT_TRUE(waitUntil([&] { return ticks > 2; })) << "it repeats";
 }
 
-TEST(QtSettingsStoreTest, KeepsTextsAsTheyAre)
+TEST(QtSettingsStoreTest, KeepsTextsAsTheyAreAndTellsOfAFileThatHoldsNone)
 {
     const std::string text = "C:\\logs\\a, b; \"c\" = 1.log \xC3\xA9";
     std::optional<QtSettingsStore> former(std::in_place);
@@ -114,19 +127,14 @@ TEST(QtSettingsStoreTest, KeepsTextsAsTheyAre)
     former->save("Ports", "com1", "simulated");
     EXPECT_EQ(former->flush(), "");
     former.reset();
-    QtSettingsStore store;
-    EXPECT_EQ(store.get("Startup", "parmLog", ""), text);
-    EXPECT_EQ(store.get("Startup", "none", "missing"), "missing");
-    store.remove("Ports", "com1");
-    EXPECT_EQ(store.get("Ports", "com1", "gone"), "gone");
-    EXPECT_EQ(store.damage(), "");
-}
-
-TEST(QtSettingsStoreTest, TellsOfAFileThatHoldsNoSettings)
-{
-    const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/Zint");
-    ASSERT_TRUE(QDir().mkpath(folder));
-    const std::string file = folder.toStdString() + "/Zint.conf";
+    {
+        QtSettingsStore store;
+        EXPECT_EQ(store.get("Startup", "parmLog", ""), text);
+        store.remove("Ports", "com1");
+        EXPECT_EQ(store.get("Ports", "com1", "gone"), "gone");
+        EXPECT_EQ(store.damage(), "");
+    }
+    const std::string file = QtSettingsStore().fileName();
     TemporaryFolder::write(file, std::string("\x80=\0\xFF\n[\x01", 7));
     EXPECT_NE(QtSettingsStore().damage().find(file + " are damaged"), std::string::npos);
     TemporaryFolder::write(file, "");
@@ -145,23 +153,6 @@ TEST(SessionMarkTest, FindsSessionsThatWereCutOff)
     first.emplace(path);
     EXPECT_LT(std::chrono::system_clock::now() - first->cutOffSince().value(), 1min);
     EXPECT_FALSE(SessionMark(path).cutOffSince()) << "it is told once";
-}
-
-TEST(QtPromptsTest, ASilentAdapterIsToldWithAdviceAndHelp)
-{
-    QWidget window;
-    QtPrompts prompts(window);
-    int helped = 0;
-    prompts.helpOnSilence = [&helped] { ++helped; };
-    QTimer user;
-    QObject::connect(&user, &QTimer::timeout, &user, [&helped] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        EXPECT_EQ(box->informativeText(), u"Check the port");
-        box->button(helped == 0 ? QMessageBox::Help : QMessageBox::Ok)->click();
-    });
-    user.start(20);
-    prompts.tellOfSilence("no answer", "Check the port");
-    EXPECT_EQ(helped, 1);
 }
 
 TEST(BrowserTest, TheEnvironmentsChoiceComesFirst)
