@@ -1,5 +1,6 @@
 #include "forms/formTest.h"
 #include "runner/window/obdPollForm.h"
+#include "support/designOf.h"
 
 #include <QDialog>
 #include <QLineEdit>
@@ -17,11 +18,8 @@ struct ObdPollFormTest : FormTest {
 
     ObdPollFormTest()
     {
-        design = {.title = "Car",
-                  .events = {
-                      {.code = "010C", .description = "Engine RPM", .conversion = 5, .frequency = 1},
-                      {.code = "0105", .description = "Coolant", .conversion = 3, .frequency = 1},
-                  }};
+        design = designOf({{.code = "010C", .description = "Engine RPM", .conversion = 5, .frequency = 1},
+                           {.code = "0105", .description = "Coolant", .conversion = 3, .frequency = 1}});
         form = new obdPollForm(context);
         form->show();
         grid = control<QTableView>("obdGrid");

@@ -94,6 +94,8 @@ TEST_F(KeptRunsTest, WritesEachSampleUntilTheLogIsSaved)
     begin();
     sample(1, 2147483647, 2);
     kept->pause();
+    EXPECT_FALSE(kept->takeCutOff() || make().takeCutOff()) << "a run that is on is not offered";
+    EXPECT_TRUE(kept->list().empty() && make().list().empty()) << "not in another program either";
     const std::string all = head + "1,0,40\r\n3,1,-7\r\n2,2,2147483647\r\n";
     EXPECT_EQ(content(), all) << "a paused run goes on";
     kept->setSaved();
@@ -103,16 +105,6 @@ TEST_F(KeptRunsTest, WritesEachSampleUntilTheLogIsSaved)
     EXPECT_EQ(content(), all) << "a new one begins with all";
     kept->pause();
     EXPECT_EQ(content(), "") << "nothing came after the log";
-}
-
-TEST_F(KeptRunsTest, ARunThatIsOnIsNotOffered)
-{
-    begin();
-    sample(0, 40, 0);
-    kept->flush();
-    KeptRuns other = make(); // of another program
-    EXPECT_FALSE(kept->takeCutOff() || other.takeCutOff());
-    EXPECT_TRUE(kept->list().empty() && other.list().empty());
 }
 
 TEST_F(KeptRunsTest, BringsBackALongRunAsItWas)
