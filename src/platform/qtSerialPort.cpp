@@ -43,7 +43,6 @@ void QtSerialPort::open()
     port_.setFlowControl(QSerialPort::NoFlowControl);
     if (!port_.open(QIODevice::ReadWrite))
         throw portOpenError(path, port_.error(), port_.errorString());
-    ++opening_;
     goneReported_ = true; // nobody is told from inside this call
     port_.clear(QSerialPort::Input);
     goneReported_ = false;
@@ -131,8 +130,8 @@ void QtSerialPort::takeArrived()
 void QtSerialPort::deliver(std::string group)
 {
     arrived_.push_back(std::move(group));
-    gate_.run([this, opening = opening_] {
-        if (opening != opening_ || arrived_.empty())
+    gate_.run([this] {
+        if (arrived_.empty()) // the port was closed meanwhile
             return;
         received_ += arrived_.front();
         arrived_.pop_front();
@@ -151,8 +150,8 @@ void QtSerialPort::errorArrived(QSerialPort::SerialPortError error)
         return;
     if (!groups_.isEmpty()) // nothing will complete it
         deliver(groups_.takeRest());
-    gate_.run([this, opening = opening_] {
-        if (opening == opening_)
+    gate_.run([this] {
+        if (goneReported_) // else the port was opened again
             notify(PortNotice::deviceGone);
     });
 }

@@ -46,10 +46,9 @@ private:
     ReceiveGroups groups_;
     std::deque<std::string> arrived_; ///< groups whose notifications wait at the gate
     std::string received_;            ///< of what the owner was notified
-    unsigned opening_ = 0;            ///< counts openings; a notice of an earlier one is dropped
-    bool goneReported_ = false;
-    bool closing_ = false;          ///< what arrives now is looked at for its prompts only
-    std::ptrdiff_t unanswered_ = 0; ///< commands written for which no prompt has come
+    bool goneReported_ = false;       ///< the open port has lost its device
+    bool closing_ = false;            ///< what arrives now is looked at for its prompts only
+    std::ptrdiff_t unanswered_ = 0;   ///< commands written for which no prompt has come
     std::chrono::microseconds timePerCharacter_{0};
     SteadyTime lineFreeAt_; ///< when the last character written will have left the wire
 };

@@ -71,11 +71,15 @@ TEST_F(QtSerialPortTest, CarriesTextBothWaysAndNotificationsWaitForTheHandlerTha
     terminal->write("A\r"); // for which the prompt may still come
     EXPECT_TRUE(waitUntil([&] { return received.ends_with("A\r"); }));
     gate.run([&] {
-        terminal->write("B>");
+        terminal->write("B\r\rC");
         QTest::qWait(30);
         port.close();
     });
     EXPECT_EQ(notices.size(), 2U) << "none after closing";
+    port.open();
+    terminal->write("D\r>");
+    EXPECT_TRUE(waitUntil([&] { return notices.size() == 3; }));
+    EXPECT_EQ(received, "41 0C \r>A\rD\r>") << "nothing of what had come before";
 }
 
 TEST_F(QtSerialPortTest, ClosingWaitsForTheAnswersToWhatWasWritten)
