@@ -216,7 +216,7 @@ TEST_F(DtcEditorTest, AddsAndChangesRecords)
 
 TEST_F(DtcEditorTest, SeesWhatAnotherProgramDoesToTheRecord)
 {
-    openWith("P0300,Misfire\nP0301,Cylinder 1\n");
+    openWith("P0301,Cylinder 1\nP0300,Misfire\n");
     const auto other = DtcDatabase::open(values.parmDTCdb);
     editor.pressEdit();
     other->update(*other->first(), {"P0300", "changed", ""});
@@ -232,8 +232,10 @@ TEST_F(DtcEditorTest, SeesWhatAnotherProgramDoesToTheRecord)
     other->remove(*other->first());
     EXPECT_EQ(save("P0300", "d"), "The record is gone: another program has deleted it > code");
     play("cancel P0301|DTC update canceled");
+    const std::int64_t key = other->first()->key;
     other->remove(*other->first());
     other->add({"P0302", "in its place", ""});
+    ASSERT_EQ(other->first()->key, key) << "the table gives it once more";
     play("delete P0302|The record is gone, this is the next one");
     other->remove(*other->first());
     play("edit |The record is gone, this is the next one");
