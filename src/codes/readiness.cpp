@@ -15,12 +15,13 @@ struct Monitor {
     Source source;
     std::int32_t supported;
     std::int32_t incomplete;
+    std::string_view firstName = name; ///< until the first report
 };
 
 constexpr std::array<Monitor, monitorCount> monitors = {{
     {"misfireLab", "Misfire", Source::byteB, 1, 16},
     {"fuelLab", "Fuel System", Source::byteB, 2, 32},
-    {"componentLab", "Component", Source::byteB, 4, 64},
+    {"componentLab", "Component", Source::byteB, 4, 64, "Components"},
     {"catalystLab", "Catalyst", Source::bytesCD, 256, 1},
     {"heatedCatalystLab", "Heated Catalyst", Source::bytesCD, 512, 2},
     {"evapLab", "Evaporative System", Source::bytesCD, 1024, 4},
@@ -50,8 +51,7 @@ ReadinessTexts initialReadiness()
 {
     ReadinessTexts texts;
     for (std::size_t i = 0; i < monitorCount; ++i)
-        texts[i] = monitors[i].name;
-    texts[2] = "Components"; // the plural stands until the first report
+        texts[i] = monitors[i].firstName;
     return texts;
 }
 

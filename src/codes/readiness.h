@@ -10,8 +10,7 @@ namespace zint {
 
 inline constexpr std::size_t monitorCount = 11;
 
-/// One line per monitor, in the order misfire, fuel system, components, catalyst, heated catalyst,
-/// evaporative system, secondary air, A/C refrigerant, oxygen sensor, oxygen heater, EGR.
+/// One line per monitor, first the three continuous ones; monitorLabel() tells which is which.
 using ReadinessTexts = std::array<std::string, monitorCount>;
 
 /// The label that shows a line, counted from 0.
