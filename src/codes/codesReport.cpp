@@ -80,7 +80,7 @@ std::string codesReport(const CodesReading& reading)
 }
 
 std::string saveReport(FileDialogs& dialogs, ProgramValues& values, const CodesReading& reading,
-                       const std::function<std::string(std::chrono::system_clock::time_point)>& dateText)
+                       const DateText& dateText)
 {
     const std::string path = dialogs.chooseToSave(textFileKinds, values.parmInitDir, "check-engine.txt");
     if (path.empty())

@@ -2,10 +2,10 @@
 
 #include "codes/canCodes.h"
 #include "codes/codesReading.h"
+#include "shared/clock.h"
 #include "shared/fileDialogs.h"
 #include "shared/programValues.h"
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,6 +38,6 @@ std::string codesReport(const CodesReading& reading);
 /// @return what the status shall say; empty when the user cancelled
 /// @throws FileError when the file can't be written
 std::string saveReport(FileDialogs& dialogs, ProgramValues& values, const CodesReading& reading,
-                       const std::function<std::string(std::chrono::system_clock::time_point)>& dateText);
+                       const DateText& dateText);
 
 } // namespace zint

@@ -36,8 +36,7 @@ std::optional<Design> tryToLoad(const std::string& path)
 
 } // namespace
 
-KeptDesigns::KeptDesigns(const std::string& userDataFolder,
-                         std::function<std::string(std::chrono::system_clock::time_point)> dateText)
+KeptDesigns::KeptDesigns(const std::string& userDataFolder, DateText dateText)
     : files_(userDataFolder, keptKinds::designs), dateText_(std::move(dateText))
 {
 }

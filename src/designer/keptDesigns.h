@@ -1,11 +1,11 @@
 #pragma once
 
 #include "catalogue/design.h"
+#include "shared/clock.h"
 #include "shared/fileLock.h"
 #include "shared/keptFiles.h"
 
 #include <chrono>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,8 +18,7 @@ class KeptDesigns {
 public:
     /// @param userDataFolder gets a folder for them when it is needed. @param dateText writes a time as the
     /// user reads it
-    KeptDesigns(const std::string& userDataFolder,
-                std::function<std::string(std::chrono::system_clock::time_point)> dateText);
+    KeptDesigns(const std::string& userDataFolder, DateText dateText);
 
     /// Keeps the design that is being edited, in place of what was kept of it before.
     /// @throws FileError when that can't be written
@@ -45,7 +44,7 @@ public:
 
 private:
     KeptFiles files_;
-    std::function<std::string(std::chrono::system_clock::time_point)> dateText_;
+    DateText dateText_;
     FileLock lock_;      ///< of `edited_`
     std::string edited_; ///< the file of the design that is being edited; empty when nothing is kept of it
 };

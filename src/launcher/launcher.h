@@ -4,6 +4,7 @@
 #include "launcher/startPanel.h"
 #include "link/connectionChoice.h"
 #include "link/portDirectory.h"
+#include "shared/clock.h"
 #include "shared/programValues.h"
 #include "shared/prompts.h"
 #include "shared/settingsStore.h"
@@ -32,8 +33,7 @@ public:
         std::function<std::string()>
             findBrowser;            ///< the program that opens web pages; empty when there is none
         std::string userDataFolder; ///< see ToolContext
-        std::function<std::string(std::chrono::system_clock::time_point)>
-            dateText; ///< writes a time as the user reads it
+        DateText dateText;
     };
 
     /// All references outlive the launcher. The design is set to the default design.

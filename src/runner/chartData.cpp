@@ -83,14 +83,14 @@ void ChartData::extend(Line& line, std::size_t event) const
         if (header == EventTotals::none)
             return;
         line.record = header + 1;
-        line.time = std::max(0, record(line.record).time);
+        line.time = std::max(0, samples_[line.record].time);
     }
     line.points.resize(line.finished);
     std::vector<std::int32_t> raw; // of one second; a clock that is set back begins none
     for (;;) {
         std::int32_t next = line.record;
-        for (raw.clear(); next != 0 && record(next).time <= line.time; next = record(next).link)
-            raw.push_back(record(next).value);
+        for (raw.clear(); next != 0 && samples_[next].time <= line.time; next = samples_[next].link)
+            raw.push_back(samples_[next].value);
         const auto count = static_cast<std::int32_t>(raw.size());
         const bool isOver = next != 0;
         const std::int32_t perSecond = isOver ? count : std::max(count, line.perSecond);
@@ -101,7 +101,7 @@ void ChartData::extend(Line& line, std::size_t event) const
         }
         line.finished = line.points.size();
         line.record = next;
-        line.time = record(next).time;
+        line.time = samples_[next].time;
         line.perSecond = count;
     }
 }

@@ -59,7 +59,6 @@ private:
         double end = 0;                          ///< the time of the newest sample
     };
 
-    const SampleRecord& record(std::int32_t index) const { return samples_[static_cast<std::size_t>(index)]; }
     void follow();
     void extend(Line& line, std::size_t event) const;
 

@@ -16,7 +16,7 @@ void writeBlock(LineWriter& lines, const SampleStore& samples, std::size_t event
     lines << "##" << event + 1;
     lines.endLine();
     for (std::int32_t index = header + 1; index > 0;) {
-        const SampleRecord& sample = samples[static_cast<std::size_t>(index)];
+        const SampleRecord& sample = samples[index];
         lines << sample.time << ',' << sample.value;
         lines.endLine();
         index = sample.link;

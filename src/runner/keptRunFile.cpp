@@ -1,6 +1,7 @@
 #include "runner/keptRunFile.h"
 
 #include "catalogue/designFile.h"
+#include "runner/lineWriter.h"
 #include "shared/textFile.h"
 
 #include <array>
@@ -10,6 +11,8 @@
 
 namespace zint {
 namespace {
+
+constexpr std::size_t longestSample = 64; // three numbers of at most 11 digits, and what is between them
 
 using std::chrono::milliseconds;
 using std::chrono::system_clock;
@@ -37,13 +40,9 @@ std::string headText(const Design& design, system_clock::time_point firstStart)
 
 void appendSample(std::string& text, const KeptSample& sample)
 {
-    std::array<char, longestSample> line{};
-    char* end = line.data();
-    for (const std::int32_t number : {sample.event + 1, sample.time, sample.value}) {
-        end = std::to_chars(end, line.data() + line.size(), number).ptr;
-        *end++ = ',';
-    }
-    text.append(line.data(), end - 1) += lineEnd;
+    appendNumber(text, sample.event + 1) += ',';
+    appendNumber(text, sample.time) += ',';
+    appendNumber(text, sample.value) += lineEnd;
 }
 
 KeptRunHead readHead(std::istream& stream)

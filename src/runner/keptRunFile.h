@@ -27,8 +27,7 @@ struct KeptSample {
 /// What the file begins with.
 std::string headText(const Design& design, std::chrono::system_clock::time_point firstStart);
 
-/// Adds a sample's line to a text; it takes at most so many bytes.
-inline constexpr std::size_t longestSample = 64;
+/// Adds a sample's line to a text.
 void appendSample(std::string& text, const KeptSample& sample);
 
 /// @throws FileError when it can't be read

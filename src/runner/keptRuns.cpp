@@ -49,8 +49,7 @@ bool endsWith(const std::string& path, std::string_view mark)
     return stream && tail == mark;
 }
 
-std::optional<std::string> summaryOf(const std::string& path,
-                                     const std::function<std::string(system_clock::time_point)>& dateText)
+std::optional<std::string> summaryOf(const std::string& path, const DateText& dateText)
 {
     std::string text;
     try {
@@ -94,8 +93,7 @@ void removeFile(const std::string& path)
 
 } // namespace
 
-KeptRuns::KeptRuns(std::string folder, std::function<std::string(system_clock::time_point)> dateText,
-                   std::uintmax_t mostBytes)
+KeptRuns::KeptRuns(std::string folder, DateText dateText, std::uintmax_t mostBytes)
     : files_(std::move(folder), ".run", mostKept, mostBytes), dateText_(std::move(dateText))
 {
 }

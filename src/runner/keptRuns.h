@@ -2,6 +2,7 @@
 
 #include "catalogue/design.h"
 #include "runner/sampleStore.h"
+#include "shared/clock.h"
 #include "shared/fileLock.h"
 #include "shared/keptFiles.h"
 
@@ -9,7 +10,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -32,8 +32,7 @@ class KeptRuns {
 public:
     /// @param folder is made when it is needed. @param dateText writes a time as the user reads it
     /// @param mostBytes that are kept together; the newest run stays whatever its size
-    KeptRuns(std::string folder, std::function<std::string(std::chrono::system_clock::time_point)> dateText,
-             std::uintmax_t mostBytes = 1'000'000'000);
+    KeptRuns(std::string folder, DateText dateText, std::uintmax_t mostBytes = 1'000'000'000);
 
     /// Makes sure that the present run is kept from here on: goes on with its file, or begins one with what
     /// the store holds already. A file comes into being with its first sample. After a failure it begins
@@ -84,7 +83,7 @@ private:
     void forget();
 
     KeptFiles files_;
-    std::function<std::string(std::chrono::system_clock::time_point)> dateText_;
+    DateText dateText_;
     bool keeping_ = false; ///< begin() was called, and nothing has failed or ended since
     bool isSaved_ = false;
     std::string path_;     ///< of the present run's file, also after a failure; empty when there is none

@@ -12,6 +12,15 @@
 
 namespace zint {
 
+/// Adds a number to a text.
+template <std::integral Number>
+std::string& appendNumber(std::string& text, Number number)
+{
+    std::array<char, 24> digits; // NOLINT(cppcoreguidelines-pro-type-member-init): to_chars fills it
+    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    return text.append(digits.data(), result.ptr);
+}
+
 /// Writes lines to a stream, which gets them in large pieces: a run may have millions of them.
 class LineWriter {
 public:
@@ -30,9 +39,7 @@ public:
     template <std::integral Number>
     LineWriter& operator<<(Number number)
     {
-        std::array<char, 24> digits; // NOLINT(cppcoreguidelines-pro-type-member-init): to_chars fills it
-        const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-        text_.append(digits.data(), result.ptr);
+        appendNumber(text_, number);
         return *this;
     }
 

@@ -13,8 +13,7 @@ std::string cell(const char* tag, const std::string& text, bool right)
 
 } // namespace
 
-std::string pollPrintout(const Poller& poller,
-                         const std::function<std::string(std::chrono::system_clock::time_point)>& dateText)
+std::string pollPrintout(const Poller& poller, const DateText& dateText)
 {
     const PollPanel& panel = poller.panel();
     std::string html = "<h2>Polling Summary</h2><p><b>" + htmlText(panel.titleLab) + "</b>";

@@ -38,7 +38,7 @@ public:
         Prompts& prompts;
         ProgramValues& values;
         KeptRuns& kept;
-        std::function<std::string(std::chrono::system_clock::time_point)> dateText;
+        DateText dateText;
         std::size_t mostRecords = SampleStore::mostRecords; ///< that the store has room for
     };
 

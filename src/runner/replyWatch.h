@@ -1,6 +1,7 @@
 #pragma once
 
-#include <chrono>
+#include "shared/clock.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,7 +14,7 @@ namespace zint {
 /// as values all the same.
 class ReplyWatch {
 public:
-    using Time = std::chrono::microseconds; ///< of a clock that only goes on
+    using Time = Clock::Time;
 
     static constexpr std::string_view mismatchText =
         "Replies do not match the requests: stop and start again";

@@ -3,6 +3,7 @@
 #include "catalogue/design.h"
 #include "runner/keptRuns.h"
 #include "runner/sampleStore.h"
+#include "shared/clock.h"
 #include "shared/fileDialogs.h"
 #include "shared/programValues.h"
 #include "shared/prompts.h"
@@ -27,7 +28,7 @@ public:
         Prompts& prompts;
         ProgramValues& values;
         KeptRuns& kept;
-        std::function<std::string(std::chrono::system_clock::time_point)> dateText;
+        DateText dateText;
         std::function<void(const std::string&)> showStatus;
     };
 

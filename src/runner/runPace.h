@@ -2,8 +2,8 @@
 
 #include "catalogue/design.h"
 #include "runner/schedule.h"
+#include "shared/clock.h"
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -13,7 +13,7 @@ namespace zint {
 /// How fast a design is polled: estimated at first, then as measured.
 class RunPace {
 public:
-    using Time = std::chrono::microseconds; ///< of a clock that only goes on
+    using Time = Clock::Time;
 
     /// @param design outlives this. @param bitsPerSecond of the line
     RunPace(const Design& design, int bitsPerSecond);

@@ -3,6 +3,7 @@
 #include "runner/pollLimits.h"
 #include "runner/replyWatch.h"
 #include "runner/schedule.h"
+#include "shared/clock.h"
 
 #include <chrono>
 #include <cstdint>
@@ -24,7 +25,7 @@ struct RunLimits {
 
 /// Where the poll runner stands. Each part is assigned as a whole when what it is counted from comes again.
 struct RunState {
-    using Time = std::chrono::microseconds; ///< of a clock that only goes on
+    using Time = Clock::Time;
 
     enum class Phase {
         stopped,

@@ -3,6 +3,7 @@
 #include "catalogue/design.h"
 
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -67,9 +68,11 @@ public:
     std::size_t size() const { return size_; } ///< records in use, headers included
     bool isEmpty() const { return size_ == 0; }
 
-    const SampleRecord& operator[](std::size_t index) const
+    /// @param index a record's place, such as a link tells it
+    const SampleRecord& operator[](std::integral auto index) const
     {
-        return (*blocks_[index / blockSize])[index % blockSize];
+        const auto place = static_cast<std::size_t>(index);
+        return (*blocks_[place / blockSize])[place % blockSize];
     }
 
     std::span<const EventTotals> events() const { return events_; }

@@ -30,7 +30,7 @@ public:
         const Clock& clock;
         Prompts& prompts;
         OutputBox& outBox;
-        std::function<std::string(std::chrono::system_clock::time_point)> dateText; ///< for the output's head
+        DateText dateText; ///< for the output's head
         std::function<void()> beep;
     };
 
