@@ -13,7 +13,7 @@
 namespace zint {
 namespace {
 
-/// The row that is being gathered: the values of one pass, or what came of it.
+/// The row that is being gathered: the values of one loop, or what came of it.
 class Row {
 public:
     Row(std::ostream& stream, const Design& design)

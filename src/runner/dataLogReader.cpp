@@ -147,9 +147,9 @@ private:
         return {.event = *event - 1};
     }
 
-    /// The samples as a run brings them: pass by pass, of each pass the events that are due. Bad replies left
-    /// gaps that only the times tell of, and runs that were stopped and started again began the pass anew;
-    /// there the order is the likely one.
+    /// The samples as a run brings them: loop by loop, and of each loop the events that are due. A bad reply
+    /// left a gap that only the times tell of; a run that was stopped and started again began its loop anew.
+    /// The order found there is the likely one.
     static SampleStore inOrderOfRequests(const Design& design, std::vector<Waiting> waiting)
     {
         SampleStore store;

@@ -17,9 +17,9 @@ struct DataLog {
 
 /// Reads what writeLog() wrote.
 ///
-/// A log keeps the samples by event and their times in whole seconds. A table made of it is to have the rows
-/// that the run itself would have given, one for each pass through the design; so the order between the
-/// events is found again from the times and the design's frequencies.
+/// A log keeps the samples by event, and their times in whole seconds. A table that is made of a log must
+/// have the rows that the run itself gives: one for each loop through the design. So the reader finds the
+/// order between the events again, from the times and the design's frequencies.
 /// @throws FileError (with the line's number) for what is no data log, also one that was cut short
 DataLog readLog(std::istream& stream);
 

@@ -22,12 +22,14 @@ struct KeptRun {
     SampleStore samples;
 };
 
-/// The user's unsaved runs, so that no sample is lost: the present one, to which each sample is appended as
-/// it comes, and those that were reset, left, or cut off by a crash; the last ten, of at most 1 GB together.
+/// The user's unsaved runs, so that no sample is lost: the present one and the last ten others, of at most
+/// 1 GB together. Each sample of the present run is appended to its file as it comes. The others were reset,
+/// left, or cut off by a crash.
 ///
-/// A line "left" ends the file of a run that was properly left; a line "told" one that was cut off, once the
-/// user was told of it. While a program writes a file it holds its lock, so that no other takes it for one of
-/// a crash. What can't be written is told by failure(); nothing of the present run throws for it.
+/// The last line of a file is "left" when its run was properly left. It is "told" when the run was cut off
+/// and the user was told of it. A program holds the lock of the file that it writes, so that no other program
+/// takes the run for one of a crash. The present run never throws for what can't be written: failure() tells
+/// of it.
 class KeptRuns {
 public:
     /// @param folder is made when it is needed. @param dateText writes a time as the user reads it
@@ -41,7 +43,7 @@ public:
                std::chrono::system_clock::time_point firstStart);
 
     /// Why the present run is no longer kept, such as for a full disk; its file stays as it is. Empty until
-    /// something fails, and again from the next begin() on.
+    /// something fails, and again from the next begin() or leave() on.
     const std::string& failure() const { return failure_; }
 
     /// Appends a sample; does nothing unless a run is being kept. @param event from 0
@@ -52,7 +54,7 @@ public:
 
     /// The user has saved a log of all samples that the run has by now.
     void setSaved() { isSaved_ = true; }
-    bool isSaved() const { return isSaved_; } ///< and nothing was added since
+    bool isSaved() const { return isSaved_; } ///< nothing was added since setSaved()
 
     /// No samples come for a while: hands over what was added, or removes the file when all of it is saved.
     void pause();

@@ -79,7 +79,7 @@ public:
     /// How the port or the adapter's silence ended the last run, see AdapterLink.
     const std::string& lastFailure() const { return link_.lastFailure(); }
 
-    /// Whether several replies running did not match their requests in the last run.
+    /// Whether several replies in a row did not match their requests in the last run.
     bool sawMismatch() const { return state_.sinceStart.watch.sawMismatch(); }
 
     std::int64_t loopCount() const { return state_.turn.loop; } ///< since the last reset

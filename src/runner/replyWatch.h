@@ -39,8 +39,8 @@ public:
 
 private:
     Time heardAt_;
-    int mismatches_ = 0; ///< running, of replies that are bytes
-    int badReplies_ = 0; ///< running
+    int mismatches_ = 0; ///< in a row, of replies that are bytes
+    int badReplies_ = 0; ///< in a row
     bool sawMismatch_ = false;
     std::string badReply_; ///< the first line of the last one
 };

@@ -34,7 +34,7 @@ public:
     /// "0.11 s per loop"; empty before it was measured.
     std::string measuredText(std::int64_t loops) const;
 
-    /// That a request takes; nothing before it was measured.
+    /// The seconds that a request takes; nothing before it was measured.
     std::optional<double> measuredSeconds() const
     {
         return isMeasured_ ? std::optional(requestSeconds_) : std::nullopt;
@@ -45,7 +45,7 @@ private:
 
     const Design& design_;
     Time began_{};
-    double requestSeconds_; ///< that a request takes
+    double requestSeconds_; ///< that one request takes
     bool isMeasured_ = false;
 };
 

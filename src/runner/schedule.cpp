@@ -23,7 +23,7 @@ Turn nextTurn(const Design& design, Turn after)
             return {after.loop, event};
     }
     const auto firstLoop = [&after](const DesignEntry& event) { return nextLoop(event, after.loop + 1); };
-    const auto next = std::ranges::min_element(events, {}, firstLoop); // of equals the first, as in a loop
+    const auto next = std::ranges::min_element(events, {}, firstLoop); // of equals the first
     return {firstLoop(*next), static_cast<std::size_t>(next - events.begin())};
 }
 

@@ -10,7 +10,7 @@ namespace zint {
 
 /// A request's place in a run.
 struct Turn {
-    std::int64_t loop = 0; ///< pass through the design, from 0
+    std::int64_t loop = 0; ///< through the design, from 0
     std::size_t event = 0; ///< of the design, from 0
 
     bool operator==(const Turn&) const = default;

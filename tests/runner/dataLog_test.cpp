@@ -100,7 +100,7 @@ TEST(DataLogTest, FindsTheOrderOfARunAgain)
     EXPECT_EQ(exportOf(design, read(logOf(design, samples)).samples), exportOf(design, samples));
 }
 
-TEST(DataExportTest, ARowPerPass)
+TEST(DataExportTest, ARowPerLoop)
 {
     const auto events = [](std::int32_t speed, std::int32_t coolant) {
         return designOf({{"010D", "Vehicle Speed", speed, 1, 0}, {"0105", "Coolant", coolant, 4, 0}});
@@ -115,7 +115,7 @@ TEST(DataExportTest, ARowPerPass)
     samples.add(0, 0, 2);
     samples.add(0, 100, 3);
     samples.add(1, 40, 5);
-    samples.add(1, 41, 6); // comes again while the row has no other value of its pass
+    samples.add(1, 41, 6); // comes again while the row has no other value of its loop
     EXPECT_EQ(exportOf(design, samples), top + "2\t55.935\t-10\r\n2\t0\t\r\n5\t62.15\t0\r\n6\t\t1\r\n");
 
     samples.add(0, 2147483647, 7); // too large for some units, while others have no value
