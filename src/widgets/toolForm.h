@@ -72,7 +72,7 @@ protected:
     {
         connect(sender, signal, this, [this, action](auto... values) {
             gate_.run([this, action, values...] {
-                if constexpr (std::is_same_v<Sender, QPushButton> || std::is_same_v<Sender, QAction>)
+                if constexpr (std::is_base_of_v<QPushButton, Sender> || std::is_base_of_v<QAction, Sender>)
                     endEditing();
                 if constexpr (std::is_invocable_v<const Action&, decltype(values)...>)
                     action(values...);
