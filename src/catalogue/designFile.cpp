@@ -182,10 +182,10 @@ Design readLoggedDesign(LineReader& lines)
     }
 }
 
-Design loadDesign(const std::string& path)
+Design loadDesign(const std::string& path, std::size_t mostEvents)
 {
     Design design;
-    readFile(path, [&design](std::istream& stream) { design = readDesign(stream); });
+    readFile(path, [&](std::istream& stream) { design = readDesign(stream, mostEvents); });
     return design;
 }
 

@@ -44,7 +44,7 @@ Design readDesign(std::istream& stream, std::size_t mostEvents = Design::maxEven
 Design readLoggedDesign(LineReader& lines);
 
 /// Reads and writes a design's file. @throws FileError when it can't be opened, read or written, and as above
-Design loadDesign(const std::string& path);
+Design loadDesign(const std::string& path, std::size_t mostEvents = Design::maxEvents);
 void saveDesign(const std::string& path, const Design& design);
 
 } // namespace zint

@@ -10,7 +10,6 @@
 #include "shared/runTimeError.h"
 
 #include <algorithm>
-#include <exception>
 #include <utility>
 
 namespace zint {

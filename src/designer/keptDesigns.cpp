@@ -4,7 +4,6 @@
 #include "designer/designDifference.h"
 #include "shared/fileError.h"
 #include "shared/module1.h"
-#include "shared/textFile.h"
 
 #include <exception>
 #include <filesystem>
@@ -18,11 +17,7 @@ namespace {
 
 Design loadDraft(const std::string& path)
 {
-    Design draft;
-    readFile(path, [&draft](std::istream& stream) {
-        draft = readDesign(stream, std::numeric_limits<std::size_t>::max());
-    });
-    return draft;
+    return loadDesign(path, std::numeric_limits<std::size_t>::max());
 }
 
 std::optional<Design> tryToLoad(const std::string& path)
@@ -95,9 +90,7 @@ Design KeptDesigns::bringBack(const KeptEntry& entry)
 bool KeptDesigns::resume(const Design& draft)
 {
     const auto files = files_.newestFirst();
-    if (files.empty())
-        return false;
-    if (tryToLoad(files.front().path) != draft || !lock_.take(files.front().path))
+    if (files.empty() || tryToLoad(files.front().path) != draft || !lock_.take(files.front().path))
         return false;
     edited_ = files.front().path;
     return true;

@@ -11,9 +11,8 @@ namespace zint {
 /// into loop 1 and so on, beginning again after as many loops as the frequency has.
 void spreadOffsets(Design& design);
 
-/// The events of each loop as text, lines ended by CR LF, for as many loops as the largest frequency has, at
-/// least 10, and on to the next loop with an event. The
-/// line before the first loop stays empty.
+/// The descriptions of each loop's events, lines ended by CR LF, for as many loops as the largest frequency
+/// has, at least 10, and on to the next loop with an event. The line before the first loop stays empty.
 /// @throws RunTimeError 11 for a design without events or with one of frequency 0, std::length_error for a
 /// text that would be too long to show (several 100,000 loops)
 std::string timelineText(const Design& design);

@@ -201,9 +201,9 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
     leaveAndComeBack();
     prompts.typed = "ATH1";
     designer->askInitSequence();
-    designer->setTitle("replaced");
     designer->commit();
     leaveAndComeBack(); // from the runner
+    designer->setTitle("replaced");
     designer->newDesign();
     EXPECT_EQ(keptFiles(), 2) << "it went on being one design";
     const auto listed = elsewhere.list({});

@@ -64,6 +64,8 @@ struct PollSetup2Test : FormTest {
 
 TEST_F(PollSetup2Test, CellsAreEditedInPlace)
 {
+    QTest::keyClick(edit<QLineEdit>(30, 4, "obdTexter"), Qt::Key_Return);
+    EXPECT_EQ(form->focusWidget(), control<QLineEdit>("pollTitle")) << "behind the last row";
     auto* texter = edit<QLineEdit>(3, 1, "obdTexter");
     texter->setText(QStringLiteral("Load"));
     QTest::keyClick(texter, Qt::Key_Return);
@@ -82,8 +84,6 @@ TEST_F(PollSetup2Test, CellsAreEditedInPlace)
               u"Run-time error 13: Type mismatch");
     EXPECT_EQ(cell(3, 4), u"3");
     EXPECT_EQ(grid->currentIndex().row(), 3) << "nothing to move on from";
-    QTest::keyClick(edit<QLineEdit>(30, 4, "obdTexter"), Qt::Key_Return);
-    EXPECT_EQ(form->focusWidget(), control<QLineEdit>("pollTitle")) << "behind the last row";
 }
 
 TEST_F(PollSetup2Test, AClickOpensTheListInItsFullWidthAndDigitsGoOn)
@@ -164,6 +164,20 @@ TEST_F(PollSetup2Test, TheKeysOfTheGridWorkInTheGridAndItsStepsInTheTitle)
         << "a step of the grid, for nothing has been typed into the title since";
     press(Qt::Key_Delete);
     EXPECT_EQ(grid->model()->rowCount(), 31) << "a key of the title";
+}
+
+TEST_F(PollSetup2Test, MenusReachTheDesigner)
+{
+    for (const auto& [action, row] : {std::pair{"mnuDisable", u"0104 0 0"},
+                                      {"mnuEnable", u"0104 1 0"},
+                                      {"mnuUndo", u"0104 0 0"},
+                                      {"mnuRedo", u"0104 1 0"},
+                                      {"mnuDefault", u"0104 10 3"},
+                                      {"mnuPurge", u"0107 10 6"},
+                                      {"mnuAutoOffset", u"0107 10 7"}}) {
+        trigger(action);
+        EXPECT_EQ(cell(3, 0) + u' ' + cell(3, 3) + u' ' + cell(3, 4), row) << action;
+    }
 }
 
 TEST_F(PollSetup2Test, ACellThatCantBeReadKeepsTheDesignFromBeingSavedAndLost)

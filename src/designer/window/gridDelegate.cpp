@@ -83,8 +83,8 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
         for (const std::string_view choice : PollChoices)
             chooser->addItem(toQt(choice));
         widenList(*chooser);
-        chooser->view()->setCurrentIndex(
-            {}); // Enter must not choose the first one for a frequency that is none
+        // Enter must not choose the first entry when the frequency is none of them.
+        chooser->view()->setCurrentIndex({});
         chooser->view()->installEventFilter(const_cast<GridDelegate*>(this));
         return chooser;
     }
