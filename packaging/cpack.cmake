@@ -8,7 +8,7 @@ set(CPACK_PACKAGE_DESCRIPTION
   "Zint reads the malfunction indicator, the stored trouble codes and the readiness\n\
 monitors of road vehicles through an ELM327 adapter on a serial port, and clears\n\
 the codes on request. A simulated vehicle lets everything be tried at a desk.")
-set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSES/GPL-3.0-or-later.txt)
+set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 set(CPACK_PACKAGE_EXECUTABLES zint-obd Zint) # the start menu's entry
 set(CPACK_STRIP_FILES ON)
 

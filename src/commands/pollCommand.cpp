@@ -8,6 +8,7 @@
 #include "platform/text.h"
 #include "process/console.h"
 #include "process/folders.h"
+#include "runner/pollLimits.h"
 #include "runner/poller.h"
 #include "shared/textFile.h"
 
@@ -20,9 +21,6 @@
 
 namespace zint {
 namespace {
-
-constexpr int usualLoops = 1000;
-constexpr int mostLoops = 100000;
 
 /// A design as the designer would hand it over to the runner.
 /// @throws FileError
@@ -109,7 +107,7 @@ public:
 private:
     void begin()
     {
-        poller_.setMaxLoops(std::to_string(options_.loops.value_or(usualLoops)));
+        poller_.setMaxLoops(std::to_string(options_.loops.value_or(pollLimits::usualLoops)));
         poller_.setRefresh("1");
         poller_.resetValues();
         if (options_.seconds)
@@ -219,10 +217,11 @@ void PollOptions::describe(CLI::App& command)
                "Give up when a reply takes so many seconds (default 120; 0 waits for ever).");
     const char* const length = "Length of the run";
     addNumber(command, "--loops", "NUMBER", "End after so many loops (default 1000).", "a number of loops",
-              {1, mostLoops}, [this](int number) { loops = number; })
+              {1, static_cast<int>(pollLimits::mostLoops)}, [this](int number) { loops = number; })
         ->group(length);
     addNumber(command, "--seconds", "SECONDS", "End after so many seconds instead.", "seconds",
-              {1, mostSeconds}, [this](int number) { seconds = std::chrono::seconds(number); })
+              {1, static_cast<int>(pollLimits::longestRun.count())},
+              [this](int number) { seconds = std::chrono::seconds(number); })
         ->group(length);
     const char* const output = "Output";
     addFile(command, "--log", logPath, "Save a data log, the design and every sample.")->group(output);
