@@ -28,17 +28,17 @@ void dropUnpolled(Design& design)
     std::erase_if(design.events, [](const DesignEntry& event) { return !event.isPolled(); });
 }
 
-DesignEntry defaultEvent(int number)
+DesignEntry defaultEvent(int pid)
 {
-    const Pid& pid = PidNames.at(static_cast<std::size_t>(number));
+    const Pid& known = PidNames.at(static_cast<std::size_t>(pid));
     DesignEntry event{
-        .code = "01" + hexText(number, 2),
-        .description = std::string(pid.name),
-        .conversion = pid.defaultConversion,
+        .code = "01" + hexText(pid, 2),
+        .description = std::string(known.name),
+        .conversion = known.defaultConversion,
     };
-    if (pid.hasMeaning() && pid.defaultConversion != conversionCode::displayHex) {
+    if (known.hasMeaning() && known.defaultConversion != conversionCode::displayHex) {
         event.frequency = defaultFrequency;
-        event.offset = (number - 1) % defaultFrequency; // spreads the events over the loops
+        event.offset = (pid - 1) % defaultFrequency; // spreads the events over the loops
     }
     return event;
 }

@@ -65,8 +65,8 @@ void dropUnpolled(Design& design);
 /// The built-in event for a PID from 1 to pidCount - 1; polled in every tenth loop if its value is readable.
 DesignEntry defaultEvent(int pid);
 
-/// Replaces the design's title, events and extra commands by the built-in default: the events of all
-/// PIDs but 00.
+/// Replaces the design's title, events and extra commands by the built-in default: the events of all PIDs but
+/// 00. The sample speed belongs to the adapter and stays.
 void loadDefaultDesign(Design& design);
 
 } // namespace zint

@@ -4,7 +4,6 @@
 #include "shared/textFile.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <istream>
 #include <ostream>
 #include <stdexcept>

@@ -32,8 +32,8 @@ std::string proposedName(const std::string& path)
 
 std::string DesignFileKeeper::chooseToOpen()
 {
-    const std::string path = dialogs_.chooseToOpen(
-        openKinds, values_.isFolderRemembered ? values_.parmInitDir : values_.sampleFolder);
+    std::string path = dialogs_.chooseToOpen(openKinds, values_.isFolderRemembered ? values_.parmInitDir
+                                                                                   : values_.sampleFolder);
     if (!path.empty() && !isIn(values_.sampleFolder, path))
         values_.rememberFolderOf(path); // nobody's own files belong among the samples
     return path;

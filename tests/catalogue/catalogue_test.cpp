@@ -26,6 +26,13 @@ TEST(DesignTest, DefaultPollsEveryReadableParameterInEveryTenthPass)
     EXPECT_EQ(Design().sampleSpeed, std::chrono::milliseconds(200));
 }
 
+TEST(DesignTest, AnEventIsDueOnceInSoManyLoops)
+{
+    const DesignEntry event{.frequency = 10, .offset = 9};
+    EXPECT_TRUE(isDue(event, 1) && isDue(event, 11));
+    EXPECT_FALSE(isDue(event, 9) || isDue({.frequency = 0}, 0));
+}
+
 TEST(ChooserTest, ReadsTheDigitsBeforeTheFirstMark)
 {
     std::string frequencies;
