@@ -27,7 +27,7 @@ SimulatedPort::~SimulatedPort()
     timer_.onTick = nullptr;
 }
 
-void SimulatedPort::open()
+void SimulatedPort::open(PortNumber /*number*/, int /*bitsPerSecond*/)
 {
     if (open_)
         throw CommError(deviceBusy, "The port is already open");

@@ -25,7 +25,7 @@ public:
     SimulatedPort& operator=(const SimulatedPort&) = delete;
     ~SimulatedPort() override;
 
-    void open() override;
+    void open(PortNumber number, int bitsPerSecond) override;
     void close() override;
     bool isOpen() const override { return open_; }
     void output(std::string_view text) override;

@@ -18,7 +18,6 @@ AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice
     : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener), delivery_(delivery),
       buffer_(delivery == Delivery::replies)
 {
-    port_.setUp(choice_.port, choice_.bitsPerSecond);
     port_.onNotice = [this](PortNotice notice) { takeNotice(notice); };
     timer_.onTick = [this] { timedOut(); };
     setStatus("Closed");
@@ -71,7 +70,7 @@ bool AdapterLink::open(Guard guard)
     dropsNulBytes_ = true;
     failure_.clear();
     try {
-        port_.open();
+        port_.open(choice_.port, choice_.bitsPerSecond);
         write(resetCommand, lengthOf(resetCommand));
     } catch (const CommError& error) {
         setStatus("- Comm init error: " + std::to_string(error.number()) + ": " + error.what());

@@ -73,7 +73,7 @@ public:
         groups,  ///< each group as the port delivers it, see ReceiveGroups
     };
 
-    /// Sets the port up for the chosen connection; does not open it.
+    /// Does not open the port yet.
     AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener,
                 Delivery delivery = Delivery::replies);
 

@@ -17,7 +17,7 @@ enum class PortNotice : int {
     received = 2,    ///< characters have been received
 };
 
-/// A serial port as the tools use it: set up once, opened for each exchange.
+/// A serial port as the tools use it: opened for each exchange.
 ///
 /// The notification comes between events, on the thread that uses the port, and never from inside a call to
 /// the port. Each group of characters that is received brings one.
@@ -28,18 +28,11 @@ public:
     SerialPort& operator=(const SerialPort&) = delete;
     virtual ~SerialPort() = default;
 
-    /// Says where the port is and how fast its line; each character has 8 data bits, no parity, 1 stop bit.
-    void setUp(PortNumber number, int bitsPerSecond)
-    {
-        number_ = number;
-        bitsPerSecond_ = bitsPerSecond;
-    }
-
-    /// Opens the port and discards what lies in it: the end of an earlier conversation would be taken for the
-    /// answer to the first command of this one.
+    /// Opens the port, with 8 data bits, no parity and 1 stop bit, and discards what lies in it: the end of
+    /// an earlier conversation would be taken for the answer to the first command of this one.
     /// @throws CommError when the port is missing, in use, not allowed or refuses the speed; it is then
     /// closed
-    virtual void open() = 0;
+    virtual void open(PortNumber number, int bitsPerSecond) = 0;
 
     static constexpr std::chrono::milliseconds closingPatience{500};
 
@@ -57,14 +50,6 @@ public:
     virtual std::string input() = 0;
 
     std::function<void(PortNotice)> onNotice; ///< set by the owner before the port is opened
-
-protected:
-    PortNumber number() const { return number_; }
-    int bitsPerSecond() const { return bitsPerSecond_; }
-
-private:
-    PortNumber number_{1};
-    int bitsPerSecond_ = 9600;
 };
 
 } // namespace zint

@@ -29,14 +29,14 @@ QtSerialPort::QtSerialPort(EventGate& gate, Locate locate) : gate_(gate), locate
     QObject::connect(&pause_, &QTimer::timeout, &port_, [this] { deliver(groups_.takeRest()); });
 }
 
-void QtSerialPort::open()
+void QtSerialPort::open(PortNumber number, int bitsPerSecond)
 {
-    const std::string location = locate_(number());
+    const std::string location = locate_(number);
     if (location.empty())
-        throw nothingConnected(number());
+        throw nothingConnected(number);
     const std::string path = devicePath(location);
     port_.setPortName(toQt(path));
-    port_.setBaudRate(bitsPerSecond());
+    port_.setBaudRate(bitsPerSecond);
     port_.setDataBits(QSerialPort::Data8);
     port_.setParity(QSerialPort::NoParity);
     port_.setStopBits(QSerialPort::OneStop);
@@ -46,8 +46,7 @@ void QtSerialPort::open()
     goneReported_ = true; // nobody is told from inside this call
     port_.clear(QSerialPort::Input);
     goneReported_ = false;
-    timePerCharacter_ =
-        std::chrono::microseconds(std::chrono::seconds(1)) * bitsPerCharacter / bitsPerSecond();
+    timePerCharacter_ = std::chrono::microseconds(std::chrono::seconds(1)) * bitsPerCharacter / bitsPerSecond;
     lineFreeAt_ = {};
     unanswered_ = 0;
 }

@@ -23,7 +23,7 @@ public:
 
     QtSerialPort(EventGate& gate, Locate locate);
 
-    void open() override;
+    void open(PortNumber number, int bitsPerSecond) override;
     void close() override;
     bool isOpen() const override { return port_.isOpen(); }
     void output(std::string_view text) override;

@@ -30,6 +30,8 @@ struct QtSerialPortTest : testing::Test {
         };
     }
 
+    void open() { port.open(PortNumber{1}, 9600); }
+
     qint64 millisecondsToClose()
     {
         QElapsedTimer timer;
@@ -44,7 +46,7 @@ struct QtSerialPortTest : testing::Test {
     {
         location = path;
         try {
-            port.open();
+            open();
         } catch (const CommError& error) {
             EXPECT_FALSE(port.isOpen());
             return error;
@@ -55,7 +57,7 @@ struct QtSerialPortTest : testing::Test {
 
 TEST_F(QtSerialPortTest, CarriesTextBothWaysAndNotificationsWaitForTheHandlerThatRuns)
 {
-    port.open();
+    open();
     EXPECT_TRUE(terminal->takeOpening());
     port.output("ATZ\r");
     EXPECT_EQ(terminal->read(), "ATZ\r") << "a write waits for nothing";
@@ -76,7 +78,7 @@ TEST_F(QtSerialPortTest, CarriesTextBothWaysAndNotificationsWaitForTheHandlerTha
         port.close();
     });
     EXPECT_EQ(notices.size(), 2U) << "none after closing";
-    port.open();
+    open();
     terminal->write("D\r>");
     EXPECT_TRUE(waitUntil([&] { return notices.size() == 3; }));
     EXPECT_EQ(received, "41 0C \r>A\rD\r>") << "nothing of what had come before";
@@ -87,7 +89,7 @@ TEST_F(QtSerialPortTest, ClosingWaitsForTheAnswersToWhatWasWritten)
     terminal->holdOpen();
     terminal->takeOpening();
     terminal->write("41 0C \r\r>"); // left by another program
-    port.open();
+    open();
     port.output("010C\r");
     port.output("ATD\r");
     std::jthread adapter([&] {
@@ -100,7 +102,7 @@ TEST_F(QtSerialPortTest, ClosingWaitsForTheAnswersToWhatWasWritten)
     EXPECT_TRUE(time >= 65 && time < 400) << time;
     adapter.join();
     EXPECT_EQ(terminal->read(), "010C\rATD\r");
-    port.open();
+    open();
     QTest::qWait(30);
     EXPECT_TRUE(notices.empty()) << "nothing of former conversations is left";
 
@@ -112,7 +114,7 @@ TEST_F(QtSerialPortTest, ClosingWaitsForTheAnswersToWhatWasWritten)
 
 TEST_F(QtSerialPortTest, ClosingInANotificationWaitsForTheAnswerOnly)
 {
-    port.open();
+    open();
     terminal->takeOpening();
     qint64 time = -1;
     port.onNotice = [&](PortNotice) { // as tools do at the end of an exchange
@@ -131,7 +133,7 @@ TEST_F(QtSerialPortTest, ClosingInANotificationWaitsForTheAnswerOnly)
 
 TEST_F(QtSerialPortTest, DeliversNoiseAndOnceTheDeviceIsGoneWhatIsIncomplete)
 {
-    port.open();
+    open();
     terminal->takeOpening();
     terminal->write("\xFE\xFF"); // a wrong speed
     EXPECT_TRUE(waitUntil([&] { return received == "\xFE\xFF"; }));
@@ -150,14 +152,14 @@ TEST_F(QtSerialPortTest, DeliversNoiseAndOnceTheDeviceIsGoneWhatIsIncomplete)
 
     terminal.emplace(); // it is back
     location = terminal->path();
-    port.open();
+    open();
     port.output("x");
     EXPECT_EQ(terminal->read(), "x");
 }
 
 TEST_F(QtSerialPortTest, ClosingDoesNotWaitForEverForAnAdapterThatReadsNothing)
 {
-    port.open();
+    open();
     for (int i = 0; i < 100; ++i)
         port.output(std::string(1000, 'x')); // more than the terminal takes
     QTest::qWait(20);
@@ -172,14 +174,14 @@ TEST_F(QtSerialPortTest, TakesARelativePathFromTheWorkingFolder)
     const QString before = QDir::currentPath();
     QDir::setCurrent(folder.path());
     location = "./port";
-    EXPECT_NO_THROW(port.open());
+    EXPECT_NO_THROW(open());
     QDir::setCurrent(before);
 }
 
 TEST_F(QtSerialPortTest, OpeningErrorsCarryTheSystemsNumberAndAdvice)
 {
     QtSerialPort holder(gate, [path = location](PortNumber) { return path; });
-    holder.open();
+    holder.open(PortNumber{1}, 9600);
     QTemporaryFile plain;
     plain.open();
     QTemporaryFile forbidden;

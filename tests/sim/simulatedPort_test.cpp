@@ -24,9 +24,11 @@ struct SimulatedPortTest : testing::Test {
             notices.push_back(notice);
             replies += port.input();
         };
-        port.open();
+        open();
         ask("ATE0");
     }
+
+    void open() { port.open(PortNumber{1}, 9600); }
 
     std::string ask(const std::string& command)
     {
@@ -69,8 +71,8 @@ TEST_F(SimulatedPortTest, AClosedPortDeliversNothingAndTellsOnceThatTheDeviceIsG
     port.close();
     EXPECT_FALSE(timer.enabled());
     EXPECT_THROW(port.output("ATZ\r"), CommError);
-    port.open();
-    EXPECT_THROW(port.open(), CommError);
+    open();
+    EXPECT_THROW(open(), CommError);
     EXPECT_EQ(ask("0101"), "41 01 00 77 65 65 \r\r>") << "of this session; what was cleared stays so";
     ask("ATI");
     ask("ATI");

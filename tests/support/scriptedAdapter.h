@@ -85,14 +85,14 @@ public:
 
     void workAgain() { openError = writeError = std::nullopt; }
 
-    void open() override
+    void open(PortNumber number, int bitsPerSecond) override
     {
         if (openError)
             throw CommError(*openError);
         EXPECT_FALSE(open_) << "opened twice";
         open_ = true;
         ++openings_;
-        history.push_back("open " + portName(number()) + " " + std::to_string(bitsPerSecond()));
+        history.push_back("open " + portName(number) + " " + std::to_string(bitsPerSecond));
     }
 
     void close() override

@@ -10,7 +10,7 @@ namespace {
 TEST(ScriptTest, FailsTheTestOnWhatWasNotExpected)
 {
     static ScriptedAdapter adapter; // what fails runs in a function of its own
-    adapter.open();
+    adapter.open(PortNumber{1}, 9600);
     EXPECT_FATAL_FAILURE(adapter.output("04\r"), "unexpected: \"04\\r\"");
     EXPECT_NONFATAL_FAILURE(ScriptedAdapter().expect("03\r"), "never written: \"03\\r\"");
     EXPECT_NONFATAL_FAILURE(ScriptedPrompts().message("text", "", ""), "unexpected message: text");
