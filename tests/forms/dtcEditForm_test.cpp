@@ -11,8 +11,8 @@ namespace zint {
 namespace {
 
 const std::string boxes = "DTCcode DTCdescr DTCnotes ";
-const std::string browsing =
-    "DTCfirst DTCprev DTCnext DTClast DTCsearch DTCsearchCode findWords DTCedit DTCdel ";
+const std::string browsing = "DTCfirst DTCprev DTCnext DTClast DTCsearch DTCsearchCode findWords ";
+const std::string changing = "DTCedit DTCdel ";
 const std::string closed = "dtcDBname browseDB ";
 const std::string filling = "DTCadd importDTC exportDTC ";
 
@@ -37,7 +37,7 @@ struct DtcEditFormTest : FormTest {
             return std::set<std::string>{std::istream_iterator<std::string>(words), {}};
         };
         const std::set<std::string> expected = split(names);
-        for (const std::string& name : split(boxes + browsing + closed + filling +
+        for (const std::string& name : split(boxes + browsing + changing + closed + filling +
                                              "DTCcontrol DTCsave DTCcancel undoDelete skippedLines"))
             EXPECT_EQ(control<QWidget>(name.c_str())->isEnabled(), expected.contains(name)) << name;
     }
@@ -57,7 +57,7 @@ TEST_F(DtcEditFormTest, EnablesWhatCanBeDone)
     QTest::keyClick(box("dtcDBname"), Qt::Key_Return);
     expectEnabled(boxes + filling + "DTCcontrol");
     click("importDTC");
-    expectEnabled(boxes + filling + browsing + "DTCcontrol skippedLines");
+    expectEnabled(boxes + filling + browsing + changing + "DTCcontrol skippedLines");
     EXPECT_EQ(textOf("statusBox") + textOf("DTCframe"), u"3 DTC('s) add, 1 skip, 0dup, 4 total"
                                                         u"Current DTC Record (3 Record(s) Total)"_qs);
     EXPECT_EQ(messageOf([&] { click("skippedLines"); }), u"Line 4: \"none\" is no code\n");
@@ -78,6 +78,11 @@ TEST_F(DtcEditFormTest, EnablesWhatCanBeDone)
         click(button);
         EXPECT_TRUE(waitUntil([&] { return isClosed; })) << button;
     }
+    std::string bytes = contents(values.parmDTCdb);
+    bytes[18] = '\3'; // the version that is needed to write
+    TemporaryFolder::write(values.parmDTCdb, bytes);
+    click("DTCcontrol");
+    expectEnabled(boxes + browsing + "exportDTC DTCcontrol");
 }
 
 TEST_F(DtcEditFormTest, BrowsesByButtonsAndKeys)
