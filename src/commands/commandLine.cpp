@@ -16,11 +16,18 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 
 namespace zint {
 namespace {
 
+constexpr const char* helpFlag = "--help";
+constexpr const char* allHelpFlag = "--help-all";
+constexpr const char* versionFlag = "--version";
 constexpr const char* debugInfoFlag = "--debug-info";
+
+/// What is done without windows and without a command.
+constexpr std::array endingFlags{helpFlag, allHelpFlag, versionFlag, debugInfoFlag};
 
 constexpr const char* footer = "Ctrl-C ends a poll run or a scan properly: files and summary are written.\n"
                                "Exit status: 0 when all went well, 1 when something failed (standard error\n"
@@ -45,7 +52,7 @@ CommandLine::CommandLine()
     program_->add_flag_callback(
         debugInfoFlag, [this] { run = [this] { return printOut(debugInfo(connection)); }; },
         "Print what a report of a fault needs: version, build, system, files and ports.");
-    program_->set_help_all_flag("--help-all", "Print the help of all commands and end.");
+    program_->set_help_all_flag(allHelpFlag, "Print the help of all commands and end.");
     program_->set_version_flag("-v,--version", "", "Print the version and end.");
 }
 
@@ -91,10 +98,8 @@ bool CommandLine::mayWantWindows(const std::vector<std::string>& arguments) cons
 {
     try {
         const SortedArguments sorted = sortArguments(*program_, arguments);
-        return commandOf(*program_, sorted.words).get_parent() == nullptr && !sorted.wantsHelp &&
-               !sorted.wantsAllHelp && !sorted.wantsVersion &&
-               std::ranges::find(sorted.options, debugInfoFlag, &SortedArguments::Option::name) ==
-                   sorted.options.end();
+        return commandOf(*program_, sorted.words).get_parent() == nullptr &&
+               std::ranges::none_of(endingFlags, [&](const char* flag) { return sorted.has(flag); });
     } catch (const UsageError&) {
         return true;
     }
@@ -105,11 +110,11 @@ void CommandLine::parse(const std::vector<std::string>& arguments)
     const SortedArguments sorted = sortArguments(*program_, arguments);
     const CLI::App& command = commandOf(*program_, sorted.words);
     help = nameOf(command) + " --help";
-    if (sorted.wantsAllHelp)
+    if (sorted.has(allHelpFlag))
         run = [text = helpOfAll(*program_)] { return printOut(text); };
-    else if (sorted.wantsHelp)
+    else if (sorted.has(helpFlag))
         run = [text = helpOf(command)] { return printOut(text); };
-    else if (sorted.wantsVersion)
+    else if (sorted.has(versionFlag))
         run = tellVersion;
     else
         zint::parse(*program_, sorted);

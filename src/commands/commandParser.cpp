@@ -70,7 +70,7 @@ private:
         if (option->get_items_expected_max() == 0) {
             if (hasValue)
                 throw UsageError(name + " takes no value");
-            takeFlag(*option, name);
+            sorted_.options.push_back({option->get_name(), {}});
             return;
         }
         if (!hasValue && argument + 1 == end)
@@ -85,20 +85,8 @@ private:
             const CLI::Option* const option = findOption(program_, name);
             if (option == nullptr)
                 throw UsageError("unknown option " + letters);
-            takeFlag(*option, name);
+            sorted_.options.push_back({option->get_name(), {}});
         }
-    }
-
-    void takeFlag(const CLI::Option& option, const std::string& name)
-    {
-        if (&option == program_.get_help_ptr())
-            sorted_.wantsHelp = true;
-        else if (&option == program_.get_help_all_ptr())
-            sorted_.wantsAllHelp = true;
-        else if (option.check_name("--version"))
-            sorted_.wantsVersion = true;
-        else
-            sorted_.options.push_back({name, {}});
     }
 
     const CLI::App& program_;

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace CLI {
@@ -13,15 +15,17 @@ namespace zint {
 /// A command line, sorted. Options may stand before the command that they belong to.
 struct SortedArguments {
     struct Option {
-        std::string name;                 ///< with its dashes
+        std::string name;                 ///< its first long one, with the dashes
         std::optional<std::string> value; ///< if it takes one
     };
 
     std::vector<std::string> words; ///< the command and its files
     std::vector<Option> options;
-    bool wantsHelp = false;
-    bool wantsAllHelp = false; ///< of all commands
-    bool wantsVersion = false;
+
+    bool has(std::string_view option) const
+    {
+        return std::ranges::find(options, option, &Option::name) != options.end();
+    }
 };
 
 /// @param program and its commands, described. @param arguments without the program's name

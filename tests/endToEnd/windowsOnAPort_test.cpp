@@ -7,7 +7,6 @@
 #include "scanner/window/scanForm.h"
 #include "widgets/plainTextBox.h"
 
-#include <QFileDialog>
 #include <QLineEdit>
 #include <QTableView>
 #include <QTimer>
@@ -90,7 +89,6 @@ TEST_F(WindowsEndToEnd, TheRunnerWritesWhatTheVehicleSentAndGoesOnAfterACut)
     expectStatus("com1 - adapter disconnected");
     EXPECT_EQ(cell(0, 1) + u' ' + cell(0, 2), u"99kPa 4");
     const std::string log = savedBy("mnuSaveLog", "cut", ".log");
-    EXPECT_EQ(textOf("statusBox"), u"cut.log log saved");
     expectFourLoops(log, savedBy("mnuExportLog", "cut", ".txt"), started);
 
     // stopped in the middle of a request
