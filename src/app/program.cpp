@@ -170,7 +170,7 @@ void Program::end()
 void Program::waitIfHidden()
 {
     if (start_ && !anyWindowVisible() && !instance_.waitToBeAsked())
-        showLauncher(); // nobody could bring the program back
+        bringBack({}); // nobody else could
 }
 
 } // namespace zint

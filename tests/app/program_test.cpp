@@ -105,6 +105,17 @@ TEST_F(ProgramTest, AProgramWithoutAVisibleWindowLivesOnAndIsBroughtBack)
     EXPECT_FALSE(RunningInstance::bringBackHidden()) << "a visible program is not asked";
 }
 
+TEST_F(ProgramTest, ShowsTheLauncherWhereNobodyCouldBringItBack)
+{
+    const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
+    qputenv("XDG_RUNTIME_DIR", "/dev/null"); // nothing can listen there
+    click("startForm", "getCodes");
+    window("codesForm")->findChild<QAction*>(QStringLiteral("ftc"))->trigger();
+    click("failedConnForm", "cancelCom");
+    EXPECT_TRUE(waitUntil([] { return isVisible("startForm") && window("codesForm") == nullptr; }));
+    qputenv("XDG_RUNTIME_DIR", folder);
+}
+
 TEST_F(ProgramTest, EndsOverALauncherThatShowsOneBoxAfterAnother)
 {
     auto* about = window("startForm")->findChild<QAction*>(QStringLiteral("mnuAbout"));

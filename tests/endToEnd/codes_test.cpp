@@ -39,7 +39,7 @@ TEST(CodesEndToEnd, ReadsThroughTheHabitsOfAdapters)
          {"--pieces 1 --piece-gap 1", "--pieces 7 --latency 30", "--line-speed 9600", "--line-feeds",
           "--no-announcement --single-line-end", "--rubbish \\0\\xFC", "--no-trailing-blank"}) {
         const Outcome read = codesOf(Simulator(habit));
-        EXPECT_EQ(read.status, 0) << habit << read.errors;
+        EXPECT_EQ(read.errors, "") << habit << ": the shipped descriptions serve without a database";
         EXPECT_TRUE(read.output.starts_with(litReport)) << habit << read.output;
     }
     EXPECT_TRUE(codesOf(Simulator("--protocol can --codes P0420"))

@@ -161,6 +161,7 @@ TEST_F(LauncherTest, ReadsShowsAndClearsFoldersAndFilesButNotTheStoreNorTheConne
     values.parmOutputFile = "left alone"; // set for a path that is not empty only
     launcher.load();
     EXPECT_EQ(all(), "dir,db,x\\a.obc,a.obc,,left alone,run1.log,run1.log,C:\\designs\\,,");
+    EXPECT_TRUE(values.isFolderRemembered);
     values.parmInitDir = "dir now";
     launcher.showDefaults();
     EXPECT_EQ(prompts.takeMessage(),
