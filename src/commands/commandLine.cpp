@@ -68,7 +68,7 @@ void CommandLine::add(CLI::App& parent, const char* name, const char* descriptio
     command.final_callback([this, options, runCommand] {
         if constexpr (requires { options->check(); })
             options->check();
-        run = [options, runCommand] { return runCommand(*options); };
+        run = [options, runCommand] { return telling([&] { return runCommand(*options); }); };
     });
 }
 

@@ -29,8 +29,8 @@ public:
     /// Reads the arguments, once. @param arguments without the program's name. @throws UsageError
     void parse(const std::vector<std::string>& arguments);
 
-    /// What is asked for: a command, or help. Returns the exit status, and may need an application object.
-    /// Empty: the windows are asked for.
+    /// What is asked for: a command, or help. Tells what a command throws, returns the exit status, and may
+    /// need an application object. Empty: the windows are asked for.
     std::function<int()> run;
 
     ConnectionOptions connection; ///< of the windows

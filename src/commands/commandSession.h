@@ -54,7 +54,7 @@ std::string visibleText(std::string_view text);
 /// "1 second", "2 seconds".
 std::string secondsText(std::chrono::seconds time);
 
-/// Runs what reads and writes files; what it throws is told. @return the exit status
+/// Runs a command; what it throws is told. @return the exit status
 int telling(const std::function<int()>& command);
 
 /// What is told when there is no database of code descriptions.

@@ -87,20 +87,6 @@ void tell(const std::string& hint)
         complain(hint);
 }
 
-int setUp(const DtcSetupOptions& options)
-{
-    const Database database(options.databasePath);
-    if (isSetUp(database.path())) {
-        if (!options.onlyIfMissing)
-            throw DatabaseError("\"" + database.path() + "\" exists already; nothing has been changed");
-        DtcDatabase::openForReading(database.path()); // what can't be used is told
-        return exitStatus::success;
-    }
-    ShownProgress progress(options.quiet);
-    const DtcImport import = setUpDtcDatabase(database.path(), database.shipped(), progress);
-    return printOut(std::to_string(import.added) + " code descriptions set up in " + database.path() + "\n");
-}
-
 /// The notes stand below, so that each line that begins with a code is one.
 int print(const DtcRecord& record)
 {
@@ -117,45 +103,11 @@ int refuse(const std::string& code)
     return exitStatus::failure;
 }
 
-int lookUp(const DtcLookupOptions& options)
-{
-    const auto database = Database(options.databasePath).source().openDatabase();
-    int status = exitStatus::success;
-    for (const std::string& typed : options.codes) {
-        const std::string code = upperCase(typed);
-        const auto entry = database->find(code);
-        const int printed = entry ? print(entry->record) : refuse(code);
-        status = printed == exitStatus::success ? status : printed;
-    }
-    return status;
-}
-
-int importText(const DtcImportOptions& options)
-{
-    const auto database = Database(options.databasePath).open();
-    ShownProgress progress(options.quiet);
-    const DtcImport import = importDtcText(*database, options.textPath, options.text, progress);
-    for (const std::string& text : skippedTexts(import))
-        complain(text);
-    tell(importHint(import));
-    return printOut(importText(import, options.text.dupOver) + "\n");
-}
-
 int exportToOutput(DtcDatabase& database, const DtcTextOptions& form)
 {
     std::ostringstream text;
     tell(exportHint(exportDtcText(database, text, form, "\n")));
     return printOut(text.str());
-}
-
-int exportText(const DtcExportOptions& options)
-{
-    const auto database = Database(options.databasePath).openForReading();
-    if (options.textPath == "-")
-        return exportToOutput(*database, options.text);
-    const DtcExport done = exportDtcFile(*database, options.textPath, options.text);
-    tell(exportHint(done));
-    return printOut(exportText(done) + "\n");
 }
 
 void addDatabase(CLI::App& command, std::string& path)
@@ -214,22 +166,50 @@ void DtcExportOptions::describe(CLI::App& command)
 
 int runDtcSetup(const DtcSetupOptions& options)
 {
-    return telling([&options] { return setUp(options); });
+    const Database database(options.databasePath);
+    if (isSetUp(database.path())) {
+        if (!options.onlyIfMissing)
+            throw DatabaseError("\"" + database.path() + "\" exists already; nothing has been changed");
+        DtcDatabase::openForReading(database.path()); // what can't be used is told
+        return exitStatus::success;
+    }
+    ShownProgress progress(options.quiet);
+    const DtcImport import = setUpDtcDatabase(database.path(), database.shipped(), progress);
+    return printOut(std::to_string(import.added) + " code descriptions set up in " + database.path() + "\n");
 }
 
 int runDtcLookup(const DtcLookupOptions& options)
 {
-    return telling([&options] { return lookUp(options); });
+    const auto database = Database(options.databasePath).source().openDatabase();
+    int status = exitStatus::success;
+    for (const std::string& typed : options.codes) {
+        const std::string code = upperCase(typed);
+        const auto entry = database->find(code);
+        const int printed = entry ? print(entry->record) : refuse(code);
+        status = printed == exitStatus::success ? status : printed;
+    }
+    return status;
 }
 
 int runDtcImport(const DtcImportOptions& options)
 {
-    return telling([&options] { return importText(options); });
+    const auto database = Database(options.databasePath).open();
+    ShownProgress progress(options.quiet);
+    const DtcImport import = importDtcText(*database, options.textPath, options.text, progress);
+    for (const std::string& text : skippedTexts(import))
+        complain(text);
+    tell(importHint(import));
+    return printOut(importText(import, options.text.dupOver) + "\n");
 }
 
 int runDtcExport(const DtcExportOptions& options)
 {
-    return telling([&options] { return exportText(options); });
+    const auto database = Database(options.databasePath).openForReading();
+    if (options.textPath == "-")
+        return exportToOutput(*database, options.text);
+    const DtcExport done = exportDtcFile(*database, options.textPath, options.text);
+    tell(exportHint(done));
+    return printOut(exportText(done) + "\n");
 }
 
 } // namespace zint

@@ -10,7 +10,8 @@ class App;
 } // namespace CLI
 
 /// The database of code descriptions without a window. Results go to standard output, what went wrong to
-/// standard error. The commands need an application object and return the exit status.
+/// standard error. The commands need an application object, return the exit status, and throw DatabaseError
+/// or FileError.
 namespace zint {
 
 struct DtcSetupOptions {

@@ -8,24 +8,6 @@
 #include "shared/textFile.h"
 
 namespace zint {
-namespace {
-
-void turnIntoTable(const std::string& logPath, const std::string& tablePath)
-{
-    DataLog log;
-    readFile(logPath, [&](std::istream& stream) {
-        try {
-            log = readLog(stream);
-        } catch (const FileError& error) {
-            throw FileError("\"" + logPath + "\": " + error.what());
-        }
-    });
-    replaceFile(tablePath, [&log](std::ostream& stream) {
-        writeExport(stream, log.design, log.samples, log.firstStart, complain);
-    });
-}
-
-} // namespace
 
 void ExportOptions::describe(CLI::App& command)
 {
@@ -37,10 +19,18 @@ void ExportOptions::check() const { requireDifferentFiles({logPath, tablePath});
 
 int runExportCommand(const ExportOptions& options)
 {
-    return telling([&options] {
-        turnIntoTable(options.logPath, options.tablePath);
-        return exitStatus::success;
+    DataLog log;
+    readFile(options.logPath, [&](std::istream& stream) {
+        try {
+            log = readLog(stream);
+        } catch (const FileError& error) {
+            throw FileError("\"" + options.logPath + "\": " + error.what());
+        }
     });
+    replaceFile(options.tablePath, [&log](std::ostream& stream) {
+        writeExport(stream, log.design, log.samples, log.firstStart, complain);
+    });
+    return exitStatus::success;
 }
 
 } // namespace zint

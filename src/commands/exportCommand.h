@@ -16,7 +16,7 @@ struct ExportOptions {
     void check() const; ///< @throws UsageError
 };
 
-/// `zint-obd export`: turns a saved data log into a table. @return the exit status
+/// `zint-obd export`: turns a saved data log into a table. @return the exit status. @throws FileError
 int runExportCommand(const ExportOptions& options);
 
 } // namespace zint

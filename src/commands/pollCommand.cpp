@@ -238,14 +238,12 @@ void PollOptions::check() const
 
 int runPollCommand(const PollOptions& options)
 {
-    return telling([&options] {
-        const Design design = loadDesignToPoll(options.designPath);
-        for (const std::string& path : {options.logPath, options.exportPath}) {
-            if (!path.empty()) // a long run is not to end in a file that can't be written
-                requireWritable(path);
-        }
-        return PollRun(options, design).run();
-    });
+    const Design design = loadDesignToPoll(options.designPath);
+    for (const std::string& path : {options.logPath, options.exportPath}) {
+        if (!path.empty()) // a long run is not to end in a file that can't be written
+            requireWritable(path);
+    }
+    return PollRun(options, design).run();
 }
 
 } // namespace zint

@@ -28,7 +28,7 @@ struct PollOptions {
 
 /// `zint-obd poll`: a run of the poll runner without a window. The summary goes to standard output, what went
 /// wrong to standard error. Needs an application object; runs its event loop.
-/// @return the exit status
+/// @return the exit status. @throws FileError
 int runPollCommand(const PollOptions& options);
 
 } // namespace zint

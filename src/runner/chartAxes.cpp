@@ -77,10 +77,16 @@ std::vector<ChartAxis> axesOf(const Design& design, std::span<const std::size_t>
 
 ChartScale scaleOf(std::span<const std::vector<ChartPoint>> lines)
 {
-    const auto values = lines | std::views::join | std::views::transform(&ChartPoint::value);
-    if (values.begin() == values.end())
+    double lowest = std::numeric_limits<double>::infinity();
+    double highest = -lowest;
+    for (const std::vector<ChartPoint>& line : lines) {
+        for (const ChartPoint& point : line) {
+            lowest = std::min(lowest, point.value);
+            highest = std::max(highest, point.value);
+        }
+    }
+    if (lowest > highest)
         return {};
-    const auto [lowest, highest] = std::ranges::minmax(values);
     return roundScale(lowest, highest);
 }
 
