@@ -8,7 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <ranges>
+#include <limits>
 
 namespace zint {
 namespace {

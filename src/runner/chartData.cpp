@@ -125,9 +125,9 @@ std::vector<ChartPoint> ChartData::points(std::size_t event, double from, double
         return std::floor(point.time / width);
     };
     while (next != end) {
-        const auto column = std::ranges::equal_range(next, end, columnOf(*next), {}, columnOf);
-        addColumn(shown, {column.begin(), column.end()});
-        next = column.end();
+        const auto columnEnd = std::ranges::upper_bound(next, end, columnOf(*next), {}, columnOf);
+        addColumn(shown, {next, columnEnd});
+        next = columnEnd;
     }
     if (end != all.end())
         shown.push_back(*end);

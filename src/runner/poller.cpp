@@ -186,7 +186,7 @@ std::string Poller::save(RunFiles::Kind kind, const std::string& path)
 {
     if (path.empty())
         return {};
-    const std::string failure = files_.save(run(), kind, path);
+    std::string failure = files_.save(run(), kind, path);
     if (!isPolling()) // what a run that is on brings is not saved yet
         around_.kept.pause();
     return failure;

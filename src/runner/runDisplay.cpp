@@ -60,7 +60,7 @@ std::string repliesText(const EventTotals& event, std::int32_t before, std::int6
 
 std::string summaryText(std::int64_t loops, std::int64_t events, std::int64_t seconds)
 {
-    const std::string text = std::to_string(loops) + " Loops, " + std::to_string(events) + " Events, ";
+    std::string text = std::to_string(loops) + " Loops, " + std::to_string(events) + " Events, ";
     if (seconds < 1)
         return text;
     return text + std::to_string(seconds) + " sec, " + rateText(loops, seconds) + " Lp/s, " +

@@ -107,8 +107,10 @@ void ChartLines::paint(ChartData& data, const ChartRange& range)
     }
     paintTimeAxis(range);
     std::size_t total = 0;
-    for (const auto& line : points | std::views::join)
-        total += line.size();
+    for (const auto& lines : points) {
+        for (const auto& line : lines)
+            total += line.size();
+    }
     constexpr std::size_t crowd = 1500;
     if (std::exchange(isCrowded_, total > crowd) != isCrowded_)
         paintPens();
