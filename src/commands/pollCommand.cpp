@@ -188,7 +188,7 @@ private:
     const PollOptions& options_;
     const Design& design_;
     VehicleSession session_;
-    KeptRuns kept_{fromQt(userDataFolder()) + "/runs", dateText};
+    KeptRuns kept_{fromQt(userDataFolder()), dateText};
     QtTimer ticker_{session_.gate};
     Poller poller_{{.port = *session_.port,
                     .timer = session_.resetTimer,

@@ -20,7 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 using std::chrono::system_clock;
 
-constexpr std::size_t mostKept = 10;
 constexpr std::size_t flushSize = 65536;
 constexpr std::string_view leftMark = "left\r\n";
 constexpr std::string_view toldMark = "told\r\n";
@@ -93,8 +92,8 @@ void removeFile(const std::string& path)
 
 } // namespace
 
-KeptRuns::KeptRuns(std::string folder, DateText dateText, std::uintmax_t mostBytes)
-    : files_(std::move(folder), ".run", mostKept, mostBytes), dateText_(std::move(dateText))
+KeptRuns::KeptRuns(const std::string& userDataFolder, DateText dateText, std::uintmax_t mostBytes)
+    : files_(userDataFolder, keptKinds::runs, mostBytes), dateText_(std::move(dateText))
 {
 }
 
@@ -194,7 +193,7 @@ void KeptRuns::leave()
 /// places are enough, so that those that were left last a while, too.
 void KeptRuns::prune() const
 {
-    files_.prune([places = mostKept / 2](const KeptFiles::File& file) mutable {
+    files_.prune([places = keptKinds::runs.most / 2](const KeptFiles::File& file) mutable {
         return places > 0 && !endsWith(file.path, leftMark) && places-- > 0;
     });
 }

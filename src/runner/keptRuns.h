@@ -32,9 +32,10 @@ struct KeptRun {
 /// of it.
 class KeptRuns {
 public:
-    /// @param folder is made when it is needed. @param dateText writes a time as the user reads it
+    /// @param userDataFolder gets a folder for them when it is needed. @param dateText writes a time as the
+    /// user reads it
     /// @param mostBytes that are kept together; the newest run stays whatever its size
-    KeptRuns(std::string folder, DateText dateText, std::uintmax_t mostBytes = 1'000'000'000);
+    KeptRuns(const std::string& userDataFolder, DateText dateText, std::uintmax_t mostBytes = 1'000'000'000);
 
     /// Makes sure that the present run is kept from here on: goes on with its file, or begins one with what
     /// the store holds already. A file comes into being with its first sample. After a failure it begins

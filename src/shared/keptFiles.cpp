@@ -42,8 +42,9 @@ std::optional<KeptEntry> chooseToRecover(Prompts& prompts, const std::vector<Kep
     return chosen ? std::optional(entries.at(*chosen)) : std::nullopt;
 }
 
-KeptFiles::KeptFiles(std::string folder, std::string extension, std::size_t most, std::uintmax_t mostBytes)
-    : folder_(std::move(folder)), extension_(std::move(extension)), most_(most), mostBytes_(mostBytes)
+KeptFiles::KeptFiles(const std::string& userDataFolder, const KeptKind& kind, std::uintmax_t mostBytes)
+    : folder_(userDataFolder + kind.folder), extension_(kind.extension), most_(kind.most),
+      mostBytes_(mostBytes)
 {
 }
 

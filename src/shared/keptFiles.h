@@ -52,15 +52,9 @@ public:
 
     static constexpr std::uintmax_t anySize = std::numeric_limits<std::uintmax_t>::max();
 
-    /// @param folder is made when the first file is. @param extension of the files, with its dot
-    /// @param most how many are kept. @param mostBytes that they may have together
-    KeptFiles(std::string folder, std::string extension, std::size_t most,
-              std::uintmax_t mostBytes = anySize);
-
-    KeptFiles(const std::string& userDataFolder, const KeptKind& kind)
-        : KeptFiles(userDataFolder + kind.folder, kind.extension, kind.most)
-    {
-    }
+    /// @param userDataFolder gets the folder of the kind when the first file is made
+    /// @param mostBytes that the files may have together
+    KeptFiles(const std::string& userDataFolder, const KeptKind& kind, std::uintmax_t mostBytes = anySize);
 
     /// The files, at most `most`, the newest first. A folder that can't be read has none.
     std::vector<File> newestFirst() const;

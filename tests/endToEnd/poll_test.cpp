@@ -106,7 +106,7 @@ TEST_F(PollEndToEnd, EndsAtOnceWhenAskedTwice)
         program.send(signal);
     EXPECT_EQ(program.wait().status, -1);
     EXPECT_EQ(content("run.log"), "");
-    const KeptRuns kept(runsOf(program), [](auto) { return "then"; });
+    const KeptRuns kept(program.home().path(".local/share/Zint"), [](auto) { return "then"; });
     ASSERT_EQ(kept.list().size(), 1U) << "it can be recovered";
     EXPECT_FALSE(KeptRuns::load(kept.list().front()).samples.isEmpty());
 }

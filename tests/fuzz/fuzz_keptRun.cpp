@@ -7,6 +7,7 @@
 #include "shared/fileError.h"
 #include "support/temporaryFolder.h"
 
+#include <filesystem>
 #include <optional>
 #include <sstream>
 
@@ -38,7 +39,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     using namespace zint;
     static const TemporaryFolder folder;
-    static const std::string path = folder.path("some.run");
+    static const std::string path = [] {
+        std::filesystem::create_directory(folder.path("runs"));
+        return folder.path("runs/some.run");
+    }();
     TemporaryFolder::write(path, asText(data, size));
     KeptRuns there(folder.path(), [](auto) { return "then"; });
     there.list();

@@ -41,7 +41,7 @@ struct KeptRunsTest : testing::Test {
     KeptRuns make(std::uintmax_t mostBytes = 1'000'000) const
     {
         const auto dateText = [start = start](auto time) { return time == start ? "then" : "never"; };
-        return {runs, dateText, mostBytes};
+        return {folder.path(), dateText, mostBytes};
     }
 
     void begin() { kept->begin(design, store, start); }

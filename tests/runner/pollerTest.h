@@ -28,7 +28,7 @@ struct PollerTest : testing::Test {
     ManualClock clock;
     ScriptedPrompts prompts;
     ProgramValues values;
-    KeptRuns kept{folder.path("kept"), [](auto) { return "today"; }};
+    KeptRuns kept{folder.path(), [](auto) { return "today"; }};
     Design design;
     std::optional<Poller> poller;
 

@@ -258,10 +258,10 @@ TEST_F(PollerTest, KeepsWhatIsNotSavedWithItsStart)
     clock.date += 1h;
     start({{"010C", "41 0C 00 04 \r\r>"}, {"010C", ""}});
     ticker.tick();
-    EXPECT_FALSE(std::filesystem::is_empty(folder.path("kept"))) << "a crash may come at any time";
+    EXPECT_FALSE(std::filesystem::is_empty(folder.path("runs"))) << "a crash may come at any time";
     poller->save(RunFiles::Kind::log, folder.path("a.log"));
     pressStop();
-    EXPECT_TRUE(std::filesystem::is_empty(folder.path("kept"))) << "nothing came after the log";
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path("runs"))) << "nothing came after the log";
     start({{"010C", ""}});
     poller->save(RunFiles::Kind::log, folder.path("a.log"));
     reply();
@@ -273,8 +273,8 @@ TEST_F(PollerTest, KeepsWhatIsNotSavedWithItsStart)
 
 TEST_F(PollerTest, TellsAtTheOpeningOfARunThatWasCutOff)
 {
-    std::filesystem::create_directory(folder.path("kept"));
-    TemporaryFolder::write(folder.path("kept/x.run"),
+    std::filesystem::create_directory(folder.path("runs"));
+    TemporaryFolder::write(folder.path("runs/x.run"),
                            "Car\r\n|200\r\n010C||0|1|0\r\nEOP - end of Parms\r\n0\r\n1,0,0\r\n");
     poller->load();
     EXPECT_EQ(panel().statusBox,

@@ -85,8 +85,8 @@ TEST_F(RunFilesTest, SaysWhatBecomesOfARunThatIsNotSaved)
     poller->resetValues();
     EXPECT_EQ(panel().statusBox, "Values reset.");
     EXPECT_EQ(kept.list().size(), 1U) << "what is saved is not kept";
-    std::filesystem::remove_all(folder.path("kept"));
-    TemporaryFolder::write(folder.path("kept"), "no folder");
+    std::filesystem::remove_all(folder.path("runs"));
+    TemporaryFolder::write(folder.path("runs"), "no folder");
     run();
     EXPECT_TRUE(panel().keepFailure.starts_with("unsaved samples are not kept: The folder "));
     poller->resetValues();

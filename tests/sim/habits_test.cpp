@@ -89,7 +89,7 @@ std::string supportCheck(Rig& rig)
 std::string poll(Rig& rig)
 {
     const Design design{.events = {{.code = "011C", .frequency = 1}, {.code = "0133", .frequency = 1}}};
-    KeptRuns kept{rig.folder.path("runs"), [](auto) { return "today"; }};
+    KeptRuns kept{rig.folder.path(), [](auto) { return "today"; }};
     Poller poller({.port = rig.port,
                    .timer = rig.timer,
                    .silence = rig.silence,

@@ -24,7 +24,7 @@ constexpr const char* section = "Poll Data"; // of the settings
 obdPollForm::obdPollForm(ToolContext& context)
     : toolForm(context, "docpldat2"), ui(std::make_unique<Ui::obdPollForm>()),
       MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()), silence_(gate()),
-      ticker_(gate()), CommonDialog1(*this), kept_(context.userDataFolder + "/runs", dateText),
+      ticker_(gate()), CommonDialog1(*this), kept_(context.userDataFolder, dateText),
       poller_({.port = *MSComm1,
                .timer = Timer1,
                .silence = silence_,
