@@ -7,7 +7,7 @@
 namespace zint {
 namespace {
 
-constexpr int placeCount = 8; // so many programs of one user have a mark at the same time
+constexpr int markCount = 8; // so many programs of one user have a mark at the same time
 
 std::chrono::system_clock::time_point lastChange(const QFileInfo& file)
 {
@@ -20,7 +20,7 @@ std::chrono::system_clock::time_point lastChange(const QFileInfo& file)
 SessionMark::SessionMark(const QString& folder)
 {
     QDir().mkpath(folder);
-    for (int place = 0; place < placeCount; ++place) {
+    for (int place = 0; place < markCount; ++place) {
         const QString path = folder + QStringLiteral("/session-%1.lock").arg(place);
         const QFileInfo before(path);
         const bool wasThere = before.exists();

@@ -9,12 +9,12 @@ namespace zint {
 namespace {
 
 constexpr int echoBytes = 2;
-constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t largestValue = std::numeric_limits<std::int32_t>::max();
 
 /// Puts digits behind a number; what no longer fits stays too large.
 std::int64_t extended(std::int64_t number, int factor, std::int64_t digits)
 {
-    return std::min(number, largest + 1) * factor + digits;
+    return std::min(number, largestValue + 1) * factor + digits;
 }
 
 bool mayStandBetweenBytes(char c) { return c == ' ' || c == '>' || c == '\r' || c == '\n'; }
@@ -45,7 +45,7 @@ std::optional<std::int32_t> pollValue(std::string_view reply)
         if (c == '\r')
             break;
     }
-    if (bytes == 0 || value > largest)
+    if (bytes == 0 || value > largestValue)
         return std::nullopt;
     return static_cast<std::int32_t>(value);
 }

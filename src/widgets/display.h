@@ -10,6 +10,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QVariant>
 
 #include <cmath>
 #include <string>
@@ -52,6 +53,12 @@ inline void display(QPushButton& button, const Button& state, const char* icon)
     if (button.text() != toQt(state.caption))
         button.setIcon(QIcon::fromTheme(QLatin1String(icon)));
     display(button, state);
+}
+
+/// Where a cell's text stands, as a model tells it.
+inline QVariant alignment(bool right)
+{
+    return QVariant::fromValue<Qt::Alignment>((right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
 }
 
 /// The percentage and what belongs to it.

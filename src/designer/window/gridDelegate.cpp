@@ -17,8 +17,6 @@
 namespace zint {
 namespace {
 
-GridColumn columnOf(const QModelIndex& index) { return static_cast<GridColumn>(index.column()); }
-
 QString textOf(const QModelIndex& index) { return index.data(Qt::EditRole).toString(); }
 
 template <typename Widget>

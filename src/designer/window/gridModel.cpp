@@ -1,6 +1,7 @@
 #include "designer/window/gridModel.h"
 
 #include "platform/text.h"
+#include "widgets/display.h"
 
 #include <QGuiApplication>
 #include <QMimeData>
@@ -15,12 +16,9 @@ namespace {
 
 const QString rowType = QStringLiteral("application/x-zint-design-row");
 
-GridColumn columnOf(const QModelIndex& index) { return static_cast<GridColumn>(index.column()); }
-
 QVariant alignmentOf(int column)
 {
-    const bool right = gridHeadings.at(static_cast<std::size_t>(column)).alignedRight;
-    return QVariant::fromValue<Qt::Alignment>((right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    return alignment(gridHeadings.at(static_cast<std::size_t>(column)).alignedRight);
 }
 
 } // namespace

@@ -9,6 +9,8 @@
 
 namespace zint {
 
+inline GridColumn columnOf(const QModelIndex& index) { return static_cast<GridColumn>(index.column()); }
+
 /// The designer's grid for a table view. It shows the engine's panel and passes edits on.
 class GridModel final : public QAbstractTableModel {
     Q_OBJECT

@@ -17,7 +17,7 @@
 namespace zint {
 namespace {
 
-constexpr const char* section = "Poll Data"; // of the settings
+constexpr const char* settingsSection = "Poll Data"; // of the settings
 
 } // namespace
 
@@ -55,12 +55,12 @@ obdPollForm::~obdPollForm() = default;
 void obdPollForm::Form_Unload()
 {
     poller_.unload();
-    context().settings.save(section, "scnUpdate", std::to_string(poller_.refreshSeconds()));
+    context().settings.save(settingsSection, "scnUpdate", std::to_string(poller_.refreshSeconds()));
 }
 
 void obdPollForm::restoreRefresh()
 {
-    if (const std::string stored = context().settings.get(section, "scnUpdate"); !stored.empty())
+    if (const std::string stored = context().settings.get(settingsSection, "scnUpdate"); !stored.empty())
         poller_.setRefresh(stored);
 }
 

@@ -1,6 +1,7 @@
 #include "runner/window/pollGridModel.h"
 
 #include "platform/text.h"
+#include "widgets/display.h"
 
 #include <QColor>
 #include <QGuiApplication>
@@ -27,12 +28,6 @@ constexpr std::array<Column, 5> columns = {{
 }};
 
 const Column& columnAt(int section) { return columns.at(static_cast<std::size_t>(section)); }
-
-QVariant alignmentOf(int column)
-{
-    return QVariant::fromValue<Qt::Alignment>((column == 0 ? Qt::AlignLeft : Qt::AlignRight) |
-                                              Qt::AlignVCenter);
-}
 
 QVariant background(PollPanel::Shade shade)
 {
@@ -103,7 +98,7 @@ QVariant PollGridModel::data(const QModelIndex& index, int role) const
     case Qt::DisplayRole:
         return toQt(row.*column.text);
     case Qt::TextAlignmentRole:
-        return alignmentOf(index.column());
+        return alignment(index.column() != 0);
     case Qt::BackgroundRole:
         return index.column() == 0 ? QVariant() : background(row.shade);
     case Qt::ForegroundRole:
@@ -124,7 +119,7 @@ QVariant PollGridModel::headerData(int section, Qt::Orientation orientation, int
     case Qt::DisplayRole:
         return QString::fromLatin1(columnAt(section).heading);
     case Qt::TextAlignmentRole:
-        return alignmentOf(section);
+        return alignment(section != 0);
     default:
         return {};
     }
