@@ -6,7 +6,7 @@
 namespace zint {
 namespace {
 
-/// The fields of a header: the three bytes, the priority, the boxes that are checked, whose the target is.
+/// The three bytes, the priority, the boxes that are checked, whose the target is.
 std::string fieldsOf(const HeaderCalculator& calculator)
 {
     const CalcHdrPanel& panel = calculator.panel();
@@ -19,15 +19,15 @@ std::string fieldsOf(const HeaderCalculator& calculator)
 
 TEST(HeaderCalculatorTest, SplitsAHeaderIntoItsFields)
 {
-    const auto split = [](const char* header) { return fieldsOf(HeaderCalculator(header)); };
-    EXPECT_EQ(split("686AF1"), "686AF1 3 127 Request (functional)");
-    EXPECT_EQ(split("6c30f1"), "6C30F1 3 1267 Target (physical) typed");
-    // The target decides, even where the first byte says otherwise.
-    EXPECT_EQ(split("9310F1"), "9310F1 4 0345 Target (physical) typed");
-    EXPECT_EQ(split("6C6AF1"), "6C6AF1 3 1267 Request (functional)");
-    EXPECT_EQ(split("zz6af1"), "006AF1 0  Request (functional)");
-    for (const char* unusable : {"", "7E8", "686AF10", "\xC3\xA4\xC3\xB6\xC3\xBC"})
-        EXPECT_EQ(split(unusable), split("686AF1")) << unusable;
+    const std::pair<const char*, const char*> rows[] = {
+        {"6c30f1", "6C30F1 3 1267 Target (physical) typed"},
+        // The target decides, even where the first byte says otherwise.
+        {"9310F1", "9310F1 4 0345 Target (physical) typed"},
+        {"6C6AF1", "6C6AF1 3 1267 Request (functional)"},
+        {"zz6af1", "006AF1 0  Request (functional)"},
+        {"7E8", "686AF1 3 127 Request (functional)"}};
+    for (const auto& [header, fields] : rows)
+        EXPECT_EQ(fieldsOf(HeaderCalculator(header)), fields);
 }
 
 TEST(HeaderCalculatorTest, ABoxChangesItsBitAndTheAddressingBoxTheTarget)
@@ -46,24 +46,24 @@ TEST(HeaderCalculatorTest, ABoxChangesItsBitAndTheAddressingBoxTheTarget)
 
 TEST(HeaderCalculatorTest, ReplacesWhatABoxCannotHold)
 {
-    const auto left = [](void (HeaderCalculator::*leave)(std::string_view), const char* header,
-                         const std::vector<const char*>& typed) {
+    HeaderCalculator calculator("6C30F1");
+    const auto left = [&](auto leave, const std::vector<const char*>& typed) {
         std::string headers;
         for (const char* text : typed) {
-            HeaderCalculator calculator(header);
             (calculator.*leave)(text);
             headers += calculator.header() + " ";
         }
         return headers;
     };
-    const auto prio = &HeaderCalculator::leavePrioVal;
     const auto target = &HeaderCalculator::leaveHdrTarget;
-    const auto source = &HeaderCalculator::leaveHdrSource;
-    EXPECT_EQ(left(prio, "686AF1", {"7", " 02 ", "8", "99999999999"}), "E86AF1 486AF1 E86AF1 E86AF1 ");
-    EXPECT_EQ(left(prio, "686AF1", {"", "-1", "-99999999999", "high"}), "686AF1 686AF1 686AF1 686AF1 ");
-    EXPECT_EQ(left(target, "6C30F1", {"5", "ff", "0", "", "100"}), "6C05F1 6CFFF1 6C10F1 6C10F1 6C10F1 ");
-    EXPECT_EQ(left(target, "6830F1", {"4G", "FFFFFFFFFF"}), "686AF1 686AF1 ");
-    EXPECT_EQ(left(source, "6C30F1", {"f9", "5", "", "G1", " "}), "6C30F9 6C3005 6C30F1 6C30F1 6C30F1 ");
+    EXPECT_EQ(left(target, {"5", "ff", "0", "1", "", "100"}), "6C05F1 6CFFF1 6C10F1 6C01F1 6C10F1 6C10F1 ");
+    EXPECT_EQ(left(&HeaderCalculator::leaveHdrSource, {"f9", "0", "", "G1", " ", "100"}),
+              "6C10F9 6C1000 6C1000 6C1000 6C1000 6C1000 ");
+    const auto prio = &HeaderCalculator::leavePrioVal;
+    EXPECT_EQ(left(prio, {" 02 ", "", "-1", "-99999999999", "high"}), "4C1000 4C1000 4C1000 4C1000 4C1000 ");
+    EXPECT_EQ(left(prio, {"8", "0", "99999999999"}), "EC1000 0C1000 EC1000 ");
+    calculator.clickOptBit(6, false);
+    EXPECT_EQ(left(target, {"5", "4G", "5", "FFFFFFFFFF"}), "E80500 E86A00 E80500 E86A00 ");
 }
 
 } // namespace
