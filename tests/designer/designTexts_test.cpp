@@ -1,10 +1,19 @@
+#include "catalogue/conversion.h"
+#include "catalogue/designFile.h"
 #include "designer/designDifference.h"
 #include "designer/designPrintout.h"
 #include "designer/initCommands.h"
+#include "designer/loopOffsets.h"
 #include "designer/pollCost.h"
 #include "designer/sampleSpeed.h"
+#include "shared/runTimeError.h"
+#include "support/failure.h"
+#include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
+
+#include <regex>
+#include <sstream>
 
 namespace zint {
 namespace {
@@ -56,8 +65,7 @@ TEST(DesignTextsTest, InitCommandsThatInterfereAreRefused)
     for (const char* command : {"ATZ", "ATE1", "ATL1", "ATD", "ATRV", "ATPC", "ATM0"})
         EXPECT_EQ(checkInitCommands(command).complaint,
                   std::string(command) + " would interfere will ability to recognize poll data");
-    EXPECT_TRUE(
-        checkInitCommands("ATH1;AT\xC3\xA4").complaint.ends_with("plain letters, digits and signs only"));
+    EXPECT_TRUE(checkInitCommands("ATH1;AT\xC3\xA4").complaint.ends_with(" letters, digits and signs only"));
 }
 
 TEST(DesignTextsTest, AHalfOfTheSlidersUnitGoesToTheEvenMultiple)
@@ -66,6 +74,47 @@ TEST(DesignTextsTest, AHalfOfTheSlidersUnitGoesToTheEvenMultiple)
     for (const int position : {200, 201, 202, 203, 206, 4, 1020})
         rounded += speedText(std::chrono::milliseconds(roundedSpeed(position))) + " ";
     EXPECT_EQ(rounded, "200ms 200ms 200ms 204ms 208ms 4ms 1020ms ");
+}
+
+TEST(LoopOffsetsTest, SpreadsTheEventsOfEachFrequency)
+{
+    Design design;
+    for (const std::int32_t frequency : {2, 1, 2, 5, 2, 5, 5, 0})
+        design.events.push_back({.frequency = frequency, .offset = 9});
+    spreadOffsets(design);
+    std::string offsets;
+    for (const DesignEntry& event : design.events)
+        offsets += std::to_string(event.offset);
+    EXPECT_EQ(offsets, "00100439");
+}
+
+TEST(LoopOffsetsTest, TimelineListsTheLoops)
+{
+    const auto timeline = [](const std::vector<DesignEntry>& events) {
+        return std::regex_replace(timelineText({.events = events}), std::regex("[-\r\n ]+(End Loop )?"), " ");
+    };
+    EXPECT_EQ(timeline({{"", "a", 0, 1, 0}, {"", "b", 0, 5, 4}}),
+              " a 1 a b 2 a 3 a 4 a 5 a 6 a b 7 a 8 a 9 a 10 ");
+    EXPECT_EQ(timeline({{"", "a", 0, 5, 2}}), " 1 2 3 a 4 5 6 7 8 a 9 10 11 12 13 ");
+    EXPECT_TRUE(timelineText({.events = {{.frequency = 1}, {.frequency = 12}}})
+                    .ends_with(" 11\r\n   \r\n---------- End Loop 12\r\n"));
+    for (const std::vector<DesignEntry>& events : {std::vector<DesignEntry>(), {{.frequency = 1}, {}}})
+        EXPECT_EQ(failureOf<RunTimeError>([&] { timelineText({.events = events}); }), "Division by zero");
+    EXPECT_THROW(timelineText({.events = {{.frequency = 2000000000, .offset = 1}}}), std::length_error);
+}
+
+TEST(SamplesTest, ArePolledWholeAndWrittenAsTheyAre)
+{
+    for (const char* name : {"all-supported.obc", "engine-health.obc", "fuel-economy.obc"}) {
+        const std::string path = std::string(ZINT_DATA_FOLDER "/") + name;
+        const Design design = loadDesign(path);
+        EXPECT_TRUE(design.isCommitted()) << name;
+        for (const DesignEntry& event : design.events)
+            EXPECT_NE(findConversion(event.conversion), nullptr) << event.code;
+        std::ostringstream written;
+        writeDesign(written, design);
+        EXPECT_EQ(written.str(), contents(path)) << name;
+    }
 }
 
 } // namespace
