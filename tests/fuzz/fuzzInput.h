@@ -3,14 +3,13 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 namespace zint {
 
-inline std::string_view asText(const std::uint8_t* data, std::size_t size)
-{
-    return {reinterpret_cast<const char*>(data), size};
-}
+/// What a target does with an input. Each fuzz_<name>.cpp has its own; libFuzzer calls it.
+void fuzz(std::string_view input);
 
 /// Stops the run with the words of what must always hold.
 inline void require(bool holds, const char* what)
@@ -19,6 +18,11 @@ inline void require(bool holds, const char* what)
         std::fprintf(stderr, "\nDoes not hold: %s\n", what);
         std::abort();
     }
+}
+
+inline std::uint8_t byteAt(std::string_view input, std::size_t place)
+{
+    return static_cast<std::uint8_t>(input[place]);
 }
 
 } // namespace zint

@@ -6,16 +6,14 @@
 #include "fuzz/fuzzInput.h"
 #include "support/temporaryFolder.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void zint::fuzz(std::string_view input)
 {
-    using namespace zint;
     static const TemporaryFolder folder;
     static const std::string path = folder.path("dtc.mdb");
-    TemporaryFolder::write(path, asText(data, size));
+    TemporaryFolder::write(path, input);
     try {
         readAccessDatabase(path);
     } catch (const DatabaseError& error) {
         require(std::string(error.what()).find(path) != std::string::npos, "a refusal names the file");
     }
-    return 0;
 }

@@ -5,9 +5,8 @@
 #include "fuzz/fuzzInput.h"
 #include "support/temporaryFolder.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void zint::fuzz(std::string_view input)
 {
-    using namespace zint;
     static const TemporaryFolder folder;
     static const std::string path = folder.path("dtc.mdb");
     static const std::string sound = [] {
@@ -17,10 +16,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         });
         return contents(path);
     }();
-    const bool raw = size > 0 && data[0] == 'R';
-    std::string bytes = raw ? std::string(asText(data + 1, size - 1)) : sound;
-    for (std::size_t i = 1; !raw && i + 2 < size; i += 3)
-        bytes[(data[i] * 256U + data[i + 1]) % bytes.size()] = static_cast<char>(data[i + 2]);
+    const bool raw = input.starts_with('R');
+    std::string bytes = raw ? std::string(input.substr(1)) : sound;
+    for (std::size_t i = 1; !raw && i + 2 < input.size(); i += 3)
+        bytes[(byteAt(input, i) * 256U + byteAt(input, i + 1)) % bytes.size()] = input[i + 2];
     TemporaryFolder::write(path, bytes);
     try {
         const auto database = DtcDatabase::open(path);
@@ -29,5 +28,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } catch (const DatabaseError& error) {
         require(std::string(error.what()).find(path) != std::string::npos, "a refusal names the file");
     }
-    return 0;
 }

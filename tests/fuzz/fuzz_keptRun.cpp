@@ -33,22 +33,20 @@ std::string dumpOf(const KeptRun& run)
 }
 
 } // namespace
-} // namespace zint
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void fuzz(std::string_view input)
 {
-    using namespace zint;
     static const TemporaryFolder folder;
     static const std::string path = [] {
         std::filesystem::create_directory(folder.path("runs"));
         return folder.path("runs/some.run");
     }();
-    TemporaryFolder::write(path, asText(data, size));
+    TemporaryFolder::write(path, input);
     KeptRuns there(folder.path(), [](auto) { return "then"; });
     there.list();
     const auto first = load(path);
     if (!first || first->samples.isEmpty())
-        return 0;
+        return;
     require(there.list().size() == 1, "what has samples is listed");
 
     KeptRuns kept(folder.path("again"), [](auto) { return "then"; });
@@ -59,5 +57,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto again = load(entries.front().path);
     require(again && dumpOf(*again) == dumpOf(*first), "what is kept reads the same again");
     KeptRuns::remove(entries.front());
-    return 0;
 }
+
+} // namespace zint
