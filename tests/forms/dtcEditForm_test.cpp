@@ -1,20 +1,8 @@
 #include "dtcdb/window/dtcEditForm.h"
 #include "forms/formTest.h"
-#include "platform/text.h"
-
-#include <QLineEdit>
-
-#include <set>
-#include <sstream>
 
 namespace zint {
 namespace {
-
-const std::string boxes = "DTCcode DTCdescr DTCnotes ";
-const std::string browsing = "DTCfirst DTCprev DTCnext DTClast DTCsearch DTCsearchCode findWords ";
-const std::string changing = "DTCedit DTCdel ";
-const std::string closed = "dtcDBname browseDB ";
-const std::string filling = "DTCadd importDTC exportDTC ";
 
 struct DtcEditFormTest : FormTest {
     DtcEditFormTest()
@@ -23,146 +11,135 @@ struct DtcEditFormTest : FormTest {
         values.descriptionsFile = folder.path("dtc.txt");
         TemporaryFolder::write(values.descriptionsFile,
                                "P0300,Misfire,n\nP0301,Cylinder 1,\nP0302,Cylinder 2,\nnone\n");
-        (form = new dtcEditForm(context))->show();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(form));
+        open<dtcEditForm>(context);
     }
 
-    QLineEdit* box(const char* name) { return control<QLineEdit>(name); }
-
-    /// These controls and no others.
-    void expectEnabled(const std::string& names)
+    void openAndImport()
     {
-        const auto split = [](const std::string& text) {
-            std::istringstream words(text);
-            return std::set<std::string>{std::istream_iterator<std::string>(words), {}};
-        };
-        const std::set<std::string> expected = split(names);
-        for (const std::string& name : split(boxes + browsing + changing + closed + filling +
-                                             "DTCcontrol DTCsave DTCcancel undoDelete skippedLines"))
-            EXPECT_EQ(control<QWidget>(name.c_str())->isEnabled(), expected.contains(name)) << name;
+        click("DTCcontrol");
+        click("importDTC");
     }
 
-    void pressKeys(const char* keys)
+    bool isShownAsText()
     {
-        const QKeyCombination key = QKeySequence(QLatin1String(keys))[0];
-        QTest::keyClick(form->focusWidget(), key.key(), key.keyboardModifiers());
-        QTest::qWait(150); // a button's shortcut takes the time of a click
+        const auto* box = control<QLineEdit>("DTCcode");
+        EXPECT_EQ(box->isReadOnly(),
+                  box->palette().color(QPalette::Base) == form->palette().color(QPalette::Window));
+        return box->isReadOnly();
     }
 };
 
 TEST_F(DtcEditFormTest, EnablesWhatCanBeDone)
 {
-    expectEnabled(closed + "DTCcontrol");
-    box("dtcDBname")->setFocus();
-    QTest::keyClick(box("dtcDBname"), Qt::Key_Return);
-    expectEnabled(boxes + filling + "DTCcontrol");
-    click("importDTC");
-    expectEnabled(boxes + filling + browsing + changing + "DTCcontrol skippedLines");
-    EXPECT_EQ(textOf("statusBox") + textOf("DTCframe"), u"3 DTC('s) add, 1 skip, 0dup, 4 total"
-                                                        u"Current DTC Record (3 Record(s) Total)"_qs);
-    EXPECT_EQ(messageOf([&] { click("skippedLines"); }), u"Line 4: \"none\" is no code\n");
-    const auto isShownAsText = [this] {
-        return box("DTCcode")->palette().color(QPalette::Base) == form->palette().color(QPalette::Window);
+    const std::string boxes = "DTCcode DTCdescr DTCnotes";
+    const std::string browsing = " DTCfirst DTCprev DTCnext DTClast DTCsearch DTCsearchCode findWords";
+    const std::string filling = " DTCadd importDTC exportDTC";
+    const auto seen = [&] {
+        return enabled("DTCcontrol dtcDBname browseDB " + boxes + browsing + filling +
+                       " DTCedit DTCdel DTCsave DTCcancel undoDelete skippedLines");
     };
-    EXPECT_TRUE(box("DTCcode")->isReadOnly() && isShownAsText());
-    click("DTCadd");
-    expectEnabled(boxes + "DTCsave DTCcancel");
-    EXPECT_FALSE(box("DTCcode")->isReadOnly() || isShownAsText());
-    click("DTCcancel");
-    box("DTCsearchCode")->setText(u"P0301"_qs);
-    click("DTCcontrol");
-    EXPECT_EQ(box("DTCsearchCode")->text() + box("DTCcode")->text(), u"");
+    const std::string closed = "DTCcontrol dtcDBname browseDB";
+    const std::string ready = "DTCcontrol " + boxes + browsing + filling + " DTCedit DTCdel";
+    EXPECT_EQ(seen(), closed);
+    control("dtcDBname")->setFocus();
+    press("Return");
+    EXPECT_EQ(seen(), "DTCcontrol " + boxes + filling);
+    EXPECT_EQ(focused(), "importDTC");
+    expectAfterClicks({{"importDTC", ready + " skippedLines"}}, seen);
+    EXPECT_EQ(shown("statusBox DTCframe"),
+              "3 DTC('s) add, 1 skip, 0dup, 4 total|Current DTC Record (3 Record(s) Total)");
+    EXPECT_EQ(messageBy("skippedLines"), "Line 4: \"none\" is no code\n");
+    EXPECT_TRUE(isShownAsText());
+    expectAfterClicks({{"DTCadd", boxes + " DTCsave DTCcancel"}}, seen);
+    EXPECT_FALSE(isShownAsText());
+    type("DTCsearchCode", "P0301");
+    expectAfterClicks({{"DTCcancel", ready + " skippedLines"},
+                       {"DTCdel", ready + " undoDelete skippedLines"},
+                       {"DTCcontrol", closed}},
+                      seen);
+    EXPECT_EQ(shown("DTCsearchCode DTCcode"), "|");
     for (const char* button : {"browseDB", "browseText"}) {
         bool isClosed = false;
-        QTimer::singleShot(50, form, [&] { isClosed = QApplication::activeModalWidget()->close(); });
+        inNextDialog([&](QDialog& dialog) { isClosed = dialog.close(); });
         click(button);
-        EXPECT_TRUE(waitUntil([&] { return isClosed; })) << button;
+        EXPECT_TRUE(isClosed) << button;
     }
     std::string bytes = contents(values.parmDTCdb);
     bytes[18] = '\3'; // the version that is needed to write
     TemporaryFolder::write(values.parmDTCdb, bytes);
-    click("DTCcontrol");
-    expectEnabled(boxes + browsing + "exportDTC DTCcontrol");
+    expectAfterClicks({{"DTCcontrol", "DTCcontrol " + boxes + browsing + " exportDTC"}}, seen);
 }
 
 TEST_F(DtcEditFormTest, BrowsesByButtonsAndKeys)
 {
-    click("DTCcontrol");
-    click("importDTC");
+    openAndImport();
     const std::tuple<const char*, const char*, const char*> rows[] = {{"DTClast", "Ctrl+PgDown", "P0302"},
                                                                       {"DTCprev", "PgUp", "P0301"},
                                                                       {"DTCfirst", "Ctrl+PgUp", "P0300"},
                                                                       {"DTCnext", "PgDown", "P0301"}};
     for (const auto& [button, keys, code] : rows) {
         click(button);
-        EXPECT_EQ(box("DTCcode")->text(), QLatin1String(code)) << button;
+        EXPECT_EQ(shown("DTCcode"), code) << button;
     }
-    box("DTCsearchCode")->setFocus(); // where it is after opening
+    control("DTCsearchCode")->setFocus(); // where it is after opening
     for (const auto& [button, keys, code] : rows) {
-        pressKeys(keys);
-        EXPECT_EQ(box("DTCcode")->text(), QLatin1String(code)) << keys;
+        press(keys);
+        EXPECT_EQ(shown("DTCcode"), code) << keys;
     }
-    QTest::keyClicks(box("DTCsearchCode"), u"p0302"_qs);
-    QTest::keyClick(box("DTCsearchCode"), Qt::Key_Return);
-    EXPECT_EQ(box("DTCdescr")->text() + box("DTCsearchCode")->selectedText(), u"Cylinder 2p0302");
+    type("DTCsearchCode", "p0302");
+    press("Return");
+    EXPECT_EQ(shown("DTCdescr"), "Cylinder 2");
+    EXPECT_EQ(control<QLineEdit>("DTCsearchCode")->selectedText(), u"p0302");
 }
 
 TEST_F(DtcEditFormTest, HandsTheOptionsOnToExportAndImport)
 {
-    click("DTCcontrol");
-    click("importDTC");
-    box("DTCtext")->setText(toQt(folder.path("list")));
-    const std::pair<const char*, std::string> rows[] = {{"delimNotes", "P0300,Misfire,n"},
-                                                        {"useTab", "P0300\tMisfire\tn"},
-                                                        {"useLen", "P0300Misfire   "},
-                                                        {"useCsv", "\xEF\xBB\xBF"
-                                                                   "Code,"},
-                                                        {"useSpace", "P0300 Misfire n"},
-                                                        {"useComma", "P0300,Misfire,n"},
-                                                        {"noNotes", "P0300,Misfire\r"}};
-    for (const auto& [option, start] : rows) {
-        control<QAbstractButton>(option)->click();
+    openAndImport();
+    type("DTCtext", folder.path("list"));
+    const auto exported = [this] {
         click("exportDTC");
-        EXPECT_EQ(contents(folder.path("list")).substr(0, start.size()), start);
-        EXPECT_EQ(control<QWidget>("delimNotes")->isEnabled(), option != std::string_view("useCsv"));
-        EXPECT_EQ(textOf("textHint").isEmpty(), option != std::string_view("useSpace"));
-    }
-    control<QAbstractButton>("dupOver")->click();
+        return contents(folder.path("list")).substr(0, 15) + " " + enabled("delimNotes") +
+               (textOf("textHint").isEmpty() ? "" : " hint");
+    };
+    expectAfterClicks({{"delimNotes", "P0300,Misfire,n delimNotes"},
+                       {"useTab", "P0300\tMisfire\tn delimNotes"},
+                       {"useLen", "P0300Misfire    delimNotes"},
+                       {"useCsv", "\xEF\xBB\xBF"
+                                  "Code,Descrip "},
+                       {"useSpace", "P0300 Misfire n delimNotes hint"},
+                       {"useComma", "P0300,Misfire,n delimNotes"},
+                       {"noNotes", "P0300,Misfire\r\n delimNotes"}},
+                      exported);
+    click("dupOver");
     click("importDTC");
-    EXPECT_EQ(textOf("statusBox"), u"0 DTC('s) add, 0 skip, 3upd, 3 total");
+    EXPECT_EQ(shown("statusBox"), "0 DTC('s) add, 0 skip, 3upd, 3 total");
 }
 
 TEST_F(DtcEditFormTest, EditsARecordWithTheKeyboard)
 {
-    click("DTCcontrol");
-    click("importDTC");
-    pressKeys("Ctrl+N");
-    EXPECT_EQ(form->focusWidget(), box("DTCcode"));
-    EXPECT_EQ(box("DTCcode")->selectedText(), u"Pxxyy");
-    QTest::keyClicks(box("DTCcode"), u"P030G"_qs);
-    box("DTCdescr")->setText(QString(120, u'd'));
-    QTest::keyClick(box("DTCdescr"), Qt::Key_Return);
-    EXPECT_EQ(textOf("statusBox"), u"Invalid DTC Code");
-    EXPECT_EQ(form->focusWidget(), box("DTCcode"));
-    EXPECT_EQ(box("DTCcode")->cursorPosition(), 4);
-    QTest::keyClick(box("DTCcode"), Qt::Key_Delete);
-    QTest::keyClicks(box("DTCcode"), u"3"_qs);
-    pressKeys("Ctrl+S");
-    EXPECT_EQ(textOf("statusBox") + box("DTCdescr")->text(), u"DTC saved"_qs + QString(100, u'd'));
-    click("DTCprev");
-    pressKeys("F2");
-    EXPECT_EQ(form->focusWidget(), box("DTCdescr"));
-    QTest::keyClicks(box("DTCdescr"), u"other"_qs);
-    pressKeys("Esc");
-    EXPECT_EQ(box("DTCdescr")->text(), u"Cylinder 2");
-    click("DTCdel");
-    EXPECT_EQ(box("DTCcode")->text(), u"P0303");
-    click("undoDelete");
-    EXPECT_EQ(box("DTCcode")->text(), u"P0302");
-    click("DTCadd");
-    form->setAttribute(Qt::WA_DeleteOnClose, false);
-    click("backCom");
-    EXPECT_FALSE(form->isVisible());
+    openAndImport();
+    press("Ctrl+N");
+    const auto* code = control<QLineEdit>("DTCcode");
+    EXPECT_EQ(focused(), "DTCcode");
+    EXPECT_EQ(code->selectedText(), u"Pxxyy");
+    type("DTCcode", "P030G");
+    type("DTCdescr", std::string(120, 'd'));
+    press("Return");
+    EXPECT_EQ(shown("statusBox") + focused(), "Invalid DTC CodeDTCcode");
+    EXPECT_EQ(code->cursorPosition(), 4);
+    press("Del");
+    press("3");
+    press("Ctrl+S");
+    EXPECT_EQ(shown("statusBox DTCcode DTCdescr"), "DTC saved|P0303|" + std::string(100, 'd'));
+    press("PgUp");
+    press("F2");
+    EXPECT_EQ(focused(), "DTCdescr");
+    type("DTCdescr", "other");
+    press("Esc");
+    EXPECT_EQ(shown("DTCdescr"), "Cylinder 2");
+    expectAfterClicks({{"DTCdel", "P0303"}, {"undoDelete", "P0302"}, {"DTCadd", "Pxxyy"}},
+                      [this] { return shown("DTCcode"); });
+    closeBy("backCom");
     EXPECT_EQ(DtcDatabase::open(values.parmDTCdb)->count(), 4) << "what was not saved is dropped";
 }
 

@@ -28,18 +28,24 @@ QString nameOf(QWidget& widget)
 
 /// What holds for all windows.
 struct FormConventionsTest : FormTest {
-    std::vector<std::unique_ptr<QWidget>> forms;
+    std::vector<std::unique_ptr<QWidget>> windows;
 
     FormConventionsTest()
     {
         useOwnIcons();
         loadDefaultDesign(design);
+        openAll();
+    }
+
+    void openAll()
+    {
+        windows.clear();
         for (QWidget* window : std::initializer_list<QWidget*>{
                  new startForm(context), new codesForm(context), new dtcEditForm(context),
                  new pollSetup2(context), new obdPollForm(context), new debuggerForm(context),
                  new scanForm(context), new failedConnForm(context),
                  new calcHdrForm("686AF1", settings, nullptr), new portsForm(ports, nullptr)})
-            forms.emplace_back(window)->show();
+            windows.emplace_back(window)->show();
     }
 };
 
@@ -50,8 +56,8 @@ TEST_F(FormConventionsTest, EveryWindowFitsASmallScreenWhateverSizeItHadOrNeeds)
     large->centralWidget()->setMinimumSize(3000, 2000);
     restoreSize(*large, settings);
     large->show();
-    forms.push_back(std::move(large));
-    for (const auto& window : forms) {
+    windows.push_back(std::move(large));
+    for (const auto& window : windows) {
         const auto fits = [&] {
             const QSize screen = window->screen()->availableSize();
             return window->frameSize().boundedTo(screen) == window->frameSize();
@@ -64,9 +70,24 @@ TEST_F(FormConventionsTest, EveryWindowFitsASmallScreenWhateverSizeItHadOrNeeds)
     }
 }
 
+TEST_F(FormConventionsTest, AWindowIsAsLargeAsItWasWhenItWasClosed)
+{
+    windows.pop_back(); // the ports' dialog follows its contents
+    std::vector<QSize> sizes;
+    for (const auto& window : windows) {
+        window->setAttribute(Qt::WA_DeleteOnClose, false);
+        window->resize(window->size() + QSize(12, 0));
+        sizes.push_back(window->size());
+        window->close();
+    }
+    openAll();
+    for (std::size_t i = 0; i < sizes.size(); ++i)
+        EXPECT_EQ(windows[i]->size(), sizes[i]) << windows[i]->objectName().toStdString();
+}
+
 TEST_F(FormConventionsTest, ControlsHaveNamesIconsAndAcceleratorsOfTheirOwn)
 {
-    for (const auto& window : forms) {
+    for (const auto& window : windows) {
         SCOPED_TRACE(window->objectName().toStdString());
         for (QWidget* widget : window->findChildren<QWidget*>()) {
             const auto* box = qobject_cast<QComboBox*>(widget->parentWidget()); // its parts go by its name
@@ -100,7 +121,7 @@ TEST_F(FormConventionsTest, ControlsHaveNamesIconsAndAcceleratorsOfTheirOwn)
 
 TEST_F(FormConventionsTest, AScreenReaderReadsWhatLabelsShow)
 {
-    for (const auto& window : forms) {
+    for (const auto& window : windows) {
         for (auto* label : window->findChildren<QLabel*>()) {
             display(*label, "a<b>c");
             EXPECT_TRUE(nameOf(*label).contains(u"a<b>c")) << label->objectName().toStdString();
@@ -117,20 +138,20 @@ TEST_F(FormConventionsTest, HelpAndLogosOpenTheirPages)
         const std::string page = folder.path(name + ".html");
         EXPECT_TRUE(waitUntil([&page] { return std::filesystem::remove(page); })) << name;
     };
-    for (auto window = forms.begin(); const char* page : {"docstart2", "docchken2", "docdtce2", "docpldsn2",
-                                                          "docpldat2", "docexplr2", "docscan2"}) {
+    for (auto window = windows.begin(); const char* page : {"docstart2", "docchken2", "docdtce2", "docpldsn2",
+                                                            "docpldat2", "docexplr2", "docscan2"}) {
         (*window++)->findChild<QAction*>(QStringLiteral("mnuHelp"))->trigger();
         expectPage(page);
     }
     for (const char* logo : {"logo", "logo2"}) {
-        forms.front()->findChild<QPushButton*>(QLatin1String(logo))->click();
+        windows.front()->findChild<QPushButton*>(QLatin1String(logo))->click();
         expectPage("doctop");
     }
 }
 
 TEST_F(FormConventionsTest, IconsFollowTheColours)
 {
-    const QIcon icon = forms.front()->findChild<QPushButton*>(QStringLiteral("getCodes"))->icon();
+    const QIcon icon = windows.front()->findChild<QPushButton*>(QStringLiteral("getCodes"))->icon();
     const QImage image = icon.pixmap(16).toImage();
     const QPalette light = QApplication::palette();
     QApplication::setPalette(QPalette(QColor(40, 40, 40)));

@@ -2,6 +2,7 @@
 
 #include "launcher/window/startForm.h"
 #include "platform/qtSerialPort.h"
+#include "platform/text.h"
 #include "support/fixedPortList.h"
 #include "support/memorySettings.h"
 #include "support/scriptedAdapter.h"
@@ -11,41 +12,47 @@
 #include <QApplication>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
+#include <QTimer>
 
 namespace zint {
 
 /// Runs the event loop until the condition holds. @return whether it did within five seconds
 inline bool waitUntil(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, 5000); }
 
-/// What a label, a button or a frame shows.
+/// What a frame, a list or any other control with a text shows.
 inline QString textOf(const QWidget& control)
 {
-    return control.property(qobject_cast<const QGroupBox*>(&control) != nullptr ? "title" : "text")
-        .toString();
+    QVariant text;
+    for (const char* property : {"title", "currentText", "text"}) {
+        if (!text.isValid())
+            text = control.property(property);
+    }
+    return text.toString();
 }
 
-/// The next message box is read and its OK pressed, as a user would.
-inline void confirmNextBox(QString* text)
+/// Does something to the dialog that comes next, while that is open.
+inline void inNextDialog(const std::function<void(QDialog&)>& action)
 {
-    auto* watch = new QTimer(qApp);
-    QObject::connect(watch, &QTimer::timeout, watch, [watch, text] {
-        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            watch->stop();
-            watch->deleteLater();
-            *text = box->text();
-            box->button(QMessageBox::Ok)->click();
-        }
-    });
-    watch->start(5);
+    QTimer::singleShot(0, qApp,
+                       [action] { action(*qobject_cast<QDialog*>(QApplication::activeModalWidget())); });
 }
 
-/// What the message box says that an action shows until its OK is pressed.
+/// What the message box says that an action shows until its OK is pressed, as a user would.
 inline QString messageOf(const std::function<void()>& action)
 {
     QString text;
-    confirmNextBox(&text);
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            watch.stop();
+            text = box->text();
+            box->button(QMessageBox::Ok)->click();
+        }
+    });
+    watch.start(5);
     action();
     return text;
 }
@@ -80,17 +87,102 @@ protected:
     void openFailedConn(QWidget& /*caller*/) override {}
     void assignPorts() override { ++portsAssigned; }
 
-    template <typename Widget>
+    /// Opens a window in place of the one of before. The test may look at it once it is closed.
+    template <typename Form, typename... Parts>
+    Form* open(Parts&&... parts)
+    {
+        delete form;
+        auto* window = new Form(std::forward<Parts>(parts)...);
+        form = window;
+        form->setAttribute(Qt::WA_DeleteOnClose, false);
+        form->show();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(form));
+        return window;
+    }
+
+    template <typename Widget = QWidget>
     Widget* control(const char* name)
     {
         auto* found = form->findChild<Widget*>(QLatin1String(name));
         return found != nullptr ? found : throw std::logic_error(std::string("no control ") + name);
     }
 
-    void click(const char* name) { QTest::mouseClick(control<QPushButton>(name), Qt::LeftButton); }
-    void trigger(const char* action) { control<QAction>(action)->trigger(); }
+    /// Presses a button with the mouse, or another one as a key would, or chooses an entry of the menu.
+    void click(const char* name)
+    {
+        if (auto* entry = form->findChild<QAction*>(QLatin1String(name)))
+            entry->trigger();
+        else if (auto* button = form->findChild<QPushButton*>(QLatin1String(name)))
+            QTest::mouseClick(button, Qt::LeftButton);
+        else
+            control<QAbstractButton>(name)->click();
+    }
+    void trigger(const char* action) { click(action); }
 
-    QString textOf(const char* name) { return zint::textOf(*control<QWidget>(name)); }
+    /// Goes through a table: clicks a control, then compares what is seen.
+    void expectAfterClicks(std::initializer_list<std::pair<const char*, std::string>> rows,
+                           const std::function<std::string()>& seen)
+    {
+        for (const auto& [name, expected] : rows) {
+            click(name);
+            EXPECT_EQ(seen(), expected) << name;
+        }
+    }
+
+    /// Clicks what closes the window, and the port with it.
+    void closeBy(const char* name)
+    {
+        click(name);
+        EXPECT_FALSE(form->isVisible() || (adapter != nullptr && adapter->isOpen()));
+    }
+
+    /// Types into a box, over what it holds.
+    void type(const char* name, const std::string& text)
+    {
+        auto* box = control<QLineEdit>(name);
+        box->setFocus();
+        box->selectAll();
+        QTest::keyClicks(box, text.empty() ? QStringLiteral("\b") : toQt(text));
+    }
+
+    /// Presses keys where the focus is, as "Ctrl+S". The shortcut of a button holds it down for a while.
+    void press(const char* keys)
+    {
+        const QKeyCombination key = QKeySequence(QLatin1String(keys))[0];
+        QTest::keyClick(form->focusWidget(), key.key(), key.keyboardModifiers());
+        EXPECT_TRUE(waitUntil([this] {
+            return std::ranges::none_of(form->findChildren<QPushButton*>(), &QPushButton::isDown);
+        }));
+    }
+
+    /// What the message box says that a control opens.
+    std::string messageBy(const char* name)
+    {
+        return fromQt(messageOf([&] { click(name); }));
+    }
+
+    QString textOf(const char* name) { return zint::textOf(*control(name)); }
+
+    /// What controls show, with a bar between them. @param names with a blank between them
+    std::string shown(const char* names)
+    {
+        QStringList texts;
+        for (const QString& name : QString::fromLatin1(names).split(u' '))
+            texts += textOf(name.toLatin1());
+        return fromQt(texts.join(u'|'));
+    }
+
+    /// Those of the controls and menu entries that are enabled.
+    std::string enabled(const std::string& names)
+    {
+        QStringList found = toQt(names).split(u' ');
+        found.removeIf([this](const QString& name) {
+            return !control<QObject>(name.toLatin1())->property("enabled").toBool();
+        });
+        return fromQt(found.join(u' '));
+    }
+
+    std::string focused() const { return fromQt(form->focusWidget()->objectName()); }
 
     TemporaryFolder folder;
     ProgramValues values;

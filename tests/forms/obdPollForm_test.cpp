@@ -2,38 +2,29 @@
 #include "runner/window/obdPollForm.h"
 #include "support/designOf.h"
 
-#include <QDialog>
-#include <QLineEdit>
 #include <QTableView>
-#include <QTimer>
 #include <QToolButton>
-
-#include <utility>
 
 namespace zint {
 namespace {
 
 struct ObdPollFormTest : FormTest {
-    QTableView* grid = nullptr;
-
     ObdPollFormTest()
     {
         design = designOf({{.code = "010C", .description = "Engine RPM", .conversion = 5, .frequency = 1},
                            {.code = "0105", .description = "Coolant", .conversion = 3, .frequency = 1}});
-        form = new obdPollForm(context);
-        form->show();
-        grid = control<QTableView>("obdGrid");
+        open<obdPollForm>(context);
     }
 
-    QVariant cell(int row, int column, int role = Qt::DisplayRole) const
+    QVariant cell(int row, int column, int role = Qt::DisplayRole)
     {
-        return grid->model()->index(row, column).data(role);
+        return control<QTableView>("obdGrid")->model()->index(row, column).data(role);
     }
 };
 
 TEST_F(ObdPollFormTest, ShowsARunAndItsValues)
 {
-    EXPECT_EQ(textOf("titleLab"), u"Car (2 events)");
+    EXPECT_EQ(shown("titleLab"), "Car (2 events)");
     EXPECT_EQ(cell(0, 0).toString(), u"Engine RPM");
     TemporaryFolder::write(folder.path("runs"), "no folder");
     adapter->expectOpening();
@@ -42,14 +33,12 @@ TEST_F(ObdPollFormTest, ShowsARunAndItsValues)
     adapter->expect("010C\r");
     adapter->expect("ATD\r");
     click("comStart");
-    for (const char* const box : {"textSampleCnt", "timeLimit", "scnUpdate"})
-        EXPECT_FALSE(control<QLineEdit>(box)->isEnabled()) << box;
+    EXPECT_EQ(enabled("textSampleCnt timeLimit scnUpdate comStart"), "comStart");
     adapter->play();
-    EXPECT_EQ(control<QPushButton>("comStart")->shortcut().toString(), u"Alt+S");
-    click("comStart");
-    EXPECT_TRUE(textOf("statusBox")
-                    .startsWith(u"com1 Polling Completed  - unsaved samples are not kept: The folder "));
-    EXPECT_TRUE(control<QLineEdit>("timeLimit")->isEnabled());
+    press("Alt+S");
+    EXPECT_TRUE(shown("statusBox")
+                    .starts_with("com1 Polling Completed  - unsaved samples are not kept: The folder "));
+    EXPECT_EQ(enabled("textSampleCnt timeLimit scnUpdate"), "textSampleCnt timeLimit scnUpdate");
     EXPECT_EQ(cell(0, 1).toString(), u"2000rpm");
     EXPECT_TRUE(cell(0, 4, Qt::ForegroundRole).value<QColor>().isValid()) << "a new maximum";
     EXPECT_EQ(cell(1, 1, Qt::BackgroundRole).value<QColor>(), QColor(Qt::yellow));
@@ -60,28 +49,26 @@ TEST_F(ObdPollFormTest, GoesOnPollingWhileADialogIsOpen)
 {
     adapter->expectOpening();
     adapter->expect("010C\r");
-    trigger("mnuComStart");
+    click("mnuComStart");
     adapter->play();
-    form->setAttribute(Qt::WA_DeleteOnClose, false);
-    for (const char* const action :
+    for (const std::string action :
          {"mnuSaveLog", "mnuExportLogAs", "mnuDebugLog", "mnuAbout", "mnuRecover"}) {
-        adapter->expect("0105\r");
-        adapter->expect("010C\r");
-        const std::size_t before = adapter->history.size();
-        std::size_t meanwhile = 0;
-        QTimer::singleShot(0, form, [&] {
+        std::vector<std::string> sent;
+        inNextDialog([&](QDialog& dialog) {
+            adapter->expect("0105\r");
+            adapter->expect("010C\r");
             adapter->receive("41 0C 1F 40 \r\r>");
             adapter->receive("41 05 50 \r\r>");
-            meanwhile = adapter->history.size();
-            if (std::string_view(action) == "mnuRecover") {
+            sent = {adapter->history.end() - 2, adapter->history.end()};
+            if (action == "mnuRecover") {
                 adapter->expect("ATD\r");
                 form->close();
             }
             EXPECT_TRUE(form->isVisible()) << "the dialog would go with it";
-            qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject();
+            dialog.reject();
         });
-        trigger(action);
-        EXPECT_EQ(meanwhile, before + 2) << action;
+        click(action.c_str());
+        EXPECT_EQ(sent, (std::vector<std::string>{"0105\r", "010C\r"})) << action;
     }
     EXPECT_FALSE(form->isVisible()) << "it closes when the dialog has gone";
 }
@@ -91,20 +78,17 @@ TEST_F(ObdPollFormTest, ToolbarKeysAndTheWayToTheDesigner)
     const std::pair<const char*, const char*> tips[] = {
         {"newPoll", "F1 New Poll / Reset Data"}, {"saveData", "F2 Save Data"},
         {"loadData", "F3 Load Data from File"},  {"printDesign", "F4 Print Design File"},
-        {"exportData", "F5 Export Data"},        {"openDesign", "F6 Open Designer Window"},
-    };
+        {"exportData", "F5 Export Data"},        {"openDesign", "F6 Open Designer Window"}};
     for (const auto& [key, tip] : tips) {
         const auto* button = control<QToolButton>(key);
         EXPECT_EQ(button->toolTip(), QLatin1String(tip));
         EXPECT_EQ(button->defaultAction()->shortcut().toString(), button->toolTip().left(2));
     }
-    QTest::keyClicks(control<QLineEdit>("scnUpdate"), QStringLiteral("0"));
-    form->setAttribute(Qt::WA_DeleteOnClose, false);
-    trigger("mnuDesigner");
+    type("scnUpdate", "100");
+    closeBy("mnuDesigner");
     EXPECT_EQ(opened, std::vector{Tool::pollDesigner});
-    EXPECT_FALSE(form->isVisible());
-    delete std::exchange(form, new obdPollForm(context));
-    EXPECT_EQ(textOf("scnUpdate"), u"100") << "it is remembered";
+    open<obdPollForm>(context);
+    EXPECT_EQ(shown("scnUpdate"), "100") << "it is remembered";
 }
 
 } // namespace

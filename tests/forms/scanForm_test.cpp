@@ -1,12 +1,9 @@
 #include "forms/formTest.h"
-#include "platform/text.h"
 #include "scanner/window/calcHdrForm.h"
 #include "scanner/window/scanForm.h"
 #include "widgets/plainTextBox.h"
 
-#include <QLineEdit>
 #include <QMenuBar>
-#include <QProgressBar>
 #include <QRegularExpression>
 
 namespace zint {
@@ -15,160 +12,190 @@ namespace {
 struct ScanFormTest : FormTest {
     PlainTextBox* outBox = nullptr;
 
-    ScanFormTest() { open(); }
+    ScanFormTest() { openScanner(); }
 
-    void open()
+    void openScanner()
     {
-        delete form;
-        (form = new scanForm(context))->show();
+        open<scanForm>(context);
         outBox = control<PlainTextBox>("outBox");
-        EXPECT_TRUE(QTest::qWaitForWindowActive(form));
     }
 
-    QLineEdit* box(const char* name) { return control<QLineEdit>(name); }
-
-    void type(const char* name, const QString& text)
+    void expectStatus(const char* text)
     {
-        box(name)->setFocus();
-        box(name)->selectAll();
-        QTest::keyClicks(box(name), text.isEmpty() ? u"\b"_qs : text);
-    }
-
-    void expectText(const char* name, const QString& text)
-    {
-        EXPECT_TRUE(waitUntil([&] { return textOf(name) == text; })) << fromQt(textOf(name));
+        EXPECT_TRUE(waitUntil([&] { return shown("statusBox") == text; })) << shown("statusBox");
     }
 };
 
 TEST_F(ScanFormTest, ShowsRepliesByItsFiltersAndFormatsAndRemembersThem)
 {
-    const QRegularExpression date(u"^[A-Z][a-z]+, [A-Z][a-z]+ \\d\\d, \\d{4} \\d\\d:\\d\\d [AP]M\\r\\n$"_qs);
-    EXPECT_TRUE(date.match(toQt(outBox->text())).hasMatch()) << outBox->text();
-    const std::pair<const char*, const char*> boxes[] = {
-        {"modeStart", "1"}, {"pidStart", "b"}, {"pidStop", "e"}, {"cmdSuffix", "1"}};
-    for (const auto& [name, text] : boxes)
-        type(name, QLatin1String(text));
-    const std::pair<const char*, const char*> rows[] = {
-        {"displayAll", "V 010B1  00 \nV 010C1  30 39 \nX 010D1 ?\nN 010E1 NO DATA\n"},
-        {"displayValid", "V 010B1  00 \nV 010C1  30 39 \n"},
-        {"displayData", "V 010B1  00 \nV 010C1  30 39 \nX 010D1 ?\n"},
-        {"displayNonz", "V 010C1  30 39 \n"},
-        {"dspAscii", "V 010C1  30 39    [09]\n"},
-        {"dspDecimal", "V 010C1  30 39    [09] 12345\n"},
-        {"dspNames", "V 010C1  30 39    [09] 12345 Engine RPM\n"}};
-    for (const auto& [choice, expected] : rows) {
-        SCOPED_TRACE(choice);
-        control<QAbstractButton>(choice)->click();
+    for (const auto& [name, text] :
+         {std::pair{"modeStart", "1"}, {"pidStart", "b"}, {"pidStop", "e"}, {"cmdSuffix", "1"}})
+        type(name, text);
+    const auto scan = [this] {
         adapter->expectOpening();
-        const char* const replies[] = {"41 0B 00 ", "41 0C 30 39 ", "?", "NO DATA"};
-        for (int pid = 0xB; pid <= 0xE; ++pid)
-            adapter->expect("010" + std::string(1, "BCDE"[pid - 0xB]) + "1\r")
-                .answer(replies[pid - 0xB] + std::string("\r\r>"));
+        adapter->expect("010B1\r").answer("41 0B 00 \r\r>");
+        adapter->expect("010C1\r").answer("41 0C 30 39 \r\r>");
+        adapter->expect("010D1\r").answer("?\r\r>");
+        adapter->expect("010E1\r").answer("NO DATA\r\r>");
         adapter->expect("ATD\r");
         outBox->replace({});
         click("comScan");
         adapter->play();
-        const QString shown = toQt(outBox->text()).remove(u'\r');
-        EXPECT_EQ(shown.section(u'\n', 1).section(u"Scan Completed"_qs, 0, 0), QLatin1String(expected));
-    }
-    expectText("statusBox", u"com1 Scan Completed 4 Events(s)"_qs);
+        const std::string text = outBox->text();
+        const std::size_t start = text.find('\n') + 1; // behind the line of what was asked for
+        return text.substr(start, text.find("Scan Completed") - start);
+    };
+    expectAfterClicks({{"displayAll", "V 010B1  00 \r\nV 010C1  30 39 \r\nX 010D1 ?\r\nN 010E1 NO DATA\r\n"},
+                       {"displayValid", "V 010B1  00 \r\nV 010C1  30 39 \r\n"},
+                       {"displayData", "V 010B1  00 \r\nV 010C1  30 39 \r\nX 010D1 ?\r\n"},
+                       {"displayNonz", "V 010C1  30 39 \r\n"},
+                       {"dspAscii", "V 010C1  30 39    [09]\r\n"},
+                       {"dspDecimal", "V 010C1  30 39    [09] 12345\r\n"},
+                       {"dspNames", "V 010C1  30 39    [09] 12345 Engine RPM\r\n"}},
+                      scan);
+    expectStatus("com1 Scan Completed 4 Events(s)");
+    EXPECT_EQ(shown("labelStats ProgressBar1"), "Bytes In: 497 Out: 259 Errors: 0|100%");
     EXPECT_TRUE(outBox->text().starts_with("Header: 686AF1 Mode:1-01 Pid:B-E Suffix:1\r\n"));
-    EXPECT_EQ(textOf("labelStats"), u"Bytes In: 497 Out: 259 Errors: 0");
-    EXPECT_EQ(control<QProgressBar>("ProgressBar1")->text(), u"100%");
-    EXPECT_TRUE(messageOf([&] { click("labelStats"); }).endsWith(u"\n    Invalid:1\n       Zero:1"_qs));
-    trigger("mnuClear");
+    EXPECT_TRUE(messageBy("labelStats").ends_with("\n    Invalid:1\n       Zero:1"));
+    click("mnuClear");
+    const QRegularExpression date(
+        QStringLiteral("^[A-Z][a-z]+, [A-Z][a-z]+ \\d\\d, \\d{4} \\d\\d:\\d\\d [AP]M\\r\\n$"));
     EXPECT_TRUE(date.match(toQt(outBox->text())).hasMatch()) << outBox->text();
 
-    form->setAttribute(Qt::WA_DeleteOnClose, false);
-    click("backCom");
-    open();
-    EXPECT_EQ(box("pidStart")->text() + box("pidStop")->text() + box("cmdSuffix")->text(), u"BE1");
+    closeBy("backCom");
+    openScanner();
+    EXPECT_EQ(shown("pidStart pidStop cmdSuffix"), "B|E|1");
     for (const char* choice : {"displayNonz", "dspAscii", "dspDecimal", "dspNames"})
         EXPECT_TRUE(control<QAbstractButton>(choice)->isChecked()) << choice;
 }
 
 TEST_F(ScanFormTest, EnterBeginsAScanFromTheSixBoxesAlone)
 {
-    const auto press = [this](const char* name) {
-        control<QWidget>(name)->setFocus();
-        QTest::keyClick(control<QWidget>(name), Qt::Key_Return);
+    const auto enter = [this](const char* name) {
+        control(name)->setFocus();
+        QTest::keyClick(control(name), Qt::Key_Return);
     };
     for (const char* other : {"outBox", "displayAll", "dspAscii"})
-        press(other);
+        enter(other);
     for (const char* name : {"cmdHead", "modeStart", "modeStop", "pidStart", "pidStop", "cmdSuffix"}) {
         adapter->expect("ATZ\r");
-        press(name);
-        EXPECT_EQ(textOf("comScan"), u"Stop Scan") << name;
-        EXPECT_FALSE(control<QAction>("mnuOpenCom")->isEnabled() || control<QWidget>("calcHdr")->isEnabled());
-        EXPECT_EQ(box(name)->isReadOnly(), name == std::string_view("cmdHead")) << name;
-        press(name); // ends none
+        enter(name);
+        EXPECT_EQ(shown("comScan"), "Stop Scan") << name;
+        EXPECT_FALSE(control<QAction>("mnuOpenCom")->isEnabled() || control("calcHdr")->isEnabled());
+        EXPECT_EQ(control<QLineEdit>(name)->isReadOnly(), name == std::string_view("cmdHead")) << name;
+        enter(name); // ends none
         adapter->expect("ATD\r");
-        trigger("mnuCloseCom");
-        expectText("statusBox", u"com1 Scan Halted after 0 Events(s)"_qs);
+        click("mnuCloseCom");
+        expectStatus("com1 Scan Halted after 0 Events(s)");
     }
     adapter->expect("ATZ\r");
-    trigger("mnuOpenCom");
+    click("mnuOpenCom");
     adapter->expect("ATD\r");
-    form->setAttribute(Qt::WA_DeleteOnClose, false);
-    click("backCom");
-    EXPECT_FALSE(form->isVisible() || adapter->isOpen());
+    closeBy("backCom");
 }
 
 TEST_F(ScanFormTest, AScanGoesOnWhileAFileIsChosen)
 {
     adapter->expectOpening();
     click("comScan");
-    QTimer::singleShot(0, form, [this] {
+    inNextDialog([this](QDialog& dialog) {
         adapter->expect("0100\r");
         adapter->play();
-        expectText("statusBox", u"com1 Scanning"_qs);
-        QApplication::activeModalWidget()->close();
+        expectStatus("com1 Scanning");
+        dialog.close();
     });
-    trigger("mnuSaveOutputAs");
+    click("mnuSaveOutputAs");
     adapter->expect("ATD\r");
     click("comScan");
 }
 
 TEST_F(ScanFormTest, ChecksABoxOnceWhenItIsLeft)
 {
-    type("modeStart", u"3g"_qs);
-    QTest::keyClick(box("modeStart"), Qt::Key_Tab);
-    EXPECT_EQ(box("modeStart")->text(), u"01");
-    expectText("statusBox", u"Mode must be 1 or 2 hex digits"_qs);
-    type("pidStop", u"12345"_qs);
+    type("modeStart", "3g");
+    press("Tab");
+    EXPECT_EQ(shown("modeStart"), "01");
+    expectStatus("Mode must be 1 or 2 hex digits");
+    type("pidStop", "12345");
     QFocusEvent toMenu(QEvent::FocusOut, Qt::MenuBarFocusReason);
-    QCoreApplication::sendEvent(box("pidStop"), &toMenu);
-    EXPECT_EQ(box("pidStop")->text(), u"12345");
-    control<QMenuBar>("menubar")->setFocus(Qt::MenuBarFocusReason);
-    box("pidStart")->setFocus(); // by the mouse, out of the menu
-    EXPECT_EQ(box("pidStop")->text(), u"");
-    for (const bool byMouse : {false, true}) {
-        type("pidStop", u"12345"_qs);
-        byMouse ? click("comScan") : trigger("mnuOpenCom"); // the focus is still in the box
-        expectText("statusBox", u"Pid must be 0 to 4 hex digits"_qs);
-        EXPECT_EQ(box("pidStop")->text() + textOf("comScan"), u"Begin Scan");
+    QCoreApplication::sendEvent(control("pidStop"), &toMenu);
+    EXPECT_EQ(shown("pidStop"), "12345");
+    control("menubar")->setFocus(Qt::MenuBarFocusReason);
+    control("pidStart")->setFocus(); // by the mouse, out of the menu
+    EXPECT_EQ(shown("pidStop"), "");
+    for (const char* scan : {"mnuOpenCom", "comScan"}) {
+        type("pidStop", "12345");
+        click(scan); // the focus is still in the box
+        expectStatus("Pid must be 0 to 4 hex digits");
+        EXPECT_EQ(shown("pidStop comScan"), "|Begin Scan");
     }
 }
 
 TEST_F(ScanFormTest, TheCalculatorMakesAHeaderThatMayErase)
 {
-    type("modeStop", u"4"_qs);
-    type("cmdHead", u"7e8"_qs);
+    type("modeStop", "4");
+    type("cmdHead", "7e8");
     control<QPushButton>("calcHdr")->click(); // as a key does, which leaves the focus in the box
     auto* dialog = control<calcHdrForm>("calcHdrForm");
     EXPECT_EQ(dialog->header(), "686AF1");
     dialog->reject();
-    EXPECT_EQ(box("cmdHead")->text(), u"686AF1");
-    EXPECT_FALSE(control<QWidget>("warning")->isVisible());
+    EXPECT_EQ(shown("cmdHead"), "686AF1");
+    EXPECT_FALSE(control("warning")->isVisible());
     QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
 
     click("calcHdr");
     dialog = control<calcHdrForm>("calcHdrForm");
-    dialog->findChild<QAbstractButton*>(u"optBit6"_qs)->click();
+    click("optBit6");
     dialog->accept();
-    EXPECT_EQ(box("cmdHead")->text(), u"6C10F1");
-    EXPECT_TRUE(control<QWidget>("warning")->isVisible());
-    EXPECT_TRUE(textOf("warning").contains(u"erases"));
+    EXPECT_EQ(shown("cmdHead"), "6C10F1");
+    EXPECT_TRUE(control("warning")->isVisible() && textOf("warning").contains(u"erases"));
+}
+
+struct CalcHdrFormTest : FormTest {
+    calcHdrForm* edit(const char* header) { return open<calcHdrForm>(header, settings, nullptr); }
+};
+
+TEST_F(CalcHdrFormTest, ControlsMakeTheHeader)
+{
+    auto* dialog = edit("6C30F1");
+    EXPECT_EQ(shown("targetFrame hdrTarget optBit7"), "Target (physical)|30|Inframe             Response");
+    QString guide;
+    for (const QLabel* label : dialog->findChildren<QLabel*>())
+        guide += label->text();
+    EXPECT_TRUE(guide.contains(u"F1-FDOff-board test equipment"));
+
+    dialog = edit("686AF1");
+    EXPECT_EQ(enabled("hdrTarget prioVal"), "prioVal");
+    expectAfterClicks({{"optBit0", "78|786AF1"},
+                       {"optBit1", "58|586AF1"},
+                       {"optBit2", "18|186AF1"},
+                       {"optBit3", "98|986AF1"},
+                       {"optBit4", "99|996AF1"},
+                       {"optBit5", "9B|9B6AF1"},
+                       {"optBit7", "93|936AF1"},
+                       {"optBit6", "97|9710F1"}},
+                      [&] { return shown("hdrOpt") + "|" + dialog->header(); });
+    EXPECT_EQ(enabled("hdrTarget") + focused(), "hdrTargethdrTarget");
+    EXPECT_EQ(control<QLineEdit>("hdrTarget")->selectedText(), u"10");
+    for (const auto& [box, text] : {std::pair{"hdrTarget", "5"}, {"hdrSource", "9"}, {"prioVal", "9"}})
+        type(box, text);
+    EXPECT_EQ(shown("hdrTarget hdrSource"), "05|09");
+    click("optBit0"); // takes the focus: the box that was left is checked first
+    EXPECT_EQ(shown("prioVal") + dialog->header(), "7E70509");
+}
+
+TEST_F(CalcHdrFormTest, ReturnAppliesWhatWasTypedAndEscapeCancels)
+{
+    auto* dialog = edit("6C30F1");
+    type("hdrTarget", "0");
+    press("Return");
+    EXPECT_EQ(dialog->result(), QDialog::Accepted);
+    EXPECT_EQ(dialog->header(), "6C10F1") << "the box with the focus is checked too";
+    dialog = edit("6C30F1");
+    press("Esc");
+    EXPECT_FALSE(dialog->isVisible());
+    dialog = edit("6C30F1");
+    closeBy("cancelCom");
+    EXPECT_EQ(dialog->result(), QDialog::Rejected);
 }
 
 } // namespace

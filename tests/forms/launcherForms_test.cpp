@@ -1,0 +1,111 @@
+#include "dtcdb/dtcDatabase.h"
+#include "forms/formTest.h"
+#include "launcher/window/failedConnForm.h"
+#include "launcher/window/portsForm.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QTreeWidget>
+
+namespace zint {
+namespace {
+
+/// Chooses the entry of a list that is shown already.
+void chooseAgain(QComboBox& list)
+{
+    QTest::keyClick(&list, Qt::Key_F4);
+    QTest::keyClick(list.view(), Qt::Key_Return);
+}
+
+struct StartFormTest : FormTest {
+    startForm* start = open<startForm>(context);
+};
+
+TEST_F(StartFormTest, TellsWhatThePortStandsForAndTakesAChoice)
+{
+    EXPECT_EQ(form->windowTitle(), u"Zint v1.5.1");
+    EXPECT_TRUE(control("speedHint")->isVisible());
+    EXPECT_TRUE(waitUntil([&] { return textOf("portInfo") == u"nothing connected"; }));
+    system.ports = {{"/dev/ttyUSB0", "<b>FT232R", "0403:6001"}};
+    EXPECT_TRUE(waitUntil([&] { return textOf("portInfo") == u"/dev/ttyUSB0 - <b>FT232R"; }));
+    auto* port = control<QComboBox>("comPort");
+    EXPECT_EQ(port->itemData(0, Qt::ToolTipRole).toString(), u"<p>/dev/ttyUSB0 - &lt;b&gt;FT232R</p>");
+
+    launcher->choosePortForThisRun(PortNumber{3});
+    launcher->chooseSpeedForThisRun(1);
+    start->showAgain();
+    EXPECT_EQ(shown("comPort comSpeed"), "com3|38400");
+    chooseAgain(*port); // for good
+    launcher->unload();
+    EXPECT_EQ(settings.get("Startup", "comPort") + settings.get("Startup", "comSpeed"), "20");
+}
+
+TEST_F(StartFormTest, ButtonsAndMenusDoTheirWork)
+{
+    for (const char* name :
+         {"getCodes", "editDTC", "pollDesign2", "scanner", "debugger", "obdPoll", "mnuPorts"})
+        click(name);
+    EXPECT_EQ(opened,
+              (std::vector{Tool::codes, Tool::dtcEditor, Tool::pollDesigner, Tool::scanner, Tool::terminal,
+                           Tool::pollDesigner})); // the default design has unpolled events
+    EXPECT_EQ(portsAssigned, 1);
+    DtcDatabase::create(values.parmDTCdb = folder.path("dtc.mdb"));
+    EXPECT_TRUE(messageBy("mnuSetUpDtc").ends_with("dtc.mdb\nIt stays as it is."));
+    click("mnuClearReg");
+    EXPECT_TRUE(messageBy("mnuShowReg").ends_with("Vars:\nparmInitDir \nparmDTCdb \n"));
+    EXPECT_TRUE(messageBy("mnuAbout").starts_with("Zint Version 1.5.1\n"));
+    EXPECT_TRUE(messageBy("mnuHelp").ends_with("/docstart2.html")) << "no browser";
+}
+
+using FailedConnFormTest = FormTest;
+
+TEST_F(FailedConnFormTest, ShowsTheFailureAndTheHints)
+{
+    values.lastFailureText = "SEARCHING...\r41 01 00 \r\r>";
+    open<failedConnForm>(context);
+    EXPECT_EQ(shown("failedRpt adviceLab"),
+              "SEARCHING...\n41 01 00 \n\n>|" // the reply's lines are lines here
+              "Check port (/dev/ttyS0) and speed (9600) in the launcher; most adapters use 38400.");
+    EXPECT_TRUE(messageBy("helpCom").ends_with("/docfails2.html"));
+    expectAfterClicks(
+        {{"tooOld", "OBD2 standards"}, {"badHardware", "Check all conn"}, {"ignitionOn", "The vehicle ig"}},
+        [this] { return shown("detail1").substr(0, 14); });
+    closeBy("applyCom");
+}
+
+using PortsFormTest = FormTest;
+
+TEST_F(PortsFormTest, AssignsWhatWasChosenOrTypedUnlessCancelled)
+{
+    for (const PortNumber port : {PortNumber{4}, PortNumber{7}})
+        ports.assign(port, "/dev/old");
+    for (const PortNumber port : {PortNumber{5}, PortNumber{6}})
+        ports.assignForThisRun(port, "/dev/run");
+    auto* dialog = open<portsForm>(ports, nullptr);
+    const auto typeInto = [this](const char* name, const char* text) {
+        QLineEdit* box = control<QComboBox>(name)->lineEdit();
+        box->selectAll();
+        QTest::keyClicks(box, QLatin1String(text));
+    };
+    typeInto("assigned8", "x");
+    EXPECT_EQ(shown("assigned1"), "Automatic (nothing connected)");
+    system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", "0403:6001"}, {"/dev/ttyS0", "", ""}};
+    auto* detected = control<QTreeWidget>("detectedPorts");
+    EXPECT_TRUE(waitUntil([detected] { return detected->topLevelItem(0)->text(2) == u"0403:6001"; }));
+    EXPECT_EQ(shown("assigned1"), "Automatic (/dev/ttyUSB0 - FT232R USB UART)");
+    typeInto("assigned1", "SIMULATED vehicle");
+    typeInto("assigned2", "/dev/ttyUSB0 - FT232R USB UART");
+    typeInto("assigned3", "  /dev/t ");
+    typeInto("assigned4", "automatic");
+    chooseAgain(*control<QComboBox>("assigned5")); // to keep it
+    dialog->reject();
+    EXPECT_EQ(ports.assignment(PortNumber{1}), "");
+    dialog->accept();
+    std::string assigned;
+    for (const PortNumber port : allPorts)
+        assigned += ports.assignment(port) + "|";
+    EXPECT_EQ(assigned, "simulated|/dev/ttyUSB0|/dev/t||/dev/run||/dev/old|x|");
+}
+
+} // namespace
+} // namespace zint
