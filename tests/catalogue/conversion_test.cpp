@@ -31,9 +31,8 @@ TEST(ConversionTest, ShowsValueAndUnit)
 TEST(ConversionTest, AnOverflowIsAnErrorAndNeverWraps)
 {
     constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
-    constexpr std::int32_t smallest = std::numeric_limits<std::int32_t>::min();
     for (const auto& [conversion, raw] :
-         {std::pair{1, largest}, {2, smallest}, {3, smallest}, {4, smallest}, {18, largest}})
+         {std::pair{1, largest}, {2, -largest}, {3, -largest}, {4, -largest}, {18, largest}})
         EXPECT_EQ(failureOf<RunTimeError>([&] { convert(conversion, raw); }), "Overflow") << conversion;
     for (std::int32_t conversion = 0; conversion < 25; ++conversion)
         EXPECT_NO_THROW(convert(conversion, 0xFFFF)) << "two data bytes always fit";

@@ -1,17 +1,11 @@
 #include "runner/chartAxes.h"
 #include "runner/chartData.h"
 #include "runner/chartRange.h"
-#include "support/designOf.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <map>
+#include <functional>
 #include <optional>
-#include <random>
-#include <string>
 #include <tuple>
 
 namespace zint {
@@ -20,13 +14,7 @@ void PrintTo(const ChartPoint& point, std::ostream* stream) { *stream << point.t
 
 namespace {
 
-constexpr std::int32_t celsius = 3;
-constexpr std::int32_t rpm = 5;
-constexpr std::int32_t mph = 7;
-constexpr std::int32_t undefined = 13;
-constexpr std::int32_t shortTrim = 16; // reads the low byte only, so that values don't follow the raw ones
-constexpr std::int32_t hex = 20;
-constexpr std::int32_t fuelStatus = 21;
+enum : std::int32_t { celsius = 3, rpm = 5, mph = 7, undefined = 13, hex = 20, fuelStatus = 21 };
 
 using Points = std::vector<ChartPoint>;
 
@@ -37,10 +25,9 @@ struct ChartDataTest : testing::Test {
 
     void begin(std::initializer_list<std::int32_t> conversions)
     {
-        std::vector<DesignEntry> events;
+        design = {};
         for (const std::int32_t conversion : conversions)
-            events.push_back({.code = "01" + std::to_string(10 + events.size()), .conversion = conversion});
-        design = designOf(events);
+            design.events.push_back({.code = "010C", .conversion = conversion});
         store.reset(design);
         data.emplace(design, store);
     }
@@ -79,9 +66,8 @@ TEST_F(ChartDataTest, GoesToTheNextPointsOutsideAndLeavesOutWhatIsNoNumber)
     EXPECT_EQ(data->points(0, 0, 5, 100), (Points{{20, 20}}));
     for (const auto& [from, to, pixels] : {std::tuple{70, 80, 100}, {5, 5, 100}, {0, 5, 0}})
         EXPECT_TRUE(data->points(0, from, to, pixels).empty());
-    const std::array hasNumbers = {true, false, false, true, false};
-    for (std::size_t event = 0; event < hasNumbers.size(); ++event)
-        EXPECT_EQ(data->hasNumbers(event), hasNumbers.at(event)) << event;
+    for (std::size_t event = 0; event < design.events.size(); ++event)
+        EXPECT_EQ(data->hasNumbers(event), event == 0 || event == 3) << event;
 }
 
 TEST_F(ChartDataTest, FollowsAClockThatIsSetBackAndAStoreThatIsEmptied)
@@ -103,51 +89,32 @@ TEST_F(ChartDataTest, FollowsAClockThatIsSetBackAndAStoreThatIsEmptied)
 TEST_F(ChartDataTest, BreaksALineWherePollingWasStoppedAndNowhereElse)
 {
     begin({celsius, celsius});
-    const auto times = [this](std::size_t event) {
-        const Points line = data->points(event, 0, 1000, 1000);
-        std::string found;
-        for (const auto piece : data->pieces(line)) {
-            for (const ChartPoint& point : piece)
-                found += std::to_string(std::lround(point.time)) + " ";
-            found += "| ";
-        }
-        return found;
+    const auto pieces = [this](std::size_t event) {
+        std::string sizes;
+        for (const Points line = data->points(event, 0, 1000, 1000); const auto piece : data->pieces(line))
+            sizes += std::to_string(piece.size()) + " ";
+        return sizes;
     };
     data->startRun();
     add({1, 2, 300}, 50); // a slow reply is no stop
     data->startRun();
-    EXPECT_EQ(times(0), "1 2 300 | ");
+    EXPECT_EQ(pieces(0), "3 ");
     data->startRun(); // nothing came since the last start
     add({400}, 50, 1);
     add({401, 402}, 50);
-    EXPECT_EQ(times(0) + times(1), "1 2 300 | 401 402 | 400 | ");
+    EXPECT_EQ(pieces(0) + "and " + pieces(1), "3 2 and 1 ");
     store.reset(design);
     add({0, 1, 2, 3, 4, 5, 6, 7}, 50);
-    EXPECT_EQ(times(0), "0 1 2 3 4 5 6 7 | ");
+    EXPECT_EQ(pieces(0), "8 ");
 }
 
-TEST_F(ChartDataTest, KeepsEveryPeakWithinFourPointsAColumn)
+TEST_F(ChartDataTest, ShowsFirstLowestHighestAndLastOfEachColumn)
 {
-    begin({shortTrim});
-    std::mt19937 random(1);
-    for (std::int32_t i = 0; i < 2000; ++i)
-        store.add(0, static_cast<std::int32_t>(random() % 256), i / 7);
-    const auto columnsOf = [](const Points& line, double width) { // lowest and highest value
-        std::map<double, std::pair<double, double>> columns;
-        for (const auto& [time, value] : line) {
-            auto& column = columns.try_emplace(std::floor(time / width), value, value).first->second;
-            column = {std::min(column.first, value), std::max(column.second, value)};
-        }
-        return columns;
-    };
-    const Points all = data->points(0, -1, 300, 1 << 30); // each in its own column
-    EXPECT_EQ(all.size(), 2000U);
-    for (const int pixels : {1, 7, 100}) {
-        const Points shown = data->points(0, 0, 286, pixels);
-        const auto columns = columnsOf(all, 286.0 / pixels);
-        EXPECT_EQ(columnsOf(shown, 286.0 / pixels), columns) << pixels;
-        EXPECT_LE(shown.size(), 4 * columns.size());
-    }
+    begin({celsius});
+    for (std::int32_t time = 10; const std::int32_t value : {7, 1, 9, 3, -2, 4, 5, 6, 8, 2, 3, 3, 4, 3})
+        store.add(0, value + 40, time++);
+    const Points shown{{10, 7}, {11, 1}, {12, 9}, {14, -2}, {19, 2}, {20, 3}, {22, 4}, {23, 3}};
+    EXPECT_EQ(data->points(0, 11, 31, 2), shown) << "columns begin at multiples of their width";
 }
 
 TEST_F(ChartDataTest, GivesTwoUnitsAnAxisAndTellsTheLimitsOfTheRest)
@@ -156,7 +123,7 @@ TEST_F(ChartDataTest, GivesTwoUnitsAnAxisAndTellsTheLimitsOfTheRest)
     std::string names;
     for (const ChartAxis& axis : axesOf(design, std::array<std::size_t, 6>{0, 1, 2, 3, 4, 5}))
         names += lineName(design, 0, axis, {.lowest = -40, .highest = 120.5}) + "|";
-    EXPECT_EQ(names, "0110 (rpm)|0110 (mph)|0110 (C, -40..120.5)|0110 (-40..120.5)|0110 (%, -40..120.5)|")
+    EXPECT_EQ(names, "010C (rpm)|010C (mph)|010C (C, -40..120.5)|010C (-40..120.5)|010C (%, -40..120.5)|")
         << "both kinds of percent have one";
 }
 
@@ -177,34 +144,26 @@ TEST(ChartAxes, AreScaledToRoundLimits)
 TEST(ChartRange, FollowsARunShowsItAllAfterwardsAndStaysWhereTheUserWent)
 {
     ChartRange range;
-    const auto shows = [&range](double end, bool isRunning, double from, double to) {
-        range.setEnd(end, isRunning);
-        EXPECT_NEAR(range.from(), from, 1e-9) << end;
-        EXPECT_NEAR(range.to(), to, 1e-9) << end;
+    const std::tuple<std::function<void()>, double, bool, std::pair<double, double>> rows[] = {
+        {[&] { range.setWindow(60); }, 1, true, {0, 10}}, // the window grows with the run
+        {[&] { range.pan(-1); }, 15, true, {0, 15}},
+        {[] {}, 100, true, {40, 100}},
+        {[&] { range.zoom(0.5, 50); }, 110, true, {80, 110}}, // the newest moment stays in sight
+        {[&] { range.pan(-50); }, 200, true, {30, 60}},
+        {[&] { range.pan(-100); }, 200, true, {0, 30}},
+        {[&] { range.pan(500); }, 210, true, {180, 210}}, // back to the run
+        {[] {}, 220, false, {0, 220}},
+        {[&] { range.zoom(0.5, 55); }, 220, false, {27.5, 137.5}},
+        {[&] { range.zoom(1e9, 100); }, 220, false, {0, 220}},
+        {[] {}, 230, true, {170, 230}}, // polling goes on
+        {[&] { range.showAll(); }, 240, true, {0, 240}},
+        {[&] { range.setEnd(0, false); }, 30, false, {0, 30}}, // emptied
     };
-    range.setWindow(60);
-    shows(1, true, 0, 10); // the window grows with the run
-    range.pan(-1);
-    shows(15, true, 0, 15);
-    shows(100, true, 40, 100);
-    range.zoom(0.5, 50); // the newest moment stays in sight
-    shows(110, true, 80, 110);
-    range.pan(-50);
-    shows(200, true, 30, 60);
-    range.pan(-100);
-    shows(200, true, 0, 30);
-    range.pan(500); // back to the run
-    shows(210, true, 180, 210);
-    shows(220, false, 0, 220);
-    range.zoom(0.5, 55);
-    shows(220, false, 27.5, 137.5);
-    range.zoom(1e9, 100);
-    shows(220, false, 0, 220);
-    shows(230, true, 170, 230); // polling goes on
-    range.showAll();
-    shows(240, true, 0, 240);
-    range.setEnd(0, false); // emptied
-    shows(30, false, 0, 30);
+    for (const auto& [action, end, isRunning, shown] : rows) {
+        action();
+        range.setEnd(end, isRunning);
+        EXPECT_EQ(std::pair(range.from(), range.to()), shown) << end;
+    }
 }
 
 } // namespace

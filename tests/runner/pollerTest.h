@@ -19,6 +19,8 @@ inline DesignEntry every(std::int32_t loops, const char* code, std::int32_t offs
 
 /// A poller of 010C in each loop, with an adapter that follows a script.
 struct PollerTest : testing::Test {
+    static constexpr const char* good = "41 0C 00 04 \r\r>"; ///< reply to 010C
+
     TemporaryFolder folder;
     EventGate gate;
     ScriptedAdapter adapter{&gate};
@@ -28,7 +30,8 @@ struct PollerTest : testing::Test {
     ManualClock clock;
     ScriptedPrompts prompts;
     ProgramValues values;
-    KeptRuns kept{folder.path(), [](auto) { return "today"; }};
+    const DateText dateText = [](auto) { return "today"; };
+    KeptRuns kept{folder.path(), dateText};
     Design design;
     std::optional<Poller> poller;
 
@@ -39,7 +42,7 @@ struct PollerTest : testing::Test {
     {
         design = designOf(events);
         poller.emplace(Poller::Surroundings{adapter, timer, silence, ticker, clock, prompts, values, kept,
-                                            [](auto) { return "today"; }, mostRecords},
+                                            dateText, mostRecords},
                        ConnectionChoice(), design);
         poller->load();
     }
@@ -61,7 +64,7 @@ struct PollerTest : testing::Test {
     }
 
     /// A reply comes while 010C is asked over and over.
-    void reply(const char* text = "41 0C 00 04 \r\r>")
+    void reply(const char* text = good)
     {
         adapter.expect("010C\r");
         adapter.receive(text);

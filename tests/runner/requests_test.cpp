@@ -1,0 +1,90 @@
+#include "runner/openingCommands.h"
+#include "runner/pollReply.h"
+#include "runner/replyWatch.h"
+#include "runner/schedule.h"
+#include "support/designOf.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+namespace zint {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(ScheduleTest, FindsTheNextRequestHoweverFar)
+{
+    const Design design =
+        designOf({{.frequency = 0}, {.frequency = 4, .offset = 1}, {.frequency = 1000000000, .offset = 1}});
+    Turn turn{0, 0};
+    for (const Turn& expected : {Turn{3, 1}, {7, 1}, {11, 1}})
+        EXPECT_EQ(turn = nextTurn(design, turn), expected);
+    EXPECT_EQ(nextTurn(design, {999999995, 1}), (Turn{999999999, 1}));
+    EXPECT_EQ(nextTurn(design, {999999999, 1}), (Turn{999999999, 2})) << "in the design's order";
+    EXPECT_EQ(nextTurn(designOf({{.frequency = 3, .offset = -7}}), {5, 0}), (Turn{7, 0}));
+    EXPECT_EQ(requestsBetween(design, turn, 20), 2);
+    EXPECT_EQ(requestsBetween(design, beforeAll, 1000000000), 250000001);
+    EXPECT_FALSE(isEverDue(designOf({{.frequency = 0}})));
+}
+
+TEST(OpeningCommandsTest, EndWithTheTimeOutThatTheAdapterDoesNotHaveByItself)
+{
+    Design design;
+    const std::pair<SampleSpeed, const char*> rows[] = {{200ms, ""},       {std::nullopt, ""},
+                                                        {52ms, "ATST 0D"}, {62ms, "ATST 010"},
+                                                        {64ms, "ATST 10"}, {1020ms, "ATST FF"}};
+    for (const auto& [speed, commands] : rows) {
+        design.sampleSpeed = speed;
+        EXPECT_EQ(openingCommands(design), commands);
+    }
+    design.extraCommands = "ATH1";
+    EXPECT_EQ(openingCommands(design), "ATH1;ATST FF");
+}
+
+TEST(PollReplyTest, ReadsTheBytesBehindTheEcho)
+{
+    const std::pair<const char*, std::int32_t> values[] = {{"41 0C 1A F8 \r\r>", 0x1AF8},
+                                                           {"41 0C 1AF8\r>", 0x1AF8},
+                                                           {"41 0C 1A F8\r41 0C FF FF \r>", 0x1AF8},
+                                                           {"410C1AF8410C1AF8410C1AF8\r>", 0},
+                                                           {"41 0C \r\r>", 0},
+                                                           {"41 0C 1A F8", 0x1A}, // its last byte has no end
+                                                           {"41 01 7F FF FF FF \r>", 0x7FFFFFFF}};
+    for (const auto& [reply, value] : values)
+        EXPECT_EQ(pollValue(reply), value) << reply;
+    for (const char* const bad :
+         {"41 01 80 00 00 00 \r>", "41 01 FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF \r>",
+          "41 0c 1a f8\r>", "NO DATA\r\r>", "41 0C 1A F8 <DATA ERROR\r>", "\r>", "\x80\xFF\x01\r>"})
+        EXPECT_FALSE(pollValue(bad)) << bad;
+}
+
+TEST(ReplyWatchTest, KnowsWhatAReplyBeginsWith)
+{
+    for (const auto& [request, echo] :
+         {std::pair{"010C", "41 0C"}, {"01 0c1", "41 0C"}, {"03", "43"}, {"22F190", "62 F1"}})
+        EXPECT_EQ(echoOf(request), echo) << request;
+    for (const char* const request : {"ATRV", "", "0", "01X0"})
+        EXPECT_FALSE(echoOf(request)) << request;
+}
+
+TEST(ReplyWatchTest, TellsOfThreeRepliesThatDoNotMatchAndOfSilence)
+{
+    ReplyWatch watch;
+    const std::tuple<const char*, bool, std::string_view> rows[] = {
+        {"7F 01 12 \r\r>", true, ""},
+        {"CAN ERROR\r\r>", false, ""}, // words contradict nothing
+        {"48 6B 10 41 0C 00 04 \r\r>", true, ""},
+        {"410C0004\r\r>", true, ReplyWatch::mismatchText},
+        {"41 0C 00 04 \r\r>", true, ""},
+    };
+    for (const auto& [reply, isGood, text] : rows) {
+        watch.take("010C", reply, isGood, 5s);
+        EXPECT_EQ(watch.text(5s), text) << reply;
+    }
+    EXPECT_TRUE(watch.sawMismatch());
+    EXPECT_EQ(watch.text(15s), "no reply for 10 s");
+}
+
+} // namespace
+} // namespace zint
