@@ -18,6 +18,16 @@ constexpr const char* date = "2024-03-01 12:00:00";
 const std::string head = "Car\r\nATH1|102\r\n010C|Engine RPM|5|1|0\r\n010D|Speed|7|2|-1\r\n0105||3|0|0\r\n"
                          "EOP - end of Parms\r\n2024-03-01 12:00:00\r\n"; // seven lines
 
+/// @param samples of each the event, the value and the time
+SampleStore storeOf(const Design& design, const std::vector<std::array<std::int32_t, 3>>& samples)
+{
+    SampleStore store;
+    store.reset(design);
+    for (const auto& [event, value, time] : samples)
+        store.add(static_cast<std::size_t>(event), value, time);
+    return store;
+}
+
 std::string logOf(const Design& design, const SampleStore& samples)
 {
     std::ostringstream stream;
@@ -45,14 +55,9 @@ TEST(DataLogTest, WritesBlocksOfTheEventsThatHaveSamplesAndReadsThem)
         designOf({{"010C", "Engine RPM", 5, 1, 0}, {"010D", "Speed", 7, 2, -1}, {"0105", "", 3, 0, 0}});
     design.extraCommands = "ATH1";
     design.sampleSpeed = std::chrono::milliseconds(102);
-    SampleStore samples;
-    samples.reset(design);
-    EXPECT_EQ(logOf(design, samples), head + " 0 \r\n");
-    samples.add(1, 40, 0);
-    samples.add(0, 6904, 1);
-    samples.add(0, -1, 125);
-    samples.add(1, 0, 125);
-    const std::string log = logOf(design, samples);
+    EXPECT_EQ(logOf(design, storeOf(design, {})), head + " 0 \r\n");
+    const std::string log =
+        logOf(design, storeOf(design, {{1, 40, 0}, {0, 6904, 1}, {0, -1, 125}, {1, 0, 125}}));
     EXPECT_EQ(log, head + " 6 \r\n##1\r\n1,6904\r\n125,-1\r\n##2\r\n0,40\r\n125,0\r\n");
 
     const DataLog again = read(log);
@@ -90,8 +95,7 @@ TEST(DataLogTest, FindsTheOrderOfARunAgain)
                                     {.frequency = 3, .offset = 1},
                                     {.frequency = 2000000000},
                                     {.frequency = 7, .offset = -5}});
-    SampleStore samples;
-    samples.reset(design);
+    SampleStore samples = storeOf(design, {});
     Turn turn{.loop = 0, .event = 0};
     for (std::int32_t request = 0; request < 300; ++request, turn = nextTurn(design, turn))
         samples.add(turn.event, request, request / 7);
@@ -104,18 +108,12 @@ TEST(DataExportTest, ARowPerLoop)
         return designOf({{"010D", "Vehicle Speed", speed, 1, 0}, {"0105", "Coolant", coolant, 4, 0}});
     };
     const Design design = events(7, 3);
-    SampleStore samples;
-    samples.reset(design);
     const std::string top = "Car 2024-03-01 12:00:00\r\n \r\nSecond(s)\tVehicle Speed(mph)\tCoolant(C)\r\n";
-    EXPECT_EQ(exportOf(design, samples), top + "0\t\t\r\n");
-    samples.add(0, 90, 1);
-    samples.add(1, 30, 2); // the row has the time of its last sample
-    samples.add(0, 0, 2);
-    samples.add(0, 100, 3);
-    samples.add(1, 40, 5);
-    samples.add(1, 41, 6); // comes again while the row has no other value of its loop
-    EXPECT_EQ(exportOf(design, samples), top + "2\t55.935\t-10\r\n2\t0\t\r\n5\t62.15\t0\r\n6\t\t1\r\n");
-
+    EXPECT_EQ(exportOf(design, storeOf(design, {})), top + "0\t\t\r\n");
+    SampleStore samples =
+        storeOf(design, {{0, 90, 1}, {1, 30, 2}, {0, 0, 2}, {0, 100, 3}, {1, 40, 5}, {1, 41, 6}});
+    EXPECT_EQ(exportOf(design, samples), top + "2\t55.935\t-10\r\n2\t0\t\r\n5\t62.15\t0\r\n6\t\t1\r\n")
+        << "a row has the time of its last sample, and no event twice";
     samples.add(0, 2147483647, 7); // too large for some units, while others have no value
     EXPECT_TRUE(exportOf(events(18, 99), samples).ends_with("\r\n5\t300\t\r\n7\tOverflow\t\r\n"));
     const std::string some = exportOf(designOf({{.conversion = 18}}), samples);

@@ -24,24 +24,20 @@ struct KeptRunsTest : testing::Test {
     TemporaryFolder folder;
     const std::string runs = folder.path("runs");
     const std::chrono::system_clock::time_point start{std::chrono::milliseconds(1'700'000'000'123)};
-    std::optional<KeptRuns> kept{make()};
     const Design design = designOf({{.code = "010C"}, {.code = "010D"}, {.code = "0105"}});
     const std::string head = headText(design, start);
+    const DateText dateText = [this](auto time) { return time == start ? "then" : "never"; };
+    KeptRuns kept{folder.path(), dateText};
     SampleStore store;
 
     KeptRunsTest() { store.reset(design); }
 
-    KeptRuns make(std::uintmax_t mostBytes = 1'000'000) const
-    {
-        return {folder.path(), [this](auto time) { return time == start ? "then" : "never"; }, mostBytes};
-    }
-
-    void begin() { kept->begin(design, store, start); }
+    void begin() { kept.begin(design, store, start); }
 
     void sample(std::size_t event, std::int32_t value, std::int32_t time)
     {
         store.add(event, value, time);
-        kept->add(event, value, time);
+        kept.add(event, value, time);
     }
 
     /// A file of a former run. @param age in hours
@@ -53,20 +49,19 @@ struct KeptRunsTest : testing::Test {
         fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(age));
     }
 
-    /// The content of each, without the locks of those that are written.
+    /// The content of all files; that of a lock is empty.
     std::string content() const
     {
         std::string found;
-        std::error_code missing;
-        for (const auto& entry : fs::directory_iterator(runs, missing))
-            found += entry.path().extension() == ".run" ? contents(utf8Text(entry.path())) : "";
+        for (const auto& entry : fs::directory_iterator(runs))
+            found += contents(entry.path().string());
         return found;
     }
 
     std::string listed() const
     {
         std::string texts;
-        for (const KeptEntry& entry : kept->list())
+        for (const KeptEntry& entry : kept.list())
             texts += entry.text + "\n";
         return texts;
     }
@@ -75,27 +70,28 @@ struct KeptRunsTest : testing::Test {
 TEST_F(KeptRunsTest, WritesEachSampleUntilTheLogIsSaved)
 {
     EXPECT_TRUE(head.ends_with("EOP - end of Parms\r\n1700000000123\r\n"));
-    kept->add(0, 1, 1);
+    kept.add(0, 1, 1);
     begin();
-    kept->flush();
+    kept.flush();
     EXPECT_EQ(content(), "") << "an empty run leaves no file";
     sample(0, 40, 0);
-    kept->flush();
+    kept.flush();
     EXPECT_EQ(content(), head + "1,0,40\r\n");
-    kept->setSaved();
+    kept.setSaved();
     begin();
     sample(1, 2147483647, 2);
-    kept->pause();
-    EXPECT_FALSE(kept->takeCutOff() || make().takeCutOff()) << "a run that is on is not offered";
-    EXPECT_TRUE(kept->list().empty() && make().list().empty()) << "not in another program either";
+    kept.pause();
+    KeptRuns other(folder.path(), dateText);
+    EXPECT_FALSE(kept.takeCutOff() || other.takeCutOff()) << "a run that is on is not offered";
+    EXPECT_TRUE(kept.list().empty() && other.list().empty()) << "not in another program either";
     const std::string all = head + "1,0,40\r\n2,2,2147483647\r\n";
     EXPECT_EQ(content(), all) << "a paused run goes on, and a sample came after the log";
-    kept->setSaved();
-    kept->pause();
+    kept.setSaved();
+    kept.pause();
     EXPECT_EQ(content(), "");
     begin();
     EXPECT_EQ(content(), all) << "a new one begins with all";
-    kept->pause();
+    kept.pause();
     EXPECT_EQ(content(), "") << "nothing came after the log";
 }
 
@@ -106,9 +102,9 @@ TEST_F(KeptRunsTest, BringsBackALongRunAsItWas)
     begin();
     for (std::int32_t i = 0; i < 10000; ++i)
         sample(i % 3 == 0 ? 0 : 1, i, 600 + i);
-    kept->leave();
+    kept.leave();
     ASSERT_EQ(listed(), "then   Car (16000 samples in 2:56:39)\n");
-    const KeptRun run = KeptRuns::load(kept->list().at(0));
+    const KeptRun run = KeptRuns::load(kept.list().at(0));
     EXPECT_EQ(run.firstStart, start);
     EXPECT_EQ(headText(run.design, start), head);
     std::ostringstream before, after;
@@ -121,10 +117,10 @@ TEST_F(KeptRunsTest, TellsOnceOfEachCrash)
 {
     leaveFile("left", 9, "1,1,1\r\nleft\r\n");
     leaveFile("empty", 8, "");
-    EXPECT_FALSE(kept->takeCutOff()) << "the one was left, the other has no sample";
+    EXPECT_FALSE(kept.takeCutOff()) << "the one was left, the other has no sample";
     leaveFile("cut", 10, "1,1,1\r\n1,99,12"); // in the middle of a line
-    EXPECT_TRUE(kept->takeCutOff());
-    EXPECT_FALSE(kept->takeCutOff());
+    EXPECT_TRUE(kept.takeCutOff());
+    EXPECT_FALSE(kept.takeCutOff());
     EXPECT_EQ(listed(), "then   left (1 sample in 0:01)\nthen   cut (1 sample in 0:01, cut off)\n")
         << "the time of a file stays";
 }
@@ -149,14 +145,14 @@ TEST_F(KeptRunsTest, KeepsTheLastTenOfSoMuchAndThoseThatWereCutOffLonger)
     leaveFile("crash", 30, "1,1,1\r\n");
     for (int age = 12; age > 0; --age)
         leaveFile("t" + std::to_string(age), age, "1,1,1\r\nleft\r\n");
-    kept->leave();
-    EXPECT_EQ(kept->list().size(), 10U);
+    kept.leave();
+    EXPECT_EQ(kept.list().size(), 10U);
     EXPECT_TRUE(listed().starts_with("then   t1 (1 sample in 0:01)\n"));
     EXPECT_TRUE(listed().ends_with("then   crash (1 sample in 0:01, cut off)\n"));
     for (const auto& [mostBytes, files] : {std::pair(3 * head.size() + 100, 3U), {head.size() / 2, 1U}}) {
-        kept.emplace(make(mostBytes));
-        kept->leave();
-        EXPECT_EQ(kept->list().size(), files) << "the newest stays whatever its size";
+        KeptRuns limited(folder.path(), dateText, mostBytes);
+        limited.leave();
+        EXPECT_EQ(limited.list().size(), files) << "the newest stays whatever its size";
     }
 }
 
@@ -164,11 +160,11 @@ TEST_F(KeptRunsTest, SaysWhenNothingCanBeKept)
 {
     TemporaryFolder::write(runs, "no folder");
     begin();
-    EXPECT_TRUE(kept->failure().starts_with("The folder \"" + runs + "\" can't be made: "));
-    EXPECT_FALSE(kept->takeCutOff());
+    EXPECT_TRUE(kept.failure().starts_with("The folder \"" + runs + "\" can't be made: "));
+    EXPECT_FALSE(kept.takeCutOff());
     fs::remove(runs);
     begin();
-    EXPECT_EQ(kept->failure(), "");
+    EXPECT_EQ(kept.failure(), "");
 }
 
 #ifdef __unix__
@@ -183,10 +179,10 @@ TEST_F(KeptRunsTest, StopsWhenTheDiskIsFull)
     for (std::int32_t i = 0; i < 10000; ++i)
         sample(1, i, 2);
     setrlimit(RLIMIT_FSIZE, &before);
-    EXPECT_TRUE(kept->failure().ends_with(".run\" can't be written: File too large")) << "while samples came";
+    EXPECT_TRUE(kept.failure().ends_with(".run\" can't be written: File too large")) << "while samples came";
     EXPECT_EQ(content().size(), room.rlim_cur) << "what has gone out stays";
     begin();
-    kept->leave();
+    kept.leave();
     EXPECT_EQ(listed(), "then   Car (10000 samples in 0:02)\n") << "in place of the one that failed";
 }
 #endif

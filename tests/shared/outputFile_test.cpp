@@ -1,6 +1,5 @@
 #include "shared/fileError.h"
 #include "shared/outputFile.h"
-#include "support/failure.h"
 #include "support/scriptedDialogs.h"
 #include "support/temporaryFolder.h"
 
@@ -49,8 +48,7 @@ TEST_F(OutputFileTest, RemembersNoNameThatNothingCouldBeWrittenTo)
 {
     values.parmOutput = "/dev/full";
     for (const std::string entry : {"save", "append"}) {
-        EXPECT_EQ(failureOf<FileError>([&] { press(entry, "text"); }),
-                  "\"/dev/full\" can't be written: No space left on device");
+        EXPECT_THROW(press(entry, "text"), FileError);
         dialogs.chosen = folder.path("none/out.txt");
         EXPECT_THROW(press(entry + "As", "text"), FileError);
         EXPECT_EQ(values.parmOutput + values.parmOutputFile + values.parmInitDir, "/dev/full/start");
