@@ -10,8 +10,8 @@
 namespace zint {
 namespace {
 
-/// The files hold some fields more than are read, a deleted record, and records on several pages. The newer
-/// one is enciphered, and its notes are of unlimited length.
+// Both hold fields beyond those read, a deleted record, and records on several pages. The newer one is
+// enciphered, and its notes are of unlimited length.
 const std::string older = ZINT_ACCESS_FILES "/jet3.mdb";
 const std::string newer = ZINT_ACCESS_FILES "/jet4.mdb";
 
@@ -19,13 +19,10 @@ struct AccessDatabaseTest : testing::Test {
     TemporaryFolder folder;
     std::string path = folder.path("Fehlercodes für Ärger ☂.mdb");
 
-    /// Why the file is refused, behind what all refusals say.
     std::string refusalOf(const std::string& bytes) const
     {
         TemporaryFolder::write(path, bytes);
-        const std::string start = "The code descriptions in \"" + path + "\" can't be read: ";
-        const std::string text = failureOf<DatabaseError>([this] { readAccessDatabase(path); });
-        return text.starts_with(start) ? text.substr(start.size()) : text;
+        return failureOf<DatabaseError>([this] { readAccessDatabase(path); });
     }
 };
 
@@ -34,20 +31,16 @@ TEST_F(AccessDatabaseTest, ReadsAllRecordsOfBothGenerations)
     if (!canReadAccessDatabases())
         GTEST_SKIP() << "built without mdbtools";
     setenv("MDBICONV", "ISO-8859-1", 1);
-    for (const auto& [file, notes] : {std::pair(older, 255), std::pair(newer, 700)}) {
-        std::vector<DtcRecord> expected{
-            {"P0133", "O2 sensor – slow response", "first"},
-            {"P0300", "Zündaussetzer, prüfe é", ""},
-            {"p0300", "twice", ""},
-            {"LONGCODE", "d", ""},
-            {"P0420", std::string(100, 'D'), std::string(static_cast<std::size_t>(notes), 'N')},
-            {"u0123", "", ""}};
+    for (const auto& [file, notes] : {std::pair(older, 255U), std::pair(newer, 700U)}) {
+        std::vector<DtcRecord> expected{{"P0133", "O2 sensor – slow response", "first"},
+                                        {"P0300", "Zündaussetzer, prüfe é", ""},
+                                        {"p0300", "twice", ""},
+                                        {"LONGCODE", "d", ""},
+                                        {"P0420", std::string(100, 'D'), std::string(notes, 'N')},
+                                        {"u0123", "", ""}};
         for (int i = 1000; i < 1060; ++i)
             expected.push_back({"P" + std::to_string(i), "description of code " + std::to_string(i), ""});
-        const std::string bytes = contents(file);
-        TemporaryFolder::write(path, bytes);
-        EXPECT_EQ(readAccessDatabase(path), expected) << file;
-        EXPECT_EQ(contents(path), bytes) << "the original stays as it was";
+        EXPECT_EQ(readAccessDatabase(file), expected);
     }
 }
 
@@ -58,13 +51,14 @@ TEST_F(AccessDatabaseTest, SaysWhyAFileIsNotTaken)
         return;
     }
     const std::string sound = contents(older);
-    const auto byte = [&sound](std::size_t at) { return std::size_t{static_cast<unsigned char>(sound[at])}; };
     const auto patched = [&](std::size_t at, std::string_view by) {
         return std::string(sound).replace(at, by.size(), by);
     };
     const std::string damaged = "the file is damaged or encrypted";
     constexpr std::size_t page = 2048;
     constexpr std::size_t maps = 3 * page; // the page maps of the tables
+    const std::size_t firstMap = maps + static_cast<unsigned char>(sound[maps + 10]) +
+                                 256 * static_cast<unsigned char>(sound[maps + 11]);
     const std::pair<std::string, std::string> rows[] = {
         {"", "this is no database of the Access engine"},
         {"SQLite format 3", "this is no database of the Access engine"},
@@ -75,13 +69,13 @@ TEST_F(AccessDatabaseTest, SaysWhyAFileIsNotTaken)
         {sound.substr(0, 5 * page), damaged},
         {sound.substr(0, 7 * page), "the file is damaged: of its 66 records, "},
         {patched(maps + 10, "\xFE\x07"), damaged}, // a map without bytes, which the library would overrun
-        {patched(maps + byte(maps + 10) + 256 * byte(maps + 11), "\x7F"), damaged}, // of an unknown kind
-        {std::string(65U * 1024 * 1024, 'x'), "the file is larger than 64 MB"},
-    };
+        {patched(firstMap, "\x7F"), damaged},      // of an unknown kind
+        {std::string(65U * 1024 * 1024, 'x'), "the file is larger than 64 MB"}};
     for (const auto& [bytes, why] : rows)
-        EXPECT_TRUE(refusalOf(bytes).starts_with(why)) << why << "; told: " << refusalOf(bytes);
-    std::filesystem::remove(utf8Path(path));
-    EXPECT_THROW(readAccessDatabase(path), DatabaseError);
+        EXPECT_TRUE(
+            refusalOf(bytes).starts_with("The code descriptions in \"" + path + "\" can't be read: " + why))
+            << refusalOf(bytes);
+    EXPECT_THROW(readAccessDatabase(folder.path("missing")), DatabaseError);
     EXPECT_THROW(readAccessDatabase(folder.path()), DatabaseError);
 }
 

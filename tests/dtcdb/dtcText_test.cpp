@@ -6,8 +6,6 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 namespace zint {
 namespace {
 
@@ -22,13 +20,12 @@ std::string text(const DtcRecord& record)
 
 TEST(DtcTextTest, TellsWhereACodeIsWrongAndWhoseItIs)
 {
-    std::istringstream rows(
-        "P0301 0 U3FFF 0 B1A0C 0 C2000 0 X0301 1 p0301 1 P4301 2 Pxxyy 2 Pé301 2 P0G01 3 P03G1 4 "
-        "P030 5 P03011 5 P030f 5 é030 5");
-    int fault = 0;
-    for (std::string code; rows >> code >> fault;)
+    const std::pair<const char*, int> rows[] = {{"P0301", 0},  {"U3FFF", 0}, {"B1A0C", 0}, {"C2000", 0},
+                                                {"", 1},       {"p0301", 1}, {"P4301", 2}, {"Pxxyy", 2},
+                                                {"Pé301", 2},  {"P0G01", 3}, {"P03G1", 4}, {"P030", 5},
+                                                {"P03011", 5}, {"P030f", 5}, {"é030", 5}};
+    for (const auto& [code, fault] : rows)
         EXPECT_EQ(codeFault(code), fault) << code;
-    EXPECT_EQ(codeFault(""), 1);
     for (const char* makers : {"P1234", "P3399", "C1000", "B2FFF", "U1000"})
         EXPECT_TRUE(isMakersCode(makers)) << makers;
     for (const char* standard : {"P0301", "P2000", "P3400", "U3000", "B0001", "p1234", ""})
@@ -56,15 +53,14 @@ TEST(DtcTextTest, SplitsALine)
 
 TEST(DtcTextTest, JoinsALine)
 {
-    const DtcRecord record{"P0133", "Heated O2 sensor circuit", "Bank 1"};
-    const DtcRecord bare{"P0133", "a", " "}, brief{"P0133", "abc", "n"};
-    const DtcRecord odd{"P0133", "two\r\nlines", "5\" hose"};
+    const DtcRecord record{"P0133", "Heated O2 sensor", "Bank 1"}, bare{"P0133", "a", " "},
+        brief{"P0133", "abc", "n"}, odd{"P0133", "two\r\nlines", "5\" hose"};
     const std::tuple<DtcRecord, DtcTextOptions, std::string> rows[] = {
-        {record, {.delimNotes = true}, "P0133,Heated O2 sensor circuit,Bank 1"},
-        {record, {}, "P0133,Heated O2 sensor circuitBank 1"},
-        {record, {.fields = Fields::tab, .delimNotes = true}, "P0133\tHeated O2 sensor circuit\tBank 1"},
+        {record, {.delimNotes = true}, "P0133,Heated O2 sensor,Bank 1"},
+        {record, {}, "P0133,Heated O2 sensorBank 1"},
+        {record, {.fields = Fields::tab, .delimNotes = true}, "P0133\tHeated O2 sensor\tBank 1"},
         {brief, {.fields = Fields::fixed}, "P0133abc" + std::string(97, ' ') + "n"},
-        {record, {.noNotes = true}, "P0133,Heated O2 sensor circuit"},
+        {record, {.noNotes = true}, "P0133,Heated O2 sensor"},
         {bare, {.delimNotes = true}, "P0133,a, "},
         {bare, {.fields = Fields::tab, .delimNotes = true}, "P0133\ta"},
         {odd, {.delimNotes = true}, "P0133,two  lines,5\" hose"},
@@ -106,19 +102,17 @@ struct DtcFileTest : testing::Test {
 
 TEST_F(DtcFileTest, ImportsAddsAndOverwrites)
 {
-    EXPECT_EQ(
-        import("P0300,Random misfire,n1\r\nP0100,MAF circuit\rp0133,no code\nP0300,twice\nP0100,last\n\x1A"),
-        "2 DTC('s) add, 1 skip, 2dup, 5 total");
-    EXPECT_EQ(table(), "[P0100][MAF circuit][ ][P0300][Random misfire][n1]");
+    EXPECT_EQ(import("P0300,Misfire,n1\r\nP0100,MAF\rp0133,no code\nP0300,twice\nP0100,last\n\x1A"),
+              "2 DTC('s) add, 1 skip, 2dup, 5 total");
+    EXPECT_EQ(table(), "[P0100][MAF][ ][P0300][Misfire][n1]");
     SQLite::Database(database->path(), SQLite::OPEN_READWRITE).exec("UPDATE DTCset SET Code = lower(Code)");
-    EXPECT_EQ(import("P0300,Misfire,n2\n", {.dupOver = true, .noNotes = true}),
+    EXPECT_EQ(import("P0300,other,n2\n", {.dupOver = true, .noNotes = true}),
               "0 DTC('s) add, 0 skip, 1upd, 1 total");
-    EXPECT_EQ(table(), "[p0100][MAF circuit][ ][p0300][Misfire][n1]") << "notes and capitals stay";
-    import("P0300,Misfire,n2\nP0001," + std::string(150, 'd') + "," + std::string(300, 'n') + "\n",
+    EXPECT_EQ(table(), "[p0100][MAF][ ][p0300][other][n1]") << "notes and capitals stay";
+    import("P0100,other," + std::string(300, 'n') + "\nP0300," + std::string(150, 'd') + ",n2\n",
            {.dupOver = true});
-    EXPECT_EQ(database->find("P0300")->record.notes, "n2");
-    EXPECT_EQ(database->first()->record.description + database->first()->record.notes,
-              std::string(100, 'd') + std::string(255, 'n'));
+    EXPECT_EQ(table(),
+              "[p0100][other][" + std::string(255, 'n') + "][p0300][" + std::string(100, 'd') + "][n2]");
 }
 
 TEST_F(DtcFileTest, ReadsWhatSpreadsheetsWrite)
@@ -139,21 +133,18 @@ TEST_F(DtcFileTest, ReadsWhatSpreadsheetsWrite)
 
     import("U0100,\" with, \"\" and ; \",\nU0101,,\" \"\n", csv);
     const std::string before = table();
+    EXPECT_TRUE(before.ends_with("[U0100][ with, \" and ; ][][U0101][][ ]")) << before;
     EXPECT_EQ(exportHint(exportDtcFile(*database, file, csv)), "");
     EXPECT_TRUE(contents(file).starts_with("\xEF\xBB\xBF"
                                            "Code,Description,Notes\r\nP0301,"));
     database = DtcDatabase::create(folder.path("again.mdb"));
     importDtcText(*database, file, csv, unwatched);
     EXPECT_EQ(table(), before) << "a round trip is exact";
-
-    expectRefusal("U0001,a\nU0002,\"b\nU0003,c\n", Fields::csv, "line 2: a quotation mark is not closed");
-    expectRefusal("U0001,a\nU0002,\"b\nU0003,\"c\"\n", Fields::csv, "line 2: text follows a closing");
-    EXPECT_EQ(table(), before);
 }
 
 TEST_F(DtcFileTest, TellsWhatIsWrongWithALine)
 {
-    const std::pair<std::string, const char*> rows[] = {
+    const std::pair<std::string, std::string> rows[] = {
         {"p1236,small", ": p1236: use capitals"},
         {"P0301 ,blank", ": P0301: a blank stands behind the code"},
         {"\"P0133\",\"Sensor\"", ": quotation marks were taken as text: choose Spreadsheet CSV"},
@@ -161,41 +152,23 @@ TEST_F(DtcFileTest, TellsWhatIsWrongWithALine)
         {"p0301\tMisfire", ": tabs were taken as text: choose Tab"},
         {"Code,Description", " looks like a heading"},
         {"", ": no code at its beginning"},
-        {"P03G1,letter", ": \"P03G1\" is no code"},
-        {"100 " + std::string(40, 'x'), ": \"100 xxxxxxxxxxxxxxxx\" is no code"},
-    };
+        {"100 " + std::string(40, 'x'), ": \"100 xxxxxxxxxxxxxxxx\" is no code"}};
     for (const auto& [line, why] : rows) {
         import(line + "\n");
-        EXPECT_EQ(skippedTexts(last), std::vector{"Line 1" + std::string(why)});
+        EXPECT_EQ(skippedTexts(last), std::vector{"Line 1" + why});
     }
-    import("P0301,\"Misfire, cylinder 1\"\n");
-    EXPECT_EQ(importHint(last), "1 line(s): quotation marks were taken as text: choose Spreadsheet CSV");
-    std::string many;
-    for (int i = 0; i < 1100; ++i)
-        many += "nothing\n";
-    import(many);
+    import(std::string(1100, '\n'));
     EXPECT_EQ(skippedTexts(last).back(), "and 100 more");
 }
 
-TEST_F(DtcFileTest, AnImportIsAllOrNothing)
+TEST_F(DtcFileTest, RefusesWhatIsNoTextAsAWhole)
 {
     import("P0300,Misfire\n");
-    const std::string before = table();
     expectRefusal("P0301,a\nP0302,b\0\n"s, Fields::comma, "line 2: the file is no text");
     expectRefusal("\xFF\xFEP\0"s, Fields::comma, "the file is UTF-16: save it as UTF-8");
-    struct Stop final : Progress {
-        void advance(double done) override
-        {
-            EXPECT_TRUE(done > 0 && done <= 1);
-            throw WorkStopped();
-        }
-    } stop;
-    std::string many;
-    for (int i = 0; i < 2000; ++i)
-        many += "P0" + std::to_string(100 + i % 900) + ",d\n";
-    TemporaryFolder::write(file, many);
-    EXPECT_THROW(importDtcText(*database, file, {}, stop), WorkStopped);
-    EXPECT_EQ(table(), before);
+    expectRefusal("U0001,a\nU0002,\"b\nU0003,c\n", Fields::csv, "line 2: a quotation mark is not closed");
+    expectRefusal("U0001,a\nU0002,\"b\nU0003,\"c\"\n", Fields::csv, "line 2: text follows a closing");
+    EXPECT_EQ(table(), "[P0300][Misfire][ ]");
 }
 
 TEST_F(DtcFileTest, ExportsAndTellsWhatWillNotReadBack)
@@ -207,15 +180,12 @@ TEST_F(DtcFileTest, ExportsAndTellsWhatWillNotReadBack)
     EXPECT_EQ(contents(file), "P0100,MAF, \r\nP0300,Misfire,n1\r\nU0100,Lost communication,with, commas\r\n");
     import(contents(file), {.dupOver = true});
     EXPECT_EQ(table(), before);
-    done = exportDtcFile(*database, file, {});
-    EXPECT_EQ(exportText(done), "3 DTC('s) exported");
-    EXPECT_EQ(exportHint(done).substr(0, 21), "2 record(s) will not ");
+    EXPECT_TRUE(exportHint(exportDtcFile(*database, file, {})).starts_with("2 record(s) will not "));
 
     SQLite::Database other(database->path(), SQLite::OPEN_READWRITE);
     other.exec("INSERT INTO DTCset VALUES ('p0001', 'small', ''), ('P0002', 'one' || char(13) || 'two', ''), "
                "('P0003', replace(hex(zeroblob(60)), '0', 'd'), ''), ('P0004', 'x' || char(0), '')");
-    EXPECT_EQ(exportDtcFile(*database, file, {.fields = Fields::csv}).altered, 4)
-        << "an import reads none of these as it is";
+    EXPECT_EQ(exportDtcFile(*database, file, {.fields = Fields::csv}).altered, 4) << "none is read as it is";
     other.exec("INSERT INTO DTCset VALUES (x'50', 'bytes for a code', ''), (NULL, 'none', '')");
     EXPECT_LE(exportDtcFile(*database, file, {}).count, 8) << "it ends, whatever another program has added";
 }

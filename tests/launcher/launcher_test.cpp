@@ -30,7 +30,6 @@ struct LauncherTest : testing::Test {
                              .dateText = today};
     Launcher launcher{settings, ports, prompts, values, design, machine};
 
-    /// Stores a text for each key, or for the first ones.
     void store(const std::vector<std::string>& texts)
     {
         for (std::size_t i = 0; i < texts.size(); ++i)
@@ -92,8 +91,11 @@ TEST_F(LauncherTest, TellsWhatThePortsStandForAndWhereNothingAnswers)
     EXPECT_EQ(launcher.connection().silenceReason(Heard::nothing),
               "No answer on com1: nothing was received. Check port (/dev/ttyUSB0) and speed (9600) in the "
               "launcher; most adapters use 38400.");
+    launcher.chooseSpeedForThisRun(1);
+    launcher.load();
+    EXPECT_EQ(launcher.panel().speedHint, "") << "there is a choice already";
     launcher.choosePort(3);
-    EXPECT_EQ(connection() + launcher.panel().portInfo, "com4 9600 simulated vehiclesimulated vehicle");
+    EXPECT_EQ(connection() + launcher.panel().portInfo, "com4 38400 simulated vehiclesimulated vehicle");
 }
 
 TEST_F(LauncherTest, ReportsSettingsThatItCannotUse)
@@ -102,10 +104,10 @@ TEST_F(LauncherTest, ReportsSettingsThatItCannotUse)
         store({"7", bad});
         launcher.load();
         EXPECT_EQ(prompts.takeMessage(), "The saved setting \"comSpeed\" is \"" + bad +
-                                             "\", which is no position in its list. The first entry is used "
-                                             "instead.");
+                                             "\", which is no "
+                                             "position in its list. The first entry is used instead.");
     }
-    EXPECT_TRUE(stored().starts_with("7,2,")) << "what Show Defaults is to show";
+    EXPECT_TRUE(stored().starts_with("7,2,")) << "Show Defaults is to show it";
     launcher.unload();
     EXPECT_TRUE(stored().starts_with("7,0,")) << "the bad value does not stay";
     settings.damageText = "damaged";
@@ -113,32 +115,13 @@ TEST_F(LauncherTest, ReportsSettingsThatItCannotUse)
     EXPECT_EQ(prompts.takeMessage(), "damaged");
 }
 
-TEST_F(LauncherTest, WritesEverythingBackAtTheExitButAChoiceForOneRun)
-{
-    store({"2"});
-    launcher.choosePortForThisRun(PortNumber{5});
-    launcher.chooseSpeedForThisRun(1);
-    launcher.load();
-    EXPECT_EQ(launcher.panel().speedHint, "") << "there is a choice already";
-    launcher.choosePort(8); // there is none
-    EXPECT_EQ(connection(), "com5 38400 nothing connected");
-    values = {"/elsewhere", "/b.mdb", "s", "o", "l", "e"};
-    launcher.unload();
-    EXPECT_EQ(stored(), "2,0,/elsewhere,/b.mdb,s,o,l,e,");
-    launcher.choosePort(4); // the user's choice from now on, although the same
-    launcher.chooseSpeed(1);
-    settings.flushFailure = "the disk is full";
-    launcher.unload();
-    EXPECT_EQ(prompts.takeMessage(), "The settings could not be saved: the disk is full");
-    EXPECT_TRUE(stored().starts_with("4,1,"));
-}
-
-TEST_F(LauncherTest, ReadsShowsAndClearsFoldersAndFilesButNotTheStoreNorTheConnection)
+TEST_F(LauncherTest, KeepsChoicesFoldersAndFilesFromRunToRun)
 {
     store({"2", "1", "dir", "db", "x\\a.obc", "", "run1.log", "C:\\designs\\"});
     values.parmOutputFile = "left alone"; // set for a path that is not empty only
+    launcher.choosePortForThisRun(PortNumber{5});
     launcher.load();
-    EXPECT_EQ(fileNames(), "a.obc,left alone,run1.log,");
+    EXPECT_EQ(fileNames() + connection(), "a.obc,left alone,run1.log,com5 38400 nothing connected");
     EXPECT_TRUE(values.isFolderRemembered);
     values.parmInitDir = "dir now";
     launcher.showDefaults();
@@ -147,16 +130,24 @@ TEST_F(LauncherTest, ReadsShowsAndClearsFoldersAndFilesButNotTheStoreNorTheConne
               "parmSaveDir x\\a.obc\r\nparmOutputDir \r\nparmLogDir run1.log\r\n"
               "parmExportDir C:\\designs\\\r\nVars:\r\nparmInitDir dir now\r\nparmDTCdb db\r\n");
     launcher.clearDefaults();
-    EXPECT_EQ(fileNames() + connection(), ",,,com3 38400 nothing connected");
+    EXPECT_EQ(fileNames() + connection(), ",,,com5 38400 nothing connected");
+    EXPECT_FALSE(values.isFolderRemembered);
     EXPECT_EQ(stored(), "2,1,dir,db,x\\a.obc,,run1.log,C:\\designs\\,") << "the store follows at the exit";
     launcher.unload();
     EXPECT_EQ(stored(), "2,1,,,,,,,");
+    values = {"/elsewhere", "/b.mdb", "s", "o", "l", "e"};
+    launcher.choosePort(8); // there is none
+    launcher.choosePort(4); // the user's choice from now on, although the same
+    launcher.chooseSpeed(0);
+    settings.flushFailure = "the disk is full";
+    launcher.unload();
+    EXPECT_EQ(prompts.takeMessage(), "The settings could not be saved: the disk is full");
+    EXPECT_EQ(stored(), "4,0,/elsewhere,/b.mdb,s,o,l,e,");
 }
 
 TEST_F(LauncherTest, OffersWhatWasNotSavedSinceACrash)
 {
     const auto before = std::chrono::system_clock::now() - std::chrono::minutes(1);
-    EXPECT_EQ(launcher.offerUnsavedWork(before), std::nullopt) << "nothing was lost";
     std::filesystem::create_directory(folder.path("runs"));
     std::filesystem::create_directory(folder.path("designs"));
     for (const auto& [name, tool] :
@@ -178,8 +169,7 @@ TEST_F(LauncherTest, SetsUpCodeDescriptionsWhereThereAreNone)
     TemporaryFolder::write(machine.descriptionsFile, "P0010,Fault 16\n");
     launcher.clearDefaults(); // the path, too
     launcher.setUpDescriptions();
-    EXPECT_EQ(prompts.takeMessage(), "1 code descriptions are set up in " + folder.path("dtc.mdb"));
-    EXPECT_EQ(values.parmDTCdb, folder.path("dtc.mdb"));
+    EXPECT_EQ(prompts.takeMessage(), "1 code descriptions are set up in " + values.parmDTCdb);
     launcher.setUpDescriptions();
     EXPECT_TRUE(prompts.takeMessage().ends_with("/dtc.mdb\r\nIt stays as it is."));
 }
