@@ -1,112 +1,158 @@
-#include "endToEnd/fixedRun.h"
-#include "endToEnd/simulator.h"
-#include "endToEnd/zintObd.h"
+#include "designer/window/pollSetup2.h"
+#include "endToEnd/programs.h"
+#include "forms/formTest.h"
+#include "platform/dateText.h"
 #include "runner/keptRuns.h"
 #include "sim/pseudoTerminal.h"
 
-#include <QTest>
-#include <gtest/gtest.h>
+#include <QDir>
 
-#include <filesystem>
+#include <algorithm>
+#include <deque>
+#include <ranges>
 #include <regex>
 
 namespace zint {
 namespace {
 
-std::ptrdiff_t fileCount(const std::string& folder)
+using DesignerEndToEnd = FormTest;
+
+TEST_F(DesignerEndToEnd, AsksWhatTheVehicleSupports)
 {
-    std::error_code missing;
-    const std::filesystem::directory_iterator files(utf8Path(folder), missing);
-    return missing ? 0 : std::distance(begin(files), end(files));
+    const Simulator simulator("--protocol can");
+    device = simulator.path();
+    loadDefaultDesign(design);
+    form = new pollSetup2(context);
+    trigger("mnuVerifyObd");
+    EXPECT_TRUE(waitFor([this] {
+        return textOf("statusBox") == u"com1 Closed - 9 of 22 events disabled. This is a hint: see Help.";
+    })) << textOf("statusBox").toStdString();
 }
 
-class PollEndToEnd : public testing::Test {
-protected:
-    PollEndToEnd() { TemporaryFolder::write(folder.path("fixed.obc"), fixedDesign); }
+// Asks for values that stay the same all the time, one that the vehicle does not know, and one never.
+const std::string fixedEvents = "|-1\r\n"
+                                "0133|Barometer|9|1|0|0|0\r\n"
+                                "0105|Unpolled|4|0|0|0|0\r\n"
+                                "011C|OBD type|20|2|1|0|0\r\n"
+                                "010A|Not There|0|3|0|0|0\r\n"
+                                "EOP - end of Parms\r\n";
 
-    /// A command line; names with an extension are those of files in the test's folder.
-    QStringList arguments(const std::string& line) const
+std::string line(const std::string& text, int number)
+{
+    return fromQt(toQt(text).section(u'\n', number, number).remove(u'\r'));
+}
+
+/// Samples of less than ten seconds.
+std::string withoutTimes(const std::string& text)
+{
+    return std::regex_replace(text, std::regex("\n[0-9](?=[,\t])"), "\nT");
+}
+
+struct PollEndToEnd : testing::Test {
+    TemporaryFolder folder;
+
+    PollEndToEnd()
     {
-        QStringList found = words(line.c_str());
-        for (QString& word : found)
-            word = word.contains(u'.') ? QString::fromStdString(folder.path(word.toStdString())) : word;
-        return found;
+        TemporaryFolder::write(folder.path("fixed.obc"), "Fixed Values\r\n" + fixedEvents);
+        TemporaryFolder::write(folder.path("headers.obc"), "Headers on\r\nATH1" + fixedEvents);
+        TemporaryFolder::write(folder.path("bad.obc"), "title\r\n|fast\r\n");
     }
 
-    QStringList polling(const Simulator& simulator, const std::string& options) const
+    /// Names with an extension are those of files in the test's folder.
+    std::string inFolder(const std::string& command) const
     {
-        return arguments("poll fixed.obc --port " + simulator.path().toStdString() + " " + options);
+        return std::regex_replace(command, std::regex(R"(\S+\.\S+)"), folder.path("$&"));
     }
 
-    static std::string runsOf(const ZintObd& program)
+    std::string content(const std::string& name) const { return contents(folder.path(name)); }
+
+    static std::string dataFolder(const ZintObd& program) { return program.home().path(".local/share/Zint"); }
+
+    static qsizetype keptFiles(const ZintObd& program)
     {
-        return program.home().path(".local/share/Zint/runs");
+        return QDir(toQt(dataFolder(program) + "/runs")).entryList(QDir::Files).size();
     }
 
     /// Whether samples of the run have come, and are kept, in a file and under its lock.
     static bool isSampling(const ZintObd& program)
     {
-        return QTest::qWaitFor([&] { return fileCount(runsOf(program)) > 1; }, patienceMs);
+        return waitFor([&] { return keptFiles(program) > 1; });
     }
-
-    std::string content(const char* name) const { return contents(folder.path(name)); }
-
-    TemporaryFolder folder;
-    const std::string files = " --log run.log --export run.txt";
 };
 
 TEST_F(PollEndToEnd, WritesWhatTheVehicleSent)
 {
     const Simulator simulator("--latency 0 --no-announcement");
     const auto started = std::chrono::system_clock::now();
-    ZintObd program(polling(simulator, "--loops 4" + files));
+    ZintObd program(simulator.with(inFolder("poll fixed.obc --loops 4 --log run.log --export run.txt")));
     const Outcome run = program.wait();
-    EXPECT_EQ(run.status, 0) << run.errors;
-    EXPECT_EQ(run.errors, "");
-    EXPECT_EQ(line(run.output, 1), "Fixed Values (3 events)");
-    EXPECT_TRUE(line(run.output, 2).starts_with("4 Loops, 8 Events, ")) << run.output;
-    EXPECT_TRUE(line(run.output, 3).ends_with(" Out: 53 Err: 2")) << run.output << "with ATD at the end";
+    EXPECT_EQ(std::to_string(run.status) + run.errors, "0");
+    EXPECT_EQ(line(run.output, 0), "Fixed Values (3 events)");
+    EXPECT_TRUE(line(run.output, 1).starts_with("4 Loops, 8 Events, ")) << run.output;
+    EXPECT_TRUE(line(run.output, 2).ends_with(" Out: 53 Err: 2")) << run.output << "with ATD at the end";
     // The least number that is displayed in hexadecimal begins at -1.
     EXPECT_EQ(run.output.substr(run.output.find("\n\n")), "\n\n"
                                                           "Event      Value  Samples         Min    Max\n"
                                                           "Barometer  99kPa        4       99kPa  99kPa\n"
                                                           "OBD type     &H1        2  &HFFFFFFFF    &H1\n"
                                                           "Not There      -        0           -      -\n");
-    expectFourLoops(content("run.log"), content("run.txt"), started);
-    EXPECT_EQ(fileCount(runsOf(program)), 0) << "what is saved needs no recovery";
-    EXPECT_EQ(runZint(arguments("export run.log again.txt")).status, 0);
-    EXPECT_EQ(content("again.txt"), content("run.txt"));
+    const std::string log = content("run.log");
+    const std::string date = line(log, 6);
+    const auto isThen = [&](int seconds) {
+        return dateText(started + std::chrono::seconds(seconds)) == date;
+    };
+    EXPECT_TRUE(std::ranges::any_of(std::views::iota(0, 10), isThen)) << date;
+    EXPECT_EQ(withoutTimes(log), "Fixed Values\r\n"
+                                 "|-1\r\n"
+                                 "0133|Barometer|9|1|0\r\n"
+                                 "011C|OBD type|20|2|1\r\n"
+                                 "010A|Not There|0|3|0\r\n"
+                                 "EOP - end of Parms\r\n" +
+                                     date +
+                                     "\r\n"
+                                     " 8 \r\n"
+                                     "##1\r\nT,99\r\nT,99\r\nT,99\r\nT,99\r\n"
+                                     "##2\r\nT,1\r\nT,1\r\n");
+    const std::string table = content("run.txt");
+    EXPECT_EQ(withoutTimes(table), "Fixed Values " + date +
+                                       "\r\n"
+                                       " \r\n"
+                                       "Second(s)\tBarometer(kPa)\tOBD type( )\tNot There( ?)\r\n"
+                                       "T\t99\t\t\r\nT\t99\t&H1\t\r\nT\t99\t\t\r\nT\t99\t&H1\t\r\n");
+    EXPECT_EQ(keptFiles(program), 0) << "what is saved needs no recovery";
+    EXPECT_EQ(runZint(words(inFolder("export run.log again.txt"))).status, 0);
+    EXPECT_EQ(content("again.txt"), table);
+    expectFailure(runZint(words(inFolder("export bad.obc again.txt"))),
+                  "bad.obc\": This is no whole data log, line 2: ");
 }
 
-TEST_F(PollEndToEnd, EndsWhenItsTimeIsOverOrItIsAskedTo)
+TEST_F(PollEndToEnd, ATerminalShowsTheProgress)
 {
-    for (const int signal : {0, SIGINT, SIGTERM, SIGHUP}) {
-        const Simulator simulator("--latency 0");
-        ZintObd program(polling(simulator, (signal == 0 ? "--seconds 1" : "--seconds 100") + files));
-        if (signal != 0) {
-            ASSERT_TRUE(isSampling(program));
-            program.send(signal);
-        }
-        const Outcome run = program.wait();
-        EXPECT_EQ(run.status, 0) << run.errors;
-        EXPECT_TRUE(signal != 0 || run.output.find(" 1 sec, ") != std::string::npos) << run.output;
-        EXPECT_NE(content("run.log").find("\r\n##2\r\n"), std::string::npos);
-        EXPECT_NE(content("run.txt"), "");
-        std::filesystem::remove(folder.path("run.log"));
-        std::filesystem::remove(folder.path("run.txt"));
-    }
+    PseudoTerminal loud;
+    PseudoTerminal mute;
+    VehicleRun timed("", inFolder("poll fixed.obc --seconds 1"), {.errors = loud.path()});
+    VehicleRun quiet("", inFolder("poll fixed.obc --quiet --log run.log"), {.errors = mute.path()});
+    ASSERT_TRUE(isSampling(quiet.program));
+    quiet.program.send(SIGHUP);
+    EXPECT_EQ(quiet.program.wait().status, 0);
+    EXPECT_NE(content("run.log").find("\r\n##1\r\n"), std::string::npos);
+    const Outcome run = timed.program.wait();
+    EXPECT_TRUE(run.status == 0 && run.output.find(" 1 sec, ") != std::string::npos) << run.output;
+    std::string shown; // a terminal hands the last bytes over when it has time
+    const std::regex progress(R"((\r[0-9]+%, [0-9]+ Loops(, [0-9:]+ left)? *)+\r *\r)");
+    EXPECT_TRUE(waitFor([&] { return std::regex_match(shown += loud.read(), progress); })) << shown;
+    EXPECT_EQ(mute.read(), "");
 }
 
 TEST_F(PollEndToEnd, EndsAtOnceWhenAskedTwice)
 {
-    const Simulator simulator("--latency 2");
-    ZintObd program(polling(simulator, "--loops 100000" + files));
-    ASSERT_TRUE(isSampling(program));
+    VehicleRun run("", inFolder("poll fixed.obc --loops 100000 --log run.log"));
+    ASSERT_TRUE(isSampling(run.program));
     for (const int signal : {SIGSTOP, SIGINT, SIGTERM, SIGCONT}) // both are there before it can do anything
-        program.send(signal);
-    EXPECT_EQ(program.wait().status, -1);
+        run.program.send(signal);
+    EXPECT_EQ(run.program.wait().status, -1);
     EXPECT_EQ(content("run.log"), "");
-    const KeptRuns kept(program.home().path(".local/share/Zint"), [](auto) { return "then"; });
+    const KeptRuns kept(dataFolder(run.program), [](auto) { return "then"; });
     ASSERT_EQ(kept.list().size(), 1U) << "it can be recovered";
     EXPECT_FALSE(KeptRuns::load(kept.list().front()).samples.isEmpty());
 }
@@ -115,75 +161,47 @@ TEST_F(PollEndToEnd, FailuresSayWhyAndKeepWhatThereIs)
 {
     const struct {
         const char* simulator;
-        const char* program;
+        const char* command; ///< behind the names of both files
         const char* complaint;
-        bool isSampled;
+        bool isSampled = false;
     } rows[] = {
-        {"--no-announcement --disconnect-after 7", "", "com1 - adapter disconnected", true},
-        {"", "--port /dev/no-such-port", "com1 - Comm init error: 2: ", false},
-        {"--ignition-off", "--loops 3", "nothing was sampled", false},
-        {"--no-reset-answer", "--seconds 1", "nothing was sampled", false},
-        {"--no-announcement --silent-after 6", "--timeout 1", "the adapter has not answered within", true},
+        {"--disconnect-after 7", "poll fixed.obc", "com1 - adapter disconnected", true},
+        {"--silent-after 6", "poll fixed.obc --timeout 1", "the adapter has not answered within", true},
+        {"", "poll fixed.obc --port /dev/no-such-port", "com1 - Comm init error: 2: "},
+        {"--ignition-off", "poll fixed.obc --loops 3", "nothing was sampled"},
+        {"--no-reset-answer", "poll fixed.obc --seconds 1", "nothing was sampled"},
+        {"", "poll headers.obc --loops 9", "Replies do not match the requests: stop and start again"},
+        {"", "poll none.obc", "can't be read: No such"},
+        {"", "poll bad.obc", "bad.obc\" is no polling design: Type mismatch"},
+        {"", "poll fixed.obc --export none/run.txt", "none/run.txt\" can't be written: No such"},
     };
-    for (const auto& [simulator, program, complaint, isSampled] : rows) {
-        TemporaryFolder::write(folder.path("run.log"), "from before");
-        expectFailure(runZint(polling(Simulator(simulator), program + files)), complaint);
-        EXPECT_EQ(content("run.log").find("\r\n##2\r\n") != std::string::npos, isSampled) << simulator;
-        EXPECT_EQ(content("run.log") == "from before", !isSampled) << simulator;
-        EXPECT_EQ(content("run.txt") != "", isSampled) << simulator;
-        std::filesystem::remove(folder.path("run.txt"));
+    std::deque<VehicleRun> runs;
+    for (const auto& row : rows) {
+        const std::string name = std::to_string(runs.size());
+        TemporaryFolder::write(folder.path(name + ".log"), "from before");
+        runs.emplace_back(std::string("--no-announcement ") + row.simulator,
+                          inFolder("--log " + name + ".log --export " + name + ".txt " + row.command));
+    }
+    for (std::size_t i = 0; i < runs.size(); ++i) {
+        SCOPED_TRACE(rows[i].complaint);
+        expectFailure(runs[i].program.wait(), rows[i].complaint);
+        const std::string log = content(std::to_string(i) + ".log");
+        EXPECT_EQ(log.find("\r\n##2\r\n") != std::string::npos, rows[i].isSampled) << log;
+        EXPECT_EQ(log == "from before", !rows[i].isSampled) << log;
+        EXPECT_EQ(content(std::to_string(i) + ".txt") != "", rows[i].isSampled);
     }
 }
 
-TEST_F(PollEndToEnd, FilesThatCantBeReadOrWrittenAreTold)
+TEST_F(PollEndToEnd, WritesTheOtherFileWhenOneCannotBeWritten)
 {
-    const Simulator simulator("--latency 2");
-    TemporaryFolder::write(folder.path("bad.obc"), "title\r\n|fast\r\n");
-    const std::pair<QStringList, const char*> rows[] = {
-        {polling(simulator, "--log none/run.log"), "none/run.log\" can't be written: No such"},
-        {arguments("poll none.obc"), "can't be read: No such"},
-        {arguments("poll bad.obc"), "bad.obc\" is no polling design: Type mismatch"},
-        {arguments("export bad.obc run.txt"), "bad.obc\": This is no whole data log, line 2: "},
-    };
-    for (const auto& [command, reason] : rows) {
-        const Outcome run = runZint(command);
-        expectFailure(run, reason);
-        EXPECT_EQ(run.output + content("run.txt"), "");
-    }
     std::filesystem::create_directory(folder.path("gone")); // goes away while the run is on
-    ZintObd program(polling(simulator, "--loops 100000 --log gone/run.log --export run.txt"));
-    ASSERT_TRUE(isSampling(program));
+    VehicleRun run("", inFolder("poll fixed.obc --log gone/run.log --export run.txt"));
+    ASSERT_TRUE(isSampling(run.program));
     std::filesystem::remove_all(folder.path("gone"));
-    program.send(SIGINT);
-    expectFailure(program.wait(), "run.log\" can't be written");
-    EXPECT_NE(content("run.txt"), "") << "the other file is written all the same";
-    EXPECT_EQ(fileCount(runsOf(program)), 1) << "it can be recovered";
-}
-
-TEST_F(PollEndToEnd, TellsThatRepliesDoNotMatchTheRequests)
-{
-    const std::string fixed = fixedDesign;
-    TemporaryFolder::write(folder.path("fixed.obc"), "Headers on\r\nATH1" + fixed.substr(fixed.find('|')));
-    expectFailure(runZint(polling(Simulator("--no-announcement"), "--loops 9")),
-                  "Replies do not match the requests: stop and start again");
-}
-
-TEST_F(PollEndToEnd, ATerminalShowsTheProgress)
-{
-    const Simulator simulator("--latency 5");
-    for (const char* const options : {"--seconds 1", "--loops 9 --quiet"}) {
-        PseudoTerminal terminal;
-        ZintObd program(polling(simulator, options), {}, QString::fromStdString(terminal.path()));
-        EXPECT_EQ(program.wait().status, 0) << options;
-        std::string shown; // a terminal hands the last bytes over when it has time
-        const std::regex progress(R"((\r[0-9]+%, [0-9]+ Loops(, [0-9:]+ left)? *)+\r *\r)");
-        if (std::string_view(options).ends_with("quiet"))
-            EXPECT_EQ(terminal.read(), "");
-        else
-            EXPECT_TRUE(QTest::qWaitFor([&] { return std::regex_match(shown += terminal.read(), progress); },
-                                        patienceMs))
-                << options << shown;
-    }
+    run.program.send(SIGINT);
+    expectFailure(run.program.wait(), "run.log\" can't be written");
+    EXPECT_NE(content("run.txt"), "");
+    EXPECT_EQ(keptFiles(run.program), 1) << "it can be recovered";
 }
 
 } // namespace
