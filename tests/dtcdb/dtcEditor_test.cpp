@@ -49,8 +49,10 @@ struct DtcEditorTest : testing::Test {
 
     void openWith(const std::string& lines)
     {
+        TemporaryFolder::write(values.descriptionsFile, lines);
+        setUpDtcDatabase(values.parmDTCdb, values.descriptionsFile, unwatched);
+        editor.changeName(values.parmDTCdb);
         editor.pressControl();
-        importFrom("dtc.txt", lines);
     }
 
     /// Presses buttons, and compares what is shown then: "first P0300|status/ next P0301|".
@@ -135,9 +137,9 @@ TEST_F(DtcEditorTest, MovesInOrderAndFindsCodesAndWords)
     openWith("U0100,d\nP0310,100% of_all\nP0300,Random MISFIRE\nB1000,100 offal\n");
     play("prev B1000|/ next P0300|/ last U0100|/ next U0100|/ prev P0310|/ first B1000|");
     const std::tuple<const char*, const char*, std::string> rows[] = {
+        {"", "B1000", "(4 Record(s) Total)"},
         {"p0305", "P0310", "P0305 has no description - next is P0310"},
-        {"U1000", "U0100", "U1000 is the maker's own code - the last one is U0100"},
-        {"", "B1000", "(4 Record(s) Total)"}};
+        {"U1000", "U0100", "U1000 is the maker's own code - the last one is U0100"}};
     for (const auto& [code, found, note] : rows) {
         editor.pressSearch(code);
         EXPECT_EQ(shown(), found + std::string("|DTC not found, using closest match"));
@@ -145,8 +147,8 @@ TEST_F(DtcEditorTest, MovesInOrderAndFindsCodesAndWords)
     }
     editor.pressSearch("p0300");
     EXPECT_EQ(shown(), "P0300|");
-    DtcDatabase::open(values.parmDTCdb)->add({"P0301", "Cylinder 1 misfire", ""}); // by another program
-    play("next P0301|");
+    DtcDatabase::open(values.parmDTCdb)->add({"p0301", "Cylinder 1 misfire", ""}); // by another program
+    play("next p0301|/ prev P0300|");
     EXPECT_EQ(panel.DTCframe, "Current DTC Record (5 Record(s) Total)");
 
     const auto find = [this](const char* words, std::optional<std::size_t> chosen) {
@@ -157,11 +159,12 @@ TEST_F(DtcEditorTest, MovesInOrderAndFindsCodesAndWords)
     };
     EXPECT_EQ(find("fire  ran", 0), "P0300|Find Words\n1 description(s) found:\nP0300 Random MISFIRE");
     EXPECT_EQ(find("misfire", {}), "P0300|Find Words\n2 description(s) found:\nP0300 Random MISFIRE\n"
-                                   "P0301 Cylinder 1 misfire");
+                                   "p0301 Cylinder 1 misfire");
     EXPECT_EQ(find("0% of_a", 0).substr(0, 6), "P0310|") << "no patterns";
     find("x' OR", {});
     EXPECT_EQ(shown(), "P0310|No description holds \"x' OR\"");
-    play("words P0310|"); // and cancels
+    prompts.typed = " ";
+    play("words P0310|/ words P0310|"); // and cancels
     EXPECT_TRUE(prompts.question.ends_with("x' OR")) << "the words of the last time";
 }
 
@@ -172,7 +175,7 @@ TEST_F(DtcEditorTest, AddsAndChangesRecords)
     EXPECT_EQ(panel.record.description, "Misfire");
     play("add Pxxyy|");
     EXPECT_EQ(focused + panel.record.description + panel.record.notes + enabled(), "codesave ");
-    EXPECT_EQ(save("", ""), "Field cannot be blank > code");
+    EXPECT_EQ(save("", "d"), "Field cannot be blank > code");
     EXPECT_EQ(save("P0301", ""), "Field cannot be blank > description");
     EXPECT_EQ(save("P03G1", "d"), "Invalid DTC Code > code 3");
     EXPECT_EQ(save("P0300", "d"), "Duplicate DTC code found > code");
@@ -195,11 +198,13 @@ TEST_F(DtcEditorTest, SeesWhatAnotherProgramDoesToTheRecord)
     openWith("P0301,Cylinder 1\nP0300,Misfire\n");
     const auto other = DtcDatabase::open(values.parmDTCdb);
     editor.pressEdit();
-    other->update(*other->first(), {"P0300", "changed", ""});
-    EXPECT_EQ(save("P0300", "mine"),
-              "Another program has changed the record: Save again replaces that, Cancel "
-              "shows it > description");
-    EXPECT_EQ(other->first()->record.description, "changed");
+    for (const char* notes : {" ", "changed, too"}) {
+        const DtcRecord changed{"P0300", "changed", notes};
+        other->update(*other->first(), changed);
+        EXPECT_EQ(save("P0300", "mine"), "Another program has changed the record: Save again replaces that, "
+                                         "Cancel shows it > description");
+        EXPECT_EQ(other->first()->record, changed);
+    }
     EXPECT_EQ(save("P0300", "mine"), "DTC saved");
     other->update(*other->first(), {"P0300", std::string(150, 'd'), ""});
     play("edit P0300|The texts are longer than the boxes: Save cuts them/ save P0300|DTC saved/ edit "
@@ -219,7 +224,9 @@ TEST_F(DtcEditorTest, SeesWhatAnotherProgramDoesToTheRecord)
 
 TEST_F(DtcEditorTest, DeletesAndBringsBackUntilTheNextChange)
 {
-    openWith("P0300,a\nP0301,b\nP0302,c\n");
+    openWith("P0299,x\nP0300,a\nP0301,b\nP0302,c\n");
+    play("delete P0300|DTC deleted/ control |DB is CLOSED/ control P0300|DB is OPEN, DTC Editor Ready");
+    EXPECT_FALSE(panel.canUndoDelete);
     play("next P0301|/ delete P0302|DTC deleted/ delete P0300|DTC deleted/ undo P0302|The deleted record is "
          "back");
     EXPECT_FALSE(panel.canUndoDelete) << "one, once";
@@ -308,7 +315,7 @@ TEST_F(DtcEditorTest, CopiesTheRecordsOfAnAccessDatabase)
         GTEST_SKIP() << "built without the library";
     const std::string jet = folder.path("old.mdb");
     const std::string fresh = folder.path("fresh.mdb");
-    std::filesystem::copy_file(ZINT_ACCESS_FILES "/jet3.mdb", jet);
+    std::filesystem::copy_file(ZINT_ACCESS_FILES "/jet4.mdb", jet);
     editor.changeName(jet);
     prompts.answer = false;
     play("control |");
@@ -316,8 +323,10 @@ TEST_F(DtcEditorTest, CopiesTheRecordsOfAnAccessDatabase)
     dialogs.chosen = fresh;
     play("control P0133|64 of 66 record(s) copied"); // one code is there twice, and one is too long
     EXPECT_TRUE(dialogs.asked.starts_with("save " + folder.path() + "|old-copy.mdb|")) << dialogs.asked;
-    EXPECT_EQ(values.parmDTCdb + panel.dtcDBname.text, fresh + fresh);
-    EXPECT_EQ(contents(jet), contents(ZINT_ACCESS_FILES "/jet3.mdb"));
+    EXPECT_EQ(values.parmDTCdb + panel.dtcDBname.text + values.parmInitDir, fresh + fresh + folder.path());
+    EXPECT_EQ(contents(jet), contents(ZINT_ACCESS_FILES "/jet4.mdb"));
+    editor.pressSearch("P0420");
+    play("edit P0420|"); // its notes have been cut
 }
 
 } // namespace

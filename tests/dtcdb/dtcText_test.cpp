@@ -66,6 +66,7 @@ TEST(DtcTextTest, JoinsALine)
         {odd, {.delimNotes = true}, "P0133,two  lines,5\" hose"},
         {odd, {.fields = Fields::csv}, "P0133,\"two\r\nlines\",\"5\"\" hose\""},
         {bare, {.fields = Fields::csv}, "P0133,a,\" \""},
+        {{"P0133", "a;b", "c "}, {.fields = Fields::csv}, "P0133,\"a;b\",\"c \""},
         {bare, {.fields = Fields::csv, .noNotes = true}, "P0133,a"}};
     for (const auto& [joined, options, line] : rows)
         EXPECT_EQ(dtcLine(joined, options), line);
@@ -184,10 +185,11 @@ TEST_F(DtcFileTest, ExportsAndTellsWhatWillNotReadBack)
 
     SQLite::Database other(database->path(), SQLite::OPEN_READWRITE);
     other.exec("INSERT INTO DTCset VALUES ('p0001', 'small', ''), ('P0002', 'one' || char(13) || 'two', ''), "
-               "('P0003', replace(hex(zeroblob(60)), '0', 'd'), ''), ('P0004', 'x' || char(0), '')");
-    EXPECT_EQ(exportDtcFile(*database, file, {.fields = Fields::csv}).altered, 4) << "none is read as it is";
+               "('P0003', 'x', replace(hex(zeroblob(150)), '0', 'd')), ('P0004', 'x' || char(0), ''), "
+               "(' P0005', 'x', '')");
+    EXPECT_EQ(exportDtcFile(*database, file, {.fields = Fields::csv}).altered, 5) << "none is read as it is";
     other.exec("INSERT INTO DTCset VALUES (x'50', 'bytes for a code', ''), (NULL, 'none', '')");
-    EXPECT_LE(exportDtcFile(*database, file, {}).count, 8) << "it ends, whatever another program has added";
+    EXPECT_LE(exportDtcFile(*database, file, {}).count, 9) << "it ends, whatever another program has added";
 }
 
 } // namespace
