@@ -135,7 +135,8 @@ TEST(CommandSessionTest, ShowsWhatWouldSteerATerminal)
     EXPECT_EQ(visibleText("41 01\x1B[2J \x7F\r>\n"), "41 01\\x1B[2J \\x7F\\x0D>\n");
     EXPECT_EQ(visibleText(std::string_view("\0\xFC\xC3", 3)), "\\x00\\xFC\\xC3");
     EXPECT_EQ(visibleText("Motoröl 90°C\r\n\ta\xC2\x9B"), "Motoröl 90°C\r\n\ta\\xC2\\x9B");
-    EXPECT_EQ(secondsText(std::chrono::seconds(1)), "1 second");
+    EXPECT_EQ(secondsText(std::chrono::seconds(1)) + secondsText(std::chrono::seconds(2)),
+              "1 second2 seconds");
 }
 
 } // namespace

@@ -19,7 +19,7 @@ using DesignerEndToEnd = FormTest;
 
 TEST_F(DesignerEndToEnd, AsksWhatTheVehicleSupports)
 {
-    const Simulator simulator("--protocol can");
+    const Simulator simulator("--protocol can --leading-line-end --line-feeds --pieces 1");
     device = simulator.path();
     loadDefaultDesign(design);
     form = new pollSetup2(context);

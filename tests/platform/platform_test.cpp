@@ -19,14 +19,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Looks at the next dialog and closes it.
-void lookAtNextDialog(const std::function<void(QDialog&)>& look)
+/// What a user does with the next dialog.
+void inNextDialog(const std::function<void(QDialog&)>& act)
 {
-    QTimer::singleShot(0, qApp, [look] {
-        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        look(*dialog);
-        dialog->reject();
-    });
+    QTimer::singleShot(0, qApp, [act] { act(*qobject_cast<QDialog*>(QApplication::activeModalWidget())); });
 }
 
 TEST(QtPromptsTest, DialogsShowNamesAsTheyAre)
@@ -37,9 +33,10 @@ TEST(QtPromptsTest, DialogsShowNamesAsTheyAre)
         [&] { prompts.message("", "", "q<b>z.mdb"); }, [&] { prompts.input("", "", ""); },
         [&] { prompts.choose("", "", {""}); }, [&] { prompts.confirm("", ""); }};
     for (const auto& open : dialogs) {
-        lookAtNextDialog([](QDialog& dialog) {
+        inNextDialog([](QDialog& dialog) {
             for (const auto* label : dialog.findChildren<QLabel*>())
                 EXPECT_EQ(label->textFormat(), Qt::PlainText);
+            dialog.reject();
         });
         open();
     }
@@ -57,13 +54,20 @@ TEST(QtPromptsTest, DialogsShowNamesAsTheyAre)
     EXPECT_EQ(helped, 1);
 }
 
-TEST(QtFileDialogsTest, WithoutAFolderStartsWhereAFileCanBeSaved)
+TEST(QtFileDialogsTest, StartsWhereAFileCanBeSavedAndAddsTheExtension)
 {
     QWidget window;
-    lookAtNextDialog([](QDialog& dialog) {
-        EXPECT_TRUE(qobject_cast<QFileDialog*>(&dialog)->directory().isAbsolute()) << "the list of drives";
+    inNextDialog([](QDialog& dialog) { // without a folder of its own it shows the list of drives
+        EXPECT_TRUE(qobject_cast<QFileDialog*>(&dialog)->directory().isAbsolute());
+        dialog.reject();
     });
     EXPECT_EQ(QtFileDialogs(window).chooseToSave(textFileKinds, "", ""), "");
+    inNextDialog([](QDialog& dialog) {
+        qobject_cast<QFileDialog*>(&dialog)->selectFile(u"typed"_qs);
+        dialog.accept();
+    });
+    const TemporaryFolder folder;
+    EXPECT_EQ(QtFileDialogs(window).chooseToSave(textFileKinds, folder.path(), ""), folder.path("typed.txt"));
 }
 
 TEST(OutlinedBoxesTest, AnUncheckedBoxCanBeSeenUnderDarkColours)
@@ -122,19 +126,17 @@ TEST(QtTimerTest, ATickThatWaitedAtTheGateIsDroppedWhenTheTimerWasStopped)
 TEST(QtSettingsStoreTest, KeepsTextsAsTheyAreAndTellsOfAFileThatHoldsNone)
 {
     const std::string text = "C:\\logs\\a, b; \"c\" = 1.log \xC3\xA9";
-    std::optional<QtSettingsStore> former(std::in_place);
-    former->save("Startup", "parmLog", text);
-    former->save("Ports", "com1", "simulated");
-    EXPECT_EQ(former->flush(), "");
-    former.reset();
-    {
-        QtSettingsStore store;
-        EXPECT_EQ(store.get("Startup", "parmLog", ""), text);
-        store.remove("Ports", "com1");
-        EXPECT_EQ(store.get("Ports", "com1", "gone"), "gone");
-        EXPECT_EQ(store.damage(), "");
-    }
-    const std::string file = QtSettingsStore().fileName();
+    std::optional<QtSettingsStore> store(std::in_place);
+    store->save("Startup", "parmLog", text);
+    store->save("Ports", "com1", "simulated");
+    EXPECT_EQ(store->flush(), "");
+    store.emplace();
+    EXPECT_EQ(store->get("Startup", "parmLog", ""), text);
+    store->remove("Ports", "com1");
+    EXPECT_EQ(store->get("Ports", "com1", "gone"), "gone");
+    EXPECT_EQ(store->damage(), "");
+    const std::string file = store->fileName();
+    store.reset();
     TemporaryFolder::write(file, std::string("\x80=\0\xFF\n[\x01", 7));
     EXPECT_NE(QtSettingsStore().damage().find(file + " are damaged"), std::string::npos);
     TemporaryFolder::write(file, "");

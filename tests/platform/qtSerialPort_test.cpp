@@ -40,19 +40,6 @@ struct QtSerialPortTest : testing::Test {
         EXPECT_FALSE(port.isOpen());
         return timer.elapsed();
     }
-
-    /// Why what com1 stands for now can't be opened.
-    CommError failureOf(const std::string& path)
-    {
-        location = path;
-        try {
-            open();
-        } catch (const CommError& error) {
-            EXPECT_FALSE(port.isOpen());
-            return error;
-        }
-        return {0, "it opened"};
-    }
 };
 
 TEST_F(QtSerialPortTest, CarriesTextBothWaysAndNotificationsWaitForTheHandlerThatRuns)
@@ -169,11 +156,9 @@ TEST_F(QtSerialPortTest, ClosingDoesNotWaitForEverForAnAdapterThatReadsNothing)
 
 TEST_F(QtSerialPortTest, TakesARelativePathFromTheWorkingFolder)
 {
-    const QTemporaryDir folder;
-    ASSERT_TRUE(QFile::link(QString::fromStdString(location), folder.filePath(QStringLiteral("port"))));
     const QString before = QDir::currentPath();
-    QDir::setCurrent(folder.path());
-    location = "./port";
+    ASSERT_TRUE(location.starts_with("/dev/") && QDir::setCurrent(u"/dev"_qs));
+    location.replace(0, 4, ".");
     EXPECT_NO_THROW(open());
     QDir::setCurrent(before);
 }
@@ -197,9 +182,14 @@ TEST_F(QtSerialPortTest, OpeningErrorsCarryTheSystemsNumberAndAdvice)
          isRoot ? "" : "whose members may use it"},
     };
     for (const auto& [path, number, advice] : rows) {
-        const CommError error = failureOf(path);
-        EXPECT_EQ(error.number(), number) << path << error.what();
-        EXPECT_NE(std::string(error.what()).find(advice), std::string::npos) << error.what();
+        location = path;
+        try {
+            open();
+            ADD_FAILURE() << path << " was opened";
+        } catch (const CommError& error) {
+            EXPECT_EQ(error.number(), number) << path << error.what();
+            EXPECT_NE(std::string(error.what()).find(advice), std::string::npos) << error.what();
+        }
     }
 }
 

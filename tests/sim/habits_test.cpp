@@ -1,31 +1,29 @@
 #include "codes/codesExchange.h"
-#include "designer/designer.h"
+#include "dtcdb/descriptionSource.h"
 #include "runner/poller.h"
 #include "scanner/scanner.h"
 #include "sim/simulatedPort.h"
 #include "sim/simulationArguments.h"
 #include "support/manualTime.h"
-#include "support/scriptedDialogs.h"
 #include "support/scriptedPrompts.h"
 #include "support/temporaryFolder.h"
 #include "support/textBox.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <sstream>
+
 namespace zint {
 namespace {
 
 /// A vehicle behind an adapter with habits, and what a tool asks of its surroundings.
 struct Rig {
-    ManualTimer portTimer;
-    ManualTimer timer;
-    ManualTimer ticker;
-    ManualTimer silence;
+    ManualTimer portTimer, timer, ticker, silence;
     ManualClock clock;
     Vehicle vehicle;
     SimulatedPort port;
     ScriptedPrompts prompts;
-    ScriptedDialogs dialogs;
     ProgramValues values;
     TemporaryFolder folder;
 
@@ -46,22 +44,10 @@ struct Rig {
     }
 };
 
-struct NoDescriptions final : CodeDescriptionSource {
-    bool available() const override { return false; }
-    std::unique_ptr<CodeDescriptions> open() const override { return nullptr; }
-};
-
 std::string codes(Rig& rig)
 {
-    const NoDescriptions descriptions;
-    CodesExchange exchange({.port = rig.port,
-                            .timer = rig.timer,
-                            .silence = rig.silence,
-                            .clock = rig.clock,
-                            .descriptions = descriptions,
-                            .prompts = rig.prompts,
-                            .values = rig.values},
-                           {});
+    const DtcDescriptionSource none({}, {});
+    CodesExchange exchange({rig.port, rig.timer, rig.silence, rig.clock, none, rig.prompts, rig.values}, {});
     exchange.pressGetCodes();
     rig.play();
     const std::string& list = exchange.panel().codesOutput; // on CAN it ends in what follows the codes
@@ -69,36 +55,13 @@ std::string codes(Rig& rig)
            rig.prompts.takeMessage();
 }
 
-std::string supportCheck(Rig& rig)
-{
-    Design design;
-    loadDefaultDesign(design);
-    KeptDesigns kept{rig.folder.path(), [](auto) { return "today"; }};
-    Designer designer(rig.port, rig.timer, rig.silence, {}, design, rig.prompts, rig.dialogs, rig.values,
-                      kept);
-    designer.load();
-    designer.verifySupport();
-    rig.play();
-    std::string enabled;
-    for (const DesignEntry& row : designer.panel().obdGrid)
-        enabled += row.frequency == 0 ? "" : row.code + " ";
-    return enabled + rig.prompts.takeMessage();
-}
-
 /// Two parameters that never change, so that a value under its neighbour's name shows.
 std::string poll(Rig& rig)
 {
     const Design design{.events = {{.code = "011C", .frequency = 1}, {.code = "0133", .frequency = 1}}};
     KeptRuns kept{rig.folder.path(), [](auto) { return "today"; }};
-    Poller poller({.port = rig.port,
-                   .timer = rig.timer,
-                   .silence = rig.silence,
-                   .ticker = rig.ticker,
-                   .clock = rig.clock,
-                   .prompts = rig.prompts,
-                   .values = rig.values,
-                   .kept = kept,
-                   .dateText = [](auto) { return "today"; }},
+    Poller poller({rig.port, rig.timer, rig.silence, rig.ticker, rig.clock, rig.prompts, rig.values, kept,
+                   [](auto) { return "today"; }},
                   {}, design);
     poller.load();
     poller.setMaxLoops("3");
@@ -115,14 +78,8 @@ std::string poll(Rig& rig)
 std::string scan(Rig& rig)
 {
     TextBox box;
-    Scanner scanner({.port = rig.port,
-                     .timer = rig.timer,
-                     .silence = rig.silence,
-                     .clock = rig.clock,
-                     .prompts = rig.prompts,
-                     .outBox = box,
-                     .dateText = [](auto) { return std::string("today"); },
-                     .beep = [] {}},
+    Scanner scanner({rig.port, rig.timer, rig.silence, rig.clock, rig.prompts, box,
+                     [](auto) { return std::string("today"); }, [] {}},
                     {});
     scanner.type(&ScanParameters::pidStop, "3");
     scanner.pressScan();
@@ -130,15 +87,13 @@ std::string scan(Rig& rig)
     return box.shown + rig.prompts.takeMessage();
 }
 
-SimulationOptions options(std::string_view words)
+SimulationOptions options(const std::string& words)
 {
     SimulationOptions result;
-    while (!words.empty()) {
-        const std::string_view word = words.substr(0, words.find(' '));
-        words.remove_prefix(std::min(word.size() + 1, words.size()));
-        const auto mark = word.find('=');
-        applySimulationArgument(result, word.substr(0, mark),
-                                mark == std::string_view::npos ? "" : word.substr(mark + 1));
+    std::istringstream stream(words);
+    for (std::string word; stream >> word;) {
+        const auto mark = std::min(word.find('='), word.size());
+        applySimulationArgument(result, word.substr(0, mark), word.substr(std::min(mark + 1, word.size())));
     }
     return result;
 }
@@ -146,7 +101,7 @@ SimulationOptions options(std::string_view words)
 TEST(HabitsTest, EachToolReadsEachAdapter)
 {
     constexpr std::pair<const char*, std::string (*)(Rig&)> tools[] = {
-        {"codes", codes}, {"support check", supportCheck}, {"poll", poll}, {"scan", scan}};
+        {"codes", codes}, {"poll", poll}, {"scan", scan}};
     for (const std::string protocol : {"protocol=iso9141", "protocol=can codes=P0133"}) {
         for (const auto& [name, use] : tools) {
             Rig wellBehaved(options(protocol));
