@@ -52,6 +52,7 @@ TEST(DesignTextsTest, TheCostIsThatOfALoop)
     rows[0].frequency = 4;
     EXPECT_EQ(pollCost(rows, {}, 38400, 0.05),
               "About 0.8 requests per pass, at most 0.08 s; as fast as the last run, 0.04 s");
+    EXPECT_TRUE(pollCost({{.frequency = 11}}, {}, 9600).starts_with("Less than 0.1 requests per pass, at"));
     EXPECT_EQ(pollCost({{.frequency = 1800}}, std::chrono::milliseconds(1020), 9600),
               "Less than 0.1 requests per pass, less than 0.01 s");
 }

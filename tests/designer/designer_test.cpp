@@ -8,8 +8,6 @@
 #include "support/scriptedPrompts.h"
 #include "support/temporaryFolder.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 namespace zint {
@@ -149,6 +147,7 @@ TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
         EXPECT_TRUE(error.reason().starts_with("Row 1: the offset takes a whole number"));
     }
     designer->sortBy(GridColumn::description);
+    EXPECT_EQ(panel().sorting, GridSorting{GridColumn::description});
     designer->sortBy(GridColumn::description);
     EXPECT_EQ(panel().sorting, (GridSorting{GridColumn::description, true}));
     for (int i = 0; i < 3; ++i)
@@ -167,11 +166,14 @@ TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
     designer->enableAll();
     for (int i = 0; i < 33; ++i)
         designer->duplicateRow(0);
-    EXPECT_EQ(status(), "full (65 events) *");
+    leaveAndComeBack();
+    prompts.chosen = 0;
+    designer->recover();
+    EXPECT_EQ(status(), "full (65 events) recovered *");
     EXPECT_THROW(designer->saveAs(), TooManyEvents);
     EXPECT_EQ(dialogs.asked, "") << "what can't be saved needs no name";
     EXPECT_THROW(designer->commit(), TooManyEvents);
-    EXPECT_EQ(design.events.size(), 31U);
+    EXPECT_EQ(design.events.size(), 64U) << "the first of them";
     designer->removeRow(0);
     design.places[1].reserved1 = 7;
     designer->commit();
@@ -208,6 +210,7 @@ TEST_F(DesignerTest, RecoversWhatWasLeftReplacedOrLost)
     designer->askInitSequence();
     designer->commit();
     leaveAndComeBack(); // from the runner
+    EXPECT_TRUE(panel().isModified);
     designer->setTitle("replaced");
     designer->newDesign();
     EXPECT_EQ(keptFiles(), 2) << "it went on being one design";

@@ -31,7 +31,7 @@ TEST_F(PortDirectoryTest, TheRunsAssignmentComesBeforeTheUsersAndThatBeforeTheDe
 
     directory.assignForThisRun(PortNumber{1}, std::string(PortDirectory::simulated));
     EXPECT_EQ(textOf(1), "simulated vehicle");
-    EXPECT_TRUE(directory.target(PortNumber{1}).isSimulated());
+    EXPECT_TRUE(directory.target(PortNumber{1}).connected);
     EXPECT_EQ(directory.assignment(PortNumber{1}), "/tmp/zint-sim");
     EXPECT_EQ(settings.get("Ports", "com1"), "/tmp/zint-sim") << "kept for the next run";
 

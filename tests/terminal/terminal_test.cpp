@@ -251,8 +251,8 @@ TEST_F(TerminalTest, TakesBytesAndSendsAgainAtEachPromptThatIsNoData)
         terminal.expectBinaryReplies();
         send("ATPD", {"ELM\r", "\n v1>"});
         EXPECT_EQ(takeShown(), ">ATPD  ATPD ELM   v1\r\n");
-        send("01O1", {"?>"});
-        EXPECT_EQ(takeShown(), ">01O1  (ERROR - Misformatted command)\r\n\r\n");
+        send("01O1", {"\x03\x41\x01\x05?>"});
+        EXPECT_EQ(takeShown(), ">01O1  5 \r\n(ERROR - Misformatted command)\r\n\r\n");
         adapter.expect("ATI\r").pieces = {"E>"};
         adapter.expect("\r").pieces = {"F>"};
         adapter.expect("\r");
