@@ -27,13 +27,12 @@ struct DebuggerFormTest : FormTest {
         adapter->play();
     }
 
-    /// Of the port's controls: what is enabled, and the default button.
+    /// What can be done with the port, and the default button.
     std::string portControls()
     {
-        std::string names = enabled("mnuOpenCom mnuCloseCom");
-        for (const char* button : {"openCom", "sendCom"})
-            names += control<QPushButton>(button)->isDefault() ? std::string(" ") + button : "";
-        return names;
+        return enabled("mnuOpenCom mnuCloseCom") +
+               (control<QPushButton>("openCom")->isDefault() ? " openCom" : "") +
+               (control<QPushButton>("sendCom")->isDefault() ? " sendCom" : "");
     }
 };
 
@@ -41,19 +40,16 @@ TEST_F(DebuggerFormTest, OpensSendsRepeatsAndCloses)
 {
     EXPECT_EQ(shown("openCom statusBox"), "Close OBD (com1)|com1 Ready");
     EXPECT_EQ(portControls(), "mnuCloseCom sendCom");
-    const std::string sent = "\xC3\xA9";
-    const auto seen = [&] {
-        send(sent);
-        return outBox->text();
-    };
-    expectAfterClicks({{"outputAppend", ">" + sent + "  A  \r\n"},
-                       {"displayOct", ">" + sent + "  A  \r\n>" + sent + "  12  \r\n"},
-                       {"outputOverwrite", ">" + sent + "  12  \r\n"},
-                       {"displayDec", ">" + sent + "  10  \r\n"},
-                       {"displayHex", ">" + sent + "  A  \r\n"}},
-                      seen);
+    const std::string row = ">\xC3\xA9  ";
+    expectAfterEach("outputAppend " + row + "A  \r\n / displayOct " + row + "A  \r\n" + row +
+                        "12  \r\n / outputOverwrite " + row + "12  \r\n / displayDec " + row +
+                        "10  \r\n / displayHex " + row + "A  \r\n",
+                    [this] {
+                        send("\xC3\xA9");
+                        return outBox->text();
+                    });
     EXPECT_EQ(control<QLineEdit>("inBox")->selectedText(), u"\u00E9") << "the next command takes its place";
-    adapter->expect(sent + "\r").pieces = {"0A \r", "\r>"};
+    adapter->expect("\xC3\xA9\r").pieces = {"0A \r", "\r>"};
     adapter->expect("\r");
     click("outputScroll");
     click("repeatCom");
@@ -80,17 +76,10 @@ TEST_F(DebuggerFormTest, TabEntersTheRadioGroupsAtTheChosenButton)
 
 TEST_F(DebuggerFormTest, TheArrowsBringBackTypedCommandsAlsoOfEarlierRuns)
 {
-    const auto after = [this](const char* key) {
-        press(key);
-        return shown("inBox");
-    };
     for (const char* command : {"ATI", "ATI", "", "010C"})
         send(command);
-    EXPECT_EQ(after("Up"), "ATI") << "the newest is in the box already";
-    EXPECT_EQ(after("Up"), "ATI");
-    type("inBox", "010");
-    EXPECT_EQ(after("Down"), "010C");
-    EXPECT_EQ(after("Down"), "010") << "a line that was begun";
+    expectAfterEach("Up ATI / Up ATI / inBox:010 010 / Down 010C / Down 010",
+                    "inBox"); // the newest was there
     adapter->expect("ATD\r");
     click("openCom");
     click("sendCom"); // does not send what is in the box

@@ -25,12 +25,11 @@ inline bool waitUntil(const std::function<bool()>& condition) { return QTest::qW
 /// What a frame, a list or any other control with a text shows.
 inline QString textOf(const QWidget& control)
 {
-    QVariant text;
     for (const char* property : {"title", "currentText", "text"}) {
-        if (!text.isValid())
-            text = control.property(property);
+        if (const QVariant text = control.property(property); text.isValid())
+            return text.toString();
     }
-    return text.toString();
+    return {};
 }
 
 /// Does something to the dialog that comes next, while that is open.
@@ -119,23 +118,6 @@ protected:
     }
     void trigger(const char* action) { click(action); }
 
-    /// Goes through a table: clicks a control, then compares what is seen.
-    void expectAfterClicks(std::initializer_list<std::pair<const char*, std::string>> rows,
-                           const std::function<std::string()>& seen)
-    {
-        for (const auto& [name, expected] : rows) {
-            click(name);
-            EXPECT_EQ(seen(), expected) << name;
-        }
-    }
-
-    /// Clicks what closes the window, and the port with it.
-    void closeBy(const char* name)
-    {
-        click(name);
-        EXPECT_FALSE(form->isVisible() || (adapter != nullptr && adapter->isOpen()));
-    }
-
     /// Types into a box, over what it holds.
     void type(const char* name, const std::string& text)
     {
@@ -145,7 +127,7 @@ protected:
         QTest::keyClicks(box, text.empty() ? QStringLiteral("\b") : toQt(text));
     }
 
-    /// Presses keys where the focus is, as "Ctrl+S". The shortcut of a button holds it down for a while.
+    /// Presses keys where the focus is, as "Ctrl+S". A button's shortcut holds it down for a while.
     void press(const char* keys)
     {
         const QKeyCombination key = QKeySequence(QLatin1String(keys))[0];
@@ -153,6 +135,31 @@ protected:
         EXPECT_TRUE(waitUntil([this] {
             return std::ranges::none_of(form->findChildren<QPushButton*>(), &QPushButton::isDown);
         }));
+    }
+
+    /// Goes through a table "control seen / keys seen / box:text seen / ...": clicks, presses or types, and
+    /// compares the rest of the row with what is seen then.
+    void expectAfterEach(const std::string& table, const std::function<std::string()>& seen)
+    {
+        for (const QString& row : toQt(table).split(QStringLiteral(" / "))) {
+            const QByteArray step = row.section(u' ', 0, 0).toLatin1();
+            if (const auto colon = step.indexOf(':'); colon > 0)
+                type(step.left(colon), step.mid(colon + 1).toStdString());
+            else
+                form->findChild<QObject*>(QLatin1String(step)) != nullptr ? click(step) : press(step);
+            EXPECT_EQ(seen(), fromQt(row.section(u' ', 1))) << fromQt(row);
+        }
+    }
+    void expectAfterEach(const std::string& table, const char* names)
+    {
+        expectAfterEach(table, [&] { return shown(names); });
+    }
+
+    /// Clicks what closes the window, and the port with it.
+    void closeBy(const char* name)
+    {
+        click(name);
+        EXPECT_FALSE(form->isVisible() || (adapter != nullptr && adapter->isOpen()));
     }
 
     /// What the message box says that a control opens.

@@ -17,12 +17,11 @@ void chooseAgain(QComboBox& list)
     QTest::keyClick(list.view(), Qt::Key_Return);
 }
 
-struct StartFormTest : FormTest {
-    startForm* start = open<startForm>(context);
-};
+using StartFormTest = FormTest;
 
 TEST_F(StartFormTest, TellsWhatThePortStandsForAndTakesAChoice)
 {
+    auto* start = open<startForm>(context);
     EXPECT_EQ(form->windowTitle(), u"Zint v1.5.1");
     EXPECT_TRUE(control("speedHint")->isVisible());
     EXPECT_TRUE(waitUntil([&] { return textOf("portInfo") == u"nothing connected"; }));
@@ -42,6 +41,7 @@ TEST_F(StartFormTest, TellsWhatThePortStandsForAndTakesAChoice)
 
 TEST_F(StartFormTest, ButtonsAndMenusDoTheirWork)
 {
+    open<startForm>(context);
     for (const char* name :
          {"getCodes", "editDTC", "pollDesign2", "scanner", "debugger", "obdPoll", "mnuPorts"})
         click(name);
@@ -67,9 +67,8 @@ TEST_F(FailedConnFormTest, ShowsTheFailureAndTheHints)
               "SEARCHING...\n41 01 00 \n\n>|" // the reply's lines are lines here
               "Check port (/dev/ttyS0) and speed (9600) in the launcher; most adapters use 38400.");
     EXPECT_TRUE(messageBy("helpCom").ends_with("/docfails2.html"));
-    expectAfterClicks(
-        {{"tooOld", "OBD2 standards"}, {"badHardware", "Check all conn"}, {"ignitionOn", "The vehicle ig"}},
-        [this] { return shown("detail1").substr(0, 14); });
+    expectAfterEach("tooOld OBD2 standards / badHardware Check all conn / ignitionOn The vehicle ig",
+                    [this] { return shown("detail1").substr(0, 14); });
     closeBy("applyCom");
 }
 
@@ -77,10 +76,10 @@ using PortsFormTest = FormTest;
 
 TEST_F(PortsFormTest, AssignsWhatWasChosenOrTypedUnlessCancelled)
 {
-    for (const PortNumber port : {PortNumber{4}, PortNumber{7}})
-        ports.assign(port, "/dev/old");
-    for (const PortNumber port : {PortNumber{5}, PortNumber{6}})
-        ports.assignForThisRun(port, "/dev/run");
+    for (const int port : {4, 7})
+        ports.assign(PortNumber{port}, "/dev/old");
+    for (const int port : {5, 6})
+        ports.assignForThisRun(PortNumber{port}, "/dev/run");
     auto* dialog = open<portsForm>(ports, nullptr);
     const auto typeInto = [this](const char* name, const char* text) {
         QLineEdit* box = control<QComboBox>(name)->lineEdit();
