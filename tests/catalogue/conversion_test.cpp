@@ -38,14 +38,5 @@ TEST(ConversionTest, AnOverflowIsAnErrorAndNeverWraps)
         EXPECT_NO_THROW(convert(conversion, 0xFFFF)) << "two data bytes always fit";
 }
 
-TEST(ConversionTest, TellsNumbersForDrawing)
-{
-    EXPECT_DOUBLE_EQ(convertedNumber(4, 3).value_or(0), -34.6);
-    for (const std::int32_t conversion : {0, 6, 20})
-        EXPECT_EQ(convertedNumber(conversion, 8000), 8000) << conversion;
-    for (const std::int32_t conversion : {13, 21, 25, -1})
-        EXPECT_FALSE(convertedNumber(conversion, 1)) << conversion;
-}
-
 } // namespace
 } // namespace zint

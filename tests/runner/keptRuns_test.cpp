@@ -134,7 +134,7 @@ TEST_F(KeptRunsTest, ReadsWhatIsWholeOfADamagedFile)
         EXPECT_EQ(KeptRuns::load(entry).samples.size(), 4U) << end.substr(0, 20);
         EXPECT_EQ(listed(), "then   damaged (2 samples in 0:02, cut off)\n");
     }
-    TemporaryFolder::write(entry.path, "Car\r\n|-1\r\nEOP - end of Parms\r\nsoon\r\n");
+    TemporaryFolder::write(entry.path, "Car\r\n|-1\r\nEOP - end of Parms\r\n12 soon\r\n");
     EXPECT_EQ(failureOf<FileError>([&] { KeptRuns::load(entry); }),
               "\"" + entry.path + "\" can't be read: the time of its start is missing");
     EXPECT_EQ(listed(), "");

@@ -73,6 +73,8 @@ TEST_F(RunFilesTest, TellsWhatCantBeWrittenAndTriesALogsNameAgain)
 
 TEST_F(RunFilesTest, SaysWhatBecomesOfARunThatIsNotSaved)
 {
+    save(Kind::table, "run.txt");
+    poller->save(Kind::log, "/dev/full");
     poller->resetValues();
     EXPECT_EQ(panel().statusBox, "Values reset. The unsaved run is under Recover Unsaved Run...");
     run();
@@ -90,13 +92,16 @@ TEST_F(RunFilesTest, SaysWhatBecomesOfARunThatIsNotSaved)
 TEST_F(RunFilesTest, ARecoveredRunBecomesALogUnlessItsUserStopsThat)
 {
     poller->resetValues();
-    for (const bool stops : {true, false}) {
+    for (const auto& [stops, file, isSaved] :
+         {std::tuple{true, "run.log", false}, {false, "none/run.log", false}, {false, "run.log", true}}) {
         prompts.stopsWork = stops;
         prompts.chosen = 0;
-        dialogs.chosen = folder.path("run.log");
+        dialogs.chosen = folder.path(file);
         poller->recover(dialogs);
-        EXPECT_EQ(kept.list().size(), stops ? 1U : 0U);
+        EXPECT_EQ(kept.list().empty(), isSaved);
+        EXPECT_EQ(prompts.takeMessage().empty(), stops || isSaved);
     }
+    EXPECT_EQ(values.parmInitDir, folder.path());
     EXPECT_EQ(prompts.question, "Recover Unsaved Run\nUnsaved runs\ntoday   Car (1 sample in 0:00)");
     EXPECT_EQ(saved("run.log"), wholeLog);
     poller->recover(dialogs);

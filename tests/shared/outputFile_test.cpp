@@ -31,17 +31,19 @@ TEST_F(OutputFileTest, AsksOnceAndThenWritesToTheSameFile)
     EXPECT_EQ(dialogs.asked, "append /start||Text files (*.txt)|*.txt|All files (*.*)|*.*");
     const std::string path = dialogs.chosen = folder.path("out.txt");
     EXPECT_EQ(press("append", "one"), "out.txt saved|" + path) << "a missing file is made";
+    EXPECT_EQ(std::exchange(values.parmInitDir, "/other"), folder.path());
     press("append", "two\r\n");
     EXPECT_EQ(contents(path), "one\r\ntwo\r\n\r\n") << "one line end more than the text has";
     press("save", "three");
     EXPECT_EQ(contents(path), "three\r\n");
     EXPECT_EQ(press("saveAs", "lost"), "|" + path) << "cancelled";
-    EXPECT_TRUE(dialogs.asked.starts_with("save " + folder.path() + "|out.txt|")) << dialogs.asked;
+    EXPECT_TRUE(dialogs.asked.starts_with("save /other|out.txt|")) << dialogs.asked;
     dialogs.chosen = folder.path("second.txt");
     EXPECT_EQ(press("saveAs", "new"), "second.txt saved|" + folder.path("second.txt"));
+    TemporaryFolder::write(path, "");
     dialogs.chosen = path;
     press("appendAs", "four");
-    EXPECT_EQ(contents(path), "three\r\nfour\r\n");
+    EXPECT_EQ(contents(path), "four\r\n");
 }
 
 TEST_F(OutputFileTest, RemembersNoNameThatNothingCouldBeWrittenTo)
