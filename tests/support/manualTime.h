@@ -3,14 +3,11 @@
 #include "shared/clock.h"
 #include "shared/timer.h"
 
-#include <chrono>
-
 namespace zint {
 
 /// A clock that a test sets.
 struct ManualClock final : Clock {
     std::chrono::microseconds now{0};
-
     std::chrono::system_clock::time_point date{};
 
     std::chrono::microseconds monotonic() const override { return now; }

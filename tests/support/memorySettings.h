@@ -4,16 +4,13 @@
 
 #include <map>
 #include <utility>
-#include <vector>
 
 namespace zint {
 
 /// A settings store that lasts as long as the test.
 class MemorySettings final : public SettingsStore {
 public:
-    std::vector<std::string> savedKeys; ///< in the order in which they were saved
-    std::string damageText;
-    std::string flushFailure;
+    std::string damageText, flushFailure;
 
     std::string get(const std::string& section, const std::string& key,
                     const std::string& missing = {}) const override
@@ -25,7 +22,6 @@ public:
     void save(const std::string& section, const std::string& key, const std::string& value) override
     {
         values_[{section, key}] = value;
-        savedKeys.push_back(key);
     }
 
     void remove(const std::string& section, const std::string& key) override
@@ -34,7 +30,6 @@ public:
     }
 
     std::string damage() const override { return damageText; }
-
     std::string flush() override { return flushFailure; }
 
 private:

@@ -30,8 +30,7 @@ public:
     };
 
     std::vector<std::string> history; ///< in order: "open com1 9600", each text written, "close"
-    std::optional<CommError> openError;
-    std::optional<CommError> writeError;
+    std::optional<CommError> openError, writeError;
 
     explicit ScriptedAdapter(EventGate* gate = nullptr) : gate_(gate) {}
     ~ScriptedAdapter() override
@@ -123,7 +122,7 @@ public:
 private:
     EventGate* gate_;
     std::deque<Step> steps_;
-    std::deque<std::string> due_;
+    std::deque<std::string> due_; ///< of the answers
     std::string received_;
     bool open_ = false;
     int openings_ = 0;

@@ -10,31 +10,29 @@ namespace zint {
 /// A user who chooses the file that the test says, or cancels.
 struct ScriptedDialogs final : FileDialogs {
     std::string chosen; ///< by the next dialog; empty: it is cancelled
-    std::string asked;  ///< of the last dialog: open or save, folder, proposed name, filter
+    std::string asked;  ///< of the last dialog: open, save or append, folder, proposed name, filter
 
     std::string chooseToOpen(const FileKinds& kinds, const std::string& folder) override
     {
-        asked = "open " + folder + "||" + kinds.filter;
-        return std::exchange(chosen, {});
-    }
-
-    std::string chooseAny(const FileKinds& kinds, const std::string& folder) override
-    {
-        asked = "any " + folder + "||" + kinds.filter;
-        return std::exchange(chosen, {});
+        return choose("open " + folder + "||" + kinds.filter);
     }
 
     std::string chooseToSave(const FileKinds& kinds, const std::string& folder,
                              const std::string& proposed) override
     {
-        asked = "save " + folder + "|" + proposed + "|" + kinds.filter;
-        return std::exchange(chosen, {});
+        return choose("save " + folder + "|" + proposed + "|" + kinds.filter);
     }
 
     std::string chooseToAppend(const FileKinds& kinds, const std::string& folder,
                                const std::string& proposed) override
     {
-        asked = "append " + folder + "|" + proposed + "|" + kinds.filter;
+        return choose("append " + folder + "|" + proposed + "|" + kinds.filter);
+    }
+
+private:
+    std::string choose(const std::string& question)
+    {
+        asked = question;
         return std::exchange(chosen, {});
     }
 };

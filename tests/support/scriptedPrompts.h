@@ -12,17 +12,15 @@ namespace zint {
 
 /// A user who reads messages and answers questions as the test told before. A question without an answer
 /// fails the test, and so does a message that the test does not take.
-class ScriptedPrompts final : public Prompts {
+class ScriptedPrompts final : public Prompts, private Progress {
 public:
     std::optional<bool> answer;        ///< to the next question
     std::optional<std::string> typed;  ///< to the next request for a text
     std::optional<std::size_t> chosen; ///< of the next list
-    std::string question; ///< the last one: its title, a line feed, its text, and what a text begins with or
-                          ///< the lines
-    std::string messageTitle;        ///< of the last message
-    std::string reason;              ///< likewise
-    bool stopsWork = false;          ///< as soon as it tells how far it is
-    std::function<void()> whileOpen; ///< called once, while the next message is open
+    std::string question; ///< the last one: title, line feed, text, and what a text begins with or the lines
+    std::string messageTitle, reason; ///< of the last message
+    bool stopsWork = false;           ///< as soon as it tells how far it is
+    std::function<void()> whileOpen;  ///< called once, while the next message is open
 
     ~ScriptedPrompts() override { EXPECT_EQ(message_, "") << "unexpected message: " << message_; }
 
@@ -64,19 +62,8 @@ public:
 
     bool runLong(const std::string&, const std::function<void(Progress&)>& work) override
     {
-        struct Watch final : Progress {
-            bool stops = false;
-
-            void advance(double done) override
-            {
-                EXPECT_TRUE(done >= 0 && done <= 1) << done;
-                if (stops)
-                    throw WorkStopped();
-            }
-        } watch;
-        watch.stops = stopsWork;
         try {
-            work(watch);
+            work(*this);
             return true;
         } catch (const WorkStopped&) {
             return false;
@@ -84,6 +71,13 @@ public:
     }
 
 private:
+    void advance(double done) override
+    {
+        EXPECT_TRUE(done >= 0 && done <= 1) << done;
+        if (stopsWork)
+            throw WorkStopped();
+    }
+
     std::string message_;
 };
 

@@ -121,9 +121,7 @@ TEST_F(TerminalTest, AResetWithoutAnAnswerIsToldAndTheCommandSent)
     adapter.expect("ATE0\r");
     adapter.receive("late>");
     EXPECT_EQ(status(), "com3 Init");
-    for (const char* command : {"ATD", "ATZ", "ATD"})
-        toggle(command);
-    timer.tick(); // is nothing to a closed port
+    toggle("ATD");
     toggle("ATZ");
     prompts.whileOpen = [this] { toggle("ATD"); };
     EXPECT_EQ(timeOut(), "com3 Closed") << "nothing is sent any more";
