@@ -139,6 +139,9 @@ TEST_F(AdapterLinkTest, TellsWhatCameInsteadOfAnAnswer)
     adapter.expect("ATZ\r");
     link.open();
     EXPECT_EQ(statusInSilence(), "com3 Open - nothing received for 10 s") << "since it was opened";
+    adapter.expect("ATD\r");
+    link.close();
+    EXPECT_FALSE(timer.enabled() || silence.enabled());
 }
 
 } // namespace
