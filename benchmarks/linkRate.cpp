@@ -15,7 +15,7 @@ class Run final : private zint::AdapterLink::Listener {
 public:
     Run(const std::string& path, int count)
         : port_(gate_, [path](zint::PortNumber) { return path; }), timer_(gate_),
-          link_(port_, timer_, {}, *this), left_(count)
+          link_({port_, {}, timer_}, *this), left_(count)
     {
     }
 
@@ -47,7 +47,7 @@ private:
     }
 
     void linkReceived() override {}
-    void linkNotice(zint::PortNotice /*notice*/) override {}
+    void linkNotice(std::string_view /*text*/) override {}
     void linkTimedOut() override { fail("the adapter does not answer"); }
     void linkLost() override { fail("the adapter has gone"); }
 

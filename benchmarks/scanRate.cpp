@@ -77,15 +77,12 @@ private:
     zint::SystemClock clock_;
     NoPrompts prompts_;
     zint::PlainTextBox box_;
-    zint::Scanner scanner_{{.port = port_,
-                            .timer = timer_,
-                            .silence = silence_,
+    zint::Scanner scanner_{{.line = {port_, {}, timer_, &silence_},
                             .clock = clock_,
                             .prompts = prompts_,
                             .outBox = box_,
                             .dateText = zint::longDateText,
-                            .beep = [] {}},
-                           {}};
+                            .beep = [] {}}};
     std::string completed_;
     RateClock::time_point start_;
     double seconds_ = 0;

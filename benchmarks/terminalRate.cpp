@@ -60,7 +60,7 @@ private:
     zint::SystemClock clock_;
     NoPrompts prompts_;
     Box box_;
-    zint::Terminal terminal_{{port_, timer_, clock_, prompts_, box_}, {}};
+    zint::Terminal terminal_{{{port_, {}, timer_}, clock_, prompts_, box_}};
     int left_;
     RateClock::time_point start_;
     double seconds_ = 0;

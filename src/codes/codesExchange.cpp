@@ -43,11 +43,9 @@ std::string inLines(const std::vector<std::string>& lines)
 
 } // namespace
 
-CodesExchange::CodesExchange(const Surroundings& surroundings, const ConnectionChoice& choice)
-    : around_(surroundings), link_(around_.port, around_.timer, choice, *this),
-      databaseAvailable_(around_.descriptions.available())
+CodesExchange::CodesExchange(const Surroundings& surroundings)
+    : around_(surroundings), link_(around_.line, *this), databaseAvailable_(around_.descriptions.available())
 {
-    link_.watchSilence(around_.silence);
     panel_.statusBox = link_.status();
     if (!databaseAvailable_)
         panel_.noDescriptions = "There are no code descriptions yet: File, Set Up Code Descriptions in the "
@@ -165,11 +163,9 @@ void CodesExchange::linkTimedOut()
     changed();
 }
 
-void CodesExchange::linkNotice(PortNotice notice)
+void CodesExchange::linkNotice(std::string_view text)
 {
-    if (notice != PortNotice::unexplained)
-        return; // line errors and modem lines say nothing that a reply does not show
-    link_.reportNotice(notice);
+    link_.appendStatus(text);
     changed();
 }
 

@@ -23,16 +23,14 @@ class CodesExchange final : private AdapterLink::Listener {
 public:
     /// What the exchange asks of its surroundings; all of it outlives the exchange.
     struct Surroundings {
-        SerialPort& port;
-        Timer& timer;   ///< for the reset
-        Timer& silence; ///< for the hint that nothing arrives
+        AdapterLine line;
         const Clock& clock;
         const CodeDescriptionSource& descriptions;
         Prompts& prompts;
         ProgramValues& values; ///< failures that the user may want to report go to `lastFailureText`
     };
 
-    CodesExchange(const Surroundings& surroundings, const ConnectionChoice& choice);
+    explicit CodesExchange(const Surroundings& surroundings);
 
     void pressGetCodes();   ///< starts a read, or ends the exchange that runs
     void pressClearCodes(); ///< asks, then starts a clear; or ends the exchange that runs
@@ -72,7 +70,7 @@ private:
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
     void linkSilent() override { changed(); }
-    void linkNotice(PortNotice notice) override;
+    void linkNotice(std::string_view text) override;
     void linkTimedOut() override;
     void linkLost() override;
 

@@ -96,14 +96,11 @@ private:
     const CodesOptions& options_;
     VehicleSession session_;
     DtcDescriptionSource descriptions_{session_.values.parmDTCdb, session_.values.descriptionsFile};
-    CodesExchange exchange_{{.port = *session_.port,
-                             .timer = session_.resetTimer,
-                             .silence = session_.silence,
+    CodesExchange exchange_{{.line = session_.line(),
                              .clock = session_.clock,
                              .descriptions = descriptions_,
                              .prompts = session_.prompts,
-                             .values = session_.values},
-                            session_.connection()};
+                             .values = session_.values}};
 };
 
 } // namespace

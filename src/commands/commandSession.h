@@ -4,7 +4,7 @@
 #include "connection/connectionOptions.h"
 #include "connection/vehiclePorts.h"
 #include "launcher/launcher.h"
-#include "link/connectionChoice.h"
+#include "link/adapterLink.h"
 #include "link/portDirectory.h"
 #include "platform/qtSettingsStore.h"
 #include "platform/qtTimer.h"
@@ -141,6 +141,8 @@ struct VehicleSession : CommandSession {
         : CommandSession(options), patience(*this, timeout, std::move(complaint))
     {
     }
+
+    AdapterLine line() { return {*port, connection(), resetTimer, &silence}; }
 
     SystemClock clock;
     QtTimer resetTimer{gate};

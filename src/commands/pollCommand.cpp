@@ -190,16 +190,13 @@ private:
     VehicleSession session_;
     KeptRuns kept_{fromQt(userDataFolder()), dateText};
     QtTimer ticker_{session_.gate};
-    Poller poller_{{.port = *session_.port,
-                    .timer = session_.resetTimer,
-                    .silence = session_.silence,
+    Poller poller_{{.line = session_.line(),
                     .ticker = ticker_,
                     .clock = session_.clock,
                     .prompts = session_.prompts,
                     .values = session_.values,
                     .kept = kept_,
                     .dateText = dateText},
-                   session_.connection(),
                    design_};
     bool hasBegun_ = false;
     bool isStopped_ = false; ///< by the user

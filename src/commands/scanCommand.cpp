@@ -91,15 +91,12 @@ private:
     const ScanOptions& options_;
     VehicleSession session_;
     ScanOutput box_;
-    Scanner scanner_{{.port = *session_.port,
-                      .timer = session_.resetTimer,
-                      .silence = session_.silence,
+    Scanner scanner_{{.line = session_.line(),
                       .clock = session_.clock,
                       .prompts = session_.prompts,
                       .outBox = box_,
                       .dateText = longDateText,
-                      .beep = [] {}}, // the text tells all
-                     session_.connection()};
+                      .beep = [] {}}};
     Throttle progress_{[this] { paintProgress(); }};
 };
 

@@ -113,8 +113,7 @@ private:
     const TerminalCommandOptions& options_;
     VehicleSession session_;
     PrintedBox box_;
-    Terminal terminal_{{*session_.port, session_.resetTimer, session_.clock, session_.prompts, box_},
-                       session_.connection()};
+    Terminal terminal_{{session_.line(), session_.clock, session_.prompts, box_}};
     std::deque<std::string> commands_; ///< not sent yet
     const bool isTyped_ = isInputTerminal();
     bool isPrompted_ = false; ///< the adapter waits for a command

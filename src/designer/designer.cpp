@@ -26,11 +26,10 @@ TooManyEvents::TooManyEvents(std::size_t count)
 {
 }
 
-Designer::Designer(SerialPort& port, Timer& timer, Timer& silence, const ConnectionChoice& choice,
-                   Design& design, Prompts& prompts, FileDialogs& dialogs, ProgramValues& values,
-                   KeptDesigns& kept)
-    : check_(port, timer, silence, choice, prompts), files_(prompts, dialogs, values, kept), design_(design),
-      prompts_(prompts), values_(values), bitsPerSecond_(choice.bitsPerSecond)
+Designer::Designer(const AdapterLine& line, Design& design, Prompts& prompts, FileDialogs& dialogs,
+                   ProgramValues& values, KeptDesigns& kept)
+    : check_(line, prompts), files_(prompts, dialogs, values, kept), design_(design), prompts_(prompts),
+      values_(values), bitsPerSecond_(line.choice.bitsPerSecond)
 {
     check_.onChanged = [this] {
         panel_.statusBox = check_.status();

@@ -27,8 +27,8 @@ public:
 class Designer {
 public:
     /// All references outlive the designer.
-    Designer(SerialPort& port, Timer& timer, Timer& silence, const ConnectionChoice& choice, Design& design,
-             Prompts& prompts, FileDialogs& dialogs, ProgramValues& values, KeptDesigns& kept);
+    Designer(const AdapterLine& line, Design& design, Prompts& prompts, FileDialogs& dialogs,
+             ProgramValues& values, KeptDesigns& kept);
 
     /// Shows the design that the program holds, or the last design file when it holds none that was
     /// committed.

@@ -5,11 +5,9 @@
 
 namespace zint {
 
-SupportCheck::SupportCheck(SerialPort& port, Timer& timer, Timer& silence, const ConnectionChoice& choice,
-                           Prompts& prompts)
-    : link_(port, timer, choice, *this), prompts_(prompts)
+SupportCheck::SupportCheck(AdapterLine line, Prompts& prompts)
+    : link_(std::move(line), *this), prompts_(prompts)
 {
-    link_.watchSilence(silence);
 }
 
 void SupportCheck::begin()
@@ -47,10 +45,10 @@ void SupportCheck::linkReply(std::string_view reply)
 
 void SupportCheck::linkReceived() { onChanged(); }
 
-void SupportCheck::linkNotice(PortNotice notice)
+void SupportCheck::linkNotice(std::string_view text)
 {
     link_.setStatus({});
-    link_.reportNotice(notice);
+    link_.appendStatus(text);
     onChanged();
 }
 

@@ -13,9 +13,8 @@ namespace zint {
 /// all, for a silent vehicle must not keep the designer's port open.
 class SupportCheck final : private AdapterLink::Listener {
 public:
-    /// All references outlive the check.
-    SupportCheck(SerialPort& port, Timer& timer, Timer& silence, const ConnectionChoice& choice,
-                 Prompts& prompts);
+    /// @param prompts outlives the check
+    SupportCheck(AdapterLine line, Prompts& prompts);
 
     void begin(); ///< does nothing while the port is open
     void close(); ///< ends an exchange that is on
@@ -33,7 +32,7 @@ private:
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
     void linkSilent() override { onChanged(); }
-    void linkNotice(PortNotice notice) override;
+    void linkNotice(std::string_view text) override;
     void linkTimedOut() override;
     void linkLost() override;
 

@@ -13,42 +13,36 @@ std::int64_t lengthOf(std::string_view command) { return static_cast<std::int64_
 
 } // namespace
 
-AdapterLink::AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener,
-                         Delivery delivery)
-    : port_(port), timer_(timer), choice_(std::move(choice)), listener_(listener), delivery_(delivery),
-      buffer_(delivery == Delivery::replies)
+AdapterLink::AdapterLink(AdapterLine line, Listener& listener, Delivery delivery)
+    : line_(std::move(line)), listener_(listener), delivery_(delivery), buffer_(delivery == Delivery::replies)
 {
-    port_.onNotice = [this](PortNotice notice) { takeNotice(notice); };
-    timer_.onTick = [this] { timedOut(); };
+    line_.port.onNotice = [this](PortNotice notice) { takeNotice(notice); };
+    line_.timer.onTick = [this] { timedOut(); };
+    if (line_.silence != nullptr)
+        line_.silence->onTick = [this] { tellOfSilence(); };
     setStatus("Closed");
-}
-
-void AdapterLink::watchSilence(Timer& silence)
-{
-    silence_ = &silence;
-    silence_->onTick = [this] { tellOfSilence(); };
 }
 
 void AdapterLink::waitForAnswer(bool waits)
 {
-    if (silence_ == nullptr)
+    if (line_.silence == nullptr)
         return;
     silenceText_.clear();
-    silence_->setInterval(longSilence);
-    silence_->setEnabled(waits);
+    line_.silence->setInterval(longSilence);
+    line_.silence->setEnabled(waits);
 }
 
 void AdapterLink::tellOfSilence()
 {
     const std::string time = std::to_string(longSilence.count()) + " s";
-    silence_->setEnabled(false);
+    line_.silence->setEnabled(false);
     if (state_ != State::resetSent)
         silenceText_ = " - no reply for " + time;
     else if (heard() == Heard::nothing)
         silenceText_ = " - nothing received for " + time;
     else if (heard() == Heard::noise)
         silenceText_ = std::string(" - received, but not readable: try ") +
-                       (choice_.bitsPerSecond == 9600 ? "38400" : "9600");
+                       (line_.choice.bitsPerSecond == 9600 ? "38400" : "9600");
     else
         silenceText_ = " - no complete answer for " + time;
     listener_.linkSilent();
@@ -70,34 +64,34 @@ bool AdapterLink::open(Guard guard)
     dropsNulBytes_ = true;
     failure_.clear();
     try {
-        port_.open(choice_.port, choice_.bitsPerSecond);
+        line_.port.open(line_.choice.port, line_.choice.bitsPerSecond);
         write(resetCommand, lengthOf(resetCommand));
     } catch (const CommError& error) {
         setStatus("- Comm init error: " + std::to_string(error.number()) + ": " + error.what());
         failure_ = status_;
         waitForAnswer(false);
-        port_.close();
+        line_.port.close();
         refreshCounterLine();
         return false;
     }
     setStatus("Open");
-    timer_.setInterval(resetTimeout);
-    timer_.setEnabled(true);
+    line_.timer.setInterval(resetTimeout);
+    line_.timer.setEnabled(true);
     refreshCounterLine();
     return true;
 }
 
-std::string AdapterLink::timeoutReason() const { return choice_.silenceReason(heard()); }
+std::string AdapterLink::timeoutReason() const { return line_.choice.silenceReason(heard()); }
 
 void AdapterLink::close()
 {
-    if (!port_.isOpen())
+    if (!line_.port.isOpen())
         return;
-    timer_.setEnabled(false);
+    line_.timer.setEnabled(false);
     send("ATD");
     waitForAnswer(false);
     setStatus("Closed");
-    port_.close();
+    line_.port.close();
     refreshCounterLine();
 }
 
@@ -113,7 +107,7 @@ void AdapterLink::send(std::string_view command, std::int64_t countedBytes)
 
 void AdapterLink::write(std::string_view command, std::int64_t countedBytes)
 {
-    port_.output(std::string(command) + '\r');
+    line_.port.output(std::string(command) + '\r');
     counters_.bytesOut += countedBytes;
     waitForAnswer(true);
 }
@@ -129,14 +123,15 @@ void AdapterLink::takeNotice(PortNotice notice)
         break;
     case PortNotice::unexplained:
     default:
-        listener_.linkNotice(notice);
+        countError();
+        listener_.linkNotice(" - unhandled comm Event: " + std::to_string(static_cast<int>(notice)));
         break;
     }
 }
 
 void AdapterLink::receive()
 {
-    std::string received = port_.input();
+    std::string received = line_.port.input();
     hasReceived_ = true;
     counters_.bytesIn += std::ssize(received);
     if (dropsNulBytes_) // some adapters mix them in
@@ -162,7 +157,7 @@ void AdapterLink::handleReply(std::string_view reply)
     switch (state_) {
     case State::resetSent:
         openingAnswer_ = reply;
-        timer_.setEnabled(guard_ == Guard::exchange);
+        line_.timer.setEnabled(guard_ == Guard::exchange);
         send("ATE0");
         setStatus("Init");
         state_ = State::echoOffSent;
@@ -181,10 +176,10 @@ void AdapterLink::handleReply(std::string_view reply)
 
 void AdapterLink::lost()
 {
-    timer_.setEnabled(false);
+    line_.timer.setEnabled(false);
     waitForAnswer(false);
     countError();
-    port_.close();
+    line_.port.close();
     setStatus("- adapter disconnected");
     failure_ = status_;
     refreshCounterLine();
@@ -193,7 +188,7 @@ void AdapterLink::lost()
 
 void AdapterLink::timedOut()
 {
-    timer_.setEnabled(false);
+    line_.timer.setEnabled(false);
     countError();
     failure_ = notRespondingText;
     listener_.linkTimedOut();
@@ -201,20 +196,9 @@ void AdapterLink::timedOut()
 
 void AdapterLink::setStatus(std::string_view words)
 {
-    status_ = portName(choice_.port);
+    status_ = portName(line_.choice.port);
     if (!words.empty())
         status_ += " " + std::string(words);
-}
-
-std::string AdapterLink::noticeText(PortNotice notice)
-{
-    return " - unhandled comm Event: " + std::to_string(static_cast<int>(notice));
-}
-
-void AdapterLink::reportNotice(PortNotice notice)
-{
-    appendStatus(noticeText(notice));
-    countError();
 }
 
 } // namespace zint

@@ -14,6 +14,15 @@
 
 namespace zint {
 
+/// What a conversation with the adapter runs on. All of it outlives the link, which has the timers for
+/// itself.
+struct AdapterLine {
+    SerialPort& port;
+    ConnectionChoice choice;
+    Timer& timer;             ///< for the reset
+    Timer* silence = nullptr; ///< adds to the status when an answer is 10 s late; null: nobody wants to know
+};
+
 /// The conversation with the adapter that all tools have in common: one exchange at a time.
 ///
 /// open() resets the adapter ("ATZ") under a time-out and switches its echo off ("ATE0"); from then on each
@@ -21,7 +30,7 @@ namespace zint {
 /// close() restores the adapter's defaults ("ATD") and closes the port. The link also keeps what a tool shows
 /// of it: the status text and the counter line.
 ///
-/// Everything runs on one thread; the port and the timer outlive the link.
+/// Everything runs on one thread.
 class AdapterLink {
 public:
     static constexpr std::string_view resetCommand = "ATZ";
@@ -49,10 +58,11 @@ public:
         /// refreshed.
         virtual void linkReceived() = 0;
 
-        /// The port reports something else; a reply would show it if it mattered.
-        virtual void linkNotice(PortNotice notice) = 0;
+        /// The port reports something that it does not explain; the error is counted.
+        /// @param text what a status says of it
+        virtual void linkNotice(std::string_view text) = 0;
 
-        /// Nothing has arrived for a while; the status says so. See watchSilence().
+        /// Nothing has arrived for a while; the status says so. See AdapterLine.
         virtual void linkSilent() {}
 
         /// The reset, or what else is guarded, was not answered in time; the error is counted, the port still
@@ -74,12 +84,7 @@ public:
     };
 
     /// Does not open the port yet.
-    AdapterLink(SerialPort& port, Timer& timer, ConnectionChoice choice, Listener& listener,
-                Delivery delivery = Delivery::replies);
-
-    /// Adds to the status when nothing has arrived for 10 s though something was asked, until something
-    /// arrives. @param silence outlives the link, which has it for itself
-    void watchSilence(Timer& silence);
+    AdapterLink(AdapterLine line, Listener& listener, Delivery delivery = Delivery::replies);
 
     /// What the time-out guards: the reset's answer alone, or all answers up to close(), for an exchange that
     /// a silent vehicle must not keep open. It starts anew when the reset is answered.
@@ -96,7 +101,7 @@ public:
     /// link.
     void close();
 
-    bool isOpen() const { return port_.isOpen(); }
+    bool isOpen() const { return line_.port.isOpen(); }
 
     /// Whether the opening is over, and the adapter takes what the tool sends.
     bool isReady() const { return isOpen() && state_ == State::ready; }
@@ -130,12 +135,6 @@ public:
     /// What the status tells of silence now, such as " - no reply for 10 s"; empty when there is none.
     const std::string& silence() const { return silenceText_; }
 
-    /// What a status says of a notice of the port.
-    static std::string noticeText(PortNotice notice);
-
-    /// Adds a notice of the port to the status, and counts it as an error.
-    void reportNotice(PortNotice notice);
-
     void countError() { ++counters_.errors; }
     void clearCounters() { counters_ = {}; }
     const LinkCounters& counters() const { return counters_; }
@@ -160,11 +159,8 @@ private:
     Heard heard() const;
     void tellOfSilence();
 
-    SerialPort& port_;
-    Timer& timer_;
-    ConnectionChoice choice_;
+    AdapterLine line_;
     Listener& listener_;
-    Timer* silence_ = nullptr; ///< null: nobody wants to know
     std::string silenceText_;
     State state_ = State::resetSent;
     Guard guard_ = Guard::reset;

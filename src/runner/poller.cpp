@@ -14,18 +14,17 @@ constexpr std::chrono::milliseconds tickInterval{500};
 
 } // namespace
 
-Poller::Poller(Surroundings surroundings, const ConnectionChoice& choice, const Design& design)
-    : around_(std::move(surroundings)), design_(design), link_(around_.port, around_.timer, choice, *this),
+Poller::Poller(Surroundings surroundings, const Design& design)
+    : around_(std::move(surroundings)), design_(design), link_(around_.line, *this),
       samples_(around_.mostRecords), files_({around_.prompts, around_.values, around_.kept, around_.dateText,
                                              [this](const std::string& status) {
                                                  panel_.statusBox = status;
                                                  changed();
                                              }}),
-      pace_(design, choice.bitsPerSecond)
+      pace_(design, around_.line.choice.bitsPerSecond)
 {
     around_.ticker.onTick = [this] { tick(); };
     around_.ticker.setInterval(tickInterval);
-    link_.watchSilence(around_.silence);
     panel_.titleLab = summaryOf(design_);
     for (const DesignEntry& event : design_.events)
         panel_.obdGrid.push_back({.description = event.description});

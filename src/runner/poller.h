@@ -30,10 +30,8 @@ class Poller final : private AdapterLink::Listener {
 public:
     /// What the poller asks of its surroundings; all of it outlives the poller.
     struct Surroundings {
-        SerialPort& port;
-        Timer& timer;   ///< guards the reset
-        Timer& silence; ///< for the hint that nothing arrives
-        Timer& ticker;  ///< ticks while a run is on: hands samples to the system, shows progress
+        AdapterLine line;
+        Timer& ticker; ///< ticks while a run is on: hands samples to the system, shows progress
         const Clock& clock;
         Prompts& prompts;
         ProgramValues& values;
@@ -43,7 +41,7 @@ public:
     };
 
     /// @param design outlives the poller and stays as it is
-    Poller(Surroundings surroundings, const ConnectionChoice& choice, const Design& design);
+    Poller(Surroundings surroundings, const Design& design);
 
     void load();   ///< the window opens
     void unload(); ///< the window goes away: closes the port; an unsaved run stays kept
@@ -102,7 +100,7 @@ private:
     void linkReady() override;
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
-    void linkNotice(PortNotice notice) override;
+    void linkNotice(std::string_view text) override;
     void linkSilent() override;
     void linkTimedOut() override;
     void linkLost() override;

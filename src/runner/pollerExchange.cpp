@@ -117,10 +117,9 @@ void Poller::linkReceived()
         stop(completedStatus(), Phase::complete);
 }
 
-void Poller::linkNotice(PortNotice notice)
+void Poller::linkNotice(std::string_view text)
 {
-    panel_.statusBox += AdapterLink::noticeText(notice);
-    link_.countError();
+    panel_.statusBox += text;
     changed();
 }
 

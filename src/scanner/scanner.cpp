@@ -46,10 +46,8 @@ CheckedBox checked(Scanner::Box box, const std::string& text)
 
 } // namespace
 
-Scanner::Scanner(Surroundings surroundings, const ConnectionChoice& choice)
-    : around_(std::move(surroundings)), link_(around_.port, around_.timer, choice, *this)
+Scanner::Scanner(Surroundings surroundings) : around_(std::move(surroundings)), link_(around_.line, *this)
 {
-    link_.watchSilence(around_.silence);
     clearOutput();
 }
 
@@ -297,12 +295,9 @@ void Scanner::linkReceived()
 }
 
 /// A reply would show the others if they mattered.
-void Scanner::linkNotice(PortNotice notice)
+void Scanner::linkNotice(std::string_view text)
 {
-    if (notice != PortNotice::unexplained)
-        return;
-    link_.countError();
-    panel_.statusBox += AdapterLink::noticeText(notice);
+    panel_.statusBox += text;
     changed();
 }
 

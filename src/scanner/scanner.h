@@ -24,9 +24,7 @@ class Scanner final : private AdapterLink::Listener {
 public:
     /// What the scanner asks of its surroundings; all of it outlives the scanner.
     struct Surroundings {
-        SerialPort& port;
-        Timer& timer;   ///< for the reset
-        Timer& silence; ///< for the hint that nothing arrives
+        AdapterLine line;
         const Clock& clock;
         Prompts& prompts;
         OutputBox& outBox;
@@ -34,7 +32,7 @@ public:
         std::function<void()> beep;
     };
 
-    Scanner(Surroundings surroundings, const ConnectionChoice& choice);
+    explicit Scanner(Surroundings surroundings);
 
     void unload(); ///< the window goes away: ends the scan
 
@@ -105,7 +103,7 @@ private:
     void linkReply(std::string_view reply) override;
     void linkReceived() override;
     void linkSilent() override;
-    void linkNotice(PortNotice notice) override;
+    void linkNotice(std::string_view text) override;
     void linkTimedOut() override;
     void linkLost() override;
 

@@ -35,9 +35,9 @@ void dropLeadingLineEnds(std::string& received)
 
 } // namespace
 
-Terminal::Terminal(const Surroundings& surroundings, const ConnectionChoice& choice)
-    : around_(surroundings), link_(around_.port, around_.timer, choice, *this, AdapterLink::Delivery::groups),
-      portName_(portName(choice.port)),
+Terminal::Terminal(const Surroundings& surroundings)
+    : around_(surroundings), link_(around_.line, *this, AdapterLink::Delivery::groups),
+      portName_(portName(around_.line.choice.port)),
       binary_({.show = [this](const std::string& text) { output_ += text; },
                .store = [this](const std::string& reply) { keep(cmdEcho_ + reply); },
                .prompted =
@@ -248,12 +248,9 @@ void Terminal::showOutput(const std::string& output)
 }
 
 /// Of what else the port reports, a reply would show what matters.
-void Terminal::linkNotice(PortNotice notice)
+void Terminal::linkNotice(std::string_view text)
 {
-    if (notice != PortNotice::unexplained)
-        return;
-    panel_.statusBox += AdapterLink::noticeText(notice);
-    link_.countError();
+    panel_.statusBox += text;
     changed();
 }
 

@@ -24,14 +24,13 @@ class Terminal final : private AdapterLink::Listener {
 public:
     /// What the terminal asks of its surroundings; all of it outlives the terminal.
     struct Surroundings {
-        SerialPort& port;
-        Timer& timer;
+        AdapterLine line;
         const Clock& clock;
         Prompts& prompts;
         OutputBox& outBox;
     };
 
-    Terminal(const Surroundings& surroundings, const ConnectionChoice& choice);
+    explicit Terminal(const Surroundings& surroundings);
 
     void unload(); ///< the window goes away: closes the port
 
@@ -76,7 +75,7 @@ private:
     void linkReady() override;
     void linkReply(std::string_view group) override;
     void linkReceived() override;
-    void linkNotice(PortNotice notice) override;
+    void linkNotice(std::string_view text) override;
     void linkTimedOut() override;
     void linkLost() override;
 

@@ -29,7 +29,7 @@ struct CodesExchangeTest : testing::Test {
     DtcDescriptionSource descriptions = (TemporaryFolder::write(text, ""), DtcDescriptionSource({}, text));
     ScriptedPrompts prompts;
     ProgramValues values;
-    CodesExchange exchange{{adapter, timer, silence, clock, descriptions, prompts, values}, {}};
+    CodesExchange exchange{{{adapter, {}, timer, &silence}, clock, descriptions, prompts, values}};
     const CodesPanel& panel = exchange.panel();
 
     void press(Kind kind)

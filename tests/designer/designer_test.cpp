@@ -28,7 +28,7 @@ struct DesignerTest : testing::Test {
     DesignerTest()
     {
         loadDefaultDesign(design);
-        designer.emplace(adapter, timer, silence, ConnectionChoice{}, design, prompts, dialogs, values, kept);
+        designer.emplace(AdapterLine{adapter, {}, timer, &silence}, design, prompts, dialogs, values, kept);
         designer->load();
     }
 

@@ -14,7 +14,7 @@ struct Tool final : AdapterLink::Listener {
     void linkReady() override { told.emplace_back("ready"); }
     void linkReply(std::string_view reply) override { told.emplace_back(reply); }
     void linkReceived() override {}
-    void linkNotice(PortNotice /*notice*/) override { told.emplace_back("notice"); }
+    void linkNotice(std::string_view text) override { told.emplace_back(text); }
     void linkTimedOut() override { told.emplace_back("timed out"); }
     void linkLost() override { told.emplace_back("lost"); }
 };
@@ -23,8 +23,7 @@ struct AdapterLinkTest : testing::Test {
     ScriptedAdapter adapter;
     ManualTimer timer, silence;
     Tool tool;
-    AdapterLink link{
-        adapter, timer, {.port = PortNumber{3}, .bitsPerSecond = 38400, .device = "/dev/rfcomm0"}, tool};
+    AdapterLink link{{adapter, {PortNumber{3}, 38400, "/dev/rfcomm0"}, timer, &silence}, tool};
 
     void openAndGetReady()
     {
@@ -116,7 +115,6 @@ TEST_F(AdapterLinkTest, TellsOnceOfATimeOutAndOfALostDevice)
 
 TEST_F(AdapterLinkTest, TellsWhatCameInsteadOfAnAnswer)
 {
-    link.watchSilence(silence);
     adapter.expect("ATZ\r").answer("ATZ\r");
     link.open();
     EXPECT_EQ(statusInSilence(), "com3 Open - nothing received for 10 s");

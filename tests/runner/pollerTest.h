@@ -41,9 +41,10 @@ struct PollerTest : testing::Test {
                     std::size_t mostRecords = SampleStore::mostRecords)
     {
         design = designOf(events);
-        poller.emplace(Poller::Surroundings{adapter, timer, silence, ticker, clock, prompts, values, kept,
-                                            dateText, mostRecords},
-                       ConnectionChoice(), design);
+        poller.emplace(
+            Poller::Surroundings{
+                {adapter, {}, timer, &silence}, ticker, clock, prompts, values, kept, dateText, mostRecords},
+            design);
         poller->load();
     }
 

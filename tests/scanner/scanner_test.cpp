@@ -17,9 +17,12 @@ struct ScannerTest : testing::Test {
     TextBox box;
     std::string steps; ///< the status at each change, once
     int beeps = 0;
-    Scanner scanner{{adapter, timer, silence, clock, prompts, box, [](auto) { return std::string("today"); },
-                     [this] { ++beeps; }},
-                    {.port = PortNumber{2}}};
+    Scanner scanner{{{adapter, {.port = PortNumber{2}}, timer, &silence},
+                     clock,
+                     prompts,
+                     box,
+                     [](auto) { return std::string("today"); },
+                     [this] { ++beeps; }}};
 
     ScannerTest()
     {

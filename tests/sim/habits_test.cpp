@@ -19,10 +19,11 @@ namespace {
 
 /// A vehicle behind an adapter with habits, and what a tool asks of its surroundings.
 struct Rig {
-    ManualTimer portTimer, timer, ticker, silence;
+    ManualTimer portTimer, timer, ticker;
     ManualClock clock;
     Vehicle vehicle;
     SimulatedPort port;
+    AdapterLine line{port, {}, timer};
     ScriptedPrompts prompts;
     ProgramValues values;
     TemporaryFolder folder;
@@ -47,7 +48,7 @@ struct Rig {
 std::string codes(Rig& rig)
 {
     const DtcDescriptionSource none({}, {});
-    CodesExchange exchange({rig.port, rig.timer, rig.silence, rig.clock, none, rig.prompts, rig.values}, {});
+    CodesExchange exchange({rig.line, rig.clock, none, rig.prompts, rig.values});
     exchange.pressGetCodes();
     rig.play();
     const std::string& list = exchange.panel().codesOutput; // on CAN it ends in what follows the codes
@@ -60,9 +61,9 @@ std::string poll(Rig& rig)
 {
     const Design design{.events = {{.code = "011C", .frequency = 1}, {.code = "0133", .frequency = 1}}};
     KeptRuns kept{rig.folder.path(), [](auto) { return "today"; }};
-    Poller poller({rig.port, rig.timer, rig.silence, rig.ticker, rig.clock, rig.prompts, rig.values, kept,
-                   [](auto) { return "today"; }},
-                  {}, design);
+    Poller poller(
+        {rig.line, rig.ticker, rig.clock, rig.prompts, rig.values, kept, [](auto) { return "today"; }},
+        design);
     poller.load();
     poller.setMaxLoops("3");
     poller.resetValues();
@@ -78,9 +79,8 @@ std::string poll(Rig& rig)
 std::string scan(Rig& rig)
 {
     TextBox box;
-    Scanner scanner({rig.port, rig.timer, rig.silence, rig.clock, rig.prompts, box,
-                     [](auto) { return std::string("today"); }, [] {}},
-                    {});
+    Scanner scanner(
+        {rig.line, rig.clock, rig.prompts, box, [](auto) { return std::string("today"); }, [] {}});
     scanner.type(&ScanParameters::pidStop, "3");
     scanner.pressScan();
     rig.play();

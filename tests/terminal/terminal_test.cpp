@@ -15,7 +15,7 @@ struct TerminalTest : testing::Test {
     ManualClock clock;
     ScriptedPrompts prompts;
     TextBox box;
-    Terminal terminal{{adapter, timer, clock, prompts, box}, {.port = PortNumber{3}}};
+    Terminal terminal{{{adapter, {.port = PortNumber{3}}, timer}, clock, prompts, box}};
 
     void getReady(OutputMode mode = OutputMode::append)
     {

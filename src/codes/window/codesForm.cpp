@@ -38,14 +38,11 @@ codesForm::codesForm(ToolContext& context)
     : toolForm(context, "docchken2"), ui(std::make_unique<Ui::codesForm>()),
       MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()), silence_(gate()),
       descriptions_(context.values.parmDTCdb, context.values.descriptionsFile),
-      exchange_({.port = *MSComm1,
-                 .timer = Timer1,
-                 .silence = silence_,
+      exchange_({.line = {*MSComm1, context.shell.connection(), Timer1, &silence_},
                  .clock = clock_,
                  .descriptions = descriptions_,
                  .prompts = prompts(),
-                 .values = context.values},
-                context.shell.connection())
+                 .values = context.values})
 {
     ui->setupUi(this);
     setUpList();

@@ -24,7 +24,7 @@ pollSetup2::pollSetup2(ToolContext& context)
     : toolForm(context, "docpldsn2"), ui(std::make_unique<Ui::pollSetup2>()),
       MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()), silence_(gate()),
       CommonDialog1(*this), kept_(context.userDataFolder, dateText),
-      designer_(*MSComm1, Timer1, silence_, context.shell.connection(), context.design, prompts(),
+      designer_({*MSComm1, context.shell.connection(), Timer1, &silence_}, context.design, prompts(),
                 CommonDialog1, context.values, kept_),
       grid_(std::make_unique<GridModel>(designer_,
                                         [this](const GridModel::Edit& edit) { return enterEdit(edit); }))

@@ -17,7 +17,7 @@
 namespace zint {
 namespace {
 
-constexpr const char* settingsSection = "Poll Data"; // of the settings
+constexpr const char* settingsSection = "Poll Data";
 
 } // namespace
 
@@ -25,16 +25,14 @@ obdPollForm::obdPollForm(ToolContext& context)
     : toolForm(context, "docpldat2"), ui(std::make_unique<Ui::obdPollForm>()),
       MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()), silence_(gate()),
       ticker_(gate()), CommonDialog1(*this), kept_(context.userDataFolder, dateText),
-      poller_({.port = *MSComm1,
-               .timer = Timer1,
-               .silence = silence_,
+      poller_({.line = {*MSComm1, context.shell.connection(), Timer1, &silence_},
                .ticker = ticker_,
                .clock = clock_,
                .prompts = prompts(),
                .values = context.values,
                .kept = kept_,
                .dateText = dateText},
-              context.shell.connection(), context.design),
+              context.design),
       grid_(std::make_unique<PollGridModel>())
 {
     ui->setupUi(this);

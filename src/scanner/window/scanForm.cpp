@@ -18,15 +18,12 @@ namespace zint {
 scanForm::scanForm(ToolContext& context)
     : outputForm(context, "docscan2"), ui(makeUi()),
       MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()), silence_(gate()),
-      scanner_({.port = *MSComm1,
-                .timer = Timer1,
-                .silence = silence_,
+      scanner_({.line = {*MSComm1, context.shell.connection(), Timer1, &silence_},
                 .clock = clock_,
                 .prompts = prompts(),
                 .outBox = *ui->outBox,
                 .dateText = longDateText,
-                .beep = &QApplication::beep},
-               context.shell.connection()),
+                .beep = &QApplication::beep}),
       boxes_{{
           {ui->cmdHead, &ScanParameters::cmdHead},
           {ui->modeStart, &ScanParameters::modeStart},

@@ -11,9 +11,10 @@ namespace zint {
 debuggerForm::debuggerForm(ToolContext& context)
     : outputForm(context, "docexplr2"), ui(makeUi()),
       MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()),
-      terminal_(
-          {.port = *MSComm1, .timer = Timer1, .clock = clock_, .prompts = prompts(), .outBox = *ui->outBox},
-          context.shell.connection()),
+      terminal_({.line = {*MSComm1, context.shell.connection(), Timer1},
+                 .clock = clock_,
+                 .prompts = prompts(),
+                 .outBox = *ui->outBox}),
       commands_(context.settings),
       statsThrottle_([this] { display(*ui->labelStats, {.caption = terminal_.panel().labelStats}); })
 {
