@@ -11,7 +11,8 @@ using CodesFormTest = FormTest;
 TEST_F(CodesFormTest, ReadsAndClearsByKeysAndShowsTheCodesOfCanFirst)
 {
     open<codesForm>(context);
-    EXPECT_TRUE(textOf("noDescriptions").contains(u"Set Up Code Descriptions"));
+    const auto* warning = control<QLabel>("canWarning");
+    EXPECT_TRUE(textOf("noDescriptions").contains(u"Set Up Code Descriptions") && !warning->isVisible());
     adapter->expectOpening();
     adapter->expect("0101\r").answer("41 01 81 07 65 04 \r\r>");
     adapter->expect("03\r").answer("43 01 04 20 \r\r>");
@@ -20,7 +21,6 @@ TEST_F(CodesFormTest, ReadsAndClearsByKeysAndShowsTheCodesOfCanFirst)
     press("Alt+G");
     adapter->play();
     EXPECT_EQ(enabled("getCodes clearCodes mnuSaveReport"), "getCodes clearCodes mnuSaveReport");
-    const auto* warning = control<QLabel>("canWarning");
     EXPECT_TRUE(warning->font().bold() && warning->y() < control("codesOutput")->y());
     control("codesScroll")->actions().constFirst()->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), warning->text() + QStringLiteral("\nP0104\nP20\n\n\n"));

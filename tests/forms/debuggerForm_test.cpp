@@ -96,6 +96,7 @@ TEST_F(DebuggerFormTest, TheArrowsBringBackTypedCommandsAlsoOfEarlierRuns)
 TEST_F(DebuggerFormTest, SavesAndTellsWhyNotAndShowsTheCounters)
 {
     outBox->replace("41 C\r\nNO DATA");
+    EXPECT_TRUE(waitUntil([&] { return outBox->blockCount() == 2; })) << "it is shown after a while";
     values.parmOutput = folder.path("out.txt");
     values.parmOutputFile = "out.txt";
     values.parmInitDir = folder.path();

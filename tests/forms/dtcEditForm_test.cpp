@@ -44,9 +44,9 @@ TEST_F(DtcEditFormTest, EnablesWhatCanBeDone)
               "3 DTC('s) add, 1 skip, 0dup, 4 total|Current DTC Record (3 Record(s) Total)");
     EXPECT_EQ(messageBy("skippedLines"), "Line 4: \"none\" is no code\n");
     EXPECT_TRUE(isShownAsText());
+    type("DTCsearchCode", "P0301");
     expectAfterEach("DTCadd " + boxes + " DTCsave DTCcancel", seen);
     EXPECT_FALSE(isShownAsText());
-    type("DTCsearchCode", "P0301");
     expectAfterEach("DTCcancel " + ready + " skippedLines / DTCdel " + ready +
                         " undoDelete skippedLines / DTCcontrol " + closed,
                     seen);

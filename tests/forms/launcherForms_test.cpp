@@ -35,8 +35,9 @@ TEST_F(StartFormTest, TellsWhatThePortStandsForAndTakesAChoice)
     start->showAgain();
     EXPECT_EQ(shown("comPort comSpeed"), "com3|38400");
     chooseAgain(*port); // for good
+    chooseAgain(*control<QComboBox>("comSpeed"));
     launcher->unload();
-    EXPECT_EQ(settings.get("Startup", "comPort") + settings.get("Startup", "comSpeed"), "20");
+    EXPECT_EQ(settings.get("Startup", "comPort") + settings.get("Startup", "comSpeed"), "21");
 }
 
 TEST_F(StartFormTest, ButtonsAndMenusDoTheirWork)
