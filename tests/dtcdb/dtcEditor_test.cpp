@@ -160,7 +160,8 @@ TEST_F(DtcEditorTest, MovesInOrderAndFindsCodesAndWords)
     EXPECT_EQ(find("fire  ran", 0), "P0300|Find Words\n1 description(s) found:\nP0300 Random MISFIRE");
     EXPECT_EQ(find("misfire", {}), "P0300|Find Words\n2 description(s) found:\nP0300 Random MISFIRE\n"
                                    "p0301 Cylinder 1 misfire");
-    EXPECT_EQ(find("0% of_a", 0).substr(0, 6), "P0310|") << "no patterns";
+    EXPECT_TRUE(find("0%", 0).starts_with("P0310|")) << "no patterns";
+    EXPECT_TRUE(find("of_a", 0).starts_with("P0310|"));
     find("x' OR", {});
     EXPECT_EQ(shown(), "P0310|No description holds \"x' OR\"");
     prompts.typed = " ";
@@ -218,6 +219,7 @@ TEST_F(DtcEditorTest, SeesWhatAnotherProgramDoesToTheRecord)
     other->add({"P0302", "in its place", ""});
     ASSERT_EQ(other->first()->key, key) << "the table gives it once more";
     play("delete P0302|The record is gone, this is the next one");
+    EXPECT_FALSE(panel.canUndoDelete) << "another program has deleted it";
     other->remove(*other->first());
     play("edit |The record is gone, this is the next one");
 }
@@ -234,7 +236,9 @@ TEST_F(DtcEditorTest, DeletesAndBringsBackUntilTheNextChange)
     DtcDatabase::open(values.parmDTCdb)->add({"P0302", "of another program", ""});
     play("undo P0302|Duplicate DTC code found");
     EXPECT_TRUE(panel.canUndoDelete);
-    play("edit P0302|/ save P0302|DTC saved");
+    play("edit P0302|");
+    EXPECT_EQ(enabled(), "save ");
+    play("save P0302|DTC saved");
     EXPECT_FALSE(panel.canUndoDelete);
     play("delete P0300|DTC deleted/ delete |DTC deleted");
     EXPECT_EQ(enabled(), "control add undo import export ");

@@ -66,7 +66,7 @@ TEST(DtcTextTest, JoinsALine)
         {odd, {.delimNotes = true}, "P0133,two  lines,5\" hose"},
         {odd, {.fields = Fields::csv}, "P0133,\"two\r\nlines\",\"5\"\" hose\""},
         {bare, {.fields = Fields::csv}, "P0133,a,\" \""},
-        {{"P0133", "a;b", "c "}, {.fields = Fields::csv}, "P0133,\"a;b\",\"c \""},
+        {{"P0133 ", "a;b", " c"}, {.fields = Fields::csv}, "\"P0133 \",\"a;b\",\" c\""},
         {bare, {.fields = Fields::csv, .noNotes = true}, "P0133,a"}};
     for (const auto& [joined, options, line] : rows)
         EXPECT_EQ(dtcLine(joined, options), line);
