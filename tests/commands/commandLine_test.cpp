@@ -7,6 +7,7 @@
 #include "commands/scanCommand.h"
 #include "commands/terminalCommand.h"
 #include "commands/usageError.h"
+#include "support/failure.h"
 
 #include <gtest/gtest.h>
 
@@ -35,15 +36,10 @@ Options taken(const std::string& words)
     return options;
 }
 
-/// Why a command line is refused; empty when it is not.
+/// Why a command line is refused.
 std::string refusal(const std::string& words)
 {
-    try {
-        CommandLine().parse(split(words));
-        return {};
-    } catch (const UsageError& error) {
-        return error.what();
-    }
+    return failureOf<UsageError>([&] { CommandLine().parse(split(words)); });
 }
 
 TEST(CommandLineTest, TellsCommandsFromWindows)
@@ -109,7 +105,8 @@ TEST(CommandLineTest, TakesTheParametersOfAScan)
     const auto output = taken<ScanOptions>("scan --show nonzero --decimal --names");
     EXPECT_TRUE(output.decimal && output.names && !output.ascii);
     EXPECT_EQ(output.filter, ScanFilter::validNonZero);
-    EXPECT_EQ(refusal("scan --mode 3-5") + refusal("scan --mode 3-5 --header 6810F1 --allow-clear"), "");
+    for (const char* words : {"scan --mode 3-5", "scan --mode 3-5 --header 6810F1 --allow-clear"})
+        EXPECT_EQ(refusal(words), "no failure") << words;
     EXPECT_EQ(refusal("scan --mode 3-5 --header 6810F1").find(erasesDataText), 0U);
     EXPECT_EQ(refusal("scan --mode 1-"), "--mode 1-: Mode must be 1 or 2 hex digits");
 }
@@ -123,7 +120,7 @@ TEST(CommandLineTest, RefusesWhatIsWrong)
                "poll a.obc --log=|poll a.obc --log a.txt --export ./a.txt|poll a.obc --log a.obc|"
                "export a.log a.log|scan --mode 5-0|dtc|dtc lookup|dtc export a.txt --tab --comma",
                '|'))
-        EXPECT_NE(refusal(words), "") << words;
+        EXPECT_NE(refusal(words), "no failure") << words;
     EXPECT_EQ(refusal("poll a b"), "wrong words after \"poll\"; the command is: zint-obd poll DESIGN.obc");
     EXPECT_EQ(refusal("codes --comma"), "--comma goes with the command dtc import or dtc export");
     EXPECT_EQ(refusal("dtc find P0301"), "unknown command \"dtc find P0301\"; there are: dtc setup, dtc "

@@ -69,6 +69,14 @@ TEST_F(QtSerialPortTest, CarriesTextBothWaysAndNotificationsWaitForTheHandlerTha
     terminal->write("D\r>");
     EXPECT_TRUE(waitUntil([&] { return notices.size() == 3; }));
     EXPECT_EQ(received, "41 0C \r>A\rD\r>") << "nothing of what had come before";
+    port.onNotice = [&](PortNotice) {
+        received = port.input();
+        if (received == "E\r>")
+            terminal->write("F\r>");
+        QTest::qWait(30); // as under a message box, which the notification opens
+    };
+    terminal->write("E\r>");
+    EXPECT_TRUE(waitUntil([&] { return received == "F\r>"; }));
 }
 
 TEST_F(QtSerialPortTest, ClosingWaitsForTheAnswersToWhatWasWritten)

@@ -113,10 +113,17 @@ TEST(SimulatedAdapterTest, TakesItsTime)
     bench.ask("ATZ");
     EXPECT_EQ(bench.ask("ATDPN"), "ATDPN\r3\r\r>") << "a chosen protocol outlives a reset";
 
-    Bench line({.bitsPerSecond = 9600});
-    line.ask("ATE0");
-    line.ask("010C");
-    EXPECT_NEAR(static_cast<double>(line.elapsed.count()), 20 * 1e7 / 9600, 20) << "20 characters of 10 bits";
+    const std::pair<AdapterOptions, double> rows[] = {
+        {{.bitsPerSecond = 9600}, 20 * 1e7 / 9600},   // 20 characters of 10 bits
+        {{.pieceLength = 4, .pieceGap = 20ms}, 60e3}, // 15 of which come
+        {{.promptDelay = 150ms}, 150e3},
+    };
+    for (const auto& [options, microseconds] : rows) {
+        Bench paced(options);
+        paced.ask("ATE0");
+        paced.ask("010C");
+        EXPECT_NEAR(static_cast<double>(paced.elapsed.count()), microseconds, 20);
+    }
 }
 
 TEST(VehicleTest, SupportsExactlyWhatItSays)
