@@ -9,8 +9,8 @@
 
 namespace zint {
 
-/// What a port reports, by the numbers that drivers give it. They report others, too: line errors, breaks,
-/// modem lines.
+/// What a port reports, by the numbers that drivers give it. Line errors, breaks and modem lines have
+/// numbers, too, but no port reports them: what matters of them shows in the replies.
 enum class PortNotice : int {
     deviceGone = -1, ///< the device behind the open port has vanished
     unexplained = 0, ///< something that the driver does not explain

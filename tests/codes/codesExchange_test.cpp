@@ -98,8 +98,6 @@ TEST_F(CodesExchangeTest, TellsOfSilenceAndOfAnEventThatTheDriverDoesNotExplain)
     silence.tick();
     EXPECT_EQ(panel.statusBox, "com1 Reading Data - no reply for 10 s");
     adapter.receive("41 01 80 07 65 04");
-    adapter.sendNotice(PortNotice{1006}); // a line event
-    EXPECT_EQ(panel.statusBox, "com1 Reading Data");
     adapter.sendNotice(PortNotice::unexplained);
     EXPECT_EQ(panel.statusBox, "com1 Reading Data - unhandled comm Event: 0");
     adapter.expect("ATD\r");

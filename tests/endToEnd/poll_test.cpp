@@ -23,7 +23,7 @@ TEST_F(DesignerEndToEnd, AsksWhatTheVehicleSupports)
     device = simulator.path();
     loadDefaultDesign(design);
     form = new pollSetup2(context);
-    trigger("mnuVerifyObd");
+    click("mnuVerifyObd");
     EXPECT_TRUE(waitFor([this] {
         return textOf("statusBox") == u"com1 Closed - 9 of 22 events disabled. This is a hint: see Help.";
     })) << textOf("statusBox").toStdString();

@@ -116,7 +116,6 @@ protected:
         else
             control<QAbstractButton>(name)->click();
     }
-    void trigger(const char* action) { click(action); }
 
     /// Types into a box, over what it holds.
     void type(const char* name, const std::string& text)

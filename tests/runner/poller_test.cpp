@@ -184,10 +184,10 @@ TEST_F(PollerTest, TellsBehindTheStatusWhatTheRepliesMean)
     wait(0);
     EXPECT_EQ(panel().hint, " - No data from the vehicle (BUS INIT: ...ERROR): ignition on?");
     EXPECT_EQ(poller->noDataCount(), 13);
-    adapter.sendNotice(PortNotice{1006});
+    adapter.sendNotice(PortNotice::unexplained);
     wait(10);
     EXPECT_EQ(panel().statusBox + panel().hint,
-              "com1 Polling - unhandled comm Event: 1006 - no reply for 10 s");
+              "com1 Polling - unhandled comm Event: 0 - no reply for 10 s");
     pressStop();
     EXPECT_EQ(panel().statusBox + panel().hint, "com1 Polling Completed ");
 }

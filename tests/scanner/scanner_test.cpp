@@ -156,7 +156,6 @@ TEST_F(ScannerTest, CanBeStoppedAtAnyTime)
     adapter.receive("ATZ\r");
     EXPECT_EQ(status(), "com2 Opening...");
     adapter.sendNotice(PortNotice::unexplained);
-    adapter.sendNotice(PortNotice{1});
     EXPECT_EQ(status(), "com2 Opening... - unhandled comm Event: 0");
     adapter.sendNotice(PortNotice::deviceGone);
     EXPECT_EQ(face(),
