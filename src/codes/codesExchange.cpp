@@ -43,8 +43,8 @@ std::string inLines(const std::vector<std::string>& lines)
 
 } // namespace
 
-CodesExchange::CodesExchange(const Surroundings& surroundings)
-    : around_(surroundings), link_(around_.line, *this), databaseAvailable_(around_.descriptions.available())
+CodesExchange::CodesExchange(Surroundings surroundings)
+    : around_(std::move(surroundings)), link_(around_.line, *this), databaseAvailable_(around_.descriptions.available())
 {
     panel_.statusBox = link_.status();
     if (!databaseAvailable_)

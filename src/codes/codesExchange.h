@@ -30,7 +30,7 @@ public:
         ProgramValues& values; ///< failures that the user may want to report go to `lastFailureText`
     };
 
-    explicit CodesExchange(const Surroundings& surroundings);
+    explicit CodesExchange(Surroundings surroundings);
 
     void pressGetCodes();   ///< starts a read, or ends the exchange that runs
     void pressClearCodes(); ///< asks, then starts a clear; or ends the exchange that runs

@@ -35,8 +35,8 @@ void dropLeadingLineEnds(std::string& received)
 
 } // namespace
 
-Terminal::Terminal(const Surroundings& surroundings)
-    : around_(surroundings), link_(around_.line, *this, AdapterLink::Delivery::groups),
+Terminal::Terminal(Surroundings surroundings)
+    : around_(std::move(surroundings)), link_(around_.line, *this, AdapterLink::Delivery::groups),
       portName_(portName(around_.line.choice.port)),
       binary_({.show = [this](const std::string& text) { output_ += text; },
                .store = [this](const std::string& reply) { keep(cmdEcho_ + reply); },

@@ -30,7 +30,7 @@ public:
         OutputBox& outBox;
     };
 
-    explicit Terminal(const Surroundings& surroundings);
+    explicit Terminal(Surroundings surroundings);
 
     void unload(); ///< the window goes away: closes the port
 

@@ -128,12 +128,12 @@ TEST(CodesReportTest, TellsWhatWasReadAndIsSavedUnderItsDate)
     const TemporaryFolder folder;
     ScriptedDialogs dialogs;
     ProgramValues values;
-    CodesReading reading{.isLit = true, .reportedCodes = 5, .listing = {"P0133 slow", "P20\r"}};
-    reading.notes = otherUnitNotes("41 01 85 07 65 04 \r41 01 82 04 00 00 \r\r>");
-    noteUnlisted(reading.notes, 0);
-    noteUnlisted(reading.notes, 3);
-    reading.canWarning = canWarning({{{"P0420 worn"}, 2}, {{}, 0}});
-    const auto save = [&] { return saveReport(dialogs, values, reading, [](auto) { return "Monday"; }); };
+    CodesReading found{.isLit = true, .reportedCodes = 5, .listing = {"P0133 slow", "P20\r"}};
+    found.notes = otherUnitNotes("41 01 85 07 65 04 \r41 01 82 04 00 00 \r\r>");
+    noteUnlisted(found.notes, 0);
+    noteUnlisted(found.notes, 3);
+    found.canWarning = canWarning({{{"P0420 worn"}, 2}, {{}, 0}});
+    const auto save = [&] { return saveReport(dialogs, values, found, [](auto) { return "Monday"; }); };
     EXPECT_EQ(save(), "") << "cancelled";
     dialogs.chosen = folder.path("no folder/a.txt");
     EXPECT_THROW(save(), FileError);
