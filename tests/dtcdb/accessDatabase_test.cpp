@@ -57,26 +57,20 @@ TEST_F(AccessDatabaseTest, SaysWhyAFileIsNotTaken)
     const std::string damaged = "the file is damaged or encrypted";
     constexpr std::size_t page = 2048;
     constexpr std::size_t maps = 3 * page; // the page maps of the tables
-    const std::size_t firstMap = maps + static_cast<unsigned char>(sound[maps + 10]) +
-                                 256 * static_cast<unsigned char>(sound[maps + 11]);
     const std::pair<std::string, std::string> rows[] = {
         {"", "this is no database of the Access engine"},
-        {"SQLite format 3", "this is no database of the Access engine"},
         {patched(sound.find("dtcSET"), "dtcSEX"), "it has no table \"DTCset\""},
         {patched(sound.find("NOTES"), "NOTED"), "its table \"DTCset\" has no text field \"Notes\""},
         {patched(0x14, "\x42"), "it was made by a newer Access engine"},
-        {sound.substr(0, 20), damaged},
         {sound.substr(0, 5 * page), damaged},
         {sound.substr(0, 7 * page), "the file is damaged: of its 66 records, "},
         {patched(maps + 10, "\xFE\x07"), damaged}, // a map without bytes, which the library would overrun
-        {patched(firstMap, "\x7F"), damaged},      // of an unknown kind
         {std::string(65U * 1024 * 1024, 'x'), "the file is larger than 64 MB"}};
     for (const auto& [bytes, why] : rows)
         EXPECT_TRUE(
             refusalOf(bytes).starts_with("The code descriptions in \"" + path + "\" can't be read: " + why))
             << refusalOf(bytes);
     EXPECT_THROW(readAccessDatabase(folder.path("missing")), DatabaseError);
-    EXPECT_THROW(readAccessDatabase(folder.path()), DatabaseError);
 }
 
 } // namespace

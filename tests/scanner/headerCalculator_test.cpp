@@ -1,5 +1,4 @@
 #include "scanner/headerCalculator.h"
-#include "scanner/scanParameters.h"
 
 #include <gtest/gtest.h>
 
@@ -28,20 +27,6 @@ TEST(HeaderCalculatorTest, SplitsAHeaderIntoItsFields)
         {"7E8", "686AF1 3 127 Request (functional)"}};
     for (const auto& [header, fields] : rows)
         EXPECT_EQ(fieldsOf(HeaderCalculator(header)), fields);
-}
-
-TEST(HeaderCalculatorTest, ABoxChangesItsBitAndTheAddressingBoxTheTarget)
-{
-    HeaderCalculator calculator(ScanParameters::functionalHeader);
-    std::string headers;
-    for (std::size_t box = 0; box < 8; ++box) {
-        calculator.clickOptBit(box, !calculator.panel().optBit[box]);
-        headers += calculator.header() + " ";
-    }
-    EXPECT_EQ(headers, "786AF1 586AF1 186AF1 986AF1 996AF1 9B6AF1 9F10F1 9710F1 ");
-    EXPECT_EQ(fieldsOf(calculator), "9710F1 4 03456 Target (physical) typed");
-    calculator.clickOptBit(6, false);
-    EXPECT_EQ(fieldsOf(calculator), "936AF1 4 0345 Request (functional)");
 }
 
 TEST(HeaderCalculatorTest, ReplacesWhatABoxCannotHold)

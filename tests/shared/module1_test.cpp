@@ -2,7 +2,6 @@
 #include "shared/programInfo.h"
 #include "shared/runTimeError.h"
 #include "support/failure.h"
-#include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -35,14 +34,6 @@ TEST(Module1Test, ReadsDecimalIntegers)
         EXPECT_EQ(failureOf<RunTimeError>([&] { toInteger(text); }), "Type mismatch") << text;
 }
 
-TEST(Module1Test, WritesBitsOfEachDigitFromTheLeastSignificant)
-{
-    EXPECT_EQ(hexToBits("0123456789 ABCDEF"),
-              "0000100001001100001010100110111000011001010111010011101101111111");
-    for (const char* const text : {"", "f", "12G4"})
-        EXPECT_EQ(hexToBits(text), "") << text;
-}
-
 TEST(Module1Test, TakesTextsApart)
 {
     for (const auto& [position, piece] : {std::pair{1, "41"}, {5, "1"}, {600, ""}})
@@ -52,16 +43,6 @@ TEST(Module1Test, TakesTextsApart)
     EXPECT_EQ(fileNamePart("C:\\logs\\"), "");
     for (const char* const path : {"C:\\logs\\run1.log", "/home/a\\b/run1.log", "/home/a/C:\\run1.log"})
         EXPECT_EQ(fileNamePart(path), "run1.log") << path;
-}
-
-TEST(Module1Test, TellsWhetherAFileExists)
-{
-    const TemporaryFolder folder;
-    const std::string file = folder.path("Prüfung ☂.mdb");
-    TemporaryFolder::write(file, "x");
-    EXPECT_TRUE(fileExists(file));
-    for (const std::string& path : {file + "2", folder.path(), std::string(), std::string(100000, 'x')})
-        EXPECT_FALSE(fileExists(path));
 }
 
 TEST(ProgramInfoTest, TellsNameVersionLicenceAndHelpAddress)
