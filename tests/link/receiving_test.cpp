@@ -96,5 +96,14 @@ TEST(ReplyBufferTest, CompletesReplies)
     }
 }
 
+TEST(ReplyBufferTest, KeepsTheAnnouncementOfAReplyUntilTheNextBegins)
+{
+    ReplyBuffer buffer;
+    buffer.append("BUS INIT: ...ERROR\r\n\r\n>");
+    EXPECT_EQ(buffer.takeReply().value() + buffer.announcement(), ">BUS INIT: ...ERROR");
+    buffer.append("41 \r>");
+    EXPECT_EQ(buffer.announcement(), "");
+}
+
 } // namespace
 } // namespace zint

@@ -48,6 +48,7 @@ TEST(HeaderCalculatorTest, ReplacesWhatABoxCannotHold)
     EXPECT_EQ(left(prio, {" 02 ", "", "-1", "-99999999999", "high"}), "4C1000 4C1000 4C1000 4C1000 4C1000 ");
     EXPECT_EQ(left(prio, {"8", "0", "99999999999"}), "EC1000 0C1000 EC1000 ");
     calculator.clickOptBit(6, false);
+    EXPECT_EQ(fieldsOf(calculator), "E86A00 7 1237 Request (functional)");
     EXPECT_EQ(left(target, {"5", "4G", "5", "FFFFFFFFFF"}), "E80500 E86A00 E80500 E86A00 ");
 }
 

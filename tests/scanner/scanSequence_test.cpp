@@ -70,6 +70,7 @@ TEST(ScanSequenceTest, KnowsWhatAReplyBeginsWithAndWhatTheParameterIsCalled)
     };
     EXPECT_EQ(known("1", "C"), "41 0C|Engine RPM");
     EXPECT_EQ(known("2", "000C"), "42 00 0C|Engine RPM");
+    EXPECT_EQ(known("3", "C"), "43 0C|");
     EXPECT_EQ(known("1", "20"), "41 20|");
     EXPECT_EQ(known("C0", ""), "100|");
 }
