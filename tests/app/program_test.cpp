@@ -1,7 +1,6 @@
 #include "app/program.h"
 #include "connection/connectionSetup.h"
 #include "forms/formTest.h"
-#include "sim/pseudoTerminal.h"
 
 #include <QComboBox>
 
@@ -93,6 +92,11 @@ TEST_F(ProgramTest, AProgramWithoutAVisibleWindowLivesOnAndIsBroughtBack)
     EXPECT_FALSE(isVisible("startForm"));
 
     QTest::qWait(50); // the program finds that it is hidden
+    inNextDialog([](QDialog& box) {
+        EXPECT_FALSE(startSecond({})) << "a message box over the hidden tool is in sight";
+        box.close();
+    });
+    window("codesForm")->findChild<QAction*>(QStringLiteral("mnuAbout"))->trigger();
     EXPECT_TRUE(
         startSecond({.portNumber = PortNumber{5}, .portLocation = "build/ttyS9", .speedPosition = 1}));
     EXPECT_TRUE(isVisible("startForm"));
@@ -127,50 +131,6 @@ TEST_F(ProgramTest, EndsOverALauncherThatShowsOneBoxAfterAnother)
     QTimer::singleShot(0, &program, &Program::end);
     about->trigger();
     EXPECT_TRUE(waitUntil([] { return window("startForm") == nullptr; }));
-}
-
-/// The program with the test as the adapter.
-TEST(ProgramWithAdapterTest, AMessageOverAHiddenToolLeavesASecondStartAlone)
-{
-    PseudoTerminal terminal;
-    Program program(ConnectionOptions{.portNumber = PortNumber{1}, .portLocation = terminal.path()});
-    program.start();
-    ProgramTest::click("startForm", "getCodes");
-    ProgramTest::click("codesForm", "getCodes");
-    ASSERT_TRUE(terminal.takeOpening());
-    for (const char* request : {"ATZ\r", "ATE0\r", "0101\r"}) {
-        std::string sent;
-        ASSERT_TRUE(waitUntil([&] { return (sent += terminal.read()) == request; })) << sent;
-        if (request != std::string("0101\r"))
-            terminal.write(">");
-    }
-    ProgramTest::window("codesForm")->findChild<QAction*>(QStringLiteral("ftc"))->trigger();
-    ProgramTest::click("failedConnForm", "cancelCom");
-    QTest::qWait(50);
-
-    bool whileOpen = true;
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
-        if (QWidget* box = QApplication::activeModalWidget()) {
-            watch.stop();
-            whileOpen = ProgramTest::startSecond({});
-            box->close();
-        }
-    });
-    watch.start(5);
-    terminal.write("NO DATA\r\r>");
-    ASSERT_TRUE(waitUntil([&] { return !whileOpen; }));
-    EXPECT_TRUE(waitUntil([&] { return terminal.read() == "ATD\r"; })) << "the exchange goes on to its end";
-    EXPECT_TRUE(ProgramTest::startSecond({}));
-    EXPECT_TRUE(ProgramTest::isVisible("startForm"));
-
-    ProgramTest::click("startForm", "getCodes");
-    ProgramTest::click("codesForm", "getCodes");
-    QTimer::singleShot(0, &program, &Program::end); // closes the message box, too
-    ProgramTest::window("codesForm")->findChild<QAction*>(QStringLiteral("mnuAbout"))->trigger();
-    std::string sent;
-    EXPECT_TRUE(waitUntil([&] { return (sent += terminal.read()).ends_with("ATD\r"); })) << sent;
-    EXPECT_TRUE(waitUntil([] { return ProgramTest::window("startForm") == nullptr; }));
 }
 
 } // namespace

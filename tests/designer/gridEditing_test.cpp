@@ -46,15 +46,7 @@ TEST(GridEditingTest, OffersConversionsOfTheSameFamily)
     for (std::int32_t code = 0; code < 25; ++code)
         sizes += std::to_string(conversionChoices(code).size()) + " ";
     EXPECT_EQ(sizes, "25 1 1 2 2 1 3 3 3 4 4 4 4 25 1 1 1 4 2 2 25 1 4 4 4 ");
-    std::string all;
-    for (const std::string& choice : conversionChoices(99)) // a file may hold any number
-        all += choice + "|";
-    EXPECT_EQ(all, "99>|0>No Conversion|1>Byte Percentage|2>Trim % (+-100%)|3>Celsius|4>Fahrenheit|5>RPM|"
-                   "6>KPH (km/hour)|7>MPH (miles/hour)|8>m/s (meters/sec)|9>kPa pressure Air|"
-                   "10>Torr (mmHg) Air|11>psi  Air|12>inHg  Air|13> --undef|14>Timing Adv. Deg|"
-                   "15>Volts O2 sensor|16>STFT O2 sensor|17>Air flow gm/sec|18>kPa Gauge (fuel)|"
-                   "19>psi Gauge (fuel)|20>Display Hex|21>Fuel system stat|22>~ fuel gm/sec|23>~ fuel ml/sec|"
-                   "24>~ fuel gal/hour|");
+    EXPECT_EQ(conversionChoices(99).size(), 26U) << "a file may hold any number";
 }
 
 TEST(GridEditingTest, MovesAndSortsRows)

@@ -89,11 +89,6 @@ TEST(CodesEndToEnd, UsageVersionAndDebugInfo)
     EXPECT_NE(info.find("\nSettings: ~/.config/Zint/Zint.conf (missing)\n"), std::string::npos) << info;
     EXPECT_NE(info.find("\n  com1: simulated vehicle\n"), std::string::npos) << info;
     expectFailure(runZint({}), "there is no display");
-    PseudoTerminal terminal;
-    runZint(words("codes --simulate"), {.errors = terminal.path()});
-    std::string shown; // a terminal hands the last bytes over when it has time
-    EXPECT_TRUE(waitFor([&] { return (shown += terminal.read()).ends_with('\n'); }));
-    EXPECT_EQ(shown, "trying the simulated vehicle at 9600...\n");
 }
 
 } // namespace

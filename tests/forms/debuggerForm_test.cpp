@@ -64,16 +64,6 @@ TEST_F(DebuggerFormTest, OpensSendsRepeatsAndCloses)
     EXPECT_EQ(portControls(), "mnuOpenCom openCom");
 }
 
-TEST_F(DebuggerFormTest, TabEntersTheRadioGroupsAtTheChosenButton)
-{
-    for (const char* chosen : {"displayHex", "displayDec"}) {
-        control("openCom")->setFocus();
-        press("Tab");
-        EXPECT_EQ(focused(), chosen);
-        control<QAbstractButton>("displayDec")->setChecked(true);
-    }
-}
-
 TEST_F(DebuggerFormTest, TheArrowsBringBackTypedCommandsAlsoOfEarlierRuns)
 {
     for (const char* command : {"ATI", "ATI", "", "010C"})

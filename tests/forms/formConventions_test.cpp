@@ -138,16 +138,5 @@ TEST_F(FormConventionsTest, HelpAndLogosOpenTheirPages)
     }
 }
 
-TEST_F(FormConventionsTest, IconsFollowTheColours)
-{
-    const QIcon icon = windows.front()->findChild<QPushButton*>(QStringLiteral("getCodes"))->icon();
-    const QImage image = icon.pixmap(16).toImage();
-    const QPalette light = QApplication::palette();
-    QApplication::setPalette(QPalette(QColor(40, 40, 40)));
-    EXPECT_TRUE(waitUntil([&] { return icon.pixmap(16).toImage() != image; }));
-    QApplication::setPalette(light);
-    EXPECT_TRUE(waitUntil([&] { return icon.pixmap(16).toImage() == image; }));
-}
-
 } // namespace
 } // namespace zint

@@ -7,10 +7,8 @@
 #include "process/browser.h"
 #include "process/sessionMark.h"
 #include "shared/fileError.h"
-#include "widgets/outlinedBoxes.h"
 #include "widgets/toolForm.h"
 
-#include <QCheckBox>
 #include <QFileDialog>
 #include <QSignalSpy>
 
@@ -18,12 +16,6 @@ namespace zint {
 namespace {
 
 using namespace std::chrono_literals;
-
-/// What a user does with the next dialog.
-void inNextDialog(const std::function<void(QDialog&)>& act)
-{
-    QTimer::singleShot(0, qApp, [act] { act(*qobject_cast<QDialog*>(QApplication::activeModalWidget())); });
-}
 
 TEST(QtPromptsTest, DialogsShowNamesAsTheyAre)
 {
@@ -68,14 +60,6 @@ TEST(QtFileDialogsTest, StartsWhereAFileCanBeSavedAndAddsTheExtension)
     });
     const TemporaryFolder folder;
     EXPECT_EQ(QtFileDialogs(window).chooseToSave(textFileKinds, folder.path(), ""), folder.path("typed.txt"));
-}
-
-TEST(OutlinedBoxesTest, AnUncheckedBoxCanBeSeenUnderDarkColours)
-{
-    useOutlinedBoxes();
-    QCheckBox box;
-    box.setPalette(QPalette(QColor(40, 40, 40)));
-    EXPECT_GT(box.grab().toImage().pixelColor(0, box.height() / 2).lightness(), 128) << "its left edge";
 }
 
 /// A tool that can't write what it keeps when it is closed.

@@ -108,7 +108,7 @@ TEST_F(RunFilesTest, ARecoveredRunBecomesALogUnlessItsUserStopsThat)
     EXPECT_EQ(prompts.takeMessage(), "There is no unsaved run to recover.");
 }
 
-TEST_F(RunFilesTest, TheUserMayStopALongSave)
+TEST_F(RunFilesTest, AStoppedSaveIsNone)
 {
     SampleStore samples;
     samples.reset(design);
@@ -117,9 +117,8 @@ TEST_F(RunFilesTest, TheUserMayStopALongSave)
     std::string status;
     RunFiles files({prompts, values, kept, dateText, [&status](const std::string& text) { status = text; }});
     prompts.stopsWork = true;
-    EXPECT_EQ(files.save({design, samples, {}}, Kind::log, folder.path("run.log")), "");
-    EXPECT_EQ(status, "Saving log to run.log was stopped");
-    EXPECT_EQ(saved("run.log"), "");
+    EXPECT_EQ(files.save({design, samples, {}}, Kind::table, folder.path("run.txt")), "");
+    EXPECT_EQ(status + values.parmExport + saved("run.txt"), "Saving export to run.txt was stopped");
 }
 
 } // namespace
