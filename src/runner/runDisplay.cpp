@@ -114,7 +114,7 @@ void showLength(PollPanel& panel, const RunState& run, const RunPace& pace)
     const std::int64_t loops = loopsIn(panel.textSampleCnt, run.limits.loops);
     if (run.isFull() && loops == run.limits.loops)
         panel.lengthHint = allLoopsText(loops, pace.measuredText(loops));
-    else if (run.phase == RunState::Phase::complete && run.limits.time)
+    else if (run.phase == RunState::Phase::complete && run.limits.time && !run.isFull())
         panel.lengthHint = "Ended after " + durationText(run.limits.time->count()) +
                            ", the time limit. Start Polling goes on.";
     else

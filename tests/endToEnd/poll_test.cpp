@@ -1,4 +1,6 @@
+#include "designer/window/pollSetup2.h"
 #include "endToEnd/programs.h"
+#include "forms/formTest.h"
 #include "platform/dateText.h"
 #include "runner/keptRuns.h"
 #include "sim/pseudoTerminal.h"
@@ -12,6 +14,20 @@
 
 namespace zint {
 namespace {
+
+using DesignerEndToEnd = FormTest;
+
+TEST_F(DesignerEndToEnd, AsksWhatTheVehicleSupports)
+{
+    const Simulator simulator("--protocol can --leading-line-end --line-feeds --pieces 1");
+    device = simulator.path();
+    loadDefaultDesign(design);
+    form = new pollSetup2(context);
+    click("mnuVerifyObd");
+    EXPECT_TRUE(waitFor([this] {
+        return textOf("statusBox") == u"com1 Closed - 9 of 22 events disabled. This is a hint: see Help.";
+    })) << textOf("statusBox").toStdString();
+}
 
 // Asks for values that stay the same all the time, one that the vehicle does not know, and one never.
 const std::string fixedEvents = "|-1\r\n"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "launcher/window/startForm.h"
+#include "platform/qtSerialPort.h"
 #include "platform/text.h"
 #include "support/fixedPortList.h"
 #include "support/memorySettings.h"
@@ -73,6 +74,8 @@ protected:
     ConnectionChoice connection() const override { return {.device = "/dev/ttyS0"}; }
     std::unique_ptr<SerialPort> makePort(EventGate& gate, const ConnectionChoice& /*choice*/) override
     {
+        if (!device.empty())
+            return std::make_unique<QtSerialPort>(gate, [this](PortNumber) { return device; });
         auto port = std::make_unique<ScriptedAdapter>(&gate);
         adapter = port.get();
         return port;
@@ -196,6 +199,7 @@ protected:
     std::optional<Launcher> launcher;
     std::vector<Tool> opened;
     int portsAssigned = 0;
+    std::string device;                 ///< of a real port in place of the scripted adapter
     ScriptedAdapter* adapter = nullptr; ///< of the tool that was made last; owned by it
     ToolContext context{*this, values, design, settings, folder.path()};
     QWidget* form = nullptr; ///< deleted at the end of the test
