@@ -44,7 +44,8 @@ std::string inLines(const std::vector<std::string>& lines)
 } // namespace
 
 CodesExchange::CodesExchange(Surroundings surroundings)
-    : around_(std::move(surroundings)), link_(around_.line, *this), databaseAvailable_(around_.descriptions.available())
+    : around_(std::move(surroundings)), link_(around_.line, *this),
+      databaseAvailable_(around_.descriptions.available())
 {
     panel_.statusBox = link_.status();
     if (!databaseAvailable_)

@@ -186,8 +186,7 @@ TEST_F(PollerTest, TellsBehindTheStatusWhatTheRepliesMean)
     EXPECT_EQ(poller->noDataCount(), 13);
     adapter.sendNotice(PortNotice::unexplained);
     wait(10);
-    EXPECT_EQ(panel().statusBox + panel().hint,
-              "com1 Polling - unhandled comm Event: 0 - no reply for 10 s");
+    EXPECT_EQ(panel().statusBox + panel().hint, "com1 Polling - unhandled comm Event: 0 - no reply for 10 s");
     pressStop();
     EXPECT_EQ(panel().statusBox + panel().hint, "com1 Polling Completed ");
 }
