@@ -7,9 +7,10 @@ set(MAY_INCLUDE_shared "(none)")
 set(MAY_INCLUDE_catalogue shared)
 set(MAY_INCLUDE_link shared)
 set(MAY_INCLUDE_dtcdb shared)
+set(MAY_INCLUDE_vehicle shared)
 set(TOOLS codes designer runner terminal scanner)
 foreach(tool ${TOOLS} launcher)
-  set(MAY_INCLUDE_${tool} shared catalogue link dtcdb)
+  set(MAY_INCLUDE_${tool} shared catalogue link dtcdb vehicle)
 endforeach()
 set(MAY_INCLUDE_sim shared)
 
@@ -17,12 +18,12 @@ set(MAY_INCLUDE_sim shared)
 set(MAY_INCLUDE_HEADERS_sim link/receiveGroups.h link/serialPort.h link/commError.h) # what a port implements
 
 # The folders that know the toolkit, and the windows of a tool: <tool>/window/.
-set(WINDOWS_MAY_INCLUDE shared catalogue link dtcdb platform process widgets) # beside their own tool
+set(WINDOWS_MAY_INCLUDE shared catalogue link dtcdb vehicle platform process widgets) # beside their own tool
 set(platform_MAY_INCLUDE shared catalogue link)                               # the interfaces that it implements
 set(process_MAY_INCLUDE shared platform)
 set(widgets_MAY_INCLUDE shared catalogue link platform process)
 set(connection_MAY_INCLUDE shared link platform process launcher sim)
-set(commands_MAY_INCLUDE shared catalogue link dtcdb platform process launcher connection ${TOOLS})
+set(commands_MAY_INCLUDE shared catalogue link dtcdb vehicle platform process launcher connection ${TOOLS})
 set(app_MAY_INCLUDE shared catalogue link dtcdb platform process widgets commands launcher connection ${TOOLS})
 set(TOOLKIT_FOLDERS platform process widgets connection commands app)
 

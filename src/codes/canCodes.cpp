@@ -3,6 +3,7 @@
 #include "codes/replyText.h"
 #include "codes/troubleCodes.h"
 #include "shared/module1.h"
+#include "vehicle/troubleCode.h"
 
 #include <algorithm>
 #include <array>

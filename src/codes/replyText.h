@@ -1,13 +1,12 @@
 #pragma once
 
-#include <cstdint>
+#include "vehicle/bytes.h"
+
 #include <string_view>
 #include <vector>
 
 /// Replies as lines and bytes, where positions in the text do not matter.
 namespace zint {
-
-using Bytes = std::vector<std::uint8_t>;
 
 /// The lines of a reply that hold anything, without their ends and the prompt.
 std::vector<std::string_view> linesOf(std::string_view reply);

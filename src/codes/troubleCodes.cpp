@@ -2,6 +2,7 @@
 
 #include "codes/replyText.h"
 #include "shared/module1.h"
+#include "vehicle/troubleCode.h"
 
 #include <algorithm>
 #include <array>
@@ -11,18 +12,9 @@ namespace {
 
 constexpr std::string_view replyStart = "43 ";
 
-constexpr std::array<std::string_view, 16> prefixes = {
-    "P0", "P1", "P2", "P3", "C0", "C1", "C2", "C3", "B0", "B1", "B2", "B3", "U0", "U1", "U2", "U3",
-};
-
 bool isCode(std::string_view text) { return text.size() == 5 && hexToNumber(text.substr(1)) >= 0; }
 
 } // namespace
-
-std::string troubleCode(std::uint8_t high, std::uint8_t low)
-{
-    return std::string(prefixes[high / 16]) + hexText(high % 16, 1) + hexText(low, 2);
-}
 
 std::vector<std::string> storedCodes(std::string_view reply)
 {
@@ -33,7 +25,7 @@ std::vector<std::string> storedCodes(std::string_view reply)
         const int digit = upperHexDigit(reply[position - 1]);
         if (digit < 0)
             continue;
-        std::string code(prefixes[static_cast<std::size_t>(digit)]);
+        std::string code(troubleCodePrefix(digit));
         code += textAt(reply, position + 1, 1);
         code += textAt(reply, position + 3, 2);
         if (code != noTroubleCode)

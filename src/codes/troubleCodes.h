@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,9 +9,6 @@ namespace zint {
 
 /// What fills a line up where there is no further code.
 inline constexpr std::string_view noTroubleCode = "P0000";
-
-/// The text of a code (SAE J2012): "P0133" for 01 33.
-std::string troubleCode(std::uint8_t high, std::uint8_t low);
 
 /// The codes of the reply's first line in the order sent; "P0000" is left out.
 ///

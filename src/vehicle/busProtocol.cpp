@@ -1,0 +1,55 @@
+#include "vehicle/busProtocol.h"
+
+#include <array>
+#include <cstddef>
+
+namespace zint {
+namespace {
+
+constexpr std::string_view digits = "0123456789A";
+
+} // namespace
+
+bool isCan(BusProtocol protocol)
+{
+    return protocol >= BusProtocol::can11At500 && protocol <= BusProtocol::can29At250;
+}
+
+bool hasLongIds(BusProtocol protocol)
+{
+    return protocol == BusProtocol::can29At500 || protocol == BusProtocol::can29At250;
+}
+
+std::string_view nameOf(BusProtocol protocol)
+{
+    static constexpr std::array<std::string_view, digits.size()> names = {
+        "unknown",
+        "SAE J1850 PWM",
+        "SAE J1850 VPW",
+        "ISO 9141-2",
+        "ISO 14230-4 (KWP 5BAUD)",
+        "ISO 14230-4 (KWP FAST)",
+        "ISO 15765-4 (CAN 11/500)",
+        "ISO 15765-4 (CAN 29/500)",
+        "ISO 15765-4 (CAN 11/250)",
+        "ISO 15765-4 (CAN 29/250)",
+        "SAE J1939 (CAN 29/250)",
+    };
+    return names.at(digits.find(static_cast<char>(protocol)));
+}
+
+std::optional<BusProtocol> protocolIn(std::string_view answer)
+{
+    constexpr std::string_view around = " \r\n>";
+    const std::size_t start = answer.find_first_not_of(around);
+    if (start == std::string_view::npos)
+        return std::nullopt;
+    answer = answer.substr(start, answer.find_last_not_of(around) + 1 - start);
+    if (answer.size() == 2 && answer.front() == 'A') // found by itself
+        answer.remove_prefix(1);
+    if (answer.size() != 1 || digits.find(answer.front()) == std::string_view::npos)
+        return std::nullopt;
+    return static_cast<BusProtocol>(answer.front());
+}
+
+} // namespace zint

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "vehicle/bytes.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The parameters of modes 01 and 02 (SAE J1979): one table of names, units, formulas and words.
+namespace zint {
+
+/// One thing that a parameter tells: a number with its unit, or words.
+struct ParameterValue {
+    std::string name;             ///< "Engine speed"
+    std::optional<double> number; ///< in the unit
+    std::string unit;             ///< "rpm"; empty for words and counts without one
+    std::string text;             ///< of an enumeration, bits or texts; empty for numbers
+
+    bool operator==(const ParameterValue&) const = default;
+};
+
+/// What other parameters of the same control unit change in the reading of one.
+struct ParameterContext {
+    bool hasFourBanks = false; ///< it supports 1D, not 13: the oxygen sensors are numbered over four banks
+    Bytes largestValues;       ///< the data of 4F; empty: not read
+    Bytes largestAirFlow;      ///< the data of 50
+};
+
+/// How many data bytes a parameter has; nothing for one that the standard does not define.
+std::optional<std::size_t> parameterLength(std::uint8_t pid);
+
+/// What a parameter is called as a whole; empty for one that the standard does not define.
+std::string_view parameterName(std::uint8_t pid);
+
+/// What the data bytes tell, in the order of the table, without fields that their own support bits rule out.
+/// @param data may be longer (padding); shorter data tell only what they hold
+std::vector<ParameterValue> parameterValues(std::uint8_t pid, BytesView data,
+                                            const ParameterContext& context = {});
+
+} // namespace zint
