@@ -1,0 +1,150 @@
+#include "vehicle/messageJoiner.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zint {
+namespace {
+
+constexpr std::size_t firstPartLength = 6;
+constexpr std::size_t partLength = 7;
+constexpr std::size_t longestMessage = 4095;
+constexpr std::size_t numbers = 16;
+constexpr std::size_t mostOpen = 16; // far more units than ever answer at once
+
+} // namespace
+
+SegmentedMessage::SegmentedMessage(std::optional<std::size_t> length, Bytes first) : length_(length)
+{
+    parts_.push_back(std::move(first));
+}
+
+std::size_t SegmentedMessage::lastPlace() const
+{
+    const std::size_t length = length_.value_or(longestMessage);
+    return length <= firstPartLength ? 0 : (length - firstPartLength + partLength - 1) / partLength;
+}
+
+/// Numbers come again after sixteen parts: of the places for one, that nearest to the next free one.
+std::size_t SegmentedMessage::placeOf(int number) const
+{
+    const auto wanted = static_cast<std::size_t>(number);
+    if (lastPlace() <= numbers)
+        return wanted == 0 ? numbers : wanted;
+    const std::size_t ahead = (wanted + numbers - next_ % numbers) % numbers;
+    const bool isBehind = ahead >= numbers / 2 && next_ + ahead > numbers;
+    return isBehind ? next_ + ahead - numbers : next_ + ahead;
+}
+
+bool SegmentedMessage::hasPlaceFor(int number) const
+{
+    const std::size_t place = placeOf(number);
+    return place <= lastPlace() && (length_ || place == next_) &&
+           (place >= parts_.size() || parts_[place].empty());
+}
+
+bool SegmentedMessage::take(int number, const Bytes& data)
+{
+    const std::size_t place = placeOf(number);
+    if (!hasPlaceFor(number))
+        return place < parts_.size() && parts_[place] == data;
+    parts_.resize(std::max(parts_.size(), place + 1));
+    parts_[place] = data;
+    next_ = place + 1;
+    return true;
+}
+
+Bytes SegmentedMessage::bytes() const
+{
+    Bytes bytes;
+    for (std::size_t i = 0;
+         i < parts_.size() && bytes.size() == (i == 0 ? 0 : firstPartLength + (i - 1) * partLength); ++i)
+        bytes.insert(bytes.end(), parts_[i].begin(), parts_[i].end());
+    bytes.resize(std::min(bytes.size(), length_.value_or(longestMessage)));
+    return bytes;
+}
+
+bool SegmentedMessage::isComplete() const { return length_ && bytes().size() == *length_; }
+
+void MessageJoiner::add(const Frame& frame)
+{
+    if (frame.kind == FrameKind::length)
+        lengths_.push_back(frame.length);
+    else if (frame.kind == FrameKind::whole)
+        entries_.push_back(
+            {.unit = frame.unit, .bytes = frame.data, .isDamaged = frame.isDamaged, .segments = {}});
+    else if (hasHeaders_)
+        addToUnit(frame);
+    else
+        addPlain(frame);
+}
+
+void MessageJoiner::begin(std::uint32_t unit, std::optional<std::size_t> length, const Bytes& data)
+{
+    entries_.push_back({.unit = unit, .bytes = {}, .segments = SegmentedMessage(length, data)});
+}
+
+bool MessageJoiner::givenToLatest(const Unit& unit, const Frame& frame)
+{
+    return unit.latest && entries_[*unit.latest].segments->take(frame.number, frame.data);
+}
+
+void MessageJoiner::addToUnit(const Frame& frame)
+{
+    if (frame.kind == FrameKind::first)
+        beginOfUnit(frame);
+    else if (Unit& unit = units_[frame.unit]; !givenToLatest(unit, frame))
+        unit.early.push_back(frame);
+}
+
+void MessageJoiner::beginOfUnit(const Frame& first)
+{
+    Unit& unit = units_[first.unit];
+    if (unit.latest && entries_[*unit.latest].segments->beginsLike(first))
+        return;
+    unit.latest = entries_.size();
+    begin(first.unit, first.length, first.data);
+    std::erase_if(unit.early, [&](const Frame& frame) { return givenToLatest(unit, frame); });
+}
+
+/// Number 0 goes on with a message that has come to it, unless the length of another one was told.
+void MessageJoiner::addPlain(const Frame& frame)
+{
+    if (frame.kind == FrameKind::first) {
+        lengths_.push_back(frame.length);
+        return beginPlain(frame.data);
+    }
+    const auto takes = [&](std::size_t i) { return entries_[i].segments->hasPlaceFor(frame.number); };
+    const auto takers = std::ranges::count_if(open_, takes);
+    if (frame.number == 0 && (!lengths_.empty() || takers == 0))
+        beginPlain(frame.data);
+    else if (takers == 1)
+        entries_[*std::ranges::find_if(open_, takes)].segments->take(frame.number, frame.data);
+    else
+        std::erase_if(open_, takes);
+}
+
+void MessageJoiner::beginPlain(const Bytes& data)
+{
+    open_.push_back(entries_.size());
+    if (open_.size() > mostOpen)
+        open_.pop_front();
+    begin(0, lengths_.empty() ? std::nullopt : std::optional(lengths_.front()), data);
+    if (!lengths_.empty())
+        lengths_.pop_front();
+}
+
+std::vector<JoinedMessage> MessageJoiner::messages() const
+{
+    std::vector<JoinedMessage> messages;
+    messages.reserve(entries_.size());
+    for (const Entry& entry : entries_) {
+        if (entry.segments)
+            messages.push_back({entry.unit, entry.segments->bytes(), !entry.segments->isComplete(), false});
+        else
+            messages.push_back({entry.unit, entry.bytes, entry.isDamaged, true});
+    }
+    return messages;
+}
+
+} // namespace zint

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "vehicle/bytes.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace zint {
+
+/// What stands in front of a refusal, in place of the service's answer.
+inline constexpr std::uint8_t refusalSign = 0x7F;
+
+/// A request to the vehicle, and which messages answer it (SAE J1979).
+class VehicleRequest {
+public:
+    /// @param text as sent: pairs of digits, then perhaps one digit, the number of answers to wait for
+    explicit VehicleRequest(std::string_view text);
+
+    /// Otherwise it is a command to the adapter. An empty one goes to the vehicle, too: the last one again.
+    bool isForVehicle() const { return isForVehicle_; }
+
+    /// Whether a message is an answer or a refusal: its service fits, and its parameter is one of those
+    /// asked. Every service fits an empty request.
+    /// @param isCut the message may end anywhere: what there is of it must fit
+    bool isAnsweredBy(BytesView message, bool isCut) const;
+
+    /// The request as it is where the sender has put the frame's length in front ("02010C"); nothing where
+    /// the first byte can be no such length.
+    std::optional<VehicleRequest> withoutLength() const;
+
+private:
+    VehicleRequest() = default;
+    bool hasAsked(BytesView message, bool isCut) const;
+
+    Bytes bytes_;
+    bool isForVehicle_ = true;
+};
+
+} // namespace zint
