@@ -170,9 +170,17 @@ void numberUnits(Messages& messages, bool isOlderBus)
     }
 }
 
-/// @return messages that answer the request, by units
-std::vector<UnitMessage> messagesIn(const std::vector<HexLine>& lines, const VehicleRequest& request,
-                                    BusProtocol protocol)
+/// Numbered parts without headers are CAN's, too.
+std::optional<bool> isCanForm(LineForm form, const Messages& messages)
+{
+    if (form != LineForm::plain)
+        return form == LineForm::can11 || form == LineForm::can29 || form == LineForm::plainFrames;
+    return std::ranges::all_of(messages, &JoinedMessage::isOneLine) ? std::nullopt : std::optional(true);
+}
+
+/// The messages that answer the request, by units.
+VehicleReply messagesIn(const std::vector<HexLine>& lines, const VehicleRequest& request,
+                        BusProtocol protocol)
 {
     const FormFrames found = framesOf(lines, request, protocol);
     const bool isHeaded = hasHeader(found.form);
@@ -190,23 +198,25 @@ std::vector<UnitMessage> messagesIn(const std::vector<HexLine>& lines, const Veh
         dropDoubled(messages);
     else
         numberUnits(messages, !isCan(protocol));
-    std::vector<UnitMessage> units;
-    units.reserve(messages.size());
+    VehicleReply reply;
+    if (!messages.empty())
+        reply.isCan = isCanForm(found.form, messages);
+    reply.messages.reserve(messages.size());
     for (JoinedMessage& message : messages) {
         std::string unit = isHeaded ? unitName(found.form, message.unit) : "?" + std::to_string(message.unit);
-        units.push_back({std::move(unit), std::move(message.bytes), message.isIncomplete});
+        reply.messages.push_back({std::move(unit), std::move(message.bytes), message.isIncomplete});
     }
-    return units;
+    return reply;
 }
 
-std::vector<UnitMessage> messagesTo(const VehicleRequest& request, const std::vector<HexLine>& lines,
-                                    BusProtocol protocol)
+VehicleReply messagesTo(const VehicleRequest& request, const std::vector<HexLine>& lines,
+                        BusProtocol protocol)
 {
     if (!request.isForVehicle() || lines.empty())
         return {};
-    std::vector<UnitMessage> messages = messagesIn(lines, request, protocol);
-    const auto bare = messages.empty() ? request.withoutLength() : std::nullopt;
-    return bare ? messagesIn(lines, *bare, protocol) : messages;
+    VehicleReply reply = messagesIn(lines, request, protocol);
+    const auto bare = reply.messages.empty() ? request.withoutLength() : std::nullopt;
+    return bare ? messagesIn(lines, *bare, protocol) : reply;
 }
 
 ReplyError errorOf(const AdapterLines& lines, const std::vector<UnitMessage>& messages)
@@ -226,9 +236,8 @@ VehicleReply readVehicleReply(std::string_view request, std::string_view reply, 
 {
     const VehicleRequest asked(request);
     const AdapterLines lines = adapterLines(request, reply);
-    VehicleReply result{.messages = messagesTo(asked, lines.lines, protocol), .error = lines.textError};
-    if (asked.isForVehicle())
-        result.error = errorOf(lines, result.messages);
+    VehicleReply result = messagesTo(asked, lines.lines, protocol);
+    result.error = asked.isForVehicle() ? errorOf(lines, result.messages) : lines.textError;
     return result;
 }
 

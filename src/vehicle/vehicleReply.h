@@ -3,6 +3,7 @@
 #include "vehicle/busProtocol.h"
 #include "vehicle/bytes.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,9 @@ struct UnitMessage {
 struct VehicleReply {
     std::vector<UnitMessage> messages; ///< answers and refusals to the request, in the order of their lines
     ReplyError error = ReplyError::none;
+    /// Whether the lines have the form of CAN, whatever the protocol was taken for; nothing where they show
+    /// no headers, lengths or numbers.
+    std::optional<bool> isCan;
 };
 
 /// Reads the reply to a request by the protocol. What the adapter was told of headers, blanks, echo and line

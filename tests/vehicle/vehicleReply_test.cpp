@@ -205,5 +205,21 @@ TEST(VehicleReplyTest, TellsTheTextsOfAdapters)
     EXPECT_EQ(readVehicleReply("010C", withNul, BusProtocol::unknown).messages.size(), 1U);
 }
 
+TEST(VehicleReplyTest, TellsCanByTheForm)
+{
+    const struct {
+        std::string_view reply;
+        std::optional<bool> isCan;
+    } rows[] = {
+        {"18 DA F1 10 02 43 00\r>", true},
+        {"00A\r0:430401020113\r1:01230222000000\r>", true},
+        {"87 F1 18 43 00 00 00 00 00 00 D3\r>", false},
+        {"48 6B 10 43 00 00 00 00 00 00 06\r>", false},
+        {"43 00 00 00 00 00 00\r>", std::nullopt},
+    };
+    for (const auto& [reply, isCan] : rows)
+        EXPECT_EQ(readVehicleReply("03", reply, BusProtocol::unknown).isCan, isCan) << reply;
+}
+
 } // namespace
 } // namespace zint
