@@ -30,7 +30,8 @@ struct ParameterContext {
 };
 
 /// How many data bytes a parameter has; nothing for one that the standard does not define.
-std::optional<std::size_t> parameterLength(std::uint8_t pid);
+/// Fuel trims (06 to 09, 55 to 58) have a second byte only in vehicles with four banks.
+std::optional<std::size_t> parameterLength(std::uint8_t pid, const ParameterContext& context = {});
 
 /// What a parameter is called as a whole; empty for one that the standard does not define.
 std::string_view parameterName(std::uint8_t pid);
