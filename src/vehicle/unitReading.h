@@ -31,6 +31,7 @@ struct FreezeFrame {
     int frame = 0;
     std::string code; ///< that stored it; empty: there is no freeze frame
     std::map<std::uint8_t, std::vector<ParameterValue>> values;
+    bool isCodeTold = false; ///< whether the unit was asked for the code
 
     bool operator==(const FreezeFrame&) const = default;
 };
@@ -90,7 +91,8 @@ using KnownUnits = std::map<std::string, UnitReading>;
 ExchangeReading readExchange(std::string_view request, std::string_view reply, BusProtocol protocol,
                              const KnownUnits& known = {});
 
-/// Adds what an exchange has told to what is known of a unit.
+/// Adds what an exchange has told to what is known of a unit. Refusals and missing parts concern the exchange
+/// alone and are left out.
 void merge(UnitReading& into, const UnitReading& more);
 
 } // namespace zint
