@@ -17,6 +17,8 @@ struct AdapterSettings {
     bool lineFeeds = false;
     bool blanks = true;
     bool headers = false;
+    bool lengthDigit = false; ///< of CAN frames, behind the identifier
+    bool autoFormat = true;   ///< control bytes of CAN frames are added to requests and taken from replies
     unsigned timeout = defaultTimeout; ///< of the vehicle's answer, in units of 4 ms
     bool adaptiveTiming = true;        ///< otherwise the adapter always waits for the whole time-out
     std::optional<std::uint32_t> header;

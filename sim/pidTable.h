@@ -1,37 +1,33 @@
 #pragma once
 
 #include "sim/driveCycle.h"
+#include "sim/unitKind.h"
 
 #include <cstdint>
-#include <span>
 
 namespace zint {
 
-/// What the engine computer knows at one moment.
+/// What a control unit knows at one moment.
 struct EngineData {
     DriveState drive;
     std::uint32_t monitorStatus; ///< the four bytes of PID 01, the first the most significant
+    double sinceClearing = 0;    ///< seconds of driving since the codes were cleared
 };
 
-/// One parameter that the engine computer answers.
+/// One parameter of mode 01, and who has it.
 struct VehiclePid {
     std::uint8_t number;
-    int byteCount;                              ///< 1 to 4
+    int byteCount;                              ///< 1 to 8
+    UnitKinds units;                            ///< which answer it
     bool inFreezeFrame;                         ///< measured, so stored with a trouble code
-    std::uint32_t (*encode)(const EngineData&); ///< the bytes as one number, the first the most significant
+    std::uint64_t (*encode)(const EngineData&); ///< the bytes as one number, the first the most significant
 };
 
-/// The parameters of mode 01 in ascending order, without those that tell what is supported.
-std::span<const VehiclePid> pidTable();
+/// @return null when such a unit does not have it
+const VehiclePid* findPid(UnitKind unit, std::uint8_t number);
 
-/// @return null when the vehicle does not have it
-const VehiclePid* findPid(std::uint8_t number);
-
-/// Whether a PID tells which of the 32 that follow it are supported (00, 20, 40 ...).
-constexpr bool isSupportPid(std::uint8_t number) { return number % 32 == 0; }
-
-/// The answer to such a PID of mode 01, or of the freeze frame: the following PID is the most significant
-/// bit; the least significant one promises an answer to the next such PID.
-std::uint32_t supportMask(std::uint8_t number, bool freezeFrame);
+/// The answer to a PID of mode 01, or of the freeze frame, that tells which others are supported: the
+/// following PID is the most significant bit.
+std::uint32_t supportMask(UnitKind unit, std::uint8_t number, bool freezeFrame);
 
 } // namespace zint

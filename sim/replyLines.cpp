@@ -5,13 +5,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <numeric>
-#include <string_view>
+#include <utility>
 
 namespace zint {
 namespace {
 
+constexpr std::size_t frameBytes = 8;
 constexpr std::size_t singleFrameBytes = 7;
-constexpr std::size_t firstFrameBytes = 6;
 
 std::string bytesText(MessageView bytes, const ReplyFormat& format)
 {
@@ -32,69 +32,137 @@ std::string bytesLine(std::string prefix, MessageView bytes, const ReplyFormat& 
     return line;
 }
 
-/// "48 6B 10 41 0D 00 11 ": the header, the message, and the lowest byte of their sum.
-std::string messageLine(MessageView message, const ReplyFormat& format)
+std::uint8_t crc(MessageView bytes)
+{
+    constexpr unsigned polynomial = 0x1D;
+    unsigned remainder = 0xFF;
+    for (const std::uint8_t byte : bytes) {
+        remainder ^= byte;
+        for (int bit = 0; bit < 8; ++bit)
+            remainder = (remainder & 0x80U) != 0 ? (remainder << 1U ^ polynomial) & 0xFFU : remainder << 1U;
+    }
+    return static_cast<std::uint8_t>(remainder ^ 0xFFU);
+}
+
+/// "48 6B 10", or with the length "86 F1 10", or "80 F1 10 06".
+Message header(const UnitAddress& from, std::size_t length, const ReplyFormat& format)
+{
+    const bool tellsLength = format.protocol->headerForm == HeaderForm::withLength;
+    const auto lengthByte = static_cast<std::uint8_t>(length);
+    Message bytes;
+    appendNumber(bytes, format.protocol->replyHeader, 2);
+    bytes.push_back(from.address);
+    if (tellsLength && format.ownLengthByte)
+        bytes.push_back(lengthByte);
+    else if (tellsLength)
+        bytes[0] |= lengthByte;
+    return bytes;
+}
+
+/// "48 6B 10 41 0D 00 11 ": the header, the message, the check.
+std::string messageLine(const UnitAddress& from, MessageView message, const ReplyFormat& format)
 {
     if (!format.headers)
         return bytesLine({}, message, format);
-    Message frame{0x48, 0x6B, 0x10};
-    frame.insert(frame.end(), message.begin(), message.end());
-    frame.push_back(static_cast<std::uint8_t>(std::accumulate(frame.begin(), frame.end(), 0)));
-    return bytesLine({}, frame, format);
+    Message bytes = header(from, message.size(), format);
+    bytes.insert(bytes.end(), message.begin(), message.end());
+    bytes.push_back(checkByte(format.protocol->check, bytes));
+    return bytesLine({}, bytes, format);
 }
 
-/// "7E8 " and the control bytes that stand in front of a frame's data.
-std::string canHeader(const Message& controlBytes, const ReplyFormat& format)
+/// "7E8 ", or "18 DA F1 10 ".
+std::string identifier(const UnitAddress& from, const ReplyFormat& format)
 {
-    return (format.blanks ? "7E8 " : "7E8") + bytesText(controlBytes, format);
+    const std::uint32_t begin = format.protocol->replyHeader;
+    if (format.protocol->headerForm == HeaderForm::id11)
+        return hexText(static_cast<std::int32_t>(begin + from.number), 3) + (format.blanks ? " " : "");
+    Message bytes;
+    appendNumber(bytes, begin | from.address, 4);
+    return bytesText(bytes, format);
 }
 
-/// What stands in front of a frame's data: "0: ", or with headers "7E8 10 0A " and then "7E8 21 ".
-std::string framePrefix(std::size_t number, std::size_t length, const ReplyFormat& format)
+/// A frame with all its bytes, behind its identifier where headers are on.
+std::string frameLine(const UnitAddress& from, MessageView frame, const ReplyFormat& format)
 {
-    const auto digit = static_cast<std::uint8_t>(number % 16);
-    if (!format.headers)
-        return hexText(digit, 1) + (format.blanks ? ": " : ":");
+    std::string prefix = format.headers ? identifier(from, format) : "";
+    if (format.headers && format.lengthDigit)
+        prefix += hexText(static_cast<std::int32_t>(frame.size()), 1) + (format.blanks ? " " : "");
+    return bytesLine(std::move(prefix), frame, format);
+}
+
+/// What a frame begins with: its kind, and the length of the message or the frame's number.
+Message controlBytes(std::size_t number, std::size_t length)
+{
+    if (length <= singleFrameBytes)
+        return {static_cast<std::uint8_t>(length)};
     if (number > 0)
-        return canHeader({static_cast<std::uint8_t>(0x20 | digit)}, format);
-    return canHeader({static_cast<std::uint8_t>(0x10 | length >> 8U), static_cast<std::uint8_t>(length)},
-                     format);
+        return {static_cast<std::uint8_t>(0x20 | number % 16)};
+    return {static_cast<std::uint8_t>(0x10 | length >> 8U), static_cast<std::uint8_t>(length)};
 }
 
-/// "00A" for ten bytes, then the frames, which count 0 to F and again from 0. Zeros fill up the last one.
-std::vector<std::string> isoTpFrames(MessageView message, const ReplyFormat& format)
+/// The data of a frame, and what is sent of it beside them.
+struct Frame {
+    Message control;
+    Message data; ///< filled up
+};
+
+std::vector<Frame> frames(MessageView message, const ReplyFormat& format)
 {
-    std::vector<std::string> lines;
-    if (!format.headers)
-        lines.push_back(hexText(static_cast<std::int32_t>(message.size()), 3));
-    std::size_t begin = 0;
-    for (std::size_t number = 0; begin < message.size(); ++number) {
-        const std::size_t capacity = number == 0 ? firstFrameBytes : singleFrameBytes;
+    std::vector<Frame> list;
+    const bool isLong = message.size() > singleFrameBytes;
+    for (std::size_t begin = 0; begin < message.size();) {
+        Frame frame{.control = controlBytes(list.size(), message.size()), .data = {}};
+        const std::size_t capacity = frameBytes - frame.control.size();
         const MessageView part = message.subspan(begin, std::min(capacity, message.size() - begin));
-        Message data(part.begin(), part.end());
-        data.resize(capacity, 0);
-        lines.push_back(bytesLine(framePrefix(number, message.size(), format), data, format));
+        frame.data.assign(part.begin(), part.end());
+        if (isLong || format.padding)
+            frame.data.resize(capacity, format.padding.value_or(0));
         begin += part.size();
+        list.push_back(std::move(frame));
+    }
+    return list;
+}
+
+/// "00A" for ten bytes, then the frames, which count 0 to F and again from 0.
+std::vector<std::string> numberedLines(MessageView message, const ReplyFormat& format)
+{
+    std::vector<std::string> lines{hexText(static_cast<std::int32_t>(message.size()), 3)};
+    for (const Frame& frame : frames(message, format)) {
+        const auto number = static_cast<std::int32_t>((lines.size() - 1) % 16);
+        lines.push_back(bytesLine(hexText(number, 1) + (format.blanks ? ": " : ":"), frame.data, format));
     }
     return lines;
 }
 
-/// "7E8 06 41 00 BE 3F B8 13 ": with headers, the length stands in front of the message.
-std::string singleFrameLine(MessageView message, const ReplyFormat& format)
+/// "7E8 10 0A 43 04 ...", "7E8 21 ...".
+std::vector<std::string> frameLines(const UnitAddress& from, MessageView message, const ReplyFormat& format)
 {
-    const auto length = static_cast<std::uint8_t>(message.size());
-    return bytesLine(format.headers ? canHeader({length}, format) : "", message, format);
+    std::vector<std::string> lines;
+    for (Frame& frame : frames(message, format)) {
+        frame.control.insert(frame.control.end(), frame.data.begin(), frame.data.end());
+        lines.push_back(frameLine(from, frame.control, format));
+    }
+    return lines;
 }
 
 } // namespace
 
-std::vector<std::string> replyLines(MessageView message, const ReplyFormat& format)
+std::vector<std::string> replyLines(const UnitAddress& from, MessageView message, const ReplyFormat& format)
 {
-    if (format.framing == Framing::shortMessages)
-        return {messageLine(message, format)};
+    if (format.protocol->framing == Framing::shortMessages)
+        return {messageLine(from, message, format)};
+    if (format.headers || !format.autoFormat)
+        return frameLines(from, message, format);
     if (message.size() > singleFrameBytes)
-        return isoTpFrames(message, format);
-    return {singleFrameLine(message, format)};
+        return numberedLines(message, format);
+    return {bytesLine({}, message, format)};
+}
+
+std::uint8_t checkByte(CheckByte kind, MessageView message)
+{
+    return kind == CheckByte::crc
+               ? crc(message)
+               : static_cast<std::uint8_t>(std::accumulate(message.begin(), message.end(), 0U));
 }
 
 } // namespace zint

@@ -21,12 +21,54 @@ PacedOutput::Time characterTime(int bitsPerSecond)
     return bitsPerSecond > 0 ? second * bitsPerCharacter / bitsPerSecond : PacedOutput::Time{0};
 }
 
+/// A request without the control byte of its frame; nothing for a frame that no control unit would take.
+std::optional<MessageView> frameData(MessageView frame)
+{
+    const std::size_t length = frame.empty() ? 0 : frame[0];
+    if (length == 0 || length > longestRequest || length >= frame.size())
+        return {};
+    return frame.subspan(1, length);
+}
+
+using LinesByUnit = std::vector<std::vector<std::string>>;
+
+/// All lines of a unit and then those of the next one; or the first of each, the second of each, and so on.
+std::vector<std::string> inOneList(LinesByUnit units, bool inTurns)
+{
+    std::vector<std::string> list;
+    std::size_t most = 1;
+    for (const auto& lines : units)
+        most = std::max(most, lines.size());
+    for (std::size_t turn = 0; inTurns && turn < most; ++turn) {
+        for (auto& lines : units) {
+            if (turn < lines.size())
+                list.push_back(std::move(lines[turn]));
+        }
+    }
+    for (auto& lines : units) {
+        if (!inTurns)
+            std::ranges::move(lines, std::back_inserter(list));
+    }
+    return list;
+}
+
+/// Leaves as many messages as the sender waits for.
+void limitMessages(std::vector<UnitAnswer>& answers, std::size_t most)
+{
+    for (UnitAnswer& answer : answers) {
+        for (Messages* const messages : {&answer.waits, &answer.messages}) {
+            messages->resize(std::min(messages->size(), most));
+            most -= messages->size();
+        }
+    }
+}
+
 bool isPrintable(char byte) { return byte >= ' ' && byte <= '~'; }
 
 } // namespace
 
 SimulatedAdapter::SimulatedAdapter(Vehicle& vehicle, AdapterOptions options)
-    : vehicle_(vehicle), options_(std::move(options)),
+    : vehicle_(vehicle), options_(std::move(options)), lineFaults_(options_),
       output_({.perCharacter = characterTime(options_.bitsPerSecond),
                .pieceLength = static_cast<std::size_t>(options_.pieceLength),
                .pieceGap = options_.pieceGap}),
@@ -121,6 +163,10 @@ void SimulatedAdapter::runLine(Time at)
 
 void SimulatedAdapter::runAdapterCommand(std::string_view command, Time at)
 {
+    if (std::ranges::find(options_.refusedCommands, command) != options_.refusedCommands.end()) {
+        reply("?", at);
+        return;
+    }
     const CommandResult result = runCommand(command, settings_, vehicle_);
     if (result.reset == Reset::none) {
         reply(result.text, command == "D" ? at + options_.defaultsDelay : at);
@@ -140,10 +186,11 @@ void SimulatedAdapter::runAdapterCommand(std::string_view command, Time at)
 }
 
 /// Digits in pairs, and a single one at the end for the number of lines that the sender waits for.
-std::optional<SimulatedAdapter::Request> SimulatedAdapter::parseRequest(std::string_view digits)
+std::optional<SimulatedAdapter::Request> SimulatedAdapter::parseRequest(std::string_view digits) const
 {
     const auto isNoDigit = [](char character) { return upperHexDigit(character) < 0; };
-    if (digits.size() < 2 || digits.size() / 2 > longestRequest || std::ranges::any_of(digits, isNoDigit))
+    const std::size_t longest = longestRequest + (sendsWholeFrames() ? 1 : 0);
+    if (digits.size() < 2 || digits.size() / 2 > longest || std::ranges::any_of(digits, isNoDigit))
         return {};
     Request request;
     for (; digits.size() >= 2; digits.remove_prefix(2))
@@ -181,13 +228,30 @@ void SimulatedAdapter::runRequest(const Request& request, Time at)
 void SimulatedAdapter::askVehicle(const Request& request, Time at)
 {
     const Time connected = announceConnection(at);
-    const std::string text = vehicleText(request, at);
-    if (text.empty()) {
+    const VehicleLines answer = vehicleLines(request, at);
+    if (answer.lines.empty() && answer.waits.empty()) {
         reply("NO DATA", connected + waitingTime());
         return;
     }
     const bool expectsMore = !settings_.adaptiveTiming && request.expectedLines == 0;
-    reply(text, connected + options_.latency, expectsMore ? waitingTime() : Time{0});
+    const Time waitBeforePrompt = expectsMore ? waitingTime() : Time{0};
+    if (answer.waits.empty())
+        reply(joined(answer.lines), connected + options_.latency, waitBeforePrompt);
+    else
+        replyLate(answer, connected + options_.latency, waitBeforePrompt);
+}
+
+/// An answer that comes after the time-out is lost: the adapter has no more patience for one that was
+/// announced.
+void SimulatedAdapter::replyLate(const VehicleLines& answer, Time at, Time waitBeforePrompt)
+{
+    const Time wait = options_.latency > Time{0} ? vehicle_.waitingTime() : Time{0};
+    if (answer.lines.empty() || wait > waitingTime()) {
+        reply(joined(answer.waits), at, waitingTime());
+        return;
+    }
+    write(joined(answer.waits).append(lineEnd()), at);
+    reply(joined(answer.lines), at + wait, waitBeforePrompt);
 }
 
 /// The first request after a reset finds the vehicle; the dots come while it takes its time.
@@ -196,7 +260,7 @@ SimulatedAdapter::Time SimulatedAdapter::announceConnection(Time at)
     if (std::exchange(settings_.connected, true) || !options_.announcesConnection)
         return at;
     write(vehicle_.traits().search, at);
-    for (int dot = 0; dot < 3; ++dot) {
+    for (int dot = 0; dot < vehicle_.traits().searchDots; ++dot) {
         at += options_.latency;
         write(".", at);
     }
@@ -212,20 +276,47 @@ SimulatedAdapter::Time SimulatedAdapter::waitingTime() const
                                       : Time{0};
 }
 
-/// What the vehicle answers, lines joined by line ends; empty when it doesn't answer.
-std::string SimulatedAdapter::vehicleText(const Request& request, Time at)
+/// Whether the user writes and reads the control bytes of frames.
+bool SimulatedAdapter::sendsWholeFrames() const
 {
-    const ReplyFormat format{.framing = vehicle_.traits().framing,
-                             .headers = settings_.headers,
-                             .blanks = settings_.blanks,
-                             .trailingBlank = options_.trailingBlank};
-    Messages messages = vehicle_.hears(header()) ? vehicle_.answer(request.bytes, at) : Messages{};
-    if (request.expectedLines > 0 && messages.size() > request.expectedLines)
-        messages.resize(request.expectedLines);
-    std::vector<std::string> lines;
-    for (const Message& message : messages)
-        std::ranges::move(replyLines(message, format), std::back_inserter(lines));
-    applyFaults(lines);
+    return !settings_.autoFormat && protocolTraits(triedProtocol()).framing == Framing::isoTp;
+}
+
+ReplyFormat SimulatedAdapter::replyFormat() const
+{
+    return {.protocol = &vehicle_.traits(),
+            .headers = settings_.headers,
+            .blanks = settings_.blanks,
+            .trailingBlank = options_.trailingBlank,
+            .autoFormat = settings_.autoFormat,
+            .lengthDigit = settings_.lengthDigit || options_.lengthDigit,
+            .ownLengthByte = options_.ownLengthByte,
+            .padding = options_.padding};
+}
+
+SimulatedAdapter::VehicleLines SimulatedAdapter::vehicleLines(const Request& request, Time at)
+{
+    const auto data = sendsWholeFrames() ? frameData(request.bytes) : MessageView(request.bytes);
+    auto answers = data ? vehicle_.answers(header(), *data, at) : std::vector<UnitAnswer>{};
+    if (request.expectedLines > 0)
+        limitMessages(answers, request.expectedLines);
+    const ReplyFormat format = replyFormat();
+    VehicleLines result;
+    LinesByUnit units;
+    for (const UnitAnswer& answer : answers) {
+        for (const Message& message : answer.waits)
+            std::ranges::move(replyLines(answer.from, message, format), std::back_inserter(result.waits));
+        auto& lines = units.emplace_back();
+        for (const Message& message : answer.messages)
+            std::ranges::move(replyLines(answer.from, message, format), std::back_inserter(lines));
+    }
+    result.lines = inOneList(std::move(units), options_.interleavesUnits);
+    applyFaults(result.lines);
+    return result;
+}
+
+std::string SimulatedAdapter::joined(const std::vector<std::string>& lines) const
+{
     std::string text;
     for (const std::string& line : lines) {
         text += text.empty() ? "" : lineEnd();
@@ -236,6 +327,7 @@ std::string SimulatedAdapter::vehicleText(const Request& request, Time at)
 
 void SimulatedAdapter::applyFaults(std::vector<std::string>& lines)
 {
+    lineFaults_.apply(lines, vehicle_.traits().framing);
     constexpr std::size_t garbledDigit = 6; // of the first byte behind "41 01 "
     const auto planned = options_.faults.find(requests_);
     if (planned != options_.faults.end()) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sim/adapterCommands.h"
+#include "sim/lineFaults.h"
 #include "sim/pacedOutput.h"
 #include "sim/replyLines.h"
 #include "sim/simulationOptions.h"
@@ -48,7 +49,13 @@ private:
         std::size_t expectedLines = 0; ///< 0: not told
     };
 
-    static std::optional<Request> parseRequest(std::string_view digits);
+    /// What the vehicle answers, in lines.
+    struct VehicleLines {
+        std::vector<std::string> waits; ///< come first, while the answer takes a while
+        std::vector<std::string> lines;
+    };
+
+    std::optional<Request> parseRequest(std::string_view digits) const;
 
     void receiveByte(char byte, Time at);
     void interrupt(Time at);
@@ -57,13 +64,17 @@ private:
     void runAdapterCommand(std::string_view command, Time at);
     void runRequest(const Request& request, Time at);
     void askVehicle(const Request& request, Time at);
+    void replyLate(const VehicleLines& answer, Time at, Time waitBeforePrompt);
 
     unsigned triedProtocol() const;
     bool reachesVehicle() const;
     std::uint32_t header() const;
     Time announceConnection(Time at);
-    std::string vehicleText(const Request& request, Time at);
+    bool sendsWholeFrames() const;
+    ReplyFormat replyFormat() const;
+    VehicleLines vehicleLines(const Request& request, Time at);
     void applyFaults(std::vector<std::string>& lines);
+    std::string joined(const std::vector<std::string>& lines) const;
     Time waitingTime() const;
 
     void reply(std::string_view text, Time at, Time waitBeforePrompt = Time{0});
@@ -73,6 +84,7 @@ private:
     Vehicle& vehicle_;
     AdapterOptions options_;
     AdapterSettings settings_;
+    LineFaults lineFaults_;
     PacedOutput output_;
     Time perCharacter_;
     Time inputEnd_{0}; // when the last received character was complete

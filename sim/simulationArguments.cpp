@@ -1,6 +1,7 @@
 #include "sim/simulationArguments.h"
 
-#include "sim/vehicle.h"
+#include "shared/module1.h"
+#include "sim/codeMessages.h"
 
 #include <algorithm>
 #include <array>
@@ -28,28 +29,44 @@ int number(std::string_view text, int least = 0)
 
 VehicleProtocol protocol(std::string_view text)
 {
-    if (text == "iso9141")
-        return VehicleProtocol::iso9141;
-    if (text == "can")
-        return VehicleProtocol::can;
-    throw ArgumentError("\"" + std::string(text) + R"(" is neither "iso9141" nor "can")");
+    if (const auto known = vehicleProtocol(text))
+        return *known;
+    throw ArgumentError("\"" + std::string(text) + "\" is no protocol that a vehicle speaks here");
+}
+
+/// Two hexadecimal digits.
+std::uint8_t byteValue(std::string_view text)
+{
+    unsigned value = 0;
+    const char* const end = text.data() + text.size();
+    if (text.size() != 2 || std::from_chars(text.data(), end, value, 16).ptr != end)
+        throw ArgumentError("\"" + std::string(text) + "\" is no byte such as AA");
+    return static_cast<std::uint8_t>(value);
+}
+
+/// What stands between commas, which is at least one word.
+std::vector<std::string> words(std::string_view text)
+{
+    std::vector<std::string> list;
+    for (bool more = true; more;) {
+        const auto comma = text.find(',');
+        list.emplace_back(text.substr(0, comma));
+        more = comma != std::string_view::npos;
+        text.remove_prefix(more ? comma + 1 : 0);
+    }
+    return list;
 }
 
 /// Codes separated by commas, or "none".
 std::vector<std::string> codes(std::string_view text)
 {
     constexpr std::size_t most = 127; // what a vehicle can report
-    std::vector<std::string> list;
     if (text == "none")
-        return list;
-    for (bool more = true; more;) {
-        const auto comma = text.find(',');
-        const std::string code(text.substr(0, comma));
+        return {};
+    std::vector<std::string> list = words(text);
+    for (const std::string& code : list) {
         if (!troubleCodeBytes(code))
             throw ArgumentError("\"" + code + "\" is no trouble code such as P0133");
-        list.push_back(code);
-        more = comma != std::string_view::npos;
-        text.remove_prefix(more ? comma + 1 : 0);
     }
     if (list.size() > most)
         throw ArgumentError("A vehicle stores " + std::to_string(most) + " codes at most");
@@ -99,6 +116,32 @@ void addFault(SimulationOptions& options, std::string_view value)
 
 using Adapter = AdapterOptions;
 
+template <std::vector<std::string> VehicleOptions::*member>
+void codeList(SimulationOptions& options, std::string_view value)
+{
+    options.vehicle.*member = codes(value);
+}
+
+template <auto VehicleOptions::*member, auto value>
+void vehicleFlag(SimulationOptions& options, std::string_view)
+{
+    options.vehicle.*member = value;
+}
+
+void refuse(SimulationOptions& options, std::string_view value)
+{
+    options.adapter.refusedCommands = words(value);
+    for (std::string& command : options.adapter.refusedCommands)
+        command = upperCase(command);
+}
+
+void setUnits(SimulationOptions& options, std::string_view value)
+{
+    if (value != "1" && value != "2")
+        throw ArgumentError("A vehicle has 1 or 2 control units");
+    options.vehicle.units = number(value);
+}
+
 template <bool Adapter::*member, bool value = true>
 void flag(SimulationOptions& options, std::string_view)
 {
@@ -124,14 +167,31 @@ void text(SimulationOptions& options, std::string_view value)
 }
 
 constexpr auto arguments = std::to_array<SimulationArgument>({
-    {"protocol", "NAME", "of the vehicle: iso9141 (the default) or can",
+    {"protocol", "NAME",
+     "pwm, vpw, iso9141 (the default), kwp-slow, kwp-fast, can, can29, can250 or can29-250",
      [](SimulationOptions& options, std::string_view value) { options.vehicle.protocol = protocol(value); }},
-    {"ignition-off", "", "no vehicle answers",
-     [](SimulationOptions& options, std::string_view) { options.vehicle.ignitionOn = false; }},
+    {"ignition-off", "", "no vehicle answers", vehicleFlag<&VehicleOptions::ignitionOn, false>},
+    {"units", "N", "control units: 1 (the default), or 2, an engine that tells more and a transmission",
+     setUnits},
+    {"diesel", "", "an engine with compression ignition, which tells more",
+     vehicleFlag<&VehicleOptions::diesel, true>},
     {"codes", "LIST", "stored trouble codes, such as P0133,U0123, or none",
-     [](SimulationOptions& options, std::string_view value) { options.vehicle.storedCodes = codes(value); }},
-    {"pending", "LIST", "pending trouble codes, or none",
-     [](SimulationOptions& options, std::string_view value) { options.vehicle.pendingCodes = codes(value); }},
+     codeList<&VehicleOptions::storedCodes>},
+    {"pending", "LIST", "pending trouble codes, or none", codeList<&VehicleOptions::pendingCodes>},
+    {"permanent", "LIST", "permanent trouble codes, which only CAN vehicles tell, or none",
+     codeList<&VehicleOptions::permanentCodes>},
+    {"transmission-codes", "LIST", "stored in the second control unit, or none",
+     codeList<&VehicleOptions::transmissionCodes>},
+    {"refuse-clear", "", "the vehicle refuses to clear its codes",
+     vehicleFlag<&VehicleOptions::refusesClearing, true>},
+    {"pending-response", "MS", R"(all but live values begins with "7F xx 78" and comes so much later)",
+     [](SimulationOptions& options, std::string_view value) {
+         options.vehicle.pendingResponse = std::chrono::milliseconds(number(value));
+     }},
+    {"drop-out", "N", "the last control unit keeps silent at every N-th request",
+     [](SimulationOptions& options, std::string_view value) {
+         options.vehicle.dropOutEvery = number(value, 1);
+     }},
     {"latency", "MS", "from a request to its answer; 0: nothing takes time (default 50)",
      time<&Adapter::latency>},
     {"line-speed", "BPS", "bits per second of the line; 0: takes no time (the default)",
@@ -157,6 +217,17 @@ constexpr auto arguments = std::to_array<SimulationArgument>({
     {"piece-gap", "MS", "between two pieces", time<&Adapter::pieceGap>},
     {"no-reset-answer", "", "no answer to ATZ", flag<&Adapter::answersReset, false>},
     {"garble-every", "N", "a wrong digit in every N-th data reply", count<&Adapter::garbleEvery, 1>},
+    {"refuse", "LIST", R"(adapter commands that are answered with "?", such as H1,S0)", refuse},
+    {"padding", "BYTE", "fills CAN frames up to eight bytes, such as AA",
+     [](SimulationOptions& options, std::string_view value) { options.adapter.padding = byteValue(value); }},
+    {"length-digit", "", "the number of bytes behind a CAN identifier, as after ATD1",
+     flag<&Adapter::lengthDigit>},
+    {"length-byte", "", "KWP headers tell the length in a byte of its own", flag<&Adapter::ownLengthByte>},
+    {"interleave", "", "the lines of two control units come in turns", flag<&Adapter::interleavesUnits>},
+    {"lose-line", "N", "one line less in every N-th reply of several lines",
+     count<&Adapter::loseLineEvery, 1>},
+    {"double-line", "N", "the last line twice in every N-th data reply", count<&Adapter::doubleLineEvery, 1>},
+    {"wrong-check", "N", "a wrong last digit in every N-th data reply", count<&Adapter::wrongCheckEvery, 1>},
     {"error", "N:TEXT", "TEXT for the data of the N-th request; behind it if TEXT begins with <", addFault},
     {"silent-after", "N", "no prompt and nothing more after N replies", count<&Adapter::promptsUntilSilence>},
     {"disconnect-after", "N", "the device vanishes after N replies",

@@ -3,6 +3,7 @@
 #include "sim/protocols.h"
 
 #include <chrono>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -16,6 +17,15 @@ struct VehicleOptions {
     bool ignitionOn = true;                                          ///< off: the adapter finds no vehicle
     std::vector<std::string> storedCodes{"P0133", "P0301", "U0123"}; ///< until they are cleared
     std::vector<std::string> pendingCodes{"P0420"};                  ///< likewise
+    std::vector<std::string> permanentCodes{"P0133"};                ///< clearing leaves them alone; CAN only
+    int units = 1; ///< 2: an engine with more parameters, and a transmission
+    std::vector<std::string> transmissionCodes{"P0741"}; ///< stored, until they are cleared
+    bool diesel = false;                                 ///< compression ignition, with more parameters
+    bool refusesClearing = false;
+
+    /// All but live values is announced first, and comes so much later.
+    std::optional<std::chrono::microseconds> pendingResponse;
+    int dropOutEvery = 0; ///< at each so manieth request the last unit keeps silent; 0: never
 };
 
 /// An error of the adapter or of the bus that shows in a reply.
@@ -53,6 +63,17 @@ struct AdapterOptions {
     bool answersReset = true;         ///< otherwise nothing but the echo follows "ATZ"
     int garbleEvery = 0;              ///< in so many data replies, one has a wrong digit; 0: none
     std::map<int, ReplyFault> faults; ///< of the n-th request, counted from 1
+
+    std::vector<std::string> refusedCommands; ///< without "AT"; are answered with "?"
+    std::optional<std::uint8_t> padding;      ///< fills each CAN frame up to eight bytes
+    bool lengthDigit = false;                 ///< behind a CAN identifier, as after "ATD1"
+    bool ownLengthByte = false;               ///< of KWP headers
+    bool interleavesUnits = false;            ///< the lines of several control units come in turns
+
+    // In each so manieth data reply; 0: never.
+    int loseLineEvery = 0; ///< counts replies of several lines
+    int doubleLineEvery = 0;
+    int wrongCheckEvery = 0;
 
     // Both are counted from the opening of the port.
     std::optional<int> promptsUntilSilence;    ///< the reply behind so many prompts has none; nothing follows

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bitset>
+#include <sstream>
+#include <tuple>
 
 namespace zint {
 namespace {
@@ -125,21 +128,157 @@ TEST(SimulatedAdapterTest, TakesItsTime)
     }
 }
 
+/// The options that a command line of words such as "units=2 diesel" describes.
+SimulationOptions described(const string& words)
+{
+    SimulationOptions options;
+    std::istringstream stream(words);
+    for (string word; stream >> word;) {
+        const auto mark = std::min(word.find('='), word.size());
+        applySimulationArgument(options, word.substr(0, mark), word.substr(std::min(mark + 1, word.size())));
+    }
+    return options;
+}
+
+/// The last lines of a conversation: what comes for the last of several commands.
+string converse(const string& words, const std::vector<const char*>& commands)
+{
+    const SimulationOptions options = described(words);
+    Bench bench(options.adapter, options.vehicle);
+    bench.ask("ATE0");
+    string reply;
+    for (const char* command : commands)
+        reply = bench.ask(command);
+    return reply.substr(0, reply.rfind("\r\r>"));
+}
+
+TEST(SimulatedAdapterTest, WritesEachProtocol)
+{
+    const std::tuple<const char*, const char*, const char*, const char*> rows[] = {
+        // protocol, its number, 0100 of two units, 0902 from the second line on
+        {"pwm", "A1", "41 6B 10 41 00 BE 3F B8 13 25 \r41 6B 18 41 00 80 18 00 01 72 ",
+         "41 6B 10 49 02 02 39 5A 4E 54 70 "},
+        {"vpw", "A2", "48 6B 10 41 00 BE 3F B8 13 4F \r48 6B 18 41 00 80 18 00 01 18 ",
+         "48 6B 10 49 02 02 39 5A 4E 54 36 "},
+        {"iso9141", "A3", "48 6B 10 41 00 BE 3F B8 13 CC \r48 6B 18 41 00 80 18 00 01 A5 ",
+         "48 6B 10 49 02 02 39 5A 4E 54 45 "},
+        {"kwp-slow", "A4", "86 F1 10 41 00 BE 3F B8 13 90 \r86 F1 18 41 00 80 18 00 01 69 ",
+         "87 F1 10 49 02 02 39 5A 4E 54 0A "},
+        {"kwp-fast length-byte", "A5", "80 F1 10 06 41 00 BE 3F B8 13 90 \r80 F1 18 06 41 00 80 18 00 01 69 ",
+         "80 F1 10 07 49 02 02 39 5A 4E 54 0A "},
+        {"can padding=AA", "A6", "7E8 06 41 00 BE 3F B8 13 AA \r7E9 06 41 00 80 18 00 01 AA ",
+         "7E8 21 4E 54 42 44 32 39 31 "},
+        {"can29", "A7", "18 DA F1 10 06 41 00 BE 3F B8 13 \r18 DA F1 18 06 41 00 80 18 00 01 ",
+         "18 DA F1 10 21 4E 54 42 44 32 39 31 "},
+        {"can250 length-digit", "A8", "7E8 7 06 41 00 BE 3F B8 13 \r7E9 7 06 41 00 80 18 00 01 ",
+         "7E8 8 21 4E 54 42 44 32 39 31 "},
+        {"can29-250", "A9", "18 DA F1 10 06 41 00 BE 3F B8 13 \r18 DA F1 18 06 41 00 80 18 00 01 ",
+         "18 DA F1 10 21 4E 54 42 44 32 39 31 "},
+    };
+    for (const auto& [protocol, number, supported, numberPart] : rows) {
+        const string words = string("units=2 protocol=") + protocol;
+        EXPECT_EQ(converse(words, {"ATH1", "0100"}), supported);
+        EXPECT_EQ(converse(words, {"0100", "ATDPN"}), number);
+        EXPECT_EQ(converse(words, {(string("ATSP") + number[1]).c_str(), "0100", "ATDPN"}), number + 1);
+        const string numberLines = converse(words, {"ATH1", "0902"});
+        EXPECT_NE(numberLines.find(string("\r") + numberPart), string::npos) << numberLines;
+    }
+    const Message bytes{0x41, 0x6B, 0x10, 0x41, 0x0C, 0x1A, 0xF8};
+    EXPECT_EQ(checkByte(CheckByte::crc, bytes), 0x3D) << "1726 rpm on PWM";
+}
+
+TEST(SimulatedAdapterTest, ShowsWhatVehiclesAndBussesDo)
+{
+    const std::tuple<const char*, std::vector<const char*>, const char*> rows[] = {
+        {"protocol=can units=2",
+         {"ATH1", "0101", "0101", "0101"}, // the transmission is first now
+         "7E9 06 41 01 81 04 00 00 \r7E8 06 41 01 83 07 E5 05 "},
+        {"protocol=can units=2", {"ATSH7E1", "03"}, "43 01 07 41 "},
+        {"protocol=can29 units=2", {"ATSHDA10F1", "07"}, "47 01 04 20 "},
+        {"protocol=can permanent=P0420,U0100", {"04", "0A"}, "4A 02 04 20 C1 00 "},
+        {"protocol=can units=2 refuse-clear", {"ATH1", "04"}, "7E8 03 7F 04 22 \r7E9 03 7F 04 22 "},
+        {"refuse-clear", {"04", "0101"}, "41 01 83 07 65 04 "},
+        {"protocol=kwp-slow", {"0A"}, "7F 0A 11 "},
+        {"protocol=kwp-fast", {"0902", "0902", "0B"}, "7F 0B 11 "},
+        {"protocol=kwp-fast", {"0102"}, "7F 01 12 "},
+        {"", {"0A"}, "NO DATA"},
+        {"protocol=can", {"050101"}, "NO DATA"},
+        {"", {"050101"}, "45 01 01 5A "},
+        {"", {"050702"}, "45 07 02 14 00 3C "},
+        {"", {"0602"}, "46 02 81 06 90 03 00 \r46 02 01 06 90 09 00 "},
+        {"protocol=can", {"0621"}, "00A\r0: 46 21 80 05 6A 40 \r1: 00 00 60 00 00 00 00 "},
+        {"protocol=can", {"04", "0621"}, "00A\r0: 46 21 80 05 00 00 \r1: 00 00 00 00 00 00 00 "},
+        {"protocol=can", {"020200"}, "42 02 00 01 33 "},
+        {"protocol=can diesel", {"0101"}, "41 01 83 0F EB 42 "},
+        {"protocol=can pending-response=5000",
+         {"03"},
+         "7F 03 78 \r008\r0: 43 03 01 33 03 01 \r1: C1 23 00 00 00 00 00 "},
+        {"protocol=can units=2 drop-out=2", {"ATH1", "07"}, "7E8 04 47 01 04 20 \r7E9 02 47 00 "},
+        {"protocol=can units=2 drop-out=2", {"ATH1", "07", "07"}, "7E8 04 47 01 04 20 "},
+        {"protocol=can units=2", {"03", "03", "071"}, "47 00 "},
+        {"protocol=can units=2 interleave",
+         {"ATH1", "ATS0", "0906"},
+         "7E8100B4906025A4E01\r7E907490601172A009B\r7E8211700C0FFEE0000"},
+        {"protocol=can units=2 lose-line=2",
+         {"ATH1", "0902", "0902"},
+         "7E8 10 14 49 02 01 55 39 5A \r7E8 22 5A 30 30 30 30 34 32 "},
+        {"double-line=1", {"0101"}, "41 01 83 07 65 04 \r41 01 83 07 65 04 "},
+        {"wrong-check=1", {"ATH1", "010D"}, "48 6B 10 41 0D 00 10 "},
+        {"protocol=can wrong-check=1", {"010D"}, "41 0D 01 <RX ERROR"},
+        {"refuse=H1,s0", {"ATS0", "ATH1", "ATS1"}, "OK"},
+        {"refuse=H1,s0", {"ATS0"}, "?"},
+        {"protocol=can", {"ATCAF0", "02010D"}, "03 41 0D 00 "},
+        {"protocol=can", {"ATCAF0", "010D"}, "NO DATA"},
+        {"protocol=can", {"ATD1", "ATH1", "010D"}, "7E8 4 03 41 0D 00 "},
+    };
+    for (const auto& [words, commands, reply] : rows)
+        EXPECT_EQ(converse(words, commands), reply) << words << ", " << commands.back();
+
+    Bench slow({.latency = 50ms}, {.protocol = VehicleProtocol::can, .pendingResponse = 150ms});
+    slow.ask("ATE0");
+    EXPECT_EQ(slow.ask("07"), "7F 07 78 \r47 01 04 20 \r\r>");
+    EXPECT_EQ(slow.elapsed, 200ms);
+    slow.ask("ATST10"); // 64 ms
+    EXPECT_EQ(slow.ask("07"), "7F 07 78 \r\r>") << "the adapter does not wait for what was announced";
+    EXPECT_EQ(slow.ask("0101"), "41 01 83 07 65 04 \r\r>") << "live values are at hand";
+}
+
+TEST(SimulatedAdapterTest, NumbersMoreFramesThanThereAreDigits)
+{
+    const string reply = converse("protocol=can", {"ATH1", "ATS0", "0601"});
+    EXPECT_EQ(std::ranges::count(reply, '\r'), 18) << reply;
+    EXPECT_TRUE(reply.starts_with("7E8107F4601010A0E69\r7E821")) << reply;
+    EXPECT_NE(reply.find("\r7E82F"), string::npos);
+    EXPECT_NE(reply.find("\r7E820"), string::npos);
+}
+
 TEST(VehicleTest, SupportsExactlyWhatItSays)
 {
-    for (const VehicleProtocol protocol : {VehicleProtocol::iso9141, VehicleProtocol::can}) {
-        Vehicle vehicle({.protocol = protocol});
-        for (const Message& kind : std::vector<Message>{{0x01, 0}, {0x02, 0, 0}, {0x09, 0}}) {
-            std::bitset<0x121> promised(1);
-            for (std::size_t item = 0; item <= 0xFF; ++item) {
-                Message request = kind;
-                request[1] = static_cast<std::uint8_t>(item);
-                const Messages answer = vehicle.answer(request, 0s);
-                EXPECT_EQ(!answer.empty(), promised[item]) << "mode " << int{kind[0]} << ", item " << item;
-                for (std::size_t i = 0; i < 32 && promised[item] && item % 32 == 0; ++i)
-                    promised[item + 1 + i] = answer.at(0).at(answer[0].size() - 4 + i / 8) >> (7 - i % 8) & 1;
+    constexpr std::uint32_t physical[] = {0x7E0, 0x7E1, 0x6C10F1, 0x6C18F1};
+    for (const char* words : {"protocol=can", "protocol=can units=2", "protocol=can diesel", "", "units=2",
+                              "diesel", "protocol=kwp-fast units=2"}) {
+        Vehicle vehicle(described(words).vehicle);
+        for (const std::uint32_t unit : physical) {
+            for (const Message& kind : std::vector<Message>{
+                     {0x01, 0}, {0x02, 0, 0}, {0x05, 0, 1}, {0x05, 0, 2}, {0x06, 0}, {0x09, 0}}) {
+                std::bitset<0x121> promised;
+                for (std::size_t item = 0; item <= 0xFF; ++item) {
+                    Message request = kind;
+                    request[1] = static_cast<std::uint8_t>(item);
+                    const auto answers = vehicle.answers(unit, request, 0s);
+                    const bool isAnswered = !answers.empty() && answers[0].messages[0][0] != refusal;
+                    if (item == 0) // the whole service may be missing
+                        promised[0] = isAnswered;
+                    EXPECT_EQ(isAnswered, promised[item])
+                        << words << ", unit " << unit << ", mode " << int{kind[0]} << ", item " << item;
+                    for (std::size_t i = 0; i < 32 && isAnswered && item % 32 == 0; ++i) {
+                        const Message& map = answers[0].messages[0];
+                        promised[item + 1 + i] = map.at(map.size() - 4 + i / 8) >> (7 - i % 8) & 1;
+                    }
+                }
             }
         }
+        EXPECT_EQ(vehicle.answer(Message{0x01, 0x00}, 0s).empty(), false);
     }
 }
 
@@ -155,8 +294,9 @@ TEST(SimulationArgumentsTest, AreTakenWhenTheyFit)
     SimulationOptions options;
     applySimulationArgument(options, "rubbish", R"(\0\xFCa\\\r)");
     EXPECT_EQ(options.adapter.rubbish, std::string("\0\xFC", 2) + "a\\\r");
-    for (const char* argument : {"protocol=kwp", "codes=P0133,", "codes=", "latency=-1", "latency=5ms",
-                                 "error=0:X", "garble-every=0", "rubbish=\\x1", "no-such-option="}) {
+    for (const char* argument :
+         {"protocol=kwp", "codes=P0133,", "codes=", "latency=-1", "latency=5ms", "error=0:X",
+          "garble-every=0", "units=3", "padding=A", "drop-out=0", "rubbish=\\x1", "no-such-option="}) {
         const auto words = std::string_view(argument);
         const auto mark = words.find('=');
         EXPECT_THROW(applySimulationArgument(options, words.substr(0, mark), words.substr(mark + 1)),

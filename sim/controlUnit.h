@@ -1,0 +1,61 @@
+#pragma once
+
+#include "sim/codeMessages.h"
+#include "sim/message.h"
+#include "sim/protocols.h"
+#include "sim/unitKind.h"
+
+#include <chrono>
+#include <cstdint>
+
+namespace zint {
+
+/// What a control unit has found wrong.
+struct UnitCodes {
+    TroubleCodes stored;
+    TroubleCodes pending;
+    TroubleCodes permanent; ///< which clearing leaves alone
+};
+
+/// One control unit on the bus. What it answers depends on the drive; what is cleared stays so.
+class ControlUnit {
+public:
+    ControlUnit(UnitKind kind, const ProtocolTraits& protocol, UnitCodes codes, bool refusesClearing);
+
+    UnitAddress address() const { return unitTraits(kind_).address; }
+
+    /// Whether a request with this header (its last 24 bits) is meant for it.
+    bool hears(std::uint32_t header) const;
+
+    /// The messages that answer a request; none, or a refusal, for what the unit does not have.
+    /// @param request not empty
+    /// @param driven since the first request
+    Messages answer(MessageView request, std::chrono::microseconds driven);
+
+private:
+    struct Service;
+
+    Messages liveData(MessageView request);
+    Messages freezeFrame(MessageView request);
+    Messages storedCodes(MessageView request);
+    Messages clearCodes(MessageView request);
+    Messages sensorTests(MessageView request);
+    Messages monitorResults(MessageView request);
+    Messages pendingCodes(MessageView request);
+    Messages vehicleInformation(MessageView request);
+    Messages permanentCodes(MessageView request);
+
+    Messages unsupported(std::uint8_t mode, std::uint8_t reason) const;
+    bool appendLiveValue(Message& message, std::uint8_t pid) const;
+    std::uint32_t monitorStatus() const;
+
+    UnitKind kind_;
+    const ProtocolTraits* protocol_;
+    UnitCodes codes_;
+    bool refusesClearing_;
+    bool cleared_ = false;
+    std::chrono::microseconds clearedAt_;
+    std::chrono::microseconds driven_{0};
+};
+
+} // namespace zint

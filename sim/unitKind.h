@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+
+namespace zint {
+
+/// The control units that can be simulated. The numbers are bits, by which tables tell who has what.
+enum class UnitKind : std::uint8_t {
+    spark = 1,        ///< an engine with the usual parameters
+    sparkNewer = 2,   ///< one that tells more
+    diesel = 4,       ///< compression ignition
+    transmission = 8, ///< the gearbox
+};
+
+/// Several of them.
+using UnitKinds = std::uint8_t;
+
+constexpr UnitKinds only(UnitKind kind) { return static_cast<UnitKinds>(kind); }
+constexpr UnitKinds operator|(UnitKind one, UnitKind other)
+{
+    return static_cast<UnitKinds>(only(one) | only(other));
+}
+constexpr UnitKinds operator|(UnitKinds some, UnitKind other)
+{
+    return static_cast<UnitKinds>(some | only(other));
+}
+constexpr bool contains(UnitKinds kinds, UnitKind kind) { return (kinds & only(kind)) != 0; }
+
+inline constexpr UnitKinds sparkEngines = UnitKind::spark | UnitKind::sparkNewer;
+inline constexpr UnitKinds newerEngines = UnitKind::sparkNewer | UnitKind::diesel;
+inline constexpr UnitKinds engines = sparkEngines | UnitKind::diesel;
+inline constexpr UnitKinds allUnits = engines | UnitKind::transmission;
+
+/// By what a unit is known on the bus.
+struct UnitAddress {
+    std::uint8_t address = 0x10; ///< a byte of its header
+    std::uint8_t number = 0;     ///< of its identifiers of 11 bits: 7E8 for 0
+};
+
+/// What sets a unit apart, beside its tables. The monitors stand a bit each, as in parameter 01.
+struct UnitTraits {
+    UnitKind kind;
+    UnitAddress address;
+    std::uint8_t continuousTests; ///< B, with the bit for compression ignition
+    std::uint8_t otherTests;      ///< C: which it has
+    std::uint8_t unfinishedTests; ///< D: which take longer than the simulated drive
+};
+
+const UnitTraits& unitTraits(UnitKind kind);
+
+} // namespace zint
