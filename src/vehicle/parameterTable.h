@@ -2,7 +2,6 @@
 
 #include "vehicle/parameters.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -157,7 +156,5 @@ inline constexpr Formula inSeconds{.unit = "s"};
 inline constexpr FullScale largestRatio{&ParameterContext::largestValues, 0, 1, 65535};
 inline constexpr Formula equivalenceRatio{
     .unit = "ratio", .times = 2, .over = 65536, .fullScale = &largestRatio};
-
-inline constexpr std::array offOn = {Word{0, "off"}, Word{1, "on"}};
 
 } // namespace zint

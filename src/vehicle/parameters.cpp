@@ -3,6 +3,7 @@
 #include "vehicle/parameterTable.h"
 
 #include <algorithm>
+#include <array>
 
 namespace zint {
 namespace {
@@ -50,7 +51,7 @@ bool hasBit(std::uint32_t bits, int bit) { return (bits >> bit & 1U) != 0; }
 
 bool applies(const Field& field, BytesView data, const ParameterContext& context)
 {
-    if (data.empty() || (field.supportBit >= 0 && !hasBit(data[0], field.supportBit)))
+    if (field.supportBit >= 0 && !hasBit(data[0], field.supportBit))
         return false;
     // Bytes of padding may follow where only two banks exist.
     return !field.needsFourBanks || context.hasFourBanks || data.size() == field.place.end();

@@ -1,6 +1,8 @@
 #include "vehicle/parameterTable.h"
 #include "vehicle/troubleCode.h"
 
+#include <array>
+
 namespace zint {
 namespace {
 

@@ -1,8 +1,11 @@
 #include "vehicle/parameterTable.h"
 
+#include <array>
+
 namespace zint {
 namespace {
 
+constexpr std::array offOn = {Word{0, "off"}, Word{1, "on"}};
 constexpr std::array automaticGears = {Word{0, "park or neutral"}, Word{1, "forward or reverse"}};
 constexpr std::array manualGears = {Word{0, "neutral or clutch pressed"}, Word{1, "in gear"}};
 constexpr std::array glowPlugLamp = {Word{0, "off"}, Word{1, "on (wait to start)"}};

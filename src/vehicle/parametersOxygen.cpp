@@ -1,5 +1,7 @@
 #include "vehicle/parameterTable.h"
 
+#include <array>
+
 namespace zint {
 namespace {
 

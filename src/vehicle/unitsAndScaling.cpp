@@ -1,6 +1,5 @@
 #include "vehicle/unitsAndScaling.h"
 
-#include <algorithm>
 #include <array>
 
 namespace zint {
@@ -120,10 +119,11 @@ constexpr std::array scalingRows = {
 
 std::optional<Scaling> scalingOf(std::uint8_t id)
 {
-    const auto row = std::ranges::lower_bound(scalingRows, id, {}, &ScalingRow::id);
-    if (row == scalingRows.end() || row->id != id)
-        return std::nullopt;
-    return Scaling{.factor = row->factor, .offset = row->offset, .unit = row->unit, .isSigned = id > 0x80};
+    for (const ScalingRow& row : scalingRows)
+        if (row.id == id)
+            return Scaling{
+                .factor = row.factor, .offset = row.offset, .unit = row.unit, .isSigned = id > 0x80};
+    return std::nullopt;
 }
 
 } // namespace zint
