@@ -124,9 +124,10 @@ private:
     bool takeHex(std::string_view text)
     {
         std::optional<HexLine> line = hexLine(text);
-        if (line)
+        const bool isHex = line.has_value();
+        if (isHex)
             result.lines.push_back(*std::move(line));
-        return line.has_value();
+        return isHex;
     }
 
     void readText(std::string_view text)
@@ -157,11 +158,9 @@ bool beginsWithEcho(const std::vector<HexLine>& lines, const Bytes& request)
 
 } // namespace
 
-std::optional<Bytes> HexLine::bytesFrom(std::size_t start) const
+Bytes HexLine::bytesFrom(std::size_t start) const
 {
-    if (start > digits.size() || (digits.size() - start) % 2 != 0)
-        return std::nullopt;
-    Bytes bytes((digits.size() - start) / 2);
+    Bytes bytes((digits.size() - std::min(start, digits.size())) / 2);
     for (std::size_t i = 0; i < bytes.size(); ++i)
         bytes[i] = static_cast<std::uint8_t>(digits[start + 2 * i] * 16 + digits[start + 2 * i + 1]);
     return bytes;

@@ -17,8 +17,8 @@ struct HexLine {
     std::size_t firstGroup = 0; ///< how many stand before the first blank; all where there is none
     std::optional<int> index;   ///< the digit in front of a colon; it is none of the digits
 
-    /// The bytes from a digit on; nothing where half a byte would be left.
-    std::optional<Bytes> bytesFrom(std::size_t start) const;
+    /// The bytes from a digit on, without the half that may be left.
+    Bytes bytesFrom(std::size_t start) const;
 };
 
 /// The digits of a text that holds nothing else, but blanks and an index; nothing for any other text.

@@ -52,22 +52,34 @@ std::optional<Frame> canFrame(std::uint32_t unit, const Bytes& bytes)
     }
 }
 
-/// A line that begins with an identifier of so many digits. An odd number of digits behind it begins with the
-/// number of bytes (DLC).
+/// Whether the digit behind an identifier is the number of bytes (DLC): the other digits are pairs.
+bool hasCount(const HexLine& line, std::size_t idDigits)
+{
+    const std::size_t behind = line.digits.size() - idDigits;
+    return behind % 2 != 0 && line.digits[idDigits] <= canFrameLength && line.digits[idDigits] >= behind / 2;
+}
+
+/// A frame of which half a byte is missing somewhere: what it holds is uncertain, but that it came.
+std::optional<Frame> damaged(std::optional<Frame> frame)
+{
+    if (!frame || frame->kind == FrameKind::consecutive)
+        return std::nullopt;
+    frame->isDamaged = true;
+    return frame;
+}
+
+/// A line that begins with an identifier of so many digits.
 std::optional<Frame> frameWithId(const HexLine& line, std::size_t idDigits, int highestDigit)
 {
     if (line.digits.size() <= idDigits || line.digits[0] > highestDigit)
         return std::nullopt;
-    const bool hasCount = (line.digits.size() - idDigits) % 2 != 0;
-    const auto bytes = line.bytesFrom(idDigits + (hasCount ? 1 : 0));
-    if (!bytes ||
-        (hasCount && (line.digits[idDigits] > canFrameLength || line.digits[idDigits] < bytes->size())))
-        return std::nullopt;
     const auto addDigit = [](std::uint32_t id, std::uint8_t digit) { return id << 4 | digit; };
-    return canFrame(std::accumulate(line.digits.begin(),
-                                    line.digits.begin() + static_cast<std::ptrdiff_t>(idDigits),
-                                    std::uint32_t{0}, addDigit),
-                    *bytes);
+    const auto idEnd = line.digits.begin() + static_cast<std::ptrdiff_t>(idDigits);
+    const std::uint32_t id = std::accumulate(line.digits.begin(), idEnd, std::uint32_t{0}, addDigit);
+    const bool isCounted = hasCount(line, idDigits);
+    auto frame = canFrame(id, line.bytesFrom(idDigits + (isCounted ? 1 : 0)));
+    const bool isWhole = isCounted || (line.digits.size() - idDigits) % 2 == 0;
+    return isWhole ? frame : damaged(std::move(frame));
 }
 
 std::optional<Frame> can11Frame(const HexLine& line)
@@ -148,12 +160,11 @@ std::optional<Frame> plainFrame(const HexLine& line)
         return Frame{.kind = FrameKind::length,
                      .length = line.digits[0] * 256U + line.digits[1] * 16U + line.digits[2],
                      .data = {}};
-    auto bytes = line.bytesFrom(0);
-    if (!bytes)
+    if (line.digits.size() < 2)
         return std::nullopt;
     return Frame{.kind = line.index ? FrameKind::consecutive : FrameKind::whole,
                  .number = line.index.value_or(0),
-                 .data = *std::move(bytes)};
+                 .data = line.bytesFrom(0)};
 }
 
 std::optional<Frame> bytesFrame(LineForm form, const Bytes& bytes)
@@ -200,16 +211,15 @@ bool hasHeader(LineForm form) { return form != LineForm::plain && form != LineFo
 
 std::optional<Frame> frameIn(LineForm form, const HexLine& line)
 {
-    if (form == LineForm::plain)
-        return plainFrame(line);
-    if (line.index)
+    if (line.index && form != LineForm::plain)
         return std::nullopt;
     if (form == LineForm::can11)
         return can11Frame(line);
     if (form == LineForm::can29)
         return frameWithId(line, 8, 1);
-    const auto bytes = line.bytesFrom(0);
-    return bytes ? bytesFrame(form, *bytes) : std::nullopt;
+    auto frame = form == LineForm::plain ? plainFrame(line) : bytesFrame(form, line.bytesFrom(0));
+    const bool isWhole = line.digits.size() % 2 == 0 || (frame && frame->kind == FrameKind::length);
+    return isWhole ? frame : damaged(std::move(frame));
 }
 
 std::string unitName(LineForm form, std::uint32_t unit)

@@ -120,6 +120,8 @@ void MessageJoiner::addPlain(const Frame& frame)
         beginPlain(frame.data);
     else if (takers == 1)
         entries_[*std::ranges::find_if(open_, takes)].segments->take(frame.number, frame.data);
+    else if (!hasBegun_)
+        early_.push_back(frame);
     else
         std::erase_if(open_, takes);
 }
@@ -132,6 +134,9 @@ void MessageJoiner::beginPlain(const Bytes& data)
     begin(0, lengths_.empty() ? std::nullopt : std::optional(lengths_.front()), data);
     if (!lengths_.empty())
         lengths_.pop_front();
+    hasBegun_ = true;
+    for (const Frame& frame : std::exchange(early_, {}))
+        addPlain(frame);
 }
 
 std::vector<JoinedMessage> MessageJoiner::messages() const

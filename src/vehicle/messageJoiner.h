@@ -87,6 +87,8 @@ private:
     std::map<std::uint32_t, Unit> units_;
     std::deque<std::size_t> lengths_; ///< told, but nothing has followed yet
     std::deque<std::size_t> open_;    ///< without headers: the messages that take parts
+    std::vector<Frame> early_;        ///< without headers: the parts in front of the first message
+    bool hasBegun_ = false;
 };
 
 } // namespace zint

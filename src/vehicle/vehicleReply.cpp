@@ -7,7 +7,6 @@
 #include "vehicle/vehicleRequest.h"
 
 #include <algorithm>
-#include <compare>
 #include <map>
 #include <optional>
 #include <span>
@@ -30,7 +29,7 @@ struct FormScore {
     int others = 0;  ///< whole frames
     int damaged = 0;
 
-    auto operator<=>(const FormScore&) const = default;
+    auto rank() const { return std::tuple(answers, others, damaged); }
 };
 
 struct FormFrames {
@@ -72,7 +71,7 @@ FormFrames bestOf(std::span<const LineForm> forms, const std::vector<HexLine>& l
     FormFrames best;
     for (const LineForm form : forms) {
         FormFrames found = framesIn(form, lines, request);
-        if (found.score > best.score)
+        if (found.score.rank() > best.score.rank())
             best = std::move(found);
     }
     return best;
@@ -85,7 +84,7 @@ FormFrames framesOf(const std::vector<HexLine>& lines, const VehicleRequest& req
     if (expected.score.answers > 0)
         return expected;
     FormFrames any = bestOf(allLineForms, lines, request);
-    const bool isContradicted = any.score.answers > 0 || expected.score == FormScore{};
+    const bool isContradicted = any.score.answers > 0 || expected.score.rank() == FormScore{}.rank();
     return isContradicted ? any : expected;
 }
 

@@ -33,13 +33,11 @@ VehicleRequest::VehicleRequest(std::string_view text)
 {
     if (text.find_first_not_of(" \r\n") == std::string_view::npos)
         return;
-    std::optional<HexLine> line = hexLine(text);
+    const std::optional<HexLine> line = hexLine(text);
     isForVehicle_ = line && !line->index && line->digits.size() > 1;
     if (!isForVehicle_)
         return;
-    if (line->digits.size() % 2 != 0)
-        line->digits.pop_back();
-    bytes_ = *line->bytesFrom(0);
+    bytes_ = line->bytesFrom(0);
 }
 
 bool VehicleRequest::isAnsweredBy(BytesView message, bool isCut) const
@@ -69,9 +67,10 @@ bool VehicleRequest::hasAsked(BytesView message, bool isCut) const
 
 std::optional<VehicleRequest> VehicleRequest::withoutLength() const
 {
-    if (bytes_.size() < 2 || bytes_[0] == 0 || bytes_[0] > mostFrameBytes || bytes_[0] >= bytes_.size())
+    if (bytes_.empty() || bytes_[0] == 0 || bytes_[0] > mostFrameBytes || bytes_[0] >= bytes_.size())
         return std::nullopt;
-    if (bytes_.size() != bytes_[0] + 1U && bytes_.size() != mostFrameBytes + 1)
+    // Of two bytes, the second is a parameter: "0103" asks for parameter 03, not for codes.
+    if (bytes_.size() != mostFrameBytes + 1 && (bytes_.size() == 2 || bytes_.size() != bytes_[0] + 1U))
         return std::nullopt;
     VehicleRequest request;
     request.bytes_.assign(bytes_.begin() + 1, bytes_.begin() + 1 + bytes_[0]);
