@@ -1,0 +1,30 @@
+#include "vehicle/serviceAnswers.h"
+
+#include <algorithm>
+
+namespace zint {
+void addSupported(std::vector<std::uint8_t>& ids, std::uint8_t base, BytesView bitmap)
+{
+    for (unsigned bit = 0; bit < 8 * bitmapLength; ++bit) {
+        if ((bitmap[bit / 8] >> (7 - bit % 8) & 1U) != 0)
+            ids.push_back(static_cast<std::uint8_t>(base + bit + 1));
+    }
+    std::ranges::sort(ids);
+}
+
+void readBitmaps(const ServiceAnswer& answer, std::size_t fillers, UnitReading& reading)
+{
+    std::vector<std::uint8_t>& ids = reading.supported[answer.service];
+    BytesView rest = answer.data;
+    for (int last = -1; !rest.empty() && rest.front() > last && asksForBitmap(rest.front());) {
+        if (rest.size() < 1 + fillers + bitmapLength) {
+            reading.isIncomplete = reading.isIncomplete || last < 0; // behind a bitmap it is padding
+            return;
+        }
+        last = rest.front();
+        addSupported(ids, rest.front(), rest.subspan(1 + fillers, bitmapLength));
+        rest = rest.subspan(1 + fillers + bitmapLength);
+    }
+}
+
+} // namespace zint

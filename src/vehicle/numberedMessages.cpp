@@ -1,0 +1,107 @@
+#include "vehicle/infotypes.h"
+#include "vehicle/serviceAnswers.h"
+
+#include <algorithm>
+
+namespace zint {
+namespace {
+
+constexpr std::uint8_t infoAnswer = 0x49;
+constexpr std::size_t numberedHead = 3; ///< service, infotype, message number
+constexpr std::size_t numberedPart = 4; ///< what a message carries
+constexpr std::size_t fewestCounterMessages = 8;
+
+bool isNumbered(const UnitMessage& message, BusKind bus)
+{
+    const Bytes& bytes = message.bytes;
+    if (busOf(message, bus) == BusKind::can || bytes.size() <= numberedHead || bytes[0] != infoAnswer)
+        return false;
+    const Infotype* const infotype = infotypeOf(bytes[1]);
+    return !asksForBitmap(bytes[1]) && (infotype == nullptr || infotype->form != InfoForm::messageCount);
+}
+
+bool isHeaderless(const UnitMessage& message) { return message.unit.starts_with('?'); }
+
+/// The messages of a unit that belong together.
+class Numbered {
+public:
+    explicit Numbered(const UnitMessage& first) : first_(first) { add(first); }
+
+    /// Whether a message is a part of this. Without headers, a number that is here already begins the answer
+    /// of another unit.
+    bool takes(const UnitMessage& message) const
+    {
+        if (message.bytes[1] != first_.bytes[1])
+            return false;
+        return isHeaderless(message) && isHeaderless(first_) ? !parts_.contains(message.bytes[2])
+                                                             : message.unit == first_.unit;
+    }
+
+    void add(const UnitMessage& message)
+    {
+        if (!message.isIncomplete)
+            parts_.try_emplace(message.bytes[2], message.bytes.begin() + numberedHead, message.bytes.end());
+    }
+
+    UnitMessage joined() const
+    {
+        UnitMessage whole{.unit = first_.unit, .bytes = {infoAnswer, first_.bytes[1], 0}};
+        for (const auto& [number, part] : parts_)
+            whole.bytes.insert(whole.bytes.end(), part.begin(), part.end());
+        whole.bytes[2] = items(whole.bytes.size() - numberedHead);
+        whole.isIncomplete = !isWhole();
+        return whole;
+    }
+
+private:
+    std::uint8_t items(std::size_t length) const
+    {
+        const Infotype* const infotype = infotypeOf(first_.bytes[1]);
+        const std::size_t itemLength = infotype != nullptr ? infotype->itemLength : 0;
+        return static_cast<std::uint8_t>(itemLength > 0 ? length / itemLength : 1);
+    }
+
+    bool isWhole() const
+    {
+        if (parts_.empty() || parts_.begin()->first != 1 || parts_.rbegin()->first != parts_.size())
+            return false;
+        const Infotype* const infotype = infotypeOf(first_.bytes[1]);
+        if (infotype == nullptr)
+            return true;
+        const bool hasCounters =
+            infotype->form == InfoForm::sparkCounters || infotype->form == InfoForm::compressionCounters;
+        if (hasCounters && parts_.size() < fewestCounterMessages)
+            return false;
+        return (infotype->messages == 0 || parts_.size() % infotype->messages == 0) &&
+               std::ranges::all_of(parts_,
+                                   [](const auto& part) { return part.second.size() == numberedPart; });
+    }
+
+    UnitMessage first_;
+    std::map<std::size_t, Bytes> parts_; ///< by their numbers
+};
+
+} // namespace
+
+std::vector<UnitMessage> joinNumbered(const std::vector<UnitMessage>& messages, BusKind bus)
+{
+    std::vector<UnitMessage> all;
+    std::vector<Numbered> numbered;
+    for (const UnitMessage& message : messages) {
+        if (!isNumbered(message, bus)) {
+            all.push_back(message);
+            continue;
+        }
+        const auto taker = std::ranges::find_if(
+            numbered, [&message](const Numbered& candidate) { return candidate.takes(message); });
+        if (taker != numbered.end())
+            taker->add(message);
+        else
+            numbered.emplace_back(message);
+    }
+    for (const Numbered& parts : numbered)
+        all.push_back(parts.joined());
+    return all;
+}
+
+} // namespace zint

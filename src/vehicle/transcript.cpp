@@ -1,0 +1,226 @@
+#include "vehicle/transcript.h"
+
+#include "shared/module1.h"
+#include "shared/textFile.h"
+#include "shared/utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <optional>
+
+namespace zint {
+namespace {
+
+constexpr char promptMark = '>';
+constexpr std::string_view commentMark = "#";
+constexpr std::string_view blanks = " \t";
+
+std::string_view blankless(std::string_view text)
+{
+    const std::size_t start = text.find_first_not_of(blanks);
+    return start == std::string_view::npos ? std::string_view()
+                                           : text.substr(start, text.find_last_not_of(blanks) + 1 - start);
+}
+
+/// The text with "\xNN" as the bytes that they stand for.
+std::string unescaped(std::string_view text)
+{
+    constexpr std::size_t escapeLength = 4;
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const std::string_view digits = text.substr(i).starts_with("\\x") ? textAt(text, i + 3, 2) : "";
+        const bool isEscape = digits.size() == 2 && digits.find(' ') == std::string_view::npos;
+        if (const auto byte = isEscape ? hexIn(digits) : std::nullopt) {
+            bytes += static_cast<char>(*byte);
+            i += escapeLength - 1;
+        } else {
+            bytes += text[i];
+        }
+    }
+    return bytes;
+}
+
+std::string compact(std::string_view text)
+{
+    std::string letters = upperCase(text);
+    std::erase_if(letters, [](char letter) { return blanks.find(letter) != std::string_view::npos; });
+    return letters;
+}
+
+/// What follows a word at the start of a text; nothing when it starts in another way.
+std::optional<std::string> behind(std::string_view word, std::string_view text)
+{
+    return text.starts_with(word) ? std::optional(std::string(text.substr(word.size()))) : std::nullopt;
+}
+
+std::optional<BusProtocol> known(std::optional<BusProtocol> protocol)
+{
+    return protocol == BusProtocol::unknown ? std::nullopt : protocol;
+}
+
+/// The protocol that an exchange tells by the answer to ATDPN.
+std::optional<BusProtocol> protocolFound(const TranscriptExchange& exchange)
+{
+    if (compact(exchange.command) != "ATDPN")
+        return std::nullopt;
+    std::string_view rest = exchange.reply;
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find('\r'), rest.size() - 1);
+        if (const auto protocol = known(protocolIn(rest.substr(0, end + 1))))
+            return protocol;
+        rest.remove_prefix(end + 1);
+    }
+    return std::nullopt;
+}
+
+/// The protocol that an exchange has set by ATSP or ATTP.
+std::optional<BusProtocol> protocolSet(const TranscriptExchange& exchange)
+{
+    const std::string command = compact(exchange.command);
+    for (const std::string_view word : {"ATSP", "ATTP"}) {
+        if (const auto number = behind(word, command))
+            return known(protocolIn(*number));
+    }
+    return std::nullopt;
+}
+
+/// Exchanges under one comment that tells a protocol, or before the first one.
+struct Section {
+    std::optional<BusProtocol> told;
+    std::vector<TranscriptExchange> exchanges;
+};
+
+/// Fills in the protocols that a source tells: each holds from its exchange on, the first one before it, too.
+/// Exchanges that have a protocol keep it.
+template <typename Source>
+void fillIn(std::vector<TranscriptExchange*>& exchanges, const Source& source)
+{
+    std::optional<BusProtocol> current;
+    for (const TranscriptExchange* exchange : exchanges) {
+        current = source(*exchange);
+        if (current)
+            break;
+    }
+    for (TranscriptExchange* exchange : exchanges) {
+        if (const auto told = source(*exchange))
+            current = told;
+        if (exchange->protocol == BusProtocol::unknown)
+            exchange->protocol = current.value_or(BusProtocol::unknown);
+    }
+}
+
+/// Takes the lines of a transcript, one after the other.
+class TranscriptReader {
+public:
+    void take(std::string_view line)
+    {
+        if (line.starts_with(commentMark))
+            takeComment(line.substr(1));
+        else if (line.starts_with(promptMark) && !blankless(line.substr(1)).empty())
+            begin(blankless(line.substr(1)));
+        else if (TranscriptExchange* exchange = last())
+            exchange->reply += unescaped(line) + (blankless(line) == ">" ? "" : "\r");
+    }
+
+    std::vector<TranscriptExchange> finish()
+    {
+        std::vector<TranscriptExchange*> all;
+        for (Section& section : sections_) {
+            std::vector<TranscriptExchange*> exchanges;
+            for (TranscriptExchange& exchange : section.exchanges)
+                exchanges.push_back(&exchange);
+            fillIn(exchanges, protocolFound);
+            fillIn(exchanges, [&section](const TranscriptExchange&) { return section.told; });
+            all.insert(all.end(), exchanges.begin(), exchanges.end());
+        }
+        fillIn(all, protocolFound);
+        fillIn(all, protocolSet);
+        std::vector<TranscriptExchange> result;
+        for (TranscriptExchange* exchange : all)
+            result.push_back(std::move(*exchange));
+        return result;
+    }
+
+private:
+    void takeComment(std::string_view comment)
+    {
+        const auto number = behind("PROTOCOL", compact(comment));
+        if (const auto protocol = number ? protocolIn(*number) : std::nullopt)
+            sections_.push_back({.told = known(protocol), .exchanges = {}});
+    }
+
+    void begin(std::string_view command)
+    {
+        sections_.back().exchanges.push_back(
+            {.written = toUtf8(command), .command = unescaped(command), .reply = {}});
+    }
+
+    TranscriptExchange* last()
+    {
+        auto& exchanges = sections_.back().exchanges;
+        return exchanges.empty() ? nullptr : &exchanges.back();
+    }
+
+    std::vector<Section> sections_{1};
+};
+
+bool hasPrompt(const TranscriptExchange& exchange)
+{
+    return exchange.reply.find(promptMark) != std::string::npos;
+}
+
+/// Whether a reply tells something without its prompt.
+bool tells(const ExchangeReading& reading)
+{
+    constexpr std::array silent = {ReplyError::none, ReplyError::empty, ReplyError::garbled,
+                                   ReplyError::noPrompt};
+    const bool hasWhole =
+        std::ranges::any_of(reading.units, [](const auto& unit) { return !unit.second.isIncomplete; });
+    return hasWhole || std::ranges::find(silent, reading.error) == silent.end();
+}
+
+ExchangeReading readOne(const TranscriptExchange& exchange, bool arePromptsShown, const KnownUnits& units)
+{
+    const auto read = [&](const std::string& reply) {
+        return readExchange(exchange.command, reply, exchange.protocol, units);
+    };
+    if (hasPrompt(exchange))
+        return read(exchange.reply);
+    ExchangeReading reading = read(exchange.reply + promptMark);
+    if (arePromptsShown && !tells(reading))
+        reading.error = ReplyError::noPrompt;
+    return reading;
+}
+
+} // namespace
+
+std::vector<TranscriptExchange> readTranscript(std::string_view text)
+{
+    if (text.starts_with(byteOrderMark))
+        text.remove_prefix(byteOrderMark.size());
+    TranscriptReader reader;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+        reader.take(text.substr(0, end));
+        text.remove_prefix(std::min(end + (text.substr(end).starts_with(lineEnd) ? 2 : 1), text.size()));
+    }
+    return reader.finish();
+}
+
+std::vector<ExchangeReading> replay(std::string_view transcript)
+{
+    const std::vector<TranscriptExchange> exchanges = readTranscript(transcript);
+    const bool arePromptsShown = std::ranges::any_of(exchanges, hasPrompt);
+    KnownUnits units;
+    std::vector<ExchangeReading> readings;
+    for (const TranscriptExchange& exchange : exchanges) {
+        ExchangeReading& reading = readings.emplace_back(readOne(exchange, arePromptsShown, units));
+        reading.command = exchange.written;
+        for (const auto& [name, told] : reading.units)
+            merge(units[name], told);
+    }
+    return readings;
+}
+
+} // namespace zint
