@@ -55,8 +55,9 @@ Heard AdapterLink::heard() const
     return buffer_.isReadable() ? Heard::text : Heard::noise;
 }
 
-bool AdapterLink::open(Guard guard)
+bool AdapterLink::open(Guard guard, Opening opening)
 {
+    const std::string_view first = opening == Opening::reset ? resetCommand : nameCommand;
     state_ = State::resetSent;
     guard_ = guard;
     buffer_.clear();
@@ -65,7 +66,7 @@ bool AdapterLink::open(Guard guard)
     failure_.clear();
     try {
         line_.port.open(line_.choice.port, line_.choice.bitsPerSecond);
-        write(resetCommand, lengthOf(resetCommand));
+        write(first, lengthOf(first));
     } catch (const CommError& error) {
         setStatus("- Comm init error: " + std::to_string(error.number()) + ": " + error.what());
         failure_ = status_;

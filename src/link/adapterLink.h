@@ -34,6 +34,7 @@ struct AdapterLine {
 class AdapterLink {
 public:
     static constexpr std::string_view resetCommand = "ATZ";
+    static constexpr std::string_view nameCommand = "ATI";
 
     /// What a user may report of a time-out.
     static constexpr std::string_view timeoutText = "Timeout responding to ATZ";
@@ -90,8 +91,12 @@ public:
     /// a silent vehicle must not keep open. It starts anew when the reset is answered.
     enum class Guard { reset, exchange };
 
-    /// Opens the port and sends the reset. @return false when that failed; the status then says why
-    bool open(Guard guard = Guard::reset);
+    /// What is sent first. Some adapters drop their wireless connection at a reset; to ask for the name
+    /// changes nothing. Its tool then sets up what it needs.
+    enum class Opening { reset, gentle };
+
+    /// Opens the port and sends the first command. @return false when that failed; the status then says why
+    bool open(Guard guard = Guard::reset, Opening opening = Opening::reset);
 
     /// Why the last exchange could not begin, or what ended it: the port's failure with the port's name, or
     /// `notRespondingText`. Empty when there was nothing of that kind.

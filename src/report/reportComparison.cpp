@@ -1,0 +1,91 @@
+#include "report/reportComparison.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <set>
+
+namespace zint {
+namespace {
+
+using Code = ReportComparison::Code;
+
+/// Sorted, each once.
+std::set<Code> codesOf(const VehicleFacts& facts)
+{
+    std::set<Code> all;
+    for (const auto& [name, unit] : facts.units) {
+        for (const auto& [kind, codes] : unit.codes) {
+            for (const std::string& code : codes)
+                all.insert({name, kind, code});
+        }
+    }
+    return all;
+}
+
+std::vector<Code> without(const std::set<Code>& codes, const std::set<Code>& others)
+{
+    std::vector<Code> rest;
+    std::ranges::set_difference(codes, others, std::back_inserter(rest));
+    return rest;
+}
+
+std::optional<MonitorState> stateIn(const VehicleFacts& facts, const std::string& name,
+                                    const std::string& monitor)
+{
+    for (const auto& [unitName, unit] : facts.units) {
+        if (unitName != name || !unit.readiness)
+            continue;
+        for (const auto& [known, state] : unit.readiness->monitors) {
+            if (known == monitor)
+                return state;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string codeLine(const char* what, const Code& code)
+{
+    static constexpr std::array kinds = {"stored", "pending", "permanent"};
+    return std::string(what) + ": " + code.code + " (" + kinds.at(static_cast<std::size_t>(code.kind)) +
+           ", " + code.unit + ")";
+}
+
+const char* wordOf(MonitorState state)
+{
+    static constexpr std::array words = {"not supported", "not ready", "ready"};
+    return words.at(static_cast<std::size_t>(state));
+}
+
+} // namespace
+
+ReportComparison compare(const VehicleFacts& before, const VehicleFacts& after)
+{
+    const std::set<Code> then = codesOf(before);
+    const std::set<Code> now = codesOf(after);
+    ReportComparison comparison{.gone = without(then, now), .added = without(now, then)};
+    for (const auto& [name, unit] : after.units) {
+        if (!unit.readiness)
+            continue;
+        for (const auto& [monitor, state] : unit.readiness->monitors) {
+            const auto former = stateIn(before, name, monitor);
+            if (former && *former != state)
+                comparison.monitors.push_back({name, monitor, *former, state});
+        }
+    }
+    return comparison;
+}
+
+std::vector<std::string> comparisonLines(const ReportComparison& comparison)
+{
+    std::vector<std::string> lines;
+    for (const Code& code : comparison.gone)
+        lines.push_back(codeLine("gone", code));
+    for (const Code& code : comparison.added)
+        lines.push_back(codeLine("new", code));
+    for (const auto& [unit, name, before, after] : comparison.monitors)
+        lines.push_back(monitorText(name) + " (" + unit + "): " + wordOf(before) + ", now " + wordOf(after));
+    return lines;
+}
+
+} // namespace zint

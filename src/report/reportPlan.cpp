@@ -1,0 +1,339 @@
+#include "report/reportPlan.h"
+
+#include "shared/module1.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace zint {
+namespace {
+
+constexpr int listStep = 0x20; // a list of what is supported covers so many items
+
+std::string requestText(int service, int item) { return hexText(service, 2) + hexText(item, 2); }
+
+int serviceOf(const std::string& command) { return hexIn(command.substr(0, 2)).value_or(0); }
+
+/// The item of a request with one; -1 for "03".
+int itemOf(const std::string& command)
+{
+    return command.size() < 4 ? -1 : hexIn(command.substr(2, 2)).value_or(-1);
+}
+
+bool isAdapterCommand(const std::string& command) { return command.starts_with("AT"); }
+
+/// The answer's text without its lines' ends, the prompt and the echo; empty for a refusal.
+std::string answerText(std::string_view answer)
+{
+    std::string text;
+    for (const char character : answer) {
+        if (character >= ' ' && character <= '~' && character != '>')
+            text += character;
+    }
+    const std::size_t start = text.find_first_not_of(' ');
+    return text == "?" || start == std::string::npos ? "" : text.substr(start);
+}
+
+/// Why nothing can be read, for an answer to the first request.
+std::string connectionFailure(ReplyError error)
+{
+    switch (error) {
+    case ReplyError::busInitError:
+        return "The adapter can't begin a conversation with the vehicle (BUS INIT error): ignition on?";
+    case ReplyError::unableToConnect:
+        return "The adapter finds no vehicle: is it plugged in well, and is the ignition on?";
+    case ReplyError::lowVoltageReset:
+        return "The adapter was reset by a low voltage: look at the battery and at the plug.";
+    case ReplyError::canError:
+    case ReplyError::busError:
+        return "The vehicle's bus does not work as it should (bus error): ignition on, plug in well?";
+    default:
+        return "No control unit has answered: is the ignition on?";
+    }
+}
+
+} // namespace
+
+/// A part of the report: what it is called, and what asks for it once the parts before it are read.
+struct ReportPlan::Stage {
+    const char* topic;
+    void (ReportPlan::*ask)();
+    bool isInQuick;
+};
+
+const std::vector<ReportPlan::Stage>& ReportPlan::stages()
+{
+    static const std::vector<Stage> all = {
+        {"Setting up the adapter", &ReportPlan::setUp, true},
+        {"Connecting to the vehicle", &ReportPlan::connect, true},
+        {"Clearing", &ReportPlan::clear, true},
+        {"Readiness", &ReportPlan::readStatus, true},
+        {"Trouble codes", &ReportPlan::readCodes, true},
+        {"Freeze frame", &ReportPlan::findFreezeFrame, true},
+        {"Freeze frame", &ReportPlan::listFreezeFrame, true},
+        {"Freeze frame", &ReportPlan::readFreezeFrame, true},
+        {"Vehicle information", &ReportPlan::listInformation, false},
+        {"Vehicle information", &ReportPlan::readInformation, false},
+        {"Live values", &ReportPlan::readValues, false},
+        {"Test results", &ReportPlan::listTests, false},
+        {"Test results", &ReportPlan::readTests, false},
+        {"Oxygen sensor tests", &ReportPlan::listOxygenTests, false},
+        {"Oxygen sensor tests", &ReportPlan::readOxygenTests, false},
+    };
+    return all;
+}
+
+ReportPlan::ReportPlan(Scope scope) : clearsFirst_(scope.clearsFirst) { facts_.isQuick = scope.isQuick; }
+
+std::optional<std::string> ReportPlan::next()
+{
+    while (failure_.empty() && pending_.empty() && stage_ < stages().size()) {
+        const Stage& stage = stages()[stage_++];
+        if (stage.isInQuick || !facts_.isQuick)
+            (this->*stage.ask)();
+    }
+    if (!failure_.empty() || pending_.empty()) {
+        facts_.isWhole = failure_.empty();
+        return std::nullopt;
+    }
+    current_ = std::move(pending_.front());
+    pending_.pop_front();
+    return current_.command;
+}
+
+void ReportPlan::takeName(std::string_view answer) { facts_.adapter = answerText(answer); }
+
+void ReportPlan::take(std::string_view reply)
+{
+    ++done_;
+    if (isAdapterCommand(current_.command))
+        takeAdapterAnswer(reply);
+    else
+        takeVehicleAnswer(reply);
+}
+
+std::string_view ReportPlan::topic() const { return stages()[stage_ == 0 ? 0 : stage_ - 1].topic; }
+
+double ReportPlan::progress() const
+{
+    constexpr std::size_t ofStage = 8; // about
+    std::size_t ahead = pending_.size();
+    for (std::size_t stage = stage_; stage < stages().size(); ++stage)
+        ahead += stages()[stage].isInQuick || !facts_.isQuick ? ofStage : 0;
+    return 100.0 * static_cast<double>(done_) / static_cast<double>(std::max<std::size_t>(done_ + ahead, 1));
+}
+
+void ReportPlan::takeAdapterAnswer(std::string_view answer)
+{
+    const std::string text = answerText(answer);
+    if (current_.command == "ATWS" && text.empty()) // the gentle reset is not known to all
+        pending_.push_front({"ATD"});
+    else if (current_.command == "AT@1")
+        facts_.device = text;
+    else if (current_.command == "ATRV")
+        facts_.voltage = text;
+    else if (current_.command == "ATDPN")
+        facts_.protocol = protocolIn(answer).value_or(BusProtocol::unknown);
+}
+
+void ReportPlan::takeVehicleAnswer(std::string_view reply)
+{
+    const KnownUnits known(facts_.units.begin(), facts_.units.end());
+    const ExchangeReading reading = readExchange(current_.command, reply, facts_.protocol, known);
+    if (!current_.isRepeated && wantsRepeat(reading)) {
+        pending_.push_front({current_.command, true});
+        return;
+    }
+    for (const auto& [name, unit] : reading.units) {
+        merge(facts_.unit(name), unit);
+        if (unit.refusal)
+            facts_.refusals[current_.command][name] = *unit.refusal;
+    }
+    if (reading.units.empty())
+        facts_.failures[current_.command] = reading.error;
+    if (facts_.units.empty())
+        failure_ = connectionFailure(reading.error);
+    else
+        askFurtherList(reading);
+}
+
+/// A list of what is supported tells at its end whether there is a further one.
+void ReportPlan::askFurtherList(const ExchangeReading& reading)
+{
+    const int service = serviceOf(current_.command);
+    const int further = itemOf(current_.command) + listStep;
+    if (itemOf(current_.command) < 0 || further % listStep != 0 || further > 0xE0)
+        return;
+    const auto listsMore = [&](const auto& unit) {
+        const auto lists = unit.second.supported.find(static_cast<std::uint8_t>(service));
+        return lists != unit.second.supported.end() &&
+               std::ranges::find(lists->second, further) != lists->second.end();
+    };
+    if (std::ranges::any_of(reading.units, listsMore))
+        ask(requestText(service, further) + current_.command.substr(4));
+}
+
+bool ReportPlan::wantsRepeat(const ExchangeReading& reading) const
+{
+    if (current_.command == "04")
+        return false;
+    const auto isDamaged = [](const auto& unit) { return unit.second.isIncomplete; };
+    return reading.units.empty() || std::ranges::any_of(reading.units, isDamaged) || lacksUnit(reading);
+}
+
+/// Whether a unit that lists the item has not answered.
+bool ReportPlan::lacksUnit(const ExchangeReading& reading) const
+{
+    const auto service = static_cast<std::uint8_t>(serviceOf(current_.command));
+    const int item = itemOf(current_.command);
+    return std::ranges::any_of(facts_.units, [&](const auto& known) {
+        const auto lists = known.second.supported.find(service);
+        return lists != known.second.supported.end() &&
+               std::ranges::find(lists->second, item) != lists->second.end() &&
+               std::ranges::find(reading.units, known.first, &std::pair<std::string, UnitReading>::first) ==
+                   reading.units.end();
+    });
+}
+
+/// What any unit lists, without the lists themselves.
+std::vector<std::uint8_t> ReportPlan::supported(std::uint8_t service) const
+{
+    std::vector<std::uint8_t> all;
+    for (const auto& [name, unit] : facts_.units) {
+        const auto lists = unit.supported.find(service);
+        if (lists != unit.supported.end())
+            all.insert(all.end(), lists->second.begin(), lists->second.end());
+    }
+    std::ranges::sort(all);
+    all.erase(std::unique(all.begin(), all.end()), all.end());
+    std::erase_if(all, [](std::uint8_t item) { return item % listStep == 0; });
+    return all;
+}
+
+/// Gently: some adapters drop their wireless connection at a full reset. Each command may be refused.
+void ReportPlan::setUp()
+{
+    for (const char* command : {"ATWS", "ATE0", "ATL0", "ATH1", "ATS0", "ATAL", "ATAT1", "AT@1", "ATRV"})
+        ask(command);
+}
+
+void ReportPlan::connect()
+{
+    ask("0100");
+    ask("ATDPN"); // which is known once the first request was answered
+}
+
+bool ReportPlan::isAnyoneListing(std::uint8_t service, int item) const
+{
+    return std::ranges::any_of(facts_.units, [&](const auto& unit) {
+        const auto lists = unit.second.supported.find(service);
+        return lists != unit.second.supported.end() &&
+               std::ranges::find(lists->second, item) != lists->second.end();
+    });
+}
+
+void ReportPlan::clear()
+{
+    if (clearsFirst_)
+        ask("04");
+}
+
+void ReportPlan::readStatus()
+{
+    for (const int item : {0x01, 0x41}) {
+        if (item == 0x01 || isAnyoneListing(0x01, item))
+            ask(requestText(0x01, item));
+    }
+}
+
+void ReportPlan::readCodes()
+{
+    ask("03");
+    ask("07");
+    if (isCan(facts_.protocol))
+        ask("0A");
+}
+
+void ReportPlan::findFreezeFrame() { ask("020200"); }
+
+void ReportPlan::listFreezeFrame()
+{
+    if (std::ranges::any_of(facts_.units, [](const auto& unit) {
+            return unit.second.freezeFrame && !unit.second.freezeFrame->code.empty();
+        }))
+        ask("020000");
+}
+
+void ReportPlan::readFreezeFrame()
+{
+    for (const std::uint8_t item : supported(0x02)) {
+        if (item != 0x02)
+            ask(requestText(0x02, item) + "00");
+    }
+}
+
+void ReportPlan::listInformation() { ask("0900"); }
+
+void ReportPlan::readInformation()
+{
+    for (const std::uint8_t item : supported(0x09)) {
+        const bool isCount = item <= 0x09 && item % 2 == 1; // of the messages that the next one takes
+        if (!isCount)
+            ask(requestText(0x09, item));
+    }
+}
+
+void ReportPlan::listTests() { ask("0600"); }
+
+void ReportPlan::readTests()
+{
+    for (const std::uint8_t item : supported(0x06))
+        ask(requestText(0x06, item));
+}
+
+/// Mode 05 of the buses before CAN names a sensor by its bit in the parameter that lists them.
+std::vector<std::string> ReportPlan::oxygenSensors() const
+{
+    std::vector<std::string> sensors;
+    for (const auto& [name, unit] : facts_.units) {
+        for (const std::uint8_t layout : {std::uint8_t{0x13}, std::uint8_t{0x1D}}) {
+            const auto present = unit.rawValues.find(layout);
+            for (int bit = 1; present != unit.rawValues.end() && !present->second.empty() && bit < 0x100;
+                 bit *= 2) {
+                if ((present->second.front() & bit) != 0)
+                    sensors.push_back(hexText(bit, 2));
+            }
+        }
+    }
+    std::ranges::sort(sensors);
+    sensors.erase(std::unique(sensors.begin(), sensors.end()), sensors.end());
+    return sensors;
+}
+
+void ReportPlan::listOxygenTests()
+{
+    if (isCan(facts_.protocol))
+        return; // there mode 06 has them
+    for (const std::string& sensor : oxygenSensors())
+        ask("0500" + sensor);
+}
+
+void ReportPlan::readOxygenTests()
+{
+    for (const std::string& sensor : oxygenSensors()) {
+        for (const std::uint8_t test : supported(0x05))
+            ask(requestText(0x05, test) + sensor);
+    }
+}
+
+void ReportPlan::readValues()
+{
+    for (const std::uint8_t item : supported(0x01)) {
+        const bool isKnown = item == 0x01 || item == 0x02 || item == 0x41;
+        if (!isKnown)
+            ask(requestText(0x01, item));
+    }
+}
+
+} // namespace zint

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "report/vehicleFacts.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zint {
+
+/// What a report sends, command after command, and what it makes of the answers. It needs no link: whoever
+/// has one asks for the next command, and hands the reply in.
+///
+/// Each thing is asked once. A request without an answer, or with a damaged one, is asked once more before
+/// that counts; so is one that a control unit leaves out though it says that it has an answer.
+class ReportPlan {
+public:
+    struct Scope {
+        bool isQuick = false;     ///< without modes 05, 06, 09 and live values
+        bool clearsFirst = false; ///< sends 04 before it reads
+    };
+
+    explicit ReportPlan(Scope scope);
+
+    /// The command to be sent, without its end; nothing when all is read, or the report has failed.
+    std::optional<std::string> next();
+
+    /// @param answer to "ATI", with which the exchange has begun
+    void takeName(std::string_view answer);
+
+    /// @param reply to the last command, with what the adapter announced in front of it
+    void take(std::string_view reply);
+
+    const VehicleFacts& facts() const { return facts_; }
+    VehicleFacts& facts() { return facts_; }
+
+    /// Why no control unit could be asked; empty as long as nothing speaks against it.
+    const std::string& failure() const { return failure_; }
+
+    /// What is being read, in words: "Live values".
+    std::string_view topic() const;
+
+    double progress() const; ///< percent; an estimate, for each answer tells what else there is to ask
+
+private:
+    struct Request {
+        std::string command;
+        bool isRepeated = false;
+    };
+    struct Stage;
+
+    static const std::vector<Stage>& stages();
+
+    void ask(std::string command) { pending_.push_back({std::move(command)}); }
+    void takeAdapterAnswer(std::string_view answer);
+    void takeVehicleAnswer(std::string_view reply);
+    void askFurtherList(const ExchangeReading& reading);
+    bool wantsRepeat(const ExchangeReading& reading) const;
+    bool lacksUnit(const ExchangeReading& reading) const;
+    bool isAnyoneListing(std::uint8_t service, int item) const;
+    std::vector<std::uint8_t> supported(std::uint8_t service) const;
+    std::vector<std::string> oxygenSensors() const;
+
+    void setUp();
+    void connect();
+    void clear();
+    void readStatus();
+    void readCodes();
+    void findFreezeFrame();
+    void listFreezeFrame();
+    void readFreezeFrame();
+    void listInformation();
+    void readInformation();
+    void readValues();
+    void listTests();
+    void readTests();
+    void listOxygenTests();
+    void readOxygenTests();
+
+    bool clearsFirst_;
+    VehicleFacts facts_;
+    std::deque<Request> pending_;
+    Request current_;
+    std::size_t stage_ = 0; ///< the next one
+    std::size_t done_ = 0;  ///< commands answered
+    std::string failure_;
+};
+
+} // namespace zint

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "vehicle/busProtocol.h"
+#include "vehicle/unitReading.h"
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zint {
+
+/// All that a report has read of a vehicle and of the adapter in between.
+struct VehicleFacts {
+    std::chrono::system_clock::time_point time{};
+    std::string adapter; ///< as it names itself, "ELM327 v1.5"
+    std::string device;  ///< its further description; empty: it has none
+    std::string voltage; ///< of the battery, as the adapter measures it: "12.6V"
+    BusProtocol protocol = BusProtocol::unknown;
+
+    std::vector<std::pair<std::string, UnitReading>> units; ///< in the order of their first answers
+
+    /// What came in place of an answer, by request, when asking once more did not help either.
+    std::map<std::string, ReplyError> failures;
+    /// The codes of refusals (7F), by request and control unit.
+    std::map<std::string, std::map<std::string, std::uint8_t>> refusals;
+    bool isQuick = false; ///< modes 05, 06, 09 and live values were left out
+    bool isWhole = false; ///< read to the end; else it was stopped, or it failed
+
+    /// What is known of a unit; made when it is not known yet.
+    UnitReading& unit(const std::string& name);
+};
+
+} // namespace zint
