@@ -9,6 +9,7 @@
 #include "launcher/window/startForm.h"
 #include "platform/text.h"
 #include "process/folders.h"
+#include "report/window/reportForm.h"
 #include "runner/window/obdPollForm.h"
 #include "scanner/window/scanForm.h"
 #include "terminal/window/debuggerForm.h"
@@ -38,6 +39,8 @@ toolForm* makeWindow(Tool tool, ToolContext& context)
         return new scanForm(context);
     case Tool::terminal:
         return new debuggerForm(context);
+    case Tool::vehicleReport:
+        return new reportForm(context);
     }
     return nullptr;
 }

@@ -6,6 +6,7 @@
 #include "launcher/window/portsForm.h"
 #include "platform/rememberedSize.h"
 #include "platform/text.h"
+#include "report/window/reportForm.h"
 #include "runner/window/obdPollForm.h"
 #include "scanner/window/calcHdrForm.h"
 #include "scanner/window/scanForm.h"
@@ -43,7 +44,7 @@ struct FormConventionsTest : FormTest {
         for (QWidget* window : std::initializer_list<QWidget*>{
                  new startForm(context), new codesForm(context), new dtcEditForm(context),
                  new pollSetup2(context), new obdPollForm(context), new debuggerForm(context),
-                 new scanForm(context), new failedConnForm(context),
+                 new scanForm(context), new reportForm(context), new failedConnForm(context),
                  new calcHdrForm("686AF1", settings, nullptr), new portsForm(ports, nullptr)})
             windows.emplace_back(window)->show();
     }
@@ -127,8 +128,9 @@ TEST_F(FormConventionsTest, HelpAndLogosOpenTheirPages)
         const std::string page = folder.path(name + ".html");
         EXPECT_TRUE(waitUntil([&page] { return std::filesystem::remove(page); })) << name;
     };
-    for (auto window = windows.begin(); const char* page : {"docstart2", "docchken2", "docdtce2", "docpldsn2",
-                                                            "docpldat2", "docexplr2", "docscan2"}) {
+    for (auto window = windows.begin();
+         const char* page : {"docstart2", "docchken2", "docdtce2", "docpldsn2", "docpldat2", "docexplr2",
+                             "docscan2", "docreprt2"}) {
         (*window++)->findChild<QAction*>(QStringLiteral("mnuHelp"))->trigger();
         expectPage(page);
     }

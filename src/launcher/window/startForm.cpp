@@ -26,6 +26,7 @@ startForm::startForm(ToolContext& context)
     on(ui->comSpeed, &QComboBox::activated, &startForm::comSpeed_Click);
     connectToolButton(ui->getCodes, Tool::codes);
     connectToolButton(ui->editDTC, Tool::dtcEditor);
+    connectToolButton(ui->vehicleReport, Tool::vehicleReport);
     connectToolButton(ui->pollDesign2, Tool::pollDesigner);
     connectToolButton(ui->obdPoll, Tool::pollRunner);
     connectToolButton(ui->scanner, Tool::scanner);
