@@ -46,9 +46,9 @@ TEST(ParametersTest, ReadsEachKindOfField)
         {0x03, {0x02, 0x00}, "Fuel system 1 closed loop; Fuel system 2 no second system"},
         {0x03, {0x00, 0x03}, "Fuel system 1 off; Fuel system 2 not defined (3)"},
         {0x90,
-         {0x7F, 0x00, 0x02},
+         {0x7B, 0x00, 0x02},
          "Display strategy of the malfunction indicator not available; Malfunction indicator of the vehicle "
-         "not available; Emission monitors not complete; Time with continuous malfunction indicator 2 h"},
+         "error; Emission monitors not complete; Time with continuous malfunction indicator 2 h"},
         {0x13, {0x21}, "Oxygen sensors, two banks bank 1 sensor 1, bank 2 sensor 2"},
         {0x7D, {0xF0}, "NOx control area none"},
         // the oxygen sensors of two banks or four; the second byte of fuel trims
