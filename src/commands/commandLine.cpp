@@ -9,6 +9,7 @@
 #include "commands/helpText.h"
 #include "commands/options.h"
 #include "commands/pollCommand.h"
+#include "commands/reportCommand.h"
 #include "commands/scanCommand.h"
 #include "commands/terminalCommand.h"
 #include "commands/usageError.h"
@@ -76,6 +77,8 @@ void CommandLine::addCommands()
 {
     add(*program_, "codes", "Print the MIL state, the stored codes and the readiness tests.",
         runCodesCommand);
+    add(*program_, "report", "Print what the control units have told in a transcript of replies.",
+        runReportCommand);
     add(*program_, "poll", "Poll a design's events, print a summary, write the files asked for.",
         runPollCommand);
     add(*program_, "export", "Turn a saved data log into a table for spreadsheets.", runExportCommand);

@@ -131,18 +131,37 @@ Json unitJson(const UnitReading& unit)
     return json;
 }
 
-/// Values one behind the other, members as "name value".
+std::string plainText(const Json& json);
+
+/// Its members as "name value", without the names where they say nothing new.
+std::string membersText(const Json& object)
+{
+    if (object.contains("fields"))
+        return plainText(object["fields"]);
+    std::string text;
+    for (const auto& [name, value] : object.items()) {
+        const bool isBare = name == "value" || name == "unit" || name == "text" || name == "name";
+        text += (text.empty() ? "" : (name == "unit" ? " " : ", ")) + (isBare ? "" : name + " ");
+        text += plainText(value);
+    }
+    return text;
+}
+
+std::string itemsText(const Json& list)
+{
+    std::string text;
+    for (const Json& item : list)
+        text += (text.empty() ? "" : (item.is_object() ? "; " : ", ")) + plainText(item);
+    return text;
+}
+
 std::string plainText(const Json& json)
 {
     if (json.is_string())
         return json.get<std::string>();
     if (!json.is_structured())
         return json.is_null() ? "-" : json.dump();
-    std::string text;
-    for (const auto& [name, value] : json.items()) {
-        text += text.empty() ? "" : (json.is_object() && !value.is_structured() ? ", " : "; ");
-        text += (json.is_object() ? name + " " : "") + plainText(value);
-    }
+    const std::string text = json.is_object() ? membersText(json) : itemsText(json);
     return text.empty() ? "none" : text;
 }
 

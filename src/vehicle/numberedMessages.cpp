@@ -14,8 +14,9 @@ constexpr std::size_t fewestCounterMessages = 8;
 bool isNumbered(const UnitMessage& message, BusKind bus)
 {
     const Bytes& bytes = message.bytes;
-    if (busOf(message, bus) == BusKind::can || bytes.size() <= numberedHead || bytes[0] != infoAnswer)
-        return false;
+    const bool fits = bytes.size() > numberedHead && bytes.size() <= numberedHead + numberedPart;
+    if (busOf(message, bus) == BusKind::can || !fits || bytes[0] != infoAnswer)
+        return false; // some units send a long message as on CAN
     const Infotype* const infotype = infotypeOf(bytes[1]);
     return !asksForBitmap(bytes[1]) && (infotype == nullptr || infotype->form != InfoForm::messageCount);
 }

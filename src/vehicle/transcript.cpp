@@ -137,6 +137,7 @@ public:
         fillIn(all, protocolFound);
         fillIn(all, protocolSet);
         std::vector<TranscriptExchange> result;
+        result.reserve(all.size());
         for (TranscriptExchange* exchange : all)
             result.push_back(std::move(*exchange));
         return result;
@@ -170,14 +171,13 @@ bool hasPrompt(const TranscriptExchange& exchange)
     return exchange.reply.find(promptMark) != std::string::npos;
 }
 
-/// Whether a reply tells something without its prompt.
+/// Whether a reply tells something without its prompt: a whole message, or a text of the adapter.
 bool tells(const ExchangeReading& reading)
 {
-    constexpr std::array silent = {ReplyError::none, ReplyError::empty, ReplyError::garbled,
-                                   ReplyError::noPrompt};
-    const bool hasWhole =
-        std::ranges::any_of(reading.units, [](const auto& unit) { return !unit.second.isIncomplete; });
-    return hasWhole || std::ranges::find(silent, reading.error) == silent.end();
+    constexpr std::array silent = {ReplyError::empty, ReplyError::garbled, ReplyError::noPrompt};
+    if (reading.error != ReplyError::none || reading.units.empty())
+        return std::ranges::find(silent, reading.error) == silent.end();
+    return std::ranges::any_of(reading.units, [](const auto& unit) { return !unit.second.isIncomplete; });
 }
 
 ExchangeReading readOne(const TranscriptExchange& exchange, bool arePromptsShown, const KnownUnits& units)

@@ -4,6 +4,7 @@
 #include "commands/commandSession.h"
 #include "commands/dtcCommand.h"
 #include "commands/pollCommand.h"
+#include "commands/reportCommand.h"
 #include "commands/scanCommand.h"
 #include "commands/terminalCommand.h"
 #include "commands/usageError.h"
@@ -80,6 +81,8 @@ TEST(CommandLineTest, TakesTheOptionsOfCommands)
     EXPECT_EQ(poll.designPath + poll.logPath + poll.exportPath, "d.obc--quieta.txt");
     EXPECT_EQ(poll.loops, 100000);
     EXPECT_EQ(taken<PollOptions>("poll d.obc --seconds 86400").seconds, std::chrono::seconds(86400));
+    const auto report = taken<ReportOptions>("report --json --replay a.txt");
+    EXPECT_TRUE(report.json && report.replayPath == "a.txt");
     EXPECT_EQ(taken<TerminalCommandOptions>("terminal --oct").base, NumberBase::octal);
     EXPECT_EQ(taken<DtcLookupOptions>("lookup P0301 u0123").codes, split("P0301 u0123"));
     EXPECT_EQ(taken<DtcExportOptions>("export a.txt --fixed").text.fields, DtcFields::fixed);
@@ -117,11 +120,12 @@ TEST(CommandLineTest, RefusesWhatIsWrong)
          split("code|codes twice|--prot com1|-x|--port|--port com3=|--port com9|--port COM10=/dev/a|"
                "--speed 19200|--simulate --port com2|codes --simulate=1|codes --clear|codes --timeout -1|"
                "terminal --hex --oct|poll|poll a.obc --loops 0|poll a.obc --loops 1 --seconds 1|"
-               "poll a.obc --log=|poll a.obc --log a.txt --export ./a.txt|poll a.obc --log a.obc|"
+               "poll a.obc --log=|report --replay=|report --replay a.txt b|poll a.obc --log a.txt --export ./a.txt|poll a.obc --log a.obc|"
                "export a.log a.log|scan --mode 5-0|dtc|dtc lookup|dtc export a.txt --tab --comma",
                '|'))
         EXPECT_NE(refusal(words), "no failure") << words;
     EXPECT_EQ(refusal("poll a b"), "wrong words after \"poll\"; the command is: zint-obd poll DESIGN.obc");
+    EXPECT_EQ(refusal("report --json"), "give --replay FILE");
     EXPECT_EQ(refusal("codes --comma"), "--comma goes with the command dtc import or dtc export");
     EXPECT_EQ(refusal("dtc find P0301"), "unknown command \"dtc find P0301\"; there are: dtc setup, dtc "
                                          "lookup CODE..., dtc import FILE, dtc export FILE");

@@ -142,9 +142,9 @@ TEST(TranscriptTest, FindsProtocolsAndPrompts)
     std::string errors;
     for (const ExchangeReading& reading :
          replay("# protocol 6\n> ATE0\nOK\n>\n> 0902\n7E8 10 14 49 02 01 31 32 33\n> 03\n7E8 02 43 00\n"
-                "> 07\nNO DATA\n> 0A\n>\n"))
+                "> 07\nNO DATA\n> 0A\n>\n> ATI\nELM327 v1.5"))
         errors += std::string(errorName(reading.error)) + ",";
-    EXPECT_EQ(errors, ",noPrompt,,noData,empty,");
+    EXPECT_EQ(errors, ",noPrompt,,noData,empty,,");
 }
 
 TEST(VinTest, IsHeldAgainstItsForm)
