@@ -2,7 +2,7 @@
 
 #include "shared/module1.h"
 
-#include <cstdint>
+#include <utility>
 
 namespace zint {
 namespace {
@@ -10,6 +10,8 @@ namespace {
 using Lines = std::vector<std::string>;
 
 void loseLine(Lines& lines, Framing) { lines.erase(lines.begin() + static_cast<long>(lines.size() / 2)); }
+
+void swapLastLines(Lines& lines, Framing) { std::swap(lines.back(), lines[lines.size() - 2]); }
 
 void doubleLine(Lines& lines, Framing)
 {
@@ -35,6 +37,7 @@ struct Kind {
 
 constexpr std::array<Kind, LineFaults::kinds> kindTable{{
     {&AdapterOptions::loseLineEvery, 2, loseLine},
+    {&AdapterOptions::swapLinesEvery, 2, swapLastLines},
     {&AdapterOptions::doubleLineEvery, 1, doubleLine},
     {&AdapterOptions::wrongCheckEvery, 1, spoilCheck},
 }};

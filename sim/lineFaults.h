@@ -18,7 +18,7 @@ public:
     /// Spoils the lines of a reply, which may be none.
     void apply(std::vector<std::string>& lines, Framing framing);
 
-    static constexpr std::size_t kinds = 3;
+    static constexpr std::size_t kinds = 4;
 
 private:
     std::array<int, kinds> every_{};

@@ -155,7 +155,8 @@ std::vector<std::string> replyLines(const UnitAddress& from, MessageView message
         return frameLines(from, message, format);
     if (message.size() > singleFrameBytes)
         return numberedLines(message, format);
-    return {bytesLine({}, message, format)};
+    const Message shown = frames(message, format).front().data;
+    return {bytesLine({}, format.showsPadding ? shown : message, format)};
 }
 
 std::uint8_t checkByte(CheckByte kind, MessageView message)

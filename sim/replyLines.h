@@ -18,6 +18,7 @@ struct ReplyFormat {
     bool blanks = true;                  ///< between bytes
     bool trailingBlank = true;           ///< and behind the last one
     bool autoFormat = true;              ///< frames without their control bytes, where headers are off
+    bool showsPadding = false;           ///< of short messages, too
     bool lengthDigit = false;            ///< a frame's number of bytes stands behind its identifier
     bool ownLengthByte = false;          ///< the length stands in a byte of its own, where a header tells one
     std::optional<std::uint8_t> padding; ///< fills each frame up to eight bytes; otherwise 00, and only the

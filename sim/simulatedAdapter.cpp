@@ -289,6 +289,7 @@ ReplyFormat SimulatedAdapter::replyFormat() const
             .blanks = settings_.blanks,
             .trailingBlank = options_.trailingBlank,
             .autoFormat = settings_.autoFormat,
+            .showsPadding = options_.showsPadding,
             .lengthDigit = settings_.lengthDigit || options_.lengthDigit,
             .ownLengthByte = options_.ownLengthByte,
             .padding = options_.padding};

@@ -188,6 +188,10 @@ constexpr auto arguments = std::to_array<SimulationArgument>({
      [](SimulationOptions& options, std::string_view value) {
          options.vehicle.pendingResponse = std::chrono::milliseconds(number(value));
      }},
+    {"foreign-answer", "N", "in front of every N-th answer, one that somebody else has asked for",
+     [](SimulationOptions& options, std::string_view value) {
+         options.vehicle.foreignAnswerEvery = number(value, 1);
+     }},
     {"drop-out", "N", "the last control unit keeps silent at every N-th request",
      [](SimulationOptions& options, std::string_view value) {
          options.vehicle.dropOutEvery = number(value, 1);
@@ -220,12 +224,15 @@ constexpr auto arguments = std::to_array<SimulationArgument>({
     {"refuse", "LIST", R"(adapter commands that are answered with "?", such as H1,S0)", refuse},
     {"padding", "BYTE", "fills CAN frames up to eight bytes, such as AA",
      [](SimulationOptions& options, std::string_view value) { options.adapter.padding = byteValue(value); }},
+    {"show-padding", "", "also behind short answers without headers", flag<&Adapter::showsPadding>},
     {"length-digit", "", "the number of bytes behind a CAN identifier, as after ATD1",
      flag<&Adapter::lengthDigit>},
     {"length-byte", "", "KWP headers tell the length in a byte of its own", flag<&Adapter::ownLengthByte>},
     {"interleave", "", "the lines of two control units come in turns", flag<&Adapter::interleavesUnits>},
     {"lose-line", "N", "one line less in every N-th reply of several lines",
      count<&Adapter::loseLineEvery, 1>},
+    {"swap-lines", "N", "the last two lines the other way round in every N-th reply of several lines",
+     count<&Adapter::swapLinesEvery, 1>},
     {"double-line", "N", "the last line twice in every N-th data reply", count<&Adapter::doubleLineEvery, 1>},
     {"wrong-check", "N", "a wrong last digit in every N-th data reply", count<&Adapter::wrongCheckEvery, 1>},
     {"error", "N:TEXT", "TEXT for the data of the N-th request; behind it if TEXT begins with <", addFault},

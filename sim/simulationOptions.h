@@ -25,7 +25,8 @@ struct VehicleOptions {
 
     /// All but live values is announced first, and comes so much later.
     std::optional<std::chrono::microseconds> pendingResponse;
-    int dropOutEvery = 0; ///< at each so manieth request the last unit keeps silent; 0: never
+    int foreignAnswerEvery = 0; ///< in front of each so manieth answer comes one to somebody else; 0: never
+    int dropOutEvery = 0;       ///< at each so manieth request the last unit keeps silent; 0: never
 };
 
 /// An error of the adapter or of the bus that shows in a reply.
@@ -66,12 +67,14 @@ struct AdapterOptions {
 
     std::vector<std::string> refusedCommands; ///< without "AT"; are answered with "?"
     std::optional<std::uint8_t> padding;      ///< fills each CAN frame up to eight bytes
+    bool showsPadding = false;                ///< behind short answers, too, where headers are off
     bool lengthDigit = false;                 ///< behind a CAN identifier, as after "ATD1"
     bool ownLengthByte = false;               ///< of KWP headers
     bool interleavesUnits = false;            ///< the lines of several control units come in turns
 
     // In each so manieth data reply; 0: never.
-    int loseLineEvery = 0; ///< counts replies of several lines
+    int loseLineEvery = 0;  ///< counts replies of several lines
+    int swapLinesEvery = 0; ///< likewise
     int doubleLineEvery = 0;
     int wrongCheckEvery = 0;
 

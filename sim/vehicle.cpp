@@ -8,6 +8,13 @@ namespace {
 
 constexpr std::uint8_t answerPending = 0x78;
 
+/// An answer to a service that the request is not for.
+Message foreignAnswer(std::uint8_t requestedMode)
+{
+    constexpr std::uint8_t liveData = 0x01;
+    return requestedMode == liveData ? Message{0x7E} : Message{positiveAnswer(liveData), 0x0D, 0x00};
+}
+
 UnitKind engineKind(const VehicleOptions& options)
 {
     if (options.diesel)
@@ -37,7 +44,7 @@ std::vector<ControlUnit> makeUnits(const VehicleOptions& options)
 Vehicle::Vehicle(const VehicleOptions& options)
     : protocol_(static_cast<unsigned>(options.protocol)), ignitionOn_(options.ignitionOn),
       pendingResponse_(options.pendingResponse), dropOutEvery_(options.dropOutEvery),
-      units_(makeUnits(options))
+      foreignAnswerEvery_(options.foreignAnswerEvery), units_(makeUnits(options))
 {
 }
 
@@ -56,6 +63,8 @@ void Vehicle::appendAnswer(std::vector<UnitAnswer>& answers, ControlUnit& unit, 
         return;
     if (pendingResponse_ && request[0] != liveData)
         answer.waits = {{refusal, request[0], answerPending}};
+    if (foreignAnswerEvery_ > 0 && requests_ % foreignAnswerEvery_ == 0)
+        answer.messages.insert(answer.messages.begin(), foreignAnswer(request[0]));
     answers.push_back(std::move(answer));
 }
 

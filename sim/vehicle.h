@@ -55,6 +55,7 @@ private:
     bool ignitionOn_;
     std::optional<std::chrono::microseconds> pendingResponse_;
     int dropOutEvery_;
+    int foreignAnswerEvery_;
     std::vector<ControlUnit> units_;
     int requests_ = 0;
     std::optional<std::chrono::microseconds> started_;

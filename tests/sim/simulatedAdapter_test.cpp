@@ -222,6 +222,9 @@ TEST(SimulatedAdapterTest, ShowsWhatVehiclesAndBussesDo)
         {"protocol=can units=2 lose-line=2",
          {"ATH1", "0902", "0902"},
          "7E8 10 14 49 02 01 55 39 5A \r7E8 22 5A 30 30 30 30 34 32 "},
+        {"protocol=can swap-lines=1", {"ATS0", "0621"}, "00A\r1:00006000000000\r0:462180056A40"},
+        {"protocol=can foreign-answer=1", {"07"}, "41 0D 00 \r47 01 04 20 "},
+        {"protocol=can padding=55 show-padding", {"07"}, "47 01 04 20 55 55 55 "},
         {"double-line=1", {"0101"}, "41 01 83 07 65 04 \r41 01 83 07 65 04 "},
         {"wrong-check=1", {"ATH1", "010D"}, "48 6B 10 41 0D 00 10 "},
         {"protocol=can wrong-check=1", {"010D"}, "41 0D 01 <RX ERROR"},
@@ -254,11 +257,11 @@ TEST(SimulatedAdapterTest, NumbersMoreFramesThanThereAreDigits)
 
 TEST(VehicleTest, SupportsExactlyWhatItSays)
 {
-    constexpr std::uint32_t physical[] = {0x7E0, 0x7E1, 0x6C10F1, 0x6C18F1};
+    constexpr std::uint32_t unitHeaders[] = {0x7E0, 0x7E1, 0x6C10F1, 0x6C18F1};
     for (const char* words : {"protocol=can", "protocol=can units=2", "protocol=can diesel", "", "units=2",
                               "diesel", "protocol=kwp-fast units=2"}) {
         Vehicle vehicle(described(words).vehicle);
-        for (const std::uint32_t unit : physical) {
+        for (const std::uint32_t unit : unitHeaders) {
             for (const Message& kind : std::vector<Message>{
                      {0x01, 0}, {0x02, 0, 0}, {0x05, 0, 1}, {0x05, 0, 2}, {0x06, 0}, {0x09, 0}}) {
                 std::bitset<0x121> promised;
