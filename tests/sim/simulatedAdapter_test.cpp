@@ -192,7 +192,7 @@ TEST(SimulatedAdapterTest, ShowsWhatVehiclesAndBussesDo)
     const std::tuple<const char*, std::vector<const char*>, const char*> rows[] = {
         {"protocol=can units=2",
          {"ATH1", "0101", "0101", "0101"}, // the transmission is first now
-         "7E9 06 41 01 81 04 00 00 \r7E8 06 41 01 83 07 E5 05 "},
+         "7E9 06 41 01 81 04 00 00 \r7E8 06 41 01 83 07 E5 84 "},
         {"protocol=can units=2", {"ATSH7E1", "03"}, "43 01 07 41 "},
         {"protocol=can29 units=2", {"ATSHDA10F1", "07"}, "47 01 04 20 "},
         {"protocol=can permanent=P0420,U0100", {"04", "0A"}, "4A 02 04 20 C1 00 "},
