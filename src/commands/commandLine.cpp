@@ -77,7 +77,7 @@ void CommandLine::addCommands()
 {
     add(*program_, "codes", "Print the MIL state, the stored codes and the readiness tests.",
         runCodesCommand);
-    add(*program_, "report", "Print what the control units have told in a transcript of replies.",
+    add(*program_, "report", "Read all that the control units tell, print it as text or JSON.",
         runReportCommand);
     add(*program_, "poll", "Poll a design's events, print a summary, write the files asked for.",
         runPollCommand);

@@ -23,16 +23,19 @@ int itemOf(const std::string& command)
 
 bool isAdapterCommand(const std::string& command) { return command.starts_with("AT"); }
 
-/// The answer's text without its lines' ends, the prompt and the echo; empty for a refusal.
+/// The last line of an answer that holds text, without the prompt; empty for a refusal. The echo of the
+/// command may stand in front of it.
 std::string answerText(std::string_view answer)
 {
-    std::string text;
-    for (const char character : answer) {
+    std::string last;
+    std::string line;
+    for (const char character : std::string(answer) + "\r") {
         if (character >= ' ' && character <= '~' && character != '>')
-            text += character;
+            line += character;
+        else if (!line.empty())
+            last = std::exchange(line, {});
     }
-    const std::size_t start = text.find_first_not_of(' ');
-    return text == "?" || start == std::string::npos ? "" : text.substr(start);
+    return last == "?" ? "" : last;
 }
 
 /// Why nothing can be read, for an answer to the first request.

@@ -111,26 +111,6 @@ void addInfo(Json& json, const UnitReading& unit)
         json["inUse"][name] = count;
 }
 
-Json unitJson(const UnitReading& unit)
-{
-    Json json = Json::object();
-    addStatus(json, unit);
-    if (!unit.values.empty())
-        json["values"] = mapJson(unit.values, [](int pid) { return "01" + twoDigits(pid); });
-    if (unit.freezeFrame)
-        json["freezeFrame"] = frameJson(*unit.freezeFrame);
-    addInfo(json, unit);
-    for (const TestResult& test : unit.tests)
-        json["tests"].push_back(testJson(test));
-    if (unit.cleared)
-        json["cleared"] = true;
-    if (unit.refusal)
-        json["refusal"] = twoDigits(*unit.refusal);
-    if (unit.isIncomplete)
-        json["incomplete"] = true;
-    return json;
-}
-
 std::string plainText(const Json& json);
 
 /// Its members as "name value", without the names where they say nothing new.
@@ -166,6 +146,26 @@ std::string plainText(const Json& json)
 }
 
 } // namespace
+
+nlohmann::ordered_json unitJson(const UnitReading& unit)
+{
+    Json json = Json::object();
+    addStatus(json, unit);
+    if (!unit.values.empty())
+        json["values"] = mapJson(unit.values, [](int pid) { return "01" + twoDigits(pid); });
+    if (unit.freezeFrame)
+        json["freezeFrame"] = frameJson(*unit.freezeFrame);
+    addInfo(json, unit);
+    for (const TestResult& test : unit.tests)
+        json["tests"].push_back(testJson(test));
+    if (unit.cleared)
+        json["cleared"] = true;
+    if (unit.refusal)
+        json["refusal"] = twoDigits(*unit.refusal);
+    if (unit.isIncomplete)
+        json["incomplete"] = true;
+    return json;
+}
 
 std::string_view errorName(ReplyError error)
 {

@@ -13,6 +13,9 @@ std::string_view errorName(ReplyError error);
 /// "fields", and the first number or text of them is the value.
 nlohmann::ordered_json valuesJson(const std::vector<ParameterValue>& values);
 
+/// What a unit has told: {"mil", "readiness", "values", ...}. What was not told is left out.
+nlohmann::ordered_json unitJson(const UnitReading& unit);
+
 /// An exchange: {"command", "error", "units": {"7E8": {...}}}. What was not told is left out.
 nlohmann::ordered_json exchangeJson(const ExchangeReading& exchange);
 

@@ -120,12 +120,13 @@ TEST(CommandLineTest, RefusesWhatIsWrong)
          split("code|codes twice|--prot com1|-x|--port|--port com3=|--port com9|--port COM10=/dev/a|"
                "--speed 19200|--simulate --port com2|codes --simulate=1|codes --clear|codes --timeout -1|"
                "terminal --hex --oct|poll|poll a.obc --loops 0|poll a.obc --loops 1 --seconds 1|"
-               "poll a.obc --log=|report --replay=|report --replay a.txt b|poll a.obc --log a.txt --export ./a.txt|poll a.obc --log a.obc|"
+               "poll a.obc --log=|report --replay=|report --replay a.txt b|poll a.obc --log a.txt --export "
+               "./a.txt|poll a.obc --log a.obc|"
                "export a.log a.log|scan --mode 5-0|dtc|dtc lookup|dtc export a.txt --tab --comma",
                '|'))
         EXPECT_NE(refusal(words), "no failure") << words;
     EXPECT_EQ(refusal("poll a b"), "wrong words after \"poll\"; the command is: zint-obd poll DESIGN.obc");
-    EXPECT_EQ(refusal("report --json"), "give --replay FILE");
+    EXPECT_EQ(refusal("report --fail-on light"), "--fail-on light: give codes or readiness");
     EXPECT_EQ(refusal("codes --comma"), "--comma goes with the command dtc import or dtc export");
     EXPECT_EQ(refusal("dtc find P0301"), "unknown command \"dtc find P0301\"; there are: dtc setup, dtc "
                                          "lookup CODE..., dtc import FILE, dtc export FILE");

@@ -18,7 +18,7 @@ struct VehicleReportTest : testing::Test {
     /// Presses the button, and lets the adapter answer up to the first request.
     void begin()
     {
-        adapter.expect("ATI\r").answer("ELM327 v1.5\r\r>");
+        adapter.expect("ATI\r").answer("ATI\rELM327 v1.5\r\r>");
         for (const char* command :
              {"ATE0", "ATWS", "ATE0", "ATL0", "ATH1", "ATS0", "ATAL", "ATAT1", "AT@1", "ATRV"})
             adapter.expect(command + std::string("\r")).answer("OK\r\r>");

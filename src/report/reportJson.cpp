@@ -1,0 +1,113 @@
+#include "report/reportJson.h"
+
+#include "shared/fileError.h"
+#include "shared/module1.h"
+#include "vehicle/exchangeJson.h"
+
+#include <algorithm>
+#include <array>
+#include <nlohmann/json.hpp>
+
+namespace zint {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int schema = 1;
+constexpr std::array kindNames = {"stored", "pending", "permanent"};
+constexpr std::array stateNames = {"unsupported", "incomplete", "complete"};
+
+/// In a report a unit tells codes of each kind, and what it supports of each service.
+Json reportUnitJson(const UnitReading& unit)
+{
+    Json json = unitJson(unit);
+    json.erase("codes");
+    for (const auto& [kind, codes] : unit.codes)
+        json["codes"][kindNames.at(static_cast<std::size_t>(kind))] = codes;
+    json.erase("supported");
+    for (const auto& [service, items] : unit.supported) {
+        Json& list = json["supported"][hexText(service, 2)] = Json::array();
+        for (const std::uint8_t item : items)
+            list.push_back(hexText(item, 2));
+    }
+    return json;
+}
+
+Json failuresJson(const VehicleFacts& facts)
+{
+    Json json = Json::object();
+    for (const auto& [command, error] : facts.failures)
+        json[command] = errorName(error);
+    return json;
+}
+
+UnitReading unitIn(const Json& json)
+{
+    UnitReading unit;
+    const Json codes = json.value("codes", Json::object());
+    for (std::size_t kind = 0; kind < kindNames.size(); ++kind) {
+        if (codes.contains(kindNames.at(kind)))
+            unit.codes[static_cast<CodeKind>(kind)] =
+                codes[kindNames.at(kind)].get<std::vector<std::string>>();
+    }
+    if (json.contains("readiness")) {
+        unit.readiness.emplace();
+        for (const auto& [monitor, state] : json["readiness"].items()) {
+            const auto* const found = std::ranges::find(stateNames, state.get<std::string>(),
+                                                        [](const char* name) { return std::string(name); });
+            if (found != stateNames.end())
+                unit.readiness->monitors.emplace_back(monitor,
+                                                      static_cast<MonitorState>(found - stateNames.begin()));
+        }
+    }
+    return unit;
+}
+
+} // namespace
+
+std::string reportJson(const ReportHead& head, const VehicleFacts& facts,
+                       const std::vector<ExchangeReading>& exchanges)
+{
+    Json json = {{"schema", schema}, {"title", head.title}, {"date", head.date}, {"headline", head.headline}};
+    if (!head.failure.empty())
+        json["failure"] = head.failure;
+    json["whole"] = facts.isWhole;
+    json["quick"] = facts.isQuick;
+    json["adapter"] = {{"name", facts.adapter}, {"device", facts.device}, {"voltage", facts.voltage}};
+    json["protocol"] = {{"number", std::string(1, static_cast<char>(facts.protocol))},
+                        {"name", nameOf(facts.protocol)}};
+    json["units"] = Json::object();
+    for (const auto& [name, unit] : facts.units)
+        json["units"][name] = reportUnitJson(unit);
+    json["unanswered"] = failuresJson(facts);
+    for (const ExchangeReading& exchange : exchanges)
+        json["exchanges"].push_back(exchangeJson(exchange));
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+VehicleFacts factsInJson(std::string_view text)
+{
+    const Json json = Json::parse(text, nullptr, false);
+    if (!json.is_object() || json.value("schema", 0) != schema || !json.contains("units"))
+        throw FileError("This is no vehicle report in JSON");
+    VehicleFacts facts;
+    try {
+        for (const auto& [name, unit] : json["units"].items())
+            facts.unit(name) = unitIn(unit);
+    } catch (const Json::exception&) {
+        throw FileError("This vehicle report in JSON is damaged");
+    }
+    return facts;
+}
+
+VehicleFacts factsOf(const std::vector<ExchangeReading>& exchanges)
+{
+    VehicleFacts facts;
+    for (const ExchangeReading& exchange : exchanges) {
+        for (const auto& [name, unit] : exchange.units)
+            merge(facts.unit(name), unit);
+    }
+    return facts;
+}
+
+} // namespace zint

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "report/reportText.h"
+#include "report/vehicleFacts.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zint {
+
+/// A report as JSON, for programs and to be read again; its members are described in docs/formats.md.
+/// @param exchanges of a transcript, which follow the report; none for a vehicle that was asked
+std::string reportJson(const ReportHead& head, const VehicleFacts& facts,
+                       const std::vector<ExchangeReading>& exchanges = {});
+
+/// What a report in JSON tells of codes and monitors, for a comparison.
+/// @throws FileError for a text that is no such report
+VehicleFacts factsInJson(std::string_view json);
+
+/// What the exchanges of a transcript come to.
+VehicleFacts factsOf(const std::vector<ExchangeReading>& exchanges);
+
+} // namespace zint
