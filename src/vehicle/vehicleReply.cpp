@@ -77,15 +77,14 @@ FormFrames bestOf(std::span<const LineForm> forms, const std::vector<HexLine>& l
     return best;
 }
 
-/// The frames in the protocol's form; in any other only where that has answers and the protocol's has none.
+/// The frames in the protocol's form; in any other only where no line fits the protocol.
 FormFrames framesOf(const std::vector<HexLine>& lines, const VehicleRequest& request, BusProtocol protocol)
 {
     FormFrames expected = bestOf(formsOf(protocol), lines, request);
-    if (expected.score.answers > 0)
+    if (expected.score.answers > 0 || expected.score.others > 0)
         return expected;
     FormFrames any = bestOf(allLineForms, lines, request);
-    const bool isContradicted = any.score.answers > 0 || expected.score.rank() == FormScore{}.rank();
-    return isContradicted ? any : expected;
+    return any.score.answers > 0 || expected.frames.empty() ? any : expected;
 }
 
 /// Without headers adapters may leave the checksum of the older buses in the line: a message has at most
