@@ -44,27 +44,20 @@ std::string bytesAsDigits(BytesView data)
     return text;
 }
 
-/// Cuts data into items of a length, the last of which may be shorter.
-std::vector<BytesView> items(BytesView data, std::size_t length)
-{
-    std::vector<BytesView> all;
-    for (; !data.empty(); data = data.subspan(std::min(data.size(), length)))
-        all.push_back(data.first(std::min(data.size(), length)));
-    return all;
-}
-
+/// The last one may be shorter than it should be.
 void readCalibrationIds(BytesView data, UnitReading& reading)
 {
-    for (const BytesView item : items(data, calibrationIdLength)) {
-        if (std::string text = textIn(item); !text.empty())
+    for (; !data.empty(); data = data.subspan(std::min(data.size(), calibrationIdLength))) {
+        std::string text = textIn(data.first(std::min(data.size(), calibrationIdLength)));
+        if (!text.empty())
             reading.calibrationIds.push_back(std::move(text));
     }
 }
 
 void readCvns(BytesView data, UnitReading& reading)
 {
-    for (const BytesView item : items(data, cvnLength))
-        reading.cvns.push_back(bytesAsDigits(item));
+    for (; data.size() >= cvnLength; data = data.subspan(cvnLength))
+        reading.cvns.push_back(bytesAsDigits(data.first(cvnLength)));
 }
 
 void readCounters(BytesView data, std::span<const char* const> names, UnitReading& reading)
@@ -158,10 +151,8 @@ void readVehicleInfo(const ServiceAnswer& answer, UnitReading& reading)
     const Infotype* const infotype = infotypeOf(data[0]);
     const BytesView content = data.subspan(2);
     const std::size_t itemLength = infotype != nullptr ? infotype->itemLength : 0;
-    const std::size_t length = data[1] * itemLength;
-    reading.isIncomplete = reading.isIncomplete || content.size() < length;
-    const bool isCut = length > 0 && itemLength < calibrationIdLength; // texts are shown to their ends
-    readInfo(data[0], isCut ? content.first(std::min(content.size(), length)) : content, reading);
+    reading.isIncomplete = reading.isIncomplete || content.size() < data[1] * itemLength;
+    readInfo(data[0], content, reading);
 }
 
 } // namespace zint

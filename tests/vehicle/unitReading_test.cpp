@@ -24,7 +24,8 @@ TEST(UnitReadingTest, ReadsWhatServicesTell)
         const char* transcript;
         const char* units;
     } rows[] = {
-        {"permanent codes", "# protocol 6\n> 0A\n7E8 04 4A 01 04 20", R"({"7E8":{"codes":["P0420"]}})"},
+        {"permanent codes", "# protocol 6\n> 0A\n7E8 06 4A 02 04 20 00 16",
+         R"({"7E8":{"codes":["P0420","P0016"]}})"},
         {"unknown bus, a count that fits", "> 03\n43 01 01 33", R"({"?1":{"codes":["P0133"]}})"},
         {"unknown bus, no count", "> 03\n43 01 01 33 00 00 00", R"({"?1":{"codes":["P0101","P3300"]}})"},
         {"a count of more than there is", "# protocol 6\n> 03\n7E8 04 43 02 01 33",
@@ -38,11 +39,13 @@ TEST(UnitReadingTest, ReadsWhatServicesTell)
         {"several parameters, padding",
          "# protocol 6\n> 01050C\n7E8 06 41 0C 0D 80 05 39\n7E9 41 05 3A 00 00",
          R"({"7E8":{"values":{"0105":{"value":17,"unit":"°C"},"010C":{"value":864,"unit":"rpm"}}}})"},
+        {"one of two parameters, padding", "# protocol 6\n> 020500 0D00\n42 05 00 39 00 00 00",
+         R"({"?1":{"freezeFrame":{"frame":0,"values":{"05":{"value":17,"unit":"°C"}}}}})"},
         {"a parameter that is cut off", "# protocol 6\n> 010C\n7E8 03 41 0C 0D",
          R"({"7E8":{"incomplete":true}})"},
-        {"this drive cycle", "# protocol 6\n> 0141\n7E8 06 41 41 00 0B 41 01",
+        {"this drive cycle", "# protocol 6\n> 0141\n7E8 06 41 41 00 0B 43 01",
          R"({"7E8":{"readiness":{"misfire":"complete","fuelSystem":"complete","components":"unsupported",)"
-         R"("nmhcCatalyst":"incomplete","noxScr":"unsupported","boostPressure":"unsupported",)"
+         R"("nmhcCatalyst":"incomplete","noxScr":"complete","boostPressure":"unsupported",)"
          R"("exhaustGasSensor":"unsupported","pmFilter":"complete","egrVvt":"unsupported"},)"
          R"("compressionIgnition":true}})"},
         {"a sensor test", "# protocol 3\n> 050501\n48 6B 10 45 05 01 20 10 30 6E",
@@ -103,13 +106,14 @@ TEST(UnitReadingTest, MergesWhatExchangesTell)
     UnitReading all;
     for (const ExchangeReading& reading :
          replay("# protocol 6\n> 0100\n7E8 06 41 00 80 00 00 01\n> 0120\n7E8 06 41 20 00 00 00 01\n"
-                "> 020200\n7E8 05 42 02 00 01 33\n> 020C00\n7E8 05 42 0C 00 0D 80\n> 0A\n7E8 03 7F 0A 22\n"
+                "> 010D\n7E8 03 41 0D 20\n> 020200\n7E8 05 42 02 00 01 33\n> 020C00\n7E8 05 42 0C 00 0D "
+                "80\n> 0A\n7E8 03 7F 0A 22\n"
                 "> 03\n7E8 02 43 00\n> 06A1\n7E8 10 0A 46 A1 0B 24 00 05\n7E8 21 00 00 FF FF\n"
                 "> 06A1\n7E8 10 0A 46 A1 0B 24 00 07\n7E8 21 00 00 FF FF"))
         merge(all, reading.units.at(0).second);
     EXPECT_EQ(all.supported[1], (std::vector<std::uint8_t>{0x01, 0x20, 0x40}));
     EXPECT_EQ(all.freezeFrame->code, "P0133");
-    EXPECT_EQ(all.freezeFrame->values.size(), 1U);
+    EXPECT_EQ(all.freezeFrame->values.size() + all.values.size(), 2U);
     EXPECT_TRUE(all.codes.contains(CodeKind::stored) && !all.codes.contains(CodeKind::permanent));
     EXPECT_FALSE(all.refusal);
     ASSERT_EQ(all.tests.size(), 1U);
@@ -145,6 +149,7 @@ TEST(TranscriptTest, FindsProtocolsAndPrompts)
                 "> 07\nNO DATA\n> 0A\n>\n> ATI\nELM327 v1.5"))
         errors += std::string(errorName(reading.error)) + ",";
     EXPECT_EQ(errors, ",noPrompt,,noData,empty,,");
+    EXPECT_EQ(replay("> 0902\n7E8 10 14 49 02 01 31 32 33").at(0).error, ReplyError::none) << "no prompts";
 }
 
 TEST(VinTest, IsHeldAgainstItsForm)
