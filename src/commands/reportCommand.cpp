@@ -124,13 +124,15 @@ private:
 
 int replayFile(const ReportOptions& options)
 {
-    const std::vector<ExchangeReading> exchanges = replay(contentOf(options.replayPath));
+    const std::string transcript = contentOf(options.replayPath);
+    const std::vector<ExchangeReading> exchanges = replay(transcript);
     if (exchanges.empty())
         throw FileError("\"" + options.replayPath +
                         "\" is no transcript: it has no line such as \"> 0902\", which tells what was sent");
     if (!options.json)
         return printOut(exchangesText(exchanges));
-    const VehicleFacts facts = factsOf(exchanges);
+    VehicleFacts facts = factsOf(exchanges);
+    facts.protocol = readTranscript(transcript).back().protocol;
     return printOut(reportJson(headOf(facts, [](auto) { return std::string(); }, {}), facts, exchanges));
 }
 
