@@ -26,7 +26,7 @@ std::set<Code> codesOf(const VehicleFacts& facts)
 std::vector<Code> without(const std::set<Code>& codes, const std::set<Code>& others)
 {
     std::vector<Code> rest;
-    std::ranges::set_difference(codes, others, std::back_inserter(rest));
+    std::set_difference(codes.begin(), codes.end(), others.begin(), others.end(), std::back_inserter(rest));
     return rest;
 }
 

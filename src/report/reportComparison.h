@@ -3,6 +3,7 @@
 #include "report/reportSections.h"
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace zint {
@@ -15,7 +16,10 @@ struct ReportComparison {
         CodeKind kind = CodeKind::stored;
         std::string code;
 
-        auto operator<=>(const Code&) const = default;
+        bool operator<(const Code& other) const
+        {
+            return std::tie(unit, kind, code) < std::tie(other.unit, other.kind, other.code);
+        }
     };
     struct Monitor {
         std::string unit;

@@ -16,7 +16,7 @@ std::string reportJson(const ReportHead& head, const VehicleFacts& facts,
 
 /// What a report in JSON tells of codes and monitors, for a comparison.
 /// @throws FileError for a text that is no such report
-VehicleFacts factsInJson(std::string_view json);
+VehicleFacts factsInJson(std::string_view text);
 
 /// What the exchanges of a transcript come to.
 VehicleFacts factsOf(const std::vector<ExchangeReading>& exchanges);

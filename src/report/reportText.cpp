@@ -21,6 +21,7 @@ std::size_t widthOf(const std::string& text)
 std::vector<std::size_t> widthsOf(const ReportTable& table)
 {
     std::vector<std::size_t> widths;
+    widths.reserve(table.columns.size());
     for (std::size_t column = 0; column < table.columns.size(); ++column) {
         widths.push_back(widthOf(table.columns[column]));
         for (const auto& row : table.rows)
@@ -46,6 +47,7 @@ std::string tableText(const ReportTable& table)
     text += line(table.columns, widths);
     for (const auto& row : table.rows) {
         std::vector<std::string> texts;
+        texts.reserve(row.size());
         for (const ReportCell& cell : row)
             texts.push_back(cell.text);
         text += line(texts, widths);
