@@ -15,7 +15,7 @@ CodeKind kindOf(std::uint8_t service)
 
 /// Whether the number of codes stands in front of them: on CAN. Messages of the older buses have room for
 /// three codes instead, and no number.
-bool hasCount(const ServiceAnswer& answer)
+bool startsWithCount(const ServiceAnswer& answer)
 {
     if (answer.bus != BusKind::unknown)
         return answer.bus == BusKind::can;
@@ -27,7 +27,7 @@ bool hasCount(const ServiceAnswer& answer)
 void readCodes(const ServiceAnswer& answer, UnitReading& reading)
 {
     BytesView pairs = answer.data;
-    if (hasCount(answer)) {
+    if (startsWithCount(answer)) {
         const std::size_t length = pairs.empty() ? 1 : 2 * std::size_t{pairs.front()};
         pairs = pairs.subspan(pairs.empty() ? 0 : 1);
         reading.isIncomplete = reading.isIncomplete || pairs.size() < length;
