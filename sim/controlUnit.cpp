@@ -38,7 +38,7 @@ ControlUnit::ControlUnit(UnitKind kind, const ProtocolTraits& protocol, UnitCode
 bool ControlUnit::hears(std::uint32_t header) const
 {
     const bool isNumbered = protocol_->headerForm == HeaderForm::id11;
-    const std::uint32_t own = isNumbered ? address().number : address().address << 8U;
+    const std::uint32_t own = isNumbered ? address().number : std::uint32_t{address().address} << 8U;
     const auto hasAddressOf = [&](std::uint32_t other) {
         return ((header ^ other) & protocol_->addressBits) == 0;
     };

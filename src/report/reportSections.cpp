@@ -275,6 +275,15 @@ std::string monitorText(const std::string& name)
     return name;
 }
 
+std::string vinOf(const VehicleFacts& facts)
+{
+    for (const auto& [name, unit] : facts.units) {
+        if (unit.vin)
+            return *unit.vin;
+    }
+    return {};
+}
+
 std::string wordOf(Mark mark)
 {
     static constexpr std::array words = {"", "ok", "attention", "failed", "not supported"};

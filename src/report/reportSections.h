@@ -43,6 +43,9 @@ ReportSection clearedSection(const std::vector<std::string>& lines);
 /// A unit as a reader knows it: "7E8 (ECM-EngineControl)", or its name alone.
 std::string unitText(const std::string& name, const UnitReading& unit);
 
+/// The vehicle's identification number; empty when no unit has told it.
+std::string vinOf(const VehicleFacts& facts);
+
 /// A monitor's name in words: "Oxygen sensor" for "o2Sensor".
 std::string monitorText(const std::string& name);
 

@@ -96,10 +96,8 @@ ReportHead headOf(const VehicleFacts& facts, const DateText& dateText, const std
                     .date = dateText(facts.time),
                     .headline = headlineOf(facts),
                     .failure = failure};
-    const auto withVin =
-        std::ranges::find_if(facts.units, [](const auto& unit) { return unit.second.vin.has_value(); });
-    if (withVin != facts.units.end())
-        head.title += ", " + *withVin->second.vin;
+    if (const std::string vin = vinOf(facts); !vin.empty())
+        head.title += ", " + vin;
     return head;
 }
 

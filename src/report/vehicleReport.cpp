@@ -33,14 +33,11 @@ void VehicleReport::pressClearCodes()
     if (isRunning() || facts().units.empty() ||
         !around_.prompts.confirm(
             "All control units will forget their codes, with the freeze frame, the test results, the "
-            "readiness of the monitors and what they have learned of this vehicle. An emissions "
-            "test fails until the monitors have run again, which takes days of driving. Permanent "
-            "codes stay.\r\n\r\nThe engine must be off, and the ignition on. The report that was "
-            "read is kept.\r\n\r\nClear them?",
+            "readiness of the monitors and what they have learned of this vehicle. An emissions test fails "
+            "until the monitors have run again, which takes days of driving. Permanent codes stay.\r\n\r\n"
+            "The engine must be off, and the ignition on.\r\n\r\nClear them?",
             "Clear Codes"))
         return;
-    if (around_.keep)
-        around_.keep(facts());
     before_ = facts();
     begin({.isQuick = before_.isQuick, .clearsFirst = true});
     changed();
@@ -104,10 +101,11 @@ void VehicleReport::end(const std::string& why)
     panel_.headline = headlineOf(facts());
     if (isClearing_)
         tellCleared();
-    else if (around_.keep && !facts().units.empty())
-        around_.keep(facts());
     if (why.empty())
         panel_.ProgressBar1.value = 100;
+    changed();
+    if (around_.keep && !facts().units.empty())
+        around_.keep(facts()); // which may fail; all else is done
 }
 
 /// What each unit says of the clearing, and what has changed.

@@ -23,15 +23,14 @@ public:
         AdapterLine line;
         const Clock& clock;
         Prompts& prompts;
-        std::function<void(const VehicleFacts&)> keep =
-            {}; ///< a report that is whole, or about to be outdated
+        std::function<void(const VehicleFacts&)> keep = {}; ///< keeps each report as it ends; may throw
     };
 
     explicit VehicleReport(Surroundings surroundings);
 
     void pressReadReport(bool isQuick = false); ///< begins to read, or stops
 
-    /// Keeps what was read, asks, clears codes and test results in the vehicle and reads again. Legal when a
+    /// Asks, clears codes and test results in the vehicle and reads again. Legal when a
     /// report was read and none is.
     void pressClearCodes();
 

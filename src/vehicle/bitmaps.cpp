@@ -6,7 +6,7 @@ namespace zint {
 void addSupported(std::vector<std::uint8_t>& ids, std::uint8_t base, BytesView bitmap)
 {
     for (unsigned bit = 0; bit < 8 * bitmapLength; ++bit) {
-        if ((bitmap[bit / 8] >> (7 - bit % 8) & 1U) != 0)
+        if ((unsigned{bitmap[bit / 8]} >> (7 - bit % 8) & 1U) != 0)
             ids.push_back(static_cast<std::uint8_t>(base + bit + 1));
     }
     std::ranges::sort(ids);

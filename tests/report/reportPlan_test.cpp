@@ -1,8 +1,12 @@
+#include "report/keptReports.h"
 #include "report/reportComparison.h"
 #include "report/reportHeadline.h"
+#include "report/reportJson.h"
 #include "report/reportPlan.h"
 #include "report/reportText.h"
+#include "shared/fileError.h"
 #include "sim/simulatedAdapter.h"
+#include "support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -109,6 +113,27 @@ TEST(ReportPlanTest, ClearsFirstAndTellsWhatHasChanged)
     PlanRun refused({.protocol = VehicleProtocol::can, .refusesClearing = true}, {}, {.clearsFirst = true});
     EXPECT_EQ(refused.plan.facts().refusals.at("04").at("7E8"), 0x22);
     EXPECT_EQ(codeCount(refused.plan.facts(), CodeKind::stored), 3);
+}
+
+TEST(KeptReportsTest, KeepsTheLastOfAVehicleForTheirOwnerAloneToBeCompared)
+{
+    const TemporaryFolder folder;
+    const KeptReports kept(folder.path());
+    const PlanRun run({.protocol = VehicleProtocol::can});
+    const std::string json = reportJson({}, run.plan.facts());
+    std::string path;
+    for (int i = 0; i < 52; ++i)
+        path = kept.keep(run.plan.facts(), json);
+    const std::filesystem::path vehicle = utf8Path(path).parent_path();
+    EXPECT_EQ(vehicle.filename(), vinOf(run.plan.facts()));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(vehicle), {}), 50);
+    EXPECT_EQ(std::filesystem::status(vehicle.parent_path()).permissions(),
+              std::filesystem::perms::owner_all);
+    EXPECT_TRUE(compare(factsInJson(contents(path)), run.plan.facts()).isEmpty());
+    EXPECT_FALSE(compare(factsInJson(contents(path)), {}).gone.empty());
+    for (const char* broken :
+         {"", "{}", "{\"schema\": 1, \"units\": {\"7E8\": {\"codes\": {\"stored\": 3}}}}"})
+        EXPECT_THROW(factsInJson(broken), FileError) << broken;
 }
 
 TEST(ReportPlanTest, TellsWhyNothingIsRead)

@@ -41,7 +41,7 @@ TEST_F(VehicleReportTest, SetsUpGentlyAndKeepsWhatWasReadWhenItIsStopped)
     EXPECT_TRUE(report.panel().readReport.caption == "Read Report" && report.panel().clearCodes.enabled);
     EXPECT_TRUE(report.failure().starts_with("The report was stopped"));
     EXPECT_EQ(report.facts().adapter + report.facts().units.front().first, "ELM327 v1.57E8");
-    EXPECT_EQ(kept, 1);
+    EXPECT_EQ(kept, 1) << "also what was stopped";
 }
 
 TEST_F(VehicleReportTest, TellsOfAnAdapterThatIsSilentOrVanishes)

@@ -2,6 +2,7 @@
 
 #include "platform/dateText.h"
 #include "platform/text.h"
+#include "report/reportJson.h"
 #include "report/window/ui_reportForm.h"
 #include "shared/textFile.h"
 #include "widgets/display.h"
@@ -17,6 +18,8 @@
 
 namespace zint {
 namespace {
+
+constexpr const char* reportSettings = "Vehicle Report";
 
 const FileKinds reportKinds{.extension = "html",
                             .filter = "Web page (*.html)|*.html|PDF (*.pdf)|*.pdf|" + textFileKinds.filter};
@@ -45,13 +48,15 @@ QString titleOf(const ReportSection& section)
 reportForm::reportForm(ToolContext& context)
     : toolForm(context, "docreprt2"), ui(std::make_unique<Ui::reportForm>()),
       MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()), silence_(gate()),
-      descriptions_(context.values.parmDTCdb, context.values.descriptionsFile),
+      descriptions_(context.values.parmDTCdb, context.values.descriptionsFile), kept_(context.userDataFolder),
       report_({.line = {*MSComm1, context.shell.connection(), Timer1, &silence_},
                .clock = clock_,
-               .prompts = prompts()})
+               .prompts = prompts(),
+               .keep = [this](const VehicleFacts& facts) { keep(facts); }})
 {
     ui->setupUi(this);
     ui->splitter->setStretchFactor(1, 1);
+    ui->mnuKeep->setChecked(context.settings.get(reportSettings, "keep", "1") == "1");
     setUpKeys();
     onClick(ui->readReport, &reportForm::readReport_Click);
     onClick(ui->clearCodes, &reportForm::clearCodes_Click);
@@ -67,7 +72,11 @@ reportForm::reportForm(ToolContext& context)
 
 reportForm::~reportForm() = default;
 
-void reportForm::Form_Unload() { report_.unload(); }
+void reportForm::Form_Unload()
+{
+    context().settings.save(reportSettings, "keep", ui->mnuKeep->isChecked() ? "1" : "0");
+    report_.unload();
+}
 
 void reportForm::readReport_Click() { report_.pressReadReport(ui->quick->isChecked()); }
 
@@ -102,6 +111,12 @@ void reportForm::save(const std::string& path)
     }
     context().values.rememberFolderOf(path);
     display(*ui->statusBox, fileNamePart(path) + " saved");
+}
+
+void reportForm::keep(const VehicleFacts& facts)
+{
+    if (ui->mnuKeep->isChecked())
+        kept_.keep(facts, reportJson(headOf(facts, longDateText, report_.failure()), facts));
 }
 
 void reportForm::mnuCopy_Click() { QGuiApplication::clipboard()->setText(toQt(reportText(head(), shown_))); }

@@ -4,6 +4,7 @@
 #include "platform/qtFileDialogs.h"
 #include "platform/qtTimer.h"
 #include "platform/systemClock.h"
+#include "report/keptReports.h"
 #include "report/reportText.h"
 #include "report/vehicleReport.h"
 #include "widgets/toolForm.h"
@@ -40,6 +41,7 @@ private:
 
     void setUpKeys();
     void save(const std::string& path);
+    void keep(const VehicleFacts& facts);
     void paint();
     void showSections();
     void showDetails();
@@ -52,6 +54,7 @@ private:
     SystemClock clock_;
     QtFileDialogs CommonDialog1{*this};
     DtcDescriptionSource descriptions_;
+    KeptReports kept_;
     VehicleReport report_;
     std::vector<ReportSection> shown_; ///< of the last report
     int shownReport_ = 0;              ///< its number

@@ -1,0 +1,45 @@
+#include "report/keptReports.h"
+
+#include "report/reportSections.h"
+#include "shared/keptFiles.h"
+#include "shared/module1.h"
+#include "shared/textFile.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace zint {
+namespace {
+
+constexpr KeptKind reports{.folder = "", .extension = ".json", .most = 50};
+
+/// A VIN as a folder's name; vehicles that tell none share one.
+std::string folderName(const VehicleFacts& facts)
+{
+    std::string name = vinOf(facts);
+    std::erase_if(name, [](char c) { return !((c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z')); });
+    return name.empty() ? "unknown" : name;
+}
+
+void hideFromOthers(const std::string& path)
+{
+    std::error_code ignored; // where a file system has no such rights
+    std::filesystem::permissions(utf8Path(path), std::filesystem::perms::owner_all, ignored);
+}
+
+} // namespace
+
+std::string KeptReports::keep(const VehicleFacts& facts, const std::string& json) const
+{
+    const std::string all = folder_ + "/reports";
+    const KeptFiles files(all + "/" + folderName(facts), reports);
+    std::string path = files.newPath();
+    hideFromOthers(all);
+    replaceFile(path, [&json](std::ostream& stream) { stream << json; });
+    hideFromOthers(path);
+    files.prune();
+    return path;
+}
+
+} // namespace zint

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "report/vehicleFacts.h"
+
+#include <string>
+#include <utility>
+
+namespace zint {
+
+/// The reports of each vehicle in the user's data folder, in JSON: the last 50 of a vehicle. Only their owner
+/// may read them, for they hold the VIN.
+class KeptReports {
+public:
+    /// @param userDataFolder gets a folder for them when it is needed
+    explicit KeptReports(std::string userDataFolder) : folder_(std::move(userDataFolder)) {}
+
+    /// @param json of the report, see reportJson()
+    /// @return its path. @throws FileError when it can't be written
+    std::string keep(const VehicleFacts& facts, const std::string& json) const;
+
+private:
+    std::string folder_;
+};
+
+} // namespace zint
