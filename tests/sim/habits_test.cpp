@@ -1,5 +1,7 @@
 #include "codes/codesExchange.h"
 #include "dtcdb/descriptionSource.h"
+#include "report/reportText.h"
+#include "report/vehicleReport.h"
 #include "runner/poller.h"
 #include "scanner/scanner.h"
 #include "sim/simulatedPort.h"
@@ -87,6 +89,16 @@ std::string scan(Rig& rig)
     return box.shown + rig.prompts.takeMessage();
 }
 
+std::string report(Rig& rig)
+{
+    VehicleReport report({rig.line, rig.clock, rig.prompts});
+    report.pressReadReport(true);
+    rig.play();
+    const VehicleFacts& facts = report.facts();
+    return report.failure() +
+           reportText(headOf(facts, [](auto) { return "today"; }, {}), sectionsOf(facts, nullptr));
+}
+
 SimulationOptions options(const std::string& words)
 {
     SimulationOptions result;
@@ -101,7 +113,7 @@ SimulationOptions options(const std::string& words)
 TEST(HabitsTest, EachToolReadsEachAdapter)
 {
     constexpr std::pair<const char*, std::string (*)(Rig&)> tools[] = {
-        {"codes", codes}, {"poll", poll}, {"scan", scan}};
+        {"codes", codes}, {"poll", poll}, {"scan", scan}, {"report", report}};
     for (const std::string protocol : {"protocol=iso9141", "protocol=can codes=P0133"}) {
         for (const auto& [name, use] : tools) {
             Rig wellBehaved(options(protocol));
