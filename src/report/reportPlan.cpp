@@ -169,9 +169,7 @@ void ReportPlan::askFurtherList(const ExchangeReading& reading)
     if (itemOf(current_.command) < 0 || further % listStep != 0 || further > 0xE0)
         return;
     const auto listsMore = [&](const auto& unit) {
-        const auto lists = unit.second.supported.find(static_cast<std::uint8_t>(service));
-        return lists != unit.second.supported.end() &&
-               std::ranges::find(lists->second, further) != lists->second.end();
+        return unit.second.supports(static_cast<std::uint8_t>(service), further);
     };
     if (std::ranges::any_of(reading.units, listsMore))
         ask(requestText(service, further) + current_.command.substr(4));
@@ -191,9 +189,7 @@ bool ReportPlan::lacksUnit(const ExchangeReading& reading) const
     const auto service = static_cast<std::uint8_t>(serviceOf(current_.command));
     const int item = itemOf(current_.command);
     return std::ranges::any_of(facts_.units, [&](const auto& known) {
-        const auto lists = known.second.supported.find(service);
-        return lists != known.second.supported.end() &&
-               std::ranges::find(lists->second, item) != lists->second.end() &&
+        return known.second.supports(service, item) &&
                std::ranges::find(reading.units, known.first, &std::pair<std::string, UnitReading>::first) ==
                    reading.units.end();
     });
@@ -229,11 +225,8 @@ void ReportPlan::connect()
 
 bool ReportPlan::isAnyoneListing(std::uint8_t service, int item) const
 {
-    return std::ranges::any_of(facts_.units, [&](const auto& unit) {
-        const auto lists = unit.second.supported.find(service);
-        return lists != unit.second.supported.end() &&
-               std::ranges::find(lists->second, item) != lists->second.end();
-    });
+    return std::ranges::any_of(facts_.units,
+                               [&](const auto& unit) { return unit.second.supports(service, item); });
 }
 
 void ReportPlan::clear()

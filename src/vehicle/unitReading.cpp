@@ -1,15 +1,14 @@
 #include "vehicle/unitReading.h"
 
 #include "vehicle/serviceAnswers.h"
+#include "vehicle/vehicleRequest.h"
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 
 namespace zint {
 namespace {
 
-constexpr std::uint8_t refused = 0x7F;
 constexpr std::uint8_t responsePending = 0x78;
 constexpr std::uint8_t answered = 0x40; ///< what an answer adds to the service
 
@@ -32,26 +31,6 @@ constexpr std::array<ServiceReader, 9> readers = {{
     {0x0A, readCodes},
 }};
 
-int digitOf(char character)
-{
-    const int letter = std::toupper(static_cast<unsigned char>(character));
-    return std::isdigit(letter) != 0 ? letter - '0' : letter - 'A' + 10;
-}
-
-/// The request's bytes; a single digit behind them is the number of answers that the adapter waits for.
-/// @return nothing for a command, which is for the adapter
-std::optional<Bytes> requestBytes(std::string_view request)
-{
-    std::string digits(request);
-    std::erase(digits, ' ');
-    if (!std::ranges::all_of(digits, [](unsigned char digit) { return std::isxdigit(digit) != 0; }))
-        return std::nullopt;
-    Bytes bytes;
-    for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
-        bytes.push_back(static_cast<std::uint8_t>(digitOf(digits[i]) * 16 + digitOf(digits[i + 1])));
-    return bytes;
-}
-
 /// The kind of bus: the lines' form shows it, else the protocol tells it.
 BusKind busShown(const VehicleReply& reply, BusProtocol protocol)
 {
@@ -73,7 +52,7 @@ public:
         UnitReading& reading = unit(message.unit);
         if (message.isIncomplete || message.bytes.empty())
             reading.isIncomplete = true;
-        else if (message.bytes.front() == refused)
+        else if (message.bytes.front() == refusalSign)
             readRefusal(message, reading);
         else
             readAnswer(message, reading);
@@ -192,6 +171,12 @@ void mergeTests(std::vector<TestResult>& into, const std::vector<TestResult>& mo
 
 } // namespace
 
+bool UnitReading::supports(std::uint8_t service, int item) const
+{
+    const auto items = supported.find(service);
+    return items != supported.end() && std::ranges::find(items->second, item) != items->second.end();
+}
+
 BusKind busOf(const UnitMessage& message, BusKind bus)
 {
     constexpr std::size_t longestOlderMessage = 7;
@@ -204,14 +189,14 @@ ExchangeReading readExchange(std::string_view request, std::string_view reply, B
     ExchangeReading exchange{.command = std::string(request)};
     const VehicleReply told = readVehicleReply(request, reply, protocol);
     exchange.error = told.error;
-    const std::optional<Bytes> asked = requestBytes(request);
-    if (!asked) {
+    const VehicleRequest asked(request);
+    if (!asked.isForVehicle()) {
         if (told.error == ReplyError::garbled) // the adapter may answer a command with any text
             exchange.error = ReplyError::none;
         return exchange;
     }
     const BusKind bus = busShown(told, protocol);
-    MessageReader reader(*asked, bus, known);
+    MessageReader reader(asked.bytes(), bus, known);
     for (const UnitMessage& message : joinNumbered(told.messages, bus))
         reader.read(message);
     exchange.units = reader.takeUnits();

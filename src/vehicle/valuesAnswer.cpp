@@ -12,12 +12,6 @@ constexpr std::uint8_t statusPid = 0x01;
 constexpr std::uint8_t frameCodePid = 0x02;
 constexpr std::uint8_t cycleStatusPid = 0x41;
 
-bool supports(const UnitReading& reading, std::uint8_t pid)
-{
-    const auto ids = reading.supported.find(0x01);
-    return ids != reading.supported.end() && std::ranges::find(ids->second, pid) != ids->second.end();
-}
-
 Bytes largest(const UnitReading& known, std::uint8_t pid)
 {
     const auto found = known.rawValues.find(pid);
@@ -28,7 +22,7 @@ ParameterContext contextOf(const UnitReading* known)
 {
     if (known == nullptr)
         return {};
-    return {.hasFourBanks = supports(*known, 0x1D) && !supports(*known, 0x13),
+    return {.hasFourBanks = known->supports(0x01, 0x1D) && !known->supports(0x01, 0x13),
             .largestValues = largest(*known, 0x4F),
             .largestAirFlow = largest(*known, 0x50)};
 }

@@ -20,6 +20,9 @@ public:
     /// Otherwise it is a command to the adapter. An empty one goes to the vehicle, too: the last one again.
     bool isForVehicle() const { return isForVehicle_; }
 
+    /// Without the number of answers to wait for; empty for a command.
+    const Bytes& bytes() const { return bytes_; }
+
     /// Whether a message is an answer or a refusal: its service fits, and its parameter is one of those
     /// asked. Every service fits an empty request.
     /// @param isCut the message may end anywhere: what there is of it must fit
