@@ -15,6 +15,7 @@ using Json = nlohmann::ordered_json;
 
 constexpr int schema = 1;
 constexpr std::array kindNames = {"stored", "pending", "permanent"};
+constexpr std::array shortfallNames = {"damaged", "busy", "silent"};
 constexpr std::array stateNames = {"unsupported", "incomplete", "complete"};
 
 /// In a report a unit tells codes of each kind, and what it supports of each service.
@@ -38,6 +39,18 @@ Json failuresJson(const VehicleFacts& facts)
     Json json = Json::object();
     for (const auto& [command, error] : facts.failures)
         json[command] = errorName(error);
+    return json;
+}
+
+/// By request and control unit. @param textOf what stands for a unit's value
+template <typename Value, typename TextOf>
+Json byUnitJson(const std::map<std::string, std::map<std::string, Value>>& all, const TextOf& textOf)
+{
+    Json json = Json::object();
+    for (const auto& [command, units] : all) {
+        for (const auto& [unit, value] : units)
+            json[command][unit] = textOf(value);
+    }
     return json;
 }
 
@@ -80,6 +93,10 @@ std::string reportJson(const ReportHead& head, const VehicleFacts& facts,
     for (const auto& [name, unit] : facts.units)
         json["units"][name] = reportUnitJson(unit);
     json["unanswered"] = failuresJson(facts);
+    json["refusals"] = byUnitJson(facts.refusals, [](std::uint8_t code) { return hexText(code, 2); });
+    json["incomplete"] = byUnitJson(facts.shortfalls, [](Shortfall shortfall) {
+        return shortfallNames.at(static_cast<std::size_t>(shortfall));
+    });
     for (const ExchangeReading& exchange : exchanges)
         json["exchanges"].push_back(exchangeJson(exchange));
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";

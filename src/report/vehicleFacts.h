@@ -12,6 +12,13 @@
 
 namespace zint {
 
+/// How a control unit has failed to answer a request, when asking once more did not help either.
+enum class Shortfall {
+    damaged, ///< a part of its answer is missing or damaged
+    busy,    ///< it has asked for patience, and the answer has not come
+    silent,  ///< it lists what was asked, and has not answered while others may have
+};
+
 /// All that a report has read of a vehicle and of the adapter in between.
 struct VehicleFacts {
     std::chrono::system_clock::time_point time{};
@@ -22,8 +29,11 @@ struct VehicleFacts {
 
     std::vector<std::pair<std::string, UnitReading>> units; ///< in the order of their first answers
 
-    /// What came in place of an answer, by request, when asking once more did not help either.
+    /// What came in place of an answer, by request, when asking once more did not help either; also what the
+    /// adapter told of a reply that it has cut short.
     std::map<std::string, ReplyError> failures;
+    /// What is amiss with the answers of single units, by request and control unit.
+    std::map<std::string, std::map<std::string, Shortfall>> shortfalls;
     /// The codes of refusals (7F), by request and control unit.
     std::map<std::string, std::map<std::string, std::uint8_t>> refusals;
     bool isQuick = false; ///< modes 05, 06, 09 and live values were left out

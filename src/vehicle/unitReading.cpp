@@ -62,7 +62,7 @@ public:
     std::vector<std::pair<std::string, UnitReading>> takeUnits()
     {
         for (const std::string& name : waitedFor_)
-            unit(name).isIncomplete = true;
+            unit(name).isIncomplete = unit(name).isBusy = true;
         return std::move(units_);
     }
 

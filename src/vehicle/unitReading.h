@@ -75,6 +75,7 @@ struct UnitReading {
     bool cleared = false;                ///< it has obeyed 04
     std::optional<std::uint8_t> refusal; ///< the code behind 7F, without 78
     bool isIncomplete = false;           ///< a part of its answer is missing or damaged
+    bool isBusy = false;                 ///< incomplete, for it has only asked for patience (7F xx 78)
 
     /// Whether it lists a parameter, a test or an infotype among what it supports of a service.
     bool supports(std::uint8_t service, int item) const;
