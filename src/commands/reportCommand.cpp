@@ -16,6 +16,7 @@
 #include <QCoreApplication>
 
 #include <iterator>
+#include <optional>
 
 namespace zint {
 namespace {
@@ -46,12 +47,24 @@ bool isConcern(const VehicleFacts& facts, ReportOptions::FailOn failOn)
     return false;
 }
 
-/// What has changed since an earlier report; empty without one.
-std::string comparisonText(const std::string& path, const VehicleFacts& facts)
+/// The earlier report to compare with; nothing without one. @throws FileError
+std::optional<VehicleFacts> earlierReport(const std::string& path)
 {
-    if (path.empty())
+    return path.empty() ? std::nullopt : std::optional(factsInJson(contentOf(path)));
+}
+
+std::optional<ReportComparison> comparisonWith(const std::optional<VehicleFacts>& earlier,
+                                               const VehicleFacts& facts)
+{
+    return earlier ? std::optional(compare(*earlier, facts)) : std::nullopt;
+}
+
+/// What has changed since an earlier report; empty without one.
+std::string comparisonText(const std::string& path, const std::optional<ReportComparison>& comparison)
+{
+    if (!comparison)
         return {};
-    const std::vector<std::string> lines = comparisonLines(compare(factsInJson(contentOf(path)), facts));
+    const std::vector<std::string> lines = comparisonLines(*comparison);
     std::string text = "\nSince the report \"" + path + "\"\n";
     for (const std::string& line : lines)
         text += "  " + line + "\n";
@@ -62,7 +75,8 @@ std::string comparisonText(const std::string& path, const VehicleFacts& facts)
 class ReportRun {
 public:
     explicit ReportRun(const ReportOptions& options)
-        : options_(options), session_(options.connection, options.timeout)
+        : options_(options), earlier_(earlierReport(options.comparePath)),
+          session_(options.connection, options.timeout)
     {
         report_.onReply = [this] { session_.patience.begin(); };
         report_.onChanged = [this] { watch(); };
@@ -112,12 +126,14 @@ private:
         if (!options_.htmlPath.empty())
             replaceFile(options_.htmlPath,
                         [&](std::ostream& stream) { stream << reportHtml(head, sections); });
+        const auto comparison = comparisonWith(earlier_, facts);
         if (options_.json)
-            return printOut(reportJson(head, facts));
-        return printOut(reportText(head, sections) + comparisonText(options_.comparePath, facts));
+            return printOut(reportJson(head, facts, {}, comparison));
+        return printOut(reportText(head, sections) + comparisonText(options_.comparePath, comparison));
     }
 
     const ReportOptions& options_;
+    std::optional<VehicleFacts> earlier_;
     VehicleSession session_;
     VehicleReport report_{{.line = session_.line(), .clock = session_.clock, .prompts = session_.prompts}};
 };
@@ -129,11 +145,14 @@ int replayFile(const ReportOptions& options)
     if (exchanges.empty())
         throw FileError("\"" + options.replayPath +
                         "\" is no transcript: it has no line such as \"> 0902\", which tells what was sent");
-    if (!options.json)
-        return printOut(exchangesText(exchanges));
+    const auto earlier = earlierReport(options.comparePath);
     VehicleFacts facts = factsOf(exchanges);
     facts.protocol = readTranscript(transcript).back().protocol;
-    return printOut(reportJson(headOf(facts, [](auto) { return std::string(); }, {}), facts, exchanges));
+    const auto comparison = comparisonWith(earlier, facts);
+    if (!options.json)
+        return printOut(exchangesText(exchanges) + comparisonText(options.comparePath, comparison));
+    const ReportHead head = headOf(facts, [](auto) { return std::string(); }, {});
+    return printOut(reportJson(head, facts, exchanges, comparison));
 }
 
 ReportOptions::FailOn failOnIn(const std::string& name)

@@ -54,6 +54,28 @@ Json byUnitJson(const std::map<std::string, std::map<std::string, Value>>& all, 
     return json;
 }
 
+Json codesJson(const std::vector<ReportComparison::Code>& codes)
+{
+    Json json = Json::array();
+    for (const auto& [unit, kind, code] : codes)
+        json.push_back(
+            {{"code", code}, {"kind", kindNames.at(static_cast<std::size_t>(kind))}, {"unit", unit}});
+    return json;
+}
+
+Json comparisonJson(const ReportComparison& comparison)
+{
+    Json json = {{"gone", codesJson(comparison.gone)},
+                 {"new", codesJson(comparison.added)},
+                 {"monitors", Json::array()}};
+    for (const auto& [unit, monitor, before, after] : comparison.monitors)
+        json["monitors"].push_back({{"monitor", monitor},
+                                    {"unit", unit},
+                                    {"before", stateNames.at(static_cast<std::size_t>(before))},
+                                    {"after", stateNames.at(static_cast<std::size_t>(after))}});
+    return json;
+}
+
 UnitReading unitIn(const Json& json)
 {
     UnitReading unit;
@@ -79,7 +101,8 @@ UnitReading unitIn(const Json& json)
 } // namespace
 
 std::string reportJson(const ReportHead& head, const VehicleFacts& facts,
-                       const std::vector<ExchangeReading>& exchanges)
+                       const std::vector<ExchangeReading>& exchanges,
+                       const std::optional<ReportComparison>& comparison)
 {
     Json json = {{"schema", schema}, {"title", head.title}, {"date", head.date}, {"headline", head.headline}};
     if (!head.failure.empty())
@@ -97,6 +120,8 @@ std::string reportJson(const ReportHead& head, const VehicleFacts& facts,
     json["incomplete"] = byUnitJson(facts.shortfalls, [](Shortfall shortfall) {
         return shortfallNames.at(static_cast<std::size_t>(shortfall));
     });
+    if (comparison)
+        json["comparison"] = comparisonJson(*comparison);
     for (const ExchangeReading& exchange : exchanges)
         json["exchanges"].push_back(exchangeJson(exchange));
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";

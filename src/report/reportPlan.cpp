@@ -11,6 +11,8 @@ namespace {
 
 constexpr int listStep = 0x20; // a list of what is supported covers so many items
 
+constexpr std::string_view clearingCommand = "04";
+
 std::string requestText(int service, int item) { return hexText(service, 2) + hexText(item, 2); }
 
 int serviceOf(const std::string& command) { return hexIn(command.substr(0, 2)).value_or(0); }
@@ -36,6 +38,30 @@ std::string answerText(std::string_view answer)
             last = std::exchange(line, {});
     }
     return last == "?" ? "" : last;
+}
+
+/// Whether a reply was cut short: answers may be missing that nothing tells of.
+bool isCut(ReplyError error)
+{
+    constexpr std::array cuts = {ReplyError::stopped, ReplyError::bufferFull, ReplyError::dataError,
+                                 ReplyError::rxError, ReplyError::lowVoltageReset};
+    return std::ranges::find(cuts, error) != cuts.end();
+}
+
+bool isWhole(const UnitReading& unit)
+{
+    constexpr std::uint8_t busyAskAgain = 0x21;
+    return !unit.isIncomplete && unit.refusal != busyAskAgain;
+}
+
+bool isAnyoneBusy(const ExchangeReading& reading)
+{
+    return std::ranges::any_of(reading.units, [](const auto& unit) { return unit.second.isBusy; });
+}
+
+bool hasUnit(const std::vector<std::pair<std::string, UnitReading>>& units, const std::string& name)
+{
+    return std::ranges::find(units, name, &std::pair<std::string, UnitReading>::first) != units.end();
 }
 
 /// Why nothing can be read, for an answer to the first request.
@@ -87,7 +113,10 @@ const std::vector<ReportPlan::Stage>& ReportPlan::stages()
     return all;
 }
 
-ReportPlan::ReportPlan(Scope scope) : clearsFirst_(scope.clearsFirst) { facts_.isQuick = scope.isQuick; }
+ReportPlan::ReportPlan(Scope scope) : clearing_(scope.clearsFirst ? Clearing::notSent : Clearing::notAsked)
+{
+    facts_.isQuick = scope.isQuick;
+}
 
 std::optional<std::string> ReportPlan::next()
 {
@@ -100,8 +129,11 @@ std::optional<std::string> ReportPlan::next()
         facts_.isWhole = failure_.empty();
         return std::nullopt;
     }
+    waitAsUsual();
     current_ = std::move(pending_.front());
     pending_.pop_front();
+    if (current_.command == clearingCommand)
+        clearing_ = Clearing::unknown;
     return current_.command;
 }
 
@@ -127,10 +159,58 @@ double ReportPlan::progress() const
     return 100.0 * static_cast<double>(done_) / static_cast<double>(std::max<std::size_t>(done_ + ahead, 1));
 }
 
+/// Asks in front of all that is pending. What is asked so is not asked again.
+void ReportPlan::askFirst(std::initializer_list<const char*> commands)
+{
+    std::size_t place = 0;
+    for (const char* command : commands)
+        pending_.insert(pending_.begin() + static_cast<std::ptrdiff_t>(place++),
+                        Request{.command = command, .isRepeated = true});
+}
+
+void ReportPlan::askOnceMore(bool isUnitBusy)
+{
+    current_.isRepeated = true;
+    pending_.push_front(current_);
+    if (isUnitBusy)
+        waitLongFor(serviceOf(current_.command));
+}
+
+/// The adapter stops listening after the time that answers took so far, about 0.2 s at most, and its prompt
+/// ends the reply. What a unit has announced may come later: the adapter waits as long as it can, 1.02 s.
+/// Each answer takes that long then; so it is for one service alone.
+void ReportPlan::waitLongFor(int service)
+{
+    if (!patientService_)
+        askFirst({"ATAT0", "ATSTFF"});
+    patientService_ = service;
+}
+
+void ReportPlan::waitAsUsual()
+{
+    const std::string& command = pending_.front().command;
+    if (!patientService_ || isAdapterCommand(command) || serviceOf(command) == *patientService_)
+        return;
+    patientService_.reset();
+    askFirst({"ATST32", "ATAT1"});
+}
+
+/// Whether the adapter has lost its settings: it says so, or greets in place of an answer.
+bool ReportPlan::hasBeenReset(std::string_view reply, const ExchangeReading& reading) const
+{
+    return reading.error == ReplyError::lowVoltageReset ||
+           (reading.units.empty() && !facts_.adapter.empty() && answerText(reply) == facts_.adapter);
+}
+
 void ReportPlan::takeAdapterAnswer(std::string_view answer)
 {
     const std::string text = answerText(answer);
-    if (current_.command == "ATWS" && text.empty()) // the gentle reset is not known to all
+    const ReplyError error = readExchange(current_.command, answer, facts_.protocol).error;
+    if ((error == ReplyError::stopped || error == ReplyError::lowVoltageReset) && !current_.isRepeated) {
+        askOnceMore(false);
+        if (error == ReplyError::lowVoltageReset)
+            setUpAgain();
+    } else if (current_.command == "ATWS" && text.empty()) // the gentle reset is not known to all
         pending_.push_front({"ATD"});
     else if (current_.command == "AT@1")
         facts_.device = text;
@@ -144,55 +224,90 @@ void ReportPlan::takeVehicleAnswer(std::string_view reply)
 {
     const KnownUnits known(facts_.units.begin(), facts_.units.end());
     const ExchangeReading reading = readExchange(current_.command, reply, facts_.protocol, known);
-    if (!current_.isRepeated && wantsRepeat(reading)) {
-        pending_.push_front({current_.command, true});
-        return;
-    }
-    for (const auto& [name, unit] : reading.units) {
-        merge(facts_.unit(name), unit);
-        if (unit.refusal)
-            facts_.refusals[current_.command][name] = *unit.refusal;
-    }
-    if (reading.units.empty())
-        facts_.failures[current_.command] = reading.error;
-    if (facts_.units.empty())
-        failure_ = connectionFailure(reading.error);
+    const bool isLast = current_.isRepeated || !wantsRepeat(reading);
+    takeUnits(reading, isLast);
+    if (!isLast)
+        askOnceMore(isAnyoneBusy(reading));
     else
-        askFurtherList(reading);
+        noteFailures(reading);
+    if (hasBeenReset(reply, reading))
+        setUpAgain();
+    if (isLast && facts_.units.empty())
+        failure_ = connectionFailure(reading.error);
+    else if (isLast)
+        askFurtherList();
+}
+
+/// What came whole counts at once; the rest when it is not asked again, unless it was whole before.
+void ReportPlan::takeUnits(const ExchangeReading& reading, bool isLast)
+{
+    for (const auto& [name, unit] : reading.units) {
+        if (isWhole(unit))
+            current_.answered.insert(name);
+        else if (!isLast || current_.answered.contains(name))
+            continue;
+        if (unit.isIncomplete)
+            facts_.shortfalls[current_.command][name] = unit.isBusy ? Shortfall::busy : Shortfall::damaged;
+        // A damaged line may name a unit that there is none of.
+        if (!unit.isIncomplete || facts_.units.empty() || hasUnit(facts_.units, name))
+            takeUnit(name, unit);
+    }
+}
+
+void ReportPlan::takeUnit(const std::string& name, const UnitReading& unit)
+{
+    merge(facts_.unit(name), unit);
+    if (unit.refusal)
+        facts_.refusals[current_.command][name] = *unit.refusal;
+}
+
+/// What is missing in spite of all that was asked.
+void ReportPlan::noteFailures(const ExchangeReading& reading)
+{
+    const bool isUnanswered = reading.units.empty() && current_.answered.empty();
+    if (isUnanswered || isCut(reading.error))
+        facts_.failures[current_.command] = reading.error;
+    if (!isUnanswered) {
+        for (const std::string& name : missingUnits(reading))
+            facts_.shortfalls[current_.command][name] = Shortfall::silent;
+    }
+    const bool isReplyWhole = reading.error == ReplyError::noData || !isUnanswered;
+    if (current_.command == clearingCommand && isReplyWhole && !isCut(reading.error))
+        clearing_ = Clearing::answered;
 }
 
 /// A list of what is supported tells at its end whether there is a further one.
-void ReportPlan::askFurtherList(const ExchangeReading& reading)
+void ReportPlan::askFurtherList()
 {
     const int service = serviceOf(current_.command);
     const int further = itemOf(current_.command) + listStep;
     if (itemOf(current_.command) < 0 || further % listStep != 0 || further > 0xE0)
         return;
-    const auto listsMore = [&](const auto& unit) {
-        return unit.second.supports(static_cast<std::uint8_t>(service), further);
-    };
-    if (std::ranges::any_of(reading.units, listsMore))
+    if (isAnyoneListing(static_cast<std::uint8_t>(service), further))
         ask(requestText(service, further) + current_.command.substr(4));
 }
 
 bool ReportPlan::wantsRepeat(const ExchangeReading& reading) const
 {
-    if (current_.command == "04")
+    if (current_.command == clearingCommand)
         return false;
-    const auto isDamaged = [](const auto& unit) { return unit.second.isIncomplete; };
-    return reading.units.empty() || std::ranges::any_of(reading.units, isDamaged) || lacksUnit(reading);
+    const auto isLacking = [](const auto& unit) { return !isWhole(unit.second); };
+    return reading.units.empty() || isCut(reading.error) || std::ranges::any_of(reading.units, isLacking) ||
+           !missingUnits(reading).empty();
 }
 
-/// Whether a unit that lists the item has not answered.
-bool ReportPlan::lacksUnit(const ExchangeReading& reading) const
+/// The units that list the item and have not answered.
+std::vector<std::string> ReportPlan::missingUnits(const ExchangeReading& reading) const
 {
     const auto service = static_cast<std::uint8_t>(serviceOf(current_.command));
     const int item = itemOf(current_.command);
-    return std::ranges::any_of(facts_.units, [&](const auto& known) {
-        return known.second.supports(service, item) &&
-               std::ranges::find(reading.units, known.first, &std::pair<std::string, UnitReading>::first) ==
-                   reading.units.end();
-    });
+    std::vector<std::string> missing;
+    for (const auto& [name, unit] : facts_.units) {
+        if (unit.supports(service, item) && !hasUnit(reading.units, name) &&
+            !current_.answered.contains(name))
+            missing.push_back(name);
+    }
+    return missing;
 }
 
 /// What any unit lists, without the lists themselves.
@@ -217,6 +332,15 @@ void ReportPlan::setUp()
         ask(command);
 }
 
+/// For an adapter that has lost its settings.
+void ReportPlan::setUpAgain()
+{
+    const std::optional<int> service = std::exchange(patientService_, std::nullopt);
+    if (service)
+        waitLongFor(*service);
+    askFirst({"ATE0", "ATL0", "ATH1", "ATS0", "ATAL", "ATAT1"});
+}
+
 void ReportPlan::connect()
 {
     ask("0100");
@@ -231,8 +355,10 @@ bool ReportPlan::isAnyoneListing(std::uint8_t service, int item) const
 
 void ReportPlan::clear()
 {
-    if (clearsFirst_)
-        ask("04");
+    if (clearing_ == Clearing::notAsked)
+        return;
+    ask(std::string(clearingCommand));
+    waitLongFor(serviceOf(pending_.back().command)); // since it is not asked again
 }
 
 void ReportPlan::readStatus()

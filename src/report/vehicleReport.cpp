@@ -2,6 +2,7 @@
 
 #include "report/reportComparison.h"
 #include "report/reportHeadline.h"
+#include "shared/fileError.h"
 #include "vehicle/refusalText.h"
 
 #include <utility>
@@ -34,13 +35,26 @@ void VehicleReport::pressClearCodes()
         !around_.prompts.confirm(
             "All control units will forget their codes, with the freeze frame, the test results, the "
             "readiness of the monitors and what they have learned of this vehicle. An emissions test fails "
-            "until the monitors have run again, which takes days of driving. Permanent codes stay.\r\n\r\n"
-            "The engine must be off, and the ignition on.\r\n\r\nClear them?",
+            "until the monitors have run again, which takes days of driving. Permanent codes stay.\r\n\r\n" +
+                keepFirst() + "\r\n\r\nThe engine must be off, and the ignition on.\r\n\r\nClear them?",
             "Clear Codes"))
         return;
     before_ = facts();
     begin({.isQuick = before_.isQuick, .clearsFirst = true});
     changed();
+}
+
+/// Keeps what was read unless it is kept. @return what the user is told of that
+std::string VehicleReport::keepFirst()
+{
+    std::string why = "keeping reports is switched off.";
+    try {
+        isKept_ = isKept_ || (around_.keep && around_.keep(facts()));
+    } catch (const FileError& error) {
+        why = error.what();
+    }
+    return isKept_ ? "A copy of the report that you see is kept."
+                   : "NO COPY of the report that you see is kept: " + why;
 }
 
 void VehicleReport::unload()
@@ -51,19 +65,30 @@ void VehicleReport::unload()
 
 void VehicleReport::begin(ReportPlan::Scope scope)
 {
+    if (!link_.open(AdapterLink::Guard::reset, AdapterLink::Opening::gentle)) {
+        tellNotBegun(scope);
+        return;
+    }
     plan_.emplace(scope);
-    isClearing_ = scope.clearsFirst;
-    clearedLines_.clear();
     plan_->facts().time = around_.clock.wall();
+    isKept_ = false;
+    clearedLines_.clear();
     failure_.clear();
     panel_.headline.clear();
     panel_.ProgressBar1 = {};
-    if (link_.open(AdapterLink::Guard::reset, AdapterLink::Opening::gentle)) {
-        panel_.readReport.caption = "Stop";
-        panel_.clearCodes.enabled = false;
-    } else {
+    panel_.readReport.caption = "Stop";
+    panel_.clearCodes.enabled = false;
+}
+
+/// The former report and why that one is not whole stay; so a new failure is told beside them.
+void VehicleReport::tellNotBegun(const ReportPlan::Scope& scope)
+{
+    if (facts().units.empty())
         failure_ = link_.lastFailure();
-    }
+    else
+        around_.prompts.message(
+            (scope.clearsFirst ? "Nothing was cleared.\r\n\r\n" : "Nothing was read anew.\r\n\r\n") +
+            link_.lastFailure());
 }
 
 void VehicleReport::linkReset() { plan_->takeName(link_.openingAnswer()); }
@@ -99,29 +124,51 @@ void VehicleReport::end(const std::string& why)
     panel_.readReport.caption = "Read Report";
     panel_.clearCodes.enabled = !facts().units.empty();
     panel_.headline = headlineOf(facts());
-    if (isClearing_)
-        tellCleared();
+    tellCleared();
     if (why.empty())
         panel_.ProgressBar1.value = 100;
     changed();
     if (around_.keep && !facts().units.empty())
-        around_.keep(facts()); // which may fail; all else is done
+        isKept_ = around_.keep(facts()); // which may fail; all else is done
 }
 
-/// What each unit says of the clearing, and what has changed.
+/// What has come of the clearing, and what has changed by it.
 void VehicleReport::tellCleared()
 {
-    const auto refusals = facts().refusals.find("04");
-    for (const auto& [name, unit] : facts().units) {
-        const bool isRefused = refusals != facts().refusals.end() && refusals->second.contains(name);
-        const std::string answer = unit.cleared ? "has cleared its codes"
-                                   : isRefused
-                                       ? "has refused to clear: " + refusalText(refusals->second.at(name))
-                                       : "has not answered to the clearing";
-        clearedLines_.push_back(unitText(name, unit) + " " + answer);
+    switch (plan_->clearing()) {
+    case ReportPlan::Clearing::notAsked:
+        return;
+    case ReportPlan::Clearing::notSent:
+        clearedLines_.emplace_back("Nothing was cleared: the request to clear was not sent");
+        return;
+    case ReportPlan::Clearing::unknown:
+        clearedLines_.emplace_back(
+            "It is not known whether the codes are cleared: the request was sent, no whole answer has come");
+        break;
+    case ReportPlan::Clearing::answered:
+        tellAnswers();
     }
+    if (!facts().isWhole)
+        return; // what was not read has not changed
     for (std::string& line : comparisonLines(compare(before_, facts())))
         clearedLines_.push_back(std::move(line));
+}
+
+/// What each unit says of the clearing.
+void VehicleReport::tellAnswers()
+{
+    const auto refusals = facts().refusals.find("04");
+    const auto shortfalls = facts().shortfalls.find("04");
+    for (const auto& [name, unit] : facts().units) {
+        std::string answer = " has not answered to the clearing";
+        if (unit.cleared)
+            answer = " has cleared its codes";
+        else if (refusals != facts().refusals.end() && refusals->second.contains(name))
+            answer = " has refused to clear: " + refusalText(refusals->second.at(name));
+        else if (shortfalls != facts().shortfalls.end() && shortfalls->second.contains(name))
+            answer = " has begun to answer, but has not told whether it has cleared its codes";
+        clearedLines_.push_back(unitText(name, unit) + answer);
+    }
 }
 
 void VehicleReport::linkReceived() { changed(); }

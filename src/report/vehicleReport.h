@@ -23,15 +23,17 @@ public:
         AdapterLine line;
         const Clock& clock;
         Prompts& prompts;
-        std::function<void(const VehicleFacts&)> keep = {}; ///< keeps each report as it ends; may throw
+        /// Keeps each report as it ends. @return false where none is to be kept. @throws FileError
+        std::function<bool(const VehicleFacts&)> keep = {};
     };
 
     explicit VehicleReport(Surroundings surroundings);
 
-    void pressReadReport(bool isQuick = false); ///< begins to read, or stops
+    /// Begins to read, or stops. Where the adapter can't be reached, the former report stays as it is.
+    void pressReadReport(bool isQuick = false);
 
     /// Asks, clears codes and test results in the vehicle and reads again. Legal when a
-    /// report was read and none is.
+    /// report was read and none is. That one is kept before; where it is not, the question says so.
     void pressClearCodes();
 
     void unload(); ///< the window goes away: ends the exchange
@@ -47,7 +49,8 @@ public:
     /// What the control units answered to the clearing, and what has changed by it; empty without one.
     const std::vector<std::string>& clearedLines() const { return clearedLines_; }
 
-    /// Why the last report is not whole; empty when it is, while it is read, and before the first one.
+    /// Why the last report is not whole, or the first one could not begin; empty when it is, while it is
+    /// read, and before the first one.
     const std::string& failure() const { return failure_; }
 
     const ReportPanel& panel() const { return panel_; }
@@ -65,7 +68,10 @@ private:
     void linkLost() override;
 
     void begin(ReportPlan::Scope scope);
+    void tellNotBegun(const ReportPlan::Scope& scope);
+    std::string keepFirst();
     void tellCleared();
+    void tellAnswers();
     void sendNext();
     void end(const std::string& why);
     void changed();
@@ -74,7 +80,7 @@ private:
     AdapterLink link_;
     std::optional<ReportPlan> plan_;
     VehicleFacts before_; ///< a clearing
-    bool isClearing_ = false;
+    bool isKept_ = false; ///< what was read last
     std::vector<std::string> clearedLines_;
     ReportPanel panel_;
     std::string failure_;

@@ -18,6 +18,11 @@ TEST(ReportCommandEndToEnd, ReadsAVehicleComparesAndTellsOfConcerns)
         runZint(simulator.with("report --quick --fail-on readiness --compare " + folder.path("before.json")));
     EXPECT_EQ(after.status, 3) << after.errors;
     EXPECT_NE(after.output.find("\n  gone: P0741 (stored, 7E9)\n"), std::string::npos) << after.output;
+    TemporaryFolder::write(folder.path("mail.txt"), "# protocol 6\n> 03\n7E9 02 43 00\n");
+    const Outcome compared = runZint(words("report --json --replay " + folder.path("mail.txt") +
+                                           " --compare " + folder.path("before.json")));
+    const auto gone = compared.output.find("\"comparison\": {\n    \"gone\": [");
+    EXPECT_NE(compared.output.find("\"code\": \"P0741\"", gone), std::string::npos) << compared.all();
 }
 
 TEST(ReportCommandEndToEnd, DecodesATranscriptAndSaysWhyNothingIsRead)

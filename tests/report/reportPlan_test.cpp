@@ -4,6 +4,7 @@
 #include "report/reportJson.h"
 #include "report/reportPlan.h"
 #include "report/reportText.h"
+#include "report/requestOutcomes.h"
 #include "shared/fileError.h"
 #include "sim/simulatedAdapter.h"
 #include "support/temporaryFolder.h"
@@ -11,12 +12,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
+#include <map>
 
 namespace zint {
 namespace {
 
 using Texts = std::vector<std::string>;
+
+/// What comes in place of a simulated vehicle's answers, by request: first answers first.
+using Replacements = std::map<std::string, std::vector<std::string>>;
 
 /// A plan that is carried out on a simulated vehicle.
 struct PlanRun {
@@ -24,23 +28,57 @@ struct PlanRun {
     SimulatedAdapter adapter;
     ReportPlan plan;
     Texts commands;
+    std::map<std::string, Texts> replies; ///< by command
 
     explicit PlanRun(const VehicleOptions& behind, const AdapterOptions& options = {},
-                     ReportPlan::Scope scope = {})
+                     ReportPlan::Scope scope = {}, Replacements replaced = {})
         : vehicle(behind), adapter(vehicle, options), plan(scope)
     {
-        SimulatedAdapter::Time now{0};
         plan.takeName("ELM327 v1.5\r\r>");
         while (const auto command = plan.next()) {
             commands.push_back(*command);
-            adapter.receive(*command + "\r", now);
-            std::string reply;
-            while (const auto due = adapter.nextDue()) {
-                now = std::max(now, *due);
-                reply += adapter.take(now);
-            }
+            std::string reply = answer(*command);
+            Texts& others = replaced[*command];
+            if (others.size() > replies[*command].size())
+                reply = others[replies[*command].size()] + "\r\r>";
+            if (reply.starts_with("LV RESET") || reply.starts_with("ELM327"))
+                answer("ATD"); // its settings are lost
+            replies[*command].push_back(reply);
             plan.take(reply);
         }
+    }
+
+    std::string answer(const std::string& command)
+    {
+        adapter.receive(command + "\r", now);
+        std::string reply;
+        while (const auto due = adapter.nextDue()) {
+            now = std::max(now, *due);
+            reply += adapter.take(now);
+        }
+        return reply;
+    }
+
+    /// What was sent from a request up to the next other one.
+    std::string sentFor(const std::string& request) const
+    {
+        std::string text;
+        for (auto at = std::ranges::find(commands, request);
+             at != commands.end() && (*at == request || at->starts_with("AT")); ++at)
+            text += (text.empty() ? "" : " ") + *at;
+        return text;
+    }
+
+    /// Of those requests that have brought no whole answer.
+    std::string outcome(const std::string& request) const
+    {
+        std::string text;
+        for (const RequestOutcome& outcome : requestOutcomes(plan.facts())) {
+            if (outcome.request == request)
+                text += outcome.subject + "/" + outcome.unit + "/" +
+                        std::to_string(static_cast<int>(outcome.kind)) + "/" + outcome.text;
+        }
+        return text;
     }
 
     std::string text() const
@@ -48,6 +86,8 @@ struct PlanRun {
         const auto date = [](auto) { return std::string("today"); };
         return reportText(headOf(plan.facts(), date, plan.failure()), sectionsOf(plan.facts(), nullptr));
     }
+
+    SimulatedAdapter::Time now{0};
 };
 
 /// What two reports differ in, and the headline.
@@ -70,10 +110,8 @@ TEST(ReportPlanTest, ReadsTwoUnitsOnEachProtocolAndAsksNothingTwice)
         EXPECT_TRUE(facts.isWhole);
         EXPECT_EQ(facts.units.size(), 2U) << run.text();
         EXPECT_EQ(static_cast<unsigned>(facts.protocol) - '0', number);
-        const std::set<std::string> once(run.commands.begin(), run.commands.end());
-        for (const std::string& command : once)
-            EXPECT_LE(std::ranges::count(run.commands, command), command.starts_with("AT") ? 1 : 2)
-                << command;
+        for (const auto& [command, replies] : run.replies)
+            EXPECT_EQ(replies.size(), replies.front().starts_with("NO DATA") ? 2U : 1U) << command;
         EXPECT_EQ(codeCount(facts, CodeKind::stored), 4);
         EXPECT_EQ(codeCount(facts, CodeKind::permanent), isCan(facts.protocol) ? 1 : 0);
         const UnitReading& engine = facts.units.front().second;
@@ -99,12 +137,76 @@ TEST(ReportPlanTest, ReadsTheSameThroughHabitsAndFaults)
         EXPECT_EQ(difference(plain, PlanRun(vehicle, options)), headlineOf(plain.plan.facts()));
 }
 
+TEST(ReportPlanTest, AsksOnceMoreWhatWasMissingDamagedOrBusyAndTellsWhatBecameOfIt)
+{
+    const std::string gearbox = "7E9 04 43 01 07 41";
+    const std::string first = "7E8 10 08 43 03 01 33 03 01";
+    const std::string whole = first + "\r7E8 21 C1 23\r";
+    const std::string busy = "7E8 03 7F 03 78";
+    const std::string again = "03 ATE0 ATL0 ATH1 ATS0 ATAL ATAT1 03";
+    const std::string patiently = "03 ATAT0 ATSTFF 03 ATST32 ATAT1";
+    const std::string damaged = "stored codes/7E8/5/damaged or incomplete";
+    struct Row {
+        Texts replies; ///< in place of the vehicle's first ones
+        std::string sent, outcome;
+        int codes;
+    };
+    const Row rows[] = {
+        {{"STOPPED"}, "03 03", "", 4},
+        {{whole + "STOPPED"}, "03 03", "", 4},
+        {{first + "\rBUFFER FULL"}, "03 03", "", 4},
+        {{"ACT ALERT"}, "03 03", "", 4},
+        {{"LV RESET"}, again, "", 4},
+        {{"ELM327 v1.5"}, again, "", 4},
+        {{busy + "\r" + gearbox}, patiently, "", 4},
+        {{busy + "\r" + gearbox, busy}, patiently, "stored codes/7E8/3/busy: the answer did not come", 1},
+        {{busy, "LV RESET"},
+         "03 ATAT0 ATSTFF 03 ATE0 ATL0 ATH1 ATS0 ATAL ATAT1 ATAT0 ATSTFF ATST32 ATAT1",
+         "stored codes//4/no answer: the adapter was reset by a low voltage",
+         0},
+        {{first + "\r" + gearbox}, "03 03", "", 4},
+        {{first + "\r" + gearbox, first + "\r" + gearbox}, "03 03", damaged, 1},
+        {{whole + "7E9 10 08 43 03 01 33", gearbox}, "03 03", "", 4},
+        {{"7E8 03 7F 03 22\r" + gearbox},
+         "03",
+         "stored codes/7E8/1/refused for now: conditions are not right (22)",
+         1},
+        {{"7E8 03 7F 03 21\r" + gearbox}, "03 03", "", 4},
+        {{"NO DATA", "NO DATA"}, "03 03", "stored codes//4/no answer", 0},
+    };
+    for (const auto& [replies, sent, outcome, codes] : rows) {
+        const PlanRun run({.protocol = VehicleProtocol::can, .units = 2}, {}, {.isQuick = true},
+                          {{"03", replies}});
+        SCOPED_TRACE(replies.front());
+        EXPECT_EQ(run.sentFor("03"), sent);
+        EXPECT_EQ(run.outcome("03"), outcome);
+        EXPECT_EQ(codeCount(run.plan.facts(), CodeKind::stored), codes);
+        EXPECT_EQ(run.plan.facts().units.size(), 2U);
+        EXPECT_TRUE(run.plan.facts().isWhole);
+    }
+}
+
+TEST(ReportPlanTest, TellsSilenceThatSaysNoFromMissingAnswers)
+{
+    const Texts none = {"NO DATA", "NO DATA"};
+    const PlanRun old({.protocol = VehicleProtocol::iso9141}, {}, {}, {{"07", none}, {"0105", none}});
+    EXPECT_EQ(old.outcome("07"), "pending codes//0/not supported, or nothing to tell");
+    EXPECT_EQ(old.outcome("0105"), "Coolant temperature//4/no answer");
+    const Texts one = {"7E8 03 41 0D 00", "7E8 03 41 0D 00"};
+    const PlanRun newer({.protocol = VehicleProtocol::can, .units = 2}, {}, {},
+                        {{"0A", none}, {"0902", {"7E8 03 7F 09 12"}}, {"010D", one}});
+    EXPECT_EQ(newer.outcome("0A"), "permanent codes//0/not supported, or nothing to tell");
+    EXPECT_EQ(newer.outcome("0902"), "VIN/7E8/0/not supported, or the request has a wrong form (12)");
+    EXPECT_EQ(newer.outcome("010D"), "Vehicle speed/7E9/4/no answer");
+}
+
 TEST(ReportPlanTest, ClearsFirstAndTellsWhatHasChanged)
 {
     const VehicleOptions vehicle{.protocol = VehicleProtocol::can};
     PlanRun before(vehicle);
     PlanRun after(vehicle, {}, {.isQuick = true, .clearsFirst = true});
-    EXPECT_EQ(std::ranges::count(after.commands, "04"), 1);
+    EXPECT_EQ(after.sentFor("04"), "04 ATST32 ATAT1") << "with a longer wait, once";
+    EXPECT_EQ(after.plan.clearing(), ReportPlan::Clearing::answered);
     EXPECT_LT(after.commands.size(), before.commands.size());
     EXPECT_TRUE(after.plan.facts().units.front().second.cleared);
     EXPECT_TRUE(difference(before, after).starts_with("No codes stored")) << difference(before, after);
@@ -113,6 +215,12 @@ TEST(ReportPlanTest, ClearsFirstAndTellsWhatHasChanged)
     PlanRun refused({.protocol = VehicleProtocol::can, .refusesClearing = true}, {}, {.clearsFirst = true});
     EXPECT_EQ(refused.plan.facts().refusals.at("04").at("7E8"), 0x22);
     EXPECT_EQ(codeCount(refused.plan.facts(), CodeKind::stored), 3);
+
+    for (const char* cut : {"STOPPED", "BUS ERROR", "LV RESET", "7E8 01 44<RX ERROR"}) {
+        const PlanRun run(vehicle, {}, {.isQuick = true, .clearsFirst = true}, {{"04", {cut}}});
+        EXPECT_EQ(std::ranges::count(run.commands, "04"), 1) << "it is never repeated";
+        EXPECT_EQ(run.plan.clearing(), ReportPlan::Clearing::unknown) << cut;
+    }
 }
 
 TEST(KeptReportsTest, KeepsTheLastOfAVehicleForTheirOwnerAloneToBeCompared)

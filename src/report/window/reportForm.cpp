@@ -52,7 +52,7 @@ reportForm::reportForm(ToolContext& context)
       report_({.line = {*MSComm1, context.shell.connection(), Timer1, &silence_},
                .clock = clock_,
                .prompts = prompts(),
-               .keep = [this](const VehicleFacts& facts) { keep(facts); }})
+               .keep = [this](const VehicleFacts& facts) { return keep(facts); }})
 {
     ui->setupUi(this);
     ui->splitter->setStretchFactor(1, 1);
@@ -113,10 +113,11 @@ void reportForm::save(const std::string& path)
     display(*ui->statusBox, fileNamePart(path) + " saved");
 }
 
-void reportForm::keep(const VehicleFacts& facts)
+bool reportForm::keep(const VehicleFacts& facts)
 {
     if (ui->mnuKeep->isChecked())
         kept_.keep(facts, reportJson(headOf(facts, longDateText, report_.failure()), facts));
+    return ui->mnuKeep->isChecked();
 }
 
 void reportForm::mnuCopy_Click() { QGuiApplication::clipboard()->setText(toQt(reportText(head(), shown_))); }

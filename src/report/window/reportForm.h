@@ -41,7 +41,7 @@ private:
 
     void setUpKeys();
     void save(const std::string& path);
-    void keep(const VehicleFacts& facts);
+    bool keep(const VehicleFacts& facts);
     void paint();
     void showSections();
     void showDetails();
