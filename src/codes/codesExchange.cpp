@@ -14,6 +14,9 @@
 namespace zint {
 namespace {
 
+constexpr const char* moreText =
+    "The Vehicle Report in the main menu reads the codes of all control units.\r\n";
+
 constexpr const char* clearQuestion = "Clearing the OBD will erase all diagnostic data and \r\n"
                                       "   may cause the vehicle to run poorly for a short \r\n"
                                       "   time while the system recalibrates. \r\n\r\n"
@@ -282,6 +285,8 @@ void CodesExchange::showListing()
     panel_.canWarning = inLines(reading_.canWarning);
     panel_.codesOutput = inLines(reading_.listing);
     panel_.notes = inLines(reading_.notes);
+    if (!reading_.canWarning.empty() || !reading_.notes.empty())
+        panel_.notes += moreText;
 }
 
 void CodesExchange::finishClearing()

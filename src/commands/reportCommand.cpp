@@ -15,22 +15,12 @@
 
 #include <QCoreApplication>
 
-#include <iterator>
 #include <optional>
 
 namespace zint {
 namespace {
 
 constexpr int concern = 3; // the exit status for what --fail-on names
-
-std::string contentOf(const std::string& path)
-{
-    std::string content;
-    readFile(path, [&content](std::istream& stream) {
-        content.assign(std::istreambuf_iterator<char>(stream), {});
-    });
-    return content;
-}
 
 bool isConcern(const VehicleFacts& facts, ReportOptions::FailOn failOn)
 {

@@ -52,7 +52,7 @@ using Database = std::unique_ptr<MdbHandle, CloseDatabase>;
                  "repair it.");
 }
 
-std::string contentOf(const std::string& path)
+std::string databaseBytes(const std::string& path)
 {
     std::ifstream file;
     if (fileExists(path)) // a folder would open, and hold no bytes
@@ -177,7 +177,7 @@ bool canReadAccessDatabases() { return true; }
 
 std::vector<DtcRecord> readAccessDatabase(const std::string& path)
 {
-    std::string file = contentOf(path);
+    std::string file = databaseBytes(path);
     checkHeader(path, file);
     unsetenv("MDBICONV"); // the library would deliver texts in the encoding that it names
     const Database database(mdb_open_buffer(file.data(), file.size(), MDB_NOFLAGS));

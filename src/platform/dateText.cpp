@@ -33,4 +33,9 @@ std::string longDateText(std::chrono::system_clock::time_point time)
     return fromQt(QLocale::c().toString(localTime(time), QStringLiteral("dddd, MMMM dd, yyyy hh:mm AP")));
 }
 
+std::string fileDateText(std::chrono::system_clock::time_point time)
+{
+    return fromQt(QLocale::c().toString(localTime(time), QStringLiteral("yyyy-MM-dd hh.mm.ss")));
+}
+
 } // namespace zint

@@ -12,4 +12,7 @@ std::string dateText(std::chrono::system_clock::time_point time);
 /// in each locale.
 std::string longDateText(std::chrono::system_clock::time_point time);
 
+/// A time as a part of a file's name, "2026-11-21 15.24.08", in local time: names sort as the times do.
+std::string fileDateText(std::chrono::system_clock::time_point time);
+
 } // namespace zint

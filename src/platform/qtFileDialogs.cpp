@@ -3,6 +3,7 @@
 #include "platform/text.h"
 
 #include <QFileDialog>
+#include <QRegularExpression>
 
 namespace zint {
 namespace {
@@ -28,6 +29,14 @@ void prepare(QFileDialog& dialog, const FileKinds& kinds, const std::string& fol
     dialog.setDefaultSuffix(toQt(kinds.extension));
     if (!folder.empty()) // else it would show the list of drives, where nothing can be saved
         dialog.setDirectory(toQt(folder));
+}
+
+/// A name without an ending gets the chosen filter's: "pdf" of "PDF (*.pdf)".
+void proposeSuffix(QFileDialog& dialog, const QString& filter)
+{
+    static const QRegularExpression pattern(QStringLiteral("\\*\\.(\\w+)\\)"));
+    if (const auto match = pattern.match(filter); match.hasMatch())
+        dialog.setDefaultSuffix(match.captured(1));
 }
 
 std::string chosen(QFileDialog& dialog)
@@ -62,6 +71,8 @@ std::string QtFileDialogs::chooseToSave(const FileKinds& kinds, const std::strin
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     prepare(dialog, kinds, folder);
     dialog.selectFile(toQt(proposed));
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+                     [&dialog](const QString& filter) { proposeSuffix(dialog, filter); });
     return chosen(dialog);
 }
 

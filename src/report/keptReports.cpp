@@ -30,12 +30,16 @@ void hideFromOthers(const std::string& path)
 
 } // namespace
 
+std::string KeptReports::folderOf(const VehicleFacts& facts) const
+{
+    return folder_ + "/" + folderName(facts);
+}
+
 std::string KeptReports::keep(const VehicleFacts& facts, const std::string& json) const
 {
-    const std::string all = folder_ + "/reports";
-    const KeptFiles files(all + "/" + folderName(facts), reports);
-    std::string path = files.newPath();
-    hideFromOthers(all);
+    const KeptFiles files(folderOf(facts), reports);
+    std::string path = files.newPath(nameText_(facts.time));
+    hideFromOthers(folder_);
     replaceFile(path, [&json](std::ostream& stream) { stream << json; });
     hideFromOthers(path);
     files.prune();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "report/vehicleFacts.h"
+#include "shared/clock.h"
 
 #include <string>
 #include <utility>
@@ -12,7 +13,14 @@ namespace zint {
 class KeptReports {
 public:
     /// @param userDataFolder gets a folder for them when it is needed
-    explicit KeptReports(std::string userDataFolder) : folder_(std::move(userDataFolder)) {}
+    /// @param nameText makes a file's name of a time
+    KeptReports(const std::string& userDataFolder, DateText nameText)
+        : folder_(userDataFolder + "/reports"), nameText_(std::move(nameText))
+    {
+    }
+
+    /// Where the reports of this vehicle are, or would be.
+    std::string folderOf(const VehicleFacts& facts) const;
 
     /// @param json of the report, see reportJson()
     /// @return its path. @throws FileError when it can't be written
@@ -20,6 +28,7 @@ public:
 
 private:
     std::string folder_;
+    DateText nameText_;
 };
 
 } // namespace zint

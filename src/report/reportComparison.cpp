@@ -23,10 +23,21 @@ std::set<Code> codesOf(const VehicleFacts& facts)
     return all;
 }
 
-std::vector<Code> without(const std::set<Code>& codes, const std::set<Code>& others)
+bool tells(const VehicleFacts& facts, const std::string& name, CodeKind kind)
 {
+    return std::ranges::any_of(facts.units, [&](const auto& unit) {
+        return unit.first == name && unit.second.codes.contains(kind);
+    });
+}
+
+/// The codes of one report that the other one lacks, though it tells of codes of that kind.
+std::vector<Code> missing(const VehicleFacts& from, const VehicleFacts& in)
+{
+    const std::set<Code> known = codesOf(in);
     std::vector<Code> rest;
-    std::set_difference(codes.begin(), codes.end(), others.begin(), others.end(), std::back_inserter(rest));
+    std::ranges::copy_if(codesOf(from), std::back_inserter(rest), [&](const Code& code) {
+        return !known.contains(code) && tells(in, code.unit, code.kind);
+    });
     return rest;
 }
 
@@ -61,9 +72,7 @@ const char* wordOf(MonitorState state)
 
 ReportComparison compare(const VehicleFacts& before, const VehicleFacts& after)
 {
-    const std::set<Code> then = codesOf(before);
-    const std::set<Code> now = codesOf(after);
-    ReportComparison comparison{.gone = without(then, now), .added = without(now, then)};
+    ReportComparison comparison{.gone = missing(before, after), .added = missing(after, before)};
     for (const auto& [name, unit] : after.units) {
         if (!unit.readiness)
             continue;

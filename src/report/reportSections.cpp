@@ -2,8 +2,12 @@
 
 #include "dtcdb/dtcText.h"
 #include "report/reportHeadline.h"
+#include "report/requestOutcomes.h"
 #include "shared/module1.h"
+#include "vehicle/infotypes.h"
+#include "vehicle/vin.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <functional>
@@ -20,32 +24,89 @@ std::string descriptionOf(const std::string& code, CodeDescriptions* description
     return found.value_or("");
 }
 
+/// A section's mark from those of its cells: the worst one, and ok where no cell has one.
+Mark worstOf(const std::vector<ReportTable>& tables)
+{
+    Mark worst = Mark::ok;
+    for (const ReportTable& table : tables) {
+        for (const auto& row : table.rows) {
+            for (const ReportCell& cell : row) {
+                if (cell.mark == Mark::attention || cell.mark == Mark::failed)
+                    worst = std::max(worst, cell.mark);
+            }
+        }
+    }
+    return worst;
+}
+
+/// A section with a table for each control unit that has told something of it.
+ReportSection unitSection(const char* title, const VehicleFacts& facts,
+                          const std::function<ReportTable(const UnitReading&)>& tableOf)
+{
+    ReportSection section{.title = title};
+    for (const auto& [name, unit] : facts.units) {
+        ReportTable table = tableOf(unit);
+        if (table.rows.empty())
+            continue;
+        table.title = unitText(name, unit) + (table.title.empty() ? "" : ", " + table.title);
+        section.tables.push_back(std::move(table));
+    }
+    section.mark = section.tables.empty() ? Mark::notSupported : worstOf(section.tables);
+    return section;
+}
+
+std::string valueText(const ParameterValue& value)
+{
+    if (!value.number)
+        return value.text;
+    const std::string number = numberText(*value.number);
+    return value.unit.empty() ? number : number + " " + value.unit;
+}
+
+/// What tells most of the moment in which a code was stored: engine speed, speed, temperature, load.
+std::string frameText(const FreezeFrame& frame)
+{
+    std::string text;
+    for (const std::uint8_t pid : std::to_array<std::uint8_t>({0x0C, 0x0D, 0x05, 0x04})) {
+        const auto value = frame.values.find(pid);
+        if (value != frame.values.end() && !value->second.empty())
+            text += (text.empty() ? "" : ", ") + valueText(value->second.front());
+    }
+    return text.empty() ? "stored" : text;
+}
+
 ReportSection codesSection(const VehicleFacts& facts, CodeDescriptions* descriptions)
 {
     constexpr std::array kinds = {std::pair(CodeKind::stored, "stored"),
                                   std::pair(CodeKind::pending, "pending"),
                                   std::pair(CodeKind::permanent, "permanent")};
     ReportSection section{.title = "Trouble codes"};
-    ReportTable table{.columns = {"Code", "Kind", "Control unit", "Description"}};
+    ReportTable table{.columns = {"Code", "Kind", "Control unit", "Description", "Freeze frame"}};
     bool isTold = false;
     for (const auto& [name, unit] : facts.units) {
+        std::string frameOf = unit.freezeFrame ? unit.freezeFrame->code : "";
         for (const auto& [kind, word] : kinds) {
             const auto codes = unit.codes.find(kind);
             if (codes == unit.codes.end())
                 continue;
             isTold = true;
-            for (const std::string& code : codes->second)
+            for (const std::string& code : codes->second) {
+                const std::string frame = code == frameOf ? frameText(*unit.freezeFrame) : "";
+                if (!frame.empty())
+                    frameOf.clear(); // one frame, one row
                 table.rows.push_back({{code, Mark::attention},
                                       {word},
                                       {unitText(name, unit)},
-                                      {descriptionOf(code, descriptions)}});
+                                      {descriptionOf(code, descriptions)},
+                                      {frame}});
+            }
         }
     }
     if (table.rows.empty())
         section.note = isTold ? "No codes reported." : "No control unit has told of codes.";
     else
         section.tables.push_back(std::move(table));
-    section.mark = !section.tables.empty() ? Mark::attention : isTold ? Mark::ok : Mark::failed;
+    section.mark = isTold ? worstOf(section.tables) : Mark::failed;
     return section;
 }
 
@@ -75,38 +136,28 @@ MonitorState stateOf(const std::optional<Readiness>& readiness, const std::strin
 
 ReportSection readinessSection(const VehicleFacts& facts)
 {
-    ReportSection section{.title = "Readiness"};
-    for (const auto& [name, unit] : facts.units) {
+    ReportSection section = unitSection("Readiness", facts, [](const UnitReading& unit) {
+        ReportTable table{.columns = {"Monitor", "Since clearing", "This drive cycle"}};
         if (!unit.readiness)
-            continue;
-        ReportTable table{.title = unitText(name, unit),
-                          .columns = {"Monitor", "Since clearing", "This drive cycle"}};
+            return table;
         for (const auto& [monitor, state] : unit.readiness->monitors)
             table.rows.push_back(
                 {{monitorText(monitor)},
                  stateCell(state),
                  unit.cycleReadiness ? stateCell(stateOf(unit.cycleReadiness, monitor)) : ReportCell()});
-        section.tables.push_back(std::move(table));
-    }
-    const MonitorCounts counts = monitorCounts(facts);
-    section.mark = section.tables.empty() ? Mark::failed : counts.incomplete > 0 ? Mark::attention : Mark::ok;
+        return table;
+    });
     if (section.tables.empty())
         section.note = "No control unit has told of its monitors.";
+    section.mark = section.tables.empty()                ? Mark::failed
+                   : monitorCounts(facts).incomplete > 0 ? Mark::attention
+                                                         : Mark::ok;
     return section;
 }
 
-std::string valueText(const ParameterValue& value)
+ReportTable valueTable(const std::map<std::uint8_t, std::vector<ParameterValue>>& values)
 {
-    if (!value.number)
-        return value.text;
-    const std::string number = numberText(*value.number);
-    return value.unit.empty() ? number : number + " " + value.unit;
-}
-
-ReportTable valueTable(const std::string& title,
-                       const std::map<std::uint8_t, std::vector<ParameterValue>>& values)
-{
-    ReportTable table{.title = title, .columns = {"PID", "Parameter", "Value"}};
+    ReportTable table{.columns = {"PID", "Parameter", "Value"}};
     for (const auto& [pid, fields] : values) {
         for (const ParameterValue& field : fields)
             table.rows.push_back({{hexText(pid, 2)}, {field.name}, {valueText(field)}});
@@ -114,34 +165,24 @@ ReportTable valueTable(const std::string& title,
     return table;
 }
 
-ReportSection freezeFrameSection(const VehicleFacts& facts)
+ReportSection freezeFrameSection(const VehicleFacts& facts, CodeDescriptions* descriptions)
 {
-    ReportSection section{.title = "Freeze frame", .mark = Mark::notSupported};
-    for (const auto& [name, unit] : facts.units) {
-        if (!unit.freezeFrame)
-            continue;
-        section.mark = section.mark == Mark::attention ? Mark::attention : Mark::ok;
-        if (unit.freezeFrame->code.empty())
-            continue;
+    ReportSection section = unitSection("Freeze frame", facts, [&](const UnitReading& unit) {
+        if (!unit.freezeFrame || unit.freezeFrame->code.empty())
+            return ReportTable();
+        ReportTable table = valueTable(unit.freezeFrame->values);
+        const std::string& code = unit.freezeFrame->code;
+        table.title = "stored by " + code + " " + descriptionOf(code, descriptions);
+        return table;
+    });
+    const bool isAsked = std::ranges::any_of(
+        facts.units, [](const auto& unit) { return unit.second.freezeFrame.has_value(); });
+    if (!section.tables.empty())
         section.mark = Mark::attention;
-        section.tables.push_back(valueTable(unitText(name, unit) + ", stored by " + unit.freezeFrame->code,
-                                            unit.freezeFrame->values));
-    }
-    if (section.tables.empty())
-        section.note =
-            section.mark == Mark::ok ? "No freeze frame is stored." : "No control unit has told of one.";
-    return section;
-}
-
-ReportSection valuesSection(const VehicleFacts& facts)
-{
-    ReportSection section{.title = "Live values", .mark = Mark::notSupported};
-    for (const auto& [name, unit] : facts.units) {
-        if (unit.values.empty())
-            continue;
+    else if (isAsked)
         section.mark = Mark::ok;
-        section.tables.push_back(valueTable(unitText(name, unit), unit.values));
-    }
+    if (section.tables.empty())
+        section.note = isAsked ? "No freeze frame is stored." : "No control unit has told of one.";
     return section;
 }
 
@@ -151,40 +192,87 @@ void addAll(ReportTable& table, const std::string& name, const std::vector<std::
         table.rows.push_back({{name}, {value}});
 }
 
-ReportSection informationSection(const VehicleFacts& facts)
+/// A hint, for a VIN is shown as it was read.
+ReportCell vinHint(const std::string& vin)
 {
-    ReportSection section{.title = "Vehicle information", .mark = Mark::notSupported};
-    for (const auto& [name, unit] : facts.units) {
-        ReportTable table{.title = unitText(name, unit), .columns = {"What", "Value"}};
-        if (unit.vin)
-            table.rows.push_back({{"VIN"}, {*unit.vin}});
-        addAll(table, "Calibration id", unit.calibrationIds);
-        addAll(table, "CVN", unit.cvns);
-        if (unit.ecuName)
-            table.rows.push_back({{"Name"}, {*unit.ecuName}});
-        for (const auto& [type, text] : unit.otherInfo)
-            table.rows.push_back({{"Information type " + hexText(type, 2)}, {text}});
-        if (table.rows.empty())
-            continue;
-        section.mark = Mark::ok;
-        section.tables.push_back(std::move(table));
-    }
-    return section;
+    const VinCheck check = checkVin(vin);
+    if (!check.isLengthRight)
+        return {std::to_string(vin.size()) + " characters; a VIN has 17", Mark::attention};
+    if (!check.areLettersRight)
+        return {"holds characters that no VIN has", Mark::attention};
+    return {check.doesCheckDigitFit
+                ? "well formed, the check digit fits"
+                : "well formed; the check digit does not fit, which only North America demands"};
 }
 
-ReportSection performanceSection(const VehicleFacts& facts)
+std::string infoName(std::uint8_t type)
 {
-    ReportSection section{.title = "In-use performance", .mark = Mark::notSupported};
-    for (const auto& [name, unit] : facts.units) {
-        if (unit.counters.empty())
-            continue;
-        ReportTable table{.title = unitText(name, unit), .columns = {"Counter", "Value"}};
-        for (const auto& [counter, value] : unit.counters)
-            table.rows.push_back({{counter}, {std::to_string(value)}});
-        section.mark = Mark::ok;
-        section.tables.push_back(std::move(table));
+    const Infotype* const known = infotypeOf(type);
+    return known != nullptr ? std::string(known->name) : "Information type " + hexText(type, 2);
+}
+
+ReportTable informationTable(const UnitReading& unit)
+{
+    ReportTable table{.columns = {"What", "Value"}};
+    if (unit.vin) {
+        table.rows.push_back({{"VIN"}, {*unit.vin}});
+        table.rows.push_back({{"VIN check"}, vinHint(*unit.vin)});
     }
-    return section;
+    addAll(table, "Calibration id", unit.calibrationIds);
+    addAll(table, "CVN", unit.cvns);
+    if (unit.ecuName)
+        table.rows.push_back({{"Name"}, {*unit.ecuName}});
+    for (const auto& [type, text] : unit.otherInfo)
+        table.rows.push_back({{infoName(type)}, {text}});
+    return table;
+}
+
+/// A counter in words: "Catalyst 1" for "CATCOMP1". Both counters of a monitor have the same words.
+std::string counterText(const std::string& counter)
+{
+    static constexpr auto words = std::to_array<std::pair<std::string_view, std::string_view>>({
+        {"CAT", "Catalyst"},
+        {"O2S", "Oxygen sensor"},
+        {"EGR", "EGR / VVT"},
+        {"AIR", "Secondary air"},
+        {"EVAP", "Evaporative system"},
+        {"SO2S", "Secondary oxygen sensor"},
+        {"HCCAT", "NMHC catalyst"},
+        {"NCAT", "NOx catalyst"},
+        {"NADS", "NOx adsorber"},
+        {"PM", "Particulate filter"},
+        {"EGS", "Exhaust gas sensor"},
+        {"BP", "Boost pressure"},
+        {"FUEL", "Fuel system"},
+        {"OBD", "All monitors"},
+    });
+    const auto* const found =
+        std::ranges::find(words, std::string_view(counter).substr(0, counter.find("CO")),
+                          &std::pair<std::string_view, std::string_view>::first);
+    if (found == words.end())
+        return counter == "IGNCNTR" ? "Ignition cycles" : counter;
+    const char bank = counter.back();
+    return std::string(found->second) + (bank == '1' || bank == '2' ? std::string(", bank ") + bank : "");
+}
+
+/// How often a monitor has run, and how often it could have: a row a monitor.
+ReportTable performanceTable(const UnitReading& unit)
+{
+    ReportTable table{.columns = {"Monitor", "Completed", "Conditions met", "Ratio"}};
+    int completed = -1; // of the row above, whose conditions follow
+    for (const auto& [counter, value] : unit.counters) {
+        const bool isConditions = counter.find("COND") != std::string::npos;
+        const std::string number = std::to_string(value);
+        if (isConditions && completed >= 0) {
+            table.rows.back()[2].text = number;
+            table.rows.back()[3].text = value == 0 ? "-" : numberText(static_cast<double>(completed) / value);
+        } else {
+            table.rows.push_back(
+                {{counterText(counter)}, {isConditions ? "" : number}, {isConditions ? number : ""}, {}});
+        }
+        completed = counter.find("COMP") != std::string::npos ? value : -1;
+    }
+    return table;
 }
 
 std::string limitText(const std::optional<double>& limit) { return limit ? numberText(*limit) : "-"; }
@@ -196,29 +284,20 @@ ReportCell resultCell(const TestResult& test)
     return *test.passed ? ReportCell{"passed", Mark::ok} : ReportCell{"failed", Mark::failed};
 }
 
-ReportSection testsSection(const VehicleFacts& facts)
+ReportTable testTable(const UnitReading& unit)
 {
-    ReportSection section{.title = "Test results", .mark = Mark::notSupported};
-    for (const auto& [name, unit] : facts.units) {
-        if (unit.tests.empty())
-            continue;
-        ReportTable table{
-            .title = unitText(name, unit),
-            .columns = {"Monitor", "Test", "Name", "Value", "Minimum", "Maximum", "Unit", "Result"}};
-        for (const TestResult& test : unit.tests) {
-            section.mark = section.mark == Mark::failed || test.passed == false ? Mark::failed : Mark::ok;
-            table.rows.push_back({{test.mid < 0 ? "" : hexText(test.mid, 2)},
-                                  {hexText(test.tid, 2)},
-                                  {test.name},
-                                  {numberText(test.value)},
-                                  {limitText(test.min)},
-                                  {limitText(test.max)},
-                                  {test.unit},
-                                  resultCell(test)});
-        }
-        section.tables.push_back(std::move(table));
-    }
-    return section;
+    ReportTable table{
+        .columns = {"Monitor", "Test", "Name", "Value", "Minimum", "Maximum", "Unit", "Result"}};
+    for (const TestResult& test : unit.tests)
+        table.rows.push_back({{test.mid < 0 ? "" : hexText(test.mid, 2)},
+                              {hexText(test.tid, 2)},
+                              {test.name},
+                              {numberText(test.value)},
+                              {limitText(test.min)},
+                              {limitText(test.max)},
+                              {test.unit},
+                              resultCell(test)});
+    return table;
 }
 
 ReportSection connectionSection(const VehicleFacts& facts)
@@ -290,14 +369,12 @@ std::string wordOf(Mark mark)
     return words.at(static_cast<std::size_t>(mark));
 }
 
-ReportSection clearedSection(const std::vector<std::string>& lines)
+ReportSection linesSection(std::string title, std::string column, const std::vector<std::string>& lines)
 {
-    ReportSection section{.title = "Clearing"};
-    ReportTable table{.columns = {"What has come of it"}};
+    ReportTable table{.columns = {std::move(column)}};
     for (const std::string& line : lines)
         table.rows.push_back({{line}});
-    section.tables.push_back(std::move(table));
-    return section;
+    return {.title = std::move(title), .tables = {std::move(table)}};
 }
 
 std::string unitText(const std::string& name, const UnitReading& unit)
@@ -316,16 +393,92 @@ std::string numberText(double number)
     return text;
 }
 
+namespace {
+
+/// The places of the sections.
+enum Place {
+    codesPlace,
+    readinessPlace,
+    framePlace,
+    valuesPlace,
+    informationPlace,
+    performancePlace,
+    testsPlace
+};
+
+/// Where it belongs that a request has brought no whole answer; nothing for a clearing.
+std::optional<Place> placeOf(std::string_view request)
+{
+    static constexpr auto places = std::to_array<std::pair<std::string_view, Place>>({
+        {"0101", readinessPlace},
+        {"0141", readinessPlace},
+        {"01", valuesPlace},
+        {"02", framePlace},
+        {"03", codesPlace},
+        {"05", testsPlace},
+        {"06", testsPlace},
+        {"07", codesPlace},
+        {"0908", performancePlace},
+        {"090B", performancePlace},
+        {"09", informationPlace},
+        {"0A", codesPlace},
+    });
+    const auto* const place = std::ranges::find_if(
+        places, [request](const auto& known) { return request.starts_with(known.first); });
+    return place == places.end() ? std::nullopt : std::optional(place->second);
+}
+
+Mark markOf(RequestOutcome::Kind kind)
+{
+    switch (kind) {
+    case RequestOutcome::Kind::notSupported:
+        return Mark::notSupported;
+    case RequestOutcome::Kind::noAnswer:
+    case RequestOutcome::Kind::damaged:
+        return Mark::failed;
+    default:
+        return Mark::attention;
+    }
+}
+
+/// Adds to the sections what was asked in vain, and why.
+void addOutcomes(std::vector<ReportSection>& sections, const VehicleFacts& facts)
+{
+    const std::string title = "Without a whole answer";
+    for (const RequestOutcome& outcome : requestOutcomes(facts)) {
+        const auto place = placeOf(outcome.request);
+        if (!place)
+            continue;
+        ReportSection& section = sections.at(*place);
+        if (section.tables.empty() || section.tables.back().title != title)
+            section.tables.push_back(
+                {.title = title, .columns = {"Request", "Asks for", "Control unit", "Answer"}});
+        const Mark mark = markOf(outcome.kind);
+        section.tables.back().rows.push_back(
+            {{outcome.request}, {outcome.subject}, {outcome.unit}, {outcome.text, mark}});
+        if (mark != Mark::notSupported && section.mark != Mark::failed)
+            section.mark = section.mark == Mark::notSupported ? mark : Mark::attention;
+    }
+}
+
+} // namespace
+
 std::vector<ReportSection> sectionsOf(const VehicleFacts& facts, CodeDescriptions* descriptions)
 {
-    return {codesSection(facts, descriptions),
-            readinessSection(facts),
-            freezeFrameSection(facts),
-            leftOut(valuesSection(facts), facts),
-            leftOut(informationSection(facts), facts),
-            leftOut(performanceSection(facts), facts),
-            leftOut(testsSection(facts), facts),
-            connectionSection(facts)};
+    const auto ofUnits = [&facts](const char* title, auto tableOf) {
+        return leftOut(unitSection(title, facts, tableOf), facts);
+    };
+    std::vector<ReportSection> sections = {
+        codesSection(facts, descriptions),
+        readinessSection(facts),
+        freezeFrameSection(facts, descriptions),
+        ofUnits("Live values", [](const UnitReading& unit) { return valueTable(unit.values); }),
+        ofUnits("Vehicle information", informationTable),
+        ofUnits("In-use performance", performanceTable),
+        ofUnits("Test results", testTable),
+        connectionSection(facts)};
+    addOutcomes(sections, facts);
+    return sections;
 }
 
 } // namespace zint

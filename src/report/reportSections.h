@@ -37,8 +37,8 @@ struct ReportSection {
 /// @param descriptions of codes; null: there are none
 std::vector<ReportSection> sectionsOf(const VehicleFacts& facts, CodeDescriptions* descriptions);
 
-/// What control units have answered to a clearing, and what has changed by it.
-ReportSection clearedSection(const std::vector<std::string>& lines);
+/// A section of mere lines in one column, such as what has changed.
+ReportSection linesSection(std::string title, std::string column, const std::vector<std::string>& lines);
 
 /// A unit as a reader knows it: "7E8 (ECM-EngineControl)", or its name alone.
 std::string unitText(const std::string& name, const UnitReading& unit);

@@ -12,8 +12,14 @@
 #include <utility>
 
 namespace zint {
-
 namespace {
+
+/// Of no meaning: two programs may keep files at the same time.
+std::string numberText()
+{
+    static std::mt19937 random{std::random_device{}()};
+    return std::to_string(random());
+}
 
 namespace fs = std::filesystem;
 
@@ -75,17 +81,17 @@ std::vector<KeptFiles::File> KeptFiles::newestFirst() const
     return files;
 }
 
-std::string KeptFiles::newPath() const
+std::string KeptFiles::newPath() const { return newPath("unsaved-" + numberText()); }
+
+std::string KeptFiles::newPath(const std::string& name) const
 {
     std::error_code error;
     fs::create_directories(utf8Path(folder_), error);
     if (error)
         throw FileError("The folder \"" + folder_ + "\" can't be made: " + error.message());
-    static std::mt19937 random{std::random_device{}()}; // two programs may keep files at the same time
-    std::string path;
-    do
-        path = utf8Text(utf8Path(folder_) / ("unsaved-" + std::to_string(random()) + extension_));
-    while (fs::exists(utf8Path(path), error));
+    std::string path = utf8Text(utf8Path(folder_) / (name + extension_));
+    while (fs::exists(utf8Path(path), error))
+        path = utf8Text(utf8Path(folder_) / (name + "-" + numberText() + extension_));
     return path;
 }
 

@@ -59,7 +59,11 @@ public:
     /// The files, at most `most`, the newest first. A folder that can't be read has none.
     std::vector<File> newestFirst() const;
 
-    /// A name for another file. @throws FileError when the folder can't be made
+    /// The path of another file. @param name without the extension; a number is added where it is taken
+    /// @throws FileError when the folder can't be made
+    std::string newPath(const std::string& name) const;
+
+    /// A name of no meaning. @throws as above
     std::string newPath() const;
 
     /// Removes the oldest files until no more than `most` are left and they have no more than `mostBytes`;

@@ -136,6 +136,17 @@ void readFile(const std::string& path, const std::function<void(std::istream&)>&
     read(stream);
 }
 
+std::string contentOf(const std::string& path)
+{
+    std::string content;
+    readFile(path, [&](std::istream& stream) {
+        content.assign(std::istreambuf_iterator<char>(stream), {});
+        if (stream.bad())
+            throw FileError(inQuotes(path) + " can't be read");
+    });
+    return content;
+}
+
 std::string behindLink(const std::string& path)
 {
     std::error_code error;

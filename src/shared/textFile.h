@@ -50,6 +50,9 @@ private:
 /// throws
 void readFile(const std::string& path, const std::function<void(std::istream&)>& read);
 
+/// A whole file. @throws FileError when it can't be read
+std::string contentOf(const std::string& path);
+
 /// The file that a symbolic link stands for, if it exists; else the path itself.
 std::string behindLink(const std::string& path);
 

@@ -50,7 +50,7 @@ void giveIcons(const QWidget& window)
 {
     for (Control* control : window.findChildren<Control*>()) {
         if (const QVariant name = control->property("ownIcon"); name.isValid())
-            control->setIcon(QIcon(new OwnIcon(name.toString())));
+            control->setIcon(ownIcon(name.toString()));
     }
 }
 
@@ -71,6 +71,8 @@ void giveOwnIcons(const QWidget& window)
     giveIcons<QAbstractButton>(window);
     giveIcons<QAction>(window);
 }
+
+QIcon ownIcon(const QString& name) { return QIcon(new OwnIcon(name)); }
 
 void useProgramIcon() { QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/zint-obd.svg"))); }
 

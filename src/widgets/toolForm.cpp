@@ -10,6 +10,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QPointer>
+#include <QShortcut>
 #include <QToolBar>
 
 #include <exception>
@@ -47,6 +48,14 @@ void toolForm::setUpLogos(std::initializer_list<QPushButton*> logos)
     for (QPushButton* logo : logos) {
         logo->setText(toQt(programInfo().maker));
         onAsking(logo, &QPushButton::clicked, [this] { logo_Click(); });
+    }
+}
+
+void toolForm::setUpKeys(std::initializer_list<ButtonKey> keys)
+{
+    for (const auto& [key, button] : keys) {
+        auto* const shortcut = new QShortcut(QKeySequence(QLatin1String(key)), this);
+        connect(shortcut, &QShortcut::activated, button, &QPushButton::click); // which passes the gate
     }
 }
 

@@ -48,6 +48,13 @@ protected:
     void setUpPrinting(QAction* mnuPrintSetup, QAction* mnuPrintOut);
     void setUpLogos(std::initializer_list<QPushButton*> logos);
 
+    /// Gives buttons keys of their own: captions that come and go bear none.
+    struct ButtonKey {
+        const char* key; ///< "Alt+R"
+        QPushButton* button;
+    };
+    void setUpKeys(std::initializer_list<ButtonKey> keys);
+
     /// Gives the window its icons and the size that it had. Called last by the constructor of each window.
     void setUpWindow();
 

@@ -131,22 +131,23 @@ TEST_F(CodesExchangeTest, KeepsAReplyThatIsNoMonitorStatusForTheTroubleDialog)
 
 TEST_F(CodesExchangeTest, TellsWhatTheListingDoesNotShow)
 {
+    const std::string more = "The Vehicle Report in the main menu reads the codes of all control units.\r\n";
     run(Kind::read, {{"0101\r", "41 01 7F 07 65 00 \r41 01 80 04 00 00 \r\r>"},
                      {"03\r", "43 01 33 03 01 04 20 \r43 04 21 00 00 00 00 \r\r>"}});
     EXPECT_EQ(shown(), "Service Engine Soon Light is \r\nOFF|Diagnostic (MIL) Codes: 127 code(s) reported|"
                        "P0133\r\nP0301\r\nP0420\r\n");
-    EXPECT_TRUE(
-        panel.notes.ends_with("ON, 0 code(s) reported\r\n(124 more are stored than could be listed)\r\n"));
+    EXPECT_TRUE(panel.notes.ends_with(
+        "ON, 0 code(s) reported\r\n(124 more are stored than could be listed)\r\n" + more));
     run(Kind::read, {{"0101\r", "41 01 81 07 65 04 \r\r>"},
                      {"03\r", "43 01 33 03 01 00 00 \r43 07 00 00 00 00 00 \r\r>"}});
-    EXPECT_EQ(panel.notes, "(1 more is stored than could be listed)\r\n");
+    EXPECT_EQ(panel.notes, "(1 more is stored than could be listed)\r\n" + more);
     run(Kind::read, {{"0101\r", "41 01 00 07 65 00 \r41 01 81 04 00 00 \r\r>"}});
-    EXPECT_TRUE(panel.notes.ends_with("\r\nControl unit 2: light ON, 1 code(s) reported\r\n"));
+    EXPECT_TRUE(panel.notes.ends_with("\r\nControl unit 2: light ON, 1 code(s) reported\r\n" + more));
 
     TemporaryFolder::write(text, "P0420,worn\n");
     EXPECT_EQ(run(Kind::read, {reading[0], {"03\r", "43 01 04 20 \r\r>"}}), lit + "P0104\r\nP20\r\r\r\n");
     EXPECT_TRUE(panel.canWarning.ends_with("\r\nRead in that layout:\r\nP0420 worn\r\n"));
-    EXPECT_EQ(panel.notes, "");
+    EXPECT_EQ(panel.notes, more);
     run(Kind::clear, cleared);
     EXPECT_EQ(panel.canWarning, "") << "it goes with its list";
 }

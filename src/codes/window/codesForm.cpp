@@ -9,7 +9,6 @@
 #include <QClipboard>
 #include <QFontInfo>
 #include <QGuiApplication>
-#include <QShortcut>
 
 namespace zint {
 namespace {
@@ -46,7 +45,7 @@ codesForm::codesForm(ToolContext& context)
 {
     ui->setupUi(this);
     setUpList();
-    setUpKeys();
+    setUpKeys({{"Alt+G", ui->getCodes}, {"Alt+C", ui->clearCodes}, {"Alt+B", ui->backCom}});
     for (std::size_t i = 0; i < monitors_.size(); ++i)
         monitors_[i] = findChild<QLabel*>(toQt(monitorLabel(i)));
     onClick(ui->getCodes, &codesForm::getCodes_Click);
@@ -91,17 +90,6 @@ void codesForm::setUpList()
     ui->codesScroll->setContextMenuPolicy(Qt::ActionsContextMenu);
     for (QLabel* label : {ui->canWarning, ui->codesOutput})
         label->setContextMenuPolicy(Qt::NoContextMenu); // the menu of the list, wherever it is opened
-}
-
-/// The buttons' captions come and go and bear no keys.
-void codesForm::setUpKeys()
-{
-    const std::pair<const char*, QPushButton*> keys[] = {
-        {"Alt+G", ui->getCodes}, {"Alt+C", ui->clearCodes}, {"Alt+B", ui->backCom}};
-    for (const auto& [key, button] : keys) {
-        auto* const shortcut = new QShortcut(QKeySequence(QLatin1String(key)), this);
-        connect(shortcut, &QShortcut::activated, button, &QPushButton::click); // which passes the gate
-    }
 }
 
 /// What is selected, or else the whole list.

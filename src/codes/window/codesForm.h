@@ -35,7 +35,6 @@ private:
     void mnuSaveReport_Click();
 
     void setUpList();
-    void setUpKeys();
     void copyCodes();
     void paint();
 

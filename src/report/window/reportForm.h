@@ -36,16 +36,19 @@ private:
     void clearCodes_Click();
     void sections_Click();
     void mnuSaveReport_Click();
+    void mnuCompare_Click();
     void mnuCopy_Click();
     void ftc_Click();
 
-    void setUpKeys();
     void save(const std::string& path);
     bool keep(const VehicleFacts& facts);
     void paint();
+    void compareWith(const std::string& path);
     void showSections();
+    void showTitles(int chosen);
     void showDetails();
     ReportHead head() const;
+    std::string jsonOf(const VehicleFacts& facts) const;
 
     std::unique_ptr<Ui::reportForm> ui;
     std::unique_ptr<SerialPort> MSComm1;
