@@ -22,6 +22,7 @@ constexpr std::array errorTexts = {
     ErrorText{"DATAERR", ReplyError::dataError},
     ErrorText{"RXERR", ReplyError::rxError},
     ErrorText{"CANERR", ReplyError::canError},
+    ErrorText{"ERR94", ReplyError::canError}, // the adapter cannot start its CAN part
     ErrorText{"BUSBUSY", ReplyError::busError},
     ErrorText{"BUSERR", ReplyError::busError},
     ErrorText{"FBERR", ReplyError::busError},
@@ -137,8 +138,12 @@ private:
         isBehindBusInit_ = isBehindBusInit_ || letters.starts_with(busInit);
         if (result.textError == ReplyError::none)
             result.textError = error;
+        if (error != ReplyError::none)
+            return;
         const std::string_view rest = withoutProgress(text);
-        if (error == ReplyError::none && !rest.empty() && !takeHex(rest))
+        result.isAcknowledged = letters == "OK" && !result.tellsProgress;
+        result.tellsProgress = result.tellsProgress || (rest.empty() && letters != "OK");
+        if (!rest.empty() && !takeHex(rest))
             result.isEmpty = false;
     }
 

@@ -29,6 +29,8 @@ struct AdapterLines {
     std::vector<HexLine> lines;              ///< without the echo of the request
     ReplyError textError = ReplyError::none; ///< the first that a text tells
     bool hasPrompt = false;                  ///< the reply ends in one
+    bool tellsProgress = false;              ///< "SEARCHING..." or its like
+    bool isAcknowledged = false;             ///< by "OK", which tells of no progress
     bool isEmpty = true; ///< no data and no unknown text: line ends, prompt, echo and progress alone
 };
 

@@ -47,6 +47,10 @@ std::optional<BusProtocol> protocolIn(std::string_view answer)
     answer = answer.substr(start, answer.find_last_not_of(around) + 1 - start);
     if (answer.size() == 2 && answer.front() == 'A') // found by itself
         answer.remove_prefix(1);
+    for (const char digit : digits.substr(1)) {
+        if (answer.ends_with(nameOf(static_cast<BusProtocol>(digit))))
+            return static_cast<BusProtocol>(digit);
+    }
     if (answer.size() != 1 || digits.find(answer.front()) == std::string_view::npos)
         return std::nullopt;
     return static_cast<BusProtocol>(answer.front());

@@ -29,7 +29,8 @@ bool hasLongIds(BusProtocol protocol);
 /// The protocol in words, such as "ISO 15765-4 (CAN 11/500)".
 std::string_view nameOf(BusProtocol protocol);
 
-/// The protocol that the answer to "ATDPN" tells: "6", or "A6" where the adapter has found it by itself.
+/// The protocol that the answer to "ATDPN" tells, "6", or "A6" where the adapter has found it by itself; and
+/// that to "ATDP": "AUTO, ISO 15765-4 (CAN 11/500)".
 /// @return nothing for what is no such answer; unknown for "0" and "A0"
 std::optional<BusProtocol> protocolIn(std::string_view answer);
 

@@ -1,6 +1,7 @@
 #include "vehicle/exchangeJson.h"
 
 #include "shared/module1.h"
+#include "vehicle/vehicleRequest.h"
 
 #include <array>
 #include <cmath>
@@ -29,7 +30,7 @@ Json fieldJson(const ParameterValue& field)
 {
     if (field.number)
         return {{"value", numberJson(*field.number)}, {"unit", field.unit}};
-    return {{"text", field.text}};
+    return {{"value", field.text}, {"unit", ""}};
 }
 
 template <typename Values, typename Key>
@@ -54,7 +55,7 @@ Json frameJson(const FreezeFrame& frame)
 {
     Json json = {{"frame", frame.frame}};
     if (frame.isCodeTold)
-        json["code"] = frame.code.empty() ? Json() : Json(frame.code);
+        json["dtc"] = frame.code.empty() ? Json() : Json(frame.code);
     if (!frame.values.empty())
         json["values"] = mapJson(frame.values, twoDigits);
     return json;
@@ -120,7 +121,9 @@ std::string membersText(const Json& object)
         return plainText(object["fields"]);
     std::string text;
     for (const auto& [name, value] : object.items()) {
-        const bool isBare = name == "value" || name == "unit" || name == "text" || name == "name";
+        if (value == "")
+            continue;
+        const bool isBare = name == "value" || name == "unit" || name == "name";
         text += (text.empty() ? "" : (name == "unit" ? " " : ", ")) + (isBare ? "" : name + " ");
         text += plainText(value);
     }
@@ -160,8 +163,8 @@ nlohmann::ordered_json unitJson(const UnitReading& unit)
         json["tests"].push_back(testJson(test));
     if (unit.cleared)
         json["cleared"] = true;
-    if (unit.refusal)
-        json["refusal"] = twoDigits(*unit.refusal);
+    if (unit.refusal || unit.isBusy)
+        json["refusal"] = twoDigits(unit.refusal.value_or(answerFollows));
     if (unit.isIncomplete)
         json["incomplete"] = true;
     return json;

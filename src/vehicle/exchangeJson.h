@@ -9,8 +9,8 @@ namespace zint {
 /// What an error is called in JSON: "noData"; empty for none.
 std::string_view errorName(ReplyError error);
 
-/// What a parameter tells: {"value", "unit"} for a number, {"text"} for words. Several fields stand in
-/// "fields", and the first number or text of them is the value.
+/// What a parameter tells: {"value", "unit"}; words are a value without a unit. Several fields stand in
+/// "fields", and the first number of them, or else the first words, is the value.
 nlohmann::ordered_json valuesJson(const std::vector<ParameterValue>& values);
 
 /// What a unit has told: {"mil", "readiness", "values", ...}. What was not told is left out.

@@ -54,6 +54,18 @@ bool SegmentedMessage::take(int number, const Bytes& data)
     return true;
 }
 
+void SegmentedMessage::fillGap(int number, const Bytes& data)
+{
+    parts_.resize(std::max(parts_.size(), lastPlace() + 1));
+    for (std::size_t place = number == 0 ? numbers : static_cast<std::size_t>(number); place < parts_.size();
+         place += numbers) {
+        if (parts_[place].empty()) {
+            parts_[place] = data;
+            return;
+        }
+    }
+}
+
 Bytes SegmentedMessage::bytes() const
 {
     Bytes bytes;
@@ -102,9 +114,20 @@ void MessageJoiner::beginOfUnit(const Frame& first)
     Unit& unit = units_[first.unit];
     if (unit.latest && entries_[*unit.latest].segments->beginsLike(first))
         return;
+    fillGaps(unit);
     unit.latest = entries_.size();
     begin(first.unit, first.length, first.data);
-    std::erase_if(unit.early, [&](const Frame& frame) { return givenToLatest(unit, frame); });
+}
+
+/// Parts that came behind the first one have their places already: an early part may be left over from the
+/// answer to another request.
+void MessageJoiner::fillGaps(Unit& unit)
+{
+    if (!unit.latest || unit.early.empty())
+        return;
+    for (const Frame& frame : unit.early)
+        entries_[*unit.latest].segments->fillGap(frame.number, frame.data);
+    unit.early.clear();
 }
 
 /// Number 0 goes on with a message that has come to it, unless the length of another one was told.
@@ -118,12 +141,25 @@ void MessageJoiner::addPlain(const Frame& frame)
     const auto takers = std::ranges::count_if(open_, takes);
     if (frame.number == 0 && (!lengths_.empty() || takers == 0))
         beginPlain(frame.data);
-    else if (takers == 1)
+    else if (takers == 1 || (takers > 1 && areTakersAlike(frame.number)))
         entries_[*std::ranges::find_if(open_, takes)].segments->take(frame.number, frame.data);
     else if (!hasBegun_)
         early_.push_back(frame);
     else
         std::erase_if(open_, takes);
+}
+
+/// Whether the open messages that could take a part are the same up to it: two units that say the same.
+bool MessageJoiner::areTakersAlike(int number) const
+{
+    std::optional<SegmentedMessage> first;
+    return std::ranges::all_of(open_, [&](std::size_t i) {
+        const SegmentedMessage& message = *entries_[i].segments;
+        if (!message.hasPlaceFor(number))
+            return true;
+        first = first ? first : message;
+        return message == *first;
+    });
 }
 
 void MessageJoiner::beginPlain(const Bytes& data)
@@ -139,9 +175,16 @@ void MessageJoiner::beginPlain(const Bytes& data)
         addPlain(frame);
 }
 
-std::vector<JoinedMessage> MessageJoiner::messages() const
+std::vector<JoinedMessage> MessageJoiner::takeMessages()
 {
     std::vector<JoinedMessage> messages;
+    for (auto& [id, unit] : units_) {
+        fillGaps(unit);
+        if (!unit.early.empty())
+            messages.push_back({id, {}, true, false});
+    }
+    if (!early_.empty())
+        messages.push_back({0, {}, true, false});
     messages.reserve(entries_.size());
     for (const Entry& entry : entries_) {
         if (entry.segments)

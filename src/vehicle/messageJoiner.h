@@ -31,6 +31,11 @@ public:
     /// place
     bool take(int number, const Bytes& data);
 
+    /// Takes a part that has come before the message began: into the first free place for its number.
+    void fillGap(int number, const Bytes& data);
+
+    bool operator==(const SegmentedMessage&) const = default;
+
     /// What there is up to the first gap, without padding.
     Bytes bytes() const;
 
@@ -54,14 +59,14 @@ struct JoinedMessage {
 /// Puts the frames of a reply together.
 class MessageJoiner {
 public:
-    /// @param hasHeaders the frames tell their units. Without, a part that could belong to two messages is
-    /// nobody's, and they end before it
+    /// @param hasHeaders the frames tell their units. Without, a part that could belong to two different
+    /// messages is nobody's, and they end before it
     explicit MessageJoiner(bool hasHeaders) : hasHeaders_(hasHeaders) {}
 
     void add(const Frame& frame);
 
-    /// In the order in which they began.
-    std::vector<JoinedMessage> messages() const;
+    /// In the order in which they began. Parts of which the beginning is missing are one without bytes.
+    std::vector<JoinedMessage> takeMessages();
 
 private:
     struct Entry {
@@ -77,9 +82,11 @@ private:
 
     void begin(std::uint32_t unit, std::optional<std::size_t> length, const Bytes& data);
     void beginOfUnit(const Frame& first);
+    void fillGaps(Unit& unit);
     void addToUnit(const Frame& frame);
     bool givenToLatest(const Unit& unit, const Frame& frame);
     void addPlain(const Frame& frame);
+    bool areTakersAlike(int number) const;
     void beginPlain(const Bytes& data);
 
     bool hasHeaders_;

@@ -44,6 +44,18 @@ public:
             parts_.try_emplace(message.bytes[2], message.bytes.begin() + numberedHead, message.bytes.end());
     }
 
+    /// Whether this is nothing but lines of a whole answer that have come twice. Without headers they look
+    /// like the answer of another unit.
+    bool isRepeatedFrom(const Numbered& whole) const
+    {
+        const auto isThere = [&whole](const auto& part) {
+            const auto found = whole.parts_.find(part.first);
+            return found != whole.parts_.end() && found->second == part.second;
+        };
+        return isHeaderless(first_) && !isWhole() && whole.isWhole() &&
+               first_.bytes[1] == whole.first_.bytes[1] && std::ranges::all_of(parts_, isThere);
+    }
+
     UnitMessage joined() const
     {
         UnitMessage whole{.unit = first_.unit, .bytes = {infoAnswer, first_.bytes[1], 0}};
@@ -100,8 +112,11 @@ std::vector<UnitMessage> joinNumbered(const std::vector<UnitMessage>& messages, 
         else
             numbered.emplace_back(message);
     }
-    for (const Numbered& parts : numbered)
-        all.push_back(parts.joined());
+    for (const Numbered& parts : numbered) {
+        const auto repeats = [&parts](const Numbered& whole) { return parts.isRepeatedFrom(whole); };
+        if (std::ranges::none_of(numbered, repeats))
+            all.push_back(parts.joined());
+    }
     return all;
 }
 

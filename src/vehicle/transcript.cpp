@@ -3,6 +3,7 @@
 #include "shared/module1.h"
 #include "shared/textFile.h"
 #include "shared/utf8.h"
+#include "vehicle/adapterLines.h"
 
 #include <algorithm>
 #include <array>
@@ -59,10 +60,11 @@ std::optional<BusProtocol> known(std::optional<BusProtocol> protocol)
     return protocol == BusProtocol::unknown ? std::nullopt : protocol;
 }
 
-/// The protocol that an exchange tells by the answer to ATDPN.
+/// The protocol that an exchange tells by the answer to ATDPN or ATDP.
 std::optional<BusProtocol> protocolFound(const TranscriptExchange& exchange)
 {
-    if (compact(exchange.command) != "ATDPN")
+    const std::string command = compact(exchange.command);
+    if (command != "ATDPN" && command != "ATDP")
         return std::nullopt;
     std::string_view rest = exchange.reply;
     while (!rest.empty()) {
@@ -180,6 +182,12 @@ bool tells(const ExchangeReading& reading)
     return std::ranges::any_of(reading.units, [](const auto& unit) { return !unit.second.isIncomplete; });
 }
 
+/// Whether a reply ends while the adapter still looks for the vehicle.
+bool isBrokenOff(const TranscriptExchange& exchange, const ExchangeReading& reading)
+{
+    return reading.error == ReplyError::empty && adapterLines(exchange.command, exchange.reply).tellsProgress;
+}
+
 ExchangeReading readOne(const TranscriptExchange& exchange, bool arePromptsShown, const KnownUnits& units)
 {
     const auto read = [&](const std::string& reply) {
@@ -188,7 +196,7 @@ ExchangeReading readOne(const TranscriptExchange& exchange, bool arePromptsShown
     if (hasPrompt(exchange))
         return read(exchange.reply);
     ExchangeReading reading = read(exchange.reply + promptMark);
-    if (arePromptsShown && !tells(reading))
+    if ((arePromptsShown && !tells(reading)) || isBrokenOff(exchange, reading))
         reading.error = ReplyError::noPrompt;
     return reading;
 }

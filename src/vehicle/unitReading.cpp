@@ -9,7 +9,6 @@
 namespace zint {
 namespace {
 
-constexpr std::uint8_t responsePending = 0x78;
 constexpr std::uint8_t answered = 0x40; ///< what an answer adds to the service
 
 struct ServiceReader {
@@ -73,20 +72,19 @@ private:
         return found != units_.end() ? found->second : units_.emplace_back(name, UnitReading{}).second;
     }
 
-    void readRefusal(const UnitMessage& message, UnitReading& reading)
+    /// A unit that has said more than that its answer follows has no such message here.
+    static void readRefusal(const UnitMessage& message, UnitReading& reading)
     {
-        std::erase(waitedFor_, message.unit);
         if (message.bytes.size() < 3)
             reading.isIncomplete = true;
-        else if (message.bytes[2] == responsePending)
-            waitedFor_.push_back(message.unit);
+        else if (message.bytes[2] == answerFollows)
+            reading.isIncomplete = reading.isBusy = true;
         else
             reading.refusal = message.bytes[2];
     }
 
     void readAnswer(const UnitMessage& message, UnitReading& reading)
     {
-        std::erase(waitedFor_, message.unit);
         reading.refusal.reset(); // a unit that was busy at first
         const auto known = known_.find(message.unit);
         const BytesView bytes = message.bytes;
@@ -106,7 +104,6 @@ private:
     BusKind bus_;
     const KnownUnits& known_;
     std::vector<std::pair<std::string, UnitReading>> units_;
-    std::vector<std::string> waitedFor_;
 };
 
 template <typename Value>

@@ -37,8 +37,8 @@ std::vector<ParameterValue> unknownValue(BytesView data)
 }
 
 /// Cuts an answer into its parameters. One that was asked alone gets all bytes, with the padding that
-/// adapters may show; among several, the lengths of the standard decide, and an id that was not asked is
-/// padding.
+/// adapters may show; among several, the lengths of the standard decide. An id that was not asked is
+/// padding, and so is one that was told already: 00 is both an id and the usual padding.
 class ParameterCutter {
 public:
     /// @param headLength of an id and what follows it in front of the data
@@ -54,9 +54,11 @@ public:
         BytesView rest = answer_.data;
         if (rest.empty())
             return false;
-        for (bool isFirst = true; !rest.empty() && (isFirst || wasAsked(rest.front())); isFirst = false) {
+        Bytes told;
+        while (!rest.empty() && (told.empty() || isNext(rest.front(), told))) {
             if (rest.size() < headLength_)
                 return false;
+            told.push_back(rest.front());
             const BytesView head = rest.first(headLength_);
             rest = rest.subspan(headLength_);
             const std::optional<std::size_t> length = lengthOf(head.front(), rest.size());
@@ -76,6 +78,11 @@ public:
     }
 
 private:
+    bool isNext(std::uint8_t pid, const Bytes& told) const
+    {
+        return wasAsked(pid) && std::ranges::find(told, pid) == told.end();
+    }
+
     bool wasAsked(std::uint8_t pid) const
     {
         for (std::size_t i = 0; i < answer_.asked.size(); i += headLength_) {

@@ -18,7 +18,6 @@ namespace {
 
 using Messages = std::vector<JoinedMessage>;
 
-constexpr std::uint8_t answerFollows = 0x78;
 constexpr std::uint8_t vehicleInformation = 0x49;
 constexpr std::uint8_t testResults = 0x46;
 constexpr std::size_t longestOlderMessage = 7;
@@ -58,7 +57,7 @@ FormFrames framesIn(LineForm form, const std::vector<HexLine>& lines, const Vehi
             ++found.score.damaged;
         else if (isAnswer)
             ++found.score.answers;
-        else if (hasHeader(form))
+        else if (hasHeader(form) || line.index)
             ++found.score.others;
         found.frames.push_back(*std::move(frame));
     }
@@ -185,7 +184,7 @@ VehicleReply messagesIn(const std::vector<HexLine>& lines, const VehicleRequest&
     MessageJoiner joiner(isHeaded);
     for (const Frame& frame : found.frames)
         joiner.add(frame);
-    Messages messages = joiner.messages();
+    Messages messages = joiner.takeMessages();
     if (found.form == LineForm::plain && !isCan(protocol))
         cutChecksums(messages);
     std::erase_if(messages, [&](const JoinedMessage& message) {
@@ -205,6 +204,12 @@ VehicleReply messagesIn(const std::vector<HexLine>& lines, const VehicleRequest&
         reply.messages.push_back({std::move(unit), std::move(message.bytes), message.isIncomplete});
     }
     return reply;
+}
+
+/// Whether a unit has obeyed 04, as some adapters tell it: without the unit's answer.
+bool isClearingAcknowledged(const VehicleRequest& request, const AdapterLines& lines)
+{
+    return request.bytes() == Bytes{0x04} && lines.isAcknowledged && lines.isEmpty;
 }
 
 VehicleReply messagesTo(const VehicleRequest& request, const std::vector<HexLine>& lines,
@@ -235,6 +240,8 @@ VehicleReply readVehicleReply(std::string_view request, std::string_view reply, 
     const VehicleRequest asked(request);
     const AdapterLines lines = adapterLines(request, reply);
     VehicleReply result = messagesTo(asked, lines.lines, protocol);
+    if (isClearingAcknowledged(asked, lines))
+        result.messages.push_back({"?1", {0x44}});
     result.error = asked.isForVehicle() ? errorOf(lines, result.messages) : lines.textError;
     return result;
 }

@@ -36,8 +36,9 @@ struct UnitMessage {
     /// The CAN identifier of 11 bits ("7E8"); the source's byte of other headers ("10"); "?1", "?2" in the
     /// order of the messages where the reply shows no headers.
     std::string unit;
-    Bytes bytes;               ///< from the service on: 43 for an answer to 03, 7F for a refusal
-    bool isIncomplete = false; ///< parts are missing, or the checksum is wrong; the bytes are what there is
+    Bytes bytes; ///< from the service on: 43 for an answer to 03, 7F for a refusal
+    bool isIncomplete =
+        false; ///< parts are missing, or the checksum is wrong; the bytes are what there is, if anything
 
     bool operator==(const UnitMessage&) const = default;
 };

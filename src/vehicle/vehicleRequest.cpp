@@ -43,7 +43,7 @@ VehicleRequest::VehicleRequest(std::string_view text)
 bool VehicleRequest::isAnsweredBy(BytesView message, bool isCut) const
 {
     if (message.empty())
-        return false;
+        return isCut;
     if (bytes_.empty())
         return (message[0] & answerBit) != 0;
     if (message[0] == refusalSign)

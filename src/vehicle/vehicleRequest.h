@@ -11,6 +11,9 @@ namespace zint {
 /// What stands in front of a refusal, in place of the service's answer.
 inline constexpr std::uint8_t refusalSign = 0x7F;
 
+/// The refusal that is none: the unit asks for patience.
+inline constexpr std::uint8_t answerFollows = 0x78;
+
 /// A request to the vehicle, and which messages answer it (SAE J1979).
 class VehicleRequest {
 public:

@@ -82,8 +82,8 @@ void expectValues(const Json& values, const Json& expected)
     EXPECT_EQ(values.size(), expected.size());
     for (const auto& [pid, text] : expected.items()) {
         const Json value = values.value(pid, Json::object());
-        if (value.contains("text")) {
-            EXPECT_EQ(value["text"], text) << pid;
+        if (value.value("unit", "") == "") {
+            EXPECT_EQ(value["value"], text) << pid;
         } else {
             expectNumber(value, text.get<std::string>());
         }
@@ -94,7 +94,7 @@ void expectFrames(const Json& frames, const Json& expected)
 {
     for (const auto& [unit, frame] : expected.items()) {
         EXPECT_EQ(frames[unit]["frame"], frame["frame"]);
-        EXPECT_EQ(frames[unit].value("code", Json()), frame["dtc"]);
+        EXPECT_EQ(frames[unit].value("dtc", Json()), frame["dtc"]);
         expectValues(frames[unit].value("values", Json::object()), frame.value("values", Json::object()));
     }
 }

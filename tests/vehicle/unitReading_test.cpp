@@ -34,7 +34,12 @@ TEST(UnitReadingTest, ReadsWhatServicesTell)
         {"cleared, refused for now", "# protocol 6\n> 04\n7E8 01 44\n7E9 03 7F 04 22",
          R"({"7E8":{"cleared":true},"7E9":{"refusal":"22"}})"},
         {"an answer that does not come", "# protocol 6\n> 03\n7E8 03 7F 03 78",
-         R"({"7E8":{"incomplete":true}})"},
+         R"({"7E8":{"refusal":"78","incomplete":true}})"},
+        {"a clearing that the adapter tells of", "# protocol 3\n> 04\nOK", R"({"?1":{"cleared":true}})"},
+        {"padding that looks like a list", "# protocol 6\n> 0100\n41 00 80 00 00 00 00",
+         R"({"?1":{"supported":["01"]}})"},
+        {"a freeze frame, words", "# protocol 6\n> 0202001C00\n42 02 00 00 00 1C 00 06",
+         R"({"?1":{"freezeFrame":{"frame":0,"dtc":null,"values":{"1C":{"value":"EOBD","unit":""}}}}})"},
         {"busy at first", "# protocol 6\n> 03\n7E8 03 7F 03 21\n7E8 02 43 00", R"({"7E8":{"codes":[]}})"},
         {"several parameters, padding",
          "# protocol 6\n> 01050C\n7E8 06 41 0C 0D 80 05 39\n7E9 41 05 3A 00 00",
@@ -64,6 +69,10 @@ TEST(UnitReadingTest, ReadsWhatServicesTell)
          "# protocol 4\n> 0902\n87 F1 10 49 02 01 00 00 00 31 05\n87 F1 10 49 02 02 44 34 47 50 E4\n"
          "87 F1 10 49 02 03 30 30 52 35 BD\n87 F1 10 49 02 05 33 34 35 36 AA",
          R"({"10":{"incomplete":true}})"},
+        {"a headerless line that comes twice",
+         "# protocol 3\n> 0902\n49 02 01 00 00 00 31\n49 02 02 44 34 47 50\n49 02 02 44 34 47 50\n"
+         "49 02 03 30 30 52 35\n49 02 04 35 42 31 32\n49 02 05 33 34 35 36",
+         R"({"?1":{"vin":"1D4GP00R55B123456"}})"},
         {"two headerless units, mixed",
          "# protocol 3\n> 0904\n49 04 01 41 42 43 44\n49 04 01 61 62 63 64\n49 04 02 45 00 00 00\n"
          "49 04 02 65 00 00 00\n49 04 03 00 00 00 00\n49 04 03 00 00 00 00\n49 04 04 00 00 00 00\n"
@@ -129,6 +138,7 @@ TEST(TranscriptTest, FindsProtocolsAndPrompts)
         {"> 0100\n> ATDPN\nA6\n> 0105", "666"},
         {"# protocol 3\n> 0100\n> AT DPN\nATDPN\n5\n>\n# Protocol: no number\n> 0101", "555"},
         {"> ATSP 3\nOK\n> 0100\n> ATDPN\nA0", "333"},
+        {"> 0100\n> ATDP\nAUTO, SAE J1850 VPW\n> ATSP6", "222"},
         {"> ATTPA8\r\n# protocol a\r> 0100\n", "8A"},
         {"\xEF\xBB\xBF# protocol 0\n> 0100\n# protocol 1\n> 0100\n> ATSP6\n# protocol 9\n> 03", "6119"},
         {"no line was sent\n>\n", ""},
@@ -150,6 +160,7 @@ TEST(TranscriptTest, FindsProtocolsAndPrompts)
         errors += std::string(errorName(reading.error)) + ",";
     EXPECT_EQ(errors, ",noPrompt,,noData,empty,,");
     EXPECT_EQ(replay("> 0902\n7E8 10 14 49 02 01 31 32 33").at(0).error, ReplyError::none) << "no prompts";
+    EXPECT_EQ(replay("> 0100\nSEARCHING...").at(0).error, ReplyError::noPrompt);
 }
 
 TEST(VinTest, IsHeldAgainstItsForm)
