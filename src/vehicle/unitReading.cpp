@@ -57,13 +57,7 @@ public:
             readAnswer(message, reading);
     }
 
-    /// The readings; a unit that has only asked for patience owes its answer.
-    std::vector<std::pair<std::string, UnitReading>> takeUnits()
-    {
-        for (const std::string& name : waitedFor_)
-            unit(name).isIncomplete = unit(name).isBusy = true;
-        return std::move(units_);
-    }
+    std::vector<std::pair<std::string, UnitReading>> takeUnits() { return std::move(units_); }
 
 private:
     UnitReading& unit(const std::string& name)
