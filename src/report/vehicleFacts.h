@@ -27,7 +27,7 @@ struct VehicleFacts {
     std::string voltage; ///< of the battery, as the adapter measures it: "12.6V"
     BusProtocol protocol = BusProtocol::unknown;
 
-    std::vector<std::pair<std::string, UnitReading>> units; ///< in the order of their first answers
+    UnitReadings units;
 
     /// What came in place of an answer, by request, when asking once more did not help either; also what the
     /// adapter told of a reply that it has cut short.
@@ -40,7 +40,7 @@ struct VehicleFacts {
     bool isWhole = false; ///< read to the end; else it was stopped, or it failed
 
     /// What is known of a unit; made when it is not known yet.
-    UnitReading& unit(const std::string& name);
+    UnitReading& unit(const std::string& name) { return readingOf(units, name); }
 };
 
 } // namespace zint

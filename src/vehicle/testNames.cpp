@@ -1,6 +1,7 @@
 #include "vehicle/testNames.h"
 
 #include "shared/module1.h"
+#include "vehicle/parameterTable.h"
 
 #include <algorithm>
 #include <array>
@@ -47,18 +48,14 @@ constexpr auto monitorRanges = std::to_array<MonitorRange>({
 
 constexpr MonitorRange lastCylinders = {0xB0, 0xB1, "Misfire cylinder", Numbering::single, 15};
 
-std::string sensorText(std::string_view name, int bank, int sensor)
-{
-    return std::string(name) + " bank " + std::to_string(bank) + " sensor " + std::to_string(sensor);
-}
-
 std::string numbered(const MonitorRange& range, std::uint8_t mid)
 {
     const int index = mid - range.first;
     if (range.numbering == Numbering::none)
         return std::string(range.name);
     if (range.numbering == Numbering::banksOfFourSensors)
-        return sensorText(range.name, index / 4 + 1, index % 4 + 1);
+        return std::string(range.name) + " bank " + std::to_string(index / 4 + 1) + " sensor " +
+               std::to_string(index % 4 + 1);
     return std::string(range.name) + " " + std::to_string(range.firstNumber + index) +
            std::string(range.behind);
 }
@@ -99,9 +96,8 @@ std::string sensorName(std::uint8_t location, bool hasFourBanks)
 {
     if (!std::has_single_bit(location))
         return "O2 sensor " + hexText(location, 2);
-    const int index = std::countr_zero(location);
-    const int sensors = hasFourBanks ? 2 : 4; // of a bank
-    return sensorText("O2 sensor", index / sensors + 1, index % sensors + 1);
+    const auto bit = static_cast<std::size_t>(std::countr_zero(location));
+    return "O2 sensor " + std::string(oxygenSensor(bit, hasFourBanks));
 }
 
 } // namespace zint

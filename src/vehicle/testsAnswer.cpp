@@ -11,14 +11,6 @@ namespace {
 
 constexpr std::uint8_t firstSignedScaling = 0x80;
 
-bool isSupported(const UnitReading* known, std::uint8_t service, std::uint8_t id)
-{
-    if (known == nullptr || !known->supported.contains(service))
-        return false;
-    const std::vector<std::uint8_t>& ids = known->supported.at(service);
-    return std::ranges::find(ids, id) != ids.end();
-}
-
 /// Without the last digits, which are rounding errors of the factor.
 double rounded(double value)
 {
@@ -58,7 +50,8 @@ TestResult recordIn(BytesView record, const UnitReading* known)
         raw.at(i) = scaling.isSigned ? signedWord(word) : word;
     }
     const auto inUnit = [&scaling](int value) { return rounded(value * scaling.factor + scaling.offset); };
-    const bool hasManyCylinders = isSupported(known, 0x06, 0xAE) || isSupported(known, 0x06, 0xAF);
+    const bool hasManyCylinders =
+        known != nullptr && (known->supports(0x06, 0xAE) || known->supports(0x06, 0xAF));
     const std::string monitor = monitorName(record[0], hasManyCylinders);
     TestResult result{.mid = record[0],
                       .tid = record[1],
@@ -131,7 +124,7 @@ void readSensorTests(const ServiceAnswer& answer, UnitReading& reading)
     }
     const SensorTestScaling scaling = sensorTestScaling(data[0]);
     const auto inUnit = [&](std::size_t place) { return rounded(data[place] * scaling.factor); };
-    const std::string sensor = sensorName(data[1], isSupported(answer.known, 0x01, 0x1D));
+    const std::string sensor = sensorName(data[1], answer.known != nullptr && answer.known->hasFourBanks());
     TestResult result{.mid = data[1],
                       .tid = data[0],
                       .name = joinedName(sensor, testName(data[0])),

@@ -48,7 +48,7 @@ public:
 
     void read(const UnitMessage& message)
     {
-        UnitReading& reading = unit(message.unit);
+        UnitReading& reading = readingOf(units_, message.unit);
         if (message.isIncomplete || message.bytes.empty())
             reading.isIncomplete = true;
         else if (message.bytes.front() == refusalSign)
@@ -57,15 +57,9 @@ public:
             readAnswer(message, reading);
     }
 
-    std::vector<std::pair<std::string, UnitReading>> takeUnits() { return std::move(units_); }
+    UnitReadings takeUnits() { return std::move(units_); }
 
 private:
-    UnitReading& unit(const std::string& name)
-    {
-        const auto found = std::ranges::find(units_, name, &std::pair<std::string, UnitReading>::first);
-        return found != units_.end() ? found->second : units_.emplace_back(name, UnitReading{}).second;
-    }
-
     /// A unit that has said more than that its answer follows has no such message here.
     static void readRefusal(const UnitMessage& message, UnitReading& reading)
     {
@@ -97,7 +91,7 @@ private:
     const Bytes& request_;
     BusKind bus_;
     const KnownUnits& known_;
-    std::vector<std::pair<std::string, UnitReading>> units_;
+    UnitReadings units_;
 };
 
 template <typename Value>
@@ -168,9 +162,14 @@ bool UnitReading::supports(std::uint8_t service, int item) const
     return items != supported.end() && std::ranges::find(items->second, item) != items->second.end();
 }
 
+UnitReading& readingOf(UnitReadings& units, const std::string& name)
+{
+    const auto found = std::ranges::find(units, name, &UnitReadings::value_type::first);
+    return found != units.end() ? found->second : units.emplace_back(name, UnitReading()).second;
+}
+
 BusKind busOf(const UnitMessage& message, BusKind bus)
 {
-    constexpr std::size_t longestOlderMessage = 7;
     return bus == BusKind::unknown && message.bytes.size() > longestOlderMessage ? BusKind::can : bus;
 }
 
@@ -181,11 +180,8 @@ ExchangeReading readExchange(std::string_view request, std::string_view reply, B
     const VehicleReply told = readVehicleReply(request, reply, protocol);
     exchange.error = told.error;
     const VehicleRequest asked(request);
-    if (!asked.isForVehicle()) {
-        if (told.error == ReplyError::garbled) // the adapter may answer a command with any text
-            exchange.error = ReplyError::none;
+    if (!asked.isForVehicle())
         return exchange;
-    }
     const BusKind bus = busShown(told, protocol);
     MessageReader reader(asked.bytes(), bus, known);
     for (const UnitMessage& message : joinNumbered(told.messages, bus))

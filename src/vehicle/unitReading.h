@@ -79,13 +79,22 @@ struct UnitReading {
 
     /// Whether it lists a parameter, a test or an infotype among what it supports of a service.
     bool supports(std::uint8_t service, int item) const;
+
+    /// Whether its oxygen sensors are numbered over four banks: it lists parameter 1D, and not 13.
+    bool hasFourBanks() const { return supports(0x01, 0x1D) && !supports(0x01, 0x13); }
 };
 
-/// What one exchange has told: the control units in the order of their answers.
+/// By the names of the control units, in the order of their first answers.
+using UnitReadings = std::vector<std::pair<std::string, UnitReading>>;
+
+/// The reading of a unit; added when there is none yet.
+UnitReading& readingOf(UnitReadings& units, const std::string& name);
+
+/// What one exchange has told.
 struct ExchangeReading {
     std::string command;
     ReplyError error = ReplyError::none;
-    std::vector<std::pair<std::string, UnitReading>> units;
+    UnitReadings units;
 };
 
 /// What the reading of an exchange needs of earlier ones: what they told of each unit.

@@ -22,7 +22,7 @@ ParameterContext contextOf(const UnitReading* known)
 {
     if (known == nullptr)
         return {};
-    return {.hasFourBanks = known->supports(0x01, 0x1D) && !known->supports(0x01, 0x13),
+    return {.hasFourBanks = known->hasFourBanks(),
             .largestValues = largest(*known, 0x4F),
             .largestAirFlow = largest(*known, 0x50)};
 }

@@ -20,7 +20,6 @@ using Messages = std::vector<JoinedMessage>;
 
 constexpr std::uint8_t vehicleInformation = 0x49;
 constexpr std::uint8_t testResults = 0x46;
-constexpr std::size_t longestOlderMessage = 7;
 
 /// How well the lines fit a form.
 struct FormScore {
@@ -233,6 +232,14 @@ ReplyError errorOf(const AdapterLines& lines, const std::vector<UnitMessage>& me
     return lines.isEmpty ? ReplyError::empty : ReplyError::garbled;
 }
 
+/// The adapter may answer a command with any text.
+ReplyError commandErrorOf(const AdapterLines& lines)
+{
+    if (lines.textError != ReplyError::none || !lines.isEmpty || lines.isAcknowledged)
+        return lines.textError;
+    return lines.hasPrompt ? ReplyError::empty : ReplyError::noPrompt;
+}
+
 } // namespace
 
 VehicleReply readVehicleReply(std::string_view request, std::string_view reply, BusProtocol protocol)
@@ -242,7 +249,7 @@ VehicleReply readVehicleReply(std::string_view request, std::string_view reply, 
     VehicleReply result = messagesTo(asked, lines.lines, protocol);
     if (isClearingAcknowledged(asked, lines))
         result.messages.push_back({"?1", {0x44}});
-    result.error = asked.isForVehicle() ? errorOf(lines, result.messages) : lines.textError;
+    result.error = asked.isForVehicle() ? errorOf(lines, result.messages) : commandErrorOf(lines);
     return result;
 }
 

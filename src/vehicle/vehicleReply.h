@@ -3,6 +3,7 @@
 #include "vehicle/busProtocol.h"
 #include "vehicle/bytes.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,6 +43,9 @@ struct UnitMessage {
 
     bool operator==(const UnitMessage&) const = default;
 };
+
+/// Of the buses before CAN, in bytes.
+inline constexpr std::size_t longestOlderMessage = 7;
 
 struct VehicleReply {
     std::vector<UnitMessage> messages; ///< answers and refusals to the request, in the order of their lines

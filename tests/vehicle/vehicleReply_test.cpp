@@ -198,6 +198,8 @@ TEST(VehicleReplyTest, TellsTheTextsOfAdapters)
         {"ATMA", "231 00 <DATA ERROR|4B0 27 10 27 10||>", dataError},
         {"\x7F\x7F", "\x7F\x7F|?||>", unknownCommand},
         {"ATI", "ATI|ELM327 v1.5||>", none},
+        {"ATH1", "OK||>", none},
+        {"ATH1", "||>", empty},
         {"0100", "0100|SEARCHING...||>", empty},
         {"0100", "SEARCHING...", noPrompt},
         {"0100", "LM327410v2 ELMv241 M2.11099||>", garbled},
