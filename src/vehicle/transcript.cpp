@@ -112,6 +112,26 @@ void fillIn(std::vector<TranscriptExchange*>& exchanges, const Source& source)
     }
 }
 
+/// A protocol of the kind of bus that the lines of an exchange show, where nothing tells which one it was.
+std::optional<BusProtocol> protocolShown(const TranscriptExchange& exchange)
+{
+    if (exchange.protocol != BusProtocol::unknown)
+        return exchange.protocol;
+    const auto isCanShown = readVehicleReply(exchange.command, exchange.reply, exchange.protocol).isCan;
+    if (!isCanShown)
+        return std::nullopt;
+    return *isCanShown ? BusProtocol::can11At500 : BusProtocol::iso9141;
+}
+
+std::vector<TranscriptExchange*> pointersTo(std::vector<TranscriptExchange>& exchanges)
+{
+    std::vector<TranscriptExchange*> pointers;
+    pointers.reserve(exchanges.size());
+    for (TranscriptExchange& exchange : exchanges)
+        pointers.push_back(&exchange);
+    return pointers;
+}
+
 /// Takes the lines of a transcript, one after the other.
 class TranscriptReader {
 public:
@@ -129,9 +149,7 @@ public:
     {
         std::vector<TranscriptExchange*> all;
         for (Section& section : sections_) {
-            std::vector<TranscriptExchange*> exchanges;
-            for (TranscriptExchange& exchange : section.exchanges)
-                exchanges.push_back(&exchange);
+            std::vector<TranscriptExchange*> exchanges = pointersTo(section.exchanges);
             fillIn(exchanges, protocolFound);
             fillIn(exchanges, [&section](const TranscriptExchange&) { return section.told; });
             all.insert(all.end(), exchanges.begin(), exchanges.end());
@@ -218,7 +236,9 @@ std::vector<TranscriptExchange> readTranscript(std::string_view text)
 
 std::vector<ExchangeReading> replay(std::string_view transcript)
 {
-    const std::vector<TranscriptExchange> exchanges = readTranscript(transcript);
+    std::vector<TranscriptExchange> exchanges = readTranscript(transcript);
+    std::vector<TranscriptExchange*> all = pointersTo(exchanges);
+    fillIn(all, protocolShown);
     const bool arePromptsShown = std::ranges::any_of(exchanges, hasPrompt);
     KnownUnits units;
     std::vector<ExchangeReading> readings;

@@ -28,6 +28,8 @@ TEST(UnitReadingTest, ReadsWhatServicesTell)
          R"({"7E8":{"codes":["P0420","P0016"]}})"},
         {"unknown bus, a count that fits", "> 03\n43 01 01 33", R"({"?1":{"codes":["P0133"]}})"},
         {"unknown bus, no count", "> 03\n43 01 01 33 00 00 00", R"({"?1":{"codes":["P0101","P3300"]}})"},
+        {"unknown bus, CAN by another exchange",
+         "> 0902\n014\n0: 49 02 01 31 44 34\n> 03\n43 01 01 33 00 00 00", R"({"?1":{"codes":["P0133"]}})"},
         {"a count of more than there is", "# protocol 6\n> 03\n7E8 04 43 02 01 33",
          R"({"7E8":{"codes":["P0133"],"incomplete":true}})"},
         {"no code and no count on CAN", "# protocol 6\n> 03\n7E8 01 43", R"({"7E8":{"incomplete":true}})"},
