@@ -257,6 +257,10 @@ void ReportPlan::takeUnits(const ExchangeReading& reading, bool isLast)
 void ReportPlan::takeUnit(const std::string& name, const UnitReading& unit)
 {
     merge(facts_.unit(name), unit);
+    const auto sensorTests = unit.supported.find(0x05);
+    if (sensorTests != unit.supported.end())
+        sensorTests_[current_.command.substr(4)].insert(sensorTests->second.begin(),
+                                                        sensorTests->second.end());
     if (unit.refusal)
         facts_.refusals[current_.command][name] = *unit.refusal;
 }
@@ -443,9 +447,11 @@ void ReportPlan::listOxygenTests()
 
 void ReportPlan::readOxygenTests()
 {
-    for (const std::string& sensor : oxygenSensors()) {
-        for (const std::uint8_t test : supported(0x05))
-            ask(requestText(0x05, test) + sensor);
+    for (const auto& [sensor, tests] : sensorTests_) {
+        for (const std::uint8_t test : tests) {
+            if (test % listStep != 0)
+                ask(requestText(0x05, test) + sensor);
+        }
     }
 }
 

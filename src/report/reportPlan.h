@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <deque>
 #include <initializer_list>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -109,9 +110,10 @@ private:
     VehicleFacts facts_;
     std::deque<Request> pending_;
     Request current_;
-    std::optional<int> patientService_; ///< for whose answers the adapter waits long
-    std::size_t stage_ = 0;             ///< the next one
-    std::size_t done_ = 0;              ///< commands answered
+    std::map<std::string, std::set<std::uint8_t>> sensorTests_; ///< of mode 05, by the sensor as it is asked
+    std::optional<int> patientService_;                         ///< for whose answers the adapter waits long
+    std::size_t stage_ = 0;                                     ///< the next one
+    std::size_t done_ = 0;                                      ///< commands answered
     std::string failure_;
 };
 

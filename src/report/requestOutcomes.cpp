@@ -99,6 +99,17 @@ bool maySilenceSayNo(const RequestBytes& request, BusProtocol protocol)
     }
 }
 
+/// Whether a unit was asked for another one's sake: that one lists the item, and this one does not. All units
+/// hear each request, and some refuse what others answer.
+bool wasMeantForOthers(const RequestBytes& request, const std::string& name, const VehicleFacts& facts)
+{
+    const auto lists = [&request](const auto& unit) {
+        return unit.second.supports(static_cast<std::uint8_t>(request.service), request.item);
+    };
+    const auto isListedBy = [&](const auto& unit) { return unit.first == name && lists(unit); };
+    return std::ranges::any_of(facts.units, lists) && std::ranges::none_of(facts.units, isListedBy);
+}
+
 bool hasFourBanks(const VehicleFacts& facts)
 {
     return std::ranges::any_of(facts.units,
@@ -194,8 +205,11 @@ std::vector<RequestOutcome> requestOutcomes(const VehicleFacts& facts)
 {
     OutcomeList outcomes(facts);
     for (const auto& [request, units] : facts.refusals) {
-        for (const auto& [unit, code] : units)
-            outcomes.add(request, unit, kindOf(code), refusalText(code));
+        for (const auto& [unit, code] : units) {
+            const Kind kind = kindOf(code);
+            if (kind != Kind::notSupported || !wasMeantForOthers(RequestBytes(request), unit, facts))
+                outcomes.add(request, unit, kind, refusalText(code));
+        }
     }
     for (const auto& [request, units] : facts.shortfalls) {
         for (const auto& [unit, shortfall] : units)

@@ -26,7 +26,7 @@ struct RequestOutcome {
 };
 
 /// The outcomes of all requests of a report that have brought no whole answer, in the order of the requests.
-/// "None" is a whole answer.
+/// "None" is a whole answer. That a unit does not support what was asked of another one is left out.
 std::vector<RequestOutcome> requestOutcomes(const VehicleFacts& facts);
 
 } // namespace zint
