@@ -222,8 +222,7 @@ void ReportPlan::takeAdapterAnswer(std::string_view answer)
 
 void ReportPlan::takeVehicleAnswer(std::string_view reply)
 {
-    const KnownUnits known(facts_.units.begin(), facts_.units.end());
-    const ExchangeReading reading = readExchange(current_.command, reply, facts_.protocol, known);
+    const ExchangeReading reading = readExchange(current_.command, reply, facts_.protocol, facts_.units);
     const bool isLast = current_.isRepeated || !wantsRepeat(reading);
     takeUnits(reading, isLast);
     if (!isLast)

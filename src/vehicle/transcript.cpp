@@ -206,7 +206,7 @@ bool isBrokenOff(const TranscriptExchange& exchange, const ExchangeReading& read
     return reading.error == ReplyError::empty && adapterLines(exchange.command, exchange.reply).tellsProgress;
 }
 
-ExchangeReading readOne(const TranscriptExchange& exchange, bool arePromptsShown, const KnownUnits& units)
+ExchangeReading readOne(const TranscriptExchange& exchange, bool arePromptsShown, const UnitReadings& units)
 {
     const auto read = [&](const std::string& reply) {
         return readExchange(exchange.command, reply, exchange.protocol, units);
@@ -240,13 +240,13 @@ std::vector<ExchangeReading> replay(std::string_view transcript)
     std::vector<TranscriptExchange*> all = pointersTo(exchanges);
     fillIn(all, protocolShown);
     const bool arePromptsShown = std::ranges::any_of(exchanges, hasPrompt);
-    KnownUnits units;
+    UnitReadings units;
     std::vector<ExchangeReading> readings;
     for (const TranscriptExchange& exchange : exchanges) {
         ExchangeReading& reading = readings.emplace_back(readOne(exchange, arePromptsShown, units));
         reading.command = exchange.written;
         for (const auto& [name, told] : reading.units)
-            merge(units[name], told);
+            merge(readingOf(units, name), told);
     }
     return readings;
 }

@@ -41,7 +41,7 @@ BusKind busShown(const VehicleReply& reply, BusProtocol protocol)
 /// Reads the messages of an exchange, one after the other.
 class MessageReader {
 public:
-    MessageReader(const Bytes& request, BusKind bus, const KnownUnits& known)
+    MessageReader(const Bytes& request, BusKind bus, const UnitReadings& known)
         : request_(request), bus_(bus), known_(known)
     {
     }
@@ -74,7 +74,7 @@ private:
     void readAnswer(const UnitMessage& message, UnitReading& reading)
     {
         reading.refusal.reset(); // a unit that was busy at first
-        const auto known = known_.find(message.unit);
+        const auto known = std::ranges::find(known_, message.unit, &UnitReadings::value_type::first);
         const BytesView bytes = message.bytes;
         const auto service = static_cast<std::uint8_t>(bytes.front() - answered);
         const bool wasAsked = !request_.empty() && request_.front() == service;
@@ -90,7 +90,7 @@ private:
 
     const Bytes& request_;
     BusKind bus_;
-    const KnownUnits& known_;
+    const UnitReadings& known_;
     UnitReadings units_;
 };
 
@@ -174,7 +174,7 @@ BusKind busOf(const UnitMessage& message, BusKind bus)
 }
 
 ExchangeReading readExchange(std::string_view request, std::string_view reply, BusProtocol protocol,
-                             const KnownUnits& known)
+                             const UnitReadings& known)
 {
     ExchangeReading exchange{.command = std::string(request)};
     const VehicleReply told = readVehicleReply(request, reply, protocol);

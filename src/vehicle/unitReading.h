@@ -97,12 +97,9 @@ struct ExchangeReading {
     UnitReadings units;
 };
 
-/// What the reading of an exchange needs of earlier ones: what they told of each unit.
-using KnownUnits = std::map<std::string, UnitReading>;
-
-/// Reads an exchange. @param request as sent. @param known of the same vehicle
+/// Reads an exchange. @param request as sent. @param known what earlier ones have told of the same vehicle
 ExchangeReading readExchange(std::string_view request, std::string_view reply, BusProtocol protocol,
-                             const KnownUnits& known = {});
+                             const UnitReadings& known = {});
 
 /// Adds what an exchange has told to what is known of a unit. Refusals and missing parts concern the exchange
 /// alone and are left out.
