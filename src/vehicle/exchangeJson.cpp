@@ -121,11 +121,12 @@ std::string membersText(const Json& object)
         return plainText(object["fields"]);
     std::string text;
     for (const auto& [name, value] : object.items()) {
-        if (value == "")
+        const std::string words = plainText(value);
+        if (words.empty())
             continue;
         const bool isBare = name == "value" || name == "unit" || name == "name";
         text += (text.empty() ? "" : (name == "unit" ? " " : ", ")) + (isBare ? "" : name + " ");
-        text += plainText(value);
+        text += words;
     }
     return text;
 }
