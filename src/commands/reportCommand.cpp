@@ -113,13 +113,14 @@ private:
         const DtcDescriptionSource source(session_.values.parmDTCdb, session_.values.descriptionsFile);
         const auto descriptions = source.available() ? source.open() : nullptr;
         const std::vector<ReportSection> sections = sectionsOf(facts, descriptions.get());
-        if (!options_.htmlPath.empty())
+        const auto comparison = comparisonWith(earlier_, facts);
+        const int printed = printOut(options_.json ? reportJson(head, facts, {}, comparison)
+                                                   : reportText(head, sections) +
+                                                         comparisonText(options_.comparePath, comparison));
+        if (!options_.htmlPath.empty()) // which may fail; all else is done
             replaceFile(options_.htmlPath,
                         [&](std::ostream& stream) { stream << reportHtml(head, sections); });
-        const auto comparison = comparisonWith(earlier_, facts);
-        if (options_.json)
-            return printOut(reportJson(head, facts, {}, comparison));
-        return printOut(reportText(head, sections) + comparisonText(options_.comparePath, comparison));
+        return printed;
     }
 
     const ReportOptions& options_;

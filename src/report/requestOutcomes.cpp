@@ -48,6 +48,8 @@ constexpr auto failures = std::to_array<Outcome>({
 constexpr auto shortfalls = std::to_array<Outcome>(
     {{Kind::damaged, damagedText}, {Kind::busy, busyText}, {Kind::noAnswer, silentText}});
 
+constexpr std::uint8_t sensorTests = 0x05;
+
 constexpr Outcome unsupportedOrNothing{Kind::notSupported, "not supported, or nothing to tell"};
 
 Kind kindOf(std::uint8_t refusal)
@@ -104,7 +106,9 @@ bool maySilenceSayNo(const RequestBytes& request, BusProtocol protocol)
 bool wasMeantForOthers(const RequestBytes& request, const std::string& name, const VehicleFacts& facts)
 {
     const auto lists = [&request](const auto& unit) {
-        return unit.second.supports(static_cast<std::uint8_t>(request.service), request.item);
+        const auto service = static_cast<std::uint8_t>(request.service);
+        return service == sensorTests ? unit.second.supported.contains(service) // whichever sensor is asked
+                                      : unit.second.supports(service, request.item);
     };
     const auto isListedBy = [&](const auto& unit) { return unit.first == name && lists(unit); };
     return std::ranges::any_of(facts.units, lists) && std::ranges::none_of(facts.units, isListedBy);
@@ -124,7 +128,7 @@ std::string named(std::string_view name, const char* kind, int item)
 std::string itemSubject(const RequestBytes& request, const VehicleFacts& facts)
 {
     const auto item = static_cast<std::uint8_t>(request.item);
-    const std::string parameter = named(parameterName(item), "parameter", item);
+    std::string parameter = named(parameterName(item), "parameter", item);
     const Infotype* const infotype = infotypeOf(item);
     switch (request.service) {
     case 0x02:

@@ -194,13 +194,17 @@ TEST(ReportPlanTest, TellsSilenceThatSaysNoFromMissingAnswers)
     EXPECT_EQ(old.outcome("0105"), "Coolant temperature//4/no answer");
     const PlanRun two({.protocol = VehicleProtocol::kwpFast, .units = 2});
     EXPECT_TRUE(two.plan.facts().refusals.contains("0103"));
-    EXPECT_EQ(two.outcome("0103"), "") << "the transmission refuses what the engine lists alone";
+    EXPECT_EQ(two.outcome("0103") + two.outcome("050001"), "")
+        << "the transmission refuses what the engine lists alone";
     const Texts one = {"7E8 03 41 0D 00", "7E8 03 41 0D 00"};
     const PlanRun newer({.protocol = VehicleProtocol::can, .units = 2}, {}, {},
                         {{"0A", none}, {"0902", {"7E8 03 7F 09 12"}}, {"010D", one}});
     EXPECT_EQ(newer.outcome("0A"), "permanent codes//0/not supported, or nothing to tell");
     EXPECT_EQ(newer.outcome("0902"), "VIN/7E8/0/not supported, or the request has a wrong form (12)");
     EXPECT_EQ(newer.outcome("010D"), "Vehicle speed/7E9/4/no answer");
+    const std::string json = reportJson({}, newer.plan.facts());
+    EXPECT_NE(json.find("\"refusals\": {\n    \"0902\": {\n      \"7E8\": \"12\""), std::string::npos);
+    EXPECT_NE(json.find("\"010D\": {\n      \"7E9\": \"silent\""), std::string::npos);
 }
 
 TEST(ReportPlanTest, ClearsFirstAndTellsWhatHasChanged)
