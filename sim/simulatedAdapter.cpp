@@ -337,6 +337,8 @@ void SimulatedAdapter::applyFaults(std::vector<std::string>& lines)
             lines.assign(1, text);
         else
             std::ranges::for_each(lines, [&text = text](std::string& line) { line += text; });
+        if (text.starts_with("LV RESET"))
+            settings_.restoreDefaults();
     } else if (!lines.empty() && options_.garbleEvery > 0 && ++dataReplies_ % options_.garbleEvery == 0) {
         std::string& line = lines.front();
         line[line.size() > garbledDigit ? garbledDigit : 0] = 'G';
