@@ -299,14 +299,16 @@ bool ReportPlan::wantsRepeat(const ExchangeReading& reading) const
            !missingUnits(reading).empty();
 }
 
-/// The units that list the item and have not answered.
+/// The units that list the item and have not answered. On CAN all of them answer 03, with a count of 0 when
+/// they have no codes.
 std::vector<std::string> ReportPlan::missingUnits(const ExchangeReading& reading) const
 {
     const auto service = static_cast<std::uint8_t>(serviceOf(current_.command));
     const int item = itemOf(current_.command);
+    const bool areAllAsked = current_.command == "03" && isCan(facts_.protocol);
     std::vector<std::string> missing;
     for (const auto& [name, unit] : facts_.units) {
-        if (unit.supports(service, item) && !hasUnit(reading.units, name) &&
+        if ((areAllAsked || unit.supports(service, item)) && !hasUnit(reading.units, name) &&
             !current_.answered.contains(name))
             missing.push_back(name);
     }
