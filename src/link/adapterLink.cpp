@@ -18,8 +18,10 @@ AdapterLink::AdapterLink(AdapterLine line, Listener& listener, Delivery delivery
 {
     line_.port.onNotice = [this](PortNotice notice) { takeNotice(notice); };
     line_.timer.onTick = [this] { timedOut(); };
-    if (line_.silence != nullptr)
+    if (line_.silence != nullptr) {
         line_.silence->onTick = [this] { tellOfSilence(); };
+        line_.silence->setInterval(longSilence);
+    }
     setStatus("Closed");
 }
 
@@ -28,7 +30,6 @@ void AdapterLink::waitForAnswer(bool waits)
     if (line_.silence == nullptr)
         return;
     silenceText_.clear();
-    line_.silence->setInterval(longSilence);
     line_.silence->setEnabled(waits);
 }
 

@@ -65,8 +65,9 @@ std::string upperCase(std::string_view text)
 
 int upperHexDigit(char character)
 {
-    const auto index = hexDigits.find(character);
-    return index == std::string_view::npos ? -1 : static_cast<int>(index);
+    if (character >= '0' && character <= '9')
+        return character - '0';
+    return character >= 'A' && character <= 'F' ? character - 'A' + 10 : -1;
 }
 
 std::optional<std::int32_t> hexIn(std::string_view text)
