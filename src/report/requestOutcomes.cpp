@@ -116,8 +116,7 @@ bool wasMeantForOthers(const RequestBytes& request, const std::string& name, con
 
 bool hasFourBanks(const VehicleFacts& facts)
 {
-    return std::ranges::any_of(facts.units,
-                               [](const auto& unit) { return unit.second.supports(0x01, 0x1D); });
+    return std::ranges::any_of(facts.units, [](const auto& unit) { return unit.second.hasFourBanks(); });
 }
 
 std::string named(std::string_view name, const char* kind, int item)

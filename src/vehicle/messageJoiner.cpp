@@ -178,13 +178,8 @@ void MessageJoiner::beginPlain(const Bytes& data)
 std::vector<JoinedMessage> MessageJoiner::takeMessages()
 {
     std::vector<JoinedMessage> messages;
-    for (auto& [id, unit] : units_) {
+    for (auto& [id, unit] : units_)
         fillGaps(unit);
-        if (!unit.early.empty())
-            messages.push_back({id, {}, true, false});
-    }
-    if (!early_.empty())
-        messages.push_back({0, {}, true, false});
     messages.reserve(entries_.size());
     for (const Entry& entry : entries_) {
         if (entry.segments)
@@ -192,6 +187,12 @@ std::vector<JoinedMessage> MessageJoiner::takeMessages()
         else
             messages.push_back({entry.unit, entry.bytes, entry.isDamaged, true});
     }
+    for (const auto& [id, unit] : units_) {
+        if (!unit.early.empty())
+            messages.push_back({id, {}, true, false});
+    }
+    if (!early_.empty())
+        messages.push_back({0, {}, true, false});
     return messages;
 }
 

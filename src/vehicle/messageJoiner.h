@@ -65,7 +65,8 @@ public:
 
     void add(const Frame& frame);
 
-    /// In the order in which they began. Parts of which the beginning is missing are one without bytes.
+    /// In the order in which they began. Behind them, one without bytes for parts of which the
+    /// beginning is missing.
     std::vector<JoinedMessage> takeMessages();
 
 private:
