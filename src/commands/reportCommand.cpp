@@ -49,18 +49,6 @@ std::optional<ReportComparison> comparisonWith(const std::optional<VehicleFacts>
     return earlier ? std::optional(compare(*earlier, facts)) : std::nullopt;
 }
 
-/// What has changed since an earlier report; empty without one.
-std::string comparisonText(const std::string& path, const std::optional<ReportComparison>& comparison)
-{
-    if (!comparison)
-        return {};
-    const std::vector<std::string> lines = comparisonLines(*comparison);
-    std::string text = "\nSince the report \"" + path + "\"\n";
-    for (const std::string& line : lines)
-        text += "  " + line + "\n";
-    return text + (lines.empty() ? "  nothing has changed\n" : "");
-}
-
 /// The report and all that it needs.
 class ReportRun {
 public:
@@ -112,11 +100,12 @@ private:
         const ReportHead head = headOf(facts, longDateText, report_.failure());
         const DtcDescriptionSource source(session_.values.parmDTCdb, session_.values.descriptionsFile);
         const auto descriptions = source.available() ? source.open() : nullptr;
-        const std::vector<ReportSection> sections = sectionsOf(facts, descriptions.get());
+        std::vector<ReportSection> sections = sectionsOf(facts, descriptions.get());
         const auto comparison = comparisonWith(earlier_, facts);
-        const int printed = printOut(options_.json ? reportJson(head, facts, {}, comparison)
-                                                   : reportText(head, sections) +
-                                                         comparisonText(options_.comparePath, comparison));
+        if (comparison)
+            sections.push_back(comparisonSection(*comparison, options_.comparePath));
+        const int printed =
+            printOut(options_.json ? reportJson(head, facts, {}, comparison) : reportText(head, sections));
         if (!options_.htmlPath.empty()) // which may fail; all else is done
             replaceFile(options_.htmlPath,
                         [&](std::ostream& stream) { stream << reportHtml(head, sections); });
@@ -141,7 +130,9 @@ int replayFile(const ReportOptions& options)
     facts.protocol = readTranscript(transcript).back().protocol;
     const auto comparison = comparisonWith(earlier, facts);
     if (!options.json)
-        return printOut(exchangesText(exchanges) + comparisonText(options.comparePath, comparison));
+        return printOut(
+            exchangesText(exchanges) +
+            (comparison ? "\n" + sectionText(comparisonSection(*comparison, options.comparePath)) : ""));
     const ReportHead head = headOf(facts, [](auto) { return std::string(); }, {});
     return printOut(reportJson(head, facts, exchanges, comparison));
 }

@@ -97,4 +97,12 @@ std::vector<std::string> comparisonLines(const ReportComparison& comparison)
     return lines;
 }
 
+ReportSection comparisonSection(const ReportComparison& comparison, const std::string& since)
+{
+    std::vector<std::string> lines = comparisonLines(comparison);
+    if (lines.empty())
+        lines.emplace_back("Codes and monitors are the same.");
+    return linesSection("Comparison", "Since " + since, lines);
+}
+
 } // namespace zint

@@ -106,13 +106,18 @@ std::string reportText(const ReportHead& head, const std::vector<ReportSection>&
     std::string text = head.title + "\n" + head.date + "\n";
     for (const std::string& sentence : {head.headline, head.failure})
         text += sentence.empty() ? "" : "\n" + sentence + "\n";
-    for (const ReportSection& section : sections) {
-        const std::string word = wordOf(section.mark);
-        text += "\n" + section.title + (word.empty() ? "" : ": " + word) + "\n";
-        text += section.note.empty() ? "" : section.note + "\n";
-        for (const ReportTable& table : section.tables)
-            text += tableText(table);
-    }
+    for (const ReportSection& section : sections)
+        text += "\n" + sectionText(section);
+    return text;
+}
+
+std::string sectionText(const ReportSection& section)
+{
+    const std::string word = wordOf(section.mark);
+    std::string text = section.title + (word.empty() ? "" : ": " + word) + "\n";
+    text += section.note.empty() ? "" : section.note + "\n";
+    for (const ReportTable& table : section.tables)
+        text += tableText(table);
     return text;
 }
 

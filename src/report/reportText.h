@@ -22,7 +22,10 @@ ReportHead headOf(const VehicleFacts& facts, const DateText& dateText, const std
 /// A report as plain text, in lines that end with a line feed; tables in columns.
 std::string reportText(const ReportHead& head, const std::vector<ReportSection>& sections);
 
-/// A section as a part of such a page: cells of a mark have its class, "m1" for ok and so on.
+/// A section as a part of such a text.
+std::string sectionText(const ReportSection& section);
+
+/// A section as a part of a page: cells of a mark have its class, "m1" for ok and so on.
 std::string sectionHtml(const ReportSection& section);
 
 /// A report as a page of HTML with its own style: it needs no other file, and prints well.

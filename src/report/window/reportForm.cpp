@@ -154,11 +154,9 @@ void reportForm::mnuCompare_Click()
 
 void reportForm::compareWith(const std::string& path)
 {
-    std::vector<std::string> lines = comparisonLines(compare(factsInJson(contentOf(path)), report_.facts()));
-    if (lines.empty())
-        lines.emplace_back("Codes and monitors are the same.");
+    const ReportComparison comparison = compare(factsInJson(contentOf(path)), report_.facts());
     showSections();
-    shown_.insert(shown_.begin(), linesSection("Comparison", "Since " + fileNamePart(path), lines));
+    shown_.insert(shown_.begin(), comparisonSection(comparison, fileNamePart(path)));
     showTitles(0);
 }
 
