@@ -1,0 +1,73 @@
+#include "link/portLocation.h"
+
+#include "shared/module1.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace zint {
+namespace {
+
+using Kind = PortLocation::Kind;
+
+constexpr std::array prefixes = {std::pair(std::string_view("tcp:"), Kind::network),
+                                 std::pair(std::string_view("replay:"), Kind::recording)};
+
+bool isNumber(std::string_view text)
+{
+    return !text.empty() && text.size() < 10 &&
+           std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
+}
+
+/// "HOST:PORT", "HOST", "[::1]:PORT".
+PortLocation networkLocation(std::string_view text)
+{
+    constexpr int greatest = 65535;
+    PortLocation location{.kind = Kind::network};
+    const bool isBracketed = text.starts_with('[') && text.find(']') != std::string_view::npos;
+    const auto colon = text.find(':', isBracketed ? text.find(']') : 0);
+    location.path = isBracketed ? text.substr(1, text.find(']') - 1) : text.substr(0, colon);
+    if (location.path.empty())
+        location.problem = "\"tcp:HOST:PORT\" needs a host, such as 192.168.0.10";
+    if (colon == std::string_view::npos)
+        return location;
+    const std::string_view port = text.substr(colon + 1);
+    location.tcpPort = isNumber(port) ? std::stoi(std::string(port)) : 0;
+    if (location.tcpPort < 1 || location.tcpPort > greatest)
+        location.problem = "\"tcp:HOST:PORT\" needs a port from 1 to 65535, such as 35000";
+    return location;
+}
+
+PortLocation deviceLocation(std::string_view text)
+{
+    PortLocation location{.kind = Kind::device, .path = std::string(text)};
+    const auto at = text.rfind('@');
+    if (at == std::string_view::npos || at == 0 || !isNumber(text.substr(at + 1)))
+        return location;
+    location.path = text.substr(0, at);
+    location.bitsPerSecond = std::stoi(std::string(text.substr(at + 1)));
+    if (*location.bitsPerSecond == 0)
+        location.problem = "The speed behind \"@\" is in bits per second, such as 115200";
+    return location;
+}
+
+} // namespace
+
+PortLocation portLocation(std::string_view assignment)
+{
+    if (assignment.empty())
+        return {};
+    if (assignment == PortLocation::simulatedText)
+        return {.kind = Kind::simulated};
+    for (const auto& [prefix, kind] : prefixes) {
+        if (upperCase(assignment.substr(0, prefix.size())) != upperCase(prefix))
+            continue;
+        const std::string_view rest = assignment.substr(prefix.size());
+        return kind == Kind::network ? networkLocation(rest)
+                                     : PortLocation{.kind = kind, .path = std::string(rest)};
+    }
+    return deviceLocation(assignment);
+}
+
+} // namespace zint
