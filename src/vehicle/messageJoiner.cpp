@@ -181,11 +181,11 @@ std::vector<JoinedMessage> MessageJoiner::takeMessages()
     for (auto& [id, unit] : units_)
         fillGaps(unit);
     messages.reserve(entries_.size());
-    for (const Entry& entry : entries_) {
+    for (Entry& entry : entries_) {
         if (entry.segments)
             messages.push_back({entry.unit, entry.segments->bytes(), !entry.segments->isComplete(), false});
         else
-            messages.push_back({entry.unit, entry.bytes, entry.isDamaged, true});
+            messages.push_back({entry.unit, std::move(entry.bytes), entry.isDamaged, true});
     }
     for (const auto& [id, unit] : units_) {
         if (!unit.early.empty())

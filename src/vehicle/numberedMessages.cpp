@@ -96,13 +96,13 @@ private:
 
 } // namespace
 
-std::vector<UnitMessage> joinNumbered(const std::vector<UnitMessage>& messages, BusKind bus)
+std::vector<UnitMessage> joinNumbered(std::vector<UnitMessage> messages, BusKind bus)
 {
     std::vector<UnitMessage> all;
     std::vector<Numbered> numbered;
-    for (const UnitMessage& message : messages) {
+    for (UnitMessage& message : messages) {
         if (!isNumbered(message, bus)) {
-            all.push_back(message);
+            all.push_back(std::move(message));
             continue;
         }
         const auto taker = std::ranges::find_if(

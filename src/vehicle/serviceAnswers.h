@@ -41,7 +41,7 @@ void readBitmaps(const ServiceAnswer& answer, std::size_t fillers, UnitReading& 
 /// What an older bus sends of mode 09 in numbered messages, as single ones in the form of CAN. Where there
 /// are no headers, the numbers tell the control units apart. Other messages stay as they are.
 /// @param bus that the reply as a whole shows
-std::vector<UnitMessage> joinNumbered(const std::vector<UnitMessage>& messages, BusKind bus);
+std::vector<UnitMessage> joinNumbered(std::vector<UnitMessage> messages, BusKind bus);
 
 /// The kind of bus that a message has come from. @param bus that the reply as a whole shows
 BusKind busOf(const UnitMessage& message, BusKind bus);

@@ -177,14 +177,14 @@ ExchangeReading readExchange(std::string_view request, std::string_view reply, B
                              const UnitReadings& known)
 {
     ExchangeReading exchange{.command = std::string(request)};
-    const VehicleReply told = readVehicleReply(request, reply, protocol);
+    VehicleReply told = readVehicleReply(request, reply, protocol);
     exchange.error = told.error;
     const VehicleRequest asked(request);
     if (!asked.isForVehicle())
         return exchange;
     const BusKind bus = busShown(told, protocol);
     MessageReader reader(asked.bytes(), bus, known);
-    for (const UnitMessage& message : joinNumbered(told.messages, bus))
+    for (const UnitMessage& message : joinNumbered(std::move(told.messages), bus))
         reader.read(message);
     exchange.units = reader.takeUnits();
     return exchange;
