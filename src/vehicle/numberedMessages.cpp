@@ -2,6 +2,8 @@
 #include "vehicle/serviceAnswers.h"
 
 #include <algorithm>
+#include <iterator>
+#include <map>
 
 namespace zint {
 namespace {
@@ -28,20 +30,26 @@ class Numbered {
 public:
     explicit Numbered(const UnitMessage& first) : first_(first) { add(first); }
 
-    /// Whether a message is a part of this. Without headers, a number that is here already begins the answer
-    /// of another unit.
-    bool takes(const UnitMessage& message) const
-    {
-        if (message.bytes[1] != first_.bytes[1])
-            return false;
-        return isHeaderless(message) && isHeaderless(first_) ? !parts_.contains(message.bytes[2])
-                                                             : message.unit == first_.unit;
-    }
-
     void add(const UnitMessage& message)
     {
         if (!message.isIncomplete)
             parts_.try_emplace(message.bytes[2], message.bytes.begin() + numberedHead, message.bytes.end());
+    }
+
+    bool isWhole() const
+    {
+        if (parts_.empty() || parts_.begin()->first != 1 || parts_.rbegin()->first != parts_.size())
+            return false;
+        const Infotype* const infotype = infotypeOf(first_.bytes[1]);
+        if (infotype == nullptr)
+            return true;
+        const bool hasCounters =
+            infotype->form == InfoForm::sparkCounters || infotype->form == InfoForm::compressionCounters;
+        if (hasCounters && parts_.size() < fewestCounterMessages)
+            return false;
+        return (infotype->messages == 0 || parts_.size() % infotype->messages == 0) &&
+               std::ranges::all_of(parts_,
+                                   [](const auto& part) { return part.second.size() == numberedPart; });
     }
 
     /// Whether this is nothing but lines of a whole answer that have come twice. Without headers they look
@@ -52,8 +60,8 @@ public:
             const auto found = whole.parts_.find(part.first);
             return found != whole.parts_.end() && found->second == part.second;
         };
-        return isHeaderless(first_) && !isWhole() && whole.isWhole() &&
-               first_.bytes[1] == whole.first_.bytes[1] && std::ranges::all_of(parts_, isThere);
+        return isHeaderless(first_) && !isWhole() && first_.bytes[1] == whole.first_.bytes[1] &&
+               std::ranges::all_of(parts_, isThere);
     }
 
     UnitMessage joined() const
@@ -74,47 +82,41 @@ private:
         return static_cast<std::uint8_t>(itemLength > 0 ? length / itemLength : 1);
     }
 
-    bool isWhole() const
-    {
-        if (parts_.empty() || parts_.begin()->first != 1 || parts_.rbegin()->first != parts_.size())
-            return false;
-        const Infotype* const infotype = infotypeOf(first_.bytes[1]);
-        if (infotype == nullptr)
-            return true;
-        const bool hasCounters =
-            infotype->form == InfoForm::sparkCounters || infotype->form == InfoForm::compressionCounters;
-        if (hasCounters && parts_.size() < fewestCounterMessages)
-            return false;
-        return (infotype->messages == 0 || parts_.size() % infotype->messages == 0) &&
-               std::ranges::all_of(parts_,
-                                   [](const auto& part) { return part.second.size() == numberedPart; });
-    }
-
     UnitMessage first_;
     std::map<std::size_t, Bytes> parts_; ///< by their numbers
 };
+
+/// Gathers the numbered messages by units and infotypes. The others are added to those that stand alone.
+std::vector<Numbered> gathered(std::vector<UnitMessage> messages, BusKind bus,
+                               std::vector<UnitMessage>& alone)
+{
+    std::vector<Numbered> numbered;
+    std::map<std::pair<std::string, std::uint8_t>, std::size_t> places;
+    for (UnitMessage& message : messages) {
+        if (!isNumbered(message, bus)) {
+            alone.push_back(std::move(message));
+            continue;
+        }
+        const auto [place, isNew] = places.try_emplace({message.unit, message.bytes[1]}, numbered.size());
+        if (isNew)
+            numbered.emplace_back(message);
+        else
+            numbered[place->second].add(message);
+    }
+    return numbered;
+}
 
 } // namespace
 
 std::vector<UnitMessage> joinNumbered(std::vector<UnitMessage> messages, BusKind bus)
 {
     std::vector<UnitMessage> all;
-    std::vector<Numbered> numbered;
-    for (UnitMessage& message : messages) {
-        if (!isNumbered(message, bus)) {
-            all.push_back(std::move(message));
-            continue;
-        }
-        const auto taker = std::ranges::find_if(
-            numbered, [&message](const Numbered& candidate) { return candidate.takes(message); });
-        if (taker != numbered.end())
-            taker->add(message);
-        else
-            numbered.emplace_back(message);
-    }
+    const std::vector<Numbered> numbered = gathered(std::move(messages), bus, all);
+    std::vector<Numbered> whole;
+    std::ranges::copy_if(numbered, std::back_inserter(whole), &Numbered::isWhole);
     for (const Numbered& parts : numbered) {
-        const auto repeats = [&parts](const Numbered& whole) { return parts.isRepeatedFrom(whole); };
-        if (std::ranges::none_of(numbered, repeats))
+        const auto repeats = [&parts](const Numbered& other) { return parts.isRepeatedFrom(other); };
+        if (std::ranges::none_of(whole, repeats))
             all.push_back(parts.joined());
     }
     return all;

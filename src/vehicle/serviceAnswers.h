@@ -38,8 +38,8 @@ constexpr bool asksForBitmap(std::uint8_t id) { return id % 0x20 == 0; }
 /// @param fillers how many bytes stand between an id and its bitmap
 void readBitmaps(const ServiceAnswer& answer, std::size_t fillers, UnitReading& reading);
 
-/// What an older bus sends of mode 09 in numbered messages, as single ones in the form of CAN. Where there
-/// are no headers, the numbers tell the control units apart. Other messages stay as they are.
+/// What an older bus sends of mode 09 in numbered messages, as single ones in the form of CAN. Other messages
+/// stay as they are. A line without a header that has come twice is left out.
 /// @param bus that the reply as a whole shows
 std::vector<UnitMessage> joinNumbered(std::vector<UnitMessage> messages, BusKind bus);
 
