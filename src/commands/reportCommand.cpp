@@ -8,6 +8,7 @@
 #include "report/reportComparison.h"
 #include "report/reportHeadline.h"
 #include "report/reportJson.h"
+#include "report/requestOutcomes.h"
 #include "report/vehicleReport.h"
 #include "shared/textFile.h"
 #include "vehicle/exchangeJson.h"
@@ -15,6 +16,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <optional>
 
 namespace zint {
@@ -37,16 +39,64 @@ bool isConcern(const VehicleFacts& facts, ReportOptions::FailOn failOn)
     return false;
 }
 
+/// Whether nobody knows what `failOn` names, for a control unit owes its answer.
+bool isUnknown(const VehicleFacts& facts, ReportOptions::FailOn failOn)
+{
+    using Kind = RequestOutcome::Kind;
+    const auto isOwed = [failOn](const RequestOutcome& outcome) {
+        const std::string& request = outcome.request;
+        const bool isAsked = failOn == ReportOptions::FailOn::codes
+                                 ? request == "03" || request == "07" || request == "0A"
+                                 : request == "0101";
+        return isAsked && (outcome.kind == Kind::noAnswer || outcome.kind == Kind::damaged ||
+                           outcome.kind == Kind::busy);
+    };
+    return failOn != ReportOptions::FailOn::nothing && std::ranges::any_of(requestOutcomes(facts), isOwed);
+}
+
+/// The exit status of a report that is printed.
+int statusOf(const VehicleFacts& facts, ReportOptions::FailOn failOn)
+{
+    if (isConcern(facts, failOn))
+        return concern;
+    if (!isUnknown(facts, failOn))
+        return exitStatus::success;
+    complain("not all control units have told what --fail-on asks for");
+    return exitStatus::failure;
+}
+
 /// The earlier report to compare with; nothing without one. @throws FileError
 std::optional<VehicleFacts> earlierReport(const std::string& path)
 {
-    return path.empty() ? std::nullopt : std::optional(factsInJson(contentOf(path)));
+    return path.empty() ? std::nullopt : std::optional(factsInJson(contentOf(path), path));
 }
 
-std::optional<ReportComparison> comparisonWith(const std::optional<VehicleFacts>& earlier,
-                                               const VehicleFacts& facts)
+/// A report as it is printed and written.
+struct Output {
+    ReportHead head;
+    std::optional<ReportComparison> comparison;
+    std::vector<ReportSection> sections; ///< the first is the comparison, if there is one
+};
+
+Output outputOf(const ReportHead& head, const VehicleFacts& facts, const std::optional<VehicleFacts>& earlier,
+                const ReportOptions& options, const ProgramValues& values)
 {
-    return earlier ? std::optional(compare(*earlier, facts)) : std::nullopt;
+    const DtcDescriptionSource source(values.parmDTCdb, values.descriptionsFile);
+    const auto descriptions = source.available() ? source.open() : nullptr;
+    Output output{.head = head, .comparison = {}, .sections = sectionsOf(facts, descriptions.get())};
+    if (earlier) {
+        output.comparison = compare(*earlier, facts);
+        output.sections.insert(output.sections.begin(),
+                               comparisonSection(*output.comparison, "\"" + options.comparePath + "\""));
+    }
+    return output;
+}
+
+/// Writes the page, if one is wanted. @throws FileError
+void writePage(const std::string& path, const Output& output)
+{
+    if (!path.empty())
+        replaceFile(path, [&](std::ostream& stream) { stream << reportHtml(output.head, output.sections); });
 }
 
 /// The report and all that it needs.
@@ -74,8 +124,7 @@ public:
             complain(report_.failure());
         if (!report_.failure().empty() || session_.prompts.hasComplained)
             return exitStatus::failure;
-        return printed == exitStatus::success && isConcern(report_.facts(), options_.failOn) ? concern
-                                                                                             : printed;
+        return printed == exitStatus::success ? statusOf(report_.facts(), options_.failOn) : printed;
     }
 
 private:
@@ -97,18 +146,11 @@ private:
     int print()
     {
         const VehicleFacts& facts = report_.facts();
-        const ReportHead head = headOf(facts, longDateText, report_.failure());
-        const DtcDescriptionSource source(session_.values.parmDTCdb, session_.values.descriptionsFile);
-        const auto descriptions = source.available() ? source.open() : nullptr;
-        std::vector<ReportSection> sections = sectionsOf(facts, descriptions.get());
-        const auto comparison = comparisonWith(earlier_, facts);
-        if (comparison)
-            sections.push_back(comparisonSection(*comparison, options_.comparePath));
-        const int printed =
-            printOut(options_.json ? reportJson(head, facts, {}, comparison) : reportText(head, sections));
-        if (!options_.htmlPath.empty()) // which may fail; all else is done
-            replaceFile(options_.htmlPath,
-                        [&](std::ostream& stream) { stream << reportHtml(head, sections); });
+        const Output output = outputOf(headOf(facts, longDateText, report_.failure()), facts, earlier_,
+                                       options_, session_.values);
+        const int printed = printOut(options_.json ? reportJson(output.head, facts, {}, output.comparison)
+                                                   : reportText(output.head, output.sections));
+        writePage(options_.htmlPath, output); // which may fail; all else is done
         return printed;
     }
 
@@ -128,13 +170,14 @@ int replayFile(const ReportOptions& options)
     const auto earlier = earlierReport(options.comparePath);
     VehicleFacts facts = factsOf(exchanges);
     facts.protocol = readTranscript(transcript).back().protocol;
-    const auto comparison = comparisonWith(earlier, facts);
-    if (!options.json)
-        return printOut(
-            exchangesText(exchanges) +
-            (comparison ? "\n" + sectionText(comparisonSection(*comparison, options.comparePath)) : ""));
-    const ReportHead head = headOf(facts, [](auto) { return std::string(); }, {});
-    return printOut(reportJson(head, facts, exchanges, comparison));
+    const CommandSession session(options.connection);
+    const Output output = outputOf(headOf(facts, [](auto) { return std::string(); }, {}), facts, earlier,
+                                   options, session.values);
+    const std::string compared = earlier ? "\n" + sectionText(output.sections.front()) : "";
+    const int printed = printOut(options.json ? reportJson(output.head, facts, exchanges, output.comparison)
+                                              : exchangesText(exchanges) + compared);
+    writePage(options.htmlPath, output);
+    return printed == exitStatus::success ? statusOf(facts, options.failOn) : printed;
 }
 
 ReportOptions::FailOn failOnIn(const std::string& name)
@@ -169,6 +212,8 @@ void ReportOptions::describe(CLI::App& command)
         ->group(output);
     addQuiet(command, quiet);
 }
+
+void ReportOptions::check() const { requireDifferentFiles({htmlPath, comparePath, replayPath}); }
 
 int runReportCommand(const ReportOptions& options)
 {

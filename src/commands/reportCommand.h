@@ -23,6 +23,7 @@ struct ReportOptions {
     bool quiet = false;
 
     void describe(CLI::App& command);
+    void check() const; ///< @throws UsageError
 };
 
 /// `zint-obd report`: what all control units tell, in text or JSON. @return the exit status; 3 when what

@@ -22,10 +22,11 @@ std::string folderName(const VehicleFacts& facts)
     return name.empty() ? "unknown" : name;
 }
 
-void hideFromOthers(const std::string& path)
+/// @param rights that its owner keeps
+void hideFromOthers(const std::string& path, std::filesystem::perms rights)
 {
     std::error_code ignored; // where a file system has no such rights
-    std::filesystem::permissions(utf8Path(path), std::filesystem::perms::owner_all, ignored);
+    std::filesystem::permissions(utf8Path(path), rights, ignored);
 }
 
 } // namespace
@@ -39,9 +40,9 @@ std::string KeptReports::keep(const VehicleFacts& facts, const std::string& json
 {
     const KeptFiles files(folderOf(facts), reports);
     std::string path = files.newPath(nameText_(facts.time));
-    hideFromOthers(folder_);
+    hideFromOthers(folder_, std::filesystem::perms::owner_all);
     replaceFile(path, [&json](std::ostream& stream) { stream << json; });
-    hideFromOthers(path);
+    hideFromOthers(path, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
     files.prune();
     return path;
 }

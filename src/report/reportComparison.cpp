@@ -97,12 +97,12 @@ std::vector<std::string> comparisonLines(const ReportComparison& comparison)
     return lines;
 }
 
-ReportSection comparisonSection(const ReportComparison& comparison, const std::string& since)
+ReportSection comparisonSection(const ReportComparison& comparison, const std::string& earlier)
 {
     std::vector<std::string> lines = comparisonLines(comparison);
     if (lines.empty())
         lines.emplace_back("Codes and monitors are the same.");
-    return linesSection("Comparison", "Since " + since, lines);
+    return linesSection("Comparison", "Since " + earlier, lines);
 }
 
 } // namespace zint

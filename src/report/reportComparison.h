@@ -40,7 +40,7 @@ ReportComparison compare(const VehicleFacts& before, const VehicleFacts& after);
 /// The comparison in lines, such as "gone: P0420 (stored, 7E8)".
 std::vector<std::string> comparisonLines(const ReportComparison& comparison);
 
-/// The same as a section. @param since the earlier report's name
-ReportSection comparisonSection(const ReportComparison& comparison, const std::string& since);
+/// The comparison as a section of the later report. @param earlier what the earlier one is called
+ReportSection comparisonSection(const ReportComparison& comparison, const std::string& earlier);
 
 } // namespace zint

@@ -1,5 +1,7 @@
 #include "report/reportHeadline.h"
 
+#include "report/requestOutcomes.h"
+
 #include <algorithm>
 
 namespace zint {
@@ -16,27 +18,51 @@ bool hasTold(const VehicleFacts& facts, CodeKind kind)
                                [kind](const auto& unit) { return unit.second.codes.contains(kind); });
 }
 
+/// Whether a control unit owes its stored codes.
+bool areCodesLacking(const VehicleFacts& facts)
+{
+    return std::ranges::any_of(requestOutcomes(facts), [](const RequestOutcome& outcome) {
+        return outcome.request == "03" && outcome.kind != RequestOutcome::Kind::notSupported;
+    });
+}
+
+/// "2 codes stored, 1 pending."; "No codes stored" only where each control unit has said so.
 std::string codesText(const VehicleFacts& facts)
 {
-    const int stored = codeCount(facts, CodeKind::stored);
-    std::string text = stored == 0 ? "No codes stored"
-                                   : std::to_string(stored) + (stored == 1 ? " code" : " codes") + " stored";
-    for (const auto& [kind, name] :
-         {std::pair(CodeKind::pending, " pending"), {CodeKind::permanent, " permanent"}}) {
-        if (const int count = codeCount(facts, kind); count > 0)
-            text += ", " + std::to_string(count) + name;
+    const bool isLacking = areCodesLacking(facts);
+    std::string text;
+    for (const auto& [kind, name] : {std::pair(CodeKind::stored, " stored"),
+                                     {CodeKind::pending, " pending"},
+                                     {CodeKind::permanent, " permanent"}}) {
+        const int count = codeCount(facts, kind);
+        if (count > 0)
+            text += (text.empty() ? "" : ", ") + std::to_string(count) +
+                    (!text.empty() ? ""
+                     : count == 1  ? " code"
+                                   : " codes") +
+                    name;
+        else if (kind == CodeKind::stored && hasTold(facts, kind) && !isLacking)
+            text = "No codes stored";
     }
-    return text + ".";
+    text += text.empty() ? "" : ".";
+    if (isLacking)
+        text += std::string(text.empty() ? "" : " ") + (hasTold(facts, CodeKind::stored)
+                                                            ? "Not all stored codes could be read."
+                                                            : "The stored codes could not be read.");
+    return text;
 }
 
 std::string readinessText(const VehicleFacts& facts)
 {
+    const std::string fails = "an emissions test would fail today.";
     const auto [supported, incomplete] = monitorCounts(facts);
-    const bool fails = isLit(facts) || incomplete > 0;
-    const std::string ready = incomplete == 0 ? " All " + std::to_string(supported) + " monitors ready"
-                                              : " " + std::to_string(incomplete) + " of " +
-                                                    std::to_string(supported) + " monitors not ready";
-    return ready + (fails ? ": an emissions test would fail today." : ".");
+    if (supported == 0)
+        return {};
+    const std::string monitors = std::to_string(supported) + (supported == 1 ? " monitor" : " monitors");
+    if (incomplete > 0)
+        return std::to_string(incomplete) + " of " + monitors + " not ready: " + fails;
+    const std::string ready = (supported == 1 ? "" : "All ") + monitors + " ready";
+    return ready + (isLit(facts) ? ", but with the light on " + fails : ".");
 }
 
 } // namespace
@@ -67,11 +93,10 @@ MonitorCounts monitorCounts(const VehicleFacts& facts)
 
 std::string headlineOf(const VehicleFacts& facts)
 {
-    std::string text = isLit(facts) ? "The light is on. " : "";
-    if (hasTold(facts, CodeKind::stored))
-        text += codesText(facts);
-    if (monitorCounts(facts).supported > 0)
-        text += readinessText(facts);
+    std::string text;
+    for (const std::string& sentence : {std::string(isLit(facts) ? "The Check Engine light is on." : ""),
+                                        codesText(facts), readinessText(facts)})
+        text += (text.empty() || sentence.empty() ? "" : " ") + sentence;
     return text;
 }
 

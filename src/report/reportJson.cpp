@@ -98,6 +98,18 @@ UnitReading unitIn(const Json& json)
     return unit;
 }
 
+void takeAnswer(VehicleFacts& facts, const std::string& command, const std::string& name,
+                const UnitReading& unit)
+{
+    merge(facts.unit(name), unit);
+    facts.shortfalls[command].erase(name);
+    facts.refusals[command].erase(name);
+    if (unit.isIncomplete)
+        facts.shortfalls[command][name] = unit.isBusy ? Shortfall::busy : Shortfall::damaged;
+    if (unit.refusal)
+        facts.refusals[command][name] = *unit.refusal;
+}
+
 } // namespace
 
 std::string reportJson(const ReportHead& head, const VehicleFacts& facts,
@@ -127,17 +139,17 @@ std::string reportJson(const ReportHead& head, const VehicleFacts& facts,
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-VehicleFacts factsInJson(std::string_view text)
+VehicleFacts factsInJson(std::string_view text, const std::string& path)
 {
     const Json json = Json::parse(text, nullptr, false);
     if (!json.is_object() || json.value("schema", 0) != schema || !json.contains("units"))
-        throw FileError("This is no vehicle report in JSON");
+        throw FileError("\"" + path + "\" is no vehicle report in JSON");
     VehicleFacts facts;
     try {
         for (const auto& [name, unit] : json["units"].items())
             facts.unit(name) = unitIn(unit);
     } catch (const Json::exception&) {
-        throw FileError("This vehicle report in JSON is damaged");
+        throw FileError("\"" + path + "\" is a damaged vehicle report");
     }
     return facts;
 }
@@ -146,8 +158,11 @@ VehicleFacts factsOf(const std::vector<ExchangeReading>& exchanges)
 {
     VehicleFacts facts;
     for (const ExchangeReading& exchange : exchanges) {
+        facts.failures.erase(exchange.command);
+        if (exchange.units.empty() && exchange.error != ReplyError::none)
+            facts.failures[exchange.command] = exchange.error;
         for (const auto& [name, unit] : exchange.units)
-            merge(facts.unit(name), unit);
+            takeAnswer(facts, exchange.command, name, unit);
     }
     return facts;
 }

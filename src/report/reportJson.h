@@ -19,10 +19,11 @@ std::string reportJson(const ReportHead& head, const VehicleFacts& facts,
                        const std::optional<ReportComparison>& comparison = {});
 
 /// What a report in JSON tells of codes and monitors, for a comparison.
+/// @param path of its file, which errors name
 /// @throws FileError for a text that is no such report
-VehicleFacts factsInJson(std::string_view text);
+VehicleFacts factsInJson(std::string_view text, const std::string& path);
 
-/// What the exchanges of a transcript come to.
+/// What the exchanges of a transcript come to. Of a request that was sent again the last answer counts.
 VehicleFacts factsOf(const std::vector<ExchangeReading>& exchanges);
 
 } // namespace zint

@@ -75,6 +75,20 @@ std::string frameText(const FreezeFrame& frame)
     return text.empty() ? "stored" : text;
 }
 
+/// The light of each control unit, and how many codes it says to have.
+ReportTable lightTable(const VehicleFacts& facts)
+{
+    ReportTable table{.columns = {"Control unit", "Check Engine light", "Codes counted"}};
+    for (const auto& [name, unit] : facts.units) {
+        if (!unit.mil)
+            continue;
+        table.rows.push_back({{unitText(name, unit)},
+                              *unit.mil ? ReportCell{"on", Mark::attention} : ReportCell{"off", Mark::ok},
+                              {unit.dtcCount ? std::to_string(*unit.dtcCount) : ""}});
+    }
+    return table;
+}
+
 ReportSection codesSection(const VehicleFacts& facts, CodeDescriptions* descriptions)
 {
     constexpr std::array kinds = {std::pair(CodeKind::stored, "stored"),
@@ -106,6 +120,8 @@ ReportSection codesSection(const VehicleFacts& facts, CodeDescriptions* descript
         section.note = isTold ? "No codes reported." : "No control unit has told of codes.";
     else
         section.tables.push_back(std::move(table));
+    if (ReportTable lights = lightTable(facts); !lights.rows.empty())
+        section.tables.push_back(std::move(lights));
     section.mark = isTold ? worstOf(section.tables) : Mark::failed;
     return section;
 }
@@ -140,6 +156,7 @@ ReportSection readinessSection(const VehicleFacts& facts)
         ReportTable table{.columns = {"Monitor", "Since clearing", "This drive cycle"}};
         if (!unit.readiness)
             return table;
+        table.title = unit.readiness->isCompressionIgnition ? "compression ignition" : "";
         for (const auto& [monitor, state] : unit.readiness->monitors)
             table.rows.push_back(
                 {{monitorText(monitor)},
@@ -172,6 +189,7 @@ ReportSection freezeFrameSection(const VehicleFacts& facts, CodeDescriptions* de
             return ReportTable();
         ReportTable table = valueTable(unit.freezeFrame->values);
         const std::string& code = unit.freezeFrame->code;
+        table.rows.insert(table.rows.begin(), {{"02"}, {"Code of the freeze frame"}, {code}});
         table.title = "stored by " + code + " " + descriptionOf(code, descriptions);
         return table;
     });
@@ -225,34 +243,6 @@ ReportTable informationTable(const UnitReading& unit)
     for (const auto& [type, text] : unit.otherInfo)
         table.rows.push_back({{infoName(type)}, {text}});
     return table;
-}
-
-/// A counter in words: "Catalyst 1" for "CATCOMP1". Both counters of a monitor have the same words.
-std::string counterText(const std::string& counter)
-{
-    static constexpr auto words = std::to_array<std::pair<std::string_view, std::string_view>>({
-        {"CAT", "Catalyst"},
-        {"O2S", "Oxygen sensor"},
-        {"EGR", "EGR / VVT"},
-        {"AIR", "Secondary air"},
-        {"EVAP", "Evaporative system"},
-        {"SO2S", "Secondary oxygen sensor"},
-        {"HCCAT", "NMHC catalyst"},
-        {"NCAT", "NOx catalyst"},
-        {"NADS", "NOx adsorber"},
-        {"PM", "Particulate filter"},
-        {"EGS", "Exhaust gas sensor"},
-        {"BP", "Boost pressure"},
-        {"FUEL", "Fuel system"},
-        {"OBD", "All monitors"},
-    });
-    const auto* const found =
-        std::ranges::find(words, std::string_view(counter).substr(0, counter.find("CO")),
-                          &std::pair<std::string_view, std::string_view>::first);
-    if (found == words.end())
-        return counter == "IGNCNTR" ? "Ignition cycles" : counter;
-    const char bank = counter.back();
-    return std::string(found->second) + (bank == '1' || bank == '2' ? std::string(", bank ") + bank : "");
 }
 
 /// How often a monitor has run, and how often it could have: a row a monitor.
@@ -318,9 +308,12 @@ ReportSection connectionSection(const VehicleFacts& facts)
 /// Tells of what was not read, rather than not supported.
 ReportSection leftOut(ReportSection section, const VehicleFacts& facts)
 {
-    if (section.tables.empty() && section.note.empty())
-        section.note =
-            facts.isQuick ? "Not read: this is a quick report." : "No control unit has told of this.";
+    if (!section.tables.empty())
+        return section;
+    section.note = facts.isQuick    ? "Not read: this is a quick report."
+                   : !facts.isWhole ? "Not read: this report is not whole."
+                                    : "No control unit has told of this.";
+    section.mark = facts.isWhole && !facts.isQuick ? Mark::notSupported : Mark::none;
     return section;
 }
 

@@ -101,16 +101,6 @@ ReportHead headOf(const VehicleFacts& facts, const DateText& dateText, const std
     return head;
 }
 
-std::string reportText(const ReportHead& head, const std::vector<ReportSection>& sections)
-{
-    std::string text = head.title + "\n" + head.date + "\n";
-    for (const std::string& sentence : {head.headline, head.failure})
-        text += sentence.empty() ? "" : "\n" + sentence + "\n";
-    for (const ReportSection& section : sections)
-        text += "\n" + sectionText(section);
-    return text;
-}
-
 std::string sectionText(const ReportSection& section)
 {
     const std::string word = wordOf(section.mark);
@@ -118,6 +108,16 @@ std::string sectionText(const ReportSection& section)
     text += section.note.empty() ? "" : section.note + "\n";
     for (const ReportTable& table : section.tables)
         text += tableText(table);
+    return text;
+}
+
+std::string reportText(const ReportHead& head, const std::vector<ReportSection>& sections)
+{
+    std::string text = head.title + "\n" + head.date + "\n";
+    for (const std::string& sentence : {head.headline, head.failure})
+        text += sentence.empty() ? "" : "\n" + sentence + "\n";
+    for (const ReportSection& section : sections)
+        text += "\n" + sectionText(section);
     return text;
 }
 

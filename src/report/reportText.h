@@ -25,7 +25,7 @@ std::string reportText(const ReportHead& head, const std::vector<ReportSection>&
 /// A section as a part of such a text.
 std::string sectionText(const ReportSection& section);
 
-/// A section as a part of a page: cells of a mark have its class, "m1" for ok and so on.
+/// A section as a part of such a page: cells of a mark have its class, "m1" for ok and so on.
 std::string sectionHtml(const ReportSection& section);
 
 /// A report as a page of HTML with its own style: it needs no other file, and prints well.

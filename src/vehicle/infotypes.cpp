@@ -29,4 +29,31 @@ const Infotype* infotypeOf(std::uint8_t id)
     return found != infotypes.end() ? found : nullptr;
 }
 
+std::string counterText(const std::string& counter)
+{
+    static constexpr auto words = std::to_array<std::pair<std::string_view, std::string_view>>({
+        {"CAT", "Catalyst"},
+        {"O2S", "Oxygen sensor"},
+        {"EGR", "EGR / VVT"},
+        {"AIR", "Secondary air"},
+        {"EVAP", "Evaporative system"},
+        {"SO2S", "Secondary oxygen sensor"},
+        {"HCCAT", "NMHC catalyst"},
+        {"NCAT", "NOx catalyst"},
+        {"NADS", "NOx adsorber"},
+        {"PM", "Particulate filter"},
+        {"EGS", "Exhaust gas sensor"},
+        {"BP", "Boost pressure"},
+        {"FUEL", "Fuel system"},
+        {"OBD", "All monitors"},
+    });
+    const auto* const found =
+        std::ranges::find(words, std::string_view(counter).substr(0, counter.find("CO")),
+                          &std::pair<std::string_view, std::string_view>::first);
+    if (found == words.end())
+        return counter == "IGNCNTR" ? "Ignition cycles" : counter;
+    const char bank = counter.back();
+    return std::string(found->second) + (bank == '1' || bank == '2' ? std::string(", bank ") + bank : "");
+}
+
 } // namespace zint

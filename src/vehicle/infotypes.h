@@ -31,4 +31,8 @@ struct Infotype {
 /// @return null for an infotype that the standard does not define
 const Infotype* infotypeOf(std::uint8_t id);
 
+/// An in-use counter in words: "Catalyst, bank 1" for "CATCOMP1". Both counters of a monitor have the same
+/// words; one without words has its name.
+std::string counterText(const std::string& counter);
+
 } // namespace zint

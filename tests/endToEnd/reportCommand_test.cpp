@@ -29,8 +29,14 @@ TEST(ReportCommandEndToEnd, DecodesATranscriptAndSaysWhyNothingIsRead)
 {
     const TemporaryFolder folder;
     TemporaryFolder::write(folder.path("mail.txt"), "# protocol 6\n> 03\n7E8 04 43 01 01 33\n");
-    const Outcome replay = runZint(words("report --json --replay " + folder.path("mail.txt")));
+    const Outcome replay = runZint(words("report --json --fail-on codes --replay " + folder.path("mail.txt") +
+                                         " --html " + folder.path("page.html")));
+    EXPECT_EQ(replay.status, 3);
     EXPECT_NE(replay.output.find("\"exchanges\""), std::string::npos) << replay.all();
+    EXPECT_NE(contents(folder.path("page.html")).find("P0133"), std::string::npos);
+    TemporaryFolder::write(folder.path("mail.txt"), "# protocol 6\n> 03\n7E8 10 08 43 03 01 33 03 01\n");
+    expectFailure(runZint(words("report --fail-on codes --replay " + folder.path("mail.txt"))),
+                  "not all control units have told");
     TemporaryFolder::write(folder.path("mail.txt"), "no transcript");
     expectFailure(runZint(words("report --replay " + folder.path("mail.txt"))), "is no transcript");
     VehicleRun off("--ignition-off", "report");

@@ -32,7 +32,8 @@ TEST_F(ReportFormTest, ReadsShowsSectionsSavesAndKeeps)
     adapter->play();
     EXPECT_EQ(enabled("readReport clearCodes mnuSaveReport mnuCopy"),
               "readReport clearCodes mnuSaveReport mnuCopy");
-    EXPECT_TRUE(shown("headline").starts_with("The light is on. 1 code stored. 1 of 7 monitors not ready"))
+    EXPECT_TRUE(shown("headline")
+                    .starts_with("The Check Engine light is on. 1 code stored. 1 of 7 monitors not ready"))
         << shown("headline");
     auto* sections = control<QListWidget>("sections");
     EXPECT_EQ(sections->item(0)->text(), u"Trouble codes - attention");

@@ -8,6 +8,7 @@
 #include "shared/fileError.h"
 #include "sim/simulatedAdapter.h"
 #include "support/temporaryFolder.h"
+#include "vehicle/transcript.h"
 
 #include <gtest/gtest.h>
 
@@ -244,14 +245,43 @@ TEST(KeptReportsTest, KeepsTheLastOfAVehicleForTheirOwnerAloneToBeCompared)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(vehicle), {}), 50);
     EXPECT_EQ(std::filesystem::status(vehicle.parent_path()).permissions(),
               std::filesystem::perms::owner_all);
-    EXPECT_TRUE(compare(factsInJson(contents(path)), run.plan.facts()).isEmpty());
+    EXPECT_TRUE(compare(factsInJson(contents(path), path), run.plan.facts()).isEmpty());
     VehicleFacts later;
     EXPECT_TRUE(compare(run.plan.facts(), later).isEmpty()) << "what is not told is not gone";
     later.unit("7E8").codes[CodeKind::stored] = {};
     EXPECT_FALSE(compare(run.plan.facts(), later).gone.empty());
     for (const char* broken :
          {"", "{}", "{\"schema\": 1, \"units\": {\"7E8\": {\"codes\": {\"stored\": 3}}}}"})
-        EXPECT_THROW(factsInJson(broken), FileError) << broken;
+        EXPECT_THROW(factsInJson(broken, "mail"), FileError) << broken;
+}
+
+TEST(ReportHeadlineTest, SaysNoMoreThanTheControlUnitsHaveTold)
+{
+    const std::pair<const char*, const char*> rows[] = {
+        {"> 0101\n7E8 06 41 01 81 07 65 04\n> 03\n7E8 04 43 01 01 33\n",
+         "The Check Engine light is on. 1 code stored. 1 of 7 monitors not ready: an emissions test would "
+         "fail today."},
+        {"> 0101\n7E8 06 41 01 81 07 65 00\n",
+         "The Check Engine light is on. All 7 monitors ready, but with the light on an emissions test would "
+         "fail today."},
+        {"> 0101\n7E9 06 41 01 00 04 00 00\n", "1 monitor ready."},
+        {"> 03\n7E8 10 08 43 03 01 33 03 01\n", "The stored codes could not be read."},
+        {"> 03\n7E9 02 43 00\n7E8 10 08 43 03 01 33 03 01\n", "Not all stored codes could be read."},
+        {"> 03\n7E8 02 43 00\n> 07\n7E8 04 47 01 01 33\n", "No codes stored, 1 pending."},
+        {"> 07\n7E8 06 47 02 01 33 03 01\n", "2 codes pending."},
+    };
+    for (const auto& [transcript, headline] : rows)
+        EXPECT_EQ(headlineOf(factsOf(replay(transcript))), headline);
+}
+
+TEST(ReportSectionsTest, TellWhatWasNotReadFromWhatThereIsNot)
+{
+    const auto sections = sectionsOf(
+        factsOf(replay("> 0101\n7E8 06 41 01 81 0F 65 04\n> 020200\n7E8 05 42 02 00 01 33\n")), nullptr);
+    EXPECT_EQ(sections[0].tables.front().rows.front()[1].text, "on");
+    EXPECT_EQ(sections[1].tables.front().title, "7E8, compression ignition");
+    EXPECT_EQ(sections[2].mark, Mark::attention) << "a frame may be read no further than its code";
+    EXPECT_TRUE(sections[3].mark == Mark::none && sections[3].note.starts_with("Not read"));
 }
 
 TEST(ReportPlanTest, TellsWhyNothingIsRead)

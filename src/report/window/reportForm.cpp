@@ -154,7 +154,7 @@ void reportForm::mnuCompare_Click()
 
 void reportForm::compareWith(const std::string& path)
 {
-    const ReportComparison comparison = compare(factsInJson(contentOf(path)), report_.facts());
+    const ReportComparison comparison = compare(factsInJson(contentOf(path), path), report_.facts());
     showSections();
     shown_.insert(shown_.begin(), comparisonSection(comparison, fileNamePart(path)));
     showTitles(0);
