@@ -55,6 +55,7 @@ std::string examples()
 {
     return entry("zint-obd codes --port /dev/ttyUSB0 --speed 38400",
                  "The report of the vehicle behind a device.") +
+           entry("zint-obd report --html REPORT.html", "All that the vehicle tells, also as a page.") +
            entry("zint-obd poll DESIGN.obc --seconds 60 --export RUN.txt",
                  "Polls for a minute and writes a table for spreadsheets.") +
            entry("printf '0902\\n03\\n' | zint-obd terminal", "Sends commands from a script.") +
@@ -75,9 +76,9 @@ std::string manPage(const CLI::App& program)
            ".PP\nThe options of the toolkit, \\-platform, \\-style and others, go with the windows.\n" +
            section("COMMANDS") + commandsText(program) + section("EXIT STATUS") +
            entry("0", "All went well.") + entry("1", "Something failed; standard error tells what.") +
-           entry("2", "The command line is wrong.") + section("FILES") +
-           entry("~/.config/Zint/Zint.conf", "The settings.") +
-           entry("~/.local/share/Zint", "Unsaved designs and runs.") +
+           entry("2", "The command line is wrong.") + entry("3", "What report --fail-on names is so.") +
+           section("FILES") + entry("~/.config/Zint/Zint.conf", "The settings.") +
+           entry("~/.local/share/Zint", "Unsaved designs and runs; reports of vehicles, by VIN and date.") +
            entry("dtc.mdb", "The database of code descriptions, in the working folder unless the settings "
                             "name another.") +
            section("EXAMPLES") + examples();
