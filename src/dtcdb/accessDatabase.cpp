@@ -41,15 +41,16 @@ struct FreeTable {
 };
 using Database = std::unique_ptr<MdbHandle, CloseDatabase>;
 
-[[noreturn]] void refuse(const std::string& path, const std::string& why)
+[[noreturn]] void refuseFile(const std::string& path, const std::string& why)
 {
     throw DatabaseError("The code descriptions in \"" + path + "\" can't be read: " + why);
 }
 
 [[noreturn]] void refuseDamaged(const std::string& path)
 {
-    refuse(path, "the file is damaged or encrypted. Restore it from a copy, or let the program that made it "
-                 "repair it.");
+    refuseFile(path,
+               "the file is damaged or encrypted. Restore it from a copy, or let the program that made it "
+               "repair it.");
 }
 
 std::string databaseBytes(const std::string& path)
@@ -59,13 +60,14 @@ std::string databaseBytes(const std::string& path)
         file.open(utf8Path(path), std::ios::binary | std::ios::ate);
     const std::streamoff size = file.is_open() ? static_cast<std::streamoff>(file.tellg()) : -1;
     if (size < 0)
-        refuse(path, "the file is missing or you may not read it.");
+        refuseFile(path, "the file is missing or you may not read it.");
     if (static_cast<std::size_t>(size) > largestFile)
-        refuse(path, "the file is larger than 64 MB, too large for code descriptions. Choose another file.");
+        refuseFile(path,
+                   "the file is larger than 64 MB, too large for code descriptions. Choose another file.");
     std::string bytes(static_cast<std::size_t>(size), '\0');
     file.seekg(0);
     if (!file.read(bytes.data(), size))
-        refuse(path, "the file can't be read to its end. Try again, or restore it from a copy.");
+        refuseFile(path, "the file can't be read to its end. Try again, or restore it from a copy.");
     return bytes;
 }
 
@@ -73,11 +75,12 @@ std::string databaseBytes(const std::string& path)
 void checkHeader(const std::string& path, std::string_view file)
 {
     if (databaseKind(path) != DatabaseKind::access)
-        refuse(path, "this is no database of the Access engine. Choose another file.");
+        refuseFile(path, "this is no database of the Access engine. Choose another file.");
     const int version = file.size() > versionOffset ? static_cast<unsigned char>(file[versionOffset]) : 0;
     if (version > MDB_VER_ACCDB_2019)
-        refuse(path, "it was made by a newer Access engine than this program knows. Save it as \".mdb\" with "
-                     "the program that made it.");
+        refuseFile(path,
+                   "it was made by a newer Access engine than this program knows. Save it as \".mdb\" with "
+                   "the program that made it.");
     if (!file.starts_with('\0') || file.size() <= catalogPage * (version == 0 ? jet3Page : jet4Page))
         refuseDamaged(path);
 }
@@ -168,7 +171,7 @@ unsigned long findTable(const std::string& path, MdbHandle& database)
             return static_cast<unsigned long>(catalog.number(0)) & pageBits;
     if (objects < catalog.rowCount())
         refuseDamaged(path);
-    refuse(path, "it has no table \"DTCset\". Choose another file.");
+    refuseFile(path, "it has no table \"DTCset\". Choose another file.");
 }
 
 } // namespace
@@ -188,8 +191,8 @@ std::vector<DtcRecord> readAccessDatabase(const std::string& path)
         refuseDamaged(path);
     for (std::size_t i = 0; i < recordFields.size(); ++i)
         if (!table.bind(i, recordFields.at(i), {MDB_TEXT, MDB_MEMO}))
-            refuse(path, R"(its table "DTCset" has no text field ")" + std::string(recordFields.at(i)) +
-                             "\". Choose another file.");
+            refuseFile(path, R"(its table "DTCset" has no text field ")" + std::string(recordFields.at(i)) +
+                                 "\". Choose another file.");
 
     // The library passes over what it can't read, so the records are counted.
     std::vector<DtcRecord> records;
@@ -200,9 +203,10 @@ std::vector<DtcRecord> readAccessDatabase(const std::string& path)
         size += records.back().code.size() + records.back().description.size() + records.back().notes.size();
     }
     if (records.size() != table.rowCount())
-        refuse(path, "the file is damaged: of its " + std::to_string(table.rowCount()) + " records, " +
-                         std::to_string(records.size()) +
-                         " were found. Restore it from a copy, or let the program that made it repair it.");
+        refuseFile(path,
+                   "the file is damaged: of its " + std::to_string(table.rowCount()) + " records, " +
+                       std::to_string(records.size()) +
+                       " were found. Restore it from a copy, or let the program that made it repair it.");
     return records;
 }
 
