@@ -216,8 +216,10 @@ void ReportPlan::takeAdapterAnswer(std::string_view answer)
         facts_.device = text;
     else if (current_.command == "ATRV")
         facts_.voltage = text;
-    else if (current_.command == "ATDPN")
-        facts_.protocol = protocolIn(answer).value_or(BusProtocol::unknown);
+    else if (current_.command == "ATDPN" && text.empty()) // an adapter may know its name alone
+        pending_.push_front({"ATDP"});
+    else if (current_.command == "ATDPN" || current_.command == "ATDP")
+        facts_.protocol = protocolIn(text).value_or(BusProtocol::unknown);
 }
 
 void ReportPlan::takeVehicleAnswer(std::string_view reply)

@@ -65,17 +65,17 @@ std::string cellHtml(const ReportCell& cell)
 std::string tableHtml(const ReportTable& table)
 {
     std::string html = table.title.empty() ? "" : "<h3>" + htmlText(table.title) + "</h3>\n";
-    html += "<table>\n<tr>";
+    html += "<table>\n<thead><tr>"; // which each printed page repeats
     for (const std::string& column : table.columns)
         html += "<th>" + htmlText(column) + "</th>";
-    html += "</tr>\n";
+    html += "</tr></thead>\n<tbody>\n";
     for (const auto& row : table.rows) {
         html += "<tr>";
         for (const ReportCell& cell : row)
             html += cellHtml(cell);
         html += "</tr>\n";
     }
-    return html + "</table>\n";
+    return html + "</tbody>\n</table>\n";
 }
 
 /// Of what is marked, in the order of Mark. A report is printed on white paper.

@@ -130,7 +130,7 @@ TEST(ReportPlanTest, ReadsTheSameThroughHabitsAndFaults)
     const PlanRun plain(vehicle);
     const AdapterOptions rows[] = {
         {.announcesConnection = true, .lineFeeds = true, .leadingLineEnd = true},
-        {.refusedCommands = {"WS", "S0", "AL", "AT1", "@1", "RV"}},
+        {.refusedCommands = {"WS", "S0", "AL", "AT1", "@1", "RV", "DPN"}},
         {.padding = 0xAA, .lengthDigit = true},
         {.interleavesUnits = true},
     };

@@ -177,7 +177,7 @@ void reportForm::paint()
     display(*ui->readReport, p.readReport);
     display(*ui->clearCodes, p.clearCodes);
     ui->quick->setEnabled(!report_.isRunning());
-    display(*ui->headline, report_.failure().empty() ? p.headline : report_.failure() + " " + p.headline);
+    display(*ui->headline, report_.failure().empty() ? p.headline : report_.failure() + "\n" + p.headline);
     display(*ui->statusBox, p.statusBox);
     display(*ui->labelStats, p.labelStats);
     display(*ui->ProgressBar1, p.ProgressBar1);
