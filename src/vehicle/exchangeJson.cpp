@@ -109,7 +109,9 @@ void addInfo(Json& json, const UnitReading& unit)
     for (const auto& [infotype, text] : unit.otherInfo)
         json["info"][twoDigits(infotype)] = text;
     for (const auto& [name, count] : unit.counters)
-        json["inUse"][name] = count;
+        json["counters"][name] = count;
+    for (const auto& [name, count] : unit.counters)
+        json["inUse"].push_back(count);
 }
 
 std::string plainText(const Json& json);
@@ -227,6 +229,8 @@ std::string exchangesText(const std::vector<ExchangeReading>& exchanges)
         text += exchange.command + (json.contains("error") ? ": " + plainText(json["error"]) : "") + "\n";
         for (const auto& [name, unit] : json["units"].items()) {
             for (const auto& [member, value] : unit.items()) {
+                if (member == "inUse")
+                    continue; // its counters have names, too
                 text.append("  ").append(name).append("  ").append(member).append(": ");
                 text += plainText(value) + "\n";
             }

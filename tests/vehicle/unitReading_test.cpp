@@ -95,9 +95,9 @@ TEST(UnitReadingTest, NamesTheCountersOfCompressionIgnition)
     for (int i = 1; i <= 9; ++i)
         reply += "49 0B 0" + std::to_string(i) + " 00 0" + std::to_string(i) + " 01 00\n";
     const auto units = nlohmann::ordered_json::parse(told(reply));
-    EXPECT_EQ(units["?1"]["inUse"].size(), 18U);
-    EXPECT_EQ(units["?1"]["inUse"]["BPCOMP"], 8);
-    EXPECT_EQ(units["?1"]["inUse"]["FUELCOND"], 256);
+    EXPECT_EQ(units["?1"]["counters"].size(), 18U);
+    EXPECT_EQ(units["?1"]["counters"]["BPCOMP"], 8);
+    EXPECT_EQ(units["?1"]["counters"]["FUELCOND"], 256);
 }
 
 TEST(UnitReadingTest, ReadsByWhatTheUnitToldBefore)
