@@ -89,31 +89,38 @@ ReportTable lightTable(const VehicleFacts& facts)
     return table;
 }
 
+/// The codes of a control unit, each with its kinds: "stored, permanent".
+std::vector<std::pair<std::string, std::string>> codesWithKinds(const UnitReading& unit)
+{
+    static constexpr std::array words = {"stored", "pending", "permanent"};
+    std::vector<std::pair<std::string, std::string>> all;
+    for (const auto& [kind, codes] : unit.codes) {
+        const std::string word = words.at(static_cast<std::size_t>(kind));
+        for (const std::string& code : codes) {
+            const auto known = std::ranges::find(all, code, &std::pair<std::string, std::string>::first);
+            if (known == all.end())
+                all.emplace_back(code, word);
+            else if (!known->second.ends_with(word)) // some units tell a code twice
+                known->second += ", " + word;
+        }
+    }
+    return all;
+}
+
 ReportSection codesSection(const VehicleFacts& facts, CodeDescriptions* descriptions)
 {
-    constexpr std::array kinds = {std::pair(CodeKind::stored, "stored"),
-                                  std::pair(CodeKind::pending, "pending"),
-                                  std::pair(CodeKind::permanent, "permanent")};
     ReportSection section{.title = "Trouble codes"};
     ReportTable table{.columns = {"Code", "Kind", "Control unit", "Description", "Freeze frame"}};
     bool isTold = false;
     for (const auto& [name, unit] : facts.units) {
-        std::string frameOf = unit.freezeFrame ? unit.freezeFrame->code : "";
-        for (const auto& [kind, word] : kinds) {
-            const auto codes = unit.codes.find(kind);
-            if (codes == unit.codes.end())
-                continue;
-            isTold = true;
-            for (const std::string& code : codes->second) {
-                const std::string frame = code == frameOf ? frameText(*unit.freezeFrame) : "";
-                if (!frame.empty())
-                    frameOf.clear(); // one frame, one row
-                table.rows.push_back({{code, Mark::attention},
-                                      {word},
-                                      {unitText(name, unit)},
-                                      {descriptionOf(code, descriptions)},
-                                      {frame}});
-            }
+        isTold = isTold || !unit.codes.empty();
+        for (const auto& [code, kinds] : codesWithKinds(unit)) {
+            const bool hasFrame = unit.freezeFrame && unit.freezeFrame->code == code;
+            table.rows.push_back({{code, Mark::attention},
+                                  {kinds},
+                                  {unitText(name, unit)},
+                                  {descriptionOf(code, descriptions)},
+                                  {hasFrame ? frameText(*unit.freezeFrame) : ""}});
         }
     }
     if (table.rows.empty())

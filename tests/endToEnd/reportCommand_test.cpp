@@ -9,7 +9,7 @@ TEST(ReportCommandEndToEnd, ReadsAVehicleComparesAndTellsOfConcerns)
     const Simulator simulator("--protocol can --units 2 --padding 85");
     const Outcome text = runZint(simulator.with("report --quick --html " + folder.path("page.html")));
     EXPECT_EQ(text.status, 0) << text.errors;
-    EXPECT_NE(text.output.find("\n  P0741  stored     7E9"), std::string::npos) << text.output;
+    EXPECT_NE(text.output.find("\n  P0133  stored, permanent  7E8 "), std::string::npos) << text.output;
     EXPECT_TRUE(contents(folder.path("page.html")).starts_with("<!DOCTYPE html>"));
     const Outcome json = runZint(simulator.with("report --json"));
     TemporaryFolder::write(folder.path("before.json"), json.output);
