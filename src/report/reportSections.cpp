@@ -78,7 +78,7 @@ std::string frameText(const FreezeFrame& frame)
 /// The light of each control unit, and how many codes it says to have.
 ReportTable lightTable(const VehicleFacts& facts)
 {
-    ReportTable table{.columns = {"Control unit", "Check Engine light", "Codes counted"}};
+    ReportTable table{.title = "Check Engine light", .columns = {"Control unit", "Light", "Codes counted"}};
     for (const auto& [name, unit] : facts.units) {
         if (!unit.mil)
             continue;
