@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <nlohmann/json.hpp>
 
 namespace zint {
@@ -32,6 +33,23 @@ Json reportUnitJson(const UnitReading& unit)
             list.push_back(hexText(item, 2));
     }
     return json;
+}
+
+/// "2026-11-21T15:24:08Z"; null when there is none, as for a transcript.
+Json isoTime(std::chrono::system_clock::time_point time)
+{
+    if (time == std::chrono::system_clock::time_point())
+        return {};
+    const auto day = std::chrono::floor<std::chrono::days>(time);
+    const std::chrono::year_month_day date(day);
+    const std::chrono::hh_mm_ss clock(std::chrono::floor<std::chrono::seconds>(time - day));
+    const auto two = [](auto number) {
+        const std::string text = std::to_string(number);
+        return text.size() < 2 ? "0" + text : text;
+    };
+    return std::to_string(static_cast<int>(date.year())) + "-" + two(static_cast<unsigned>(date.month())) +
+           "-" + two(static_cast<unsigned>(date.day())) + "T" + two(clock.hours().count()) + ":" +
+           two(clock.minutes().count()) + ":" + two(clock.seconds().count()) + "Z";
 }
 
 Json failuresJson(const VehicleFacts& facts)
@@ -116,7 +134,10 @@ std::string reportJson(const ReportHead& head, const VehicleFacts& facts,
                        const std::vector<ExchangeReading>& exchanges,
                        const std::optional<ReportComparison>& comparison)
 {
-    Json json = {{"schema", schema}, {"title", head.title}, {"date", head.date}, {"headline", head.headline}};
+    Json json = {{"schema", schema},
+                 {"title", head.title},
+                 {"date", isoTime(facts.time)},
+                 {"headline", head.headline}};
     if (!head.failure.empty())
         json["failure"] = head.failure;
     json["whole"] = facts.isWhole;
