@@ -167,10 +167,12 @@ void CommandSession::tellConnection() const
 {
     if (!isErrorOutputTerminal())
         return;
-    const PortDirectory::Target target = ports_.target(connection_.port);
-    const std::string device = target.isSimulated() ? "the simulated vehicle" : target.location;
-    std::cerr << "trying " << visibleText(device.empty() ? portName(connection_.port) : device) << " at "
-              << connection_.bitsPerSecond << "..." << std::endl;
+    using Kind = PortLocation::Kind;
+    const std::string device = connection_.kind == Kind::nothing ? portName(connection_.port)
+                               : connection_.kind == Kind::device || connection_.kind == Kind::network
+                                   ? connection_.device
+                                   : "the " + connection_.device;
+    std::cerr << "trying " << visibleText(device) << connection_.speedText() << "..." << std::endl;
 }
 
 Patience::Patience(CommandSession& session, std::chrono::seconds timeout, std::string complaint)

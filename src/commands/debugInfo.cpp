@@ -94,16 +94,15 @@ std::string debugInfo(const ConnectionOptions& options)
 {
     const CommandSession session(options);
     const std::vector<DetectedPort> ports = session.ports().detected();
-    const std::string text = programInfo().productName + " " + programInfo().version() + "\n" +
-                             "Built with " + compiler + ", Qt " QT_VERSION_STR " (runs with " + qVersion() +
-                             "), " + charts + ", " + databaseLibraries() + "\n" + "System: " + systemText() +
-                             "\n" + "Settings: " + fileText(QtSettingsStore().fileName()) + "\n" +
-                             "User's data: " + fileText(fromQt(userDataFolder())) + "\n" +
-                             "Program's data: " + fileText(fromQt(programDataFolder())) + "\n" +
-                             "Code descriptions: " + fileText(session.values.parmDTCdb) + "\n" +
-                             "Connection: " + portName(session.connection().port) + " at " +
-                             std::to_string(session.connection().bitsPerSecond) + "\n" + detectedText(ports) +
-                             assignedText(session.ports(), ports);
+    const std::string text =
+        programInfo().productName + " " + programInfo().version() + "\n" + "Built with " + compiler +
+        ", Qt " QT_VERSION_STR " (runs with " + qVersion() + "), " + charts + ", " + databaseLibraries() +
+        "\n" + "System: " + systemText() + "\n" + "Settings: " + fileText(QtSettingsStore().fileName()) +
+        "\n" + "User's data: " + fileText(fromQt(userDataFolder())) + "\n" +
+        "Program's data: " + fileText(fromQt(programDataFolder())) + "\n" +
+        "Code descriptions: " + fileText(session.values.parmDTCdb) + "\n" +
+        "Connection: " + portName(session.connection().port) + session.connection().speedText() + "\n" +
+        detectedText(ports) + assignedText(session.ports(), ports);
     return withoutHome(text);
 }
 

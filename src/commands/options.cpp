@@ -35,6 +35,14 @@ bool looksLikePort(std::string_view name)
            std::ranges::all_of(name.substr(3), [](char digit) { return digit >= '0' && digit <= '9'; });
 }
 
+/// The location, if it can be used. @throws UsageError
+const std::string& usable(const std::string& location)
+{
+    if (const std::string problem = portLocation(location).problem; !problem.empty())
+        throw UsageError(problem);
+    return location;
+}
+
 void readPort(const std::string& text, ConnectionOptions& options)
 {
     const std::string name = text.substr(0, text.find('='));
@@ -43,7 +51,7 @@ void readPort(const std::string& text, ConnectionOptions& options)
     if (options.portNumber) {
         if (text != name && location.empty())
             throw UsageError("the path is missing");
-        options.portLocation = location;
+        options.portLocation = usable(location);
         return;
     }
     if (looksLikePort(name))
@@ -51,7 +59,7 @@ void readPort(const std::string& text, ConnectionOptions& options)
     if (text.empty())
         throw UsageError("give com1 to com8, or the path of a device");
     options.portNumber = PortNumber{1};
-    options.portLocation = text;
+    options.portLocation = usable(text);
 }
 
 void readSpeed(const std::string& text, ConnectionOptions& options)
@@ -136,7 +144,9 @@ void requireOne(const std::vector<const CLI::Option*>& options)
 void addConnection(CLI::App& command, ConnectionOptions& options)
 {
     addValue(command, "--port", "PORT",
-             "Port to use: com1 to com8, the path of a device (stands for com1=PATH), or comN=PATH.",
+             "Port to use: com1 to com8, the path of a device (stands for com1=PATH), or comN=PATH. PATH may "
+             "have a speed of its own (/dev/ttyUSB0@115200), or be tcp:HOST:PORT (a Wi-Fi adapter), or "
+             "replay:FILE (a recording).",
              [&options](const std::string& text) { readPort(text, options); })
         ->group(connectionGroup);
     addValue(command, "--speed", "9600|38400",

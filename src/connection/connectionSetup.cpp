@@ -19,6 +19,17 @@ constexpr QLatin1String portKey("port");
 constexpr QLatin1String locationKey("location");
 constexpr QLatin1String speedKey("speed");
 
+/// For a program that runs in another folder. A bare name is that of a device.
+QString withWholePath(const QString& location)
+{
+    constexpr QLatin1String replay("replay:");
+    const PortLocation place = portLocation(fromQt(location));
+    if (place.kind == PortLocation::Kind::recording && place.problem.empty())
+        return replay + QFileInfo(toQt(place.path)).absoluteFilePath();
+    const bool isPath = place.kind == PortLocation::Kind::device && location.contains(u'/');
+    return isPath ? QFileInfo(location).absoluteFilePath() : location;
+}
+
 } // namespace
 
 Launcher::System launcherSystem()
@@ -54,7 +65,7 @@ QByteArray toLine(const ConnectionOptions& options)
     if (options.portNumber)
         object[portKey] = static_cast<int>(*options.portNumber);
     if (const QString location = toQt(options.portLocation); !location.isEmpty())
-        object[locationKey] = location.contains(u'/') ? QFileInfo(location).absoluteFilePath() : location;
+        object[locationKey] = withWholePath(location);
     if (options.speedPosition)
         object[speedKey] = *options.speedPosition;
     return QJsonDocument(object).toJson(QJsonDocument::Compact);

@@ -1,9 +1,12 @@
 #include "connection/vehiclePorts.h"
 
+#include "link/commError.h"
 #include "platform/qtSerialPort.h"
 #include "platform/qtTimer.h"
 #include "sim/simulatedPort.h"
 #include "sim/vehicle.h"
+
+#include <cerrno>
 
 namespace zint {
 namespace {
@@ -22,6 +25,13 @@ public:
     }
 };
 
+/// A port that can't be opened.
+std::unique_ptr<SerialPort> unusablePort(EventGate& gate, const char* why)
+{
+    return std::make_unique<QtSerialPort>(
+        gate, [why](PortNumber) -> std::string { throw CommError(ENOTSUP, why); });
+}
+
 } // namespace
 
 VehiclePorts::VehiclePorts(const PortDirectory& directory) : directory_(directory) {}
@@ -30,12 +40,29 @@ VehiclePorts::~VehiclePorts() = default;
 
 std::unique_ptr<SerialPort> VehiclePorts::make(EventGate& gate, PortNumber number)
 {
-    if (!directory_.target(number).isSimulated())
-        return std::make_unique<QtSerialPort>(gate,
-                                              [this](PortNumber n) { return directory_.target(n).location; });
-    if (!vehicle_)
-        vehicle_ = std::make_unique<Vehicle>();
-    return std::make_unique<TimedSimulatedPort>(gate, clock_, *vehicle_);
+    switch (directory_.target(number).place.kind) {
+    case PortLocation::Kind::simulated:
+        if (!vehicle_)
+            vehicle_ = std::make_unique<Vehicle>();
+        return std::make_unique<TimedSimulatedPort>(gate, clock_, *vehicle_);
+    case PortLocation::Kind::network:
+        return unusablePort(gate, "an adapter in the network can't be used yet");
+    case PortLocation::Kind::recording:
+        return unusablePort(gate, "a recording can't be used yet");
+    case PortLocation::Kind::nothing:
+    case PortLocation::Kind::device:
+        break; // an automatic port may find its device before it is opened
+    }
+    return std::make_unique<QtSerialPort>(gate, [this](PortNumber n) { return locate(n).path; });
+}
+
+/// What the port stands for when it is opened. @throws CommError when that can't be used
+PortLocation VehiclePorts::locate(PortNumber number) const
+{
+    PortLocation place = directory_.target(number).place;
+    if (!place.problem.empty())
+        throw CommError(EINVAL, place.problem);
+    return place;
 }
 
 } // namespace zint

@@ -11,8 +11,8 @@ namespace zint {
 
 class Vehicle;
 
-/// Makes the serial port that a port number stands for: a real one, or the simulated vehicle, which lives as
-/// long as the program runs.
+/// Makes what a port number stands for: a serial port of the machine, or what is used like one. The simulated
+/// vehicle lives as long as the program runs.
 class VehiclePorts {
 public:
     explicit VehiclePorts(const PortDirectory& directory);
@@ -22,6 +22,8 @@ public:
     std::unique_ptr<SerialPort> make(EventGate& gate, PortNumber number);
 
 private:
+    PortLocation locate(PortNumber number) const;
+
     const PortDirectory& directory_;
     SystemClock clock_;
     std::unique_ptr<Vehicle> vehicle_; ///< made when it is needed

@@ -50,6 +50,21 @@ constexpr std::array<KeptWork, 2> keptWork = {{
 
 constexpr const char* speedHintText = "Most USB and Bluetooth adapters: 38400";
 
+/// Why the line speed is of no use now; empty where it is. The simulated vehicle takes any.
+std::string noLineSpeedText(const PortLocation& place)
+{
+    switch (place.kind) {
+    case PortLocation::Kind::network:
+        return "Line speed does not apply in a network";
+    case PortLocation::Kind::recording:
+        return "Line speed does not apply to a recording";
+    default:
+        return place.bitsPerSecond ? "Line speed does not apply: the port has its own, " +
+                                         std::to_string(*place.bitsPerSecond)
+                                   : "";
+    }
+}
+
 } // namespace
 
 Launcher::Launcher(SettingsStore& settings, const PortDirectory& ports, Prompts& prompts,
@@ -67,7 +82,7 @@ void Launcher::load()
     loadChoice(port_);
     loadChoice(speed_);
     if (stored(speed_.key).empty() && !speed_.isForThisRun)
-        panel_.speedHint = speedHintText;
+        panel_.speedHint = firstHint_ = speedHintText;
     for (const SavedValue& saved : savedValues) {
         std::string& value = values_.*saved.value;
         value = stored(saved.key);
@@ -153,16 +168,20 @@ bool Launcher::refreshPortInfo()
     std::ranges::transform(allPorts, panel_.portTips.begin(),
                            [&](PortNumber port) { return ports_.target(port, ports).text(); });
     panel_.portInfo = panel_.portTips.at(static_cast<std::size_t>(panel_.comPort));
+    const PortLocation place = ports_.target(chosenPort(), ports).place;
+    panel_.comSpeedEnabled = noLineSpeedText(place).empty();
+    panel_.speedHint = panel_.comSpeedEnabled ? firstHint_ : noLineSpeedText(place);
     return panel_ != before;
 }
 
 ConnectionChoice Launcher::connection() const
 {
-    const PortNumber port = allPorts.at(static_cast<std::size_t>(panel_.comPort));
-    const PortDirectory::Target target = ports_.target(port);
-    return {.port = port,
-            .bitsPerSecond = lineSpeeds.at(static_cast<std::size_t>(panel_.comSpeed)),
-            .device = target.isDevice() ? target.location : target.text()};
+    const PortLocation place = ports_.target(chosenPort()).place;
+    const int lineSpeed = lineSpeeds.at(static_cast<std::size_t>(panel_.comSpeed));
+    return {.port = chosenPort(),
+            .bitsPerSecond = place.bitsPerSecond.value_or(lineSpeed),
+            .device = place.text(),
+            .kind = place.kind};
 }
 
 Tool Launcher::toolFor(Tool button) const

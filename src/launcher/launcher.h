@@ -98,6 +98,7 @@ private:
     void loadChoice(Choice& choice);
     void choose(Choice& choice, int position);
     void chooseForThisRun(Choice& choice, int position);
+    PortNumber chosenPort() const { return allPorts.at(static_cast<std::size_t>(panel_.comPort)); }
     std::string defaultDatabase() const;
     std::string stored(const char* key, const std::string& missing = {}) const;
 
@@ -108,6 +109,7 @@ private:
     const Design& design_;
     System system_;
     StartPanel panel_;
+    std::string firstHint_; ///< which speed to try first; empty for whom the program has served before
     Choice port_{"comPort", &StartPanel::comPort, static_cast<int>(allPorts.size())};
     Choice speed_{"comSpeed", &StartPanel::comSpeed, static_cast<int>(lineSpeeds.size())};
 };

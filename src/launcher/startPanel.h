@@ -13,7 +13,8 @@ struct StartPanel {
     int comPort = 0;              ///< list position
     int comSpeed = 0;             ///< list position
     std::string portInfo;         ///< what the chosen port stands for now
-    std::string speedHint;        ///< which speed to try first; empty for whom the program has served before
+    bool comSpeedEnabled = true;  ///< whether the line speed is of use with what the port stands for
+    std::string speedHint;        ///< which speed to try first, or why none is needed; mostly empty
 
     /// What each port of the list stands for now.
     std::array<std::string, allPorts.size()> portTips;

@@ -11,6 +11,14 @@ constexpr std::chrono::seconds longSilence{10};
 /// Of a command with its carriage return.
 std::int64_t lengthOf(std::string_view command) { return static_cast<std::int64_t>(command.size()) + 1; }
 
+std::string otherSpeed(const ConnectionChoice& choice)
+{
+    constexpr int usual = 38400;
+    if (!choice.hasSpeed())
+        return {};
+    return std::string(": try ") + (choice.bitsPerSecond == usual ? "9600" : "38400");
+}
+
 } // namespace
 
 AdapterLink::AdapterLink(AdapterLine line, Listener& listener, Delivery delivery)
@@ -42,8 +50,7 @@ void AdapterLink::tellOfSilence()
     else if (heard() == Heard::nothing)
         silenceText_ = " - nothing received for " + time;
     else if (heard() == Heard::noise)
-        silenceText_ = std::string(" - received, but not readable: try ") +
-                       (line_.choice.bitsPerSecond == 9600 ? "38400" : "9600");
+        silenceText_ = " - received, but not readable" + otherSpeed(line_.choice);
     else
         silenceText_ = " - no complete answer for " + time;
     listener_.linkSilent();

@@ -16,13 +16,14 @@ std::size_t indexOf(PortNumber port) { return static_cast<std::size_t>(port) - 1
 
 std::string PortDirectory::Target::text() const
 {
-    if (isSimulated())
-        return "simulated vehicle";
-    if (location.empty())
-        return "nothing connected";
-    if (!connected)
-        return location + " - nothing connected";
-    return description.empty() ? location : location + " - " + description;
+    if (!place.problem.empty())
+        return location + " - " + place.problem;
+    std::string text = place.text();
+    if (place.bitsPerSecond)
+        text += " at " + std::to_string(*place.bitsPerSecond);
+    if (place.kind == PortLocation::Kind::device && !connected)
+        return text + " - nothing connected";
+    return description.empty() ? text : text + " - " + description;
 }
 
 PortDirectory::Target PortDirectory::target(PortNumber port, const std::vector<DetectedPort>& ports) const
@@ -47,12 +48,18 @@ PortDirectory::Target PortDirectory::automaticTarget(PortNumber port,
 PortDirectory::Target PortDirectory::targetAt(const std::string& location,
                                               const std::vector<DetectedPort>& ports) const
 {
-    if (location == simulated)
+    using Kind = PortLocation::Kind;
+    const PortLocation place = portLocation(location);
+    if (place.kind == Kind::network)
+        return {location, "network adapter", true};
+    if (place.kind == Kind::recording && !fileExists(place.path))
+        return {location, "there is no such file", false};
+    if (place.kind != Kind::device)
         return {location, {}, true};
-    const auto known = std::ranges::find(ports, system_.devicePath(location), &DetectedPort::location);
+    const auto known = std::ranges::find(ports, system_.devicePath(place.path), &DetectedPort::location);
     if (known != ports.end())
         return {location, known->description, true};
-    return {location, {}, system_.exists(location)};
+    return {location, {}, system_.exists(place.path)};
 }
 
 std::string PortDirectory::assignment(PortNumber port) const

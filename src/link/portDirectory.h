@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/portLocation.h"
 #include "link/portNumber.h"
 #include "shared/settingsStore.h"
 
@@ -46,18 +47,18 @@ public:
 class PortDirectory {
 public:
     /// Stands for the simulated vehicle in place of a location.
-    static constexpr std::string_view simulated = "simulated";
+    static constexpr std::string_view simulated = PortLocation::simulatedText;
 
     struct Target {
-        std::string location;    ///< empty: nothing is connected
+        std::string location;    ///< as it was assigned; empty: nothing is connected
         std::string description; ///< of the device, may be empty
-        bool connected = false;  ///< whether there is a device now
+        bool connected = false;  ///< whether there is a device or a file now; an adapter in a network counts
 
-        bool isSimulated() const { return location == simulated; }
-        bool isDevice() const { return !location.empty() && !isSimulated(); }
+        PortLocation place = portLocation(location); ///< what the location stands for
 
         /// In one line for the user: "/dev/ttyUSB0 - FT232R USB UART", "simulated vehicle",
-        /// "nothing connected", "/dev/rfcomm0 - nothing connected".
+        /// "nothing connected", "/dev/rfcomm0 at 38400 - nothing connected", "192.168.0.10:35000 - network
+        /// adapter".
         std::string text() const;
     };
 

@@ -20,6 +20,13 @@ bool isNumber(std::string_view text)
            std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
 }
 
+PortLocation recordingLocation(std::string_view text)
+{
+    return {.kind = Kind::recording,
+            .path = std::string(text),
+            .problem = text.empty() ? "\"replay:FILE\" needs the name of a file" : ""};
+}
+
 /// "HOST:PORT", "HOST", "[::1]:PORT".
 PortLocation networkLocation(std::string_view text)
 {
@@ -54,6 +61,24 @@ PortLocation deviceLocation(std::string_view text)
 
 } // namespace
 
+std::string PortLocation::text() const
+{
+    switch (kind) {
+    case Kind::nothing:
+        return "nothing connected";
+    case Kind::simulated:
+        return "simulated vehicle";
+    case Kind::network:
+        return (path.find(':') == std::string::npos ? path : "[" + path + "]") + ":" +
+               std::to_string(tcpPort);
+    case Kind::recording:
+        return "recording \"" + path + "\"";
+    case Kind::device:
+        break;
+    }
+    return path;
+}
+
 PortLocation portLocation(std::string_view assignment)
 {
     if (assignment.empty())
@@ -64,8 +89,7 @@ PortLocation portLocation(std::string_view assignment)
         if (upperCase(assignment.substr(0, prefix.size())) != upperCase(prefix))
             continue;
         const std::string_view rest = assignment.substr(prefix.size());
-        return kind == Kind::network ? networkLocation(rest)
-                                     : PortLocation{.kind = kind, .path = std::string(rest)};
+        return kind == Kind::network ? networkLocation(rest) : recordingLocation(rest);
     }
     return deviceLocation(assignment);
 }

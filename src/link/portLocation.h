@@ -30,6 +30,10 @@ struct PortLocation {
     /// Whether the launcher's line speed, or one in its place, means anything.
     bool hasSpeed() const { return kind == Kind::device; }
 
+    /// As users read it, without speed and problem: "/dev/ttyUSB0", "192.168.0.10:35000", "simulated
+    /// vehicle", "nothing connected"; a recording with its file.
+    std::string text() const;
+
     bool operator==(const PortLocation&) const = default;
 };
 

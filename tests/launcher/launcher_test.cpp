@@ -52,7 +52,7 @@ struct LauncherTest : testing::Test {
 
     std::string connection() const
     {
-        const auto [port, speed, device] = launcher.connection();
+        const auto [port, speed, device, kind] = launcher.connection();
         return portName(port) + " " + std::to_string(speed) + " " + device;
     }
 };
@@ -96,6 +96,27 @@ TEST_F(LauncherTest, TellsWhatThePortsStandForAndWhereNothingAnswers)
     EXPECT_EQ(launcher.panel().speedHint, "") << "there is a choice already";
     launcher.choosePort(3);
     EXPECT_EQ(connection() + launcher.panel().portInfo, "com4 38400 simulated vehiclesimulated vehicle");
+    EXPECT_TRUE(launcher.panel().comSpeedEnabled);
+
+    const std::string name = folder.path("a.txt");
+    const std::vector<std::array<std::string, 4>> rows{
+        {"/dev/ttyUSB0@115200", "com4 115200 /dev/ttyUSB0",
+         "Line speed does not apply: the port has its own, 115200",
+         "Check port (/dev/ttyUSB0) and speed (115200) in the launcher; most adapters use 38400."},
+        {"tcp:h", "com4 38400 h:35000", "Line speed does not apply in a network",
+         "Check that the adapter (h:35000) has power, and that no phone and no other program uses it: it "
+         "serves one at a time."},
+        {"replay:" + name, "com4 38400 recording \"" + name + '"', "Line speed does not apply to a recording",
+         "Check port (recording \"" + name + "\") in the launcher."},
+    };
+    for (const auto& [location, choice, hint, advice] : rows) {
+        ports.assign(PortNumber{4}, location);
+        EXPECT_TRUE(launcher.refreshPortInfo());
+        EXPECT_EQ(connection(), choice);
+        EXPECT_EQ(launcher.panel().speedHint, hint);
+        EXPECT_FALSE(launcher.panel().comSpeedEnabled);
+        EXPECT_EQ(launcher.connection().advice(), advice);
+    }
 }
 
 TEST_F(LauncherTest, ReportsSettingsThatItCannotUse)

@@ -52,6 +52,64 @@ TEST_F(PortDirectoryTest, UsesTheSystemsOwnNumbersWhereThereAreSuch)
     EXPECT_EQ(textOf(1), "COM7 - USB Serial");
 }
 
+TEST(PortLocation, ReadsAndShowsWhatAPortStandsFor)
+{
+    using Kind = PortLocation::Kind;
+    struct Row {
+        const char* text;
+        Kind kind;
+        const char* path;
+        const char* shown;
+        int number = 0; ///< port or speed
+        const char* problem = "";
+    };
+    const char* const badPort = "\"tcp:HOST:PORT\" needs a port from 1 to 65535, such as 35000";
+    const Row rows[] = {
+        {"", Kind::nothing, "", "nothing connected"},
+        {"simulated", Kind::simulated, "", "simulated vehicle"},
+        {"ttyUSB0", Kind::device, "ttyUSB0", "ttyUSB0"},
+        {"COM7@500000", Kind::device, "COM7", "COM7", 500000},
+        {"/dev/a@b@9600", Kind::device, "/dev/a@b", "/dev/a@b", 9600},
+        {"/dev/a@b", Kind::device, "/dev/a@b", "/dev/a@b"},
+        {"@9600", Kind::device, "@9600", "@9600"},
+        {"a@1234567890", Kind::device, "a@1234567890", "a@1234567890"},
+        {"a@0", Kind::device, "a", "a", 0, "The speed behind \"@\" is in bits per second, such as 115200"},
+        {"tcp:192.168.0.10:3333", Kind::network, "192.168.0.10", "192.168.0.10:3333", 3333},
+        {"TCP:host", Kind::network, "host", "host:35000", 35000},
+        {"tcp:[::1]:1", Kind::network, "::1", "[::1]:1", 1},
+        {"tcp::1", Kind::network, "", ":1", 1, "\"tcp:HOST:PORT\" needs a host, such as 192.168.0.10"},
+        {"tcp:h:", Kind::network, "h", "h:0", 0, badPort},
+        {"tcp:h:65536", Kind::network, "h", "h:65536", 65536, badPort},
+        {"tcp:h:1x", Kind::network, "h", "h:0", 0, badPort},
+        {"replay:a:b.txt", Kind::recording, "a:b.txt", "recording \"a:b.txt\""},
+        {"replay:", Kind::recording, "", "recording \"\"", 0, "\"replay:FILE\" needs the name of a file"},
+    };
+    for (const Row& row : rows) {
+        const PortLocation place = portLocation(row.text);
+        EXPECT_EQ(place.kind, row.kind) << row.text;
+        EXPECT_EQ(place.path, row.path);
+        EXPECT_EQ(place.text(), row.shown);
+        EXPECT_EQ(row.kind == Kind::network ? place.tcpPort : place.bitsPerSecond.value_or(0), row.number);
+        EXPECT_EQ(place.problem, row.problem) << row.text;
+    }
+}
+
+TEST_F(PortDirectoryTest, TellsWhatIsConnectedAndWhatCannotBeUsed)
+{
+    system.ports = {{"/dev/ttyUSB0", "FT232R USB UART", ""}};
+    for (const auto& [location, text] : {
+             std::pair("ttyUSB0@115200", "ttyUSB0 at 115200 - FT232R USB UART"),
+             {"/dev/rfcomm0@9600", "/dev/rfcomm0 at 9600 - nothing connected"},
+             {"tcp:192.168.0.10:35000", "192.168.0.10:35000 - network adapter"},
+             {"tcp:h:0", "tcp:h:0 - \"tcp:HOST:PORT\" needs a port from 1 to 65535, such as 35000"},
+             {"replay:/no/such", "recording \"/no/such\" - there is no such file"},
+             {"replay:/bin/sh", "recording \"/bin/sh\""},
+         }) {
+        directory.assign(PortNumber{1}, location);
+        EXPECT_EQ(textOf(1), text);
+    }
+}
+
 TEST_F(PortDirectoryTest, ReadsPortNames)
 {
     EXPECT_EQ(PortDirectory::numberOf("com1"), PortNumber{1});

@@ -113,6 +113,7 @@ void startForm::paint()
     setWindowTitle(toQt(p.caption));
     ui->comPort->setCurrentIndex(p.comPort);
     ui->comSpeed->setCurrentIndex(p.comSpeed);
+    ui->comSpeed->setEnabled(p.comSpeedEnabled);
     for (std::size_t i = 0; i < p.portTips.size(); ++i)
         ui->comPort->setItemData(static_cast<int>(i), tipText(p.portTips[i]), Qt::ToolTipRole);
     display(*ui->speedHint, p.speedHint);
