@@ -1,4 +1,6 @@
+#include "shared/module1.h"
 #include "shared/programInfo.h"
+#include "sim/loopbackServer.h"
 #include "sim/pseudoTerminal.h"
 #include "sim/simulatedAdapter.h"
 #include "sim/simulationArguments.h"
@@ -26,6 +28,7 @@ constexpr int usageError = 2;
 struct CommandLine {
     std::string answer; ///< is printed and ends the program; empty: it serves
     std::string link;   ///< empty: none
+    std::optional<int> tcpPort;
     SimulationOptions options = SimulationOptions::realistic();
 };
 
@@ -35,8 +38,9 @@ struct OwnArgument {
     const char* help;
 };
 
-constexpr std::array<OwnArgument, 3> ownArguments{{
+constexpr std::array<OwnArgument, 4> ownArguments{{
     {"link", "PATH", "makes a symbolic link to the port while the program runs"},
+    {"tcp", "PORT", "serves 127.0.0.1:PORT, too, one client at a time; 0: any port, which is printed"},
     {"help", "", "shows this text"},
     {"version", "", "shows the version"},
 }};
@@ -71,6 +75,15 @@ std::vector<option> optionTable()
     return table;
 }
 
+int tcpPort(const std::string& text)
+{
+    constexpr int most = 65535;
+    const std::optional<int> port = integerIn(text);
+    if (!port || *port < 0 || *port > most)
+        throw ArgumentError("\"" + text + "\" is no port from 0 to " + std::to_string(most));
+    return *port;
+}
+
 void apply(CommandLine& commandLine, const std::string& name, const std::string& value)
 {
     if (name == "help") {
@@ -79,6 +92,8 @@ void apply(CommandLine& commandLine, const std::string& name, const std::string&
         commandLine.answer = "zint-sim " + programInfo().version() + '\n';
     } else if (name == "link") {
         commandLine.link = value;
+    } else if (name == "tcp") {
+        commandLine.tcpPort = tcpPort(value);
     } else {
         applySimulationArgument(commandLine.options, name, value);
     }
@@ -142,7 +157,8 @@ Time sinceStart()
 }
 
 /// Waits for the program on the other side, for a signal, or until the adapter has something to do.
-void waitFor(const PseudoTerminal& terminal, std::optional<Time> due, const StopSignals& signals)
+void waitFor(const PseudoTerminal& terminal, const std::optional<LoopbackServer>& server,
+             std::optional<Time> due, const StopSignals& signals)
 {
     constexpr Time untilNextLook = std::chrono::milliseconds(10); // for a program that opens the port
     constexpr Time longest = std::chrono::hours(1);
@@ -151,8 +167,12 @@ void waitFor(const PseudoTerminal& terminal, std::optional<Time> due, const Stop
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
     const timespec time{.tv_sec = seconds.count(),
                         .tv_nsec = std::chrono::nanoseconds(left - seconds).count()};
-    pollfd other{.fd = terminal.isOpen() ? terminal.descriptor() : -1, .events = POLLIN, .revents = 0};
-    if (ppoll(&other, 1, &time, &signals.whileWaiting()) < 0 && errno != EINTR)
+    const auto watch = [](int descriptor) {
+        return pollfd{.fd = descriptor, .events = POLLIN, .revents = 0};
+    };
+    std::array others{watch(terminal.isOpen() ? terminal.descriptor() : -1),
+                      watch(server ? server->descriptor() : -1)};
+    if (ppoll(others.data(), others.size(), &time, &signals.whileWaiting()) < 0 && errno != EINTR)
         throw std::system_error(errno, std::generic_category(), "waiting");
 }
 
@@ -167,14 +187,23 @@ void serve(const CommandLine& commandLine)
     std::optional<TemporaryLink> link;
     if (!commandLine.link.empty())
         link.emplace(commandLine.link, terminal.path());
+    std::optional<LoopbackServer> server;
+    if (commandLine.tcpPort)
+        server.emplace(*commandLine.tcpPort);
     std::cout << terminal.path() << std::endl; // who reads it waits for it
+    if (server)
+        std::cout << "tcp:127.0.0.1:" << server->port() << std::endl;
     while (stopRequested == 0 && !adapter.disconnected()) {
-        waitFor(terminal, adapter.nextDue(), signals);
-        const std::string text = terminal.read();
-        if (terminal.takeOpening())
+        waitFor(terminal, server, adapter.nextDue(), signals);
+        const std::string text = terminal.read() + (server ? server->read() : "");
+        if (terminal.takeOpening() || (server && server->takeClient()))
             adapter.portOpened();
         adapter.receive(text, sinceStart());
-        terminal.write(adapter.take(sinceStart()));
+        const std::string reply = adapter.take(sinceStart());
+        if (server && server->hasClient())
+            server->write(reply);
+        else
+            terminal.write(reply);
     }
     if (adapter.disconnected())
         terminal.waitUntilRead(std::chrono::seconds(1));

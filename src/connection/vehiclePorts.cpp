@@ -3,6 +3,7 @@
 #include "link/commError.h"
 #include "platform/qtSerialPort.h"
 #include "platform/qtTimer.h"
+#include "platform/tcpPort.h"
 #include "sim/simulatedPort.h"
 #include "sim/vehicle.h"
 
@@ -46,7 +47,7 @@ std::unique_ptr<SerialPort> VehiclePorts::make(EventGate& gate, PortNumber numbe
             vehicle_ = std::make_unique<Vehicle>();
         return std::make_unique<TimedSimulatedPort>(gate, clock_, *vehicle_);
     case PortLocation::Kind::network:
-        return unusablePort(gate, "an adapter in the network can't be used yet");
+        return std::make_unique<TcpPort>(gate, [this](PortNumber n) { return locate(n); });
     case PortLocation::Kind::recording:
         return unusablePort(gate, "a recording can't be used yet");
     case PortLocation::Kind::nothing:

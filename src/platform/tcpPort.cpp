@@ -1,0 +1,105 @@
+#include "platform/tcpPort.h"
+
+#include "link/commError.h"
+#include "platform/socketSystem.h"
+#include "platform/text.h"
+
+#include <QEventLoop>
+#include <QNetworkProxy>
+#include <QTcpSocket>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+namespace zint {
+namespace {
+
+struct Failure {
+    QAbstractSocket::SocketError error;
+    int number; ///< the operating system's
+    const char* advice;
+};
+
+constexpr std::array<Failure, 4> failures{{
+    {QAbstractSocket::ConnectionRefusedError, ECONNREFUSED,
+     "look up the adapter's port, mostly 35000, else 3333 or 23; and let no phone and no other program use "
+     "it: "
+     "it serves one at a time"},
+    {QAbstractSocket::SocketTimeoutError, ETIMEDOUT,
+     "let this computer join the adapter's Wi-Fi, and see that the adapter has power"},
+    {QAbstractSocket::NetworkError, ENETUNREACH, "let this computer join the adapter's Wi-Fi"},
+    {QAbstractSocket::HostNotFoundError, 0, "check the name, or give the address, such as 192.168.0.10"},
+}};
+
+CommError connectionError(const PortLocation& place, QAbstractSocket::SocketError error,
+                          const QString& description)
+{
+    const std::string at = " (" + place.text() + ")";
+    const auto* const known = std::ranges::find(failures, error, &Failure::error);
+    if (known == failures.end())
+        return {EIO, fromQt(description) + at};
+    const std::string what =
+        known->number == 0 ? fromQt(description) : std::generic_category().message(known->number);
+    return {known->number, what + at + " - " + known->advice};
+}
+
+} // namespace
+
+TcpPort::TcpPort(EventGate& gate, Locate locate, std::chrono::milliseconds patience)
+    : TcpPort(gate, std::move(locate), patience, std::make_unique<QTcpSocket>())
+{
+}
+
+TcpPort::TcpPort(EventGate& gate, Locate locate, std::chrono::milliseconds patience,
+                 std::unique_ptr<QTcpSocket> socket)
+    : DevicePort(gate, std::move(socket)), locate_(std::move(locate)), patience_(patience),
+      socket_(static_cast<QTcpSocket&>(device()))
+{
+    socket_.setProxy(QNetworkProxy::NoProxy);
+    QObject::connect(&socket_, &QAbstractSocket::disconnected, &socket_, [this] { lost(); });
+}
+
+void TcpPort::open(PortNumber number, int /*bitsPerSecond*/)
+{
+    connectTo(locate_(number));
+    socket_.setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    socket_.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
+    watchOver(socket_.socketDescriptor());
+    begin(std::chrono::microseconds(0));
+}
+
+void TcpPort::connectTo(const PortLocation& place)
+{
+    QEventLoop loop;
+    QObject::connect(&socket_, &QAbstractSocket::connected, &loop, &QEventLoop::quit);
+    QObject::connect(&socket_, &QAbstractSocket::errorOccurred, &loop, &QEventLoop::quit);
+    QTimer::singleShot(patience_, &loop, &QEventLoop::quit);
+    const auto isTrying = [this] {
+        return socket_.state() == QAbstractSocket::HostLookupState ||
+               socket_.state() == QAbstractSocket::ConnectingState;
+    };
+    socket_.connectToHost(toQt(place.path), static_cast<quint16>(place.tcpPort));
+    if (isTrying()) // a refusal may be known at once
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+    if (socket_.state() == QAbstractSocket::ConnectedState)
+        return;
+    const auto error = isTrying() ? QAbstractSocket::SocketTimeoutError : socket_.error();
+    const CommError failure = connectionError(place, error, socket_.errorString());
+    socket_.abort();
+    throw failure;
+}
+
+std::size_t TcpPort::writeNow(std::string_view text) { return sendNow(socket_.socketDescriptor(), text); }
+
+/// At once: the port may be opened again right after this.
+void TcpPort::closeDevice()
+{
+    socket_.close();
+    if (socket_.state() != QAbstractSocket::UnconnectedState)
+        socket_.abort();
+}
+
+} // namespace zint
