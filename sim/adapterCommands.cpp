@@ -46,7 +46,7 @@ CommandResult describeDevice(Argument, AdapterSettings&, const Vehicle&)
 
 CommandResult readVoltage(Argument, AdapterSettings&, const Vehicle& vehicle)
 {
-    return {.text = vehicle.ignitionOn() ? "13.1V" : "12.3V"}; // the generator runs, or does not
+    return {.text = vehicle.voltage()};
 }
 
 CommandResult restoreDefaults(Argument, AdapterSettings& settings, const Vehicle&)

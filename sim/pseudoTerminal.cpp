@@ -68,6 +68,25 @@ bool PseudoTerminal::takeOpening()
     return open_ && !wasOpen;
 }
 
+int PseudoTerminal::bitsPerSecond() const
+{
+    constexpr std::array<std::pair<speed_t, int>, 8> speeds = {{{B9600, 9600},
+                                                                {B19200, 19200},
+                                                                {B38400, 38400},
+                                                                {B57600, 57600},
+                                                                {B115200, 115200},
+                                                                {B230400, 230400},
+                                                                {B460800, 460800},
+                                                                {B500000, 500000}}};
+    termios settings{};
+    checked(tcgetattr(master_.get(), &settings), "terminal settings");
+    for (const auto& [code, speed] : speeds) {
+        if (code == cfgetospeed(&settings))
+            return speed;
+    }
+    return 1;
+}
+
 std::string PseudoTerminal::read()
 {
     std::array<char, 4096> buffer;

@@ -45,6 +45,9 @@ public:
     /// Looks whether a program has the port open. @return whether it has opened it since the last look
     bool takeOpening();
 
+    /// The speed that the program has set, in bits per second; 1 stands for an unusual one.
+    int bitsPerSecond() const;
+
     /// What the program has written, possibly nothing; what it wrote just before it closed the port is still
     /// there.
     std::string read();

@@ -1,6 +1,7 @@
 #include "sim/simulatedAdapter.h"
 
 #include "shared/module1.h"
+#include "sim/wrongSpeed.h"
 
 #include <algorithm>
 #include <iterator>
@@ -97,12 +98,21 @@ std::optional<SimulatedAdapter::Time> SimulatedAdapter::nextDue() const
 std::string SimulatedAdapter::take(Time now)
 {
     dropLateCommand(now);
-    return output_.take(now);
+    std::string text = output_.take(now);
+    return isSpeedWrong() ? heardAtOtherSpeed(text, options_.bitsPerSecond, portSpeed_) : text;
+}
+
+bool SimulatedAdapter::isSpeedWrong() const
+{
+    return options_.mindsSpeed && portSpeed_ > 0 && options_.bitsPerSecond > 0 &&
+           portSpeed_ != options_.bitsPerSecond;
 }
 
 void SimulatedAdapter::receive(std::string_view bytes, Time now)
 {
-    for (const char byte : bytes) {
+    const std::string heard =
+        isSpeedWrong() ? heardAtOtherSpeed(bytes, portSpeed_, options_.bitsPerSecond) : std::string(bytes);
+    for (const char byte : heard) {
         inputEnd_ = std::max(now, inputEnd_) + perCharacter_;
         dropLateCommand(inputEnd_);
         receiveByte(byte, inputEnd_);

@@ -28,6 +28,9 @@ public:
     /// A program has opened the port: a silent or vanished adapter is back. What the adapter does goes on.
     void portOpened();
 
+    /// The speed of the port, in bits per second.
+    void setPortSpeed(int bitsPerSecond) { portSpeed_ = bitsPerSecond; }
+
     /// Nobody takes what arrives until then; it is lost.
     void dropUntil(Time then) { output_.dropArrived(then); }
 
@@ -57,6 +60,7 @@ private:
 
     std::optional<Request> parseRequest(std::string_view digits) const;
 
+    bool isSpeedWrong() const;
     void receiveByte(char byte, Time at);
     void interrupt(Time at);
     void dropLateCommand(Time now);
@@ -93,6 +97,7 @@ private:
     std::string line_;  // what has been received of a command, without blanks and in capitals
     std::optional<Time> lineDeadline_;
     std::string lastLine_;
+    int portSpeed_ = 0; // 0: not told
     bool silent_ = false;
     bool vanished_ = false;
     int prompts_ = 0; // since the port was opened

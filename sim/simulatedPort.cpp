@@ -27,13 +27,14 @@ SimulatedPort::~SimulatedPort()
     timer_.onTick = nullptr;
 }
 
-void SimulatedPort::open(PortNumber /*number*/, int /*bitsPerSecond*/)
+void SimulatedPort::open(PortNumber /*number*/, int bitsPerSecond)
 {
     if (open_)
         throw CommError(deviceBusy, "The port is already open");
     gone_ = false;
     open_ = true;
     adapter_.dropUntil(clock_.monotonic());
+    adapter_.setPortSpeed(bitsPerSecond);
     adapter_.portOpened();
     schedule();
 }

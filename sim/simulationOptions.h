@@ -18,7 +18,8 @@ struct VehicleOptions {
     std::vector<std::string> storedCodes{"P0133", "P0301", "U0123"}; ///< until they are cleared
     std::vector<std::string> pendingCodes{"P0420"};                  ///< likewise
     std::vector<std::string> permanentCodes{"P0133"};                ///< clearing leaves them alone; CAN only
-    int units = 1; ///< 2: an engine with more parameters, and a transmission
+    std::string voltage; ///< as adapters tell it; empty: "13.1V", with the ignition off "12.3V"
+    int units = 1;       ///< 2: an engine with more parameters, and a transmission
     std::vector<std::string> transmissionCodes{"P0741"}; ///< stored, until they are cleared
     bool diesel = false;                                 ///< compression ignition, with more parameters
     bool refusesClearing = false;
@@ -41,10 +42,11 @@ struct ReplyFault {
 struct AdapterOptions {
     using Time = std::chrono::microseconds;
 
-    Time latency{0};       ///< from the end of a request to its answer; 0: nothing takes time
-    int bitsPerSecond = 0; ///< of the serial line, ten bits a character; 0: takes no time
-    Time resetDuration{0}; ///< what arrives during a reset is lost
-    Time defaultsDelay{0}; ///< until "ATD" is answered
+    Time latency{0};         ///< from the end of a request to its answer; 0: nothing takes time
+    int bitsPerSecond = 0;   ///< of the serial line, ten bits a character; 0: takes no time
+    bool mindsSpeed = false; ///< a port at another speed than `bitsPerSecond` hears noise, and so does it
+    Time resetDuration{0};   ///< what arrives during a reset is lost
+    Time defaultsDelay{0};   ///< until "ATD" is answered
 
     /// Before the first data after a reset comes "BUS INIT: ...OK" or "SEARCHING...".
     bool announcesConnection = false;

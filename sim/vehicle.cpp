@@ -43,8 +43,9 @@ std::vector<ControlUnit> makeUnits(const VehicleOptions& options)
 
 Vehicle::Vehicle(const VehicleOptions& options)
     : protocol_(static_cast<unsigned>(options.protocol)), ignitionOn_(options.ignitionOn),
-      pendingResponse_(options.pendingResponse), dropOutEvery_(options.dropOutEvery),
-      foreignAnswerEvery_(options.foreignAnswerEvery), units_(makeUnits(options))
+      voltage_(options.voltage), pendingResponse_(options.pendingResponse),
+      dropOutEvery_(options.dropOutEvery), foreignAnswerEvery_(options.foreignAnswerEvery),
+      units_(makeUnits(options))
 {
 }
 

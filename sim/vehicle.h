@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace zint {
@@ -32,6 +33,9 @@ public:
     const ProtocolTraits& traits() const { return protocolTraits(protocol_); }
     bool ignitionOn() const { return ignitionOn_; }
 
+    /// In the socket, as adapters tell it. The generator runs, or does not.
+    std::string voltage() const { return !voltage_.empty() ? voltage_ : ignitionOn_ ? "13.1V" : "12.3V"; }
+
     /// How long an answer takes that is announced.
     std::chrono::microseconds waitingTime() const
     {
@@ -53,6 +57,7 @@ private:
 
     unsigned protocol_;
     bool ignitionOn_;
+    std::string voltage_;
     std::optional<std::chrono::microseconds> pendingResponse_;
     int dropOutEvery_;
     int foreignAnswerEvery_;

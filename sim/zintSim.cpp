@@ -198,6 +198,7 @@ void serve(const CommandLine& commandLine)
         const std::string text = terminal.read() + (server ? server->read() : "");
         if (terminal.takeOpening() || (server && server->takeClient()))
             adapter.portOpened();
+        adapter.setPortSpeed(terminal.bitsPerSecond());
         adapter.receive(text, sinceStart());
         const std::string reply = adapter.take(sinceStart());
         if (server && server->hasClient())
