@@ -41,10 +41,18 @@ void QtSerialPort::open(PortNumber number, int bitsPerSecond)
     if (!port_.open(QIODevice::ReadWrite))
         throw portOpenError(path, port_.error(), port_.errorString());
     port_.clear(QSerialPort::Input);
+    latencyLowered_ = lowerLatency(port_);
     begin(std::chrono::microseconds(std::chrono::seconds(1)) * bitsPerCharacter / bitsPerSecond);
 }
 
 std::size_t QtSerialPort::writeNow(std::string_view text) { return zint::writeNow(port_, text); }
+
+void QtSerialPort::closeDevice()
+{
+    if (latencyLowered_)
+        restoreLatency(port_);
+    port_.close();
+}
 
 void QtSerialPort::errorArrived(QSerialPort::SerialPortError error)
 {

@@ -23,10 +23,12 @@ private:
     QtSerialPort(EventGate& gate, Locate locate, std::unique_ptr<QSerialPort> port);
 
     std::size_t writeNow(std::string_view text) override;
+    void closeDevice() override;
     void errorArrived(QSerialPort::SerialPortError error);
 
     Locate locate_;
-    QSerialPort& port_; ///< the base's device
+    QSerialPort& port_;           ///< the base's device
+    bool latencyLowered_ = false; ///< which closing gives back
 };
 
 } // namespace zint

@@ -28,4 +28,11 @@ CommError nothingConnected(PortNumber port);
 /// @return how many characters the system took, possibly none; the rest goes through the toolkit's port
 std::size_t writeNow(QSerialPort& port, std::string_view text);
 
+/// Asks the driver of an open port to hand over at once what comes, where it would wait for more otherwise.
+/// @return whether it does so by that, so that restoreLatency() is to give it back
+bool lowerLatency(const QSerialPort& port);
+
+/// Lets the driver of an open port wait again.
+void restoreLatency(const QSerialPort& port);
+
 } // namespace zint

@@ -11,6 +11,12 @@
 #include <system_error>
 #include <unistd.h>
 
+#ifdef __linux__
+#include <linux/serial.h>
+#include <sys/ioctl.h>
+#include <sys/sysmacros.h>
+#endif
+
 namespace zint {
 namespace {
 
@@ -67,6 +73,36 @@ std::string advice(const std::string& path, int number)
     }
 }
 
+/// Whether the chip waits up to 16 ms for more before it hands a short text over, as those of FTDI do: their
+/// driver alone has such a file.
+bool waitsForMore([[maybe_unused]] const QSerialPort& port)
+{
+#ifdef __linux__
+    struct stat status = {};
+    return ::fstat(port.handle(), &status) == 0 &&
+           QFileInfo::exists(QStringLiteral("/sys/dev/char/%1:%2/device/latency_timer")
+                                 .arg(major(status.st_rdev))
+                                 .arg(minor(status.st_rdev)));
+#else
+    return false;
+#endif
+}
+
+/// Sets the flag, which users may do. @return whether that changed it
+bool setLowLatency([[maybe_unused]] const QSerialPort& port, [[maybe_unused]] bool isOn)
+{
+#ifdef __linux__
+    constexpr auto flag = static_cast<int>(ASYNC_LOW_LATENCY);
+    serial_struct settings = {};
+    if (::ioctl(port.handle(), TIOCGSERIAL, &settings) != 0 || ((settings.flags & flag) != 0) == isOn)
+        return false;
+    settings.flags ^= flag;
+    return ::ioctl(port.handle(), TIOCSSERIAL, &settings) == 0;
+#else
+    return false;
+#endif
+}
+
 } // namespace
 
 std::string devicePath(const std::string& location)
@@ -97,5 +133,9 @@ std::size_t writeNow(QSerialPort& port, std::string_view text)
     const ssize_t count = ::write(port.handle(), text.data(), text.size());
     return count < 0 ? 0 : static_cast<std::size_t>(count);
 }
+
+bool lowerLatency(const QSerialPort& port) { return waitsForMore(port) && setLowLatency(port, true); }
+
+void restoreLatency(const QSerialPort& port) { setLowLatency(port, false); }
 
 } // namespace zint

@@ -52,4 +52,11 @@ std::size_t writeNow(QSerialPort& /*port*/, std::string_view /*text*/)
     return 0; // a port that was opened for overlapped access takes no plain writes
 }
 
+bool lowerLatency(const QSerialPort& /*port*/)
+{
+    return false; // the drivers take it from their settings in the device manager alone
+}
+
+void restoreLatency(const QSerialPort& /*port*/) {}
+
 } // namespace zint
