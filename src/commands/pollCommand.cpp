@@ -112,6 +112,7 @@ private:
         poller_.resetValues();
         if (options_.seconds)
             poller_.limitByTime(*options_.seconds);
+        poller_.letReconnect(options_.reconnect);
         poller_.pressStart();
         hasBegun_ = poller_.isPolling();
         if (hasBegun_)
@@ -134,8 +135,24 @@ private:
             return;
         }
         warn();
+        tellOfLoss();
         if (!options_.quiet)
             showProgress(progress());
+    }
+
+    /// No reply is late while there is no adapter.
+    void tellOfLoss()
+    {
+        if (isWaitTold_ == poller_.isWaiting())
+            return;
+        isWaitTold_ = poller_.isWaiting();
+        if (isWaitTold_) {
+            session_.patience.end();
+            complain(poller_.lastFailure() + ", waiting for it for " + secondsText(*options_.reconnect));
+        } else {
+            session_.patience.begin();
+            complain("the adapter is there again");
+        }
     }
 
     /// Tells once what the run goes on in spite of.
@@ -190,18 +207,21 @@ private:
     VehicleSession session_;
     KeptRuns kept_{fromQt(userDataFolder()), dateText};
     QtTimer ticker_{session_.gate};
-    Poller poller_{{.line = session_.line(),
-                    .ticker = ticker_,
-                    .clock = session_.clock,
-                    .prompts = session_.prompts,
-                    .values = session_.values,
-                    .kept = kept_,
-                    .dateText = dateText},
-                   design_};
+    Poller poller_{
+        {.line = session_.line(),
+         .ticker = ticker_,
+         .clock = session_.clock,
+         .prompts = session_.prompts,
+         .values = session_.values,
+         .kept = kept_,
+         .dateText = dateText,
+         .device = [this] { return session_.ports().target(session_.connection().port).location; }},
+        design_};
     bool hasBegun_ = false;
     bool isStopped_ = false; ///< by the user
     bool isKeepFailureTold_ = false;
     bool isMismatchTold_ = false;
+    bool isWaitTold_ = false;
 };
 
 } // namespace
@@ -220,6 +240,10 @@ void PollOptions::describe(CLI::App& command)
               {1, static_cast<int>(pollLimits::longestRun.count())},
               [this](int number) { seconds = std::chrono::seconds(number); })
         ->group(length);
+    addNumber(command, "--reconnect", "SECONDS",
+              "Wait so long for an adapter that has vanished, and go on; send the settings anew to one that "
+              "has lost them.",
+              "seconds", {1, mostSeconds}, [this](int number) { reconnect = std::chrono::seconds(number); });
     const char* const output = "Output";
     addFile(command, "--log", logPath, "Save a data log, the design and every sample.")->group(output);
     addFile(command, "--export", exportPath, "Write a table for spreadsheets.")->group(output);

@@ -19,8 +19,9 @@ struct PollOptions {
     std::string logPath;    ///< empty: none is asked for
     std::string exportPath; ///< likewise
     std::optional<int> loops;
-    std::optional<std::chrono::seconds> seconds; ///< after which a run ends
-    bool quiet = false;                          ///< without a progress line
+    std::optional<std::chrono::seconds> seconds;   ///< after which a run ends
+    std::optional<std::chrono::seconds> reconnect; ///< that a run waits for an adapter that has vanished
+    bool quiet = false;                            ///< without a progress line
 
     void describe(CLI::App& command);
     void check() const; ///< @throws UsageError

@@ -90,6 +90,15 @@ bool AdapterLink::open(Guard guard, Opening opening)
     return true;
 }
 
+void AdapterLink::reset()
+{
+    state_ = State::resetSent;
+    buffer_.clear();
+    hasReceived_ = false;
+    line_.timer.setEnabled(true);
+    send(resetCommand);
+}
+
 std::string AdapterLink::timeoutReason() const { return line_.choice.silenceReason(heard()); }
 
 void AdapterLink::close()

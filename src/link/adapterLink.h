@@ -98,6 +98,10 @@ public:
     /// Opens the port and sends the first command. @return false when that failed; the status then says why
     bool open(Guard guard = Guard::reset, Opening opening = Opening::reset);
 
+    /// Resets the adapter within the exchange and opens that anew: linkReset() and linkReady() come again.
+    /// Legal while the link is open and no answer is outstanding.
+    void reset();
+
     /// Why the last exchange could not begin, or what ended it: the port's failure with the port's name, or
     /// `notRespondingText`. Empty when there was nothing of that kind.
     const std::string& lastFailure() const { return failure_; }

@@ -39,6 +39,7 @@ struct PollPanel {
     std::string textSampleCnt = std::to_string(pollLimits::usualLoops);
     std::string timeLimit;                                                    ///< seconds; empty: none
     std::string scnUpdate = std::to_string(pollLimits::usualRefresh.count()); ///< seconds
+    bool reconnect = false; ///< by itself, when the adapter is gone or has lost its settings
     std::string lengthHint; ///< how long a run takes, or why it has ended
     std::string comStart = "&Start Polling";
     std::vector<Row> obdGrid;

@@ -74,25 +74,23 @@ bool Poller::mayStart()
 
 void Poller::start()
 {
+    reconnection_.begin(around_.device());
     if (!link_.open()) {
         panel_.statusBox = link_.status();
         panel_.labelStats = link_.counterLine();
         changed();
         return;
     }
-    state_.phase = Phase::preparing;
     panel_.comStart = "Stop Polling";
     panel_.labelStats = link_.counterLine();
-    setStatus("Opening...");
     state_.refreshSeconds = refreshSeconds();
     panel_.scnUpdate = std::to_string(state_.refreshSeconds);
     state_.limits.time = timeLimitIn(panel_.timeLimit);
     state_.counts = countsFromNow();
     if (samples_.isEmpty())
         state_.sinceReset.began = state_.counts.began;
-    state_.sinceStart = {.watch = ReplyWatch(now()),
-                         .nextRefresh = nextRefresh(),
-                         .commands = commandsIn(openingCommands(design_))};
+    state_.sinceStart = {.watch = ReplyWatch(now()), .nextRefresh = nextRefresh()};
+    prepare("Opening...");
     around_.kept.begin(design_, samples_, firstStart());
     showPace();
     around_.ticker.setEnabled(true);
@@ -120,6 +118,8 @@ void Poller::limitByTime(std::chrono::seconds limit)
 std::string Poller::completedStatus()
 {
     link_.close(); // a status tells of no silence then
+    if (!reconnection_.failure().empty())
+        return reconnection_.failure();
     link_.setStatus("Polling Completed ");
     return link_.status();
 }
@@ -149,6 +149,8 @@ void Poller::tick()
     changed();
     if (state_.isTimeUp(now()))
         stop(completedStatus(), Phase::complete);
+    else if (isWaiting())
+        lookForAdapter();
 }
 
 void Poller::resetValues()

@@ -4,6 +4,7 @@
 #include "link/adapterLink.h"
 #include "runner/keptRuns.h"
 #include "runner/pollPanel.h"
+#include "runner/reconnection.h"
 #include "runner/runFiles.h"
 #include "runner/runPace.h"
 #include "runner/runState.h"
@@ -38,6 +39,8 @@ public:
         KeptRuns& kept;
         DateText dateText;
         std::size_t mostRecords = SampleStore::mostRecords; ///< that the store has room for
+        /// What the port stands for now.
+        std::function<std::string()> device = [] { return std::string(); };
     };
 
     /// @param design outlives the poller and stays as it is
@@ -56,6 +59,10 @@ public:
     /// Lets runs end by time alone, up to the next reset.
     void limitByTime(std::chrono::seconds limit);
 
+    /// Lets runs go on by themselves when the adapter has vanished and comes back, or has lost its settings.
+    /// Counts at once. @param patience see Reconnection::allow()
+    void letReconnect(Reconnection::Patience patience);
+
     void resetValues(); ///< empties the store; a run that is on goes on
     void loadLog();     ///< says that there is no way back from a log yet
 
@@ -71,14 +78,27 @@ public:
 
     bool isPolling() const { return state_.isPolling(); }
 
+    /// Whether the run waits for its adapter to come back.
+    bool isWaiting() const { return state_.phase == Phase::waiting; }
+
+    /// Whether a run is on that samples nothing: it waits, or goes on soon.
+    bool isInterrupted() const { return isPolling() && reconnection_.isInterrupted(); }
+
     /// Whether the last run has come to its end: all loops or all of its time.
     bool isComplete() const { return state_.phase == Phase::complete; }
 
     /// How the port or the adapter's silence ended the last run, see AdapterLink.
-    const std::string& lastFailure() const { return link_.lastFailure(); }
+    const std::string& lastFailure() const
+    {
+        return reconnection_.failure().empty() ? link_.lastFailure() : reconnection_.failure();
+    }
 
-    /// Whether several replies in a row did not match their requests in the last run.
-    bool sawMismatch() const { return state_.sinceStart.watch.sawMismatch(); }
+    /// Whether several replies in a row did not match their requests in the last run, which nothing mends.
+    bool sawMismatch() const
+    {
+        const RunState::SinceStart& run = state_.sinceStart;
+        return reconnection_.isAllowed() ? run.renewal.wasVain() : run.watch.sawMismatch();
+    }
 
     std::int64_t loopCount() const { return state_.turn.loop; } ///< since the last reset
     const SampleStore& samples() const { return samples_; }
@@ -110,11 +130,19 @@ private:
     void stop(const std::string& status, Phase phase = Phase::stopped);
     std::string completedStatus();
     void tick();
+    void wait();
+    void interrupt();
+    void lookForAdapter();
+    void prepare(std::string_view status);
+    void renewSettings();
+    bool resume();
     void sendNext();
     void heard();
     void sendFirstRequest();
     void takeReply(std::string_view reply);
     void sendRequest();
+    bool belongs(std::string_view reply);
+    void judge(std::size_t event, std::string_view reply);
     void store(std::size_t event, std::int32_t value);
     RunState::Counts countsFromNow() const;
     RunState::Time nextRefresh() const;
@@ -135,6 +163,7 @@ private:
     PollPanel panel_;
     RunFiles files_;
     RunPace pace_;
+    Reconnection reconnection_;
     RunState state_;
 };
 

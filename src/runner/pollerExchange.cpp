@@ -51,10 +51,11 @@ void Poller::sendNext()
 void Poller::sendFirstRequest()
 {
     state_.phase = Phase::polling;
-    state_.turn.event = 0; // due or not
-    link_.send(design_.events.front().code);
-    pace_.begin(now());
-    setStatus("Polling");
+    if (!resume())
+        state_.turn.event = 0; // due or not
+    link_.send(design_.events[state_.turn.event].code);
+    pace_.begin(now(), state_.counts.events);
+    setStatus("Polling" + reconnection_.summary());
     changed();
 }
 
@@ -64,20 +65,36 @@ void Poller::takeReply(std::string_view reply)
     const std::size_t answered = state_.turn.event;
     ++state_.counts.events;
     state_.turn = nextTurn(design_, state_.turn);
-    if (!state_.isFull())
+    const bool renews = reconnection_.isAllowed() && state_.sinceStart.renewal.isDue(now());
+    if (!state_.isFull() && !renews)
         sendRequest();
+    judge(answered, reply);
+    if (renews && !state_.isFull() && isPolling())
+        renewSettings();
+}
+
+/// Stores what a reply tells, or counts it as bad.
+void Poller::judge(std::size_t event, std::string_view reply)
+{
     const auto value = pollValue(reply);
-    state_.sinceStart.watch.take(design_.events[answered].code,
+    state_.sinceStart.watch.take(design_.events[event].code,
                                  reply.starts_with(ReplyBuffer::prompt) ? link_.announcement() : reply,
                                  value.has_value(), now());
-    if (value) {
-        store(answered, *value);
+    if (belongs(reply) && value) {
+        store(event, *value);
         return;
     }
     link_.countError();
-    samples_.addError(answered);
+    samples_.addError(event);
     if (saysNoData(reply))
         ++state_.noData;
+}
+
+/// Whether a reply may be stored. Where nothing is sent anew, a run goes on with what it gets.
+bool Poller::belongs(std::string_view reply)
+{
+    return !reconnection_.isAllowed() ||
+           state_.sinceStart.renewal.take(state_.sinceStart.watch.fit(), reply, now());
 }
 
 void Poller::sendRequest()
@@ -128,14 +145,5 @@ void Poller::linkSilent()
     showHint();
     changed();
 }
-
-void Poller::linkTimedOut()
-{
-    around_.prompts.tellOfSilence(std::string(AdapterLink::notRespondingText), link_.timeoutReason());
-    if (isPolling())
-        stop(completedStatus());
-}
-
-void Poller::linkLost() { stop(link_.status()); }
 
 } // namespace zint

@@ -57,17 +57,33 @@ std::optional<std::string> echoOf(std::string_view request)
     return echo;
 }
 
+ReplyFit fitOf(std::string_view request, std::string_view reply, bool isGood)
+{
+    const auto echo = echoOf(request);
+    if (!echo || (!isGood && !isBytes(reply)))
+        return ReplyFit::unknown;
+    if (beginsWith(reply, *echo))
+        return ReplyFit::match;
+    return beginsWith(reply, "7F") ? ReplyFit::refusal : ReplyFit::mismatch;
+}
+
 void ReplyWatch::take(std::string_view request, std::string_view reply, bool isGood, Time now)
 {
     heardAt_ = now;
     badReplies_ = isGood ? 0 : badReplies_ + 1;
     if (!isGood)
         badReply_ = firstLineOf(reply);
-    const auto echo = echoOf(request);
-    if (!echo || (!isGood && !isBytes(reply)))
+    fit_ = fitOf(request, reply, isGood);
+    if (fit_ == ReplyFit::unknown)
         return;
-    mismatches_ = beginsWith(reply, *echo) ? 0 : mismatches_ + 1;
+    mismatches_ = fit_ == ReplyFit::match ? 0 : mismatches_ + 1;
     sawMismatch_ = sawMismatch_ || mismatches_ >= manyMismatches;
+}
+
+void ReplyWatch::forgive()
+{
+    mismatches_ = 0;
+    badReplies_ = 0;
 }
 
 std::string ReplyWatch::text(Time now) const

@@ -8,6 +8,17 @@
 
 namespace zint {
 
+/// How a reply fits its request.
+enum class ReplyFit {
+    unknown, ///< words of the adapter, or the request asks for no data: nothing is contradicted
+    match,
+    refusal, ///< the vehicle does not do what was asked
+    mismatch
+};
+
+/// @param isGood whether the reply reads as a value
+ReplyFit fitOf(std::string_view request, std::string_view reply, bool isGood);
+
 /// Looks at what comes back in a run, for what the user should be told while it is on.
 ///
 /// Nothing here changes what is stored: an adapter that has lost its settings answers with lines that read
@@ -25,8 +36,14 @@ public:
     /// Something was answered that is no reply to a request of the design.
     void hear(Time now) { heardAt_ = now; }
 
-    /// A request was answered. @param isGood whether the reply was stored as a value
+    /// A request was answered. @param isGood whether the reply reads as a value
     void take(std::string_view request, std::string_view reply, bool isGood, Time now);
+
+    /// How the last reply fitted its request.
+    ReplyFit fit() const { return fit_; }
+
+    /// The adapter gets its settings anew: what did not match in a row so far matters no more.
+    void forgive();
 
     /// When something was answered last.
     Time heardAt() const { return heardAt_; }
@@ -39,6 +56,7 @@ public:
 
 private:
     Time heardAt_;
+    ReplyFit fit_ = ReplyFit::unknown;
     int mismatches_ = 0; ///< in a row, of replies that are bytes
     int badReplies_ = 0; ///< in a row
     bool sawMismatch_ = false;

@@ -96,7 +96,7 @@ void showProgress(PollPanel& panel, const RunState& run, const RunPace& pace, Ru
     double done =
         std::min(static_cast<double>(run.turn.loop) * whole / static_cast<double>(limits.loops), whole);
     std::optional<double> left; // seconds
-    if (limits.loops != RunLimits::withoutEnd)
+    if (limits.loops != RunLimits::withoutEnd && run.phase != RunState::Phase::waiting)
         left = pace.secondsLeft(run.turn, limits.loops);
     if (limits.time) {
         const auto all = static_cast<double>(limits.time->count());

@@ -15,6 +15,7 @@ RunPace::RunPace(const Design& design, int bitsPerSecond)
 void RunPace::measure(Time last, std::int64_t replies)
 {
     const std::chrono::duration<double> spent = last - began_;
+    replies -= repliesBefore_;
     if (replies < 1 || spent.count() <= 0)
         return;
     requestSeconds_ = spent.count() / static_cast<double>(replies);

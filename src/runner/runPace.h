@@ -18,9 +18,15 @@ public:
     /// @param design outlives this. @param bitsPerSecond of the line
     RunPace(const Design& design, int bitsPerSecond);
 
-    void begin(Time now) { began_ = now; } ///< the first request of a run goes out
+    /// The first request of a run goes out, or the first one behind an interruption.
+    /// @param replies that the run has had
+    void begin(Time now, std::int64_t replies = 0)
+    {
+        began_ = now;
+        repliesBefore_ = replies;
+    }
 
-    /// @param last when the last reply came. @param replies since begin()
+    /// @param last when the last reply came. @param replies that the run has had
     void measure(Time last, std::int64_t replies);
 
     /// What is left of a run, in seconds; nothing before it was measured. @param last the request that is
@@ -45,7 +51,8 @@ private:
 
     const Design& design_;
     Time began_{};
-    double requestSeconds_; ///< that one request takes
+    std::int64_t repliesBefore_ = 0; ///< began_
+    double requestSeconds_;          ///< that one request takes
     bool isMeasured_ = false;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runner/pollLimits.h"
+#include "runner/renewal.h"
 #include "runner/replyWatch.h"
 #include "runner/schedule.h"
 #include "shared/clock.h"
@@ -31,6 +32,7 @@ struct RunState {
         stopped,
         preparing, ///< the adapter is being reset, or gets the design's commands
         polling,
+        waiting, ///< the adapter is gone
         complete ///< stopped, for all loops or all of the time are over
     };
 
@@ -53,8 +55,10 @@ struct RunState {
 
     struct SinceStart {
         ReplyWatch watch;
+        Renewal renewal{};
         Time nextRefresh{};
         std::deque<std::string> commands; ///< still to be sent in front of the first request
+        bool hasPolled = false;           ///< the first request has been sent
     };
 
     Phase phase = Phase::stopped;
@@ -66,7 +70,7 @@ struct RunState {
     Counts counts;
     SinceStart sinceStart;
 
-    bool isPolling() const { return phase == Phase::preparing || phase == Phase::polling; }
+    bool isPolling() const { return phase != Phase::stopped && phase != Phase::complete; }
 
     /// Whether the last loop has been reached; the values must be reset before the next start.
     bool isFull() const { return turn.loop >= limits.loops; }

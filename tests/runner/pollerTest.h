@@ -32,6 +32,7 @@ struct PollerTest : testing::Test {
     ProgramValues values;
     const DateText dateText = [](auto) { return "today"; };
     KeptRuns kept{folder.path(), dateText};
+    std::string device = "/dev/ttyUSB0"; ///< behind the port
     Design design;
     std::optional<Poller> poller;
 
@@ -41,10 +42,16 @@ struct PollerTest : testing::Test {
                     std::size_t mostRecords = SampleStore::mostRecords)
     {
         design = designOf(events);
-        poller.emplace(
-            Poller::Surroundings{
-                {adapter, {}, timer, &silence}, ticker, clock, prompts, values, kept, dateText, mostRecords},
-            design);
+        poller.emplace(Poller::Surroundings{{adapter, {}, timer, &silence},
+                                            ticker,
+                                            clock,
+                                            prompts,
+                                            values,
+                                            kept,
+                                            dateText,
+                                            mostRecords,
+                                            [this] { return device; }},
+                       design);
         poller->load();
     }
 

@@ -12,6 +12,7 @@
 #include <QHeaderView>
 #include <QTimer>
 
+#include <optional>
 #include <utility>
 
 namespace zint {
@@ -31,7 +32,8 @@ obdPollForm::obdPollForm(ToolContext& context)
                .prompts = prompts(),
                .values = context.values,
                .kept = kept_,
-               .dateText = dateText},
+               .dateText = dateText,
+               .device = [&context] { return context.shell.connection().device; }},
               context.design),
       grid_(std::make_unique<PollGridModel>())
 {
@@ -43,7 +45,7 @@ obdPollForm::obdPollForm(ToolContext& context)
     poller_.onChanged = [this] { paint(); };
     setUpPrinting(ui->mnuprintSetup, ui->mnuPrint);
     setUpTool(*ui);
-    restoreRefresh();
+    restoreBoxes();
     gate().run([this] { poller_.load(); });
     ui->obdGrid->resizeColumnsToContents();
 }
@@ -54,12 +56,19 @@ void obdPollForm::Form_Unload()
 {
     poller_.unload();
     context().settings.save(settingsSection, "scnUpdate", std::to_string(poller_.refreshSeconds()));
+    context().settings.save(settingsSection, "reconnect", poller_.panel().reconnect ? "1" : "0");
 }
 
-void obdPollForm::restoreRefresh()
+void obdPollForm::restoreBoxes()
 {
+    letReconnect(context().settings.get(settingsSection, "reconnect") == "1");
     if (const std::string stored = context().settings.get(settingsSection, "scnUpdate"); !stored.empty())
         poller_.setRefresh(stored);
+}
+
+void obdPollForm::letReconnect(bool isAllowed)
+{
+    poller_.letReconnect(isAllowed ? Reconnection::Patience(Reconnection::withoutEnd) : std::nullopt);
 }
 
 bool obdPollForm::printOn(QPrinter& printer)
@@ -134,6 +143,7 @@ void obdPollForm::connectActions()
     takes(ui->textSampleCnt, &Poller::setMaxLoops);
     takes(ui->timeLimit, &Poller::setTimeLimit);
     takes(ui->scnUpdate, &Poller::setRefresh);
+    on(ui->reconnect, &QCheckBox::clicked, &obdPollForm::letReconnect);
 }
 
 /// Polling goes on while the user chooses a file or reads why it can't be written.
@@ -161,6 +171,7 @@ void obdPollForm::paint()
         display(*box, *shown);
         box->setEnabled(!poller_.isPolling()); // what was typed counts from the start on
     }
+    ui->reconnect->setChecked(p.reconnect);
     display(*ui->comStart, {.caption = p.comStart},
             poller_.isPolling() ? "media-playback-stop" : "media-playback-start");
     if (const QKeySequence key(Qt::ALT | Qt::Key_S); ui->comStart->shortcut() != key)
@@ -168,7 +179,7 @@ void obdPollForm::paint()
     display(*ui->ProgressBar1, p.ProgressBar1);
     grid_->refresh(p.obdGrid);
     if (chart_ != nullptr)
-        chart_->setRunning(poller_.isPolling());
+        chart_->setRunning(poller_.isPolling() && !poller_.isInterrupted());
 }
 
 } // namespace zint

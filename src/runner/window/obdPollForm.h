@@ -34,7 +34,8 @@ private:
     void setUpToolbar();
     void setUpChart();
     void connectActions();
-    void restoreRefresh();
+    void restoreBoxes();
+    void letReconnect(bool isAllowed);
     void save(RunFiles::Kind kind, RunFiles::Name name);
     void paint();
 

@@ -1,0 +1,251 @@
+#include "runner/pollerTest.h"
+
+namespace zint {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A run of two events over two loops that may survive its adapter.
+struct ReconnectTest : PollerTest {
+    /// All that is sent, with its answer.
+    const std::vector<std::pair<std::string, std::string>> exchange{
+        {"ATZ", "ELM327 v1.5\r\r>"},   {"ATE0", "OK\r\r>"},        {"ATH0", "OK\r\r>"},
+        {"010C", "41 0C 00 04 \r\r>"}, {"0105", "41 05 50 \r\r>"}, {"010C", "41 0C 00 08 \r\r>"}};
+    const std::size_t setUp = 3; ///< the exchange begins with so many commands
+    int losses = 0;
+
+    ReconnectTest()
+    {
+        makePoller({every(1, "010C"), every(2, "0105")});
+        design.extraCommands = "ATH0";
+        poller->letReconnect(60s);
+        setLoops("2");
+    }
+
+    void expectAndAnswer(std::size_t from, std::size_t to)
+    {
+        for (std::size_t i = from; i < to; ++i)
+            adapter.expect(exchange.at(i).first + "\r").answer(exchange.at(i).second);
+    }
+
+    void expectUnanswered(std::size_t step) { adapter.expect(exchange.at(step).first + "\r"); }
+
+    void pull(const char* firstPart = "")
+    {
+        adapter.receive(firstPart);
+        adapter.vanish();
+        EXPECT_EQ(panel().statusBox, "com1 adapter gone, waiting for it");
+        EXPECT_EQ(panel().comStart, "Stop Polling");
+        EXPECT_TRUE(poller->isInterrupted());
+        ++losses;
+    }
+
+    /// A run up to its second request, when the adapter vanishes.
+    void startAndPull()
+    {
+        expectAndAnswer(0, 4);
+        expectUnanswered(4);
+        poller->pressStart();
+        adapter.play();
+        pull();
+    }
+
+    std::vector<std::int32_t> times() const
+    {
+        std::vector<std::int32_t> found;
+        for (std::int32_t i = 0; i < static_cast<std::int32_t>(poller->samples().size()); ++i) {
+            if (!poller->samples()[i].isHeader())
+                found.push_back(poller->samples()[i].time);
+        }
+        return found;
+    }
+};
+
+TEST_F(ReconnectTest, ARunGoesOnWhereverItsAdapterVanishes)
+{
+    for (std::size_t first = 0; first < exchange.size(); ++first) {   // what is not answered
+        for (std::size_t second = 0; second <= setUp + 1; ++second) { // likewise, after that; or nothing
+            SCOPED_TRACE(exchange[first].first + std::to_string(first) + ", then " + std::to_string(second));
+            const std::size_t request = std::max(first, setUp);
+            expectAndAnswer(0, first);
+            expectUnanswered(first);
+            poller->pressStart();
+            adapter.play();
+            pull(first + 1 == exchange.size() ? "41 0C 00 0" : "");
+            wait(5);
+            adapter.workAgain();
+            if (second <= setUp) {
+                expectAndAnswer(0, std::min(second, setUp));
+                expectUnanswered(second < setUp ? second : request);
+                wait(1);
+                adapter.play();
+                pull();
+                wait(2);
+                adapter.workAgain();
+            }
+            expectAndAnswer(0, setUp);
+            expectAndAnswer(request, exchange.size());
+            adapter.expect("ATD\r");
+            wait(1);
+            adapter.play();
+            EXPECT_EQ(panel().statusBox, "Completed Polling, all samples filled");
+            EXPECT_TRUE(panel().labelStats.ends_with(" Err: " + std::to_string(losses)))
+                << panel().labelStats;
+            EXPECT_EQ(poller->lastFailure(), "");
+            const int before = static_cast<int>(first > setUp ? first - setUp : 0);
+            const int gap = second <= setUp ? 9 : 6;
+            std::vector<std::int32_t> expected(static_cast<std::size_t>(before), 0);
+            expected.resize(3, gap);
+            EXPECT_EQ(times(), expected);
+            EXPECT_EQ(panel().statLab1.substr(0, 20), "2 Loops, 3 Events, " + std::to_string(gap));
+            poller->resetValues();
+        }
+    }
+    EXPECT_EQ(prompts.takeMessage(), "");
+}
+
+TEST_F(ReconnectTest, TheWaitEndsAsTheUserWants)
+{
+    poller->setTimeLimit("30");
+    const struct {
+        const char* why;
+        std::function<void()> end;
+    } rows[] = {
+        {"stopped", [&] { poller->pressStart(); }},
+        {"unchecked", [&] { poller->letReconnect(std::nullopt); }},
+        {"closed", [&] { poller->unload(); }},
+        {"patience", [&] { wait(20); }},
+        {"time limit", [&] { wait(29); }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.why);
+        poller->letReconnect(row.why == std::string("patience") ? 20s : Reconnection::withoutEnd);
+        startAndPull();
+        wait(1); // a try in vain
+        EXPECT_EQ(panel().ProgressBar1.text, "0:29 left") << "the time limit's, not the loops'";
+        row.end();
+        EXPECT_FALSE(poller->isPolling() || ticker.enabled());
+        EXPECT_EQ(poller->isComplete(), row.why == std::string("time limit"));
+        EXPECT_EQ(panel().statusBox, "com1 - adapter disconnected");
+        EXPECT_EQ(poller->lastFailure(), "com1 - adapter disconnected");
+        adapter.workAgain();
+        poller->resetValues();
+    }
+    EXPECT_EQ(prompts.takeMessage(), "");
+}
+
+TEST_F(ReconnectTest, WithoutThePermissionARunEndsWithItsAdapter)
+{
+    poller->letReconnect(std::nullopt);
+    expectAndAnswer(0, 4);
+    expectUnanswered(4);
+    poller->pressStart();
+    adapter.play();
+    adapter.vanish();
+    EXPECT_FALSE(poller->isPolling());
+    EXPECT_EQ(panel().statusBox, "com1 - adapter disconnected");
+}
+
+TEST_F(ReconnectTest, LeavesAnotherAdapterAloneAndTriesAgainWhatDoesNotAnswer)
+{
+    startAndPull();
+    adapter.workAgain();
+    device = "/dev/ttyUSB1"; // has become the first port of the machine
+    wait(10);
+    device = "/dev/ttyUSB0";
+    expectUnanswered(0);
+    adapter.expect("ATD\r");
+    wait(1);
+    timer.tick();
+    EXPECT_TRUE(poller->isWaiting());
+    EXPECT_EQ(prompts.takeMessage(), "") << "a box would hold up what nobody watches";
+    expectAndAnswer(0, setUp);
+    expectUnanswered(4);
+    wait(1);
+    adapter.play();
+    EXPECT_EQ(panel().statusBox, "com1 Polling - reconnected once");
+    EXPECT_FALSE(poller->isInterrupted());
+    clock.now += 2s;
+    expectUnanswered(5);
+    adapter.receive("41 05 50 \r\r>");
+    pressStop();
+    EXPECT_EQ(panel().statusBox, "com1 Polling Completed ");
+    EXPECT_EQ(values.requestSeconds, 2) << "the wait is none that requests take";
+}
+
+/// A run of one event without end.
+struct RenewalTest : PollerTest {
+    RenewalTest()
+    {
+        poller->letReconnect(60s);
+        start({{"010C", ""}});
+    }
+
+    std::int32_t samples() const { return poller->samples().events()[0].sampleCount; }
+
+    /// Replies come in turn; the request behind the last one does not go out, but a reset.
+    void expectRenewalAfter(const std::vector<const char*>& replies)
+    {
+        for (std::size_t i = 0; i + 1 < replies.size(); ++i)
+            reply(replies[i]);
+        adapter.expect("ATZ\r").answer("ELM327 v1.5\r\r>");
+        adapter.receive(replies.back());
+        EXPECT_EQ(panel().statusBox, "com1 adapter has lost its settings, sending them anew");
+        EXPECT_TRUE(poller->isInterrupted());
+        adapter.expect("ATE0\r").answer("OK\r\r>");
+        adapter.expect("010C\r");
+        adapter.play();
+        EXPECT_FALSE(poller->isInterrupted());
+    }
+};
+
+TEST_F(RenewalTest, SendsTheSettingsAnewToAnAdapterThatHasLostThem)
+{
+    constexpr const char* echoed = "010C\r41 0C 00 04 \r\r>";
+    const std::vector<const char*> rows[] = {
+        {echoed, echoed, echoed, echoed},
+        {"41 0C 00 \rLV RESET\r\r>", "UNABLE TO CONNECT\r\r>"}, // its search is blocked
+        {"ELM327 v1.5\r\r>", echoed},
+        {"410C0004\r\r>", "NO DATA\r\r>", "410C0004\r\r>", "410C0004\r\r>", echoed},
+    };
+    for (const auto& replies : rows) {
+        SCOPED_TRACE(replies.front());
+        expectRenewalAfter(replies);
+        reply();
+        clock.now += 10min;
+    }
+    EXPECT_EQ(samples(), 4) << "nothing that only reads as a value";
+    EXPECT_EQ(panel().statusBox, "com1 Polling - set up anew 4 times");
+    EXPECT_FALSE(poller->sawMismatch());
+    for (int i = 0; i < 9; ++i)
+        reply("7F 01 12 \r\r>"); // the vehicle's word, with all settings in order
+    pressStop();
+}
+
+TEST(RenewalPauseTest, DoesNotResetForEverWhatNeverMatches)
+{
+    Renewal renewal;
+    std::vector<int> begun; // seconds
+    const auto take = [&](ReplyFit fit, int second) {
+        renewal.take(fit, "", Renewal::Time(std::chrono::seconds(second)));
+        if (renewal.isDue(Renewal::Time(std::chrono::seconds(second)))) {
+            renewal.begin(Renewal::Time(std::chrono::seconds(second)));
+            begun.push_back(second);
+        }
+    };
+    for (int second = 0; second < 600; ++second) {
+        take(ReplyFit::match, second); // one event among others that the vehicle answers in its own way
+        for (int i = 0; i < 3; ++i)
+            take(ReplyFit::mismatch, second);
+        EXPECT_EQ(renewal.wasVain(), second > 0);
+    }
+    EXPECT_EQ(begun, (std::vector{0, 10, 30, 70, 150, 310}));
+    for (int second = 600; second < 1200; ++second)
+        take(ReplyFit::match, second);
+    for (int i = 0; i < 3; ++i)
+        take(ReplyFit::mismatch, 1200);
+    EXPECT_EQ(begun.back(), 1200) << "a new series";
+}
+
+} // namespace
+} // namespace zint
