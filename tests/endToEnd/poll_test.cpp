@@ -3,9 +3,12 @@
 #include "forms/formTest.h"
 #include "platform/dateText.h"
 #include "runner/keptRuns.h"
+#include "runner/window/obdPollForm.h"
 #include "sim/pseudoTerminal.h"
+#include "support/designOf.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 
 #include <algorithm>
 #include <deque>
@@ -27,6 +30,75 @@ TEST_F(DesignerEndToEnd, AsksWhatTheVehicleSupports)
     EXPECT_TRUE(waitFor([this] {
         return textOf("statusBox") == u"com1 Closed - 9 of 22 events disabled. This is a hint: see Help.";
     })) << textOf("statusBox").toStdString();
+}
+
+using RunnerEndToEnd = FormTest;
+
+TEST_F(RunnerEndToEnd, ARunSurvivesThreePullsAndARestartWithAllSamplesAndTheirTimes)
+{
+    design = designOf({{.code = "0133", .conversion = 9, .frequency = 1},
+                       {.code = "011C", .conversion = 20, .frequency = 2, .offset = 1}});
+    device = folder.path("obd");
+    open<obdPollForm>(context);
+    click("reconnect");
+    type("textSampleCnt", "40");
+    click("mnuResetVal");
+    std::optional<Simulator> simulator;
+    const auto plugIn = [&](const std::string& options) {
+        simulator.reset();
+        simulator.emplace("--no-announcement --protocol can --link " + device + " " + options);
+    };
+    const auto waitToSee = [&](const char* control, const char* text) {
+        EXPECT_TRUE(waitFor([&] { return textOf(control).contains(QLatin1String(text)); }))
+            << text << ": " << shown("statusBox labelStats");
+    };
+    struct Gap {
+        std::size_t samplesBefore;
+        double from, to; ///< seconds
+    };
+    std::vector<Gap> gaps;
+    QElapsedTimer clock;
+    const auto now = [&] { return static_cast<double>(clock.elapsed()) / 1000; };
+    const auto expectLoss = [&] {
+        waitToSee("statusBox", "com1 adapter gone, waiting for it");
+        gaps.push_back({textOf("statLab1").section(u' ', 2, 2).toUInt(), now(), 0});
+    };
+    const auto expectReturn = [&](const char* status) {
+        waitToSee("statusBox", status);
+        gaps.back().to = now();
+    };
+    plugIn("--disconnect-after 9");
+    clock.start();
+    click("comStart");
+    expectLoss();
+    plugIn("--disconnect-after 14");
+    expectReturn("com1 Polling - reconnected once");
+    expectLoss();
+    plugIn("--disconnect-after 1");
+    waitToSee("labelStats", "Err: 3"); // it was lost while it was set up
+    plugIn("--latency 30");
+    expectReturn("com1 Polling - reconnected 2 times");
+    simulator.reset();
+    expectLoss();
+    plugIn("");
+    expectReturn("com1 Polling - reconnected 3 times");
+    waitToSee("statusBox", "Completed Polling, all samples filled");
+    EXPECT_TRUE(shown("statLab1").starts_with("40 Loops, 60 Events, ")) << shown("statLab1");
+    EXPECT_TRUE(shown("labelStats").ends_with("Err: 4"));
+    form->close();
+
+    const SampleStore samples = KeptRuns::load(KeptRuns(folder.path(), dateText).list().at(0)).samples;
+    std::vector<std::int32_t> times;
+    for (std::int32_t i = 0; i < static_cast<std::int32_t>(samples.size()); ++i) {
+        if (!samples[i].isHeader())
+            times.push_back(samples[i].time);
+    }
+    ASSERT_EQ(times.size(), 60U);
+    for (const auto& [before, from, to] : gaps) {
+        constexpr double margin = 0.3; // until this test looks
+        EXPECT_LE(times.at(before - 1), from);
+        EXPECT_GE(times.at(before) + 1, to - margin);
+    }
 }
 
 // Asks for values that stay the same all the time, one that the vehicle does not know, and one never.
@@ -166,6 +238,8 @@ TEST_F(PollEndToEnd, FailuresSayWhyAndKeepWhatThereIs)
         bool isSampled = false;
     } rows[] = {
         {"--disconnect-after 7", "poll fixed.obc", "com1 - adapter disconnected", true},
+        {"--disconnect-after 7", "poll fixed.obc --reconnect 1",
+         "com1 - adapter disconnected, waiting for it for 1 second\n", true},
         {"--silent-after 6", "poll fixed.obc --timeout 1", "the adapter has not answered within", true},
         {"", "poll fixed.obc --port /dev/no-such-port", "com1 - Comm init error: 2: "},
         {"--ignition-off", "poll fixed.obc --loops 3", "nothing was sampled"},
