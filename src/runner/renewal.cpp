@@ -3,7 +3,6 @@
 namespace zint {
 namespace {
 
-constexpr int manyMismatches = 3;
 constexpr std::chrono::seconds firstPause{10};
 constexpr std::chrono::minutes calm{10};
 

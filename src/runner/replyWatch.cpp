@@ -10,7 +10,6 @@
 namespace zint {
 namespace {
 
-constexpr int manyMismatches = 3;
 constexpr int manyBadReplies = 10;
 constexpr std::chrono::seconds longSilence{10};
 
