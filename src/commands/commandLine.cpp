@@ -4,6 +4,7 @@
 #include "commands/commandParser.h"
 #include "commands/commandSession.h"
 #include "commands/debugInfo.h"
+#include "commands/doctorCommand.h"
 #include "commands/dtcCommand.h"
 #include "commands/exportCommand.h"
 #include "commands/helpText.h"
@@ -79,6 +80,8 @@ void CommandLine::addCommands()
         runCodesCommand);
     add(*program_, "report", "Read all that the control units tell, print it as text or JSON.",
         runReportCommand);
+    add(*program_, "doctor", "Find out why the connection does not work, or how well it does.",
+        runDoctorCommand);
     add(*program_, "poll", "Poll a design's events, print a summary, write the files asked for.",
         runPollCommand);
     add(*program_, "export", "Turn a saved data log into a table for spreadsheets.", runExportCommand);

@@ -122,6 +122,7 @@ void ConnectionDoctor::lookAtPort()
 void ConnectionDoctor::open()
 {
     run(DoctorStep::opening, {});
+    changed(); // to open it may take a while
     try {
         talk_.open(subject_.port, speeds_.front());
     } catch (const CommError& error) {

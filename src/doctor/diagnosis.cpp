@@ -103,6 +103,14 @@ std::string sentenceOf(const Diagnosis& diagnosis)
            successOf(diagnosis) + ".";
 }
 
+std::string runningText(const Diagnosis& diagnosis)
+{
+    const auto step = std::ranges::find(diagnosis.steps, StepMark::running, &DiagnosisStep::mark);
+    if (step == diagnosis.steps.end())
+        return {};
+    return std::string(titleOf(step->step)) + (step->text.empty() ? "" : ": " + step->text);
+}
+
 std::string diagnosisText(const Diagnosis& diagnosis, const std::string& head)
 {
     std::string text = "Connection check\n" + head + "Port: " + diagnosis.port + "\n\n";

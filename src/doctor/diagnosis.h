@@ -67,6 +67,9 @@ bool works(const Diagnosis& diagnosis);
 /// what to do first.
 std::string sentenceOf(const Diagnosis& diagnosis);
 
+/// What is being looked at: "Answer: trying 9600 bits per second"; empty when nothing is.
+std::string runningText(const Diagnosis& diagnosis);
+
 /// All of it, to be read or sent by mail.
 /// @param head its first lines, such as the program's version and the date
 std::string diagnosisText(const Diagnosis& diagnosis, const std::string& head);

@@ -71,6 +71,8 @@ constexpr std::array remedies = std::to_array<Remedy>({
      "Nothing at {} answers: this computer is not in the adapter's network.",
      "Join the adapter's Wi-Fi, and see whether this computer has an address like the adapter's, such as "
      "192.168.0.11."},
+    {networkUnknown, "networkUnknown", true, "The address can't be reached: {}.",
+     "See whether the address is right; most adapters have 192.168.0.10:35000."},
     {openingFailed, "openingFailed", true, "The system could not open the port: {}.",
      "Unplug the adapter, wait for some seconds, plug it in again and check again."},
     {networkMute, "networkMute", true,

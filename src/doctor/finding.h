@@ -26,6 +26,7 @@ enum class Observation {
     partnerRefuses,
     networkRefused,
     networkSilent,
+    networkUnknown,
     openingFailed,
     networkMute,
     silence,

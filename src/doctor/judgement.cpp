@@ -60,7 +60,7 @@ Finding networkTrouble(const OpenFailure& failure)
         return {networkRefused, address};
     if (failure.trouble == OpenTrouble::timedOut || failure.trouble == OpenTrouble::hostDown)
         return {networkSilent, address};
-    return {openingFailed, failure.text};
+    return {networkUnknown, failure.text};
 }
 
 /// What a reply's error mostly comes from, where nothing else matters.
