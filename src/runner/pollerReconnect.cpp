@@ -61,9 +61,11 @@ void Poller::lookForAdapter()
         stop(completedStatus());
         return;
     }
-    if (!reconnection_.takeTry(now(), around_.device()))
+    const auto began = now();
+    if (!reconnection_.isTryDue(began, around_.device()))
         return;
     if (!link_.open()) {
+        reconnection_.miss(began, now());
         link_.setStatus(Reconnection::waitingText); // in place of why it can't be opened
         return;
     }

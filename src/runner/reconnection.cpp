@@ -1,5 +1,7 @@
 #include "runner/reconnection.h"
 
+#include <algorithm>
+
 namespace zint {
 namespace {
 
@@ -41,13 +43,7 @@ bool Reconnection::isOver(Time now) const
     return !patience_ || (patience_ != withoutEnd && now - since_.value_or(now) >= *patience_);
 }
 
-bool Reconnection::takeTry(Time now, const std::string& device)
-{
-    if (now < nextTry_ || device != device_)
-        return false;
-    nextTry_ = now + betweenTries;
-    return true;
-}
+void Reconnection::miss(Time began, Time now) { nextTry_ = now + std::max<Time>(betweenTries, now - began); }
 
 void Reconnection::resume()
 {

@@ -43,8 +43,11 @@ public:
     /// Whether the user wants to wait no longer.
     bool isOver(Time now) const;
 
-    /// Whether it is time for a try, which then counts as made. @param device what the port stands for now
-    bool takeTry(Time now, const std::string& device);
+    /// Whether it is time for a try. @param device what the port stands for now
+    bool isTryDue(Time now, const std::string& device) const { return now >= nextTry_ && device == device_; }
+
+    /// A try was in vain. One that took long, as over a network, lets the window have as long for itself.
+    void miss(Time began, Time now);
 
     /// The port is open again.
     void find() { failure_.clear(); }

@@ -6,6 +6,7 @@
 #include "runner/window/obdPollForm.h"
 #include "sim/pseudoTerminal.h"
 #include "support/designOf.h"
+#include "support/sampleTimes.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -87,17 +88,12 @@ TEST_F(RunnerEndToEnd, ARunSurvivesThreePullsAndARestartWithAllSamplesAndTheirTi
     EXPECT_TRUE(shown("labelStats").ends_with("Err: 4"));
     form->close();
 
-    const SampleStore samples = KeptRuns::load(KeptRuns(folder.path(), dateText).list().at(0)).samples;
-    std::vector<std::int32_t> times;
-    for (std::int32_t i = 0; i < static_cast<std::int32_t>(samples.size()); ++i) {
-        if (!samples[i].isHeader())
-            times.push_back(samples[i].time);
-    }
+    const auto times = sampleTimes(KeptRuns::load(KeptRuns(folder.path(), dateText).list().at(0)).samples);
     ASSERT_EQ(times.size(), 60U);
-    for (const auto& [before, from, to] : gaps) {
+    for (const Gap& gap : gaps) {
         constexpr double margin = 0.3; // until this test looks
-        EXPECT_LE(times.at(before - 1), from);
-        EXPECT_GE(times.at(before) + 1, to - margin);
+        EXPECT_LE(times.at(gap.samplesBefore - 1), gap.from);
+        EXPECT_GE(times.at(gap.samplesBefore) + 1, gap.to - margin);
     }
 }
 

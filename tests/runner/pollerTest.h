@@ -42,16 +42,10 @@ struct PollerTest : testing::Test {
                     std::size_t mostRecords = SampleStore::mostRecords)
     {
         design = designOf(events);
-        poller.emplace(Poller::Surroundings{{adapter, {}, timer, &silence},
-                                            ticker,
-                                            clock,
-                                            prompts,
-                                            values,
-                                            kept,
-                                            dateText,
-                                            mostRecords,
-                                            [this] { return device; }},
-                       design);
+        Poller::Surroundings surroundings{
+            {adapter, {}, timer, &silence}, ticker, clock, prompts, values, kept, dateText, mostRecords};
+        surroundings.device = [this] { return device; };
+        poller.emplace(surroundings, design);
         poller->load();
     }
 
