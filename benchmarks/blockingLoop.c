@@ -1,7 +1,11 @@
 #include "blockingLoop.h"
 
+#include <arpa/inet.h>
 #include <fcntl.h>
+#include <netinet/tcp.h>
+#include <stdlib.h>
 #include <string.h>
+#include <sys/socket.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -14,6 +18,24 @@ static int openRaw(const char* path)
         tcsetattr(port, TCSANOW, &settings);
     }
     return port;
+}
+
+static int openConnection(int number)
+{
+    struct sockaddr_in address = {.sin_family = AF_INET, .sin_port = htons((uint16_t)number)};
+    const int on = 1;
+    int port = socket(AF_INET, SOCK_STREAM, 0);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (port >= 0 && connect(port, (struct sockaddr*)&address, sizeof address) == 0)
+        setsockopt(port, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    return port;
+}
+
+static int openPort(const char* path)
+{
+    static const char network[] = "tcp:127.0.0.1:";
+    const size_t length = sizeof network - 1;
+    return strncmp(path, network, length) == 0 ? openConnection(atoi(path + length)) : openRaw(path);
 }
 
 static int exchange(int port, const char* request)
@@ -32,7 +54,7 @@ static int exchange(int port, const char* request)
 int blockingLoop(const char* path, const char* const* requests, int requestCount, int count)
 {
     int result = 0;
-    int port = openRaw(path);
+    int port = openPort(path);
     if (port < 0)
         return -1;
     for (int i = 0; i < count && result == 0; ++i)

@@ -1,21 +1,29 @@
-// Requests per second over a serial line: the program's link against a blocking loop, in turn on the same
-// adapter.
+// Requests per second over a serial line, or a connection: the program's link against a blocking loop, in
+// turn on the same adapter.
 
 #include "compareRates.h"
 #include "link/adapterLink.h"
 #include "platform/qtSerialPort.h"
 #include "platform/qtTimer.h"
+#include "platform/tcpPort.h"
 
 namespace {
 
 constexpr std::string_view request = "010C";
 
+std::unique_ptr<zint::SerialPort> portAt(zint::EventGate& gate, const std::string& path)
+{
+    const zint::PortLocation place = zint::portLocation(path);
+    if (place.kind == zint::PortLocation::Kind::network)
+        return std::make_unique<zint::TcpPort>(gate, [place](zint::PortNumber) { return place; });
+    return std::make_unique<zint::QtSerialPort>(gate, [path](zint::PortNumber) { return path; });
+}
+
 /// Sends one request after the other, as a polling run does.
 class Run final : private zint::AdapterLink::Listener {
 public:
     Run(const std::string& path, int count)
-        : port_(gate_, [path](zint::PortNumber) { return path; }), timer_(gate_),
-          link_({port_, {}, timer_}, *this), left_(count)
+        : port_(portAt(gate_, path)), timer_(gate_), link_({*port_, {}, timer_}, *this), left_(count)
     {
     }
 
@@ -52,7 +60,7 @@ private:
     void linkLost() override { fail("the adapter has gone"); }
 
     zint::EventGate gate_;
-    zint::QtSerialPort port_;
+    std::unique_ptr<zint::SerialPort> port_;
     zint::QtTimer timer_;
     zint::AdapterLink link_;
     int left_;

@@ -3,6 +3,7 @@
 #include "platform/serialSystem.h"
 #include "platform/text.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QSerialPortInfo>
 
@@ -27,6 +28,15 @@ QString usbIds(const QSerialPortInfo& port)
     return hex(port.vendorIdentifier()) + QLatin1Char(':') + hex(port.productIdentifier());
 }
 
+/// Bluetooth ports have no description, and only the superuser may read their partner's name.
+QString bluetoothAddress(const QString& portName)
+{
+    QFile file(QStringLiteral("/sys/class/tty/%1/address").arg(portName));
+    if (!portName.startsWith(QLatin1String("rfcomm")) || !file.open(QIODevice::ReadOnly))
+        return {};
+    return QStringLiteral("Bluetooth ") + QString::fromLatin1(file.readAll()).trimmed();
+}
+
 DetectedPort described(const QSerialPortInfo& port)
 {
 #ifdef Q_OS_WIN
@@ -34,7 +44,8 @@ DetectedPort described(const QSerialPortInfo& port)
 #else
     const QString location = port.systemLocation();
 #endif
-    return {fromQt(location), fromQt(port.description()), fromQt(usbIds(port))};
+    const QString address = port.description().isEmpty() ? bluetoothAddress(port.portName()) : QString();
+    return {fromQt(location), fromQt(port.description() + address), fromQt(usbIds(port))};
 }
 
 /// Looks at all ports. That takes long enough to be felt in a window that looks every other second.

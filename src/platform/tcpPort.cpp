@@ -76,7 +76,9 @@ void TcpPort::connectTo(const PortLocation& place)
     QEventLoop loop;
     QObject::connect(&socket_, &QAbstractSocket::connected, &loop, &QEventLoop::quit);
     QObject::connect(&socket_, &QAbstractSocket::errorOccurred, &loop, &QEventLoop::quit);
-    QTimer::singleShot(patience_, &loop, &QEventLoop::quit);
+    QTimer patience; // a single shot would outlive this, and the event loop look at it with each reply
+    QObject::connect(&patience, &QTimer::timeout, &loop, &QEventLoop::quit);
+    patience.start(patience_);
     const auto isTrying = [this] {
         return socket_.state() == QAbstractSocket::HostLookupState ||
                socket_.state() == QAbstractSocket::ConnectingState;

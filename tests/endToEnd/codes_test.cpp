@@ -42,6 +42,15 @@ TEST(CodesEndToEnd, ReadsThroughTheHabitsOfAdapters)
     EXPECT_TRUE(can.program.wait().output.starts_with("This vehicle answers in the CAN"));
 }
 
+TEST(CodesEndToEnd, ReadsOverTheNetworkOneClientAfterTheOther)
+{
+    Simulator simulator("--tcp 0");
+    const QStringList command = words("codes --port " + simulator.nextLine());
+    for (int round = 0; round < 2; ++round)
+        EXPECT_TRUE(runZint(command).output.starts_with(litReport));
+    expectFailure(runZint(words("codes --port tcp:127.0.0.1:1")), "look up the adapter's port");
+}
+
 /// Clears. The test is the adapter: answers each request, and interrupts the program at one without an
 /// answer.
 Outcome converse(const std::vector<std::array<const char*, 2>>& requests)

@@ -26,9 +26,7 @@ public:
     {
         process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         process_.start(QStringLiteral(ZINT_SIM), words("--reset-time 20 --latency 5 " + options));
-        if (!process_.waitForReadyRead(patienceMs))
-            throw std::runtime_error("zint-sim does not start");
-        path_ = fromQt(QString::fromUtf8(process_.readLine()).trimmed());
+        path_ = nextLine();
     }
     ~Simulator()
     {
@@ -37,6 +35,14 @@ public:
     }
 
     const std::string& path() const { return path_; }
+
+    /// What it prints behind the path.
+    std::string nextLine()
+    {
+        if (!process_.canReadLine() && !process_.waitForReadyRead(patienceMs))
+            throw std::runtime_error("zint-sim does not start");
+        return fromQt(QString::fromUtf8(process_.readLine()).trimmed());
+    }
 
     /// A command line of zint-obd with this adapter on com1.
     QStringList with(const std::string& command) const { return words("--port " + path_ + " " + command); }

@@ -5,6 +5,8 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QDialogButtonBox>
+#include <QPushButton>
 #include <QTreeWidget>
 
 namespace zint {
@@ -105,6 +107,31 @@ TEST_F(PortsFormTest, AssignsWhatWasChosenOrTypedUnlessCancelled)
     for (const PortNumber port : allPorts)
         assigned += ports.assignment(port) + "|";
     EXPECT_EQ(assigned, "simulated|/dev/ttyUSB0|/dev/t||/dev/run||/dev/old|x|");
+}
+
+TEST_F(PortsFormTest, PutsAnAdapterInTheNetworkIntoTheBoxAndAcceptsOnlyWhatCanBeUsed)
+{
+    ports.assign(PortNumber{1}, "replay:");
+    auto* dialog = open<portsForm>(ports, nullptr);
+    EXPECT_FALSE(control("problem")->isVisible()) << "nothing was typed";
+    auto* box = control<QComboBox>("assigned2");
+    const QPushButton* ok = control<QDialogButtonBox>("buttonBox")->button(QDialogButtonBox::Ok);
+    box->setCurrentIndex(box->findText(u"Wi-Fi adapter..."_qs));
+    chooseAgain(*box);
+    EXPECT_EQ(shown("assigned2"), "tcp:192.168.0.10:35000");
+    EXPECT_EQ(box->lineEdit()->selectedText(), u"192.168.0.10") << "to be typed over";
+    QTest::keyClicks(box->lineEdit(), u"h"_qs);
+    QTest::keyClick(box->lineEdit(), Qt::Key_End);
+    QTest::keyClicks(box->lineEdit(), u"0"_qs);
+    EXPECT_TRUE(control("problem")->isVisible());
+    EXPECT_EQ(textOf("problem"), u"com2: \"tcp:HOST:PORT\" needs a port from 1 to 65535, such as 35000");
+    EXPECT_FALSE(ok->isEnabled());
+    dialog->accept();
+    EXPECT_EQ(ports.assignment(PortNumber{2}), "");
+    QTest::keyClick(box->lineEdit(), Qt::Key_Backspace);
+    EXPECT_TRUE(ok->isEnabled() && !control("problem")->isVisible());
+    dialog->accept();
+    EXPECT_EQ(ports.assignment(PortNumber{2}), "tcp:h:35000");
 }
 
 } // namespace

@@ -7,8 +7,18 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QPushButton>
 
 namespace zint {
+namespace {
+
+const QLatin1String usualHost("192.168.0.10"); // of most adapters with a Wi-Fi of their own
+
+QString networkEntry() { return portsForm::tr("Wi-Fi adapter..."); }
+
+QString usualAdapter() { return QStringLiteral("tcp:%1:%2").arg(usualHost).arg(PortLocation::usualTcpPort); }
+
+} // namespace
 
 portsForm::portsForm(PortDirectory& directory, QWidget* parent)
     : QDialog(parent), ui(std::make_unique<Ui::portsForm>()), directory_(directory),
@@ -62,10 +72,39 @@ void portsForm::makeChooser(PortNumber port)
 
     const auto index = assignments_.size();
     assignments_.push_back({chooser});
-    const auto touch = [this, index] { assignments_[index].isTouched = true; };
-    connect(chooser, &QComboBox::activated, this, touch);
-    connect(chooser->lineEdit(), &QLineEdit::textEdited, this, touch);
+    connect(chooser, &QComboBox::activated, this, [this, index] { touch(index); });
+    connect(chooser->lineEdit(), &QLineEdit::textEdited, this, [this, index] { touch(index); });
     offer(port);
+}
+
+void portsForm::touch(std::size_t index)
+{
+    auto& [chooser, isTouched] = assignments_.at(index);
+    isTouched = true;
+    if (chooser->currentText() == networkEntry()) {
+        chooser->setEditText(usualAdapter());
+        const auto host = usualAdapter().indexOf(usualHost);
+        chooser->lineEdit()->setSelection(static_cast<int>(host), static_cast<int>(usualHost.size()));
+    }
+    showProblem();
+}
+
+void portsForm::showProblem()
+{
+    ui->problem->setText(toQt(problem()));
+    ui->problem->setVisible(!problem().empty());
+    ui->buttonBox->button(QDialogButtonBox::Ok)->setEnabled(problem().empty());
+}
+
+/// Why what the user chose or typed can't be assigned, empty where it can.
+std::string portsForm::problem() const
+{
+    for (const PortNumber port : allPorts) {
+        const auto& [chooser, isTouched] = assignments_.at(static_cast<std::size_t>(port) - 1);
+        if (const PortLocation place = portLocation(chosen(*chooser)); isTouched && !place.problem.empty())
+            return portName(port) + ": " + place.problem;
+    }
+    return {};
 }
 
 /// Where the user has chosen or typed nothing, the present assignment is shown.
@@ -78,6 +117,7 @@ void portsForm::offer(PortNumber port)
     chooser->addItem(tr("Automatic (%1)").arg(toQt(directory_.automaticTarget(port, detected_).text())),
                      QString());
     chooser->addItem(tr("Simulated vehicle"), toQt(PortDirectory::simulated));
+    chooser->addItem(networkEntry());
     for (const DetectedPort& found : detected_)
         chooser->addItem(toQt(PortDirectory::Target{found.location, found.description, true}.text()),
                          toQt(found.location));
@@ -112,6 +152,8 @@ std::string portsForm::chosen(const QComboBox& chooser)
 
 void portsForm::accept()
 {
+    if (!problem().empty())
+        return;
     for (const PortNumber port : allPorts) {
         const auto& [chooser, isTouched] = assignments_.at(static_cast<std::size_t>(port) - 1);
         if (isTouched)

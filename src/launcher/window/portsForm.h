@@ -16,7 +16,7 @@ class portsForm;
 
 namespace zint {
 
-/// Assigns serial ports, or the simulated vehicle, to com1 to com8.
+/// Assigns serial ports, adapters in the network, recordings, or the simulated vehicle, to com1 to com8.
 class portsForm final : public QDialog {
     Q_OBJECT
 
@@ -37,6 +37,9 @@ private:
     void lookAtPorts();
     void listDetected();
     void makeChooser(PortNumber port);
+    void touch(std::size_t index);
+    void showProblem();
+    std::string problem() const;
     void offer(PortNumber port); ///< fills the chooser's list
     std::string present(PortNumber port) const;
     static std::string chosen(const QComboBox& chooser);
