@@ -1,5 +1,6 @@
 #include "sim/wrongSpeed.h"
 
+#include <bitset>
 #include <cstddef>
 
 namespace zint {
@@ -24,7 +25,7 @@ public:
         const std::size_t place = bit % bitsPerByte;
         if (place == 0 || place == bitsPerByte - 1)
             return place != 0;
-        return ((static_cast<unsigned char>(sent_[bit / bitsPerByte]) >> (place - 1)) & 1U) != 0;
+        return std::bitset<dataBits>(static_cast<unsigned char>(sent_[bit / bitsPerByte])).test(place - 1);
     }
 
     /// When the line falls next; the end of the line when it does no more.

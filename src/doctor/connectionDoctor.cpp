@@ -232,7 +232,7 @@ void ConnectionDoctor::takeName(const TalkAnswer& answer)
     exam_.emplace(lastName_);
     toRestore_ = {"ATD"};
     if (!hadEcho_)
-        toRestore_.push_back("ATE0");
+        toRestore_.emplace_back("ATE0");
     run(DoctorStep::adapter, "asking what it can do");
     examine();
 }
@@ -491,7 +491,7 @@ void ConnectionDoctor::fail(Finding finding)
     step.findings.push_back(std::move(finding));
 }
 
-void ConnectionDoctor::changed()
+void ConnectionDoctor::changed() const
 {
     if (onChanged)
         onChanged();

@@ -101,7 +101,7 @@ private:
     void run(DoctorStep step, std::string text);
     void finish(std::string text, std::vector<Finding> findings = {});
     void fail(Finding finding);
-    void changed();
+    void changed() const;
 
     Surroundings around_;
     AdapterTalk talk_;
