@@ -3,6 +3,7 @@
 #include "codes/window/codesForm.h"
 #include "connection/connectionSetup.h"
 #include "designer/window/pollSetup2.h"
+#include "doctor/window/doctorForm.h"
 #include "dtcdb/window/dtcEditForm.h"
 #include "launcher/window/failedConnForm.h"
 #include "launcher/window/portsForm.h"
@@ -24,11 +25,20 @@
 namespace zint {
 namespace {
 
+toolForm* makeDoctor(ToolContext& context)
+{
+    auto* const doctor = new doctorForm(context);
+    doctor->beginSoon();
+    return doctor;
+}
+
 toolForm* makeWindow(Tool tool, ToolContext& context)
 {
     switch (tool) {
     case Tool::codes:
         return new codesForm(context);
+    case Tool::doctor:
+        return makeDoctor(context);
     case Tool::dtcEditor:
         return new dtcEditForm(context);
     case Tool::pollDesigner:
@@ -124,6 +134,11 @@ void Program::openFailedConn(QWidget& caller)
 
 void Program::assignPorts() { portsForm(ports_, start_).exec(); }
 
+void Program::useConnection(PortNumber port, std::optional<int> bitsPerSecond)
+{
+    launcher_->useConnection(port, bitsPerSecond);
+}
+
 void Program::toolClosed()
 {
     if (std::exchange(isEnding_, false))
@@ -172,7 +187,9 @@ void Program::end()
 
 void Program::waitIfHidden()
 {
-    if (start_ && !anyWindowVisible() && !instance_.waitToBeAsked())
+    if (next_ && tool_)
+        tool_->close(); // the dialog has asked for another tool in its place
+    else if (start_ && !anyWindowVisible() && !instance_.waitToBeAsked())
         bringBack({}); // nobody else could
 }
 

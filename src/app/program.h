@@ -44,6 +44,8 @@ private:
     void switchTo(Tool tool) override { next_ = tool; }
     void openFailedConn(QWidget& caller) override;
     void assignPorts() override;
+    const PortDirectory& portDirectory() const override { return ports_; }
+    void useConnection(PortNumber port, std::optional<int> bitsPerSecond) override;
     void lookForUnsavedWork();
     void toolClosed();
     void showLauncher();

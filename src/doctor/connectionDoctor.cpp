@@ -129,7 +129,7 @@ void ConnectionDoctor::open()
         failOpening(error);
         return;
     }
-    finish("it is allowed, and nobody else has it");
+    finish("it opens");
     run(DoctorStep::answer, {});
     probe();
 }

@@ -74,7 +74,7 @@ Diagnosis emptyDiagnosis(std::string port)
     return diagnosis;
 }
 
-std::string_view titleOf(DoctorStep step) { return stepNames.at(static_cast<std::size_t>(step)).title; }
+std::string_view stepTitle(DoctorStep step) { return stepNames.at(static_cast<std::size_t>(step)).title; }
 
 std::string_view wordOf(StepMark mark) { return markWords.at(static_cast<std::size_t>(mark)); }
 
@@ -108,7 +108,7 @@ std::string runningText(const Diagnosis& diagnosis)
     const auto step = std::ranges::find(diagnosis.steps, StepMark::running, &DiagnosisStep::mark);
     if (step == diagnosis.steps.end())
         return {};
-    return std::string(titleOf(step->step)) + (step->text.empty() ? "" : ": " + step->text);
+    return std::string(stepTitle(step->step)) + (step->text.empty() ? "" : ": " + step->text);
 }
 
 std::string diagnosisText(const Diagnosis& diagnosis, const std::string& head)
@@ -116,7 +116,8 @@ std::string diagnosisText(const Diagnosis& diagnosis, const std::string& head)
     std::string text = "Connection check\n" + head + "Port: " + diagnosis.port + "\n\n";
     for (const DiagnosisStep& step : diagnosis.steps) {
         const std::string_view word = wordOf(step.mark);
-        text += std::string(titleOf(step.step)) + ": " + std::string(word.empty() ? "not looked at" : word) +
+        text += std::string(stepTitle(step.step)) + ": " +
+                std::string(word.empty() ? "not looked at" : word) +
                 (step.text.empty() ? "" : ", " + step.text) + "\n" + linesOf(step);
     }
     return text + "\n" + sentenceOf(diagnosis) + "\n";

@@ -52,7 +52,7 @@ struct Diagnosis {
 Diagnosis emptyDiagnosis(std::string port);
 
 /// "Supply voltage".
-std::string_view titleOf(DoctorStep step);
+std::string_view stepTitle(DoctorStep step);
 
 /// "ok", "attention", "failed", "skipped"; empty before that.
 std::string_view wordOf(StepMark mark);

@@ -91,7 +91,7 @@ constexpr std::array remedies = std::to_array<Remedy>({
      "Choose the port of the adapter; this one belongs to another device."},
     {wrongSpeed, "wrongSpeed", true,
      "The adapter answers at {} bits per second, and not at the speed that is chosen.",
-     "Take the speed over."},
+     "Take the speed over, or write it behind the name of the port: @{}."},
     {oneBehind, "oneBehind", true, "The adapter sends each answer only when the next command comes.",
      "Unplug the adapter from vehicle and computer, wait for ten seconds, plug it in again. If it stays so, "
      "use another "

@@ -2,6 +2,7 @@
 
 #include "dtcdb/databaseKind.h"
 #include "dtcdb/dtcText.h"
+#include "link/portLocation.h"
 #include "shared/keptFiles.h"
 #include "shared/module1.h"
 #include "shared/programInfo.h"
@@ -67,8 +68,8 @@ std::string noLineSpeedText(const PortLocation& place)
 
 } // namespace
 
-Launcher::Launcher(SettingsStore& settings, const PortDirectory& ports, Prompts& prompts,
-                   ProgramValues& values, Design& design, System system)
+Launcher::Launcher(SettingsStore& settings, PortDirectory& ports, Prompts& prompts, ProgramValues& values,
+                   Design& design, System system)
     : settings_(settings), ports_(ports), prompts_(prompts), values_(values), design_(design),
       system_(std::move(system))
 {
@@ -159,6 +160,20 @@ void Launcher::chooseForThisRun(Choice& choice, int position)
         return;
     panel_.*choice.shown = position;
     choice.isForThisRun = true;
+}
+
+void Launcher::useConnection(PortNumber port, std::optional<int> bitsPerSecond)
+{
+    choosePort(static_cast<int>(port) - 1);
+    if (!bitsPerSecond)
+        return;
+    const auto* const speed = std::ranges::find(lineSpeeds, *bitsPerSecond);
+    const PortLocation place = portLocation(ports_.target(port).location);
+    if (speed != lineSpeeds.end() && !place.bitsPerSecond)
+        chooseSpeed(static_cast<int>(speed - lineSpeeds.begin()));
+    else
+        ports_.assign(port, place.path + "@" + std::to_string(*bitsPerSecond));
+    refreshPortInfo();
 }
 
 bool Launcher::refreshPortInfo()

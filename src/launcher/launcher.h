@@ -37,7 +37,7 @@ public:
     };
 
     /// All references outlive the launcher. The design is set to the default design.
-    Launcher(SettingsStore& settings, const PortDirectory& ports, Prompts& prompts, ProgramValues& values,
+    Launcher(SettingsStore& settings, PortDirectory& ports, Prompts& prompts, ProgramValues& values,
              Design& design, System system);
 
     /// Reads the saved settings. One that can't be used is reported and replaced by its default. What the
@@ -54,6 +54,10 @@ public:
 
     void choosePort(int position);  ///< list position; out of range: nothing happens
     void chooseSpeed(int position); ///< as choosePort
+
+    /// Chooses a port and the speed at which its adapter answers: as the line speed where the list has it,
+    /// else as the port's own. @param bitsPerSecond nothing: the speed stays
+    void useConnection(PortNumber port, std::optional<int> bitsPerSecond);
 
     /// Looks again what the ports stand for. @return whether that changed
     bool refreshPortInfo();
@@ -103,7 +107,7 @@ private:
     std::string stored(const char* key, const std::string& missing = {}) const;
 
     SettingsStore& settings_;
-    const PortDirectory& ports_;
+    PortDirectory& ports_;
     Prompts& prompts_;
     ProgramValues& values_;
     const Design& design_;

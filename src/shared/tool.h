@@ -3,6 +3,6 @@
 namespace zint {
 
 /// The tools that the launcher opens.
-enum class Tool { codes, dtcEditor, pollDesigner, pollRunner, scanner, terminal, vehicleReport };
+enum class Tool { codes, doctor, dtcEditor, pollDesigner, pollRunner, scanner, terminal, vehicleReport };
 
 } // namespace zint

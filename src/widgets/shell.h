@@ -7,12 +7,14 @@
 #include "shared/tool.h"
 
 #include <memory>
+#include <optional>
 
 class QWidget;
 
 namespace zint {
 
 class Launcher;
+class PortDirectory;
 
 /// What a window asks of the program around it.
 class Shell {
@@ -42,6 +44,12 @@ public:
 
     /// Lets the user assign ports to com1 to com8.
     virtual void assignPorts() = 0;
+
+    /// What com1 to com8 stand for.
+    virtual const PortDirectory& portDirectory() const = 0;
+
+    /// Lets all tools use a port from now on, at a speed; without one, at the speed that is set.
+    virtual void useConnection(PortNumber port, std::optional<int> bitsPerSecond) = 0;
 };
 
 } // namespace zint

@@ -109,6 +109,20 @@ TEST_F(ProgramTest, AProgramWithoutAVisibleWindowLivesOnAndIsBroughtBack)
     EXPECT_FALSE(RunningInstance::bringBackHidden()) << "a visible program is not asked";
 }
 
+TEST_F(ProgramTest, TheTroubleDialogLeadsToTheCheckOfTheConnection)
+{
+    click("startForm", "getCodes");
+    click("codesForm", "getCodes"); // the exchange runs on, and ends for the check
+    window("codesForm")->findChild<QAction*>(QStringLiteral("ftc"))->trigger();
+    click("failedConnForm", "checkCom");
+    EXPECT_TRUE(waitUntil([] {
+        return isVisible("doctorForm") && text("doctorForm", "headline").startsWith(u"Everything works: ");
+    }));
+    EXPECT_EQ(window("codesForm"), nullptr);
+    click("doctorForm", "backCom");
+    EXPECT_TRUE(isVisible("startForm"));
+}
+
 TEST_F(ProgramTest, ShowsTheLauncherWhereNobodyCouldBringItBack)
 {
     const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");

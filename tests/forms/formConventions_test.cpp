@@ -1,5 +1,6 @@
 #include "codes/window/codesForm.h"
 #include "designer/window/pollSetup2.h"
+#include "doctor/window/doctorForm.h"
 #include "dtcdb/window/dtcEditForm.h"
 #include "forms/formTest.h"
 #include "launcher/window/failedConnForm.h"
@@ -44,8 +45,9 @@ struct FormConventionsTest : FormTest {
         for (QWidget* window : std::initializer_list<QWidget*>{
                  new startForm(context), new codesForm(context), new dtcEditForm(context),
                  new pollSetup2(context), new obdPollForm(context), new debuggerForm(context),
-                 new scanForm(context), new reportForm(context), new failedConnForm(context),
-                 new calcHdrForm("686AF1", settings, nullptr), new portsForm(ports, nullptr)})
+                 new scanForm(context), new reportForm(context), new doctorForm(context),
+                 new failedConnForm(context), new calcHdrForm("686AF1", settings, nullptr),
+                 new portsForm(ports, nullptr)})
             windows.emplace_back(window)->show();
     }
 };
@@ -130,7 +132,7 @@ TEST_F(FormConventionsTest, HelpAndLogosOpenTheirPages)
     };
     for (auto window = windows.begin();
          const char* page : {"docstart2", "docchken2", "docdtce2", "docpldsn2", "docpldat2", "docexplr2",
-                             "docscan2", "docreprt2"}) {
+                             "docscan2", "docreprt2", "docdoctr2"}) {
         (*window++)->findChild<QAction*>(QStringLiteral("mnuHelp"))->trigger();
         expectPage(page);
     }

@@ -85,6 +85,11 @@ protected:
     void switchTo(Tool tool) override { opened.push_back(tool); }
     void openFailedConn(QWidget& /*caller*/) override {}
     void assignPorts() override { ++portsAssigned; }
+    const PortDirectory& portDirectory() const override { return ports; }
+    void useConnection(PortNumber port, std::optional<int> bitsPerSecond) override
+    {
+        used = portName(port) + " " + std::to_string(bitsPerSecond.value_or(0));
+    }
 
     /// Opens a window in place of the one of before. The test may look at it once it is closed.
     template <typename Form, typename... Parts>
@@ -198,6 +203,7 @@ protected:
     PortDirectory ports{settings, system};
     std::optional<Launcher> launcher;
     std::vector<Tool> opened;
+    std::string used; ///< the connection that a window has asked for
     int portsAssigned = 0;
     std::string device;                 ///< of a real port in place of the scripted adapter
     ScriptedAdapter* adapter = nullptr; ///< of the tool that was made last; owned by it

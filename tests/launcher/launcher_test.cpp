@@ -57,6 +57,22 @@ struct LauncherTest : testing::Test {
     }
 };
 
+TEST_F(LauncherTest, UsesTheSpeedAtWhichAnAdapterWasFound)
+{
+    ports.assign(PortNumber{2}, "/dev/ttyUSB0");
+    launcher.useConnection(PortNumber{2}, 38400);
+    EXPECT_EQ(launcher.panel().comPort, 1);
+    EXPECT_EQ(launcher.panel().comSpeed, 1);
+    EXPECT_EQ(ports.assignment(PortNumber{2}), "/dev/ttyUSB0");
+    for (const int speed : {115200, 9600}) { // a port with a speed of its own keeps having one
+        launcher.useConnection(PortNumber{2}, speed);
+        EXPECT_EQ(ports.assignment(PortNumber{2}), "/dev/ttyUSB0@" + std::to_string(speed));
+    }
+    launcher.useConnection(PortNumber{3}, std::nullopt);
+    EXPECT_EQ(launcher.panel().comPort, 2);
+    EXPECT_EQ(launcher.panel().comSpeed, 1);
+}
+
 TEST_F(LauncherTest, StartsWithDefaultsOnTheFirstRun)
 {
     EXPECT_EQ(launcher.click(Tool::pollRunner), Tool::pollDesigner) << "the design has unpolled events";

@@ -28,6 +28,7 @@ failedConnForm::failedConnForm(ToolContext& context)
     onClick(ui->tooOld, &failedConnForm::tooOld_Click);
     onClick(ui->badHardware, &failedConnForm::badHardware_Click);
     onClick(ui->ignitionOn, &failedConnForm::ignitionOn_Click);
+    onClick(ui->checkCom, &failedConnForm::checkCom_Click);
     onClick(ui->applyCom, &failedConnForm::applyCom_Click);
     onClick(ui->cancelCom, &failedConnForm::cancelCom_Click);
     onClick(ui->helpCom, &failedConnForm::helpCom_Click);
@@ -42,6 +43,12 @@ void failedConnForm::tooOld_Click() { display(*ui->detail1, tooOldText); }
 void failedConnForm::badHardware_Click() { display(*ui->detail1, badHardwareText); }
 
 void failedConnForm::ignitionOn_Click() { display(*ui->detail1, ignitionOnText); }
+
+void failedConnForm::checkCom_Click()
+{
+    context().shell.switchTo(Tool::doctor);
+    close();
+}
 
 void failedConnForm::applyCom_Click() { close(); }
 

@@ -23,6 +23,7 @@ private:
     void tooOld_Click();
     void badHardware_Click();
     void ignitionOn_Click();
+    void checkCom_Click();
     void applyCom_Click(); ///< sends nothing, on purpose
     void cancelCom_Click();
     void helpCom_Click();

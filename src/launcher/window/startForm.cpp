@@ -32,6 +32,7 @@ startForm::startForm(ToolContext& context)
     connectToolButton(ui->scanner, Tool::scanner);
     connectToolButton(ui->debugger, Tool::terminal);
     onTrigger(ui->mnuPorts, &startForm::mnuPorts_Click);
+    onTrigger(ui->mnuCheckConn, &startForm::mnuCheckConn_Click);
     onTrigger(ui->mnuSetUpDtc, &startForm::mnuSetUpDtc_Click);
     onTrigger(ui->mnuShowReg, &startForm::mnuShowReg_Click);
     onTrigger(ui->mnuClearReg, &startForm::mnuClearReg_Click);
@@ -94,6 +95,8 @@ void startForm::mnuPorts_Click()
     context().shell.assignPorts();
     lookAtPorts();
 }
+
+void startForm::mnuCheckConn_Click() { context().shell.openTool(Tool::doctor); }
 
 void startForm::mnuSetUpDtc_Click() { launcher_.setUpDescriptions(); }
 

@@ -35,6 +35,7 @@ private:
     void comPort_Click(int position);
     void comSpeed_Click(int position);
     void mnuPorts_Click();
+    void mnuCheckConn_Click();
     void mnuSetUpDtc_Click();
     void mnuShowReg_Click();
     void mnuClearReg_Click();

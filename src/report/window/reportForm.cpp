@@ -45,7 +45,7 @@ QString styleFor(const QPalette& palette)
                                             ".m3 { background: #f8d0d0; }");
 }
 
-QString titleOf(const ReportSection& section)
+QString entryOf(const ReportSection& section)
 {
     const std::string word = wordOf(section.mark);
     return toQt(section.title + (word.empty() ? "" : " - " + word));
@@ -203,7 +203,7 @@ void reportForm::showTitles(int chosen)
 {
     ui->sections->clear();
     for (const ReportSection& section : shown_)
-        new QListWidgetItem(iconOf(section.mark), titleOf(section), ui->sections);
+        new QListWidgetItem(iconOf(section.mark), entryOf(section), ui->sections);
     ui->sections->setCurrentRow(chosen);
 }
 
