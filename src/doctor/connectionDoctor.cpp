@@ -343,7 +343,8 @@ void ConnectionDoctor::tellUnits(const UnitReadings& units)
         names += (names.empty() ? "" : ", ") + name;
     }
     const bool isShown = !names.starts_with('?');
-    finish(std::to_string(units.size()) + (isShown ? ": " + names : ""));
+    finish(std::to_string(units.size()) + (units.size() == 1 ? " answers" : " answer") +
+           (isShown ? ": " + names : ""));
     if (!isShown && exam_->canShowHeaders()) {
         DiagnosisStep& step = diagnosis_.at(DoctorStep::adapter);
         step.findings.push_back({Observation::headersNotShown});

@@ -284,7 +284,7 @@ TEST(ConnectionDoctorTest, AWorkingAdapterIsDescribedAndLeftAsItWas)
           "Can be set: line feeds, headers, blanks, adaptive timing, waiting time\n",
           "Refuses: ATIGN, ATRD, ATAMC, ATAL\n", "would have: ATIGN, ATRD, ATAL\n",
           "Supply voltage: ok, 13.1 V\n", "Vehicle: ok, ISO 15765-4 (CAN 11/500), found in 0.3 s\n",
-          "Control units: ok, 2: 7E8, 7E9\n",
+          "Control units: ok, 2 answer: 7E8, 7E9\n",
           "\nIt works, with remarks: 20 requests a second, ISO 15765-4, 2 control units.\n"})
         EXPECT_NE(text.find(line), std::string::npos) << line << text;
     const auto json = nlohmann::json::parse(diagnosisJson(found));
