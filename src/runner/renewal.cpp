@@ -27,11 +27,11 @@ bool Renewal::take(ReplyFit fit, std::string_view reply, Time now)
             pause_ = {};
         neededAt_ = now;
     }
-    wasVain_ = wasVain_ || (mismatches_ >= manyMismatches && now < allowedFrom_);
+    wasVain_ = wasVain_ || (mismatches_ >= ReplyWatch::manyMismatches && now < allowedFrom_);
     return fit != ReplyFit::mismatch && !restarts;
 }
 
-bool Renewal::isNeeded() const { return hasRestarted_ || mismatches_ >= manyMismatches; }
+bool Renewal::isNeeded() const { return hasRestarted_ || mismatches_ >= ReplyWatch::manyMismatches; }
 
 void Renewal::begin(Time now)
 {

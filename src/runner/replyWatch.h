@@ -33,6 +33,8 @@ public:
     static constexpr std::string_view mismatchText =
         "Replies do not match the requests: stop and start again";
 
+    static constexpr int manyMismatches = 3; ///< in a row: too many to be by chance
+
     /// @param now a run starts
     explicit ReplyWatch(Time now = {}) : heardAt_(now) {}
 
