@@ -23,32 +23,23 @@ struct ReconnectTest : PollerTest {
         setLoops("2");
     }
 
-    void expectAndAnswer(std::size_t from, std::size_t to)
+    void expectAnswered(std::size_t from, std::size_t to)
     {
-        for (std::size_t i = from; i < to; ++i)
-            adapter.expect(exchange.at(i).first + "\r").answer(exchange.at(i).second);
+        for (; from < to; ++from)
+            adapter.expect(exchange.at(from).first + "\r").answer(exchange.at(from).second);
     }
 
-    void expectUnanswered(std::size_t step) { adapter.expect(exchange.at(step).first + "\r"); }
-
-    void pull(const char* firstPart = "")
+    /// The adapter gets a step and vanishes after part of its answer at most.
+    void pullAt(std::size_t step, const char* answer = "")
     {
-        adapter.receive(firstPart);
+        adapter.expect(exchange.at(step).first + "\r");
+        poller->isPolling() ? wait(1) : poller->pressStart();
+        adapter.play();
+        adapter.receive(answer);
         adapter.vanish();
-        EXPECT_EQ(panel().statusBox, "com1 adapter gone, waiting for it");
-        EXPECT_EQ(panel().comStart, "Stop Polling");
+        EXPECT_EQ(panel().statusBox + panel().comStart, "com1 adapter gone, waiting for itStop Polling");
         EXPECT_TRUE(poller->isInterrupted());
         ++losses;
-    }
-
-    /// A run up to a step, when the adapter vanishes.
-    void startAndPull(std::size_t step = 4, const char* firstPart = "")
-    {
-        expectAndAnswer(0, step);
-        expectUnanswered(step);
-        poller->pressStart();
-        adapter.play();
-        pull(firstPart);
     }
 };
 
@@ -58,20 +49,18 @@ TEST_F(ReconnectTest, ARunGoesOnWhereverItsAdapterVanishes)
         for (std::size_t second = 0; second <= setUp + 1; ++second) { // likewise, after that; or nothing
             SCOPED_TRACE(exchange[first].first + std::to_string(first) + ", then " + std::to_string(second));
             const std::size_t request = std::max(first, setUp);
-            startAndPull(first, first + 1 == exchange.size() ? "41 0C 00 0" : "");
+            expectAnswered(0, first);
+            pullAt(first, first + 1 == exchange.size() ? "41 0C 00 0" : "");
             wait(5);
             if (second <= setUp) {
                 adapter.workAgain();
-                expectAndAnswer(0, second);
-                expectUnanswered(second < setUp ? second : request);
-                wait(1);
-                adapter.play();
-                pull();
+                expectAnswered(0, second);
+                pullAt(second < setUp ? second : request);
                 wait(2);
             }
             adapter.workAgain();
-            expectAndAnswer(0, setUp);
-            expectAndAnswer(request, exchange.size());
+            expectAnswered(0, setUp);
+            expectAnswered(request, exchange.size());
             adapter.expect("ATD\r");
             wait(1);
             adapter.play();
@@ -93,85 +82,61 @@ TEST_F(ReconnectTest, ARunGoesOnWhereverItsAdapterVanishes)
 TEST_F(ReconnectTest, TheWaitEndsAsTheUserWants)
 {
     poller->setTimeLimit("30");
-    const struct {
-        const char* why;
-        std::function<void()> end;
-    } rows[] = {
+    const std::pair<std::string, std::function<void()>> rows[] = {
         {"stopped", [&] { poller->pressStart(); }},
         {"unchecked", [&] { poller->letReconnect(std::nullopt); }},
         {"closed", [&] { poller->unload(); }},
         {"patience", [&] { wait(20); }},
         {"time limit", [&] { wait(29); }},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.why);
-        poller->letReconnect(row.why == std::string("patience") ? 20s : Reconnection::withoutEnd);
-        startAndPull();
+    for (const auto& [why, end] : rows) {
+        SCOPED_TRACE(why);
+        poller->letReconnect(why == "patience" ? 20s : Reconnection::withoutEnd);
+        expectAnswered(0, 4);
+        pullAt(4);
         wait(1); // a try in vain
-        EXPECT_EQ(panel().ProgressBar1.text, "0:29 left") << "the time limit's, not the loops'";
-        row.end();
+        EXPECT_EQ(panel().ProgressBar1.text, "0:29 left");
+        end();
         EXPECT_FALSE(poller->isPolling() || ticker.enabled());
-        EXPECT_EQ(poller->isComplete(), row.why == std::string("time limit"));
+        EXPECT_EQ(poller->isComplete(), why == "time limit");
         EXPECT_EQ(panel().statusBox, "com1 - adapter disconnected");
         EXPECT_EQ(poller->lastFailure(), panel().statusBox);
         adapter.workAgain();
         poller->resetValues();
     }
-    EXPECT_EQ(prompts.takeMessage(), "");
 }
 
 TEST_F(ReconnectTest, LeavesAnotherAdapterAloneAndTriesAgainWhatDoesNotAnswer)
 {
     poller->onReply = [this] { clock.now += 1s; };
-    startAndPull();
+    expectAnswered(0, 4);
+    pullAt(4);
     adapter.workAgain();
     device = "/dev/ttyUSB1"; // has become the first port of the machine
     wait(10);
     EXPECT_EQ(panel().ProgressBar1.text, "") << "nobody knows how long that takes";
     device = "/dev/ttyUSB0";
-    expectUnanswered(0);
+    adapter.expect("ATZ\r");
     adapter.expect("ATD\r");
     wait(1);
     timer.tick();
     EXPECT_TRUE(poller->isWaiting());
     EXPECT_EQ(prompts.takeMessage(), "") << "a box would hold up what nobody watches";
-    expectAndAnswer(0, setUp);
-    expectUnanswered(4);
+    expectAnswered(0, setUp);
+    adapter.expect("0105\r");
     wait(1);
     adapter.play();
     EXPECT_EQ(panel().statusBox, "com1 Polling - reconnected once");
     EXPECT_FALSE(poller->isInterrupted());
     clock.now += 2s;
-    expectUnanswered(5);
+    adapter.expect("010C\r");
     adapter.receive("41 05 50 \r\r>");
     pressStop();
     EXPECT_EQ(panel().statusBox, "com1 Polling Completed ");
     EXPECT_EQ(values.requestSeconds, 3) << "the wait is none that requests take";
 }
 
-/// A run of one event without end.
-struct RenewalTest : PollerTest {
-    RenewalTest()
-    {
-        poller->letReconnect(60s);
-        start({{"010C", ""}});
-    }
-
-    /// Replies come in turn; the request behind the last one does not go out, but a reset.
-    void expectRenewalAfter(const std::vector<const char*>& replies)
-    {
-        for (std::size_t i = 0; i + 1 < replies.size(); ++i)
-            reply(replies[i]);
-        adapter.expect("ATZ\r").answer("ELM327 v1.5\r\r>");
-        adapter.receive(replies.back());
-        EXPECT_EQ(panel().statusBox, "com1 adapter has lost its settings, sending them anew");
-        EXPECT_TRUE(poller->isInterrupted() && timer.enabled());
-        adapter.expect("ATE0\r").answer("OK\r\r>");
-        adapter.expect("010C\r");
-        adapter.play();
-        EXPECT_FALSE(poller->isInterrupted());
-    }
-};
+using RenewalTest = PollerTest;
 
 TEST_F(RenewalTest, SendsTheSettingsAnewToAnAdapterThatHasLostThem)
 {
@@ -182,9 +147,21 @@ TEST_F(RenewalTest, SendsTheSettingsAnewToAnAdapterThatHasLostThem)
         {"ELM327 v1.5\r\r>", echoed},
         {"410C0004\r\r>", "NO DATA\r\r>", "410C0004\r\r>", "410C0004\r\r>", echoed},
     };
-    for (const auto& replies : rows) {
+    poller->letReconnect(60s);
+    start({{"010C", ""}});
+    for (std::vector<const char*> replies : rows) {
         SCOPED_TRACE(replies.front());
-        expectRenewalAfter(replies);
+        const char* const last = replies.back();
+        replies.pop_back();
+        for (const char* const text : replies)
+            reply(text);
+        adapter.expectOpening(); // in place of a request
+        adapter.expect("010C\r");
+        adapter.receive(last);
+        EXPECT_EQ(panel().statusBox, "com1 adapter has lost its settings, sending them anew");
+        EXPECT_TRUE(poller->isInterrupted() && timer.enabled());
+        adapter.play();
+        EXPECT_FALSE(poller->isInterrupted());
         reply();
         clock.now += 10min;
     }
