@@ -1,9 +1,11 @@
 // Requests per second of the poll runner, its window open and its chart visible, against a blocking loop on
 // the same adapter; and the processor time that a request costs.
 
+#include "link/recordingPort.h"
 #include "measure.h"
 #include "platform/qtSerialPort.h"
 #include "platform/qtSettingsStore.h"
+#include "platform/systemClock.h"
 #include "platform/text.h"
 #include "process/folders.h"
 #include "runner/window/obdPollForm.h"
@@ -44,8 +46,11 @@ public:
     zint::ConnectionChoice connection() const override { return {}; }
     std::unique_ptr<zint::SerialPort> makePort(zint::EventGate& gate, const zint::ConnectionChoice&) override
     {
-        return std::make_unique<zint::QtSerialPort>(gate, [this](zint::PortNumber) { return path_; });
+        return std::make_unique<zint::RecordingPort>(
+            std::make_unique<zint::QtSerialPort>(gate, [this](zint::PortNumber) { return path_; }), record_,
+            [this](zint::PortNumber, int) { return path_; });
     }
+    zint::WireRecord& record() override { return record_; }
     void openTool(zint::Tool) override {}
     void recoverIn(zint::Tool) override {}
     void switchTo(zint::Tool) override {}
@@ -54,6 +59,8 @@ public:
 
 private:
     std::string path_;
+    zint::SystemClock clock_;
+    zint::WireRecord record_{clock_, {}}; // as the program does
 };
 
 /// A run through the window, from the first request to the last reply.

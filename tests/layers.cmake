@@ -15,6 +15,7 @@ endforeach()
 set(MAY_INCLUDE_sim shared)
 
 # Single headers that a folder may include beyond that.
+set(MAY_INCLUDE_HEADERS_vehicle link/transcriptText.h link/replyBuffer.h)                # what transcripts are written in
 set(MAY_INCLUDE_HEADERS_sim link/receiveGroups.h link/serialPort.h link/commError.h) # what a port implements
 
 # The folders that know the toolkit, and the windows of a tool: <tool>/window/.
@@ -22,7 +23,7 @@ set(WINDOWS_MAY_INCLUDE shared catalogue link dtcdb vehicle platform process wid
 set(platform_MAY_INCLUDE shared catalogue link)                               # the interfaces that it implements
 set(process_MAY_INCLUDE shared platform)
 set(widgets_MAY_INCLUDE shared catalogue link platform process)
-set(connection_MAY_INCLUDE shared link platform process launcher sim)
+set(connection_MAY_INCLUDE shared link vehicle platform process launcher sim)
 set(commands_MAY_INCLUDE shared catalogue link dtcdb vehicle platform process launcher connection ${TOOLS})
 set(app_MAY_INCLUDE shared catalogue link dtcdb platform process widgets commands launcher connection ${TOOLS})
 set(TOOLKIT_FOLDERS platform process widgets connection commands app)

@@ -39,6 +39,7 @@ private:
     Launcher& makeLauncher(Prompts& prompts) override;
     ConnectionChoice connection() const override { return launcher_->connection(); }
     std::unique_ptr<SerialPort> makePort(EventGate& gate, const ConnectionChoice& choice) override;
+    WireRecord& record() override { return vehiclePorts_.record(); }
     void openTool(Tool tool) override;
     void recoverIn(Tool tool) override;
     void switchTo(Tool tool) override { next_ = tool; }

@@ -15,8 +15,9 @@
 namespace zint {
 namespace {
 
-std::size_t progressLength = 0; ///< of what the terminal shows
-bool isLineOpen = false;        ///< the terminal shows the beginning of a line of standard output
+std::size_t progressLength = 0;  ///< of what the terminal shows
+bool isLineOpen = false;         ///< the terminal shows the beginning of a line of standard output
+bool hasRecordingFailed = false; ///< the transcript that was asked for is not whole
 
 /// How many bytes the character has that a text begins with; 0 when a terminal does not show it.
 std::size_t visibleLength(std::string_view text)
@@ -102,7 +103,8 @@ int printBold(const std::string& text)
 int telling(const std::function<int()>& command)
 {
     try {
-        return command();
+        const int status = command();
+        return status == exitStatus::success && hasRecordingFailed ? exitStatus::failure : status;
     } catch (const std::exception& error) {
         complain(error.what());
         return exitStatus::failure;
@@ -161,6 +163,21 @@ CommandSession::CommandSession(const ConnectionOptions& options)
     launcher.load();
     prompts.hasComplained = false; // a setting that can't be used is no failure of what follows
     connection_ = launcher.connection();
+    record(options);
+}
+
+/// A file that can't be written is told before the vehicle is asked; later the exchange goes on.
+void CommandSession::record(const ConnectionOptions& options)
+{
+    using Identity = WireRecord::Identity;
+    if (options.transcriptPath.empty())
+        return;
+    vehiclePorts_.record().onEnded = [](const std::string& why) {
+        complain(why);
+        hasRecordingFailed = true;
+    };
+    vehiclePorts_.record().start(options.transcriptPath,
+                                 options.isIdentityLeftOut ? Identity::leftOut : Identity::kept);
 }
 
 void CommandSession::tellConnection() const

@@ -94,6 +94,7 @@ public:
 /// that an engine asks for. Needs an application object.
 class CommandSession {
 public:
+    /// Begins to record what is to be recorded. @throws FileError when that can't be written
     explicit CommandSession(const ConnectionOptions& options);
 
     const ConnectionChoice& connection() const { return connection_; }
@@ -110,6 +111,8 @@ public:
     EventGate gate;       ///< an action that fails is told, and ends the event loop
 
 private:
+    void record(const ConnectionOptions& options);
+
     QtSettingsStore settings_;
     SystemPorts systemPorts_;
     PortDirectory ports_{settings_, systemPorts_};

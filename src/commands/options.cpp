@@ -158,6 +158,14 @@ void addConnection(CLI::App& command, ConnectionOptions& options)
         .add_flag_callback(
             "--simulate", [&options] { simulate(options); }, "Put a simulated adapter and vehicle on com1.")
         ->group(connectionGroup);
+    if (command.get_parent() == nullptr) // the windows record from their menu
+        return;
+    addFile(command, "--transcript", options.transcriptPath,
+            "Record all that goes to the adapter and comes back.")
+        ->group(connectionGroup);
+    command
+        .add_flag("--mask", options.isIdentityLeftOut, "Leave out the vehicle's identity in the transcript.")
+        ->group(connectionGroup);
 }
 
 void requireDifferentFiles(const std::vector<std::string>& paths)

@@ -70,7 +70,7 @@ void addChoices(CLI::App& command, const char* group, Value& chosen,
     }
 }
 
-/// Adds --port, --speed and --simulate.
+/// Adds --port, --speed and --simulate, for a command --transcript and --mask, too.
 void addConnection(CLI::App& command, ConnectionOptions& options);
 
 /// Refuses a file that would be read or written as two things: one of them would be lost.

@@ -254,7 +254,7 @@ void PollOptions::check() const
 {
     if (loops && seconds)
         throw UsageError("--loops and --seconds both say when the run ends; give one of them");
-    requireDifferentFiles({designPath, logPath, exportPath});
+    requireDifferentFiles({designPath, logPath, exportPath, connection.transcriptPath});
 }
 
 int runPollCommand(const PollOptions& options)

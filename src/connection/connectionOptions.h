@@ -12,6 +12,8 @@ struct ConnectionOptions {
     std::optional<PortNumber> portNumber; ///< 1 to 8
     std::string portLocation;             ///< what that port stands for; empty: as always
     std::optional<int> speedPosition;     ///< position in the launcher's list
+    std::string transcriptPath;           ///< where the exchange is recorded; empty: nowhere. Of commands
+    bool isIdentityLeftOut = false;       ///< in the transcript
 };
 
 } // namespace zint

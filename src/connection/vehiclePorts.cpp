@@ -1,11 +1,14 @@
 #include "connection/vehiclePorts.h"
 
 #include "link/commError.h"
+#include "link/recordingPort.h"
+#include "link/replayPort.h"
 #include "platform/qtSerialPort.h"
 #include "platform/qtTimer.h"
 #include "platform/tcpPort.h"
 #include "sim/simulatedPort.h"
 #include "sim/vehicle.h"
+#include "vehicle/transcriptMask.h"
 
 #include <cerrno>
 
@@ -26,22 +29,39 @@ public:
     }
 };
 
-/// A port that can't be opened.
-std::unique_ptr<SerialPort> unusablePort(EventGate& gate, const char* why)
-{
-    return std::make_unique<QtSerialPort>(
-        gate, [why](PortNumber) -> std::string { throw CommError(ENOTSUP, why); });
-}
+/// A recording's port, likewise.
+class TimedReplayPort final : private OwnTimer, public ReplayPort {
+public:
+    TimedReplayPort(EventGate& gate, const PortLocation& location)
+        : OwnTimer(gate), ReplayPort(timer, location.path, location.isTimed ? Pace::asRecorded : Pace::atOnce)
+    {
+    }
+};
 
 } // namespace
 
-VehiclePorts::VehiclePorts(const PortDirectory& directory) : directory_(directory) {}
+VehiclePorts::VehiclePorts(const PortDirectory& directory)
+    : directory_(directory), record_(clock_, withoutIdentity)
+{
+}
 
 VehiclePorts::~VehiclePorts() = default;
 
 std::unique_ptr<SerialPort> VehiclePorts::make(EventGate& gate, PortNumber number)
 {
-    switch (directory_.target(number).place.kind) {
+    const auto describe = [this](PortNumber opened, int bitsPerSecond) {
+        const PortDirectory::Target target = directory_.target(opened);
+        const std::string speed =
+            target.place.hasSpeed() ? ", " + std::to_string(bitsPerSecond) + " bits per second" : "";
+        return portName(opened) + " (" + target.location + ")" + speed;
+    };
+    return std::make_unique<RecordingPort>(makeUnrecorded(gate, number), record_, describe);
+}
+
+std::unique_ptr<SerialPort> VehiclePorts::makeUnrecorded(EventGate& gate, PortNumber number)
+{
+    const PortLocation place = directory_.target(number).place;
+    switch (place.kind) {
     case PortLocation::Kind::simulated:
         if (!vehicle_)
             vehicle_ = std::make_unique<Vehicle>();
@@ -49,7 +69,7 @@ std::unique_ptr<SerialPort> VehiclePorts::make(EventGate& gate, PortNumber numbe
     case PortLocation::Kind::network:
         return std::make_unique<TcpPort>(gate, [this](PortNumber n) { return locate(n); });
     case PortLocation::Kind::recording:
-        return unusablePort(gate, "a recording can't be used yet");
+        return std::make_unique<TimedReplayPort>(gate, place);
     case PortLocation::Kind::nothing:
     case PortLocation::Kind::device:
         break; // an automatic port may find its device before it is opened

@@ -2,6 +2,7 @@
 
 #include "link/portDirectory.h"
 #include "link/serialPort.h"
+#include "link/wireRecord.h"
 #include "platform/systemClock.h"
 #include "shared/eventGate.h"
 
@@ -18,14 +19,19 @@ public:
     explicit VehiclePorts(const PortDirectory& directory);
     ~VehiclePorts();
 
-    /// @param gate outlives the port
+    /// A port that is recorded. @param gate outlives the port, as this does
     std::unique_ptr<SerialPort> make(EventGate& gate, PortNumber number);
+
+    /// What goes over the wire of all ports.
+    WireRecord& record() { return record_; }
 
 private:
     PortLocation locate(PortNumber number) const;
+    std::unique_ptr<SerialPort> makeUnrecorded(EventGate& gate, PortNumber number);
 
     const PortDirectory& directory_;
     SystemClock clock_;
+    WireRecord record_;
     std::unique_ptr<Vehicle> vehicle_; ///< made when it is needed
 };
 

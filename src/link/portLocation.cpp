@@ -11,8 +11,13 @@ namespace {
 
 using Kind = PortLocation::Kind;
 
-constexpr std::array prefixes = {std::pair(std::string_view("tcp:"), Kind::network),
-                                 std::pair(std::string_view("replay:"), Kind::recording)};
+struct Prefix {
+    std::string_view text;
+    Kind kind;
+    bool isTimed = false;
+};
+constexpr std::array prefixes = {Prefix{"tcp:", Kind::network}, Prefix{"replay:", Kind::recording},
+                                 Prefix{"replay-timed:", Kind::recording, true}};
 
 bool isNumber(std::string_view text)
 {
@@ -20,10 +25,11 @@ bool isNumber(std::string_view text)
            std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
 }
 
-PortLocation recordingLocation(std::string_view text)
+PortLocation recordingLocation(std::string_view text, bool isTimed)
 {
     return {.kind = Kind::recording,
             .path = std::string(text),
+            .isTimed = isTimed,
             .problem = text.empty() ? "\"replay:FILE\" needs the name of a file" : ""};
 }
 
@@ -85,11 +91,11 @@ PortLocation portLocation(std::string_view assignment)
         return {};
     if (assignment == PortLocation::simulatedText)
         return {.kind = Kind::simulated};
-    for (const auto& [prefix, kind] : prefixes) {
+    for (const auto& [prefix, kind, isTimed] : prefixes) {
         if (upperCase(assignment.substr(0, prefix.size())) != upperCase(prefix))
             continue;
         const std::string_view rest = assignment.substr(prefix.size());
-        return kind == Kind::network ? networkLocation(rest) : recordingLocation(rest);
+        return kind == Kind::network ? networkLocation(rest) : recordingLocation(rest, isTimed);
     }
     return deviceLocation(assignment);
 }

@@ -13,7 +13,7 @@ struct PortLocation {
         device,    ///< "/dev/ttyUSB0", "COM7", "ttyUSB0"; "/dev/ttyUSB0@115200" has a speed of its own
         simulated, ///< "simulated": the simulated vehicle
         network,   ///< "tcp:HOST:PORT": an adapter or a bridge in the network
-        recording, ///< "replay:FILE": a transcript in place of an adapter
+        recording, ///< "replay:FILE": a transcript in place of an adapter; "replay-timed:FILE" takes its time
     };
 
     /// Wi-Fi adapters wait for connections here.
@@ -25,6 +25,7 @@ struct PortLocation {
     std::string path;                 ///< a device's path, a host or a file, by the kind
     int tcpPort = usualTcpPort;       ///< 1 to 65535
     std::optional<int> bitsPerSecond; ///< of a device, in place of the launcher's line speed
+    bool isTimed = false;             ///< a recording answers as late as it was recorded
     std::string problem; ///< why it can't be used: "tcp:HOST:PORT needs a port ..."; mostly empty
 
     /// Whether the launcher's line speed, or one in its place, means anything.

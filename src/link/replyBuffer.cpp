@@ -23,13 +23,13 @@ void ReplyBuffer::append(std::string_view received)
     dropFiller();
     if (!isAnnouncement(text_) || text_.find(prompt) == std::string::npos)
         return;
-    auto lineEnd = text_.find('\n');
-    if (lineEnd == std::string::npos)
-        lineEnd = text_.find('\r');
-    if (lineEnd == std::string::npos)
+    auto firstEnd = text_.find('\n');
+    if (firstEnd == std::string::npos)
+        firstEnd = text_.find('\r');
+    if (firstEnd == std::string::npos)
         return;
-    announcement_ = text_.substr(0, std::min(text_.find('\r'), lineEnd));
-    text_.erase(0, lineEnd + 1);
+    announcement_ = text_.substr(0, std::min(text_.find('\r'), firstEnd));
+    text_.erase(0, firstEnd + 1);
     dropFiller();
 }
 

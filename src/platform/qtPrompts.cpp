@@ -4,6 +4,7 @@
 #include "platform/text.h"
 #include "shared/programInfo.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QCompleter>
 #include <QCoreApplication>
@@ -126,8 +127,19 @@ void QtPrompts::tellOfSilence(const std::string& text, const std::string& reason
     prepare(box, QMessageBox::Information, text, {});
     box.setStandardButtons(QMessageBox::Ok | QMessageBox::Help);
     box.setEscapeButton(QMessageBox::Ok);
-    while (box.exec() == QMessageBox::Help)
-        helpOnSilence();
+    const QAbstractButton* const save =
+        saveExchange ? box.addButton(QCoreApplication::translate("QtPrompts", "&Save Last Exchange..."),
+                                     QMessageBox::ActionRole)
+                     : nullptr;
+    for (;;) {
+        const int pressed = box.exec();
+        if (pressed == QMessageBox::Help)
+            helpOnSilence();
+        else if (save != nullptr && box.clickedButton() == save)
+            saveExchange();
+        else
+            return;
+    }
 }
 
 std::optional<std::string> QtPrompts::input(const std::string& text, const std::string& title,

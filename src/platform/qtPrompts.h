@@ -24,6 +24,7 @@ public:
     bool runLong(const std::string& text, const std::function<void(Progress&)>& work) override;
 
     std::function<void()> helpOnSilence; ///< shows the help on an adapter that does not answer
+    std::function<void()> saveExchange;  ///< saves what was sent to it, and what came; empty: nobody can
 
 private:
     QWidget& window_;

@@ -63,7 +63,7 @@ ReplyFit fitOf(std::string_view request, std::string_view reply, bool isGood)
         return ReplyFit::unknown;
     if (beginsWith(reply, *echo))
         return ReplyFit::match;
-    return beginsWith(reply, "7F") ? ReplyFit::refusal : ReplyFit::mismatch;
+    return beginsWith(reply, "7F") ? ReplyFit::refused : ReplyFit::mismatch;
 }
 
 void ReplyWatch::take(std::string_view request, std::string_view reply, bool isGood, Time now)

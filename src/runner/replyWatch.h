@@ -12,7 +12,7 @@ namespace zint {
 enum class ReplyFit {
     unknown, ///< words of the adapter, or the request asks for no data: nothing is contradicted
     match,
-    refusal, ///< the vehicle does not do what was asked
+    refused, ///< the vehicle does not do what was asked
     mismatch
 };
 

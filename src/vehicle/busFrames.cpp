@@ -89,13 +89,6 @@ std::optional<Frame> can11Frame(const HexLine& line)
                                        : std::nullopt; // pairs are no identifier
 }
 
-std::uint8_t sumOf(BytesView bytes)
-{
-    return std::accumulate(
-        bytes.begin(), bytes.end(), std::uint8_t{0},
-        [](std::uint8_t sum, std::uint8_t byte) { return static_cast<std::uint8_t>(sum + byte); });
-}
-
 /// SAE J1850: polynomial 1D, start FF, inverted.
 constexpr std::array<std::uint8_t, 256> crcTable = [] {
     std::array<std::uint8_t, 256> table{};
@@ -107,14 +100,6 @@ constexpr std::array<std::uint8_t, 256> crcTable = [] {
     }
     return table;
 }();
-
-std::uint8_t crcOf(BytesView bytes)
-{
-    std::uint8_t crc = 0xFF;
-    for (const std::uint8_t byte : bytes)
-        crc = crcTable[crc ^ byte];
-    return static_cast<std::uint8_t>(~crc);
-}
 
 bool isChecked(BytesView bytes, std::uint8_t (*check)(BytesView))
 {
@@ -182,6 +167,21 @@ std::optional<Frame> bytesFrame(LineForm form, const Bytes& bytes)
 }
 
 } // namespace
+
+std::uint8_t sumOf(BytesView bytes)
+{
+    return std::accumulate(
+        bytes.begin(), bytes.end(), std::uint8_t{0},
+        [](std::uint8_t sum, std::uint8_t byte) { return static_cast<std::uint8_t>(sum + byte); });
+}
+
+std::uint8_t crcOf(BytesView bytes)
+{
+    std::uint8_t crc = 0xFF;
+    for (const std::uint8_t byte : bytes)
+        crc = crcTable[crc ^ byte];
+    return static_cast<std::uint8_t>(~crc);
+}
 
 std::span<const LineForm> formsOf(BusProtocol protocol)
 {

@@ -55,6 +55,10 @@ struct Frame {
 /// A line as a frame of the form; nothing where it does not fit.
 std::optional<Frame> frameIn(LineForm form, const HexLine& line);
 
+/// The checksums behind the frames of the older buses: of ISO 9141-2 and ISO 14230-4, of J1850.
+std::uint8_t sumOf(BytesView bytes);
+std::uint8_t crcOf(BytesView bytes);
+
 /// What reports call the sender of a frame.
 std::string unitName(LineForm form, std::uint32_t unit);
 

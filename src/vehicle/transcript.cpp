@@ -1,7 +1,7 @@
 #include "vehicle/transcript.h"
 
-#include "shared/module1.h"
-#include "shared/textFile.h"
+#include "link/replyBuffer.h"
+#include "link/transcriptText.h"
 #include "shared/utf8.h"
 #include "vehicle/adapterLines.h"
 
@@ -13,41 +13,7 @@
 namespace zint {
 namespace {
 
-constexpr char promptMark = '>';
-constexpr std::string_view commentMark = "#";
-constexpr std::string_view blanks = " \t";
-
-std::string_view blankless(std::string_view text)
-{
-    const std::size_t start = text.find_first_not_of(blanks);
-    return start == std::string_view::npos ? std::string_view()
-                                           : text.substr(start, text.find_last_not_of(blanks) + 1 - start);
-}
-
-/// The text with "\xNN" as the bytes that they stand for.
-std::string unescaped(std::string_view text)
-{
-    constexpr std::size_t escapeLength = 4;
-    std::string bytes;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const std::string_view digits = text.substr(i).starts_with("\\x") ? textAt(text, i + 3, 2) : "";
-        const bool isEscape = digits.size() == 2 && digits.find(' ') == std::string_view::npos;
-        if (const auto byte = isEscape ? hexIn(digits) : std::nullopt) {
-            bytes += static_cast<char>(*byte);
-            i += escapeLength - 1;
-        } else {
-            bytes += text[i];
-        }
-    }
-    return bytes;
-}
-
-std::string compact(std::string_view text)
-{
-    std::string letters = upperCase(text);
-    std::erase_if(letters, [](char letter) { return blanks.find(letter) != std::string_view::npos; });
-    return letters;
-}
+constexpr char promptMark = ReplyBuffer::prompt;
 
 /// What follows a word at the start of a text; nothing when it starts in another way.
 std::optional<std::string> behind(std::string_view word, std::string_view text)
@@ -63,7 +29,7 @@ std::optional<BusProtocol> known(std::optional<BusProtocol> protocol)
 /// The protocol that an exchange tells by the answer to ATDPN or ATDP.
 std::optional<BusProtocol> protocolFound(const TranscriptExchange& exchange)
 {
-    const std::string command = compact(exchange.command);
+    const std::string command = compactCommand(exchange.command);
     if (command != "ATDPN" && command != "ATDP")
         return std::nullopt;
     std::string_view rest = exchange.reply;
@@ -79,7 +45,7 @@ std::optional<BusProtocol> protocolFound(const TranscriptExchange& exchange)
 /// The protocol that an exchange has set by ATSP or ATTP.
 std::optional<BusProtocol> protocolSet(const TranscriptExchange& exchange)
 {
-    const std::string command = compact(exchange.command);
+    const std::string command = compactCommand(exchange.command);
     for (const std::string_view word : {"ATSP", "ATTP"}) {
         if (const auto number = behind(word, command))
             return known(protocolIn(*number));
@@ -135,14 +101,14 @@ std::vector<TranscriptExchange*> pointersTo(std::vector<TranscriptExchange>& exc
 /// Takes the lines of a transcript, one after the other.
 class TranscriptReader {
 public:
-    void take(std::string_view line)
+    void take(const TranscriptLine& line)
     {
-        if (line.starts_with(commentMark))
-            takeComment(line.substr(1));
-        else if (line.starts_with(promptMark) && !blankless(line.substr(1)).empty())
-            begin(blankless(line.substr(1)));
+        if (line.kind == TranscriptLine::Kind::comment)
+            takeComment(line.text);
+        else if (line.kind == TranscriptLine::Kind::command)
+            begin(line);
         else if (TranscriptExchange* exchange = last())
-            exchange->reply += unescaped(line) + (blankless(line) == ">" ? "" : "\r");
+            exchange->reply += line.bytes;
     }
 
     std::vector<TranscriptExchange> finish()
@@ -166,15 +132,15 @@ public:
 private:
     void takeComment(std::string_view comment)
     {
-        const auto number = behind("PROTOCOL", compact(comment));
+        const auto number = behind("PROTOCOL", compactCommand(comment));
         if (const auto protocol = number ? protocolIn(*number) : std::nullopt)
             sections_.push_back({.told = known(protocol), .exchanges = {}});
     }
 
-    void begin(std::string_view command)
+    void begin(const TranscriptLine& line)
     {
-        sections_.back().exchanges.push_back(
-            {.written = toUtf8(command), .command = unescaped(command), .reply = {}});
+        const std::string command = line.bytes.substr(0, line.bytes.find_last_not_of("\r\n") + 1);
+        sections_.back().exchanges.push_back({.written = toUtf8(line.text), .command = command, .reply = {}});
     }
 
     TranscriptExchange* last()
@@ -223,14 +189,8 @@ ExchangeReading readOne(const TranscriptExchange& exchange, bool arePromptsShown
 
 std::vector<TranscriptExchange> readTranscript(std::string_view text)
 {
-    if (text.starts_with(byteOrderMark))
-        text.remove_prefix(byteOrderMark.size());
     TranscriptReader reader;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-        reader.take(text.substr(0, end));
-        text.remove_prefix(std::min(end + (text.substr(end).starts_with(lineEnd) ? 2 : 1), text.size()));
-    }
+    readTranscriptLines(text, [&reader](const TranscriptLine& line) { reader.take(line); });
     return reader.finish();
 }
 

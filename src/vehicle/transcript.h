@@ -9,14 +9,14 @@
 
 /// What an adapter was sent and what came back, as text: to look at replies that a user has mailed.
 ///
-/// UTF-8; "# ..." is a comment, "# protocol 6" tells the protocol of what follows; "> 0902" was sent; the
-/// lines below it came back, with "\xNN" for a byte that is no text. The prompt may be left out.
+/// transcriptText.h tells how one is written. The comment "# protocol 6" tells the protocol of what follows;
+/// the prompt may be left out.
 namespace zint {
 
 struct TranscriptExchange {
     std::string written; ///< what was sent, as the transcript has it
     std::string command; ///< what was sent
-    std::string reply;   ///< its lines, ended by CR; with the prompt if the transcript shows it
+    std::string reply;   ///< as it came; with the prompt if the transcript shows it
     BusProtocol protocol = BusProtocol::unknown;
 };
 

@@ -2,6 +2,7 @@
 
 #include "link/connectionChoice.h"
 #include "link/serialPort.h"
+#include "link/wireRecord.h"
 #include "shared/eventGate.h"
 #include "shared/prompts.h"
 #include "shared/tool.h"
@@ -29,6 +30,9 @@ public:
 
     /// The serial control for a choice. Its notifications pass the gate, which outlives it.
     virtual std::unique_ptr<SerialPort> makePort(EventGate& gate, const ConnectionChoice& choice) = 0;
+
+    /// What goes over the wire of all these.
+    virtual WireRecord& record() = 0;
 
     /// Opens a tool in place of the launcher.
     virtual void openTool(Tool tool) = 0;

@@ -9,8 +9,10 @@
 
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPointer>
 #include <QShortcut>
+#include <QTimer>
 #include <QToolBar>
 
 #include <exception>
@@ -19,10 +21,12 @@
 namespace zint {
 
 toolForm::toolForm(ToolContext& context, std::string helpPage)
-    : context_(context), helpPage_(std::move(helpPage)), prompts_(*this)
+    : context_(context), helpPage_(std::move(helpPage)), prompts_(*this),
+      recordMenu_(*this, context.shell.record(), context.values, prompts_)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     prompts_.helpOnSilence = [this] { showHelp(silencePage); };
+    prompts_.saveExchange = [this] { saveLastExchange(); };
     gate_.onError = [this](const std::string& text, const std::string& reason) {
         prompts().message(text, {}, reason);
     };
@@ -35,6 +39,35 @@ void toolForm::setUpMenu(QAction* mnuExit, QAction* mnuAbout, QAction* mnuHelp)
     onTrigger(mnuExit, &toolForm::goBack);
     onAsking(mnuAbout, &QAction::triggered, [this] { mnuAbout_Click(); });
     onAsking(mnuHelp, &QAction::triggered, [this] { mnuHelp_Click(); });
+    for (QObject* const place : mnuAbout->associatedObjects()) {
+        if (auto* const help = qobject_cast<QMenu*>(place))
+            setUpRecordMenu(*help);
+    }
+}
+
+void toolForm::setUpRecordMenu(QMenu& help)
+{
+    const RecordMenu::Entries entries = recordMenu_.addTo(help);
+    onAsking(entries.record, &QAction::triggered, [this] { recordMenu_.recordOrStop(); });
+    onAsking(entries.save, &QAction::triggered, [this] { saveLastExchange(); });
+}
+
+/// The window that was shown last tells what becomes of the recording, between events: the exchange goes on.
+void toolForm::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    recordMenu_.refresh();
+    context_.shell.record().onEnded = [form = QPointer(this)](const std::string& why) {
+        if (form)
+            QTimer::singleShot(0, form, [form, why] { form->tellRecordingEnded(why); });
+    };
+}
+
+void toolForm::tellRecordingEnded(const std::string& why)
+{
+    recordMenu_.refresh();
+    if (closing_ != Closing::unloaded)
+        ask([this, &why] { prompts().message(why); });
 }
 
 void toolForm::setUpPrinting(QAction* mnuPrintSetup, QAction* mnuPrintOut)

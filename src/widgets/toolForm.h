@@ -2,6 +2,7 @@
 
 #include "platform/qtPrompts.h"
 #include "shared/eventGate.h"
+#include "widgets/recordMenu.h"
 #include "widgets/toolContext.h"
 
 #include <QAction>
@@ -70,6 +71,7 @@ protected:
 
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
     /// Lets a signal run an action through the gate: the one way from a control to the window's tool. The
     /// action may have to wait, so it gets copies of the signal's values, or none if it takes none. A button
@@ -132,6 +134,9 @@ protected:
     /// Opens a page of the help, or tells where it is.
     void showHelp(const std::string& page);
 
+    /// Asks where to and saves what was sent and received last, for one who looks for a fault.
+    void saveLastExchange() { recordMenu_.saveLastExchange(); }
+
     static constexpr const char* silencePage = "docfails2"; ///< on an adapter that does not answer
 
     ToolContext& context() { return context_; }
@@ -141,6 +146,8 @@ protected:
 private:
     enum class Closing { no, afterQuestions, unloaded };
 
+    void setUpRecordMenu(QMenu& help);
+    void tellRecordingEnded(const std::string& why);
     void mnuAbout_Click();
     void mnuHelp_Click();
     void mnuPrintSetup_Click();
@@ -157,6 +164,7 @@ private:
     std::string helpPage_;
     EventGate gate_;
     QtPrompts prompts_;
+    RecordMenu recordMenu_;
     std::unique_ptr<WindowPrinter> printer_;
     int asking_ = 0; ///< questions that are open
     Closing closing_ = Closing::no;

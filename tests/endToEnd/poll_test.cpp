@@ -54,18 +54,18 @@ TEST_F(RunnerEndToEnd, ARunSurvivesThreePullsAndARestartWithAllSamplesAndTheirTi
         EXPECT_TRUE(waitFor([&] { return textOf(control).contains(QLatin1String(text)); }))
             << text << ": " << shown("statusBox labelStats");
     };
-    QElapsedTimer clock;
+    QElapsedTimer watch;
     std::vector<std::array<qint64, 3>> gaps; // samples before it, its begin and end in milliseconds
     const auto expectLoss = [&] {
         expectToSee("statusBox", "com1 adapter gone, waiting for it");
-        gaps.push_back({textOf("statLab1").section(u' ', 2, 2).toInt(), clock.elapsed(), 0});
+        gaps.push_back({textOf("statLab1").section(u' ', 2, 2).toInt(), watch.elapsed(), 0});
     };
     const auto expectReturn = [&](const char* status) {
         expectToSee("statusBox", status);
-        gaps.back()[2] = clock.elapsed();
+        gaps.back()[2] = watch.elapsed();
     };
     plugIn("--disconnect-after 9");
-    clock.start();
+    watch.start();
     click("comStart");
     expectLoss();
     plugIn("--disconnect-after 14");

@@ -4,6 +4,7 @@
 #include "platform/qtSerialPort.h"
 #include "platform/text.h"
 #include "support/fixedPortList.h"
+#include "support/manualTime.h"
 #include "support/memorySettings.h"
 #include "support/scriptedAdapter.h"
 #include "support/temporaryFolder.h"
@@ -80,6 +81,7 @@ protected:
         adapter = port.get();
         return port;
     }
+    WireRecord& record() override { return wireRecord; }
     void openTool(Tool tool) override { opened.push_back(tool); }
     void recoverIn(Tool tool) override { opened.push_back(tool); }
     void switchTo(Tool tool) override { opened.push_back(tool); }
@@ -195,6 +197,9 @@ protected:
 
     std::string focused() const { return fromQt(form->focusWidget()->objectName()); }
 
+    ManualClock clock;
+    WireRecord wireRecord{
+        clock, [](std::string_view text) { return "masked" + std::string(text); }, {.file = 2000}};
     TemporaryFolder folder;
     ProgramValues values;
     Design design;

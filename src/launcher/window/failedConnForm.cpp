@@ -32,6 +32,7 @@ failedConnForm::failedConnForm(ToolContext& context)
     onClick(ui->applyCom, &failedConnForm::applyCom_Click);
     onClick(ui->cancelCom, &failedConnForm::cancelCom_Click);
     onClick(ui->helpCom, &failedConnForm::helpCom_Click);
+    onAsking(ui->saveExchange, &QPushButton::clicked, [this] { saveLastExchange(); });
     setUpLogos({ui->logo, ui->logo2});
     setUpWindow();
 }
