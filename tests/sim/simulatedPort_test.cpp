@@ -1,5 +1,6 @@
 #include "link/commError.h"
 #include "sim/simulatedPort.h"
+#include "sim/wrongSpeed.h"
 #include "support/manualTime.h"
 
 #include <gtest/gtest.h>
@@ -44,6 +45,13 @@ TEST(SimulatedPortTest, AClosedPortDeliversNothingAndTellsOnceThatTheDeviceIsGon
     EXPECT_EQ(ask("0101"), "41 01 00 77 65 65 \r|\r>|") << "what was cleared stays so";
     EXPECT_EQ(ask("03"), "43 00 00 00 00 00 00 \r|\r>|gone|") << "the last reply still comes";
     EXPECT_EQ(ask("0101"), "");
+}
+
+TEST(SimulatedPortTest, BytesOfAnotherSpeedAreSampledAsAReceiverDoes)
+{
+    EXPECT_EQ(heardAtOtherSpeed("ATI\r", 9600, 9600), "ATI\r");
+    EXPECT_EQ(heardAtOtherSpeed("U", 38400, 9600), "\xFE") << "0 10101010 1, each fourth bit";
+    EXPECT_EQ(heardAtOtherSpeed("\xF0", 9600, 19200), std::string("\0", 1)) << "a long pause is one byte";
 }
 
 } // namespace
