@@ -20,6 +20,7 @@ using namespace std::chrono_literals;
 constexpr int blocksInMemory = 16;
 constexpr std::size_t longestPending = 1 << 16;
 constexpr Clock::Time longestUnflushed = 100ms;
+constexpr Clock::Time fastExchange = 20ms;  ///< the next command comes at once, and writes the reply
 constexpr Clock::Time stampInterval = 20ms; ///< of stamps within a reply
 
 void appendNumber(std::string& text, std::int64_t number, std::size_t digits)
@@ -112,8 +113,7 @@ void WireRecord::notOpened(const std::string& why)
 
 void WireRecord::written(std::string_view bytes)
 {
-    if (identity_ == Identity::leftOut)
-        flush(); // the exchange before is whole
+    flush(); // the exchange before is whole, and the adapter is busy
     beginLines(Stamp::written);
     stampedAt_.reset();
     writeSent(lines_, bytes);
@@ -126,8 +126,10 @@ void WireRecord::received(std::string_view bytes)
     beginLines(isStamped ? Stamp::none : Stamp::written);
     writeReceived(lines_, bytes);
     take(lines_);
-    if (identity_ == Identity::kept && !path_.empty() &&
-        (bytes.ends_with(ReplyBuffer::prompt) || clock_.monotonic() - flushedAt_ >= longestUnflushed))
+    if (path_.empty() || identity_ == Identity::leftOut)
+        return;
+    const auto patience = bytes.ends_with(ReplyBuffer::prompt) ? fastExchange : longestUnflushed;
+    if (clock_.monotonic() - flushedAt_ >= patience)
         flush();
 }
 

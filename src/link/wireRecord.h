@@ -50,8 +50,8 @@ public:
     /// The last exchange, also while it goes on.
     std::string lastExchange(Identity identity) const;
 
-    /// Begins to record into a file, in place of what it holds. What is recorded stands in it when the reply
-    /// has come, without the identity when the next command is sent.
+    /// Begins to record into a file, in place of what it holds. A reply stands in it as soon as it has come;
+    /// in a fast run, and without the identity, as soon as the next command is sent.
     /// @throws FileError when it can't be written; nothing is then recorded
     void start(const std::string& path, Identity identity);
 

@@ -103,13 +103,15 @@ private:
     {
         const std::size_t front = wholeAnswer.size();
         const bool isFirst = answer >= front && digits.substr(answer - front, front) == wholeAnswer;
-        const bool isLong = digits.size() - answer >= 2 * (vinLength + bytesInFront);
+        constexpr std::size_t digitsInFront = std::size_t{2} * bytesInFront;
+        constexpr std::size_t vinDigits = std::size_t{2} * vinLength;
+        const bool isLong = digits.size() - answer >= digitsInFront + vinDigits;
         if (isFirst)
             header_ = answer - front;
         isOlder_ = !isFirst;
         const int number = digitAt(digits, answer + request_.answer.size() + 1);
         const int first = isFirst || isLong ? 0 : bytesInOlderMessage * (number - 1) - bytesInFront;
-        return {answer + 2 * bytesInFront, first};
+        return {answer + digitsInFront, first};
     }
 
     /// A further frame of CAN.

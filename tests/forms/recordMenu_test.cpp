@@ -46,6 +46,7 @@ TEST_F(RecordMenuTest, RecordsAndSavesWhatTheUserChooses)
     answerNext(1, path(2));
     click("mnuRecord");
     EXPECT_EQ(shownState(), "Stop &Recording|Recording ");
+    clock.now += std::chrono::seconds(1);
     wireRecord.received("NO DATA\r\r>");
     EXPECT_TRUE(contents(path(2)).ends_with("NO DATA\r\n\r\n>\r\n"));
     const QString ended = messageOf([this] {

@@ -1,3 +1,4 @@
+#include "link/portLocation.h"
 #include "link/recordingPort.h"
 #include "link/replayPort.h"
 #include "link/transcriptText.h"
@@ -132,6 +133,8 @@ TEST(ReplayPortTest, AnswersAsRecorded)
     Replay timed(path, ReplayPort::Pace::asRecorded);
     timed.port.open(PortNumber{1}, 9600);
     EXPECT_EQ(timed.ask("ATZ\r"), "840:ATZ\r|\r\rELM327 v1.5\r|\r>|");
+    EXPECT_EQ(portLocation("Replay-Timed:/a b"),
+              (PortLocation{.kind = PortLocation::Kind::recording, .path = "/a b", .isTimed = true}));
     EXPECT_EQ(timed.ask("010D\r"), "160:100:41 0D 01\r|150:\r>|");
 
     TemporaryFolder::write(path, "> 0902\n014\n0: 49 02 01 31 44 34\n");
