@@ -1,5 +1,6 @@
 #include "app/program.h"
 
+#include "app/portTest.h"
 #include "codes/window/codesForm.h"
 #include "connection/connectionSetup.h"
 #include "designer/window/pollSetup2.h"
@@ -132,7 +133,12 @@ void Program::openFailedConn(QWidget& caller)
     dialog->show();
 }
 
-void Program::assignPorts() { portsForm(ports_, start_).exec(); }
+void Program::assignPorts()
+{
+    const auto speed = static_cast<std::size_t>(launcher_->panel().comSpeed);
+    PortTest tester(settings_, systemPorts_, lineSpeeds.at(speed));
+    portsForm(ports_, start_, &tester).exec();
+}
 
 void Program::useConnection(PortNumber port, std::optional<int> bitsPerSecond)
 {

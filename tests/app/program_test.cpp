@@ -123,6 +123,18 @@ TEST_F(ProgramTest, TheTroubleDialogLeadsToTheCheckOfTheConnection)
     EXPECT_TRUE(isVisible("startForm"));
 }
 
+TEST_F(ProgramTest, TestsWhatAPortStandsFor)
+{
+    inNextDialog([](QDialog& dialog) {
+        const auto* outcome = dialog.findChild<QLabel*>(QStringLiteral("outcome"));
+        dialog.findChild<QPushButton*>(QStringLiteral("test1"))->click();
+        EXPECT_TRUE(waitUntil([outcome] { return outcome->text().endsWith(u" answers."); }))
+            << fromQt(outcome->text());
+        dialog.reject();
+    });
+    window("startForm")->findChild<QAction*>(QStringLiteral("mnuPorts"))->trigger();
+}
+
 TEST_F(ProgramTest, ShowsTheLauncherWhereNobodyCouldBringItBack)
 {
     const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");

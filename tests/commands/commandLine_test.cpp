@@ -8,8 +8,11 @@
 #include "commands/scanCommand.h"
 #include "commands/terminalCommand.h"
 #include "commands/usageError.h"
+#include "connection/connectionSetup.h"
+#include "platform/text.h"
 #include "support/failure.h"
 
+#include <QDir>
 #include <gtest/gtest.h>
 
 #include <CLI/CLI.hpp>
@@ -60,6 +63,8 @@ TEST(CommandLineTest, TellsCommandsFromWindows)
     } rows[] = {{"--port COM8", PortNumber{8}, ""},
                 {"--port=com3=/dev/rfcomm0", PortNumber{3}, "/dev/rfcomm0"},
                 {"--port /dev/a=b", PortNumber{1}, "/dev/a=b"},
+                {"--port com2=/dev/ttyUSB0@115200", PortNumber{2}, "/dev/ttyUSB0@115200"},
+                {"--port tcp:192.168.0.10:35000", PortNumber{1}, "tcp:192.168.0.10:35000"},
                 {"--speed 38400 --simulate", PortNumber{1}, "simulated"},
                 {"--port codes", PortNumber{1}, "codes"}};
     for (const auto& [words, port, location] : rows) {
@@ -114,10 +119,24 @@ TEST(CommandLineTest, TakesTheParametersOfAScan)
     EXPECT_EQ(refusal("scan --mode 1-"), "--mode 1-: Mode must be 1 or 2 hex digits");
 }
 
+TEST(CommandLineTest, AProgramThatIsBroughtBackLooksInTheFolderOfTheSecondStart)
+{
+    const std::string here = fromQt(QDir::currentPath());
+    for (const auto& [location, passed] : {std::pair<std::string, std::string>("tcp:h/x:1", "tcp:h/x:1"),
+                                           {"./ttyS1@9600", here + "/ttyS1@9600"},
+                                           {"ttyUSB0@9600", "ttyUSB0@9600"},
+                                           {"/dev/a", "/dev/a"},
+                                           {"replay:a.txt", "replay:" + here + "/a.txt"},
+                                           {"simulated", "simulated"}})
+        EXPECT_EQ(fromLine(toLine({.portNumber = PortNumber{1}, .portLocation = location})).portLocation,
+                  passed);
+}
+
 TEST(CommandLineTest, RefusesWhatIsWrong)
 {
     for (const std::string& words :
-         split("code|codes twice|--prot com1|-x|--port|--port com3=|--port com9|--port COM10=/dev/a|"
+         split("code|codes twice|--prot com1|-x|--port|--port com3=|--port com9|--port COM10=/dev/a|--port "
+               "tcp:h:0|--port com2=replay:|"
                "--speed 19200|--simulate --port com2|codes --simulate=1|codes --clear|codes --timeout -1|"
                "terminal --hex --oct|poll|poll a.obc --loops 0|poll a.obc --loops 1 --seconds 1|"
                "poll a.obc --log=|report --replay=|report --replay a.txt b|poll a.obc --log a.txt --export "

@@ -134,5 +134,32 @@ TEST_F(PortsFormTest, PutsAnAdapterInTheNetworkIntoTheBoxAndAcceptsOnlyWhatCanBe
     EXPECT_EQ(ports.assignment(PortNumber{2}), "tcp:h:35000");
 }
 
+TEST_F(PortsFormTest, TestsWhatIsChosenThoughItIsNotAssigned)
+{
+    struct : PortTester {
+        std::string begun;
+        Tell tell;
+
+        void begin(PortNumber port, const std::string& location, Tell teller) override
+        {
+            begun = portName(port) + "=" + location;
+            tell = std::move(teller);
+        }
+        void stop() override { begun = "stopped"; }
+    } tester;
+    system.ports = {{"/dev/ttyUSB0", "", ""}};
+    auto* dialog = open<portsForm>(ports, nullptr, &tester);
+    click("test1");
+    EXPECT_EQ(tester.begun, "com1=/dev/ttyUSB0") << "what Automatic stands for";
+    QTest::keyClicks(control<QComboBox>("assigned2")->lineEdit(), u"x"_qs);
+    control<QComboBox>("assigned2")->setEditText(u"tcp:h"_qs);
+    click("test2");
+    EXPECT_EQ(tester.begun, "com2=tcp:h");
+    tester.tell("ELM327 answers.");
+    EXPECT_EQ(shown("outcome"), "com2: ELM327 answers.");
+    dialog->reject();
+    EXPECT_EQ(tester.begun + ports.assignment(PortNumber{2}), "stopped");
+}
+
 } // namespace
 } // namespace zint

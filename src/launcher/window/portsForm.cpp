@@ -5,7 +5,9 @@
 #include "platform/text.h"
 
 #include <QComboBox>
+#include <QHBoxLayout>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -20,8 +22,8 @@ QString usualAdapter() { return QStringLiteral("tcp:%1:%2").arg(usualHost).arg(P
 
 } // namespace
 
-portsForm::portsForm(PortDirectory& directory, QWidget* parent)
-    : QDialog(parent), ui(std::make_unique<Ui::portsForm>()), directory_(directory),
+portsForm::portsForm(PortDirectory& directory, QWidget* parent, PortTester* tester)
+    : QDialog(parent), ui(std::make_unique<Ui::portsForm>()), directory_(directory), tester_(tester),
       detected_(directory.detected())
 {
     ui->setupUi(this);
@@ -68,13 +70,51 @@ void portsForm::makeChooser(PortNumber port)
     chooser->setCompleter(nullptr); // it would make the beginning of a path the path of another port
     if (!directory_.assignmentForThisRun(port).empty())
         chooser->setToolTip(tr("Holds for this run. Choose it here to keep it."));
-    ui->assignedLayout->addRow(QStringLiteral("com&%1").arg(number), chooser);
+    addRow(port, chooser);
 
     const auto index = assignments_.size();
     assignments_.push_back({chooser});
     connect(chooser, &QComboBox::activated, this, [this, index] { touch(index); });
     connect(chooser->lineEdit(), &QLineEdit::textEdited, this, [this, index] { touch(index); });
     offer(port);
+}
+
+void portsForm::addRow(PortNumber port, QComboBox* chooser)
+{
+    const int number = static_cast<int>(port);
+    auto* label = new QLabel(QStringLiteral("com&%1").arg(number), this);
+    auto* row = new QHBoxLayout;
+    label->setBuddy(chooser);
+    row->addWidget(chooser, 1);
+    if (tester_ != nullptr) {
+        auto* button = new QPushButton(tr("Test"), this);
+        button->setObjectName(QStringLiteral("test%1").arg(number));
+        button->setAccessibleName(tr("Test com%1").arg(number));
+        button->setAutoDefault(false); // Enter in a box is OK
+        row->addWidget(button);
+        connect(button, &QPushButton::clicked, this, [this, port] { test(port); });
+    }
+    ui->assignedLayout->addRow(label, row);
+}
+
+/// Tests what is chosen, though it is not assigned yet.
+void portsForm::test(PortNumber port)
+{
+    const std::string location = chosen(*assignments_.at(static_cast<std::size_t>(port) - 1).chooser);
+    const auto tell = [this, port](const std::string& line) {
+        ui->outcome->setText(toQt(portName(port) + ": " + line));
+        ui->outcome->setVisible(true);
+    };
+    tell("...");
+    tester_->begin(port, location.empty() ? directory_.automaticTarget(port, detected_).location : location,
+                   tell);
+}
+
+void portsForm::done(int result)
+{
+    if (tester_ != nullptr)
+        tester_->stop();
+    QDialog::done(result);
 }
 
 void portsForm::touch(std::size_t index)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "launcher/portTester.h"
 #include "link/portDirectory.h"
 
 #include <QDialog>
@@ -21,11 +22,13 @@ class portsForm final : public QDialog {
     Q_OBJECT
 
 public:
-    /// @param directory is changed when the dialog is accepted; it outlives the dialog
-    portsForm(PortDirectory& directory, QWidget* parent);
+    /// @param directory is changed when the dialog is accepted. @param tester may be null; both outlive the
+    /// dialog
+    portsForm(PortDirectory& directory, QWidget* parent, PortTester* tester = nullptr);
     ~portsForm() override;
 
     void accept() override;
+    void done(int result) override;
 
 private:
     /// What one of com1 to com8 stands for.
@@ -37,6 +40,8 @@ private:
     void lookAtPorts();
     void listDetected();
     void makeChooser(PortNumber port);
+    void addRow(PortNumber port, QComboBox* chooser);
+    void test(PortNumber port);
     void touch(std::size_t index);
     void showProblem();
     std::string problem() const;
@@ -46,6 +51,7 @@ private:
 
     std::unique_ptr<Ui::portsForm> ui;
     PortDirectory& directory_;
+    PortTester* tester_;
     std::vector<DetectedPort> detected_;
     std::vector<Assignment> assignments_; ///< [0] for com1
     QTimer portWatch_;
