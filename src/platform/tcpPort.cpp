@@ -5,6 +5,7 @@
 #include "platform/text.h"
 
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QNetworkProxy>
 #include <QTcpSocket>
 
@@ -46,6 +47,26 @@ CommError connectionError(const PortLocation& place, QAbstractSocket::SocketErro
     return {known->number, what + at + " - " + known->advice};
 }
 
+/// The windows' mouse pointer while they take nothing from the user.
+class WaitCursor {
+public:
+    WaitCursor()
+    {
+        if (hasWindows_)
+            QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+    ~WaitCursor()
+    {
+        if (hasWindows_)
+            QGuiApplication::restoreOverrideCursor();
+    }
+
+private:
+    const bool hasWindows_ = qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr;
+};
+
 } // namespace
 
 TcpPort::TcpPort(EventGate& gate, Locate locate, std::chrono::milliseconds patience)
@@ -84,8 +105,10 @@ void TcpPort::connectTo(const PortLocation& place)
                socket_.state() == QAbstractSocket::ConnectingState;
     };
     socket_.connectToHost(toQt(place.path), static_cast<quint16>(place.tcpPort));
-    if (isTrying()) // a refusal may be known at once
+    if (isTrying()) { // a refusal may be known at once
+        const WaitCursor cursor;
         loop.exec(QEventLoop::ExcludeUserInputEvents);
+    }
     if (socket_.state() == QAbstractSocket::ConnectedState)
         return;
     const auto error = isTrying() ? QAbstractSocket::SocketTimeoutError : socket_.error();
