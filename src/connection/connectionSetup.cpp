@@ -1,5 +1,6 @@
 #include "connection/connectionSetup.h"
 
+#include "link/portLocation.h"
 #include "platform/dateText.h"
 #include "platform/text.h"
 #include "process/browser.h"
@@ -18,6 +19,18 @@ namespace {
 constexpr QLatin1String portKey("port");
 constexpr QLatin1String locationKey("location");
 constexpr QLatin1String speedKey("speed");
+
+/// A location as it holds in any folder.
+QString inAnyFolder(const std::string& location)
+{
+    const PortLocation place = portLocation(location);
+    const QString file = toQt(place.path);
+    const bool isRecording = place.kind == PortLocation::Kind::recording;
+    if (!isRecording && (place.kind != PortLocation::Kind::device || !file.contains(u'/')))
+        return toQt(location);
+    return toQt(location).replace(toQt(location).lastIndexOf(file), file.size(),
+                                  QFileInfo(file).absoluteFilePath());
+}
 
 } // namespace
 
@@ -53,8 +66,8 @@ QByteArray toLine(const ConnectionOptions& options)
     QJsonObject object;
     if (options.portNumber)
         object[portKey] = static_cast<int>(*options.portNumber);
-    if (const QString location = toQt(options.portLocation); !location.isEmpty())
-        object[locationKey] = location.contains(u'/') ? QFileInfo(location).absoluteFilePath() : location;
+    if (!options.portLocation.empty())
+        object[locationKey] = inAnyFolder(options.portLocation);
     if (options.speedPosition)
         object[speedKey] = *options.speedPosition;
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
