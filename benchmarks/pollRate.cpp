@@ -56,6 +56,11 @@ public:
     void switchTo(zint::Tool) override {}
     void openFailedConn(QWidget&) override {}
     void assignPorts() override {}
+    const zint::PortDirectory& portDirectory() const override
+    {
+        throw std::logic_error("there are no ports");
+    }
+    void useConnection(zint::PortNumber, std::optional<int>) override {}
 
 private:
     std::string path_;
