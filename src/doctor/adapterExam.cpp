@@ -19,11 +19,13 @@ struct Probe {
     std::string_view what = {}; ///< that it sets
 };
 
-// A setting is given the value that the tools use, which "ATD" takes back.
+// A setting is given the value that the tools use, which "ATD" takes back. Without ATM0 an adapter stores the
+// protocol that the search for the vehicle finds.
 constexpr std::array probes = std::to_array<Probe>({
     {"ATE0", Purpose::echo},
     {"AT@1", Purpose::description},
     {"ATQQ", Purpose::nonsense},
+    {"ATM0", Purpose::witness},
     {"ATIGN", Purpose::witness, 14},
     {"ATRD", Purpose::witness, 14},
     {"ATAMC", Purpose::witness, 20},

@@ -145,8 +145,7 @@ void ConnectionDoctor::failOpening(const CommError& error)
     const auto device = std::ranges::find(subject_.detected, facts_.path, &DetectedPort::location);
     if (device != subject_.detected.end())
         failure.description = device->description;
-    diagnosis_.at(DoctorStep::opening).text = error.what();
-    fail(openingTrouble(failure));
+    fail(openingTrouble(failure), error.what());
     end();
 }
 
@@ -211,7 +210,6 @@ void ConnectionDoctor::tryNextSpeed()
         probe();
         return;
     }
-    diagnosis_.at(DoctorStep::answer).text.clear();
     fail(missingAnswer(search_, location_));
     end();
 }
@@ -230,9 +228,7 @@ void ConnectionDoctor::takeName(const TalkAnswer& answer)
                std::to_string(answer.took.count()) + " ms",
            std::move(findings));
     exam_.emplace(lastName_);
-    toRestore_ = {"ATD"};
-    if (!hadEcho_)
-        toRestore_.emplace_back("ATE0");
+    toRestore_ = {"ATD", hadEcho_ ? "ATE1" : "ATE0"}; // some keep the echo over ATD, some don't
     run(DoctorStep::adapter, "asking what it can do");
     examine();
 }
@@ -315,8 +311,7 @@ void ConnectionDoctor::takeSetProtocol(const TalkAnswer& answer)
     const auto protocol = protocolIn(core);
     if (core.size() == 1 && protocol && *protocol != BusProtocol::unknown)
         evidence_.fixedProtocol = nameOf(*protocol);
-    diagnosis_.at(DoctorStep::vehicle).text = evidence_.text;
-    fail(vehicleTrouble(evidence_));
+    fail(vehicleTrouble(evidence_), evidence_.text);
     leave();
 }
 
@@ -337,11 +332,12 @@ void ConnectionDoctor::tellUnits(const UnitReadings& units)
 {
     constexpr std::uint8_t engineSpeed = 0x0C;
     run(DoctorStep::units, {});
-    std::string names;
-    for (const auto& [name, unit] : units) {
+    for (const auto& [name, unit] : units)
         diagnosis_.units.push_back(name);
+    std::ranges::sort(diagnosis_.units); // which answers first is a matter of chance
+    std::string names;
+    for (const std::string& name : diagnosis_.units)
         names += (names.empty() ? "" : ", ") + name;
-    }
     const bool isShown = !names.starts_with('?');
     finish(std::to_string(units.size()) + (units.size() == 1 ? " answers" : " answer") +
            (isShown ? ": " + names : ""));
@@ -394,7 +390,7 @@ void ConnectionDoctor::leave()
     talk_.ask(command, commandLimit, [this, command](const TalkAnswer& answer) {
         const std::string core = coreOf(command, answer.text);
         if (command == "ATD" && core == "?")
-            toRestore_ = {"ATH0", "ATS1", "ATNL", hadEcho_ ? "ATE1" : "ATE0"};
+            toRestore_.insert(toRestore_.begin(), {"ATH0", "ATS1", "ATNL"});
         answer.isComplete ? leave() : end();
     });
     changed();
@@ -485,10 +481,11 @@ void ConnectionDoctor::finish(std::string text, std::vector<Finding> findings)
     step.findings = std::move(findings);
 }
 
-void ConnectionDoctor::fail(Finding finding)
+void ConnectionDoctor::fail(Finding finding, std::string text)
 {
     DiagnosisStep& step = diagnosis_.at(step_);
     step.mark = StepMark::failed;
+    step.text = std::move(text);
     step.findings.push_back(std::move(finding));
 }
 

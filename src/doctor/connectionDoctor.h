@@ -100,7 +100,7 @@ private:
     void askAdapter(std::string_view command, Take take);
     void run(DoctorStep step, std::string text);
     void finish(std::string text, std::vector<Finding> findings = {});
-    void fail(Finding finding);
+    void fail(Finding finding, std::string text = {});
     void changed() const;
 
     Surroundings around_;

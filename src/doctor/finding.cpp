@@ -73,6 +73,8 @@ constexpr std::array remedies = std::to_array<Remedy>({
      "192.168.0.11."},
     {networkUnknown, "networkUnknown", true, "The address can't be reached: {}.",
      "See whether the address is right; most adapters have 192.168.0.10:35000."},
+    {noRecording, "noRecording", true, "There is no recording to play: {}.",
+     "Choose a transcript that Record Transcript... or Save Last Exchange... has made."},
     {openingFailed, "openingFailed", true, "The system could not open the port: {}.",
      "Unplug the adapter, wait for some seconds, plug it in again and check again."},
     {networkMute, "networkMute", true,

@@ -27,6 +27,7 @@ enum class Observation {
     networkRefused,
     networkSilent,
     networkUnknown,
+    noRecording,
     openingFailed,
     networkMute,
     silence,

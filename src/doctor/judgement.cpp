@@ -102,6 +102,8 @@ Finding openingTrouble(const OpenFailure& failure)
 {
     if (failure.location.kind == Kind::network)
         return networkTrouble(failure);
+    if (failure.location.kind == Kind::recording)
+        return {noRecording, failure.text};
     if (failure.description.find("PHASED OUT") != std::string::npos)
         return {driverRefusesChip};
     switch (failure.trouble) {

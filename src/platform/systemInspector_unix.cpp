@@ -208,6 +208,7 @@ OpenTrouble SystemInspector::troubleOf(int number) const
     case EBUSY:
         return OpenTrouble::inUse;
     case ENOTTY:
+    case EISDIR:
         return OpenTrouble::noSerialPort;
     case EHOSTDOWN:
     case EHOSTUNREACH:

@@ -237,6 +237,7 @@ const std::vector<std::pair<std::string, DoctorScene>> doctorCases = {
     {"networkSilent", {.location = "tcp:192.168.0.10", .trouble = OpenTrouble::timedOut, .opens = false}},
     {"networkMute", {.location = "tcp:192.168.0.10", .device = [](auto&&...) { return ""; }}},
     {"openingFailed", {.location = "tcp:h:0"}},
+    {"noRecording", {.location = "replay:x", .trouble = OpenTrouble::missing, .opens = false}},
     {"wrongSpeed", {.simulation = "line-speed=115200;mind-speed"}},
     {"wrongSpeed", {.simulation = "line-speed=10400;mind-speed;ignition-off"}}, // that comes after
     {"wrongSpeed", {.simulation = "line-speed=9600;mind-speed", .location = "/dev/ttyUSB0@38400"}},
@@ -260,7 +261,7 @@ const std::vector<std::pair<std::string, DoctorScene>> doctorCases = {
     {"bufferFull", {.simulation = "error=1:BUFFER FULL"}},
     {"busError", {.simulation = "error=1:BUS BUSY;error=2:BUS BUSY"}},
     {"requestRefused", {.device = adapterWith({{"0100", "?"}})}},
-    {"endlessSearch", {.simulation = "silent-after=15"}},
+    {"endlessSearch", {.simulation = "silent-after=16"}},
 };
 
 TEST(ConnectionDoctorTest, NamesTheFirstThingToDoAndSendsNothingThatLasts)

@@ -21,13 +21,14 @@ TEST_F(DoctorFormTest, ChecksAnotherPortAndTakesItOver)
     Q_EMIT chooser->activated(1);
     for (const char* command : {"ATI", "ATI"})
         adapter->expect(command + std::string("\r")).answer("ATI\rELM327 v1.5\r\r>");
-    for (const char* command : {"ATE0", "AT@1", "ATQQ", "ATIGN", "ATRD", "ATAMC", "ATL0", "ATH1", "ATS0",
-                                "ATAL", "ATAT1", "ATST32"})
+    for (const char* command : {"ATE0", "AT@1", "ATQQ", "ATM0", "ATIGN", "ATRD", "ATAMC", "ATL0", "ATH1",
+                                "ATS0", "ATAL", "ATAT1", "ATST32"})
         adapter->expect(command + std::string("\r")).answer("OK\r\r>");
     adapter->expect("ATRV\r").answer("12.2V\r\r>");
     adapter->expect("0100\r").answer("UNABLE TO CONNECT\r\r>");
     adapter->expect("ATDPN\r").answer("A0\r\r>");
     adapter->expect("ATD\r").answer("OK\r\r>");
+    adapter->expect("ATE1\r").answer("OK\r\r>");
     press("Alt+C");
     EXPECT_EQ(shown("check"), "Stop");
     EXPECT_EQ(enabled("check takeOver copyText portChooser"), "check");

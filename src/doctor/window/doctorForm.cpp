@@ -19,6 +19,9 @@
 namespace zint {
 namespace {
 
+/// "Stop" pressed while a network's adapter is sought comes when it was not found, and is no "Check" then.
+constexpr std::chrono::milliseconds lateStop{200};
+
 QIcon iconOf(StepMark mark)
 {
     static constexpr std::array names = {
@@ -104,6 +107,8 @@ void doctorForm::makeDoctor()
 
 void doctorForm::check_Click()
 {
+    if (clock_.monotonic() < deafUntil_)
+        return;
     if (doctor_->isRunning()) {
         doctor_->stop();
         return;
@@ -117,6 +122,8 @@ void doctorForm::check_Click()
                     .bitsPerSecond = context().shell.connection().bitsPerSecond,
                     .detected = std::move(detected)},
                    ConnectionDoctor::Scope::whole);
+    if (!doctor_->isRunning())
+        deafUntil_ = clock_.monotonic() + lateStop;
 }
 
 void doctorForm::takeOver_Click()

@@ -46,6 +46,7 @@ private:
     std::unique_ptr<SerialPort> MSComm1;
     QtTimer Timer1;
     SystemClock clock_;
+    Clock::Time deafUntil_{0}; ///< to "Check"
     SystemInspector inspector_;
     std::optional<ConnectionDoctor> doctor_;
 };
