@@ -113,7 +113,7 @@ void ConnectionDoctor::lookAtPort()
     for (const DetectedPort& port : subject_.detected)
         diagnosis_.at(DoctorStep::port).notes.push_back("Found: " + textOf(port));
     if (!location_.problem.empty())
-        fail({Observation::openingFailed, location_.problem});
+        fail({Observation::wrongAssignment, location_.problem});
     else
         fail(missingPort(location_, facts_, !subject_.detected.empty()));
     end();

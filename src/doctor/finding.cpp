@@ -73,6 +73,8 @@ constexpr std::array remedies = std::to_array<Remedy>({
      "192.168.0.11."},
     {networkUnknown, "networkUnknown", true, "The address can't be reached: {}.",
      "See whether the address is right; most adapters have 192.168.0.10:35000."},
+    {wrongAssignment, "wrongAssignment", true, "What the port stands for can't be used: {}.",
+     "Correct it: File, Serial Ports... in the launcher, or --port."},
     {noRecording, "noRecording", true, "There is no recording to play: {}.",
      "Choose a transcript that Record Transcript... or Save Last Exchange... has made."},
     {openingFailed, "openingFailed", true, "The system could not open the port: {}.",

@@ -27,6 +27,7 @@ enum class Observation {
     networkRefused,
     networkSilent,
     networkUnknown,
+    wrongAssignment,
     noRecording,
     openingFailed,
     networkMute,

@@ -236,7 +236,8 @@ const std::vector<std::pair<std::string, DoctorScene>> doctorCases = {
     {"networkRefused", {.location = "tcp:192.168.0.10", .trouble = OpenTrouble::refused, .opens = false}},
     {"networkSilent", {.location = "tcp:192.168.0.10", .trouble = OpenTrouble::timedOut, .opens = false}},
     {"networkMute", {.location = "tcp:192.168.0.10", .device = [](auto&&...) { return ""; }}},
-    {"openingFailed", {.location = "tcp:h:0"}},
+    {"openingFailed", {.opens = false}},
+    {"wrongAssignment", {.location = "tcp:h:0"}},
     {"noRecording", {.location = "replay:x", .trouble = OpenTrouble::missing, .opens = false}},
     {"wrongSpeed", {.simulation = "line-speed=115200;mind-speed"}},
     {"wrongSpeed", {.simulation = "line-speed=10400;mind-speed;ignition-off"}}, // that comes after
