@@ -68,6 +68,8 @@ void CommandLine::add(CLI::App& parent, const char* name, const char* descriptio
     CLI::App& command = *parent.add_subcommand(name, description)->group("Commands");
     options->describe(command);
     command.final_callback([this, options, runCommand] {
+        if constexpr (requires { options->connection; })
+            requireWhole(options->connection);
         if constexpr (requires { options->check(); })
             options->check();
         run = [options, runCommand] { return telling([&] { return runCommand(*options); }); };

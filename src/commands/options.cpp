@@ -168,6 +168,15 @@ void addConnection(CLI::App& command, ConnectionOptions& options)
         ->group(connectionGroup);
 }
 
+void requireWhole(const ConnectionOptions& options)
+{
+    if (options.isIdentityLeftOut && options.transcriptPath.empty())
+        throw UsageError("--mask says what a transcript lacks; give --transcript FILE, too");
+    if (const PortLocation location = portLocation(options.portLocation);
+        location.kind == PortLocation::Kind::recording)
+        requireDifferentFiles({location.path, options.transcriptPath});
+}
+
 void requireDifferentFiles(const std::vector<std::string>& paths)
 {
     std::vector<std::filesystem::path> seen;

@@ -73,6 +73,9 @@ void addChoices(CLI::App& command, const char* group, Value& chosen,
 /// Adds --port, --speed and --simulate, for a command --transcript and --mask, too.
 void addConnection(CLI::App& command, ConnectionOptions& options);
 
+/// @throws UsageError for what means nothing without another option, or would overwrite what is played
+void requireWhole(const ConnectionOptions& options);
+
 /// Refuses a file that would be read or written as two things: one of them would be lost.
 /// @param paths an empty one stands for no file
 void requireDifferentFiles(const std::vector<std::string>& paths);

@@ -213,7 +213,10 @@ void ReportOptions::describe(CLI::App& command)
     addQuiet(command, quiet);
 }
 
-void ReportOptions::check() const { requireDifferentFiles({htmlPath, comparePath, replayPath}); }
+void ReportOptions::check() const
+{
+    requireDifferentFiles({htmlPath, comparePath, replayPath, connection.transcriptPath});
+}
 
 int runReportCommand(const ReportOptions& options)
 {

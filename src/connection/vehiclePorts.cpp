@@ -41,7 +41,7 @@ public:
 } // namespace
 
 VehiclePorts::VehiclePorts(const PortDirectory& directory)
-    : directory_(directory), record_(clock_, withoutIdentity)
+    : directory_(directory), record_(clock_, identityMask)
 {
 }
 

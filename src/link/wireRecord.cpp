@@ -59,8 +59,8 @@ std::string writeFailure(const std::string& path, int error)
 
 } // namespace
 
-WireRecord::WireRecord(const Clock& clock, Mask mask, Limits limits)
-    : clock_(clock), mask_(std::move(mask)), limits_(limits)
+WireRecord::WireRecord(const Clock& clock, MakeMask makeMask, Limits limits)
+    : clock_(clock), makeMask_(std::move(makeMask)), limits_(limits)
 {
 }
 
@@ -82,6 +82,7 @@ std::string WireRecord::timeText() const
 void WireRecord::opened(const std::string& where)
 {
     openedAt_ = clock_.monotonic();
+    lastFailure_.clear();
     stampedAt_.reset();
     std::string head;
     writeComment(head, programText());
@@ -103,6 +104,9 @@ void WireRecord::notOpened(const std::string& why)
 {
     std::string line;
     writeComment(line, programText() + ": not opened: " + why);
+    if (why == lastFailure_) // whoever waits for an adapter tries again and again
+        return;
+    lastFailure_ = why;
     if (head_.empty())
         head_ = line;
     else
@@ -126,7 +130,7 @@ void WireRecord::received(std::string_view bytes)
     beginLines(isStamped ? Stamp::none : Stamp::written);
     writeReceived(lines_, bytes);
     take(lines_);
-    if (path_.empty() || identity_ == Identity::leftOut)
+    if (path_.empty())
         return;
     const auto patience = bytes.ends_with(ReplyBuffer::prompt) ? fastExchange : longestUnflushed;
     if (clock_.monotonic() - flushedAt_ >= patience)
@@ -196,7 +200,7 @@ std::string WireRecord::lastExchange(Identity identity) const
         writeComment(text, "the exchange was long: its beginning is left out");
     for (const std::string& block : blocks_)
         text += block;
-    return identity == Identity::leftOut ? mask_(text) : text;
+    return identity == Identity::leftOut ? makeMask_()(text) : text;
 }
 
 void WireRecord::start(const std::string& path, Identity identity)
@@ -214,7 +218,9 @@ void WireRecord::start(const std::string& path, Identity identity)
         throw FileError(writeFailure(path, error));
     }
     path_ = path;
-    identity_ = identity;
+    mask_ = identity == Identity::leftOut ? makeMask_() : Mask();
+    if (mask_)
+        mask_(lastExchange(Identity::kept)); // a reply may be on its way
     fileSize_ = head.size();
     flushedAt_ = clock_.monotonic();
 }
@@ -234,7 +240,7 @@ void WireRecord::flush()
     const std::string lines = std::exchange(pending_, {});
     if (path_.empty() || lines.empty())
         return;
-    const std::string text = identity_ == Identity::leftOut ? mask_(lines) : lines;
+    const std::string text = mask_ ? mask_(lines) : lines;
     errno = 0;
     flushedAt_ = clock_.monotonic();
     fileSize_ += text.size();

@@ -25,19 +25,21 @@ public:
         std::size_t file = 100 << 20; ///< in bytes; the recording then ends
     };
 
-    /// Takes out of a transcript what tells whose vehicle it was.
+    /// Takes out of a transcript what tells whose vehicle it was. It gets the lines piece by piece, and keeps
+    /// in mind what was asked last.
     using Mask = std::function<std::string(std::string_view)>;
+    using MakeMask = std::function<Mask()>;
 
     /// @param clock outlives this
-    WireRecord(const Clock& clock, Mask mask) : WireRecord(clock, std::move(mask), Limits()) {}
-    WireRecord(const Clock& clock, Mask mask, Limits limits);
+    WireRecord(const Clock& clock, MakeMask makeMask) : WireRecord(clock, std::move(makeMask), Limits()) {}
+    WireRecord(const Clock& clock, MakeMask makeMask, Limits limits);
     ~WireRecord() { stop(); }
     WireRecord(const WireRecord&) = delete;
     WireRecord& operator=(const WireRecord&) = delete;
 
     // What happens to the port.
-    void opened(const std::string& where); ///< @param where port and speed, in words
-    void notOpened(const std::string& why);
+    void opened(const std::string& where);  ///< @param where port and speed, in words
+    void notOpened(const std::string& why); ///< what is the same again and again is told once
     void written(std::string_view bytes);
     void received(std::string_view bytes);
     void lost(); ///< the device has vanished; the next opening goes on with the exchange
@@ -50,8 +52,8 @@ public:
     /// The last exchange, also while it goes on.
     std::string lastExchange(Identity identity) const;
 
-    /// Begins to record into a file, in place of what it holds. A reply stands in it as soon as it has come;
-    /// in a fast run, and without the identity, as soon as the next command is sent.
+    /// Begins to record into a file, in place of what it holds. A reply stands in it as soon as it has come,
+    /// in a fast run as soon as the next command is sent.
     /// @throws FileError when it can't be written; nothing is then recorded
     void start(const std::string& path, Identity identity);
 
@@ -75,19 +77,20 @@ private:
     std::string programText() const;
 
     const Clock& clock_;
-    Mask mask_;
+    MakeMask makeMask_;
     Limits limits_;
     std::string head_;               ///< the comments that the exchange begins with
     std::deque<std::string> blocks_; ///< what followed, each of whole lines
     std::size_t remembered_ = 0;     ///< bytes in the blocks
     bool isCut_ = false;             ///< blocks were dropped
     bool isLost_ = false;
+    std::string lastFailure_; ///< to open, since the port was open last
     Clock::Time openedAt_{};
     std::optional<Clock::Time> stampedAt_; ///< the last stamp; nothing: a reply's first one is due
     std::string lines_;                    ///< room for what is being written
     std::string path_;
     std::ofstream file_;
-    Identity identity_ = Identity::kept;
+    Mask mask_;           ///< of the file; nothing where the identity is kept
     std::string pending_; ///< not in the file yet
     std::size_t fileSize_ = 0;
     Clock::Time flushedAt_{};

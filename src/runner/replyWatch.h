@@ -16,9 +16,6 @@ enum class ReplyFit {
     mismatch
 };
 
-/// So many in a row are no accident.
-inline constexpr int manyMismatches = 3;
-
 /// @param isGood whether the reply reads as a value
 ReplyFit fitOf(std::string_view request, std::string_view reply, bool isGood);
 

@@ -132,7 +132,10 @@ public:
 private:
     void takeComment(std::string_view comment)
     {
-        const auto number = behind("PROTOCOL", compactCommand(comment));
+        const std::string word = compactCommand(comment);
+        if (word == "CLOSED" && last() != nullptr && last()->reply.empty())
+            sections_.back().exchanges.pop_back(); // nobody has waited for the answer
+        const auto number = behind("PROTOCOL", word);
         if (const auto protocol = number ? protocolIn(*number) : std::nullopt)
             sections_.push_back({.told = known(protocol), .exchanges = {}});
     }

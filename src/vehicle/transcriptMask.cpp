@@ -1,5 +1,6 @@
 #include "vehicle/transcriptMask.h"
 
+#include "link/replyBuffer.h"
 #include "link/transcriptText.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
@@ -27,8 +28,11 @@ constexpr int serialStart = 11; // of the characters that are left out
 constexpr int bytesInFront = 3;
 constexpr int bytesInFurtherFrame = 7; // CAN
 constexpr int bytesInOlderMessage = 4;
+constexpr std::size_t frame = 16;                // digits
 constexpr std::string_view wholeAnswer = "1014"; // a first frame of CAN, with the length of 20 bytes
 constexpr std::string_view maskedDigits = "30";  // the character 0
+constexpr std::string_view repetition =
+    "\\X0D\\"; // a line end alone: the adapter does its last command again
 
 /// The digits of a line of a reply, and where they stand in it.
 struct Digits {
@@ -46,12 +50,14 @@ Digits digitsIn(std::string_view line)
 {
     Digits digits;
     for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == '\\') // a line end or a damaged byte
+        const bool isDamaged = line.substr(i).starts_with("\\x"); // a digit was there
+        if (line[i] == '\\' && !isDamaged)                        // a line end
             break;
         if (line[i] == ' ')
             continue;
-        digits.text += line[i];
+        digits.text += isDamaged ? '?' : line[i];
         digits.places.push_back(i);
+        i += isDamaged ? 3 : 0;
     }
     digits.text = upperCase(digits.text);
     return digits;
@@ -80,12 +86,23 @@ public:
         if (digits.text.size() > 2 && digits.text[1] == ':') {
             const int number = digitAt(digits.text, 0);
             digits.drop(2);
-            return VinPart{0, firstOf(number)};
+            return VinPart{0, number < 0 ? serialStart : firstOf(number)};
         }
         const std::size_t answer = digits.text.find(request_.answer);
         if (answer != std::string::npos)
             return partBehind(digits.text, answer);
         return furtherPart(digits.text);
+    }
+
+    /// Whether a line without a known part may be one that was damaged: what it tells is no refusal, and it
+    /// has not the form of a frame.
+    bool mayBeDamaged(const Digits& digits) const
+    {
+        constexpr std::size_t shortest = 8; // a number of bytes has fewer
+        const std::string refusal = "7F" + std::string(request_.command.substr(0, 2));
+        const auto isNoDigit = [](char c) { return c != '?' && upperHexDigit(c) < 0; };
+        return digits.text.size() >= shortest && std::ranges::none_of(digits.text, isNoDigit) &&
+               digits.text.find(refusal) == std::string::npos && !usualHeader(digits.text.size());
     }
 
     /// Whether the line of the last part may end in a checksum.
@@ -110,14 +127,18 @@ private:
             header_ = answer - front;
         isOlder_ = !isFirst;
         const int number = digitAt(digits, answer + request_.answer.size() + 1);
-        const int first = isFirst || isLong ? 0 : bytesInOlderMessage * (number - 1) - bytesInFront;
+        const bool isNumbered = number > 0 && bytesInOlderMessage * (number - 1) < bytesInFront + vinLength;
+        const int first = isFirst || isLong ? 0
+                          : isNumbered      ? bytesInOlderMessage * (number - 1) - bytesInFront
+                                            : serialStart;
         return {answer + digitsInFront, first};
     }
 
     /// A further frame of CAN.
     std::optional<VinPart> furtherPart(std::string_view digits) const
     {
-        const auto header = header_ ? header_ : usualHeader(digits.size());
+        const auto header =
+            header_ && digits.size() == *header_ + frame ? header_ : usualHeader(digits.size());
         if (!header || digitAt(digits, *header) != 2)
             return std::nullopt;
         return VinPart{*header + 2, firstOf(digitAt(digits, *header + 1))};
@@ -126,7 +147,6 @@ private:
     /// How many digits stand in front of a frame: an identifier, perhaps with the number of bytes behind it.
     static std::optional<std::size_t> usualHeader(std::size_t digits)
     {
-        constexpr std::size_t frame = 16;
         constexpr std::array<std::size_t, 5> known = {0, 3, 4, 8, 9};
         const auto* const found = std::ranges::find(known, digits - std::min(digits, frame));
         return digits < frame || found == known.end() ? std::nullopt : std::optional(*found);
@@ -165,8 +185,8 @@ std::string masked(std::string_view digits, const VinPart& part)
     std::string text(digits);
     for (int i = std::max(serialStart, part.first); i < vinLength; ++i) {
         const std::size_t place = part.start + 2 * static_cast<std::size_t>(i - part.first);
-        if (place + 2 <= text.size())
-            text.replace(place, 2, maskedDigits);
+        if (place < text.size()) // half a byte where the device vanished
+            text.replace(place, 2, maskedDigits.substr(0, text.size() - place));
     }
     return text;
 }
@@ -188,30 +208,38 @@ public:
                 std::string(line.text));
     }
 
-    std::string finish() { return std::move(text_); }
+    /// What came out since the last call.
+    std::string taken() { return std::exchange(text_, {}); }
 
 private:
     void begin(const TranscriptLine& line)
     {
-        finder_.reset();
-        const std::string command = compactCommand(line.bytes);
+        const std::string command = compactCommand(line.text);
         const auto* const request = std::ranges::find_if(
             vinRequests, [&](const VinRequest& known) { return command.starts_with(known.command); });
-        if (request == vinRequests.end())
+        const bool isLate = finder_ && !isAnswered_; // the VIN may come behind the next command
+        isAnswered_ = false;
+        if (request == vinRequests.end()) {
+            if (!isLate && command != repetition)
+                finder_.reset();
             return;
+        }
         finder_.emplace(*request);
         writeComment(text_, "the last six characters of the VIN are left out; its check digit may not fit");
     }
 
     void addReply(std::string line)
     {
+        isAnswered_ = isAnswered_ || line.find(ReplyBuffer::prompt) != std::string::npos;
         Digits digits = digitsIn(line);
         const auto part = finder_->partIn(digits);
-        if (part) {
-            std::string text = masked(digits.text, *part);
-            if (finder_->isOlder() && text != digits.text)
-                text = withChecksum(digits.text, std::move(text));
-            for (std::size_t i = 0; i < text.size(); ++i)
+        std::string text = part ? masked(digits.text, *part) : digits.text;
+        if (part && finder_->isOlder() && text != digits.text)
+            text = withChecksum(digits.text, std::move(text));
+        if (!part && finder_->mayBeDamaged(digits))
+            text.replace(4, std::string::npos, text.size() - 4, maskedDigits.back());
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            if (digits.text[i] != '?')
                 line[digits.places[i]] = text[i];
         }
         add(line);
@@ -220,16 +248,21 @@ private:
     void add(const std::string& line) { text_ += line + std::string(lineEnd); }
 
     std::string text_;
-    std::optional<VinFinder> finder_; ///< while a reply with a VIN is read
+    /// While a reply with a VIN is read. A transcript without its beginning may start with one.
+    std::optional<VinFinder> finder_{vinRequests.front()};
+    bool isAnswered_ = true; ///< the prompt came
 };
 
 } // namespace
 
-std::string withoutIdentity(std::string_view transcript)
+std::function<std::string(std::string_view)> identityMask()
 {
-    Masker masker;
-    readTranscriptLines(transcript, [&masker](const TranscriptLine& line) { masker.take(line); });
-    return masker.finish();
+    return [masker = Masker()](std::string_view lines) mutable {
+        readTranscriptLines(lines, [&masker](const TranscriptLine& line) { masker.take(line); });
+        return masker.taken();
+    };
 }
+
+std::string withoutIdentity(std::string_view transcript) { return identityMask()(transcript); }
 
 } // namespace zint

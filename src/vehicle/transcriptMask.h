@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -10,5 +11,8 @@ namespace zint {
 /// The lines stay readable, with checksums that fit; the VIN's own check digit need not. Nothing that the
 /// standards define tells where a vehicle is.
 std::string withoutIdentity(std::string_view transcript);
+
+/// The same for a transcript that comes piece by piece, each of whole lines.
+std::function<std::string(std::string_view)> identityMask();
 
 } // namespace zint

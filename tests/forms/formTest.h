@@ -198,8 +198,9 @@ protected:
     std::string focused() const { return fromQt(form->focusWidget()->objectName()); }
 
     ManualClock clock;
-    WireRecord wireRecord{
-        clock, [](std::string_view text) { return "masked" + std::string(text); }, {.file = 2000}};
+    WireRecord wireRecord{clock,
+                          [] { return [](std::string_view text) { return "masked" + std::string(text); }; },
+                          {.file = 2000}};
     TemporaryFolder folder;
     ProgramValues values;
     Design design;
