@@ -136,6 +136,7 @@ private:
         }
         warn();
         tellOfLoss();
+        tellOfRenewal();
         if (!options_.quiet)
             showProgress(progress());
     }
@@ -153,6 +154,14 @@ private:
             session_.patience.begin();
             complain("the adapter is there again");
         }
+    }
+
+    /// The adapter is there, and yet polling stands still.
+    void tellOfRenewal()
+    {
+        const bool wasInterrupted = std::exchange(wasInterrupted_, poller_.isInterrupted());
+        if (wasInterrupted_ && !wasInterrupted && !poller_.isWaiting())
+            complain("the adapter has lost its settings, which are sent anew");
     }
 
     /// Tells once what the run goes on in spite of.
@@ -222,6 +231,7 @@ private:
     bool isKeepFailureTold_ = false;
     bool isMismatchTold_ = false;
     bool isWaitTold_ = false;
+    bool wasInterrupted_ = false; ///< when it was looked at last
 };
 
 } // namespace

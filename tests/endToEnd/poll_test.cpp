@@ -236,6 +236,7 @@ TEST_F(PollEndToEnd, FailuresSayWhyAndKeepWhatThereIs)
         {"--ignition-off", "poll fixed.obc --loops 3", "nothing was sampled"},
         {"--no-reset-answer", "poll fixed.obc --seconds 1", "nothing was sampled"},
         {"", "poll headers.obc --loops 9", "Replies do not match the requests: stop and start again"},
+        {"", "poll headers.obc --loops 9 --reconnect 1", "the adapter has lost its settings, which are sent"},
         {"", "poll none.obc", "can't be read: No such"},
         {"", "poll bad.obc", "bad.obc\" is no polling design: Type mismatch"},
         {"", "poll fixed.obc --export none/run.txt", "none/run.txt\" can't be written: No such"},
