@@ -146,7 +146,7 @@ void addConnection(CLI::App& command, ConnectionOptions& options)
     addValue(command, "--port", "PORT",
              "Port to use: com1 to com8, the path of a device (stands for com1=PATH), or comN=PATH. PATH may "
              "have a speed of its own (/dev/ttyUSB0@115200), or be tcp:HOST:PORT (a Wi-Fi adapter), or "
-             "replay:FILE (a recording).",
+             "replay:FILE (a recording; replay-timed:FILE takes the time that was recorded).",
              [&options](const std::string& text) { readPort(text, options); })
         ->group(connectionGroup);
     addValue(command, "--speed", "9600|38400",

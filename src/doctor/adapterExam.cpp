@@ -76,7 +76,8 @@ void AdapterExam::take(std::string_view answer, std::chrono::milliseconds took)
     if (isRefusal(core))
         refused_.push_back(asked_);
     // The first command behind the name: an adapter that is one behind answers it with the name.
-    isOneBehind_ = isOneBehind_ || (probe.purpose == Purpose::echo && core.find(name_) != std::string::npos);
+    isOneBehind_ = isOneBehind_ || (probe.purpose == Purpose::echo && !isRefusal(name_) &&
+                                    core.find(name_) != std::string::npos);
     echoStays_ = echoStays_ || (probe.purpose != Purpose::echo && hasEcho);
     saysYesToAll_ = saysYesToAll_ || (probe.purpose == Purpose::nonsense && core == "OK");
     if (probe.purpose == Purpose::description && !isRefusal(core))
