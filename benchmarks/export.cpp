@@ -4,8 +4,8 @@
 #include "fullDesign.h"
 #include "measure.h"
 #include "plainPrinter.h"
-#include "runner/dataExport.h"
-#include "runner/dataLog.h"
+#include "samples/dataExport.h"
+#include "samples/dataLog.h"
 #include "support/temporaryFolder.h"
 
 #include <cstdint>

@@ -23,6 +23,14 @@ bool isDue(const DesignEntry& event, std::int64_t loop)
     return event.isPolled() && (event.offset + loop) % event.frequency == 0;
 }
 
+std::int64_t nextLoop(const DesignEntry& event, std::int64_t loop)
+{
+    if (!event.isPolled())
+        return noLoop;
+    const std::int64_t past = (event.offset + loop) % event.frequency;
+    return past > 0 ? loop + event.frequency - past : loop - past;
+}
+
 void dropUnpolled(Design& design)
 {
     std::erase_if(design.events, [](const DesignEntry& event) { return !event.isPolled(); });

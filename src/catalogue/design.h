@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -58,6 +59,12 @@ std::string summaryOf(const Design& design);
 
 /// Whether an event is requested in a loop, counted from 0.
 bool isDue(const DesignEntry& event, std::int64_t loop);
+
+/// The loop of an event that is never due.
+inline constexpr std::int64_t noLoop = std::numeric_limits<std::int64_t>::max();
+
+/// The first loop from a given one on in which an event is due, or noLoop.
+std::int64_t nextLoop(const DesignEntry& event, std::int64_t loop);
 
 /// Leaves the polled events only.
 void dropUnpolled(Design& design);

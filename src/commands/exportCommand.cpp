@@ -2,8 +2,8 @@
 
 #include "commands/commandSession.h"
 #include "commands/options.h"
-#include "runner/dataExport.h"
-#include "runner/dataLogReader.h"
+#include "samples/dataExport.h"
+#include "samples/dataLogReader.h"
 #include "shared/fileError.h"
 #include "shared/textFile.h"
 

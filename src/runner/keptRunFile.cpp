@@ -1,7 +1,7 @@
 #include "runner/keptRunFile.h"
 
 #include "catalogue/designFile.h"
-#include "runner/lineWriter.h"
+#include "samples/lineWriter.h"
 #include "shared/textFile.h"
 
 #include <array>

@@ -8,7 +8,7 @@
 #include "runner/runFiles.h"
 #include "runner/runPace.h"
 #include "runner/runState.h"
-#include "runner/sampleStore.h"
+#include "samples/sampleStore.h"
 #include "shared/clock.h"
 #include "shared/programValues.h"
 #include "shared/prompts.h"

@@ -4,7 +4,7 @@
 #include "runner/pollPanel.h"
 #include "runner/runPace.h"
 #include "runner/runState.h"
-#include "runner/sampleStore.h"
+#include "samples/sampleStore.h"
 
 #include <string>
 

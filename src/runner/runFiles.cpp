@@ -1,8 +1,8 @@
 #include "runner/runFiles.h"
 
-#include "runner/dataExport.h"
-#include "runner/dataLog.h"
-#include "runner/debugDump.h"
+#include "samples/dataExport.h"
+#include "samples/dataLog.h"
+#include "samples/debugDump.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
 

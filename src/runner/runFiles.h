@@ -2,7 +2,7 @@
 
 #include "catalogue/design.h"
 #include "runner/keptRuns.h"
-#include "runner/sampleStore.h"
+#include "samples/sampleStore.h"
 #include "shared/clock.h"
 #include "shared/fileDialogs.h"
 #include "shared/programValues.h"

@@ -5,14 +5,6 @@
 
 namespace zint {
 
-std::int64_t nextLoop(const DesignEntry& event, std::int64_t loop)
-{
-    if (!event.isPolled())
-        return noLoop;
-    const std::int64_t past = (event.offset + loop) % event.frequency;
-    return past > 0 ? loop + event.frequency - past : loop - past;
-}
-
 bool isEverDue(const Design& design) { return std::ranges::any_of(design.events, &DesignEntry::isPolled); }
 
 Turn nextTurn(const Design& design, Turn after)

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 
 namespace zint {
 
@@ -15,12 +14,6 @@ struct Turn {
 
     bool operator==(const Turn&) const = default;
 };
-
-/// The loop of an event that is never due.
-inline constexpr std::int64_t noLoop = std::numeric_limits<std::int64_t>::max();
-
-/// The first loop from a given one on in which an event is due, or noLoop.
-std::int64_t nextLoop(const DesignEntry& event, std::int64_t loop);
 
 /// Whether the design has an event that is ever due; one with a frequency below 1 never is.
 bool isEverDue(const Design& design);

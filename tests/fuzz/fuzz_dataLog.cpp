@@ -2,9 +2,9 @@
 // without a sample that belongs to no event.
 
 #include "fuzz/fuzzInput.h"
-#include "runner/dataExport.h"
-#include "runner/dataLog.h"
-#include "runner/dataLogReader.h"
+#include "samples/dataExport.h"
+#include "samples/dataLog.h"
+#include "samples/dataLogReader.h"
 #include "shared/fileError.h"
 
 #include <optional>

@@ -1,9 +1,9 @@
 // Arbitrary bytes as the file of a kept run: what of it can be read is kept so that it reads the same again.
 
 #include "fuzz/fuzzInput.h"
-#include "runner/dataLog.h"
-#include "runner/debugDump.h"
 #include "runner/keptRuns.h"
+#include "samples/dataLog.h"
+#include "samples/debugDump.h"
 #include "shared/fileError.h"
 #include "support/temporaryFolder.h"
 

@@ -1,6 +1,6 @@
-#include "runner/debugDump.h"
 #include "runner/keptRunFile.h"
 #include "runner/keptRuns.h"
+#include "samples/debugDump.h"
 #include "shared/fileError.h"
 #include "support/designOf.h"
 #include "support/failure.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "runner/sampleStore.h"
+#include "samples/sampleStore.h"
 
 #include <cstdint>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "runner/sampleStore.h"
+#include "samples/sampleStore.h"
 
 #include "catalogue/conversion.h"
 

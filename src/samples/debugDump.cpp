@@ -1,6 +1,6 @@
-#include "runner/debugDump.h"
+#include "samples/debugDump.h"
 
-#include "runner/lineWriter.h"
+#include "samples/lineWriter.h"
 
 namespace zint {
 

@@ -1,7 +1,7 @@
-#include "runner/dataLog.h"
+#include "samples/dataLog.h"
 
 #include "catalogue/designFile.h"
-#include "runner/lineWriter.h"
+#include "samples/lineWriter.h"
 
 #include <cstdint>
 

@@ -1,7 +1,6 @@
-#include "runner/dataLogReader.h"
+#include "samples/dataLogReader.h"
 
 #include "catalogue/designFile.h"
-#include "runner/schedule.h"
 #include "shared/fileError.h"
 #include "shared/textFile.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "catalogue/design.h"
-#include "runner/sampleStore.h"
+#include "samples/sampleStore.h"
 #include "shared/progress.h"
 
 #include <ostream>

@@ -1,7 +1,7 @@
-#include "runner/dataExport.h"
+#include "samples/dataExport.h"
 
 #include "catalogue/conversion.h"
-#include "runner/lineWriter.h"
+#include "samples/lineWriter.h"
 #include "shared/runTimeError.h"
 
 #include <cstddef>
