@@ -4,6 +4,7 @@
 #include "platform/socketSystem.h"
 #include "platform/text.h"
 
+#include <QCursor>
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QNetworkProxy>
