@@ -1,7 +1,6 @@
 #include "report/reportComparison.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <set>
 
@@ -25,9 +24,8 @@ std::set<Code> codesOf(const VehicleFacts& facts)
 
 bool tells(const VehicleFacts& facts, const std::string& name, CodeKind kind)
 {
-    return std::ranges::any_of(facts.units, [&](const auto& unit) {
-        return unit.first == name && unit.second.codes.contains(kind);
-    });
+    const UnitReading* const unit = findReading(facts.units, name);
+    return unit != nullptr && unit->codes.contains(kind);
 }
 
 /// The codes of one report that the other one lacks, though it tells of codes of that kind.
@@ -44,28 +42,14 @@ std::vector<Code> missing(const VehicleFacts& from, const VehicleFacts& in)
 std::optional<MonitorState> stateIn(const VehicleFacts& facts, const std::string& name,
                                     const std::string& monitor)
 {
-    for (const auto& [unitName, unit] : facts.units) {
-        if (unitName != name || !unit.readiness)
-            continue;
-        for (const auto& [known, state] : unit.readiness->monitors) {
-            if (known == monitor)
-                return state;
-        }
-    }
-    return std::nullopt;
+    const UnitReading* const unit = findReading(facts.units, name);
+    return unit != nullptr && unit->readiness ? unit->readiness->stateOf(monitor) : std::nullopt;
 }
 
 std::string codeLine(const char* what, const Code& code)
 {
-    static constexpr std::array kinds = {"stored", "pending", "permanent"};
-    return std::string(what) + ": " + code.code + " (" + kinds.at(static_cast<std::size_t>(code.kind)) +
-           ", " + code.unit + ")";
-}
-
-const char* wordOf(MonitorState state)
-{
-    static constexpr std::array words = {"not supported", "not ready", "ready"};
-    return words.at(static_cast<std::size_t>(state));
+    return std::string(what) + ": " + code.code + " (" +
+           codeKindNames.at(static_cast<std::size_t>(code.kind)) + ", " + code.unit + ")";
 }
 
 } // namespace
@@ -93,7 +77,8 @@ std::vector<std::string> comparisonLines(const ReportComparison& comparison)
     for (const Code& code : comparison.added)
         lines.push_back(codeLine("new", code));
     for (const auto& [unit, name, before, after] : comparison.monitors)
-        lines.push_back(monitorText(name) + " (" + unit + "): " + wordOf(before) + ", now " + wordOf(after));
+        lines.push_back(monitorText(name) + " (" + unit + "): " + stateText(before) + ", now " +
+                        stateText(after));
     return lines;
 }
 

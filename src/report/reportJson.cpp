@@ -15,9 +15,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr int schema = 1;
-constexpr std::array kindNames = {"stored", "pending", "permanent"};
 constexpr std::array shortfallNames = {"damaged", "busy", "silent"};
-constexpr std::array stateNames = {"unsupported", "incomplete", "complete"};
 
 /// In a report a unit tells codes of each kind, and what it supports of each service.
 Json reportUnitJson(const UnitReading& unit)
@@ -25,7 +23,7 @@ Json reportUnitJson(const UnitReading& unit)
     Json json = unitJson(unit);
     json.erase("codes");
     for (const auto& [kind, codes] : unit.codes)
-        json["codes"][kindNames.at(static_cast<std::size_t>(kind))] = codes;
+        json["codes"][codeKindNames.at(static_cast<std::size_t>(kind))] = codes;
     json.erase("supported");
     for (const auto& [service, items] : unit.supported) {
         Json& list = json["supported"][hexText(service, 2)] = Json::array();
@@ -77,7 +75,7 @@ Json codesJson(const std::vector<ReportComparison::Code>& codes)
     Json json = Json::array();
     for (const auto& [unit, kind, code] : codes)
         json.push_back(
-            {{"code", code}, {"kind", kindNames.at(static_cast<std::size_t>(kind))}, {"unit", unit}});
+            {{"code", code}, {"kind", codeKindNames.at(static_cast<std::size_t>(kind))}, {"unit", unit}});
     return json;
 }
 
@@ -89,8 +87,8 @@ Json comparisonJson(const ReportComparison& comparison)
     for (const auto& [unit, monitor, before, after] : comparison.monitors)
         json["monitors"].push_back({{"monitor", monitor},
                                     {"unit", unit},
-                                    {"before", stateNames.at(static_cast<std::size_t>(before))},
-                                    {"after", stateNames.at(static_cast<std::size_t>(after))}});
+                                    {"before", monitorStateNames.at(static_cast<std::size_t>(before))},
+                                    {"after", monitorStateNames.at(static_cast<std::size_t>(after))}});
     return json;
 }
 
@@ -98,19 +96,19 @@ UnitReading unitIn(const Json& json)
 {
     UnitReading unit;
     const Json codes = json.value("codes", Json::object());
-    for (std::size_t kind = 0; kind < kindNames.size(); ++kind) {
-        if (codes.contains(kindNames.at(kind)))
+    for (std::size_t kind = 0; kind < codeKindNames.size(); ++kind) {
+        if (codes.contains(codeKindNames.at(kind)))
             unit.codes[static_cast<CodeKind>(kind)] =
-                codes[kindNames.at(kind)].get<std::vector<std::string>>();
+                codes[codeKindNames.at(kind)].get<std::vector<std::string>>();
     }
     if (json.contains("readiness")) {
         unit.readiness.emplace();
         for (const auto& [monitor, state] : json["readiness"].items()) {
-            const auto* const found = std::ranges::find(stateNames, state.get<std::string>(),
+            const auto* const found = std::ranges::find(monitorStateNames, state.get<std::string>(),
                                                         [](const char* name) { return std::string(name); });
-            if (found != stateNames.end())
-                unit.readiness->monitors.emplace_back(monitor,
-                                                      static_cast<MonitorState>(found - stateNames.begin()));
+            if (found != monitorStateNames.end())
+                unit.readiness->monitors.emplace_back(
+                    monitor, static_cast<MonitorState>(found - monitorStateNames.begin()));
         }
     }
     return unit;

@@ -59,11 +59,6 @@ bool isAnyoneBusy(const ExchangeReading& reading)
     return std::ranges::any_of(reading.units, [](const auto& unit) { return unit.second.isBusy; });
 }
 
-bool hasUnit(const std::vector<std::pair<std::string, UnitReading>>& units, const std::string& name)
-{
-    return std::ranges::find(units, name, &std::pair<std::string, UnitReading>::first) != units.end();
-}
-
 /// Why nothing can be read, for an answer to the first request.
 std::string connectionFailure(ReplyError error)
 {
@@ -250,7 +245,7 @@ void ReportPlan::takeUnits(const ExchangeReading& reading, bool isLast)
         if (unit.isIncomplete)
             facts_.shortfalls[current_.command][name] = unit.isBusy ? Shortfall::busy : Shortfall::damaged;
         // A damaged line may name a unit that there is none of.
-        if (!unit.isIncomplete || facts_.units.empty() || hasUnit(facts_.units, name))
+        if (!unit.isIncomplete || facts_.units.empty() || findReading(facts_.units, name) != nullptr)
             takeUnit(name, unit);
     }
 }
@@ -310,7 +305,7 @@ std::vector<std::string> ReportPlan::missingUnits(const ExchangeReading& reading
     const bool areAllAsked = current_.command == "03" && isCan(facts_.protocol);
     std::vector<std::string> missing;
     for (const auto& [name, unit] : facts_.units) {
-        if ((areAllAsked || unit.supports(service, item)) && !hasUnit(reading.units, name) &&
+        if ((areAllAsked || unit.supports(service, item)) && findReading(reading.units, name) == nullptr &&
             !current_.answered.contains(name))
             missing.push_back(name);
     }

@@ -92,10 +92,9 @@ ReportTable lightTable(const VehicleFacts& facts)
 /// The codes of a control unit, each with its kinds: "stored, permanent".
 std::vector<std::pair<std::string, std::string>> codesWithKinds(const UnitReading& unit)
 {
-    static constexpr std::array words = {"stored", "pending", "permanent"};
     std::vector<std::pair<std::string, std::string>> all;
     for (const auto& [kind, codes] : unit.codes) {
-        const std::string word = words.at(static_cast<std::size_t>(kind));
+        const std::string word = codeKindNames.at(static_cast<std::size_t>(kind));
         for (const std::string& code : codes) {
             const auto known = std::ranges::find(all, code, &std::pair<std::string, std::string>::first);
             if (known == all.end())
@@ -135,26 +134,8 @@ ReportSection codesSection(const VehicleFacts& facts, CodeDescriptions* descript
 
 ReportCell stateCell(MonitorState state)
 {
-    switch (state) {
-    case MonitorState::complete:
-        return {"ready", Mark::ok};
-    case MonitorState::incomplete:
-        return {"not ready", Mark::attention};
-    case MonitorState::unsupported:
-        break;
-    }
-    return {"not supported", Mark::notSupported};
-}
-
-MonitorState stateOf(const std::optional<Readiness>& readiness, const std::string& monitor)
-{
-    if (readiness) {
-        for (const auto& [name, state] : readiness->monitors) {
-            if (name == monitor)
-                return state;
-        }
-    }
-    return MonitorState::unsupported;
+    static constexpr std::array marks = {Mark::notSupported, Mark::attention, Mark::ok};
+    return {stateText(state), marks.at(static_cast<std::size_t>(state))};
 }
 
 ReportSection readinessSection(const VehicleFacts& facts)
@@ -168,7 +149,9 @@ ReportSection readinessSection(const VehicleFacts& facts)
             table.rows.push_back(
                 {{monitorText(monitor)},
                  stateCell(state),
-                 unit.cycleReadiness ? stateCell(stateOf(unit.cycleReadiness, monitor)) : ReportCell()});
+                 unit.cycleReadiness
+                     ? stateCell(unit.cycleReadiness->stateOf(monitor).value_or(MonitorState::unsupported))
+                     : ReportCell()});
         return table;
     });
     if (section.tables.empty())
@@ -325,6 +308,12 @@ ReportSection leftOut(ReportSection section, const VehicleFacts& facts)
 }
 
 } // namespace
+
+std::string stateText(MonitorState state)
+{
+    static constexpr std::array words = {"not supported", "not ready", "ready"};
+    return words.at(static_cast<std::size_t>(state));
+}
 
 std::string monitorText(const std::string& name)
 {

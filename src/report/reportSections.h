@@ -49,6 +49,9 @@ std::string vinOf(const VehicleFacts& facts);
 /// A monitor's name in words: "Oxygen sensor" for "o2Sensor".
 std::string monitorText(const std::string& name);
 
+/// A monitor's state in words: "not ready".
+std::string stateText(MonitorState state);
+
 /// A number as it is shown, with at most three decimals.
 std::string numberText(double number);
 

@@ -44,10 +44,9 @@ Json mapJson(const Values& values, const Key& key)
 
 Json readinessJson(const Readiness& readiness)
 {
-    static constexpr std::array states = {"unsupported", "incomplete", "complete"};
     Json monitors = Json::object();
     for (const auto& [name, state] : readiness.monitors)
-        monitors[name] = states.at(static_cast<std::size_t>(state));
+        monitors[name] = monitorStateNames.at(static_cast<std::size_t>(state));
     return monitors;
 }
 

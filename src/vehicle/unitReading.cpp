@@ -74,7 +74,6 @@ private:
     void readAnswer(const UnitMessage& message, UnitReading& reading)
     {
         reading.refusal.reset(); // a unit that was busy at first
-        const auto known = std::ranges::find(known_, message.unit, &UnitReadings::value_type::first);
         const BytesView bytes = message.bytes;
         const auto service = static_cast<std::uint8_t>(bytes.front() - answered);
         const bool wasAsked = !request_.empty() && request_.front() == service;
@@ -82,7 +81,7 @@ private:
                                    .data = bytes.subspan(1),
                                    .asked = wasAsked ? BytesView(request_).subspan(1) : BytesView(),
                                    .bus = busOf(message, bus_),
-                                   .known = known != known_.end() ? &known->second : nullptr};
+                                   .known = findReading(known_, message.unit)};
         const auto* const reader = std::ranges::find(readers, service, &ServiceReader::service);
         if (reader != readers.end())
             reader->read(answer, reading);
@@ -156,10 +155,25 @@ void mergeTests(std::vector<TestResult>& into, const std::vector<TestResult>& mo
 
 } // namespace
 
+std::optional<MonitorState> Readiness::stateOf(const std::string& monitor) const
+{
+    for (const auto& [name, state] : monitors) {
+        if (name == monitor)
+            return state;
+    }
+    return std::nullopt;
+}
+
 bool UnitReading::supports(std::uint8_t service, int item) const
 {
     const auto items = supported.find(service);
     return items != supported.end() && std::ranges::find(items->second, item) != items->second.end();
+}
+
+const UnitReading* findReading(const UnitReadings& units, const std::string& name)
+{
+    const auto found = std::ranges::find(units, name, &UnitReadings::value_type::first);
+    return found != units.end() ? &found->second : nullptr;
 }
 
 UnitReading& readingOf(UnitReadings& units, const std::string& name)

@@ -3,6 +3,7 @@
 #include "vehicle/parameters.h"
 #include "vehicle/vehicleReply.h"
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -17,12 +18,21 @@ namespace zint {
 
 enum class CodeKind { stored, pending, permanent };
 
+/// In their order, as texts and JSON name them.
+inline constexpr std::array codeKindNames = {"stored", "pending", "permanent"};
+
 enum class MonitorState { unsupported, incomplete, complete };
+
+/// In their order, as JSON names them.
+inline constexpr std::array monitorStateNames = {"unsupported", "incomplete", "complete"};
 
 /// The monitors of a control unit: names such as "misfire", "catalyst", in the order of their bits.
 struct Readiness {
     bool isCompressionIgnition = false;
     std::vector<std::pair<std::string, MonitorState>> monitors;
+
+    /// Nothing for a monitor that it does not tell of.
+    std::optional<MonitorState> stateOf(const std::string& monitor) const;
 
     bool operator==(const Readiness&) const = default;
 };
@@ -89,6 +99,9 @@ using UnitReadings = std::vector<std::pair<std::string, UnitReading>>;
 
 /// The reading of a unit; added when there is none yet.
 UnitReading& readingOf(UnitReadings& units, const std::string& name);
+
+/// The same without adding one. @return null when there is none
+const UnitReading* findReading(const UnitReadings& units, const std::string& name);
 
 /// What one exchange has told.
 struct ExchangeReading {
