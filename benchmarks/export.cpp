@@ -56,7 +56,7 @@ struct Run {
     {
         samples.reset(design);
         for (std::size_t n = 0; n < values.size(); ++n)
-            samples.add(n % zint::Design::maxEvents, values[n], times[n / zint::Design::maxEvents]);
+            samples.add(n % zint::Design::maxEvents, values[n], {times[n / zint::Design::maxEvents]});
     }
 
     zint::Design design;

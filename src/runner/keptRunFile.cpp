@@ -12,7 +12,9 @@
 namespace zint {
 namespace {
 
-constexpr std::size_t longestSample = 64; // three numbers of at most 11 digits, and what is between them
+constexpr std::size_t longestSample = 64; // four numbers of at most 11 digits, and what is between them
+
+constexpr std::int32_t latestMillisecond = 999;
 
 using std::chrono::milliseconds;
 using std::chrono::system_clock;
@@ -41,8 +43,9 @@ std::string headText(const Design& design, system_clock::time_point firstStart)
 void appendSample(std::string& text, const KeptSample& sample)
 {
     appendNumber(text, sample.event + 1) += ',';
-    appendNumber(text, sample.time) += ',';
-    appendNumber(text, sample.value) += lineEnd;
+    appendNumber(text, sample.time.seconds) += ',';
+    appendNumber(text, sample.value) += ',';
+    appendNumber(text, sample.time.milliseconds) += lineEnd;
 }
 
 KeptRunHead readHead(std::istream& stream)
@@ -73,9 +76,12 @@ std::optional<KeptSample> nextSample(std::istream& stream, const Design& design)
     buffer.at(length) = ','; // as behind the other numbers
     std::string_view line(buffer.data(), length + 1);
     KeptSample sample;
-    if (!takeNumber(line, sample.event) || !takeNumber(line, sample.time) ||
-        !takeNumber(line, sample.value) || !line.empty())
+    std::int32_t milliseconds = 0;
+    if (!takeNumber(line, sample.event) || !takeNumber(line, sample.time.seconds) ||
+        !takeNumber(line, sample.value) || (!line.empty() && !takeNumber(line, milliseconds)) ||
+        !line.empty() || milliseconds < 0 || milliseconds > latestMillisecond)
         return std::nullopt;
+    sample.time.milliseconds = static_cast<std::uint16_t>(milliseconds);
     if (sample.event < 1 || static_cast<std::size_t>(sample.event) > design.events.size())
         return std::nullopt;
     --sample.event;

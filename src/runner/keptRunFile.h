@@ -1,6 +1,7 @@
 #pragma once
 
 #include "catalogue/design.h"
+#include "samples/sampleStore.h"
 
 #include <chrono>
 #include <cstdint>
@@ -9,8 +10,9 @@
 #include <string>
 
 /// The file of a kept run: the design as writeDesign() writes it, a line with the first start in milliseconds
-/// since 1970, and a line "event,time,value" for each sample, events from 1, in the order in which they came.
-/// What stands behind the samples are marks of KeptRuns.
+/// since 1970, and a line "event,time,value,milliseconds" for each sample, events from 1, time in whole
+/// seconds, in the order in which they came. Files of earlier versions have no milliseconds. What stands
+/// behind the samples are marks of KeptRuns.
 namespace zint {
 
 struct KeptRunHead {
@@ -20,7 +22,7 @@ struct KeptRunHead {
 
 struct KeptSample {
     std::int32_t event = 0; ///< from 0
-    std::int32_t time = 0;
+    SampleTime time;
     std::int32_t value = 0;
 };
 

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
-#include <limits>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
@@ -23,21 +22,6 @@ using std::chrono::system_clock;
 constexpr std::size_t flushSize = 65536;
 constexpr std::string_view leftMark = "left\r\n";
 constexpr std::string_view toldMark = "told\r\n";
-
-/// The event (from 0) of each record; a record tells its event only by the chain in which it hangs.
-std::vector<std::uint8_t> eventsOf(const SampleStore& samples)
-{
-    static_assert(Design::maxEvents <= std::numeric_limits<std::uint8_t>::max());
-    std::vector<std::uint8_t> events(samples.size());
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        const SampleRecord& record = samples[i];
-        if (record.isHeader()) // the event's first sample is the next record
-            events.at(i + 1) = events[i] = static_cast<std::uint8_t>(record.value - 1);
-        else if (record.link != 0)
-            events.at(static_cast<std::size_t>(record.link)) = events[i];
-    }
-    return events;
-}
 
 bool endsWith(const std::string& path, std::string_view mark)
 {
@@ -57,7 +41,7 @@ std::optional<std::string> summaryOf(const std::string& path, const DateText& da
             std::int64_t samples = 0;
             std::int32_t lastTime = 0;
             for (; const auto sample = nextSample(stream, head.design); ++samples)
-                lastTime = sample->time;
+                lastTime = sample->time.seconds;
             if (samples > 0)
                 text = dateText(head.firstStart) + "   " + head.design.title + " (" +
                        std::to_string(samples) + (samples == 1 ? " sample in " : " samples in ") +
@@ -112,16 +96,15 @@ void KeptRuns::begin(const Design& design, const SampleStore& samples, system_cl
     head_ = headText(design, firstStart);
     keeping_ = true;
     const bool wasSaved = isSaved_;
-    const std::vector<std::uint8_t> events = eventsOf(samples);
     for (std::size_t i = 0; i < samples.size(); ++i) {
         if (const SampleRecord& record = samples[i]; !record.isHeader())
-            add(events[i], record.value, record.time);
+            add(record.event, record.value, {record.time, record.milliseconds});
     }
     isSaved_ = wasSaved; // these samples are not new
     flush();
 }
 
-void KeptRuns::add(std::size_t event, std::int32_t value, std::int32_t time)
+void KeptRuns::add(std::size_t event, std::int32_t value, SampleTime time)
 {
     isSaved_ = false;
     if (!keeping_)
@@ -242,7 +225,7 @@ KeptRun KeptRuns::load(const KeptEntry& entry, Progress& progress)
         }
         run.samples.reset(run.design);
         while (const auto sample = nextSample(stream, run.design)) {
-            run.samples.add(static_cast<std::size_t>(sample->event), sample->value, sample->time);
+            run.samples.addSaved(static_cast<std::size_t>(sample->event), sample->value, sample->time);
             if (run.samples.size() % samplesBetweenReports == 0)
                 progress.advance(
                     std::min(1.0, static_cast<double>(stream.tellg()) /

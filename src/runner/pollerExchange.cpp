@@ -111,9 +111,9 @@ void Poller::sendRequest()
 
 void Poller::store(std::size_t event, std::int32_t value)
 {
-    const auto seconds = static_cast<std::int32_t>(wholeSeconds(now() - state_.sinceReset.began.time));
+    const auto time = sampleTime(now() - state_.sinceReset.began.time);
     try {
-        samples_.add(event, value, seconds);
+        samples_.add(event, value, time);
     } catch (const std::bad_alloc&) {
         stop(completedStatus());
         around_.prompts.message(
@@ -121,7 +121,7 @@ void Poller::store(std::size_t event, std::int32_t value)
             "and can be saved.");
         return;
     }
-    around_.kept.add(event, value, seconds);
+    around_.kept.add(event, value, time);
 }
 
 void Poller::linkReceived()

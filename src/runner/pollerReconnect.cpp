@@ -96,6 +96,7 @@ void Poller::renewSettings()
 bool Poller::resume()
 {
     reconnection_.resume();
+    samples_.startRun();
     state_.sinceStart.renewal.forget();
     state_.sinceStart.watch.forgive();
     return std::exchange(state_.sinceStart.hasPolled, true);

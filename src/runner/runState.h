@@ -4,6 +4,7 @@
 #include "runner/renewal.h"
 #include "runner/replyWatch.h"
 #include "runner/schedule.h"
+#include "samples/sampleStore.h"
 #include "shared/clock.h"
 
 #include <chrono>
@@ -81,6 +82,12 @@ struct RunState {
 inline std::int64_t wholeSeconds(RunState::Time time)
 {
     return std::chrono::duration_cast<std::chrono::seconds>(time).count();
+}
+
+inline SampleTime sampleTime(RunState::Time time)
+{
+    const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
+    return {static_cast<std::int32_t>(milliseconds / 1000), static_cast<std::uint16_t>(milliseconds % 1000)};
 }
 
 } // namespace zint

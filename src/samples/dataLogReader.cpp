@@ -18,7 +18,7 @@ namespace zint {
 namespace {
 
 struct Sample {
-    std::int32_t time;
+    SampleTime time;
     std::int32_t value;
 };
 
@@ -30,8 +30,23 @@ struct Waiting {
     std::size_t taken = 0;
 
     const Sample& first() const { return samples[taken]; }
-    std::int32_t time() const { return first().time; }
+    std::int32_t time() const { return first().time.seconds; }
+
+    /// A log keeps whole seconds: spreads the samples of each second evenly over it.
+    void spread();
 };
+
+void Waiting::spread()
+{
+    constexpr std::size_t second = 1000;
+    for (auto begin = samples.begin(); begin != samples.end();) {
+        const auto end = std::find_if(begin, samples.end(),
+                                      [&](const Sample& s) { return s.time.seconds != begin->time.seconds; });
+        const auto count = static_cast<std::size_t>(end - begin);
+        for (std::size_t i = 0; begin != end; ++begin, ++i)
+            begin->time.milliseconds = static_cast<std::uint16_t>(i * second / count);
+    }
+}
 
 /// Only what this program writes: no blanks, no sign but the minus, no zeros in front.
 template <typename Number>
@@ -61,7 +76,7 @@ Sample toSample(std::string_view line)
     const auto value = toNumber<std::int32_t>(line.substr(std::min(comma + 1, line.size())));
     if (!time || !value)
         throw FileError("this is no sample");
-    return {*time, *value};
+    return {{*time}, *value};
 }
 
 class LogReader {
@@ -127,6 +142,8 @@ private:
         if (records < count || isLastEmpty(all))
             throw FileError("the file ends after " + std::to_string(records) + " of " +
                             std::to_string(count) + " records");
+        for (Waiting& event : all)
+            event.spread();
         return all;
     }
 
@@ -170,7 +187,7 @@ private:
                 next = earliest;
             }
             latest = std::max(latest, next->time());
-            store.add(next->event, next->first().value, next->time());
+            store.addSaved(next->event, next->first().value, next->first().time);
             if (next->loop != noLoop)
                 next->loop = dueFrom(*next, next->loop + 1);
             if (++next->taken == next->samples.size())

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace zint {
 namespace {
@@ -28,13 +29,28 @@ void SampleStore::reset(const Design& design)
 {
     blocks_.clear();
     size_ = 0;
+    start_ = 0;
     ++generation_;
     events_.clear();
     for (const DesignEntry& event : design.events)
         events_.push_back({.minimum = startingMinimum(event.conversion)});
 }
 
-void SampleStore::add(std::size_t event, std::int32_t value, std::int32_t time)
+void SampleStore::take(SampleStore other)
+{
+    other.generation_ = generation_ + 1;
+    other.limit_ = limit_;
+    *this = std::move(other);
+}
+
+void SampleStore::addSaved(std::size_t event, std::int32_t value, SampleTime time)
+{
+    if (size_ > 0 && std::int64_t{time.seconds} - (*this)[size_ - 1].time > longestSilence)
+        startRun();
+    add(event, value, time);
+}
+
+void SampleStore::add(std::size_t event, std::int32_t value, SampleTime time)
 {
     EventTotals& totals = events_.at(event);
     const bool isFirst = totals.lastSample == EventTotals::none;
@@ -45,9 +61,15 @@ void SampleStore::add(std::size_t event, std::int32_t value, std::int32_t time)
         return index;
     };
     if (isFirst)
-        totals.header =
-            append({.value = static_cast<std::int32_t>(event) + 1, .link = SampleRecord::headerLink});
-    const std::int32_t sample = append({.time = time, .value = value});
+        totals.header = append({.value = static_cast<std::int32_t>(event) + 1,
+                                .link = SampleRecord::headerLink,
+                                .event = static_cast<std::uint8_t>(event)});
+    const bool isFirstOfRun = isFirst || std::cmp_less(totals.lastSample, start_);
+    const std::int32_t sample = append({.time = time.seconds,
+                                        .value = value,
+                                        .milliseconds = time.milliseconds,
+                                        .event = static_cast<std::uint8_t>(event),
+                                        .isFirst = isFirstOfRun});
     if (!isFirst)
         at(totals.lastSample).link = sample;
     totals.lastSample = sample;

@@ -20,8 +20,21 @@ struct SampleRecord {
     std::int32_t time = 0;  ///< whole seconds since the first start of polling; 0 in a header
     std::int32_t value = 0; ///< as it was sent; in a header the event's number, from 1
     std::int32_t link = 0;  ///< the event's next sample, 0 while there is none; headerLink in a header
+    std::uint16_t milliseconds = 0; ///< of that second
+    std::uint8_t event = 0;         ///< from 0
+    bool isFirst = false;           ///< of its event since polling was started, see SampleStore::startRun()
 
     bool isHeader() const { return link == headerLink; }
+    double seconds() const { return time + milliseconds / 1000.0; } ///< since the first start of polling
+};
+
+static_assert(sizeof(SampleRecord) == 16, "a run has millions of them");
+static_assert(Design::maxEvents <= std::numeric_limits<std::uint8_t>::max());
+
+/// When a sample came, since the first start of polling.
+struct SampleTime {
+    std::int32_t seconds = 0;
+    std::uint16_t milliseconds = 0; ///< below 1000
 };
 
 /// What is known of one event of the design.
@@ -58,9 +71,19 @@ public:
     /// Changes with each reset(): what was read before it is no longer there.
     std::uint64_t generation() const { return generation_; }
 
-    /// Stores a good value. @param event from 0. @param time whole seconds since the first start of polling
+    /// Stores a good value. @param event from 0
     /// @throws std::bad_alloc when there is no room; the store is then as it was
-    void add(std::size_t event, std::int32_t value, std::int32_t time);
+    void add(std::size_t event, std::int32_t value, SampleTime time);
+
+    /// The same for a sample out of a file, which does not tell where polling was stopped: polling is never
+    /// silent for so long.
+    void addSaved(std::size_t event, std::int32_t value, SampleTime time);
+
+    /// Polling starts: the samples that come are not joined to those before.
+    void startRun() { start_ = size_; }
+
+    /// Holds what another store holds, in place of its own.
+    void take(SampleStore other);
 
     /// Counts a bad reply. @param event from 0
     void addError(std::size_t event);
@@ -78,7 +101,8 @@ public:
     std::span<const EventTotals> events() const { return events_; }
 
 private:
-    static constexpr std::size_t blockSize = 65536; // records
+    static constexpr std::size_t blockSize = 65536;    // records
+    static constexpr std::int32_t longestSilence = 10; // seconds
 
     using Block = std::array<SampleRecord, blockSize>;
 
@@ -88,6 +112,7 @@ private:
     std::vector<std::unique_ptr<Block>> blocks_;
     std::size_t limit_ = mostRecords;
     std::size_t size_ = 0;
+    std::size_t start_ = 0; ///< the first record since polling was started
     std::uint64_t generation_ = 0;
     std::vector<EventTotals> events_;
 };

@@ -37,7 +37,7 @@ struct LiveChartTest : FormTest {
     {
         for (std::int32_t time = from; time < to; ++time) {
             for (std::size_t event = 0; event < samples.events().size(); ++event)
-                samples.add(event, 40 + time % 100, time);
+                samples.add(event, 40 + time % 100, {time});
         }
     }
 

@@ -35,7 +35,7 @@ struct ChartDataTest : testing::Test {
     void add(std::initializer_list<std::int32_t> times, std::int32_t value, std::size_t event = 0)
     {
         for (const std::int32_t time : times)
-            store.add(event, value, time);
+            store.add(event, value, {time});
     }
 };
 
@@ -43,16 +43,16 @@ TEST_F(ChartDataTest, SpreadsTheSamplesOfASecondAndShowsThemInTheirUnit)
 {
     begin({celsius, rpm});
     for (const std::int32_t value : {40, 50, 60, 70})
-        store.add(0, value, 3);
-    store.add(1, 8000, 3);
-    store.add(0, 80, 4);
-    store.add(0, 90, 4); // this second is not over: its samples come as fast as those before
+        store.add(0, value, {3});
+    store.add(1, 8000, {3});
+    store.add(0, 80, {4});
+    store.add(0, 90, {4}); // this second is not over: its samples come as fast as those before
     EXPECT_EQ(data->points(0, 0, 10, 1000),
               (Points{{3, 0}, {3.25, 10}, {3.5, 20}, {3.75, 30}, {4, 40}, {4.25, 50}}));
     EXPECT_EQ(data->end(), 4.25);
     EXPECT_EQ(data->points(1, 0, 10, 1000), (Points{{3, 2000}}));
 
-    store.add(0, 95, 5);
+    store.add(0, 95, {5});
     EXPECT_EQ(data->points(0, 4, 10, 1000), (Points{{3.75, 30}, {4, 40}, {4.5, 50}, {5, 55}}));
 }
 
@@ -61,7 +61,7 @@ TEST_F(ChartDataTest, GoesToTheNextPointsOutsideAndLeavesOutWhatIsNoNumber)
     begin({1, 0, hex, undefined, fuelStatus, 99});
     constexpr std::int32_t tooLarge = 300000; // for hundredths of a percent
     for (std::int32_t time = 0; const std::int32_t value : {tooLarge, 51, tooLarge, 102, tooLarge, 255})
-        store.add(0, value, time += 10);
+        store.add(0, value, {time += 10});
     EXPECT_EQ(data->points(0, 45, 55, 100), (Points{{40, 40}, {60, 100}}));
     EXPECT_EQ(data->points(0, 0, 5, 100), (Points{{20, 20}}));
     for (const auto& [from, to, pixels] : {std::tuple{70, 80, 100}, {5, 5, 100}, {0, 5, 0}})
@@ -112,7 +112,7 @@ TEST_F(ChartDataTest, ShowsFirstLowestHighestAndLastOfEachColumn)
 {
     begin({celsius});
     for (std::int32_t time = 10; const std::int32_t value : {7, 1, 9, 3, -2, 4, 5, 6, 8, 2, 3, 3, 4, 3})
-        store.add(0, value + 40, time++);
+        store.add(0, value + 40, {time++});
     const Points shown{{10, 7}, {11, 1}, {12, 9}, {14, -2}, {19, 2}, {20, 3}, {22, 4}, {23, 3}};
     EXPECT_EQ(data->points(0, 11, 31, 2), shown) << "columns begin at multiples of their width";
 }

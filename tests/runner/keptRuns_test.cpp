@@ -34,7 +34,7 @@ struct KeptRunsTest : testing::Test {
 
     void begin() { kept.begin(design, store, start); }
 
-    void sample(std::size_t event, std::int32_t value, std::int32_t time)
+    void sample(std::size_t event, std::int32_t value, SampleTime time)
     {
         store.add(event, value, time);
         kept.add(event, value, time);
@@ -70,21 +70,21 @@ struct KeptRunsTest : testing::Test {
 TEST_F(KeptRunsTest, WritesEachSampleUntilTheLogIsSaved)
 {
     EXPECT_TRUE(head.ends_with("EOP - end of Parms\r\n1700000000123\r\n"));
-    kept.add(0, 1, 1);
+    kept.add(0, 1, {1});
     begin();
     kept.flush();
     EXPECT_EQ(content(), "") << "an empty run leaves no file";
-    sample(0, 40, 0);
+    sample(0, 40, {0});
     kept.flush();
-    EXPECT_EQ(content(), head + "1,0,40\r\n");
+    EXPECT_EQ(content(), head + "1,0,40,0\r\n");
     kept.setSaved();
     begin();
-    sample(1, 2147483647, 2);
+    sample(1, 2147483647, {2, 999});
     kept.pause();
     KeptRuns other(folder.path(), dateText);
     EXPECT_FALSE(kept.takeCutOff() || other.takeCutOff()) << "a run that is on is not offered";
     EXPECT_TRUE(kept.list().empty() && other.list().empty()) << "not in another program either";
-    const std::string all = head + "1,0,40\r\n2,2,2147483647\r\n";
+    const std::string all = head + "1,0,40,0\r\n2,2,2147483647,999\r\n";
     EXPECT_EQ(content(), all) << "a paused run goes on, and a sample came after the log";
     kept.setSaved();
     kept.pause();
@@ -98,10 +98,10 @@ TEST_F(KeptRunsTest, WritesEachSampleUntilTheLogIsSaved)
 TEST_F(KeptRunsTest, BringsBackALongRunAsItWas)
 {
     for (std::int32_t i = 0; i < 6000; ++i)
-        store.add(i % 7 == 0 ? 2 : 0, 100 - i, i / 10); // event 1 has none
+        store.add(i % 7 == 0 ? 2 : 0, 100 - i, {i / 10}); // event 1 has none
     begin();
     for (std::int32_t i = 0; i < 10000; ++i)
-        sample(i % 3 == 0 ? 0 : 1, i, 600 + i);
+        sample(i % 3 == 0 ? 0 : 1, i, {600 + i, static_cast<std::uint16_t>(i % 1000)});
     kept.leave();
     ASSERT_EQ(listed(), "then   Car (16000 samples in 2:56:39)\n");
     const KeptRun run = KeptRuns::load(kept.list().at(0));
@@ -111,6 +111,7 @@ TEST_F(KeptRunsTest, BringsBackALongRunAsItWas)
     writeDebugDump(before, store);
     writeDebugDump(after, run.samples);
     EXPECT_TRUE(after.str() == before.str());
+    EXPECT_EQ(run.samples[16002].seconds(), 10599.999) << "to the millisecond";
 }
 
 TEST_F(KeptRunsTest, TellsOnceOfEachCrash)
@@ -177,7 +178,7 @@ TEST_F(KeptRunsTest, StopsWhenTheDiskIsFull)
     const rlimit room{.rlim_cur = head.size() + 1001, .rlim_max = before.rlim_max};
     setrlimit(RLIMIT_FSIZE, &room);
     for (std::int32_t i = 0; i < 10000; ++i)
-        sample(1, i, 2);
+        sample(1, i, {2});
     setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_TRUE(kept.failure().ends_with(".run\" can't be written: File too large")) << "while samples came";
     EXPECT_EQ(content().size(), room.rlim_cur) << "what has gone out stays";

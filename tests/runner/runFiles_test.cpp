@@ -113,7 +113,7 @@ TEST_F(RunFilesTest, AStoppedSaveIsNone)
     SampleStore samples;
     samples.reset(design);
     for (std::int32_t i = 0; i < 17000; ++i) // enough to tell how far it is
-        samples.add(0, i, i);
+        samples.add(0, i, {i});
     std::string status;
     RunFiles files({prompts, values, kept, dateText, [&status](const std::string& text) { status = text; }});
     prompts.stopsWork = true;

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sstream>
 
 namespace zint {
@@ -22,7 +23,7 @@ SampleStore storeOf(const Design& design, const std::vector<std::array<std::int3
     SampleStore store;
     store.reset(design);
     for (const auto& [event, value, time] : samples)
-        store.add(static_cast<std::size_t>(event), value, time);
+        store.add(static_cast<std::size_t>(event), value, {time});
     return store;
 }
 
@@ -64,6 +65,20 @@ TEST(DataLogTest, WritesBlocksOfTheEventsThatHaveSamplesAndReadsThem)
     EXPECT_TRUE(read(head + "0\r\n").samples.isEmpty()) << "the count's blanks are trimmed";
 }
 
+TEST(DataLogTest, SpreadsTheSamplesOfASecondAndPartsThemWherePollingWasStopped)
+{
+    const DataLog log =
+        read(head + " 9 \r\n##1\r\n3,1\r\n4,1\r\n4,1\r\n4,1\r\n15,1\r\n##2\r\n3,1\r\n4,1\r\n");
+    std::string seen;
+    for (std::size_t i = 0; i < log.samples.size(); ++i) {
+        const SampleRecord& record = log.samples[i];
+        if (!record.isHeader())
+            seen += (record.isFirst ? "|" : " ") + std::to_string(record.event) + "@" +
+                    std::to_string(std::lround(record.seconds() * 1000));
+    }
+    EXPECT_EQ(seen, "|0@3000|1@3000 0@4000 0@4333 1@4000 0@4666|0@15000");
+}
+
 TEST(DataLogTest, RefusesWhatIsNoWholeLog)
 {
     const std::string block = head + " 3 \r\n##2\r\n";
@@ -96,7 +111,7 @@ TEST(DataLogTest, FindsTheOrderOfARunAgain)
     Turn turn{.loop = 0, .event = 0};
     for (std::int32_t request = 0; request < 400; ++request, turn = nextTurn(design, turn)) {
         if (request < 200 || request % 60 < 45) // then the replies are bad
-            samples.add(turn.event, request, request < 200 ? request / 7 : request);
+            samples.add(turn.event, request, {request < 200 ? request / 7 : request});
     }
     EXPECT_EQ(exportOf(design, read(logOf(design, samples)).samples), exportOf(design, samples));
 }
@@ -113,7 +128,7 @@ TEST(DataExportTest, ARowPerLoop)
         storeOf(design, {{0, 90, 1}, {1, 30, 2}, {0, 0, 2}, {0, 100, 3}, {1, 40, 5}, {1, 41, 6}});
     EXPECT_EQ(exportOf(design, samples), top + "2\t55.935\t-10\r\n2\t0\t\r\n5\t62.15\t0\r\n6\t\t1\r\n")
         << "of the time of its last sample, and with no event twice";
-    samples.add(0, 2147483647, 7); // too large for some units, while others have no value
+    samples.add(0, 2147483647, {7}); // too large for some units, while others have no value
     EXPECT_TRUE(exportOf(events(18, 99), samples).ends_with("\r\n5\t300\t\r\n7\tOverflow\t\r\n"));
     const std::string some = exportOf(designOf({{.conversion = 18}}), samples);
     EXPECT_TRUE(some.starts_with("data error - can't find 3 tmpLog 2\r\ntmpLog: 1 4\r\n")) << some;
