@@ -2,6 +2,7 @@
 
 #include "codes/replyText.h"
 #include "codes/troubleCodes.h"
+#include "link/replyBuffer.h"
 #include "shared/module1.h"
 #include "vehicle/troubleCode.h"
 
@@ -29,7 +30,7 @@ struct Line {
 std::vector<Line> readLines(std::string_view reply)
 {
     std::vector<Line> lines;
-    for (const std::string_view text : linesOf(reply)) {
+    for (const std::string_view text : replyLines(reply)) {
         const bool isNumbered = text.size() > 1 && text[1] == ':';
         Line line{.frame = {}, .bytes = bytesOf(text.substr(isNumbered ? 2 : 0))};
         if (isNumbered)
@@ -104,7 +105,7 @@ std::vector<Answer> joined(const std::vector<Line>& lines)
 /// Whether the adapter shows the padding of CAN: the answer to "0101" has six bytes on every bus.
 bool isPadded(std::string_view statusReply)
 {
-    const auto lines = linesOf(statusReply);
+    const auto lines = replyLines(statusReply);
     return !lines.empty() && bytesOf(lines.front()).size() == frameLength;
 }
 

@@ -4,6 +4,7 @@
 #include "codes/replyText.h"
 #include "codes/troubleCodes.h"
 #include "dtcdb/dtcDatabase.h"
+#include "link/replyBuffer.h"
 #include "shared/module1.h"
 
 #include <algorithm>
@@ -27,7 +28,7 @@ constexpr std::string_view statusReplyStart = "41 01 ";
 /// What could not be used, in one line; empty when nothing came.
 std::string answerText(const std::string& announcement, std::string_view reply)
 {
-    std::vector<std::string_view> lines = linesOf(reply);
+    std::vector<std::string_view> lines = replyLines(reply);
     if (!announcement.empty())
         lines.insert(lines.begin(), announcement);
     std::string text;

@@ -1,23 +1,11 @@
 #include "codes/replyText.h"
 
+#include "link/replyBuffer.h"
 #include "shared/module1.h"
 
-#include <algorithm>
 #include <string>
 
 namespace zint {
-
-std::vector<std::string_view> linesOf(std::string_view reply)
-{
-    constexpr std::string_view ends = "\r\n>";
-    std::vector<std::string_view> lines;
-    for (auto begin = reply.find_first_not_of(ends); begin != std::string_view::npos;) {
-        const auto end = std::min(reply.find_first_of(ends, begin), reply.size());
-        lines.push_back(reply.substr(begin, end - begin));
-        begin = reply.find_first_not_of(ends, end);
-    }
-    return lines;
-}
 
 Bytes bytesOf(std::string_view line)
 {
@@ -38,7 +26,7 @@ Bytes bytesOf(std::string_view line)
 std::vector<UnitStatus> unitStatuses(std::string_view statusReply)
 {
     std::vector<UnitStatus> units;
-    for (const std::string_view line : linesOf(statusReply)) {
+    for (const std::string_view line : replyLines(statusReply)) {
         const Bytes bytes = bytesOf(line);
         if (bytes.size() > 2 && bytes[0] == 0x41 && bytes[1] == 0x01)
             units.push_back({.isLit = bytes[2] >= milOn, .codes = bytes[2] % milOn});

@@ -8,9 +8,6 @@
 /// Replies as lines and bytes, where positions in the text do not matter.
 namespace zint {
 
-/// The lines of a reply that hold anything, without their ends and the prompt.
-std::vector<std::string_view> linesOf(std::string_view reply);
-
 /// The bytes that a line of hexadecimal pairs stands for, blanks skipped; none for any other line.
 Bytes bytesOf(std::string_view line);
 

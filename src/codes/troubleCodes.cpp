@@ -1,6 +1,7 @@
 #include "codes/troubleCodes.h"
 
 #include "codes/replyText.h"
+#include "link/replyBuffer.h"
 #include "shared/module1.h"
 #include "vehicle/troubleCode.h"
 
@@ -43,7 +44,7 @@ int listedCodeCount(std::string_view reply)
 int storedCodeCount(std::string_view reply)
 {
     int count = 0;
-    for (const std::string_view line : linesOf(reply)) {
+    for (const std::string_view line : replyLines(reply)) {
         const Bytes bytes = bytesOf(line);
         for (std::size_t i = 1; i + 1 < bytes.size() && bytes[0] == 0x43; i += 2)
             count += bytes[i] != 0 || bytes[i + 1] != 0 ? 1 : 0;

@@ -95,17 +95,10 @@ std::string coreOf(std::string_view command, std::string_view answer)
 {
     std::string core;
     bool isFirst = true;
-    while (!answer.empty()) {
-        const auto end = std::min(answer.find_first_of("\r\n>"), answer.size());
-        const auto begin = std::min(answer.find_first_not_of(' '), end);
-        std::string_view line = answer.substr(begin, end - begin);
-        answer.remove_prefix(std::min(end + 1, answer.size()));
-        while (line.ends_with(' '))
-            line.remove_suffix(1);
-        if (line.empty())
-            continue;
-        if (!(std::exchange(isFirst, false) && upperCase(line) == command))
-            core += (core.empty() ? "" : " | ") + std::string(line);
+    for (const std::string_view line : replyLines(answer)) {
+        const std::string_view text = trimmed(line);
+        if (!text.empty() && !(std::exchange(isFirst, false) && upperCase(text) == command))
+            core += (core.empty() ? "" : " | ") + std::string(text);
     }
     return core;
 }

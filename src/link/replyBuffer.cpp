@@ -54,4 +54,16 @@ void ReplyBuffer::clear()
     announcement_.clear();
 }
 
+std::vector<std::string_view> replyLines(std::string_view reply)
+{
+    constexpr std::string_view ends = "\r\n>";
+    std::vector<std::string_view> lines;
+    for (auto begin = reply.find_first_not_of(ends); begin != std::string_view::npos;) {
+        const auto end = std::min(reply.find_first_of(ends, begin), reply.size());
+        lines.push_back(reply.substr(begin, end - begin));
+        begin = reply.find_first_not_of(ends, end);
+    }
+    return lines;
+}
+
 } // namespace zint

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zint {
 
@@ -48,5 +49,8 @@ private:
     std::string text_;
     std::string announcement_;
 };
+
+/// The lines of a reply that hold anything, without their ends and the prompt.
+std::vector<std::string_view> replyLines(std::string_view reply);
 
 } // namespace zint

@@ -27,12 +27,7 @@ constexpr LineEnd withNothing{"\\", ""};
 constexpr LineEnd usualEnd{"", "\r"};
 constexpr std::array lineEnds = {withLineFeed, withNothing, usualEnd};
 
-std::string_view blankless(std::string_view text)
-{
-    const std::size_t start = text.find_first_not_of(blanks);
-    return start == std::string_view::npos ? std::string_view()
-                                           : text.substr(start, text.find_last_not_of(blanks) + 1 - start);
-}
+std::string_view blankless(std::string_view text) { return trimmed(text, blanks); }
 
 bool isPrompt(std::string_view text) { return blankless(text) == std::string_view(&promptMark, 1); }
 

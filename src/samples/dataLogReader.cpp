@@ -2,6 +2,7 @@
 
 #include "catalogue/designFile.h"
 #include "shared/fileError.h"
+#include "shared/module1.h"
 #include "shared/textFile.h"
 
 #include <algorithm>
@@ -59,14 +60,6 @@ std::optional<Number> toNumber(std::string_view text)
     if (result.ec != std::errc() || result.ptr != end || (digits.front() == '0' && text != "0"))
         return std::nullopt;
     return number;
-}
-
-std::string_view trimmed(std::string_view text)
-{
-    const auto first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(' ') + 1 - first);
 }
 
 Sample toSample(std::string_view line)

@@ -47,8 +47,7 @@ std::int64_t hexValue(std::string_view text)
 
 std::errc readInteger(std::string_view text, std::int32_t& value)
 {
-    text = text.substr(std::min(text.find_first_not_of(' '), text.size()));
-    text = text.substr(0, text.find_last_not_of(' ') + 1);
+    text = trimmed(text);
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
     return error == std::errc() && stop != end ? std::errc::invalid_argument : error;
@@ -61,6 +60,12 @@ std::string upperCase(std::string_view text)
     std::string upper(text);
     std::ranges::transform(upper, upper.begin(), capital);
     return upper;
+}
+
+std::string_view trimmed(std::string_view text, std::string_view blanks)
+{
+    const auto first = std::min(text.find_first_not_of(blanks), text.size());
+    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
 }
 
 int upperHexDigit(char character)

@@ -30,6 +30,9 @@ std::string hexToBits(std::string_view text);
 /// The text with the letters a to z as capitals; all other characters stay.
 std::string upperCase(std::string_view text);
 
+/// The text without what stands at its ends and is one of these characters.
+std::string_view trimmed(std::string_view text, std::string_view blanks = " ");
+
 /// The value of one upper-case hexadecimal digit, or -1. Replies are upper case; anything else is not a digit
 /// here.
 int upperHexDigit(char character);

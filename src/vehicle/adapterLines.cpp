@@ -1,5 +1,6 @@
 #include "vehicle/adapterLines.h"
 
+#include "link/replyBuffer.h"
 #include "shared/module1.h"
 
 #include <algorithm>
@@ -195,11 +196,8 @@ std::optional<HexLine> hexLine(std::string_view text)
 AdapterLines adapterLines(std::string_view request, std::string_view reply)
 {
     ReplyLineReader reader;
-    for (std::size_t begin = 0; begin < reply.size();) {
-        const std::size_t end = std::min(reply.find_first_of("\r\n>", begin), reply.size());
-        reader.read(reply.substr(begin, end - begin));
-        begin = end + 1;
-    }
+    for (const std::string_view line : replyLines(reply))
+        reader.read(line);
     AdapterLines result = std::move(reader.result);
     if (const auto sent = hexLine(request); sent && beginsWithEcho(result.lines, sent->digits))
         result.lines.erase(result.lines.begin());

@@ -1,5 +1,7 @@
 #include "vehicle/busProtocol.h"
 
+#include "shared/module1.h"
+
 #include <array>
 #include <cstddef>
 
@@ -40,11 +42,9 @@ std::string_view nameOf(BusProtocol protocol)
 
 std::optional<BusProtocol> protocolIn(std::string_view answer)
 {
-    constexpr std::string_view around = " \r\n>";
-    const std::size_t start = answer.find_first_not_of(around);
-    if (start == std::string_view::npos)
+    answer = trimmed(answer, " \r\n>");
+    if (answer.empty())
         return std::nullopt;
-    answer = answer.substr(start, answer.find_last_not_of(around) + 1 - start);
     if (answer.size() == 2 && answer.front() == 'A') // found by itself
         answer.remove_prefix(1);
     for (const char digit : digits.substr(1)) {
