@@ -3,6 +3,7 @@
 #include "shared/module1.h"
 #include "shared/runTimeError.h"
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 
@@ -122,8 +123,10 @@ struct Number {
 void appendConverted(std::string& text, std::int32_t conversion, std::int32_t raw)
 {
     if (const Conversion* row = findConversion(conversion))
-        std::visit(Writer{text}, row->formula(raw));
+        appendValue(text, row->formula(raw));
 }
+
+void appendValue(std::string& text, const Value& value) { std::visit(Writer{text}, value); }
 
 std::string convert(std::int32_t conversion, std::int32_t raw)
 {
@@ -136,6 +139,12 @@ std::string_view unitText(std::int32_t conversion)
 {
     const Conversion* row = findConversion(conversion);
     return row != nullptr ? row->unit : std::string_view();
+}
+
+std::string_view unitName(std::int32_t conversion)
+{
+    const std::string_view unit = unitText(conversion);
+    return unit.substr(std::min(unit.find_first_not_of(' '), unit.size()));
 }
 
 std::string displayText(std::int32_t conversion, std::int32_t raw)

@@ -53,8 +53,14 @@ std::string convert(std::int32_t conversion, std::int32_t raw);
 /// The same behind a text, which stays as it was when this throws.
 void appendConverted(std::string& text, std::int32_t conversion, std::int32_t raw);
 
+/// Adds a converted value to a text, as convert() gives it.
+void appendValue(std::string& text, const converted::Value& value);
+
 /// The unit alone, such as "mph"; empty for a number that is no conversion.
 std::string_view unitText(std::int32_t conversion);
+
+/// The same without the blanks that part some units from their values, and empty where those are all.
+std::string_view unitName(std::int32_t conversion);
 
 /// The value directly followed by its unit, such as "55.935mph".
 std::string displayText(std::int32_t conversion, std::int32_t raw);

@@ -19,6 +19,9 @@ struct DesignEntry {
     std::int32_t frequency = 0;  ///< requested once in so many loops; below 1: never
     std::int32_t offset = 0; ///< shifts the loop: requested in loop L when (offset + L) mod frequency is 0
 
+    /// The description, or what stands for it.
+    const std::string& name() const { return description.empty() ? code : description; }
+
     bool isPolled() const { return frequency >= 1; }
     bool operator==(const DesignEntry&) const = default;
 };

@@ -12,10 +12,15 @@ namespace zint {
 void ExportOptions::describe(CLI::App& command)
 {
     addWord(command, "LOG.log", logPath, "The data log.");
-    addWord(command, "OUT.txt", tablePath, "The table that is written.");
+    addWord(command, "OUT.txt|OUT.csv", tablePath, "The table that is written; as CSV if it ends in .csv.");
+    addDecimals(command, decimals);
 }
 
-void ExportOptions::check() const { requireDifferentFiles({logPath, tablePath}); }
+void ExportOptions::check() const
+{
+    requireDifferentFiles({logPath, tablePath});
+    requireCsv(decimals, tablePath);
+}
 
 int runExportCommand(const ExportOptions& options)
 {
@@ -27,8 +32,11 @@ int runExportCommand(const ExportOptions& options)
             throw FileError("\"" + options.logPath + "\": " + error.what());
         }
     });
-    replaceFile(options.tablePath, [&log](std::ostream& stream) {
-        writeExport(stream, log.design, log.samples, log.firstStart, complain);
+    replaceFile(options.tablePath, [&](std::ostream& stream) {
+        if (isCsvPath(options.tablePath))
+            writeCsv(stream, log.design, log.samples, options.decimals.value_or(Decimals::point), complain);
+        else
+            writeExport(stream, log.design, log.samples, log.firstStart, complain);
     });
     return exitStatus::success;
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "samples/csvExport.h"
+
+#include <optional>
 #include <string>
 
 namespace CLI {
@@ -11,12 +14,14 @@ namespace zint {
 struct ExportOptions {
     std::string logPath;
     std::string tablePath;
+    std::optional<Decimals> decimals;
 
     void describe(CLI::App& command);
     void check() const; ///< @throws UsageError
 };
 
-/// `zint-obd export`: turns a saved data log into a table. @return the exit status. @throws FileError
+/// `zint-obd export`: turns a saved data log into a table, in the form that its file's ending says. @return
+/// the exit status. @throws FileError
 int runExportCommand(const ExportOptions& options);
 
 } // namespace zint

@@ -177,6 +177,25 @@ void requireWhole(const ConnectionOptions& options)
         requireDifferentFiles({location.path, options.transcriptPath});
 }
 
+CLI::Option* addDecimals(CLI::App& command, std::optional<Decimals>& decimals)
+{
+    return addValue(
+        command, "--decimals", "point|comma",
+        "What a CSV file has in front of decimals: a point (default), or a comma, with semicolons "
+        "between its fields.",
+        [&decimals](const std::string& text) {
+            if (text != "point" && text != "comma")
+                throw UsageError("give point or comma");
+            decimals = text == "comma" ? Decimals::comma : Decimals::point;
+        });
+}
+
+void requireCsv(const std::optional<Decimals>& decimals, const std::string& path)
+{
+    if (decimals && !isCsvPath(path))
+        throw UsageError("--decimals goes with an export whose name ends in .csv");
+}
+
 void requireDifferentFiles(const std::vector<std::string>& paths)
 {
     std::vector<std::filesystem::path> seen;

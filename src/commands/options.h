@@ -2,12 +2,14 @@
 
 #include "commands/usageError.h"
 #include "connection/connectionOptions.h"
+#include "samples/csvExport.h"
 
 #include <CLI/App.hpp>
 #include <chrono>
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -75,6 +77,12 @@ void addConnection(CLI::App& command, ConnectionOptions& options);
 
 /// @throws UsageError for what means nothing without another option, or would overwrite what is played
 void requireWhole(const ConnectionOptions& options);
+
+/// Adds --decimals, for exports that are CSV files.
+CLI::Option* addDecimals(CLI::App& command, std::optional<Decimals>& decimals);
+
+/// @throws UsageError for decimals that mean nothing, as the path is that of no CSV file
+void requireCsv(const std::optional<Decimals>& decimals, const std::string& path);
 
 /// Refuses a file that would be read or written as two things: one of them would be lost.
 /// @param paths an empty one stands for no file

@@ -113,6 +113,7 @@ private:
         if (options_.seconds)
             poller_.limitByTime(*options_.seconds);
         poller_.letReconnect(options_.reconnect);
+        poller_.useDecimals(options_.decimals.value_or(Decimals::point));
         poller_.pressStart();
         hasBegun_ = poller_.isPolling();
         if (hasBegun_)
@@ -256,7 +257,10 @@ void PollOptions::describe(CLI::App& command)
               "seconds", {1, mostSeconds}, [this](int number) { reconnect = std::chrono::seconds(number); });
     const char* const output = "Output";
     addFile(command, "--log", logPath, "Save a data log, the design and every sample.")->group(output);
-    addFile(command, "--export", exportPath, "Write a table for spreadsheets.")->group(output);
+    addFile(command, "--export", exportPath,
+            "Write a table for spreadsheets; as CSV if the name ends in .csv.")
+        ->group(output);
+    addDecimals(command, decimals)->group(output);
     addQuiet(command, quiet);
 }
 
@@ -264,6 +268,7 @@ void PollOptions::check() const
 {
     if (loops && seconds)
         throw UsageError("--loops and --seconds both say when the run ends; give one of them");
+    requireCsv(decimals, exportPath);
     requireDifferentFiles({designPath, logPath, exportPath, connection.transcriptPath});
 }
 

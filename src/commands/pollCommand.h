@@ -1,6 +1,7 @@
 #pragma once
 
 #include "connection/connectionOptions.h"
+#include "samples/csvExport.h"
 
 #include <chrono>
 #include <optional>
@@ -18,6 +19,7 @@ struct PollOptions {
     std::string designPath;
     std::string logPath;    ///< empty: none is asked for
     std::string exportPath; ///< likewise
+    std::optional<Decimals> decimals;
     std::optional<int> loops;
     std::optional<std::chrono::seconds> seconds;   ///< after which a run ends
     std::optional<std::chrono::seconds> reconnect; ///< that a run waits for an adapter that has vanished

@@ -1,6 +1,6 @@
 #include "dtcdb/dtcText.h"
 
-#include "dtcdb/csvText.h"
+#include "shared/csvText.h"
 #include "shared/module1.h"
 #include "shared/utf8.h"
 

@@ -31,12 +31,24 @@ void prepare(QFileDialog& dialog, const FileKinds& kinds, const std::string& fol
         dialog.setDirectory(toQt(folder));
 }
 
-/// A name without an ending gets the chosen filter's: "pdf" of "PDF (*.pdf)".
-void proposeSuffix(QFileDialog& dialog, const QString& filter)
+/// A name without an ending gets the chosen filter's: "pdf" of "PDF (*.pdf)"; with all files the usual one.
+void proposeSuffix(QFileDialog& dialog, const QString& filter, const QString& usual)
 {
     static const QRegularExpression pattern(QStringLiteral("\\*\\.(\\w+)\\)"));
-    if (const auto match = pattern.match(filter); match.hasMatch())
-        dialog.setDefaultSuffix(match.captured(1));
+    const auto match = pattern.match(filter);
+    dialog.setDefaultSuffix(match.hasMatch() ? match.captured(1) : usual);
+}
+
+/// Begins with a name, and with the first filter that its ending fits.
+void propose(QFileDialog& dialog, const QString& name, const QString& usual)
+{
+    dialog.selectFile(name);
+    const QString pattern = QStringLiteral("(*.%1)").arg(QFileInfo(name).suffix());
+    const QStringList fitting = dialog.nameFilters().filter(pattern, Qt::CaseInsensitive);
+    if (fitting.isEmpty())
+        return;
+    dialog.selectNameFilter(fitting.constFirst());
+    proposeSuffix(dialog, fitting.constFirst(), usual);
 }
 
 std::string chosen(QFileDialog& dialog)
@@ -70,9 +82,10 @@ std::string QtFileDialogs::chooseToSave(const FileKinds& kinds, const std::strin
     QFileDialog dialog(&window_);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     prepare(dialog, kinds, folder);
-    dialog.selectFile(toQt(proposed));
+    const QString usual = toQt(kinds.extension);
+    propose(dialog, toQt(proposed), usual);
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
-                     [&dialog](const QString& filter) { proposeSuffix(dialog, filter); });
+                     [&](const QString& filter) { proposeSuffix(dialog, filter, usual); });
     return chosen(dialog);
 }
 

@@ -66,6 +66,8 @@ public:
     void resetValues(); ///< empties the store; a run that is on goes on
     void loadLog();     ///< says that there is no way back from a log yet
 
+    void useDecimals(Decimals decimals) { files_.useDecimals(decimals); } ///< in exports that are CSV files
+
     /// Writing is two steps, so that polling goes on while the user is asked. @return an empty path when the
     /// user cancels
     std::string chooseFile(RunFiles::Kind kind, RunFiles::Name name, FileDialogs& dialogs) const

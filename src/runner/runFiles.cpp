@@ -28,7 +28,11 @@ const KindFacts& factsOf(RunFiles::Kind kind)
          {.extension = "log", .filter = "Zint log files (*.log)|*.log|" + textFileKinds.filter},
          &ProgramValues::parmLog,
          &ProgramValues::parmLogFile},
-        {"export", "export", textFileKinds, &ProgramValues::parmExport, &ProgramValues::parmExportFile},
+        {"export",
+         "export",
+         {.extension = "txt", .filter = textFileKinds.filter + "|CSV files (*.csv)|*.csv"},
+         &ProgramValues::parmExport,
+         &ProgramValues::parmExportFile},
         {"debug data", "export", textFileKinds, nullptr, nullptr},
     }};
     return facts.at(static_cast<std::size_t>(kind));
@@ -111,14 +115,15 @@ RunFiles::Result RunFiles::write(const Run& run, Kind kind, const std::string& p
     const std::string name = fileNamePart(path);
     const auto content = [&](std::ostream& stream, Progress& progress) {
         const std::string start = around_.dateText(run.firstStart);
+        const auto tell = [this](const std::string& text) { around_.prompts.message(text); };
         if (kind == Kind::log)
             writeLog(stream, run.design, run.samples, start, progress);
         else if (kind == Kind::dump)
             writeDebugDump(stream, run.samples, progress);
+        else if (isCsvPath(path))
+            writeCsv(stream, run.design, run.samples, decimals_, tell, progress);
         else
-            writeExport(
-                stream, run.design, run.samples, start,
-                [this](const std::string& text) { around_.prompts.message(text); }, progress);
+            writeExport(stream, run.design, run.samples, start, tell, progress);
     };
     try {
         const bool isWritten = around_.prompts.runLong("Saving " + name, [&](Progress& progress) {

@@ -2,6 +2,7 @@
 
 #include "catalogue/design.h"
 #include "runner/keptRuns.h"
+#include "samples/csvExport.h"
 #include "samples/sampleStore.h"
 #include "shared/clock.h"
 #include "shared/fileDialogs.h"
@@ -48,6 +49,9 @@ public:
 
     explicit RunFiles(Surroundings surroundings) : around_(std::move(surroundings)) {}
 
+    /// How exports are written that are CSV files.
+    void useDecimals(Decimals decimals) { decimals_ = decimals; }
+
     /// Another run takes the place of this one: its first log and its first export ask for their names.
     /// @return what to say of one that was not saved
     std::string leave(const Run& run);
@@ -75,6 +79,7 @@ private:
     Result write(const Run& run, Kind kind, const std::string& path) const;
 
     Surroundings around_;
+    Decimals decimals_ = Decimals::point;
     std::array<bool, kinds> isNamed_{}; ///< by the user, for the present run
 };
 

@@ -3,6 +3,7 @@
 #include "commands/commandParser.h"
 #include "commands/commandSession.h"
 #include "commands/dtcCommand.h"
+#include "commands/exportCommand.h"
 #include "commands/pollCommand.h"
 #include "commands/reportCommand.h"
 #include "commands/scanCommand.h"
@@ -85,6 +86,7 @@ TEST(CommandLineTest, TakesTheOptionsOfCommands)
     const auto poll = taken<PollOptions>("poll --export a.txt d.obc --log --quiet --loops 100000");
     EXPECT_EQ(poll.designPath + poll.logPath + poll.exportPath, "d.obc--quieta.txt");
     EXPECT_EQ(poll.loops, 100000);
+    EXPECT_EQ(taken<ExportOptions>("export a.log A.CSV --decimals comma").decimals, Decimals::comma);
     EXPECT_EQ(taken<PollOptions>("poll d.obc --seconds 86400").seconds, std::chrono::seconds(86400));
     const auto report = taken<ReportOptions>("report --json --replay a.txt");
     EXPECT_TRUE(report.json && report.replayPath == "a.txt");
@@ -141,7 +143,8 @@ TEST(CommandLineTest, RefusesWhatIsWrong)
                "terminal --hex --oct|poll|poll a.obc --loops 0|poll a.obc --loops 1 --seconds 1|"
                "poll a.obc --log=|report --replay=|report --replay a.txt b|poll a.obc --log a.txt --export "
                "./a.txt|poll a.obc --log a.obc|"
-               "export a.log a.log|scan --mode 5-0|dtc|dtc lookup|dtc export a.txt --tab --comma",
+               "export a.log a.log|export a.log a.txt --decimals point|export a.log a.csv --decimals dot|"
+               "poll a.obc --decimals comma|scan --mode 5-0|dtc|dtc lookup|dtc export a.txt --tab --comma",
                '|'))
         EXPECT_NE(refusal(words), "no failure") << words;
     EXPECT_EQ(refusal("poll a b"), "wrong words after \"poll\"; the command is: zint-obd poll DESIGN.obc");

@@ -185,6 +185,8 @@ TEST_F(PollEndToEnd, WritesWhatTheVehicleSent)
     EXPECT_EQ(keptFiles(program), 0) << "what is saved needs no recovery";
     EXPECT_EQ(runZint(words(inFolder("export run.log again.txt"))).status, 0);
     EXPECT_EQ(content("again.txt"), table);
+    EXPECT_EQ(runZint(words(inFolder("export run.log again.csv --decimals comma"))).status, 0);
+    EXPECT_TRUE(content("again.csv").starts_with("Time (s);Barometer (kPa);OBD type;Not There (?)\r\n0,"));
     expectFailure(runZint(words(inFolder("export bad.obc again.txt"))),
                   "bad.obc\": This is no whole data log, line 2: ");
 }

@@ -2,6 +2,7 @@
 #include "runner/window/obdPollForm.h"
 #include "support/designOf.h"
 
+#include <QFileDialog>
 #include <QTableView>
 #include <QToolButton>
 
@@ -85,10 +86,18 @@ TEST_F(ObdPollFormTest, ToolbarKeysAndTheWayToTheDesigner)
         EXPECT_EQ(button->defaultAction()->shortcut().toString(), button->toolTip().left(2));
     }
     type("scnUpdate", "100");
+    click("mnuDecimalComma");
+    inNextDialog([this](QDialog& dialog) {
+        qobject_cast<QFileDialog*>(&dialog)->selectFile(toQt(folder.path("run.csv")));
+        dialog.accept();
+    });
+    press("F5");
+    EXPECT_EQ(contents(folder.path("run.csv")), "Time (s);Engine RPM (rpm);Coolant (C)\r\n");
     closeBy("mnuDesigner");
     EXPECT_EQ(opened, std::vector{Tool::pollDesigner});
     open<obdPollForm>(context);
     EXPECT_EQ(shown("scnUpdate"), "100") << "it is remembered";
+    EXPECT_TRUE(form->findChild<QAction*>(u"mnuDecimalComma"_qs)->isChecked());
 }
 
 } // namespace

@@ -60,6 +60,18 @@ TEST(QtFileDialogsTest, StartsWhereAFileCanBeSavedAndAddsTheExtension)
     });
     const TemporaryFolder folder;
     EXPECT_EQ(QtFileDialogs(window).chooseToSave(textFileKinds, folder.path(), ""), folder.path("typed.txt"));
+    const FileKinds kinds{.extension = "txt", .filter = textFileKinds.filter + "|CSV files (*.csv)|*.csv"};
+    for (const bool wantsAllFiles : {false, true}) {
+        inNextDialog([wantsAllFiles](QDialog& dialog) {
+            auto* files = qobject_cast<QFileDialog*>(&dialog);
+            if (wantsAllFiles)
+                Q_EMIT files->filterSelected(files->nameFilters().at(1));
+            files->selectFile(u"typed"_qs);
+            dialog.accept();
+        });
+        EXPECT_EQ(QtFileDialogs(window).chooseToSave(kinds, folder.path(), "last.CSV"),
+                  folder.path(wantsAllFiles ? "typed.txt" : "typed.csv"));
+    }
 }
 
 /// A tool that can't write what it keeps when it is closed.

@@ -54,12 +54,15 @@ TEST_F(RunFilesTest, WritesLogTableAndDump)
     const std::tuple<Kind, const char*, const char*, const char*> rows[] = {
         {Kind::log, "run.log", "run.log log saved", wholeLog},
         {Kind::table, "run.txt", "run.txt export saved", "Car today\r\n \r\nSecond(s)\t(rpm)\r\n0\t1\r\n"},
-        {Kind::dump, "dump.txt", "dump.txt debug data saved", "-1,1,0\r\n0,4,0\r\n"}};
+        {Kind::table, "run.CSV", "run.CSV export saved", "Time (s);010C (rpm)\r\n0,000;1\r\n"},
+        {Kind::dump, "dump.csv", "dump.csv debug data saved", "-1,1,0\r\n0,4,0\r\n"}};
+    poller->useDecimals(Decimals::comma);
     for (const auto& [kind, file, status, whole] : rows) {
-        save(kind, file);
+        save(kind, file, Name::asked);
         EXPECT_EQ(panel().statusBox + saved(file), std::string(status) + whole);
     }
-    EXPECT_EQ(values.parmExportFile, "run.txt") << "a dump has no name of its own";
+    EXPECT_TRUE(save(Kind::table, "", Name::asked).ends_with("|All files (*.*)|*.*|CSV files (*.csv)|*.csv"));
+    EXPECT_EQ(values.parmExportFile, "run.CSV") << "a dump has no name of its own";
 }
 
 TEST_F(RunFilesTest, TellsWhatCantBeWrittenAndTriesALogsNameAgain)

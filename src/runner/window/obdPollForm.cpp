@@ -10,6 +10,7 @@
 #include "widgets/windowPrinter.h"
 
 #include <QHeaderView>
+#include <QLocale>
 #include <QTimer>
 
 #include <optional>
@@ -57,11 +58,14 @@ void obdPollForm::Form_Unload()
     poller_.unload();
     context().settings.save(settingsSection, "scnUpdate", std::to_string(poller_.refreshSeconds()));
     context().settings.save(settingsSection, "reconnect", poller_.panel().reconnect ? "1" : "0");
+    context().settings.save(settingsSection, "decimalComma", ui->mnuDecimalComma->isChecked() ? "1" : "0");
 }
 
 void obdPollForm::restoreBoxes()
 {
     letReconnect(context().settings.get(settingsSection, "reconnect") == "1");
+    const char* const usual = QLocale().decimalPoint() == u',' ? "1" : "0";
+    useDecimalComma(context().settings.get(settingsSection, "decimalComma", usual) == "1");
     if (const std::string stored = context().settings.get(settingsSection, "scnUpdate"); !stored.empty())
         poller_.setRefresh(stored);
 }
@@ -69,6 +73,12 @@ void obdPollForm::restoreBoxes()
 void obdPollForm::letReconnect(bool isAllowed)
 {
     poller_.letReconnect(isAllowed ? Reconnection::Patience(Reconnection::withoutEnd) : std::nullopt);
+}
+
+void obdPollForm::useDecimalComma(bool isWanted)
+{
+    ui->mnuDecimalComma->setChecked(isWanted);
+    poller_.useDecimals(isWanted ? Decimals::comma : Decimals::point);
 }
 
 bool obdPollForm::printOn(QPrinter& printer)
@@ -138,6 +148,7 @@ void obdPollForm::connectActions()
     saves(ui->mnuExportLog, Kind::table, Name::usual);
     saves(ui->mnuExportLogAs, Kind::table, Name::asked);
     saves(ui->mnuDebugLog, Kind::dump, Name::asked);
+    on(ui->mnuDecimalComma, &QAction::triggered, &obdPollForm::useDecimalComma);
     onAsking(ui->mnuRecover, &QAction::triggered, [this] { poller_.recover(CommonDialog1); });
     onTrigger(ui->mnuDesigner, &obdPollForm::mnuDesigner_Click);
     takes(ui->textSampleCnt, &Poller::setMaxLoops);

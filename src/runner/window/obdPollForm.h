@@ -36,6 +36,7 @@ private:
     void connectActions();
     void restoreBoxes();
     void letReconnect(bool isAllowed);
+    void useDecimalComma(bool isWanted);
     void save(RunFiles::Kind kind, RunFiles::Name name);
     void paint();
 

@@ -1,4 +1,4 @@
-#include "dtcdb/csvText.h"
+#include "shared/csvText.h"
 
 namespace zint {
 namespace {
