@@ -1,6 +1,7 @@
 #include "runner/keptRuns.h"
 
 #include "runner/keptRunFile.h"
+#include "runner/runDisplay.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
 
@@ -44,8 +45,7 @@ std::optional<std::string> summaryOf(const std::string& path, const DateText& da
                 lastTime = sample->time.seconds;
             if (samples > 0)
                 text = dateText(head.firstStart) + "   " + head.design.title + " (" +
-                       std::to_string(samples) + (samples == 1 ? " sample in " : " samples in ") +
-                       durationText(lastTime) + (endsWith(path, leftMark) ? ")" : ", cut off)");
+                       samplesText(samples, lastTime) + (endsWith(path, leftMark) ? ")" : ", cut off)");
         });
     } catch (const std::exception&) { // a file that is damaged, or gone by now
         return std::nullopt;

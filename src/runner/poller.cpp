@@ -20,14 +20,16 @@ Poller::Poller(Surroundings surroundings, const Design& design)
                                              [this](const std::string& status) {
                                                  panel_.statusBox = status;
                                                  changed();
+                                             },
+                                             [this](const std::string& path) {
+                                                 if (onLog)
+                                                     onLog(path);
                                              }}),
       pace_(design, around_.line.choice.bitsPerSecond)
 {
     around_.ticker.onTick = [this] { tick(); };
     around_.ticker.setInterval(tickInterval);
-    panel_.titleLab = summaryOf(design_);
-    for (const DesignEntry& event : design_.events)
-        panel_.obdGrid.push_back({.description = event.description});
+    showDesign();
 }
 
 void Poller::load()
@@ -58,7 +60,10 @@ void Poller::pressStart()
 bool Poller::mayStart()
 {
     const std::string& limit = panel_.timeLimit;
-    if (state_.isFull())
+    if (opened_)
+        around_.prompts.message("These values are from " + opened_->file +
+                                ". Choose New Poll/Reset Values before polling.");
+    else if (state_.isFull())
         around_.prompts.message("All samples filled, reset values before polling again");
     else if (!isEverDue(design_))
         around_.prompts.message(
@@ -105,7 +110,8 @@ std::int64_t Poller::refreshSeconds() const
 void Poller::setMaxLoops(const std::string& text)
 {
     panel_.textSampleCnt = text;
-    showLength(panel_, state_, pace_);
+    if (!isOpened())
+        showLength(panel_, state_, pace_);
     changed();
 }
 
@@ -158,7 +164,10 @@ void Poller::resetValues()
     state_.limits.loops = loopsIn(panel_.textSampleCnt, state_.limits.loops);
     panel_.textSampleCnt = std::to_string(state_.limits.loops);
     panel_.statusBox = "Values reset." + files_.leave(run());
+    const bool wasOpened = std::exchange(opened_, std::nullopt).has_value();
     samples_.reset(design_);
+    if (wasOpened)
+        showDesign();
     state_.turn.loop = 0;
     state_.counts = countsFromNow();
     state_.sinceReset = {.began = isPolling() ? state_.sinceReset.began : state_.counts.began};
@@ -195,7 +204,7 @@ std::string Poller::save(RunFiles::Kind kind, const std::string& path)
 
 void Poller::loadLog()
 {
-    panel_.statusBox = "Loading is not in this version; zint-obd export turns a log into a table";
+    panel_.statusBox = "Loading is not in this version; \"Open Log...\" in the File menu shows a log";
     changed();
 }
 

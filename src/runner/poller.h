@@ -17,6 +17,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -63,8 +64,18 @@ public:
     /// Counts at once. @param patience see Reconnection::allow()
     void letReconnect(Reconnection::Patience patience);
 
-    void resetValues(); ///< empties the store; a run that is on goes on
-    void loadLog();     ///< says that there is no way back from a log yet
+    /// Empties the store. A run that is on goes on; after an opened one the design to poll is shown again.
+    void resetValues();
+    void loadLog(); ///< says where logs are opened
+
+    /// Whether another run may be opened; the user is told what is against it.
+    bool mayOpen();
+
+    std::string chooseLog(FileDialogs& dialogs) const { return files_.chooseLog(dialogs); }
+
+    /// Shows a log in place of the present run, which stays kept when it is not saved. Polling waits for a
+    /// reset then. The user is told what can't be opened; all stays as it was then.
+    void openLog(const std::string& path);
 
     void useDecimals(Decimals decimals) { files_.useDecimals(decimals); } ///< in exports that are CSV files
 
@@ -76,7 +87,17 @@ public:
     }
     /// @return why it could not be written, to be told; else empty
     std::string save(RunFiles::Kind kind, const std::string& path);
-    void recover(FileDialogs& dialogs) { files_.recover(dialogs); }
+
+    /// Saves a kept run as a log. @return the run, for showRecovered(); nothing unless it is saved
+    std::optional<OpenedRun> recover(FileDialogs& dialogs) { return files_.recover(dialogs); }
+
+    /// Shows it as openLog() does, with its true times; does nothing while another run may not be opened.
+    void showRecovered(OpenedRun recovered);
+
+    bool isOpened() const { return opened_.has_value(); } ///< what is shown came from a file
+
+    /// Of what is shown: that of the opened run, or the one to poll.
+    const Design& design() const { return opened_ ? opened_->log.design : design_; }
 
     bool isPolling() const { return state_.isPolling(); }
 
@@ -109,11 +130,22 @@ public:
     /// "NO DATA" replies since the window was opened.
     std::int64_t noDataCount() const { return state_.noData; }
 
+    // Of the runs of this window.
     std::chrono::system_clock::time_point firstStart() const { return state_.sinceReset.began.date; }
     std::chrono::system_clock::time_point lastStart() const { return state_.counts.began.date; }
 
+    /// Of what is shown, as date and time.
+    std::string firstStartText() const
+    {
+        return opened_ ? opened_->log.firstStart : around_.dateText(firstStart());
+    }
+
     std::function<void()> onChanged; ///< called when the panel may have changed; not for each reply
     std::function<void()> onReply;   ///< called for each complete reply, those to commands included
+
+    /// Called when design() has become another one, with samples() in place and in front of onChanged.
+    std::function<void()> onDesignChanged;
+    std::function<void(const std::string& path)> onLog; ///< called for each log that was saved or opened
 
 private:
     using Phase = RunState::Phase;
@@ -131,6 +163,9 @@ private:
     void start();
     void stop(const std::string& status, Phase phase = Phase::stopped);
     std::string completedStatus();
+    std::string reasonToStay() const;
+    void show(OpenedRun opened, std::string_view done);
+    void showDesign();
     void tick();
     void wait();
     void interrupt();
@@ -156,7 +191,7 @@ private:
     void changed();
 
     RunState::Time now() const { return around_.clock.monotonic(); }
-    RunFiles::Run run() const { return {design_, samples_, firstStart()}; }
+    RunFiles::Run run() const { return {design(), samples_, firstStartText()}; }
 
     Surroundings around_;
     const Design& design_;
@@ -167,6 +202,7 @@ private:
     RunPace pace_;
     Reconnection reconnection_;
     RunState state_;
+    std::optional<OpenedRun> opened_; ///< its samples are in samples_
 };
 
 } // namespace zint

@@ -89,6 +89,31 @@ void showEvents(PollPanel& panel, const RunState& run, const Design& design, con
     panel.statLab1 = summaryText(run.turn.loop, run.counts.events, seconds);
 }
 
+void showOpened(PollPanel& panel, const Design& design, const SampleStore& samples,
+                const std::string& firstStart)
+{
+    constexpr std::size_t longestShown = 64; // of a start: any text can stand there
+    std::int64_t count = 0;
+    std::int32_t seconds = 0;
+    for (std::size_t event = 0; event < panel.obdGrid.size(); ++event) {
+        const EventTotals& totals = samples.events()[event];
+        if (totals.sampleCount == 0)
+            continue;
+        showValues(panel.obdGrid[event], totals, design.events[event].conversion);
+        count += totals.sampleCount;
+        seconds = std::max(seconds, samples[totals.lastSample].time);
+    }
+    panel.statLab1 = samplesText(count, seconds);
+    panel.lengthHint = firstStart.size() <= longestShown ? "First start: " + firstStart : "";
+    panel.hint.clear();
+    panel.ProgressBar1 = {};
+}
+
+std::string samplesText(std::int64_t samples, std::int64_t seconds)
+{
+    return std::to_string(samples) + (samples == 1 ? " sample in " : " samples in ") + durationText(seconds);
+}
+
 void showProgress(PollPanel& panel, const RunState& run, const RunPace& pace, RunState::Time now)
 {
     const RunLimits& limits = run.limits;

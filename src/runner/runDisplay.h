@@ -6,6 +6,7 @@
 #include "runner/runState.h"
 #include "samples/sampleStore.h"
 
+#include <cstdint>
 #include <string>
 
 /// Fills the poll runner's panel with where a run stands.
@@ -15,6 +16,14 @@ namespace zint {
 /// told as such: one odd reply is no reason to show nothing.
 void showEvents(PollPanel& panel, const RunState& run, const Design& design, const SampleStore& samples,
                 RunState::Time now);
+
+/// Shows the figures of a run that was opened; nothing is known of its replies. An event without samples has
+/// none. @param firstStart date and time text
+void showOpened(PollPanel& panel, const Design& design, const SampleStore& samples,
+                const std::string& firstStart);
+
+/// "12 samples in 1:05". @param seconds at least 0
+std::string samplesText(std::int64_t samples, std::int64_t seconds);
 
 /// Shows how far the run is, and how long it goes on.
 void showProgress(PollPanel& panel, const RunState& run, const RunPace& pace, RunState::Time now);

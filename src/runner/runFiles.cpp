@@ -6,7 +6,9 @@
 #include "shared/module1.h"
 #include "shared/textFile.h"
 
+#include <new>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace zint {
@@ -45,7 +47,9 @@ std::string RunFiles::choose(Kind kind, Name name, FileDialogs& dialogs) const
     const KindFacts& facts = factsOf(kind);
     if (name == Name::usual && isNamed_.at(static_cast<std::size_t>(kind)))
         return around_.values.*facts.path;
-    const std::string proposed = facts.name != nullptr ? around_.values.*facts.name : std::string();
+    std::string proposed = facts.name != nullptr ? around_.values.*facts.name : std::string();
+    if (kind == Kind::log && !openedName_.empty())
+        proposed = openedName_;
     return dialogs.chooseToSave(facts.files, around_.values.parmInitDir, proposed);
 }
 
@@ -53,6 +57,7 @@ std::string RunFiles::leave(const Run& run)
 {
     KeptRuns& kept = around_.kept;
     isNamed_ = {};
+    openedName_.clear();
     kept.flush();
     const bool isUnsaved = !run.samples.isEmpty() && !kept.isSaved();
     const bool isKept = kept.failure().empty();
@@ -68,9 +73,17 @@ std::string RunFiles::save(const Run& run, Kind kind, const std::string& path)
     const Result result = write(run, kind, path);
     if (result.isWritten || kind == Kind::log)
         remember(kind, path);
-    if (result.isWritten && kind == Kind::log)
+    if (result.isWritten && kind == Kind::log) {
         around_.kept.setSaved();
+        around_.noteLog(path);
+    }
     return result.failure;
+}
+
+bool RunFiles::wouldLose(const SampleStore& samples) const
+{
+    const KeptRuns& kept = around_.kept;
+    return !samples.isEmpty() && !kept.isSaved() && !kept.failure().empty();
 }
 
 void RunFiles::remember(Kind kind, const std::string& path)
@@ -84,29 +97,70 @@ void RunFiles::remember(Kind kind, const std::string& path)
     isNamed_.at(static_cast<std::size_t>(kind)) = true;
 }
 
-void RunFiles::recover(FileDialogs& dialogs)
+std::string RunFiles::chooseLog(FileDialogs& dialogs) const
+{
+    return dialogs.chooseToOpen(factsOf(Kind::log).files, around_.values.parmInitDir);
+}
+
+std::optional<OpenedRun> RunFiles::open(const std::string& path)
+{
+    OpenedRun run{.file = fileNamePart(path), .log = {}};
+    try {
+        if (!around_.prompts.runLong("Reading " + run.file,
+                                     [&](Progress& progress) { run.log = loadLog(path, progress); })) {
+            around_.showStatus("Reading " + run.file + " was stopped");
+            return std::nullopt;
+        }
+        if (run.log.samples.isEmpty())
+            throw FileError("\"" + path + "\" holds no samples, so there is nothing to show.");
+    } catch (const FileError& error) {
+        around_.prompts.message(error.what());
+        return std::nullopt;
+    } catch (const std::bad_alloc&) {
+        around_.prompts.message("There is not enough memory for all samples of \"" + path + "\".");
+        return std::nullopt;
+    }
+    around_.values.rememberFolderOf(path);
+    around_.noteLog(path);
+    return run;
+}
+
+void RunFiles::enter(const std::string& file)
+{
+    openedName_ = file;
+    around_.kept.setSaved(); // the file has it
+}
+
+std::optional<OpenedRun> RunFiles::recover(FileDialogs& dialogs)
 {
     std::vector<KeptEntry> entries;
     const auto look = [&](Progress& progress) { entries = around_.kept.list(progress); };
     if (!around_.prompts.runLong("Looking for unsaved runs", look))
-        return;
+        return std::nullopt;
     const auto chosen = chooseToRecover(around_.prompts, entries, "run");
     if (!chosen)
-        return;
+        return std::nullopt;
     KeptRun run;
     const auto load = [&](Progress& progress) { run = KeptRuns::load(*chosen, progress); };
     if (!around_.prompts.runLong("Reading the unsaved run", load))
-        return;
+        return std::nullopt;
     const std::string path = dialogs.chooseToSave(factsOf(Kind::log).files, around_.values.parmInitDir, {});
     if (path.empty())
-        return;
-    const Result result = write({run.design, run.samples, run.firstStart}, Kind::log, path);
+        return std::nullopt;
+    OpenedRun opened{
+        .file = fileNamePart(path),
+        .log = {std::move(run.design), around_.dateText(run.firstStart), std::move(run.samples)}};
+    const Result result =
+        write({opened.log.design, opened.log.samples, opened.log.firstStart}, Kind::log, path);
     if (result.isWritten) {
         around_.values.rememberFolderOf(path);
+        around_.noteLog(path);
         KeptRuns::remove(*chosen);
-    } else if (!result.failure.empty()) {
-        around_.prompts.message(result.failure);
+        return opened;
     }
+    if (!result.failure.empty())
+        around_.prompts.message(result.failure);
+    return std::nullopt;
 }
 
 RunFiles::Result RunFiles::write(const Run& run, Kind kind, const std::string& path) const
@@ -114,16 +168,15 @@ RunFiles::Result RunFiles::write(const Run& run, Kind kind, const std::string& p
     const KindFacts& facts = factsOf(kind);
     const std::string name = fileNamePart(path);
     const auto content = [&](std::ostream& stream, Progress& progress) {
-        const std::string start = around_.dateText(run.firstStart);
         const auto tell = [this](const std::string& text) { around_.prompts.message(text); };
         if (kind == Kind::log)
-            writeLog(stream, run.design, run.samples, start, progress);
+            writeLog(stream, run.design, run.samples, run.firstStart, progress);
         else if (kind == Kind::dump)
             writeDebugDump(stream, run.samples, progress);
         else if (isCsvPath(path))
             writeCsv(stream, run.design, run.samples, decimals_, tell, progress);
         else
-            writeExport(stream, run.design, run.samples, start, tell, progress);
+            writeExport(stream, run.design, run.samples, run.firstStart, tell, progress);
     };
     try {
         const bool isWritten = around_.prompts.runLong("Saving " + name, [&](Progress& progress) {

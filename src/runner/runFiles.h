@@ -3,6 +3,7 @@
 #include "catalogue/design.h"
 #include "runner/keptRuns.h"
 #include "samples/csvExport.h"
+#include "samples/dataLogReader.h"
 #include "samples/sampleStore.h"
 #include "shared/clock.h"
 #include "shared/fileDialogs.h"
@@ -10,15 +11,21 @@
 #include "shared/prompts.h"
 
 #include <array>
-#include <chrono>
 #include <functional>
+#include <optional>
 #include <ostream>
 #include <string>
 
 namespace zint {
 
+/// A run out of a file.
+struct OpenedRun {
+    std::string file; ///< its name
+    DataLog log;
+};
+
 /// The files that a run is written to when the user asks for it: data log, export and debug dump; and the
-/// way back for a run that was not saved.
+/// way back from a log, and for a run that was not saved.
 ///
 /// Asking and writing are two steps: a run that is on brings samples while a dialog is open, and none while
 /// it is written. Nothing here throws for a file that can't be written.
@@ -31,13 +38,15 @@ public:
         KeptRuns& kept;
         DateText dateText;
         std::function<void(const std::string&)> showStatus;
+        /// Gets the path of each log that was written or read.
+        std::function<void(const std::string&)> noteLog = [](const std::string& /*path*/) {};
     };
 
     /// What is written.
     struct Run {
         const Design& design;
         const SampleStore& samples;
-        std::chrono::system_clock::time_point firstStart;
+        std::string firstStart; ///< date and time text
     };
 
     enum class Kind { log, table, dump };
@@ -56,6 +65,9 @@ public:
     /// @return what to say of one that was not saved
     std::string leave(const Run& run);
 
+    /// Whether a run would be lost by leave(): it is neither saved nor kept.
+    bool wouldLose(const SampleStore& samples) const;
+
     /// The path of the file to write; empty when the user cancels. Changes nothing.
     std::string choose(Kind kind, Name name, FileDialogs& dialogs) const;
 
@@ -64,8 +76,19 @@ public:
     /// @return why it could not be written, for the user; else empty
     std::string save(const Run& run, Kind kind, const std::string& path);
 
-    /// Saves one of the kept runs, which the user chooses, as a log.
-    void recover(FileDialogs& dialogs);
+    /// The path of a log to open; empty when the user cancels.
+    std::string chooseLog(FileDialogs& dialogs) const;
+
+    /// Reads a log; tells the user when that can't be done. Changes nothing of the present run.
+    /// @return nothing for what is no log, can't be read, holds no samples or was stopped
+    std::optional<OpenedRun> open(const std::string& path);
+
+    /// The present run is one out of a file, and another one than before: its first log asks for a name, and
+    /// that of this file is proposed.
+    void enter(const std::string& file);
+
+    /// Saves one of the kept runs, which the user chooses, as a log. @return the run, once it is saved
+    std::optional<OpenedRun> recover(FileDialogs& dialogs);
 
 private:
     static constexpr std::size_t kinds = 3;
@@ -81,6 +104,7 @@ private:
     Surroundings around_;
     Decimals decimals_ = Decimals::point;
     std::array<bool, kinds> isNamed_{}; ///< by the user, for the present run
+    std::string openedName_;            ///< of the present run's file; empty unless it was opened
 };
 
 } // namespace zint

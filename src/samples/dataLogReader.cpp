@@ -74,14 +74,18 @@ Sample toSample(std::string_view line)
 
 class LogReader {
 public:
-    explicit LogReader(std::istream& stream) : lines_(stream) {}
+    LogReader(std::istream& stream, Progress& progress) : lines_(stream), progress_(progress) {}
 
     DataLog read()
     {
         try {
             DataLog log{.design = readLoggedDesign(lines_), .firstStart = startLine()};
-            log.samples = inOrderOfRequests(log.design, waiting(log.design));
+            const std::size_t count = recordCount();
+            ProgressSteps steps(progress_, 2 * count); // each record is read, and put in its place
+            log.samples = inOrderOfRequests(log.design, waiting(log.design, count, steps), steps);
             return log;
+        } catch (const WorkStopped&) {
+            throw;
         } catch (const std::runtime_error& error) { // also of a number in the design that is none
             throw FileError("This is no whole data log, line " + std::to_string(lines_.number()) + ": " +
                             error.what());
@@ -112,14 +116,13 @@ private:
     {
         const auto line = nextLine();
         const auto count = toNumber<std::size_t>(trimmed(line.value_or("")));
-        if (!count)
+        if (!count || *count > SampleStore::mostRecords)
             throw FileError("this is no number of records");
         return *count;
     }
 
-    std::vector<Waiting> waiting(const Design& design)
+    std::vector<Waiting> waiting(const Design& design, std::size_t count, ProgressSteps& steps)
     {
-        const std::size_t count = recordCount();
         std::size_t records = 0;
         std::vector<Waiting> all;
         while (const auto line = nextLine()) {
@@ -131,6 +134,7 @@ private:
                 all.back().samples.push_back(toSample(*line));
             if (++records > count)
                 throw FileError("there are more records than the " + std::to_string(count) + " announced");
+            steps.step();
         }
         if (records < count || isLastEmpty(all))
             throw FileError("the file ends after " + std::to_string(records) + " of " +
@@ -159,7 +163,8 @@ private:
     /// The samples as a run brings them: loop by loop, and of each loop the events that are due. A bad reply
     /// left a gap that only the times tell of; a run that was stopped and started again began its loop anew.
     /// The order found there is the likely one.
-    static SampleStore inOrderOfRequests(const Design& design, std::vector<Waiting> waiting)
+    static SampleStore inOrderOfRequests(const Design& design, std::vector<Waiting> waiting,
+                                         ProgressSteps& steps)
     {
         SampleStore store;
         store.reset(design);
@@ -181,6 +186,7 @@ private:
             }
             latest = std::max(latest, next->time());
             store.addSaved(next->event, next->first().value, next->first().time);
+            steps.step();
             if (next->loop != noLoop)
                 next->loop = dueFrom(*next, next->loop + 1);
             if (++next->taken == next->samples.size())
@@ -190,10 +196,24 @@ private:
     }
 
     LineReader lines_;
+    Progress& progress_;
 };
 
 } // namespace
 
-DataLog readLog(std::istream& stream) { return LogReader(stream).read(); }
+DataLog readLog(std::istream& stream, Progress& progress) { return LogReader(stream, progress).read(); }
+
+DataLog loadLog(const std::string& path, Progress& progress)
+{
+    DataLog log;
+    readFile(path, [&](std::istream& stream) {
+        try {
+            log = readLog(stream, progress);
+        } catch (const FileError& error) {
+            throw FileError("\"" + path + "\": " + error.what());
+        }
+    });
+    return log;
+}
 
 } // namespace zint

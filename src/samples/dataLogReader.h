@@ -2,6 +2,7 @@
 
 #include "catalogue/design.h"
 #include "samples/sampleStore.h"
+#include "shared/progress.h"
 
 #include <istream>
 #include <string>
@@ -21,7 +22,11 @@ struct DataLog {
 /// evenly over it. A table that is made of a log must
 /// have the rows that the run itself gives: one for each loop through the design. So the reader finds the
 /// order between the events again, from the times and the design's frequencies.
-/// @throws FileError (with the line's number) for what is no data log, also one that was cut short
-DataLog readLog(std::istream& stream);
+/// @throws FileError (with the line's number) for what is no data log, also one that was cut short;
+/// WorkStopped
+DataLog readLog(std::istream& stream, Progress& progress = unwatched);
+
+/// The same from a file. @throws FileError (with the file's path), WorkStopped
+DataLog loadLog(const std::string& path, Progress& progress = unwatched);
 
 } // namespace zint

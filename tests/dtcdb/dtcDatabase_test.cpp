@@ -15,7 +15,7 @@ using namespace std::string_literals;
 
 const std::string table = "CREATE TABLE DTCset (Code TEXT, Description TEXT, Notes TEXT);";
 const std::string layout = table + "CREATE UNIQUE INDEX DTCndx ON DTCset (Code COLLATE NOCASE);";
-const DtcRecord record{"P0300", "Misfire", ""};
+const DtcRecord addedRecord{"P0300", "Misfire", ""};
 
 struct DtcDatabaseTest : testing::Test {
     TemporaryFolder folder;
@@ -109,7 +109,7 @@ TEST_F(DtcDatabaseTest, ANewDatabaseGetsItsNameWhenItIsWhole)
 {
     const auto fill = [this](DtcDatabase& database) {
         EXPECT_FALSE(isSetUp(path)) << "a kill would leave it";
-        database.add(record);
+        database.add(addedRecord);
     };
     const auto fail = [](DtcDatabase&) { throw std::runtime_error("no"); };
     EXPECT_THROW(DtcDatabase::create(path, fail), std::runtime_error);
@@ -138,7 +138,7 @@ TEST_F(DtcDatabaseTest, AStepIsTakenAsAWholeAndKeepsOthersOut)
     ends.join();
     const auto addAndFail = [&] {
         EXPECT_THROW(other.exec("BEGIN IMMEDIATE"), SQLite::Exception);
-        database->add(record);
+        database->add(addedRecord);
         EXPECT_EQ(database->count(), 1);
         throw std::runtime_error("no");
     };
@@ -146,7 +146,7 @@ TEST_F(DtcDatabaseTest, AStepIsTakenAsAWholeAndKeepsOthersOut)
     EXPECT_EQ(database->count(), 0);
     std::filesystem::rename(utf8Path(path), utf8Path(folder.path("moved")));
     expectFailure("written: the file was moved or deleted. Close it and open it",
-                  [&] { database->add(record); });
+                  [&] { database->add(addedRecord); });
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "support/designOf.h"
 
 #include <QFileDialog>
+#include <QMenu>
 #include <QTableView>
 #include <QToolButton>
 
@@ -72,6 +73,35 @@ TEST_F(ObdPollFormTest, GoesOnPollingWhileADialogIsOpen)
         EXPECT_EQ(sent, (std::vector<std::string>{"0105\r", "010C\r"})) << action;
     }
     EXPECT_FALSE(form->isVisible()) << "it closes when the dialog has gone";
+}
+
+TEST_F(ObdPollFormTest, OpensRecentLogs)
+{
+    const auto recent = [this] {
+        std::string texts;
+        for (const QAction* entry : control<QMenu>("mnuRecent")->actions())
+            texts += entry->isVisible() ? fromQt(entry->text()) + "|" : "";
+        return texts;
+    };
+    EXPECT_EQ(enabled("mnuOpenLog"), "mnuOpenLog");
+    EXPECT_FALSE(control<QMenu>("mnuRecent")->menuAction()->isEnabled());
+    const std::string path = folder.path("a&b.log");
+    TemporaryFolder::write(path, "Bike\r\n|200\r\n010D|Speed|7|1|0\r\nEOP - end of Parms\r\ntoday\r\n 2 "
+                                 "\r\n##1\r\n65,40\r\n");
+    settings.save("Poll Data", "recent1", "/gone.log");
+    settings.save("Poll Data", "recent2", path);
+    open<obdPollForm>(context);
+    EXPECT_EQ(recent(), "&1 gone.log|&2 a&&b.log||&Clear List|");
+    click("mnuRecent2");
+    EXPECT_EQ(shown("titleLab statLab1"), "Bike (1 events), from a&b.log|1 sample in 1:05");
+    EXPECT_EQ(cell(0, 0).toString() + cell(0, 1).toString(), u"Speed24.86mph");
+    EXPECT_EQ(recent(), "&1 a&&b.log|&2 gone.log||&Clear List|");
+    EXPECT_EQ(messageBy("mnuRecent2"), "\"/gone.log\" is no longer there. It leaves the list.");
+    EXPECT_EQ(recent(), "&1 a&&b.log||&Clear List|");
+    click("mnuResetVal");
+    EXPECT_EQ(shown("titleLab"), "Car (2 events)");
+    click("mnuClearRecent");
+    EXPECT_FALSE(control<QMenu>("mnuRecent")->menuAction()->isEnabled());
 }
 
 TEST_F(ObdPollFormTest, ToolbarKeysAndTheWayToTheDesigner)

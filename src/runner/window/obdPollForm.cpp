@@ -6,6 +6,7 @@
 #include "runner/window/liveChart.h"
 #include "runner/window/pollGridModel.h"
 #include "runner/window/ui_obdPollForm.h"
+#include "shared/module1.h"
 #include "widgets/display.h"
 #include "widgets/windowPrinter.h"
 
@@ -36,14 +37,20 @@ obdPollForm::obdPollForm(ToolContext& context)
                .dateText = dateText,
                .device = [&context] { return context.shell.connection().device; }},
               context.design),
-      grid_(std::make_unique<PollGridModel>())
+      recent_(context.settings, settingsSection), grid_(std::make_unique<PollGridModel>())
 {
     ui->setupUi(this);
     setUpGrid();
     setUpToolbar();
     setUpChart();
+    setUpRecent();
     connectActions();
     poller_.onChanged = [this] { paint(); };
+    poller_.onDesignChanged = [this] { setUpChart(); };
+    poller_.onLog = [this](const std::string& path) {
+        recent_.add(path);
+        paintRecent();
+    };
     setUpPrinting(ui->mnuprintSetup, ui->mnuPrint);
     setUpTool(*ui);
     restoreBoxes();
@@ -112,9 +119,12 @@ void obdPollForm::setUpToolbar()
                                     {ui->mnuDesigner, "openDesign"}});
 }
 
+/// Puts a chart of the design that is shown in the place of the one that was there.
 void obdPollForm::setUpChart()
 {
-    chart_ = makeLiveChart({.design = context().design,
+    const int page = ui->pages->currentIndex();
+    delete chart_;
+    chart_ = makeLiveChart({.design = poller_.design(),
                             .samples = poller_.samples(),
                             .prompts = prompts(),
                             .dialogs = CommonDialog1,
@@ -123,7 +133,26 @@ void obdPollForm::setUpChart()
                            ui->pages);
     if (chart_ == nullptr)
         return;
-    ui->pages->addTab(chart_, tr("&Chart"));
+    ui->pages->insertTab(1, chart_, tr("&Chart"));
+    ui->pages->setCurrentIndex(page);
+}
+
+/// The entries stay, so that none goes while it is being chosen.
+void obdPollForm::setUpRecent()
+{
+    QAction* const behind = ui->mnuRecent->actions().first();
+    for (std::size_t place = 0; place < RecentFiles::most; ++place) {
+        auto* const entry = new QAction(this);
+        entry->setObjectName(QStringLiteral("mnuRecent%1").arg(place + 1));
+        ui->mnuRecent->insertAction(behind, entry);
+        recentEntries_.push_back(entry);
+        onAsking(entry, &QAction::triggered, [this, entry] { openRecent(fromQt(entry->data().toString())); });
+    }
+    on(ui->mnuClearRecent, &QAction::triggered, [this] {
+        recent_.clear();
+        paintRecent();
+    });
+    paintRecent();
 }
 
 void obdPollForm::connectActions()
@@ -149,7 +178,11 @@ void obdPollForm::connectActions()
     saves(ui->mnuExportLogAs, Kind::table, Name::asked);
     saves(ui->mnuDebugLog, Kind::dump, Name::asked);
     on(ui->mnuDecimalComma, &QAction::triggered, &obdPollForm::useDecimalComma);
-    onAsking(ui->mnuRecover, &QAction::triggered, [this] { poller_.recover(CommonDialog1); });
+    onAsking(ui->mnuOpenLog, &QAction::triggered, [this] {
+        if (poller_.mayOpen())
+            openLog(poller_.chooseLog(CommonDialog1));
+    });
+    onAsking(ui->mnuRecover, &QAction::triggered, [this] { recover(); });
     onTrigger(ui->mnuDesigner, &obdPollForm::mnuDesigner_Click);
     takes(ui->textSampleCnt, &Poller::setMaxLoops);
     takes(ui->timeLimit, &Poller::setTimeLimit);
@@ -166,6 +199,47 @@ void obdPollForm::save(RunFiles::Kind kind, RunFiles::Name name)
         if (!failure.empty())
             QTimer::singleShot(0, this, [this, failure] { ask([&] { prompts().message(failure); }); });
     });
+}
+
+void obdPollForm::openLog(const std::string& path)
+{
+    if (!path.empty())
+        gate().run([this, path] { poller_.openLog(path); });
+}
+
+void obdPollForm::openRecent(const std::string& path)
+{
+    if (!poller_.mayOpen())
+        return;
+    if (fileExists(path)) {
+        openLog(path);
+        return;
+    }
+    prompts().message("\"" + path + "\" is no longer there. It leaves the list.");
+    recent_.remove(path);
+    paintRecent();
+}
+
+void obdPollForm::recover()
+{
+    const auto run = std::make_shared<std::optional<OpenedRun>>(poller_.recover(CommonDialog1));
+    if (*run)
+        gate().run([this, run] { poller_.showRecovered(std::move(**run)); });
+}
+
+void obdPollForm::paintRecent()
+{
+    const std::vector<std::string> paths = recent_.paths();
+    for (std::size_t place = 0; place < recentEntries_.size(); ++place) {
+        QAction* const entry = recentEntries_[place];
+        const QString path = place < paths.size() ? toQt(paths[place]) : QString();
+        entry->setVisible(!path.isEmpty());
+        entry->setData(path);
+        entry->setToolTip(path);
+        entry->setText(u'&' + QString::number(place + 1) + u' ' +
+                       toQt(fileNamePart(fromQt(path))).replace(u'&', QStringLiteral("&&")));
+    }
+    ui->mnuRecent->menuAction()->setEnabled(!paths.empty());
 }
 
 void obdPollForm::paint()

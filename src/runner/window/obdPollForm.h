@@ -4,9 +4,12 @@
 #include "platform/qtTimer.h"
 #include "platform/systemClock.h"
 #include "runner/poller.h"
+#include "shared/recentFiles.h"
 #include "widgets/toolForm.h"
 
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace Ui {
 class obdPollForm;
@@ -33,12 +36,17 @@ private:
     void setUpGrid();
     void setUpToolbar();
     void setUpChart();
+    void setUpRecent();
     void connectActions();
     void restoreBoxes();
     void letReconnect(bool isAllowed);
     void useDecimalComma(bool isWanted);
     void save(RunFiles::Kind kind, RunFiles::Name name);
+    void openLog(const std::string& path);
+    void openRecent(const std::string& path);
+    void recover();
     void paint();
+    void paintRecent();
 
     std::unique_ptr<Ui::obdPollForm> ui;
     std::unique_ptr<SerialPort> MSComm1;
@@ -49,6 +57,8 @@ private:
     SystemClock clock_;
     KeptRuns kept_;
     Poller poller_;
+    RecentFiles recent_;
+    std::vector<QAction*> recentEntries_; ///< one for each place of the list
     std::unique_ptr<PollGridModel> grid_;
     LiveChart* chart_ = nullptr; ///< absent in a program without charts
 };
