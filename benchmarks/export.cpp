@@ -1,9 +1,10 @@
 // The files of a long run: the program's data log and export against plain C that prints the same lines from
-// an array, in turn; and the memory that the samples take.
+// an array, in turn; the CSV file against the export; and the memory that the samples take.
 
 #include "fullDesign.h"
 #include "measure.h"
 #include "plainPrinter.h"
+#include "samples/csvExport.h"
 #include "samples/dataExport.h"
 #include "samples/dataLog.h"
 #include "support/temporaryFolder.h"
@@ -136,6 +137,20 @@ Medians measure(const char* name, std::size_t samples, const Ours& ours, const P
     return took;
 }
 
+/// A CSV file against the export, of the same samples, in turn.
+void compareCsv(const Ours& csv, const Ours& table)
+{
+    std::vector<double> csvTook;
+    std::vector<double> tableTook;
+    for (int round = 0; round < rounds; ++round) {
+        csvTook.push_back(seconds([&csv] { writeOurs(nowhere, csv); }));
+        tableTook.push_back(seconds([&table] { writeOurs(nowhere, table); }));
+    }
+    const double ratio = median(csvTook) / median(tableTook);
+    std::printf("CSV: %.3f s (median of %d), ratio to the export %.2f (%s)\n", median(csvTook), rounds, ratio,
+                atMost(1.5, ratio).c_str());
+}
+
 struct Both {
     Medians log;
     Medians table;
@@ -155,10 +170,15 @@ Both measure(int passes)
     const Medians log = measure(
         "log", count, [&](std::ostream& stream) { writeLog(stream, run.design, samples, "now"); },
         [&run](std::FILE* file) { return printLog(file, &run.plain); });
-    const Medians table = measure(
-        "export", count,
-        [&](std::ostream& stream) { writeExport(stream, run.design, samples, "now", ignore); },
-        [&run](std::FILE* file) { return printTable(file, &run.plain); });
+    const auto writeTable = [&](std::ostream& stream) {
+        writeExport(stream, run.design, samples, "now", ignore);
+    };
+    const Medians table = measure("export", count, writeTable,
+                                  [&run](std::FILE* file) { return printTable(file, &run.plain); });
+    const auto writeWithCommas = [&](std::ostream& stream) {
+        writeCsv(stream, run.design, samples, zint::Decimals::comma, ignore);
+    };
+    compareCsv(writeWithCommas, writeTable);
     return {log, table};
 }
 
