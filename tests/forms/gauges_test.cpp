@@ -1,0 +1,120 @@
+#include "chart/window/gauges.h"
+#include "forms/formTest.h"
+#include "support/designOf.h"
+
+#include <algorithm>
+#include <span>
+
+namespace zint {
+namespace {
+
+struct PaintCounter : QObject {
+    int paints = 0;
+
+    bool eventFilter(QObject* /*object*/, QEvent* event) override
+    {
+        paints += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+struct GaugesTest : FormTest {
+    SampleStore samples;
+    EventChoice choice{nullptr};
+    Gauges* gauges = nullptr;
+
+    void show()
+    {
+        design = designOf({{.code = "010C", .description = "Engine RPM", .conversion = 5},
+                           {.code = "0105", .conversion = 3}});
+        samples.reset(design);
+        choice.list(design);
+        gauges = open<Gauges>(
+            GaugesSurroundings{[this]() -> const Design& { return design; }, samples, choice}, nullptr);
+        gauges->resize(900, 400);
+        gauges->setRunning(true);
+    }
+
+    QWidget* gauge(const char* name)
+    {
+        const auto all = form->findChildren<QWidget*>();
+        const auto found = std::ranges::find(all, QLatin1String(name), &QWidget::accessibleName);
+        return found != all.end() ? *found : throw std::logic_error(std::string("no gauge ") + name);
+    }
+    std::string told(const char* name) { return fromQt(gauge(name)->accessibleDescription()); }
+
+    /// How many pixels the figure has, once it shows a value.
+    std::ptrdiff_t figureSize(int rpm)
+    {
+        samples.add(0, rpm * 4, {});
+        gauges->setRunning(false);
+        gauges->setRunning(true);
+        const QPixmap all = gauge("Engine RPM")->grab();
+        const QImage figure = all.copy(all.rect().adjusted(9, all.height() / 4, -9, -all.height() * 2 / 5))
+                                  .toImage()
+                                  .convertToFormat(QImage::Format_Grayscale8);
+        const std::span bits(figure.constBits(), static_cast<std::size_t>(figure.sizeInBytes()));
+        return std::ranges::count_if(bits, [](uchar grey) { return grey < 128; });
+    }
+};
+
+TEST_F(GaugesTest, ShowTheChosenEventsOfTheirDesign)
+{
+    show();
+    samples.add(0, 8000, {});
+    samples.addError(0);
+    gauges->setRunning(false);
+    EXPECT_EQ(told("Engine RPM"), "2000 rpm, minimum 2000, maximum 2000, bad replies: 1");
+    EXPECT_EQ(gauge("Engine RPM")->toolTip(), u"Engine RPM\nBad replies: 1");
+    EXPECT_EQ(told("0105"), "- C");
+    choice.item(0)->setCheckState(Qt::Unchecked);
+    EXPECT_THROW(gauge("Engine RPM"), std::logic_error);
+    design = designOf({{.code = "010D", .description = "Speed", .conversion = 6}});
+    samples.reset(design);
+    choice.list(design);
+    gauges->setRunning(false);
+    EXPECT_EQ(told("Speed"), "- kph");
+}
+
+TEST_F(GaugesTest, ArePaintedWhileTheyAreSeenAndChangeAndNotForEachSample)
+{
+    show();
+    PaintCounter changing;
+    PaintCounter still;
+    const auto paintsIn300ms = [&](bool isSampled) {
+        changing.paints = still.paints = 0;
+        for (int ms = 0; ms < 300; ms += 5) {
+            if (isSampled)
+                samples.add(0, ms * 8, {});
+            QTest::qWait(5);
+        }
+        return changing.paints;
+    };
+    paintsIn300ms(true);
+    gauge("Engine RPM")->installEventFilter(&changing);
+    gauge("0105")->installEventFilter(&still);
+    const int paints = paintsIn300ms(true);
+    EXPECT_TRUE(paints >= 1 && paints <= 5) << paints; // a machine may be slow
+    EXPECT_EQ(still.paints, 0);
+    EXPECT_LE(paintsIn300ms(false), 1) << "the last sample";
+    gauges->hide();
+    EXPECT_EQ(paintsIn300ms(true), 0);
+    gauges->show();
+    gauges->setRunning(false);
+    QTest::qWait(50);
+    EXPECT_EQ(paintsIn300ms(true), 0);
+}
+
+TEST_F(GaugesTest, KeepTheSizeOfTheWidestFigure)
+{
+    show();
+    choice.item(1)->setCheckState(Qt::Unchecked);
+    gauges->resize(450, 400); // higher than three digits need
+    const auto first = figureSize(8);
+    figureSize(888888);
+    EXPECT_LT(figureSize(8), first / 2);
+    EXPECT_GT(figureSize(8), 100);
+}
+
+} // namespace
+} // namespace zint
