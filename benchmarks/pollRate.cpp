@@ -83,7 +83,7 @@ Run poll(const std::string& path, int loops)
     auto* form = new zint::obdPollForm(context);
     form->show();
     const auto* pages = form->findChild<QTabWidget*>();
-    const_cast<QTabWidget*>(pages)->setCurrentIndex(pages->count() - 1);
+    const_cast<QTabWidget*>(pages)->setCurrentIndex(1);
     auto* loopsBox = form->findChild<QLineEdit*>(QStringLiteral("textSampleCnt"));
     loopsBox->setText(QString::number(loops));
     Q_EMIT loopsBox->textEdited(loopsBox->text());

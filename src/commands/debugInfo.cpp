@@ -1,5 +1,6 @@
 #include "commands/debugInfo.h"
 
+#include "chart/window/plotLibrary.h"
 #include "commands/commandSession.h"
 #include "dtcdb/databaseLibraries.h"
 #include "platform/qtSettingsStore.h"
@@ -25,12 +26,6 @@ constexpr const char* compiler = "GCC " __VERSION__;
 constexpr const char* compiler = "MSVC";
 #else
 constexpr const char* compiler = "another compiler";
-#endif
-
-#ifdef ZINT_CHARTS
-constexpr const char* charts = "with Qt Charts";
-#else
-constexpr const char* charts = "without Qt Charts";
 #endif
 
 std::string withoutHome(const std::string& text)
@@ -96,9 +91,10 @@ std::string debugInfo(const ConnectionOptions& options)
     const std::vector<DetectedPort> ports = session.ports().detected();
     const std::string text =
         programInfo().productName + " " + programInfo().version() + "\n" + "Built with " + compiler +
-        ", Qt " QT_VERSION_STR " (runs with " + qVersion() + "), " + charts + ", " + databaseLibraries() +
-        "\n" + "System: " + systemText() + "\n" + "Settings: " + fileText(QtSettingsStore().fileName()) +
-        "\n" + "User's data: " + fileText(fromQt(userDataFolder())) + "\n" +
+        ", Qt " QT_VERSION_STR " (runs with " + qVersion() + "), QCustomPlot " QCUSTOMPLOT_VERSION_STR ", " +
+        databaseLibraries() + "\n" + "System: " + systemText() + "\n" +
+        "Settings: " + fileText(QtSettingsStore().fileName()) + "\n" +
+        "User's data: " + fileText(fromQt(userDataFolder())) + "\n" +
         "Program's data: " + fileText(fromQt(programDataFolder())) + "\n" +
         "Code descriptions: " + fileText(session.values.parmDTCdb) + "\n" +
         "Connection: " + portName(session.connection().port) + session.connection().speedText() + "\n" +

@@ -1,34 +1,43 @@
+#include "chart/window/chartStyle.h"
+#include "chart/window/liveChart.h"
+#include "chart/window/plotLibrary.h"
 #include "forms/formTest.h"
-#include "runner/window/liveChart.h"
 #include "support/designOf.h"
 #include "support/scriptedDialogs.h"
 #include "support/scriptedPrompts.h"
 
-#include <QChartView>
-#include <QLineSeries>
-#include <QListWidget>
-#include <QValueAxis>
+#include <QTableView>
 
 #include <cmath>
 
 namespace zint {
 namespace {
 
+enum : std::int32_t { percent = 1, celsius = 3, rpm = 5, mph = 7, fuelStatus = 21 };
+
 struct LiveChartTest : FormTest {
     SampleStore samples;
+    EventChoice choice{nullptr};
     ScriptedDialogs dialogs;
     ScriptedPrompts prompts;
     LiveChart* chart = nullptr;
 
-    LiveChartTest()
+    void open(std::initializer_list<std::int32_t> conversions)
     {
         std::vector<DesignEntry> events;
-        for (const std::int32_t conversion : {5, 21, 7, 3, 3, 7})
+        for (const std::int32_t conversion : conversions)
             events.push_back({.code = "010" + std::to_string(events.size()), .conversion = conversion});
         design = designOf(events);
         samples.reset(design);
-        form = chart = makeLiveChart({design, samples, prompts, dialogs, values}, nullptr);
-        chart->resize(800, 500);
+        choice.list(design);
+        form = chart = makeLiveChart({.design = [this]() -> const Design& { return design; },
+                                      .samples = samples,
+                                      .choice = choice,
+                                      .prompts = prompts,
+                                      .dialogs = dialogs,
+                                      .values = values},
+                                     nullptr);
+        chart->resize(900, 500);
         chart->show();
     }
 
@@ -41,92 +50,315 @@ struct LiveChartTest : FormTest {
         }
     }
 
-    QChart& drawing() { return *control<QChartView>("chartView")->chart(); }
-    const QLineSeries& line(qsizetype number)
+    void finish()
     {
-        return *qobject_cast<QLineSeries*>(drawing().series().at(number));
+        chart->setRunning(true);
+        chart->setRunning(false);
     }
+
+    QCustomPlot& plot() { return *control<QCustomPlot>("chartView"); }
 
     std::string names()
     {
         std::string found;
-        for (const QAbstractSeries* series : drawing().series())
-            found += fromQt(series->name()) + '|';
+        for (int row = 0; row < choice.rowCount(); ++row) {
+            if (choice.item(row)->checkState() == Qt::Checked)
+                found += fromQt(choice.item(row)->text()) + '|';
+        }
         return found;
     }
 
-    /// What the time axis shows, in whole seconds.
-    std::string range()
+    /// The points of a line, a bar for a gap.
+    std::string points(int line = 0)
     {
-        const auto* axis = qobject_cast<QValueAxis*>(drawing().axes(Qt::Horizontal).at(0));
-        return std::to_string(std::lround(axis->min())) + "-" + std::to_string(std::lround(axis->max()));
+        QStringList found;
+        for (const QCPGraphData& point : *plot().graph(line)->data())
+            found += std::isnan(point.value) ? QStringLiteral("|")
+                                             : QStringLiteral("%1:%2").arg(point.key).arg(point.value);
+        return fromQt(found.join(u' '));
+    }
+
+    static std::string text(const QCPRange& range)
+    {
+        return std::to_string(std::lround(range.lower)) + "-" + std::to_string(std::lround(range.upper));
+    }
+    std::string range() { return text(plot().xAxis->range()); }
+
+    /// The place of a time and of a part of the plot's height, from above.
+    QPoint place(double time, double part)
+    {
+        const QCPAxisRect& rect = *plot().axisRect();
+        return {static_cast<int>(plot().xAxis->coordToPixel(time)),
+                static_cast<int>(rect.top() + part * rect.height())};
+    }
+
+    void drag(QPoint from, QPoint to, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::mousePress(&plot(), Qt::LeftButton, modifiers, from);
+        QTest::mouseMove(&plot(), (from + to) / 2);
+        QTest::mouseMove(&plot(), to);
+        QTest::mouseRelease(&plot(), Qt::LeftButton, modifiers, to);
+    }
+
+    void turnWheel(const QPointF& at)
+    {
+        QWheelEvent turn(at, plot().mapToGlobal(at), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                         Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&plot(), &turn);
+    }
+
+    /// What the list tells: the time and the values.
+    std::string told()
+    {
+        QString all = choice.headerData(EventChoice::valueColumn, Qt::Horizontal).toString();
+        for (int row = 0; row < choice.rowCount(); ++row)
+            all += u' ' + choice.item(row, EventChoice::valueColumn)->text();
+        return fromQt(all);
+    }
+
+    /// How many of the pixels between two times have about the first line's colour.
+    int inked(double from, double to)
+    {
+        const QImage image = plot().grab(QRect(place(from, 0), place(to, 1))).toImage();
+        const QColor ink = plot().graph(0)->pen().color();
+        int count = 0;
+        for (int i = 0; i < image.width() * image.height(); ++i) {
+            const QColor pixel = image.pixelColor(i % image.width(), i / image.width());
+            count += std::abs(pixel.red() - ink.red()) + std::abs(pixel.blue() - ink.blue()) < 60 ? 1 : 0;
+        }
+        return count;
     }
 };
 
-TEST_F(LiveChartTest, DrawsTheCheckedEventsThatHaveNumbers)
+TEST_F(LiveChartTest, DrawsTheChosenEventsThatHaveNumbers)
 {
+    open({rpm, fuelStatus, mph, celsius, celsius, mph});
     poll(0, 100);
-    chart->setRunning(true);
-    auto* list = control<QListWidget>("chartEvents");
-    EXPECT_EQ(list->count(), 5); // a status is no number
+    finish();
+    EXPECT_EQ(choice.rowCount(), 5); // a status is no number
     EXPECT_EQ(names(), "0100 (rpm)|0102 (mph)|0103 (C, 0..100)|0104 (C, 0..100)|");
-    list->item(0)->setCheckState(Qt::Unchecked);
-    list->item(4)->setCheckState(Qt::Checked);
+    const QPen pen = plot().graph(1)->pen();
+    choice.item(0, 0)->setCheckState(Qt::Unchecked);
+    choice.item(4, 0)->setCheckState(Qt::Checked);
     EXPECT_EQ(names(), "0102 (mph)|0103 (C)|0104 (C)|0105 (mph)|");
-    dialogs.chosen = folder.path("picture.png");
-    click("chartSave");
-    EXPECT_FALSE(QImage(toQt(folder.path("picture.png"))).isNull());
-    dialogs.chosen = folder.path("no folder/picture.png");
-    click("chartSave");
-    EXPECT_NE(prompts.takeMessage().find("picture.png"), std::string::npos);
+    EXPECT_EQ(plot().graph(0)->pen(), pen) << "a line keeps its style";
+    design.events.pop_back();
+    design.events.front().conversion = percent;
+    samples.reset(design);
+    choice.list(design);
+    chart->setRunning(false);
+    EXPECT_EQ(names(), "0100 (%)|0102 (mph)|0103 (C)|0104 (C)|") << "of another design";
+}
+
+TEST_F(LiveChartTest, ShowsEachSampleAtItsTimeAndNoLineOverAStop)
+{
+    open({percent});
+    constexpr std::int32_t tooLarge = 300000; // for hundredths of a percent
+    samples.add(0, 51, {1, 250});
+    samples.add(0, tooLarge, {2});
+    samples.add(0, 102, {3});
+    samples.add(0, 255, {2}); // the clock was set back
+    samples.startRun();
+    samples.add(0, tooLarge, {9});
+    samples.add(0, 51, {10});
+    samples.startRun(); // nothing came since
+    samples.startRun();
+    samples.add(0, 204, {20});
+    finish();
+    EXPECT_EQ(points(), "1.25:20 3:40 3:100 | 10:20 | 20:80");
+    EXPECT_EQ(range(), "0-20");
+    EXPECT_GT(inked(1, 3.2), 50);
+    EXPECT_EQ(inked(3.5, 9.5) + inked(10.5, 19.5), 0);
+    for (const double time : {10.0, 20.0})
+        EXPECT_GE(inked(time - 0.2, time + 0.2), 8) << time << ": a dot for one sample by itself";
 }
 
 TEST_F(LiveChartTest, FollowsARunUnlessItIsPausedAndShowsAllOfItInTheEnd)
 {
+    open({rpm});
     chart->setRunning(true);
     poll(0, 400);
     EXPECT_TRUE(waitUntil([this] { return range() == "99-399"; }));
     QTest::keyClick(control("chartWindow"), Qt::Key_Up);
     EXPECT_EQ(range(), "339-399");
-    control("chartView")->setFocus();
+    plot().setFocus();
     press("Space");
     poll(400, 500);
     QTest::qWait(400);
     EXPECT_EQ(range(), "339-399");
     samples.reset(design);
     chart->setRunning(true);
-    EXPECT_EQ(line(0).count(), 0) << "a pause does not hide that the values are reset";
+    EXPECT_EQ(points(), "") << "a pause does not hide that the values are reset";
     poll(0, 500); // more than there were
     click("chartPause");
     chart->setRunning(false);
     EXPECT_EQ(range(), "0-499");
-    chart->setRunning(true);
-    poll(900, 901);
-    chart->setRunning(false);
-    EXPECT_EQ(drawing().series().size(), 8) << "no line over the time between two runs of four events";
-    EXPECT_TRUE(line(drawing().series().size() - 1).pointsVisible()) << "one is a dot";
+    EXPECT_EQ(plot().graph(0)->dataCount(), 500);
 }
 
 TEST_F(LiveChartTest, ZoomsAndPansByButtonsKeysAndMouse)
 {
+    open({celsius, mph});
     poll(0, 101);
-    chart->setRunning(true);
-    chart->setRunning(false);
+    finish();
     const auto seen = [this] { return range(); };
     expectAfterEach("chartZoomIn 15-85 / chartZoomOut 0-100 / chartZoomIn 15-85 / chartAll 0-100", seen);
-    control("chartView")->setFocus();
+    plot().setFocus();
     expectAfterEach("Up 15-85 / Right 22-92 / Left 15-85 / Down 0-100 / Up 15-85 / Home 0-100", seen);
-    QWidget* view = control<QChartView>("chartView")->viewport();
-    const QRectF plot = drawing().plotArea();
-    const QPointF left(plot.left(), plot.center().y());
-    QWheelEvent turn(left, view->mapToGlobal(left), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
-                     Qt::NoScrollPhase, false);
-    QApplication::sendEvent(view, &turn);
+    turnWheel(place(0, 0.5));
     EXPECT_EQ(range(), "0-70") << "what is under the pointer stays there";
-    const QPoint start = plot.center().toPoint();
-    QTest::mousePress(view, Qt::LeftButton, {}, start);
-    QTest::mouseMove(view, start - QPoint(static_cast<int>(plot.width() / 7), 0)); // a tenth of the run
+    drag(place(40, 0.5), place(30, 0.5));
     EXPECT_EQ(range(), "10-80");
+
+    press("Home");
+    QCPAxis& left = *plot().graph(0)->valueAxis();
+    EXPECT_EQ(text(left.range()), "0-100");
+    drag(place(20, 0.25), place(60, 0.75), Qt::ShiftModifier);
+    EXPECT_EQ(range() + " " + text(left.range()), "20-60 25-75");
+    QTest::mouseDClick(&plot(), Qt::LeftButton, {}, place(40, 0.5));
+    EXPECT_EQ(range() + " " + text(left.range()), "0-100 0-100");
+    const QPoint beside(plot().axisRect()->left() - 10, place(0, 0.2).y());
+    drag(beside, {beside.x(), place(0, 0.6).y()});
+    EXPECT_EQ(range(), "0-100");
+    EXPECT_NEAR(left.range().upper, 200, 3) << "what was grabbed follows the pointer";
+    turnWheel(QPointF(beside.x(), plot().axisRect()->bottom()));
+    EXPECT_NEAR(left.range().upper, 140, 3);
+    press("Home");
+    EXPECT_EQ(text(left.range()), "0-100");
+}
+
+TEST_F(LiveChartTest, TellsTheValuesAtTheCursor)
+{
+    open({celsius, mph});
+    samples.add(0, 50, {1, 500});
+    samples.add(1, 0, {5});
+    samples.add(0, 60, {10});
+    samples.startRun();
+    samples.add(0, 70, {50});
+    samples.add(0, 80, {60});
+    finish();
+    EXPECT_EQ(told(), "Value  ");
+    QTest::mouseMove(&plot(), place(3, 0.5));
+    EXPECT_EQ(told().substr(0, 3), "0:0");
+    EXPECT_EQ(told().substr(8), " 10 ") << "mph has no sample near";
+    plot().setFocus();
+    expectAfterEach("Ctrl+Right 0:05.000 10 0 / Ctrl+Left 0:01.500 10  / Ctrl+Left 0:01.500 10 ",
+                    [this] { return told(); });
+    expectAfterEach("Ctrl+Right 0:05.000 10 0 / Ctrl+Right 0:10.000 20  / Ctrl+Right 0:50.000 30 ",
+                    [this] { return told(); });
+    QTest::mouseMove(&plot(), place(30, 0.5));
+    EXPECT_EQ(told().substr(8), "  ") << "in a gap";
+    press("Escape");
+    EXPECT_EQ(told(), "Value  ");
+}
+
+TEST_F(LiveChartTest, SavesPicturesAndDocumentsInLightColours)
+{
+    QPalette dark = QApplication::palette();
+    dark.setColor(QPalette::Base, Qt::black);
+    dark.setColor(QPalette::Text, Qt::white);
+    open({rpm, mph});
+    chart->setPalette(dark);
+    poll(0, 20);
+    finish();
+    const QColor onScreen = plot().graph(0)->pen().color();
+    dialogs.chosen = folder.path("picture.png");
+    click("chartSave");
+    const QImage picture(toQt(folder.path("picture.png")));
+    EXPECT_GT(picture.height(), plot().height()) << "with the lines' names";
+    EXPECT_EQ(picture.pixelColor(1, 1), QColor(Qt::white));
+    EXPECT_EQ(plot().graph(0)->pen().color(), onScreen);
+    dialogs.chosen = folder.path("chart.PDF");
+    click("chartSave");
+    EXPECT_EQ(contentOf(folder.path("chart.PDF")).substr(0, 5), "%PDF-");
+    dialogs.chosen = folder.path("no folder/picture.png");
+    click("chartSave");
+    EXPECT_NE(prompts.takeMessage().find("picture.png"), std::string::npos);
+}
+
+using Colour = std::array<double, 3>;
+
+/// Red, green and blue as light.
+Colour lightOf(QRgb colour)
+{
+    const auto linear = [](int part) {
+        const double c = part / 255.0;
+        return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return {linear(qRed(colour)), linear(qGreen(colour)), linear(qBlue(colour))};
+}
+
+Colour times(const std::array<Colour, 3>& matrix, const Colour& colour)
+{
+    Colour result{};
+    for (std::size_t row = 0; row < 3; ++row) {
+        for (std::size_t i = 0; i < 3; ++i)
+            result[row] += matrix[row][i] * colour[i];
+    }
+    return result;
+}
+
+/// How different two colours look (OKLab) to the eyes that see them least apart: all colours, or without one
+/// kind of cones (Machado, Oliveira and Fernandes 2009).
+double distance(QRgb one, QRgb other)
+{
+    static const std::array<std::array<Colour, 3>, 4> eyes = {
+        {{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}},
+         {{{0.152286, 1.052583, -0.204868},
+           {0.114503, 0.786281, 0.099216},
+           {-0.003882, -0.048116, 1.051998}}},
+         {{{0.367322, 0.860646, -0.227968}, {0.280085, 0.672501, 0.047413}, {-0.01182, 0.04294, 0.968881}}},
+         {{{1.255528, -0.076749, -0.178779},
+           {-0.078411, 0.930809, 0.147602},
+           {0.004733, 0.691367, 0.3039}}}}};
+    const auto seen = [](const std::array<Colour, 3>& eye, QRgb colour) {
+        Colour light = times(eye, lightOf(colour));
+        for (double& part : light)
+            part = std::clamp(part, 0.0, 1.0);
+        Colour cones = times({{{0.4122214708, 0.5363325363, 0.0514459929},
+                               {0.2119034982, 0.6806995451, 0.1073969566},
+                               {0.0883024619, 0.2817188376, 0.6299787005}}},
+                             light);
+        for (double& part : cones)
+            part = std::cbrt(part);
+        return times({{{0.2104542553, 0.793617785, -0.0040720468},
+                       {1.9779984951, -2.428592205, 0.4505937099},
+                       {0.0259040371, 0.7827717662, -0.808675766}}},
+                     cones);
+    };
+    double least = 1;
+    for (const auto& eye : eyes) {
+        const Colour a = seen(eye, one);
+        const Colour b = seen(eye, other);
+        least = std::min(least, std::hypot(a[0] - b[0], a[1] - b[1], a[2] - b[2]));
+    }
+    return least;
+}
+
+double contrast(QRgb one, QRgb other)
+{
+    const auto luminance = [](QRgb colour) {
+        const Colour light = lightOf(colour);
+        return 0.2126 * light[0] + 0.7152 * light[1] + 0.0722 * light[2] + 0.05;
+    };
+    const double ratio = luminance(one) / luminance(other);
+    return std::max(ratio, 1 / ratio);
+}
+
+TEST(ChartStyle, KeepsColoursApartForAllEyes)
+{
+    const struct {
+        const std::array<QRgb, 8>& colours;
+        QRgb background;
+        double contrast, distance;
+    } rows[] = {{coloursOnLight, 0xffffff, 3, 0.12}, {coloursOnDark, 0x232629, 4, 0.1}};
+    for (const auto& row : rows) {
+        for (std::size_t i = 0; i < row.colours.size(); ++i) {
+            EXPECT_GE(contrast(row.colours[i], row.background), row.contrast) << i;
+            for (std::size_t j = 0; j < i; ++j)
+                EXPECT_GE(distance(row.colours[i], row.colours[j]), i < 4 ? 0.17 : row.distance) << i << j;
+        }
+    }
 }
 
 } // namespace

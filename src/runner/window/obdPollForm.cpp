@@ -1,9 +1,9 @@
 #include "runner/window/obdPollForm.h"
 
+#include "chart/window/liveChart.h"
 #include "platform/dateText.h"
 #include "platform/text.h"
 #include "runner/pollPrintout.h"
-#include "runner/window/liveChart.h"
 #include "runner/window/pollGridModel.h"
 #include "runner/window/ui_obdPollForm.h"
 #include "shared/module1.h"
@@ -46,7 +46,7 @@ obdPollForm::obdPollForm(ToolContext& context)
     setUpRecent();
     connectActions();
     poller_.onChanged = [this] { paint(); };
-    poller_.onDesignChanged = [this] { setUpChart(); };
+    poller_.onDesignChanged = [this] { choice_.list(poller_.design()); };
     poller_.onLog = [this](const std::string& path) {
         recent_.add(path);
         paintRecent();
@@ -106,7 +106,6 @@ void obdPollForm::setUpGrid()
     ui->obdGrid->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowMargin);
     ui->obdGrid->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
     ui->obdGrid->horizontalHeader()->setHighlightSections(false);
-    ui->pages->tabBar()->setAutoHide(true); // a page by itself needs no tab
 }
 
 void obdPollForm::setUpToolbar()
@@ -119,22 +118,18 @@ void obdPollForm::setUpToolbar()
                                     {ui->mnuDesigner, "openDesign"}});
 }
 
-/// Puts a chart of the design that is shown in the place of the one that was there.
 void obdPollForm::setUpChart()
 {
-    const int page = ui->pages->currentIndex();
-    delete chart_;
-    chart_ = makeLiveChart({.design = poller_.design(),
+    choice_.list(poller_.design());
+    chart_ = makeLiveChart({.design = [this]() -> const Design& { return poller_.design(); },
                             .samples = poller_.samples(),
+                            .choice = choice_,
                             .prompts = prompts(),
                             .dialogs = CommonDialog1,
                             .values = context().values,
                             .ask = [this](const std::function<void()>& questions) { ask(questions); }},
                            ui->pages);
-    if (chart_ == nullptr)
-        return;
-    ui->pages->insertTab(1, chart_, tr("&Chart"));
-    ui->pages->setCurrentIndex(page);
+    ui->pages->addTab(chart_, tr("&Chart"));
 }
 
 /// The entries stay, so that none goes while it is being chosen.
@@ -263,8 +258,7 @@ void obdPollForm::paint()
         ui->comStart->setShortcut(key); // which a caption without a mark takes away
     display(*ui->ProgressBar1, p.ProgressBar1);
     grid_->refresh(p.obdGrid);
-    if (chart_ != nullptr)
-        chart_->setRunning(poller_.isPolling() && !poller_.isInterrupted());
+    chart_->setRunning(poller_.isPolling() && !poller_.isInterrupted());
 }
 
 } // namespace zint

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "chart/window/eventChoice.h"
 #include "platform/qtFileDialogs.h"
 #include "platform/qtTimer.h"
 #include "platform/systemClock.h"
@@ -60,7 +61,8 @@ private:
     RecentFiles recent_;
     std::vector<QAction*> recentEntries_; ///< one for each place of the list
     std::unique_ptr<PollGridModel> grid_;
-    LiveChart* chart_ = nullptr; ///< absent in a program without charts
+    EventChoice choice_{nullptr};
+    LiveChart* chart_ = nullptr;
 };
 
 } // namespace zint

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "catalogue/design.h"
+#include "chart/window/eventChoice.h"
 #include "samples/sampleStore.h"
 #include "shared/fileDialogs.h"
 #include "shared/programValues.h"
@@ -12,32 +13,29 @@
 
 namespace zint {
 
-/// The poll runner's chart: a line per checked event over time. It repaints itself a few times a second while
-/// it is visible and polling runs, by looking into the store.
+/// The chart of a run: a line per chosen event over time. It repaints itself a few times a second while it is
+/// visible and polling runs, by looking into the store.
 class LiveChart : public QWidget {
 public:
     using QWidget::QWidget;
 
-    /// Tells whether polling runs. It costs next to nothing, so call it whenever the panel may have changed.
+    /// Tells whether polling runs. It costs next to nothing, so call it whenever that or the samples may have
+    /// changed.
     virtual void setRunning(bool isRunning) = 0;
 };
 
 /// What the chart asks of its window; all of it outlives the chart.
 struct LiveChartSurroundings {
-    const Design& design; ///< stays as it is
+    std::function<const Design&()> design; ///< of the samples; may be another one when they are others
     const SampleStore& samples;
-    Prompts& prompts; ///< tells why a picture is not written
+    EventChoice& choice; ///< of that design
+    Prompts& prompts;    ///< tells why a picture is not written
     FileDialogs& dialogs;
     ProgramValues& values;
     /// Runs what asks the user; the window does not close meanwhile.
     std::function<void(const std::function<void()>&)> ask = [](const auto& questions) { questions(); };
 };
 
-/// @return nothing when the program was built without charts
-#ifdef ZINT_CHARTS
 LiveChart* makeLiveChart(const LiveChartSurroundings& surroundings, QWidget* parent);
-#else
-inline LiveChart* makeLiveChart(const LiveChartSurroundings&, QWidget*) { return nullptr; }
-#endif
 
 } // namespace zint

@@ -1,4 +1,4 @@
-#include "runner/chartRange.h"
+#include "chart/chartRange.h"
 
 #include <algorithm>
 
@@ -8,7 +8,7 @@ double ChartRange::from() const
 {
     switch (shown_) {
     case Shown::newest:
-        return std::max(to() - span_, 0.0);
+        return std::max(end_ - span_, 0.0);
     case Shown::part:
         return from_;
     default:
@@ -18,9 +18,10 @@ double ChartRange::from() const
 
 double ChartRange::to() const
 {
+    constexpr double first = 1; // so much at least is shown of a run that has just begun
     switch (shown_) {
     case Shown::newest:
-        return std::max(end_, std::min(span_, young)); // the window grows with the run
+        return std::max(end_, std::min(span_, first)); // the window grows with the run
     case Shown::part:
         return from_ + span_;
     default:
@@ -50,39 +51,34 @@ void ChartRange::setWindow(double seconds)
     shown_ = Shown::newest;
 }
 
-void ChartRange::showAll() { shown_ = Shown::all; }
-
 void ChartRange::zoom(double factor, double at)
 {
     const double oldSpan = to() - from();
     const auto changed = [&](double span) { return std::clamp(span * factor, shortest, longest()); };
+    const double begin = at - (at - from()) * changed(oldSpan) / oldSpan;
     if (shown_ == Shown::newest)
         span_ = changed(factor < 1 ? oldSpan : span_);
     else
-        showPart(at - (at - from()) * changed(oldSpan) / oldSpan, changed(oldSpan));
+        take(begin, begin + changed(oldSpan));
 }
 
 void ChartRange::pan(double seconds)
 {
     if (shown_ != Shown::newest || from() > 0) // else all of it is in sight
-        showPart(from() + seconds, to() - from());
+        take(from() + seconds, to() + seconds);
+}
+
+void ChartRange::take(double from, double to)
+{
+    constexpr double nearly = 1e-6;
+    span_ = std::clamp(to - from, shortest, longest());
+    from_ = std::clamp(from, 0.0, std::max(0.0, std::max(end_, isRunning_ ? span_ : shortest) - span_));
+    if (isRunning_ && from_ + span_ >= end_ - nearly)
+        shown_ = Shown::newest;
+    else
+        shown_ = span_ >= end_ - nearly ? Shown::all : Shown::part;
 }
 
 double ChartRange::longest() const { return std::max({end_, isRunning_ ? window_ : 0, shortest}); }
-
-/// A part that reaches the newest moment of a run goes on with it; one that is all of a run is no part.
-void ChartRange::showPart(double from, double span)
-{
-    const double last = std::max(end_, isRunning_ ? span : shortest);
-    from_ = std::clamp(from, 0.0, std::max(0.0, last - span));
-    span_ = span;
-    constexpr double nearly = 0.999;
-    if (isRunning_ && from_ + span_ >= end_)
-        shown_ = Shown::newest;
-    else if (!isRunning_ && span_ >= end_ * nearly)
-        shown_ = Shown::all;
-    else
-        shown_ = Shown::part;
-}
 
 } // namespace zint

@@ -6,7 +6,7 @@ namespace zint {
 /// went to. Times are seconds since the first start of polling.
 class ChartRange {
 public:
-    static constexpr double shortest = 1; ///< the store knows whole seconds; closer there is nothing to see
+    static constexpr double shortest = 0.1; ///< closer there is hardly a sample to see
 
     double from() const;
     double to() const;
@@ -18,7 +18,7 @@ public:
     /// What is shown of a run that is on, in seconds, once there is so much; goes back to following it.
     void setWindow(double seconds);
 
-    void showAll();
+    void showAll() { shown_ = Shown::all; }
 
     /// @param factor below 1 shows less. @param at the moment that stays where it is. The newest moment stays
     /// where it is while the run is followed.
@@ -26,13 +26,14 @@ public:
 
     void pan(double seconds); ///< below 0: to what was before
 
+    /// Goes to a part, as far as there is one. A part that reaches the newest moment of a run goes on with
+    /// it; one that is all of a run is no part.
+    void take(double from, double to);
+
 private:
     enum class Shown { newest, all, part };
 
-    static constexpr double young = 10; ///< a window for the first seconds of a run
-
     double longest() const;
-    void showPart(double from, double span);
 
     Shown shown_ = Shown::all;
     double window_ = 300;

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QIcon>
+#include <QPalette>
+#include <QPen>
+
+#include <array>
+#include <cstddef>
+
+/// How a chart's lines look, so that they can be told apart on a light and on a dark background.
+namespace zint {
+
+/// Colours that differ for those who see all colours, for those who don't, and in lightness; and that stand
+/// out from their background. The first four differ most.
+inline constexpr std::array<QRgb, 8> coloursOnLight{0x1111bb, 0xcc3322, 0x1199ee, 0x441111,
+                                                    0xcc7799, 0x5544ff, 0x885588, 0x111155};
+inline constexpr std::array<QRgb, 8> coloursOnDark{0x66eeff, 0xffff77, 0xdd33ff, 0x119933,
+                                                   0xaadd00, 0x00cc88, 0x9977aa, 0xdd88ee};
+
+/// A line that is one pixel wide and solid is drawn many times faster than any other.
+enum class LineWidth { thin, wide };
+
+/// @param style from 0; each has a colour and dashes of its own
+QPen chartPen(std::size_t style, LineWidth width, const QPalette& palette);
+
+/// A colour between base and text. @param part 0: the base, 1: the text
+QColor chartColour(double part, const QPalette& palette);
+
+/// A piece of a line, to stand beside its name.
+QIcon lineSample(QPen pen, double devicePixelRatio);
+
+} // namespace zint
