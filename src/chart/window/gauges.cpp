@@ -40,7 +40,7 @@ class Gauge final : public QWidget {
 public:
     Gauge(std::size_t number, const DesignEntry& event, QWidget* parent);
 
-    void look(const SampleStore& samples);
+    void look(const SampleStore& samples, bool isRunning);
     void tell();
 
 protected:
@@ -48,6 +48,7 @@ protected:
 
 private:
     void measure();
+    QColor textColour(float strength) const;
     void paintHead(QPainter& painter, QRectF line) const;
     void paintFigure(QPainter& painter, const QRectF& room) const;
     void paintRange(QPainter& painter, const QRectF& bar, const QRectF& line) const;
@@ -55,6 +56,7 @@ private:
     QString unit_;
     GaugeReader reader_;
     GaugeReading reading_;
+    bool isRunning_ = false;
     QString widest_ = QStringLiteral("000"); ///< of the figures so far; most have three digits
 };
 
@@ -66,14 +68,15 @@ Gauge::Gauge(std::size_t number, const DesignEntry& event, QWidget* parent)
     setFocusPolicy(Qt::TabFocus); // for screen readers
 }
 
-void Gauge::look(const SampleStore& samples)
+void Gauge::look(const SampleStore& samples, bool isRunning)
 {
     GaugeReading reading = reader_.read(samples);
-    if (reading == reading_)
+    if (reading == reading_ && isRunning == isRunning_)
         return;
     if (reading.badReplies != reading_.badReplies)
         setToolTip(accessibleName() + tr("\nBad replies: %1").arg(reading.badReplies));
     reading_ = std::move(reading);
+    isRunning_ = isRunning;
     measure();
     update();
 }
@@ -98,29 +101,36 @@ void Gauge::measure()
     }
 }
 
+/// @param strength from 0, the background, to 1
+QColor Gauge::textColour(float strength) const
+{
+    QColor colour = palette().color(QPalette::Text);
+    colour.setAlphaF(strength);
+    return colour;
+}
+
 void Gauge::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    QColor frame = palette().color(QPalette::Text);
-    frame.setAlphaF(0.25F);
-    painter.setPen(hasFocus() ? QPen(palette().highlight(), 3) : QPen(frame, 1));
+    painter.setPen(hasFocus() ? QPen(palette().highlight(), 3) : QPen(textColour(0.25F), 1));
     painter.setBrush(palette().base());
     painter.drawRoundedRect(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5), 4, 4);
 
-    const double line = std::min(height() * 0.17, std::max(width() * 0.1, 1.3 * fontMetrics().height()));
+    const double line = std::min(height() * 0.15, std::max(width() * 0.1, 1.3 * fontMetrics().height()));
     const QRectF room = QRectF(rect()).adjusted(line / 2, line / 4, -line / 2, -line / 4);
     const QRectF foot(room.left(), room.bottom() - line, room.width(), line);
     const QRectF bar(room.left(), foot.top() - line / 2, room.width(), line / 2);
     paintHead(painter, {room.left(), room.top(), room.width(), line});
-    paintFigure(painter, {room.left(), room.top() + line, room.width(), bar.top() - room.top() - line});
+    paintFigure(painter,
+                {room.left(), room.top() + line, room.width(), bar.top() - room.top() - 1.25 * line});
     paintRange(painter, bar, foot);
 }
 
 /// Name and unit, and a mark in front of them when there was a bad reply.
 void Gauge::paintHead(QPainter& painter, QRectF line) const
 {
-    painter.setPen(palette().color(QPalette::Text));
+    painter.setPen(textColour(1));
     painter.setFont(sized(font(), line.height() * textPart));
     if (reading_.badReplies > 0) {
         const QRectF mark(line.topLeft(), QSizeF(line.height(), line.height()));
@@ -140,11 +150,13 @@ void Gauge::paintHead(QPainter& painter, QRectF line) const
     painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, name);
 }
 
+/// Pale while polling stands still, so that nobody takes an old value for the present one.
 void Gauge::paintFigure(QPainter& painter, const QRectF& room) const
 {
+    painter.setPen(textColour(isRunning_ ? 1 : 0.6F));
     const QFontMetricsF measured(sized(font(), measuredSize));
     const double across = room.width() / measured.horizontalAdvance(widest_);
-    const double upright = room.height() / (1.4 * measured.capHeight()); // with some space
+    const double upright = room.height() / (1.2 * measured.capHeight()); // with some space
     painter.setFont(sized(font(), measuredSize * std::min(across, upright)));
     const QFontMetricsF metrics(painter.font());
     const QString text = toQt(reading_.figure);
@@ -154,18 +166,15 @@ void Gauge::paintFigure(QPainter& painter, const QRectF& room) const
 
 void Gauge::paintRange(QPainter& painter, const QRectF& bar, const QRectF& line) const
 {
-    const QColor text = palette().color(QPalette::Text);
-    QColor trough = text;
-    trough.setAlphaF(0.2F);
-    painter.fillRect(bar, trough);
+    painter.fillRect(bar, textColour(0.2F));
     if (reading_.place) {
         const double mark = bar.height() / 2;
         const double place = bar.left() + *reading_.place * (bar.width() - mark);
         painter.fillRect(QRectF(bar.left(), bar.top(), place - bar.left(), bar.height()),
                          palette().highlight());
-        painter.fillRect(QRectF(place, bar.top() - mark / 2, mark, bar.height() + mark), text);
+        painter.fillRect(QRectF(place, bar.top() - mark / 2, mark, bar.height() + mark), textColour(1));
     }
-    painter.setPen(text);
+    painter.setPen(textColour(1));
     const QString minimum = toQt(reading_.minimum);
     const QString maximum = toQt(reading_.maximum);
     painter.setFont(sized(font(), line.height() * textPart));
@@ -200,7 +209,7 @@ public:
     explicit GaugeBoard(QSplitter& home);
 
     void list(const Design& design, const std::vector<std::size_t>& events);
-    void look(const SampleStore& samples, bool tells);
+    void look(const SampleStore& samples, bool isRunning, bool tells);
     void toggleFullScreen();
 
 protected:
@@ -240,10 +249,10 @@ void GaugeBoard::list(const Design& design, const std::vector<std::size_t>& even
     arrange();
 }
 
-void GaugeBoard::look(const SampleStore& samples, bool tells)
+void GaugeBoard::look(const SampleStore& samples, bool isRunning, bool tells)
 {
     for (Gauge* gauge : gauges_) {
-        gauge->look(samples);
+        gauge->look(samples, isRunning);
         if (tells)
             gauge->tell();
     }
@@ -311,7 +320,9 @@ Gauges::Gauges(GaugesSurroundings surroundings, QWidget* parent)
     : QWidget(parent), surroundings_(std::move(surroundings))
 {
     auto* splitter = new QSplitter(this);
-    (new QVBoxLayout(this))->addWidget(splitter);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, layout->contentsMargins().top(), 0, 0);
+    layout->addWidget(splitter);
     board_ = new GaugeBoard(*splitter);
     splitter->addWidget(makeSide());
     splitter->setChildrenCollapsible(false);
@@ -375,7 +386,7 @@ void Gauges::look()
     const bool tells = !isRunning_ || !told_.isValid() || told_.hasExpired(tellingPause);
     if (tells)
         told_.start();
-    board_->look(surroundings_.samples, tells);
+    board_->look(surroundings_.samples, isRunning_, tells);
     if (!isRunning_)
         timer_.stop();
     else if (!timer_.isActive())
