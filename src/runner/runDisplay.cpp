@@ -97,6 +97,7 @@ void showOpened(PollPanel& panel, const Design& design, const SampleStore& sampl
     std::int32_t seconds = 0;
     for (std::size_t event = 0; event < panel.obdGrid.size(); ++event) {
         const EventTotals& totals = samples.events()[event];
+        panel.obdGrid[event].samples = std::to_string(totals.sampleCount);
         if (totals.sampleCount == 0)
             continue;
         showValues(panel.obdGrid[event], totals, design.events[event].conversion);

@@ -18,7 +18,7 @@ void showEvents(PollPanel& panel, const RunState& run, const Design& design, con
                 RunState::Time now);
 
 /// Shows the figures of a run that was opened; nothing is known of its replies. An event without samples has
-/// none. @param firstStart date and time text
+/// no values. @param firstStart date and time text
 void showOpened(PollPanel& panel, const Design& design, const SampleStore& samples,
                 const std::string& firstStart);
 

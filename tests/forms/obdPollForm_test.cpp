@@ -83,7 +83,6 @@ TEST_F(ObdPollFormTest, OpensRecentLogs)
             texts += entry->isVisible() ? fromQt(entry->text()) + "|" : "";
         return texts;
     };
-    EXPECT_EQ(enabled("mnuOpenLog"), "mnuOpenLog");
     EXPECT_FALSE(control<QMenu>("mnuRecent")->menuAction()->isEnabled());
     const std::string path = folder.path("a&b.log");
     TemporaryFolder::write(path, "Bike\r\n|200\r\n010D|Speed|7|1|0\r\nEOP - end of Parms\r\ntoday\r\n 2 "

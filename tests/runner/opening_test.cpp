@@ -48,7 +48,7 @@ TEST_F(OpeningTest, ALogIsShownAndNothingPolledIntoItUntilTheValuesAreReset)
     poller->onDesignChanged = [&] { designs += poller->samples().events().size() == design.events.size(); };
     poller->openLog(bike);
     EXPECT_EQ(shown(), "Bike (2 events), from bike.log|bike.log opened. The unsaved run is under Recover "
-                       "Unsaved Run...|3 samples in 1:01:01|First start: yesterday|Coolant ");
+                       "Unsaved Run...|3 samples in 1:01:01|First start: yesterday|Coolant 0");
     EXPECT_EQ(panel().obdGrid[0].maximum, "31.075mph");
     EXPECT_EQ(pollPrintout(*poller, dateText).find("Bytes"), std::string::npos) << "they are of this window";
     poller->pressStart();
@@ -61,6 +61,8 @@ TEST_F(OpeningTest, ALogIsShownAndNothingPolledIntoItUntilTheValuesAreReset)
                        "per loop)|0rpm 0");
     EXPECT_EQ(designs, 1) << "with the samples in place";
     EXPECT_EQ(kept.list().size(), 1U) << "the unsaved run only";
+    poller->chooseFile(Kind::log, RunFiles::Name::usual, dialogs);
+    EXPECT_EQ(dialogs.asked.find("bike.log"), std::string::npos);
     start({{"010C", good}, {"010C", ""}});
     poller->openLog(bike);
     EXPECT_EQ(prompts.takeMessage(), "Stop polling before another run is opened.");
