@@ -1,5 +1,6 @@
 #include "chart/window/gauges.h"
 #include "forms/formTest.h"
+#include "runner/window/obdPollForm.h"
 #include "support/designOf.h"
 
 #include <algorithm>
@@ -114,6 +115,34 @@ TEST_F(GaugesTest, KeepTheSizeOfTheWidestFigure)
     figureSize(888888);
     EXPECT_LT(figureSize(8), first / 2);
     EXPECT_GT(figureSize(8), 100);
+}
+
+TEST_F(GaugesTest, FillTheScreenFromTheirPageOfTheRunner)
+{
+    design = designOf({{.code = "010C", .description = "Engine RPM", .conversion = 5, .frequency = 1}});
+    open<obdPollForm>(context);
+    press("Alt+G");
+    QWidget* board = control("gaugeBoard");
+    EXPECT_TRUE(board->isVisible());
+    adapter->expectOpening();
+    adapter->expect("010C\r").answer("41 0C 1F 40 \r\r>");
+    adapter->expect("010C\r");
+    click("comStart");
+    adapter->play();
+    press("F11");
+    EXPECT_TRUE(board->isFullScreen() && board->isWindow());
+    adapter->expect("ATD\r");
+    click("comStart");
+    EXPECT_EQ(told("Engine RPM"), "2000 rpm, minimum 2000, maximum 2000");
+    QTest::keyClick(board, Qt::Key_Escape);
+    EXPECT_TRUE(board->isVisible() && !board->isWindow());
+    QTest::mouseDClick(gauge("Engine RPM"), Qt::LeftButton);
+    EXPECT_TRUE(board->isWindow());
+    QTest::keyClick(board, Qt::Key_F11);
+    click("gaugeScreen");
+    EXPECT_TRUE(board->isWindow());
+    board->close();
+    EXPECT_TRUE(waitUntil([&] { return board->isVisible() && !board->isWindow(); }));
 }
 
 } // namespace

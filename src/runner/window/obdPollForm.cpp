@@ -1,5 +1,6 @@
 #include "runner/window/obdPollForm.h"
 
+#include "chart/window/gauges.h"
 #include "chart/window/liveChart.h"
 #include "platform/dateText.h"
 #include "platform/text.h"
@@ -130,6 +131,11 @@ void obdPollForm::setUpChart()
                             .ask = [this](const std::function<void()>& questions) { ask(questions); }},
                            ui->pages);
     ui->pages->addTab(chart_, tr("&Chart"));
+    gauges_ = new Gauges({.design = [this]() -> const Design& { return poller_.design(); },
+                          .samples = poller_.samples(),
+                          .choice = choice_},
+                         ui->pages);
+    ui->pages->addTab(gauges_, tr("&Gauges"));
 }
 
 /// The entries stay, so that none goes while it is being chosen.
@@ -258,7 +264,9 @@ void obdPollForm::paint()
         ui->comStart->setShortcut(key); // which a caption without a mark takes away
     display(*ui->ProgressBar1, p.ProgressBar1);
     grid_->refresh(p.obdGrid);
-    chart_->setRunning(poller_.isPolling() && !poller_.isInterrupted());
+    const bool isRunning = poller_.isPolling() && !poller_.isInterrupted();
+    chart_->setRunning(isRunning);
+    gauges_->setRunning(isRunning);
 }
 
 } // namespace zint

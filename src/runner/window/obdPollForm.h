@@ -18,6 +18,7 @@ class obdPollForm;
 
 namespace zint {
 
+class Gauges;
 class LiveChart;
 class PollGridModel;
 
@@ -63,6 +64,7 @@ private:
     std::unique_ptr<PollGridModel> grid_;
     EventChoice choice_{nullptr};
     LiveChart* chart_ = nullptr;
+    Gauges* gauges_ = nullptr;
 };
 
 } // namespace zint
