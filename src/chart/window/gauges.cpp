@@ -63,6 +63,7 @@ private:
 Gauge::Gauge(std::size_t number, const DesignEntry& event, QWidget* parent)
     : QWidget(parent), unit_(toQt(eventUnit(event))), reader_(number, event)
 {
+    setObjectName(QStringLiteral("gauge%1").arg(number + 1));
     setAccessibleName(toQt(eventName(event)));
     setToolTip(accessibleName());
     setFocusPolicy(Qt::TabFocus); // for screen readers
