@@ -75,10 +75,10 @@ TEST_F(GaugesTest, ArePaintedWhileTheyAreSeenAndChangeAndNotForEachSample)
     PaintCounter still;
     const auto paintsIn300ms = [&](bool isSampled) {
         changing.paints = still.paints = 0;
-        for (int ms = 0; ms < 300; ms += 5) {
+        QElapsedTimer timer;
+        for (timer.start(); !timer.hasExpired(300); QTest::qWait(5)) {
             if (isSampled)
-                samples.add(0, ms * 8, {});
-            QTest::qWait(5);
+                samples.add(0, static_cast<std::int32_t>(timer.elapsed()) * 8, {});
         }
         return changing.paints;
     };

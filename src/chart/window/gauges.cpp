@@ -4,14 +4,15 @@
 #include "chart/gaugeReading.h"
 #include "platform/text.h"
 
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QListView>
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
 #include <QSplitter>
+#include <QTableView>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -345,7 +346,7 @@ QWidget* Gauges::makeSide()
 {
     auto* side = new QWidget(this);
     auto* layout = new QVBoxLayout(side);
-    auto* events = new QListView(side);
+    auto* events = new QTableView(side);
     auto* fill = new QPushButton(tr("Full Screen"), side);
     layout->setContentsMargins({});
     layout->addWidget(events);
@@ -354,7 +355,13 @@ QWidget* Gauges::makeSide()
     events->setAccessibleName(tr("Events to show"));
     events->setToolTip(tr("Check the events to show"));
     events->setModel(&surroundings_.choice);
-    events->setWordWrap(true);
+    events->hideColumn(EventChoice::valueColumn);
+    events->setShowGrid(false);
+    events->setTabKeyNavigation(false);
+    events->horizontalHeader()->hide();
+    events->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    events->verticalHeader()->hide();
+    events->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents); // names may be long
     fill->setObjectName(QStringLiteral("gaugeScreen"));
     fill->setToolTip(tr("Fill the screen with the gauges (F11, or double-click them; Esc leaves)"));
     connect(fill, &QPushButton::clicked, this, [this] { board_->toggleFullScreen(); });
