@@ -11,6 +11,7 @@
 #include "widgets/outlinedBoxes.h"
 
 #include <QApplication>
+#include <QLoggingCategory>
 
 #include <string>
 #include <vector>
@@ -27,6 +28,17 @@ bool hasDisplay()
             return true;
     }
     return false;
+#endif
+}
+
+/// Lets an application object for windows exist where there is no screen.
+void doWithoutDisplay()
+{
+#if !defined(Q_OS_WIN) && !defined(Q_OS_MACOS)
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QLoggingCategory::setFilterRules(
+        QStringLiteral("default.warning=false")); // that a desktop's folders lack
 #endif
 }
 
@@ -76,9 +88,13 @@ int main(int argc, char* argv[])
 {
     QCoreApplication::setApplicationVersion(zint::toQt(zint::programInfo().version()));
     zint::CommandLine line;
-    if (line.mayWantWindows({argv + 1, argv + argc}) && hasDisplay()) {
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    const bool showsWindows = line.mayWantWindows(words) && hasDisplay();
+    if (showsWindows || line.draws(words)) {
+        if (!showsWindows)
+            doWithoutDisplay();
         const QApplication application(argc, argv);
-        return run(line, true);
+        return run(line, showsWindows);
     }
     const QCoreApplication application(argc, argv);
     return run(line, false);

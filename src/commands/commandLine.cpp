@@ -9,6 +9,7 @@
 #include "commands/exportCommand.h"
 #include "commands/helpText.h"
 #include "commands/options.h"
+#include "commands/plotCommand.h"
 #include "commands/pollCommand.h"
 #include "commands/reportCommand.h"
 #include "commands/scanCommand.h"
@@ -27,6 +28,7 @@ constexpr const char* helpFlag = "--help";
 constexpr const char* allHelpFlag = "--help-all";
 constexpr const char* versionFlag = "--version";
 constexpr const char* debugInfoFlag = "--debug-info";
+constexpr const char* plotName = "plot";
 
 /// What is done without windows and without a command.
 constexpr std::array endingFlags{helpFlag, allHelpFlag, versionFlag, debugInfoFlag};
@@ -87,6 +89,7 @@ void CommandLine::addCommands()
     add(*program_, "poll", "Poll a design's events, print a summary, write the files asked for.",
         runPollCommand);
     add(*program_, "export", "Turn a saved data log into a table for spreadsheets.", runExportCommand);
+    add(*program_, plotName, "Draw a saved data log as a picture or a PDF document.", runPlotCommand);
     add(*program_, "terminal", "Send each line of standard input to the adapter, print what it answers.",
         runTerminalCommand);
     add(*program_, "scan", "Ask for a range of modes and PIDs, print what is answered.", runScanCommand);
@@ -110,6 +113,15 @@ bool CommandLine::mayWantWindows(const std::vector<std::string>& arguments) cons
                std::ranges::none_of(endingFlags, [&](const char* flag) { return sorted.has(flag); });
     } catch (const UsageError&) {
         return true;
+    }
+}
+
+bool CommandLine::draws(const std::vector<std::string>& arguments) const
+{
+    try {
+        return commandOf(*program_, sortArguments(*program_, arguments).words).get_name() == plotName;
+    } catch (const UsageError&) {
+        return false;
     }
 }
 

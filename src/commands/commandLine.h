@@ -26,6 +26,9 @@ public:
     /// not known may be one of the toolkit's, for them. @param arguments without the program's name
     bool mayWantWindows(const std::vector<std::string>& arguments) const;
 
+    /// Whether what is asked for draws, though it shows no window. @param arguments as above
+    bool draws(const std::vector<std::string>& arguments) const;
+
     /// Reads the arguments, once. @param arguments without the program's name. @throws UsageError
     void parse(const std::vector<std::string>& arguments);
 

@@ -144,7 +144,8 @@ TEST(CommandLineTest, RefusesWhatIsWrong)
                "poll a.obc --log=|report --replay=|report --replay a.txt b|poll a.obc --log a.txt --export "
                "./a.txt|poll a.obc --log a.obc|"
                "export a.log a.log|export a.log a.txt --decimals point|export a.log a.csv --decimals dot|"
-               "poll a.obc --decimals comma|scan --mode 5-0|dtc|dtc lookup|dtc export a.txt --tab --comma",
+               "poll a.obc --decimals comma|plot a.log a.png --from 5 --to 5|plot a.log a.png --events 1,0|"
+               "plot a.log a.txt|scan --mode 5-0|dtc|dtc lookup|dtc export a.txt --tab --comma",
                '|'))
         EXPECT_NE(refusal(words), "no failure") << words;
     EXPECT_EQ(refusal("poll a b"), "wrong words after \"poll\"; the command is: zint-obd poll DESIGN.obc");

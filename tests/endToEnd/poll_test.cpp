@@ -189,6 +189,13 @@ TEST_F(PollEndToEnd, WritesWhatTheVehicleSent)
     EXPECT_TRUE(content("again.csv").starts_with("Time (s);Barometer (kPa);OBD type;Not There (?)\r\n0,"));
     expectFailure(runZint(words(inFolder("export bad.obc again.txt"))),
                   "bad.obc\": This is no whole data log, line 2: ");
+    for (const auto& [picture, begin] : {std::pair{"run.png --events 1", "\x89PNG"}, {"run.PDF", "%PDF"}}) {
+        const Outcome plot = runZint(words(inFolder(std::string("plot run.log ") + picture)));
+        EXPECT_EQ(std::to_string(plot.status) + plot.errors, "0");
+        EXPECT_EQ(content(fromQt(words(picture).front())).substr(0, 4), begin);
+    }
+    expectFailure(runZint(words(inFolder("plot run.log run.png --events 1,4"))), "no event 4; it has 3");
+    expectFailure(runZint(words(inFolder("plot run.log run.png --from 9"))), "no samples after 9 seconds");
 }
 
 TEST_F(PollEndToEnd, ATerminalShowsTheProgress)

@@ -20,16 +20,16 @@ public:
     using QCPGraph::QCPGraph;
 
 protected:
-    void drawLinePlot(QCPPainter* painter, const QVector<QPointF>& lines) const override
+    void drawLinePlot(QCPPainter* painter, const QVector<QPointF>& points) const override
     {
-        QCPGraph::drawLinePlot(painter, lines);
+        QCPGraph::drawLinePlot(painter, points);
         painter->setPen(Qt::NoPen);
         painter->setBrush(pen().color());
         painter->setClipRect(clipRect() + QMargins(dotSize, dotSize, dotSize, dotSize)); // whole at the edge
-        for (qsizetype start = 0, i = 0; i <= lines.size(); ++i) {
-            if (i < lines.size() && !std::isnan(lines[i].y()))
+        for (qsizetype start = 0, i = 0; i <= points.size(); ++i) {
+            if (i < points.size() && !std::isnan(points[i].y()))
                 continue;
-            const QRectF box = QPolygonF(lines.mid(start, i - start)).boundingRect();
+            const QRectF box = QPolygonF(points.mid(start, i - start)).boundingRect();
             if (i > start && std::max(box.width(), box.height()) < dotSize)
                 painter->drawEllipse(box.center(), dotSize / 2.0, dotSize / 2.0);
             start = i + 1;
