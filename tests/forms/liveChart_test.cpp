@@ -9,6 +9,7 @@
 #include <QTableView>
 
 #include <cmath>
+#include <numeric>
 
 namespace zint {
 namespace {
@@ -124,7 +125,7 @@ struct LiveChartTest : FormTest {
         int count = 0;
         for (int i = 0; i < image.width() * image.height(); ++i) {
             const QColor pixel = image.pixelColor(i % image.width(), i / image.width());
-            count += std::abs(pixel.red() - ink.red()) + std::abs(pixel.blue() - ink.blue()) < 60 ? 1 : 0;
+            count += std::abs(pixel.red() - ink.red()) + std::abs(pixel.blue() - ink.blue()) < 60;
         }
         return count;
     }
@@ -277,6 +278,15 @@ TEST_F(LiveChartTest, SavesPicturesAndDocumentsInLightColours)
 }
 
 using Colour = std::array<double, 3>;
+using Matrix = std::array<Colour, 3>;
+
+Colour times(const Matrix& matrix, const Colour& colour)
+{
+    Colour result{};
+    for (std::size_t i = 0; i < 3; ++i)
+        result[i] = std::inner_product(colour.begin(), colour.end(), matrix[i].begin(), 0.0);
+    return result;
+}
 
 /// Red, green and blue as light.
 Colour lightOf(QRgb colour)
@@ -288,21 +298,29 @@ Colour lightOf(QRgb colour)
     return {linear(qRed(colour)), linear(qGreen(colour)), linear(qBlue(colour))};
 }
 
-Colour times(const std::array<Colour, 3>& matrix, const Colour& colour)
+/// How an eye sees a colour: lightness and two differences (OKLab).
+Colour seen(const Matrix& eye, QRgb colour)
 {
-    Colour result{};
-    for (std::size_t row = 0; row < 3; ++row) {
-        for (std::size_t i = 0; i < 3; ++i)
-            result[row] += matrix[row][i] * colour[i];
-    }
-    return result;
+    Colour light = times(eye, lightOf(colour));
+    for (double& part : light)
+        part = std::clamp(part, 0.0, 1.0);
+    Colour cones = times({{{0.4122214708, 0.5363325363, 0.0514459929},
+                           {0.2119034982, 0.6806995451, 0.1073969566},
+                           {0.0883024619, 0.2817188376, 0.6299787005}}},
+                         light);
+    for (double& part : cones)
+        part = std::cbrt(part);
+    return times({{{0.2104542553, 0.793617785, -0.0040720468},
+                   {1.9779984951, -2.428592205, 0.4505937099},
+                   {0.0259040371, 0.7827717662, -0.808675766}}},
+                 cones);
 }
 
-/// How different two colours look (OKLab) to the eyes that see them least apart: all colours, or without one
-/// kind of cones (Machado, Oliveira and Fernandes 2009).
+/// How different two colours look to the eyes that see them least apart: all colours, or without one kind of
+/// cones (Machado, Oliveira and Fernandes 2009).
 double distance(QRgb one, QRgb other)
 {
-    static const std::array<std::array<Colour, 3>, 4> eyes = {
+    static const std::array<Matrix, 4> eyes = {
         {{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}},
          {{{0.152286, 1.052583, -0.204868},
            {0.114503, 0.786281, 0.099216},
@@ -311,23 +329,8 @@ double distance(QRgb one, QRgb other)
          {{{1.255528, -0.076749, -0.178779},
            {-0.078411, 0.930809, 0.147602},
            {0.004733, 0.691367, 0.3039}}}}};
-    const auto seen = [](const std::array<Colour, 3>& eye, QRgb colour) {
-        Colour light = times(eye, lightOf(colour));
-        for (double& part : light)
-            part = std::clamp(part, 0.0, 1.0);
-        Colour cones = times({{{0.4122214708, 0.5363325363, 0.0514459929},
-                               {0.2119034982, 0.6806995451, 0.1073969566},
-                               {0.0883024619, 0.2817188376, 0.6299787005}}},
-                             light);
-        for (double& part : cones)
-            part = std::cbrt(part);
-        return times({{{0.2104542553, 0.793617785, -0.0040720468},
-                       {1.9779984951, -2.428592205, 0.4505937099},
-                       {0.0259040371, 0.7827717662, -0.808675766}}},
-                     cones);
-    };
     double least = 1;
-    for (const auto& eye : eyes) {
+    for (const Matrix& eye : eyes) {
         const Colour a = seen(eye, one);
         const Colour b = seen(eye, other);
         least = std::min(least, std::hypot(a[0] - b[0], a[1] - b[1], a[2] - b[2]));
@@ -338,11 +341,9 @@ double distance(QRgb one, QRgb other)
 double contrast(QRgb one, QRgb other)
 {
     const auto luminance = [](QRgb colour) {
-        const Colour light = lightOf(colour);
-        return 0.2126 * light[0] + 0.7152 * light[1] + 0.0722 * light[2] + 0.05;
+        return times({{{0.2126, 0.7152, 0.0722}}}, lightOf(colour))[0] + 0.05;
     };
-    const double ratio = luminance(one) / luminance(other);
-    return std::max(ratio, 1 / ratio);
+    return std::max(luminance(one) / luminance(other), luminance(other) / luminance(one));
 }
 
 TEST(ChartStyle, KeepsColoursApartForAllEyes)

@@ -300,14 +300,6 @@ void ChartLines::freeScales()
         axis.isScaled = false;
 }
 
-std::vector<QCPAxis*> ChartLines::valueAxes() const
-{
-    std::vector<QCPAxis*> axes;
-    for (const ValueAxis& axis : axes_)
-        axes.push_back(axis.axis);
-    return axes;
-}
-
 void ChartLines::paintColours(const QPalette& palette)
 {
     palette_ = palette;

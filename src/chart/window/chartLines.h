@@ -37,7 +37,6 @@ public:
 
     void scale(QCPAxis* axis, const QCPRange& values); ///< until freeScales()
     void freeScales();
-    std::vector<QCPAxis*> valueAxes() const;
 
     void paintColours(const QPalette& palette);
 

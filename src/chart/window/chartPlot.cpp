@@ -1,7 +1,5 @@
 #include "chart/window/chartPlot.h"
 
-#include "chart/window/chartStyle.h"
-
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -12,48 +10,96 @@
 #include <cmath>
 
 namespace zint {
-namespace {
 
-constexpr double panStep = 0.1; ///< of what is shown
-constexpr const char* cursorLayer = "cursor";
-
-} // namespace
-
-ChartPlot::ChartPlot(QWidget* parent) : QCustomPlot(parent), cursor_(new QCPItemLine(this))
+ChartPlot::ChartPlot(const SampleStore& samples, QWidget* parent)
+    : QCustomPlot(parent), lines_(*this, samples), cursorLine_(new QCPItemLine(this))
 {
+    const QString cursorLayer = QStringLiteral("cursor");
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setMinimumSize(240, 160);
-    setSelectionRectMode(QCP::srmCustom); // where a drag gets to the library
-    addLayer(QLatin1String(cursorLayer));
-    layer(QLatin1String(cursorLayer))->setMode(QCPLayer::lmBuffered);
-    cursor_->setLayer(QLatin1String(cursorLayer));
-    for (QCPItemPosition* end : {cursor_->start, cursor_->end})
+    addLayer(cursorLayer);
+    layer(cursorLayer)->setMode(QCPLayer::lmBuffered);
+    cursorLine_->setLayer(cursorLayer);
+    for (QCPItemPosition* end : {cursorLine_->start, cursorLine_->end})
         end->setTypeY(QCPItemPosition::ptAxisRectRatio);
-    cursor_->setVisible(false);
-    cursor_->setAntialiased(false);
-    connect(selectionRect(), &QCPSelectionRect::accepted, this, [this](const QRect& chosen) {
-        if (std::min(std::abs(chosen.width()), std::abs(chosen.height())) >=
-            QApplication::startDragDistance())
-            onRectangle();
-    });
+    cursorLine_->setVisible(false);
+    cursorLine_->setAntialiased(false);
+    setSelectionRectMode(QCP::srmCustom); // for the drags that the library is told of
+    connect(selectionRect(), &QCPSelectionRect::accepted, this, &ChartPlot::showRectangle);
 }
 
-void ChartPlot::showCursor(std::optional<double> time)
+void ChartPlot::paint()
 {
-    cursor_->setVisible(time.has_value());
-    cursor_->start->setCoords(time.value_or(0), 0);
-    cursor_->end->setCoords(time.value_or(0), 1);
-    cursor_->layer()->replot();
+    if (!isVisible())
+        return;
+    onPainted(lines_.paint(range_.from(), range_.to()));
 }
 
 void ChartPlot::paintColours()
 {
-    cursor_->setPen(chartColour(0.7, palette()));
-    selectionRect()->setPen(palette().color(QPalette::Highlight));
+    lines_.paintColours(palette());
+    cursorLine_->setPen(chartColour(0.7, palette()));
     QColor inside = palette().color(QPalette::Highlight);
+    selectionRect()->setPen(inside);
     inside.setAlphaF(0.2F);
     selectionRect()->setBrush(inside);
+}
+
+void ChartPlot::zoom(double factor, double time)
+{
+    range_.zoom(factor, time);
+    paint();
+}
+
+void ChartPlot::pan(double seconds)
+{
+    range_.pan(seconds);
+    paint();
+}
+
+void ChartPlot::showAll()
+{
+    range_.showAll();
+    lines_.freeScales();
+    paint();
+}
+
+void ChartPlot::scale(QCPAxis* axis, const QCPRange& values)
+{
+    lines_.scale(axis, values);
+    paint();
+}
+
+void ChartPlot::showRectangle(const QRect& chosen)
+{
+    if (std::min(std::abs(chosen.width()), std::abs(chosen.height())) < QApplication::startDragDistance())
+        return;
+    for (QCPAxis* axis : axisRect()->axes(QCPAxis::atLeft | QCPAxis::atRight))
+        lines_.scale(axis, selectionRect()->range(axis));
+    const QCPRange times = selectionRect()->range(xAxis);
+    range_.take(times.lower, times.upper);
+    paint();
+}
+
+void ChartPlot::moveCursor(std::optional<double> time)
+{
+    cursor_ = time;
+    cursorLine_->setVisible(time.has_value());
+    cursorLine_->start->setCoords(time.value_or(0), 0);
+    cursorLine_->end->setCoords(time.value_or(0), 1);
+    cursorLine_->layer()->replot();
+    onCursor();
+}
+
+void ChartPlot::stepCursor(int direction)
+{
+    const auto time = lines_.nextTime(cursor_.value_or(xAxis->range().center()), direction);
+    if (!time)
+        return;
+    if (!xAxis->range().contains(*time))
+        pan(*time - xAxis->range().center());
+    moveCursor(time);
 }
 
 void ChartPlot::paintEvent(QPaintEvent* event)
@@ -72,7 +118,7 @@ void ChartPlot::resizeEvent(QResizeEvent* /*event*/)
 {
     setViewport(rect());
     updateLayout();
-    onResized();
+    paint();
 }
 
 void ChartPlot::wheelEvent(QWheelEvent* event)
@@ -80,12 +126,10 @@ void ChartPlot::wheelEvent(QWheelEvent* event)
     constexpr double notch = 120;
     const double factor = std::pow(zoomStep, event->angleDelta().y() / notch);
     if (QCPAxis* axis = valueAxisAt(event->position())) {
-        QCPRange range = axis->range();
         const double fixed = axis->pixelToCoord(event->position().y());
-        range = {fixed + (range.lower - fixed) * factor, fixed + (range.upper - fixed) * factor};
-        onScale(axis, range);
+        scale(axis, (axis->range() - fixed) * factor + fixed);
     } else {
-        onZoom(factor, xAxis->pixelToCoord(event->position().x()));
+        zoom(factor, xAxis->pixelToCoord(event->position().x()));
     }
     event->accept();
 }
@@ -93,8 +137,7 @@ void ChartPlot::wheelEvent(QWheelEvent* event)
 QCPAxis* ChartPlot::valueAxisAt(const QPointF& place) const
 {
     for (QCPAxis* axis : axisRect()->axes(QCPAxis::atLeft | QCPAxis::atRight)) {
-        if (axis->visible() && !axisRect()->rect().contains(place.toPoint()) &&
-            axis->getPartAt(place) != QCPAxis::spNone)
+        if (!axisRect()->rect().contains(place.toPoint()) && axis->getPartAt(place) != QCPAxis::spNone)
             return axis;
     }
     return nullptr;
@@ -106,54 +149,45 @@ void ChartPlot::mousePressEvent(QMouseEvent* event)
         return;
     dragged_ = event->position();
     draggedAxis_ = valueAxisAt(dragged_);
-    drag_ = draggedAxis_ != nullptr                          ? Drag::values
-            : event->modifiers().testFlag(Qt::ShiftModifier) ? Drag::rectangle
-                                                             : Drag::time;
-    if (drag_ == Drag::values)
+    if (draggedAxis_ != nullptr) {
+        drag_ = Drag::values;
         draggedRange_ = draggedAxis_->range();
-    else if (drag_ == Drag::rectangle)
+    } else if (event->modifiers().testFlag(Qt::ShiftModifier)) {
+        drag_ = Drag::rectangle;
         QCustomPlot::mousePressEvent(event);
+    } else {
+        drag_ = Drag::time;
+    }
     shapePointer(dragged_);
 }
 
 void ChartPlot::mouseMoveEvent(QMouseEvent* event)
 {
+    const QPointF place = event->position();
     if (drag_ == Drag::rectangle)
-        QCustomPlot::mouseMoveEvent(event);
-    else
-        dragTo(event->position());
-}
-
-void ChartPlot::dragTo(const QPointF& place)
-{
-    if (drag_ == Drag::values) {
-        stretch(place.y());
-        return;
-    }
-    if (drag_ == Drag::time) {
-        onPan(xAxis->pixelToCoord(dragged_.x()) - xAxis->pixelToCoord(place.x()));
-        dragged_ = place;
-    }
+        return QCustomPlot::mouseMoveEvent(event);
+    if (drag_ == Drag::values)
+        return stretch(place.y());
+    if (drag_ == Drag::time)
+        pan(xAxis->pixelToCoord(dragged_.x()) - xAxis->pixelToCoord(place.x()));
+    dragged_ = place;
     const bool isInside = axisRect()->rect().contains(place.toPoint());
-    onCursor(isInside ? std::optional(xAxis->pixelToCoord(place.x())) : std::nullopt);
+    moveCursor(isInside ? std::optional(xAxis->pixelToCoord(place.x())) : std::nullopt);
     shapePointer(place);
 }
 
 /// The value that was grabbed follows the pointer; the end of the axis that is farther away stays.
 void ChartPlot::stretch(double y)
 {
-    const double bottom = axisRect()->bottom();
-    const double height = axisRect()->height();
-    const double grabbed = (bottom - dragged_.y()) / height; // 0: the lower end, 1: the upper one
-    const double now = (bottom - y) / height;
     constexpr double least = 0.05; // of the height; a smaller one would stretch without end
-    const double size = draggedRange_.size();
+    const auto partAt = [this](double at) { return (axisRect()->bottom() - at) / axisRect()->height(); };
+    const double grabbed = partAt(dragged_.y()); // 0: the lower end, 1: the upper one
+    const QCPRange& old = draggedRange_;
     if (grabbed >= 0.5)
-        onScale(draggedAxis_,
-                {draggedRange_.lower, draggedRange_.lower + size * grabbed / std::max(now, least)});
+        scale(draggedAxis_, {old.lower, old.lower + old.size() * grabbed / std::max(partAt(y), least)});
     else
-        onScale(draggedAxis_,
-                {draggedRange_.upper - size * (1 - grabbed) / std::max(1 - now, least), draggedRange_.upper});
+        scale(draggedAxis_,
+              {old.upper - old.size() * (1 - grabbed) / std::max(1 - partAt(y), least), old.upper});
 }
 
 void ChartPlot::mouseReleaseEvent(QMouseEvent* event)
@@ -169,7 +203,7 @@ void ChartPlot::mouseReleaseEvent(QMouseEvent* event)
 void ChartPlot::mouseDoubleClickEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
-        onAll();
+        showAll();
 }
 
 void ChartPlot::shapePointer(const QPointF& place)
@@ -185,35 +219,35 @@ void ChartPlot::shapePointer(const QPointF& place)
 void ChartPlot::leaveEvent(QEvent* event)
 {
     QCustomPlot::leaveEvent(event);
-    onCursor(std::nullopt);
+    moveCursor(std::nullopt);
 }
 
 void ChartPlot::keyPressEvent(QKeyEvent* event)
 {
-    const QCPRange shown = xAxis->range();
+    constexpr double panStep = 0.1; // of what is shown
     const bool steps = event->modifiers().testFlag(Qt::ControlModifier);
     const auto go = [&](int direction) {
-        steps ? onStep(direction) : onPan(direction * panStep * shown.size());
+        steps ? stepCursor(direction) : pan(direction * panStep * xAxis->range().size());
     };
     switch (event->key()) {
     case Qt::Key_Plus:
     case Qt::Key_Equal: // plus without the shift key
     case Qt::Key_Up:
-        return onZoom(zoomStep, shown.center());
+        return zoomIn();
     case Qt::Key_Minus:
     case Qt::Key_Down:
-        return onZoom(1 / zoomStep, shown.center());
+        return zoomOut();
     case Qt::Key_Left:
         return go(-1);
     case Qt::Key_Right:
         return go(1);
     case Qt::Key_Home:
-        return onAll();
+        return showAll();
     case Qt::Key_Space:
         return onPause();
     case Qt::Key_Escape:
         selectionRect()->cancel();
-        return onCursor(std::nullopt);
+        return moveCursor(std::nullopt);
     default:
         QCustomPlot::keyPressEvent(event);
     }

@@ -1,32 +1,32 @@
 #pragma once
 
-#include "chart/window/plotLibrary.h"
+#include "chart/chartRange.h"
+#include "chart/window/chartLines.h"
 
 #include <functional>
 #include <optional>
 
 namespace zint {
 
-/// The place on the screen where the user points at, drags and steers a chart. It tells what the user wants
-/// to see of it.
+/// The place on the screen where the user points at, drags and steers a chart.
 class ChartPlot final : public QCustomPlot {
 public:
-    static constexpr double zoomStep = 0.7; ///< factor of what is shown, per key and notch of the wheel
+    /// @param samples outlives this
+    ChartPlot(const SampleStore& samples, QWidget* parent);
 
-    explicit ChartPlot(QWidget* parent);
+    ChartLines& lines() { return lines_; }
+    ChartRange& range() { return range_; }
+    std::optional<double> cursor() const { return cursor_; } ///< seconds
 
-    std::function<void(double factor, double time)> onZoom;
-    std::function<void(double seconds)> onPan; ///< below 0: to what was before
-    std::function<void()> onAll;
-    std::function<void()> onPause;
-    std::function<void()> onRectangle; ///< chosen; the selection rectangle tells its ranges
-    std::function<void(QCPAxis* axis, const QCPRange& values)> onScale;
-    std::function<void(std::optional<double> time)> onCursor; ///< nothing: the pointer has gone
-    std::function<void(int direction)> onStep;                ///< to the next sample, 1 or -1
-    std::function<void()> onResized;
-
-    void showCursor(std::optional<double> time);
+    void paint(); ///< what the range tells, while it can be seen
     void paintColours();
+    void zoomIn() { zoom(zoomStep, xAxis->range().center()); }
+    void zoomOut() { zoom(1 / zoomStep, xAxis->range().center()); }
+    void showAll(); ///< and fits the axes that were scaled
+
+    std::function<void(bool linesAreOthers)> onPainted; ///< true when they look different than before
+    std::function<void()> onCursor;                     ///< it has moved, or has gone
+    std::function<void()> onPause;                      ///< a key for that was pressed
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -42,12 +42,22 @@ protected:
 private:
     enum class Drag { none, time, values, rectangle };
 
-    QCPAxis* valueAxisAt(const QPointF& place) const;
-    void dragTo(const QPointF& place);
+    static constexpr double zoomStep = 0.7; ///< factor of what is shown, per key and notch of the wheel
+
+    void zoom(double factor, double time);
+    void pan(double seconds);
+    void scale(QCPAxis* axis, const QCPRange& values);
+    void showRectangle(const QRect& chosen);
+    void moveCursor(std::optional<double> time);
+    void stepCursor(int direction);
     void stretch(double y);
+    QCPAxis* valueAxisAt(const QPointF& place) const;
     void shapePointer(const QPointF& place);
 
-    QCPItemLine* cursor_; ///< on a layer of its own: moving it draws nothing else anew
+    ChartLines lines_;
+    ChartRange range_;
+    QCPItemLine* cursorLine_; ///< on a layer of its own: moving it draws nothing else anew
+    std::optional<double> cursor_;
     Drag drag_ = Drag::none;
     QPointF dragged_;                ///< where the pointer was last; for values where it was at first
     QCPAxis* draggedAxis_ = nullptr; ///< for values

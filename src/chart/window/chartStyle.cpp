@@ -30,7 +30,7 @@ QColor chartColour(double part, const QPalette& palette)
 
 QIcon lineSample(QPen pen, double devicePixelRatio)
 {
-    constexpr QSize size(28, 12);
+    constexpr QSize size = lineSampleSize;
     QPixmap sample(size * devicePixelRatio);
     sample.setDevicePixelRatio(devicePixelRatio);
     sample.fill(Qt::transparent);

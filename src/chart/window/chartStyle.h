@@ -3,6 +3,7 @@
 #include <QIcon>
 #include <QPalette>
 #include <QPen>
+#include <QSize>
 
 #include <array>
 #include <cstddef>
@@ -25,6 +26,9 @@ QPen chartPen(std::size_t style, LineWidth width, const QPalette& palette);
 
 /// A colour between base and text. @param part 0: the base, 1: the text
 QColor chartColour(double part, const QPalette& palette);
+
+/// What lineSample() makes.
+inline constexpr QSize lineSampleSize(28, 12);
 
 /// A piece of a line, to stand beside its name.
 QIcon lineSample(QPen pen, double devicePixelRatio);

@@ -1,8 +1,6 @@
 #include "chart/window/liveChart.h"
 
-#include "chart/chartRange.h"
 #include "chart/eventNumbers.h"
-#include "chart/window/chartLines.h"
 #include "chart/window/chartPicture.h"
 #include "chart/window/chartPlot.h"
 #include "platform/text.h"
@@ -19,6 +17,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <string>
 
@@ -37,50 +36,38 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    using Operation = void (QtLiveChart::*)();
-
-    QToolBar* makeBar();
-    void addButton(QToolBar& bar, const char* name, const char* icon, const QString& text, const QString& tip,
-                   Operation operation);
+    QWidget* makeBar();
+    QWidget* makeWindows();
     QWidget* makeList();
-    void steerPlot();
     void drawChosen();
     void look();
     void schedule(double spent);
-    void paint();
-    void paintNames();
-    void paintSamples();
+    void tellNames();
+    void tellValues();
+    void showSamples();
     void paintColours();
-    void setWindow(int index);
-    void zoom(double factor, double time);
-    void zoomIn() { zoom(ChartPlot::zoomStep, plot_->xAxis->range().center()); }
-    void zoomOut() { zoom(1 / ChartPlot::zoomStep, plot_->xAxis->range().center()); }
-    void showAll();
-    void showRectangle();
-    void moveCursor(std::optional<double> time);
-    void stepCursor(int direction);
     void hold(const std::function<void()>& questions);
     void savePicture();
-    void print();
+    void print()
+    {
+        hold([this] { printer_.print(); });
+    }
 
     LiveChartSurroundings surroundings_;
     ChartPlot* plot_;
-    ChartLines lines_;
     WindowPrinter printer_;
     QAction* pause_ = nullptr;
     QTimer timer_; ///< until the next look at the store
 
     std::uint64_t generation_ = 0; ///< of the store, when it was last looked at
-    ChartRange range_;
     bool isRunning_ = false;
-    bool isHeld_ = false;          ///< until the user has answered
-    std::optional<double> cursor_; ///< seconds
+    bool isHeld_ = false; ///< until the user has answered
 };
 
 QtLiveChart::QtLiveChart(const LiveChartSurroundings& surroundings, QWidget* parent)
-    : LiveChart(parent), surroundings_(surroundings), plot_(new ChartPlot(this)),
-      lines_(*plot_, surroundings.samples),
-      printer_(*this, surroundings.prompts, [this](QPrinter& printer) { return printChart(lines_, printer); })
+    : LiveChart(parent), surroundings_(surroundings), plot_(new ChartPlot(surroundings.samples, this)),
+      printer_(*this, surroundings.prompts,
+               [this](QPrinter& printer) { return printChart(plot_->lines(), printer); })
 {
     plot_->setObjectName(QStringLiteral("chartView"));
     plot_->setAccessibleName(tr("Chart"));
@@ -96,55 +83,69 @@ QtLiveChart::QtLiveChart(const LiveChartSurroundings& surroundings, QWidget* par
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(makeBar());
     layout->addWidget(splitter, 1);
+
     timer_.setSingleShot(true);
     connect(&timer_, &QTimer::timeout, this, [this] { look(); });
     connect(&surroundings_.choice, &EventChoice::chosenChanged, this, [this] {
         drawChosen();
-        paint();
+        plot_->paint();
     });
-    steerPlot();
+    plot_->onPainted = [this](bool areOthers) {
+        if (areOthers)
+            showSamples();
+        tellNames();
+    };
+    plot_->onCursor = [this] { tellValues(); };
+    plot_->onPause = [this] { pause_->trigger(); };
     drawChosen();
     paintColours();
 }
 
-QToolBar* QtLiveChart::makeBar()
+QWidget* QtLiveChart::makeBar()
 {
     auto* bar = new QToolBar(this);
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    auto* window = new QComboBox(bar);
-    window->setObjectName(QStringLiteral("chartWindow"));
-    window->setToolTip(tr("What is shown while polling runs"));
-    window->setAccessibleName(tr("Shown while polling runs"));
-    window->addItems({tr("Last minute"), tr("Last 5 minutes"), tr("Last 15 minutes")});
-    window->setCurrentIndex(1);
-    connect(window, &QComboBox::activated, this, [this](int index) { setWindow(index); });
-    bar->addWidget(window);
-    addButton(*bar, "chartAll", "zoom-fit-best", tr("Whole Run"),
-              tr("Show all that was sampled (Home, or double-click)"), &QtLiveChart::showAll);
-    addButton(*bar, "chartPause", "media-playback-pause", tr("Pause"),
-              tr("Let the chart stand still; polling goes on (Space)"), &QtLiveChart::look);
-    pause_ = bar->actions().constLast();
+    bar->addWidget(makeWindows());
+    const auto add = [&](const char* name, const char* icon, const QString& text, const QString& tip,
+                         const auto& operation) {
+        QAction* action = bar->addAction(QIcon::fromTheme(QLatin1String(icon)), text, this, operation);
+        action->setObjectName(QLatin1String(name));
+        action->setIconText(text); // with its dots
+        action->setToolTip(tip);
+        bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
+        return action;
+    };
+    add("chartAll", "zoom-fit-best", tr("Whole Run"), tr("Show all that was sampled (Home, or double-click)"),
+        [this] { plot_->showAll(); });
+    pause_ = add("chartPause", "media-playback-pause", tr("Pause"),
+                 tr("Let the chart stand still; polling goes on (Space)"), [this] { look(); });
     pause_->setCheckable(true);
-    addButton(*bar, "chartZoomIn", "zoom-in", tr("Zoom In"),
-              tr("Show a shorter time (+, or turn the mouse wheel)"), &QtLiveChart::zoomIn);
-    addButton(*bar, "chartZoomOut", "zoom-out", tr("Zoom Out"),
-              tr("Show a longer time (-, or turn the mouse wheel)"), &QtLiveChart::zoomOut);
-    addButton(*bar, "chartSave", "document-save", tr("Save Picture..."),
-              tr("Save the chart as it is shown, as a picture or a PDF document"), &QtLiveChart::savePicture);
-    addButton(*bar, "chartPrint", "document-print", tr("Print..."), tr("Print the chart as it is shown"),
-              &QtLiveChart::print);
+    add("chartZoomIn", "zoom-in", tr("Zoom In"), tr("Show a shorter time (+, or turn the mouse wheel)"),
+        [this] { plot_->zoomIn(); });
+    add("chartZoomOut", "zoom-out", tr("Zoom Out"), tr("Show a longer time (-, or turn the mouse wheel)"),
+        [this] { plot_->zoomOut(); });
+    add("chartSave", "document-save", tr("Save Picture..."),
+        tr("Save the chart as it is shown, as a picture or a PDF document"), [this] { savePicture(); });
+    add("chartPrint", "document-print", tr("Print..."), tr("Print the chart as it is shown"),
+        [this] { print(); });
     return bar;
 }
 
-void QtLiveChart::addButton(QToolBar& bar, const char* name, const char* icon, const QString& text,
-                            const QString& tip, Operation operation)
+QWidget* QtLiveChart::makeWindows()
 {
-    QAction* action = bar.addAction(QIcon::fromTheme(QLatin1String(icon)), text);
-    action->setObjectName(QLatin1String(name));
-    action->setIconText(text); // with its dots
-    action->setToolTip(tip);
-    connect(action, &QAction::triggered, this, [this, operation] { (this->*operation)(); });
-    bar.widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
+    auto* windows = new QComboBox(this);
+    windows->setObjectName(QStringLiteral("chartWindow"));
+    windows->setToolTip(tr("What is shown while polling runs"));
+    windows->setAccessibleName(tr("Shown while polling runs"));
+    windows->addItem(tr("Last minute"), 60.0);
+    windows->addItem(tr("Last 5 minutes"), 300.0);
+    windows->addItem(tr("Last 15 minutes"), 900.0);
+    windows->setCurrentIndex(1);
+    connect(windows, &QComboBox::activated, this, [this, windows] {
+        plot_->range().setWindow(windows->currentData().toDouble());
+        plot_->paint();
+    });
+    return windows;
 }
 
 QWidget* QtLiveChart::makeList()
@@ -154,6 +155,7 @@ QWidget* QtLiveChart::makeList()
     list->setAccessibleName(tr("Events to draw"));
     list->setToolTip(tr("Check the events to draw"));
     list->setModel(&surroundings_.choice);
+    list->setIconSize(lineSampleSize);
     list->setShowGrid(false);
     list->setTabKeyNavigation(false);
     list->verticalHeader()->hide();
@@ -166,25 +168,6 @@ QWidget* QtLiveChart::makeList()
     return list;
 }
 
-void QtLiveChart::steerPlot()
-{
-    plot_->onZoom = [this](double factor, double time) { zoom(factor, time); };
-    plot_->onPan = [this](double seconds) {
-        range_.pan(seconds);
-        paint();
-    };
-    plot_->onAll = [this] { showAll(); };
-    plot_->onPause = [this] { pause_->trigger(); };
-    plot_->onRectangle = [this] { showRectangle(); };
-    plot_->onScale = [this](QCPAxis* axis, const QCPRange& values) {
-        lines_.scale(axis, values);
-        paint();
-    };
-    plot_->onCursor = [this](std::optional<double> time) { moveCursor(time); };
-    plot_->onStep = [this](int direction) { stepCursor(direction); };
-    plot_->onResized = [this] { paint(); };
-}
-
 void QtLiveChart::setRunning(bool isRunning)
 {
     if (isRunning == isRunning_ && generation_ == surroundings_.samples.generation())
@@ -195,8 +178,8 @@ void QtLiveChart::setRunning(bool isRunning)
 
 void QtLiveChart::drawChosen()
 {
-    lines_.draw(surroundings_.design(), surroundings_.choice.chosen());
-    paintSamples();
+    plot_->lines().draw(surroundings_.design(), surroundings_.choice.chosen());
+    showSamples();
 }
 
 /// Looks what the store has. A chart that stands still shows no more than that the samples are others.
@@ -206,15 +189,14 @@ void QtLiveChart::look()
         return;
     QElapsedTimer timer;
     timer.start();
-    const std::uint64_t generation = surroundings_.samples.generation();
-    const bool isNew = generation != generation_;
+    const bool isNew = generation_ != surroundings_.samples.generation();
     if (isNew) {
-        generation_ = generation;
+        generation_ = surroundings_.samples.generation();
         drawChosen();
     }
     if (isNew || !pause_->isChecked()) {
-        range_.setEnd(lines_.end(), isRunning_);
-        paint();
+        plot_->range().setEnd(plot_->lines().end(), isRunning_);
+        plot_->paint();
     }
     schedule(static_cast<double>(timer.nsecsElapsed()) / 1e6);
 }
@@ -232,98 +214,45 @@ void QtLiveChart::schedule(double spent)
         timer_.stop();
 }
 
-void QtLiveChart::paint()
-{
-    if (!isVisible())
-        return;
-    if (lines_.paint(range_.from(), range_.to()))
-        paintSamples();
-    paintNames();
-    if (cursor_)
-        moveCursor(cursor_);
-}
-
-/// Lets the list tell what a line's unit is, and its limits where no axis does.
-void QtLiveChart::paintNames()
+/// Lets the list tell what a line's unit is, its limits where no axis does, and its value at the cursor.
+void QtLiveChart::tellNames()
 {
     const Design& design = surroundings_.design();
     for (int row = 0; row < surroundings_.choice.rowCount(); ++row) {
         const std::size_t event = surroundings_.choice.eventOf(row);
-        QString name = lines_.nameOf(event);
+        QString name = plot_->lines().nameOf(event);
         if (name.isEmpty() && event < design.events.size())
             name = toQt(eventName(design.events[event]));
         surroundings_.choice.item(row, EventChoice::nameColumn)->setText(name);
     }
+    if (plot_->cursor())
+        tellValues();
+}
+
+void QtLiveChart::tellValues()
+{
+    const std::optional<double> time = plot_->cursor();
+    EventChoice& choice = surroundings_.choice;
+    choice.setHeaderData(EventChoice::valueColumn, Qt::Horizontal, time ? timeText(*time, 3) : tr("Value"));
+    for (int row = 0; row < choice.rowCount(); ++row) {
+        const auto value = time ? plot_->lines().valueAt(choice.eventOf(row), *time) : std::nullopt;
+        choice.item(row, EventChoice::valueColumn)->setText(value ? QString::number(*value) : QString());
+    }
 }
 
 /// Puts a piece of its line beside each name.
-void QtLiveChart::paintSamples()
+void QtLiveChart::showSamples()
 {
-    for (int row = 0; row < surroundings_.choice.rowCount(); ++row)
-        surroundings_.choice.item(row, EventChoice::nameColumn)
-            ->setIcon(lines_.sampleOf(surroundings_.choice.eventOf(row)));
+    EventChoice& choice = surroundings_.choice;
+    for (int row = 0; row < choice.rowCount(); ++row)
+        choice.item(row, EventChoice::nameColumn)->setIcon(plot_->lines().sampleOf(choice.eventOf(row)));
 }
 
 void QtLiveChart::paintColours()
 {
     plot_->paintColours();
-    lines_.paintColours(palette());
-    paintSamples();
-    paint();
-}
-
-void QtLiveChart::setWindow(int index)
-{
-    static constexpr std::array<double, 3> windows = {60, 300, 900};
-    range_.setWindow(windows.at(static_cast<std::size_t>(index)));
-    paint();
-}
-
-void QtLiveChart::zoom(double factor, double time)
-{
-    range_.zoom(factor, time);
-    paint();
-}
-
-void QtLiveChart::showAll()
-{
-    range_.showAll();
-    lines_.freeScales();
-    paint();
-}
-
-void QtLiveChart::showRectangle()
-{
-    const QCPSelectionRect& chosen = *plot_->selectionRect();
-    for (QCPAxis* axis : lines_.valueAxes())
-        lines_.scale(axis, chosen.range(axis));
-    const QCPRange times = chosen.range(plot_->xAxis);
-    range_.take(times.lower, times.upper);
-    paint();
-}
-
-/// Tells in the list what the lines' values are at a time.
-void QtLiveChart::moveCursor(std::optional<double> time)
-{
-    cursor_ = time;
-    plot_->showCursor(time);
-    EventChoice& choice = surroundings_.choice;
-    choice.setHeaderData(EventChoice::valueColumn, Qt::Horizontal, time ? timeText(*time, 3) : tr("Value"));
-    for (int row = 0; row < choice.rowCount(); ++row) {
-        const auto value = time ? lines_.valueAt(choice.eventOf(row), *time) : std::nullopt;
-        choice.item(row, EventChoice::valueColumn)->setText(value ? QString::number(*value) : QString());
-    }
-}
-
-void QtLiveChart::stepCursor(int direction)
-{
-    const auto time = lines_.nextTime(cursor_.value_or(plot_->xAxis->range().center()), direction);
-    if (!time)
-        return;
-    cursor_ = time;
-    if (!plot_->xAxis->range().contains(*time))
-        range_.pan(*time - plot_->xAxis->range().center());
-    paint();
+    showSamples();
+    plot_->paint();
 }
 
 /// Asks where to put what was seen when the button was pressed. Polling goes on meanwhile.
@@ -345,17 +274,12 @@ void QtLiveChart::savePicture()
         if (path.empty())
             return;
         try {
-            writeChart(lines_, path, devicePixelRatioF());
+            writeChart(plot_->lines(), path, devicePixelRatioF());
             surroundings_.values.rememberFolderOf(path);
         } catch (const FileError& error) { // told outside the gate, where it holds up nothing
             surroundings_.prompts.message(error.what());
         }
     });
-}
-
-void QtLiveChart::print()
-{
-    hold([this] { printer_.print(); });
 }
 
 void QtLiveChart::changeEvent(QEvent* event)
