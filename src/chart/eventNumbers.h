@@ -1,5 +1,6 @@
 #pragma once
 
+#include "catalogue/conversion.h"
 #include "catalogue/design.h"
 
 #include <cstdint>
@@ -10,10 +11,10 @@
 namespace zint {
 
 /// What an event is called.
-std::string eventName(const DesignEntry& event);
+inline const std::string& eventName(const DesignEntry& event) { return event.name(); }
 
 /// Its unit without blanks; may be empty.
-std::string eventUnit(const DesignEntry& event);
+inline std::string eventUnit(const DesignEntry& event) { return std::string(unitName(event.conversion)); }
 
 /// A raw value in the event's unit; nothing where that is no number, or too large for the unit.
 std::optional<double> eventNumber(const DesignEntry& event, std::int32_t raw);

@@ -4,7 +4,6 @@
 #include "commands/options.h"
 #include "samples/dataExport.h"
 #include "samples/dataLogReader.h"
-#include "shared/fileError.h"
 #include "shared/textFile.h"
 
 namespace zint {
@@ -24,14 +23,7 @@ void ExportOptions::check() const
 
 int runExportCommand(const ExportOptions& options)
 {
-    DataLog log;
-    readFile(options.logPath, [&](std::istream& stream) {
-        try {
-            log = readLog(stream);
-        } catch (const FileError& error) {
-            throw FileError("\"" + options.logPath + "\": " + error.what());
-        }
-    });
+    const DataLog log = loadLog(options.logPath);
     replaceFile(options.tablePath, [&](std::ostream& stream) {
         if (isCsvPath(options.tablePath))
             writeCsv(stream, log.design, log.samples, options.decimals.value_or(Decimals::point), complain);

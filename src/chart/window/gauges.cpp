@@ -389,8 +389,10 @@ void Gauges::look()
     constexpr int tellingPause = 5000; // ms
     if (generation_ != surroundings_.samples.generation())
         listGauges();
-    if (!isVisible())
+    if (!board_->isVisible()) { // on its page or on the screen
+        timer_.stop();
         return;
+    }
     const bool tells = !isRunning_ || !told_.isValid() || told_.hasExpired(tellingPause);
     if (tells)
         told_.start();
@@ -405,12 +407,6 @@ void Gauges::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
     look();
-}
-
-void Gauges::hideEvent(QHideEvent* event)
-{
-    QWidget::hideEvent(event);
-    timer_.stop();
 }
 
 } // namespace zint

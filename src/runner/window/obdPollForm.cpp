@@ -228,6 +228,13 @@ void obdPollForm::recover()
         gate().run([this, run] { poller_.showRecovered(std::move(**run)); });
 }
 
+/// A file's name as a menu shows it: no longer than the window, and without marks of keys.
+QString obdPollForm::entryText(const std::string& name) const
+{
+    const QString shown = fontMetrics().elidedText(toQt(name), Qt::ElideMiddle, width());
+    return QString(shown).replace(u'\t', u' ').replace(u'&', QStringLiteral("&&"));
+}
+
 void obdPollForm::paintRecent()
 {
     const std::vector<std::string> paths = recent_.paths();
@@ -237,8 +244,7 @@ void obdPollForm::paintRecent()
         entry->setVisible(!path.isEmpty());
         entry->setData(path);
         entry->setToolTip(path);
-        entry->setText(u'&' + QString::number(place + 1) + u' ' +
-                       toQt(fileNamePart(fromQt(path))).replace(u'&', QStringLiteral("&&")));
+        entry->setText(u'&' + QString::number(place + 1) + u' ' + entryText(fileNamePart(fromQt(path))));
     }
     ui->mnuRecent->menuAction()->setEnabled(!paths.empty());
 }

@@ -48,6 +48,7 @@ private:
     void openRecent(const std::string& path);
     void recover();
     void paint();
+    QString entryText(const std::string& name) const;
     void paintRecent();
 
     std::unique_ptr<Ui::obdPollForm> ui;
