@@ -226,6 +226,14 @@ TEST_F(LiveChartTest, ZoomsAndPansByButtonsKeysAndMouse)
     EXPECT_NEAR(left.range().upper, 140, 3);
     press("Home");
     EXPECT_EQ(text(left.range()), "0-100");
+
+    poll(101, 2000);
+    finish();
+    const auto isWide = [this] { return plot().graph(1)->pen().style() != Qt::SolidLine; };
+    EXPECT_TRUE(plot().xAxis->tickVectorLabels().contains(QStringLiteral("10:00")));
+    EXPECT_FALSE(isWide()) << "so many points are drawn thin";
+    drag(place(600, 0.25), place(700, 0.75), Qt::ShiftModifier);
+    EXPECT_TRUE(isWide());
 }
 
 TEST_F(LiveChartTest, TellsTheValuesAtTheCursor)

@@ -219,7 +219,8 @@ void ChartPlot::shapePointer(const QPointF& place)
 void ChartPlot::leaveEvent(QEvent* event)
 {
     QCustomPlot::leaveEvent(event);
-    moveCursor(std::nullopt);
+    if (isVisible()) // else the window is about to go, and with it what would be told
+        moveCursor(std::nullopt);
 }
 
 void ChartPlot::keyPressEvent(QKeyEvent* event)

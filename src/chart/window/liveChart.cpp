@@ -71,8 +71,6 @@ QtLiveChart::QtLiveChart(const LiveChartSurroundings& surroundings, QWidget* par
 {
     plot_->setObjectName(QStringLiteral("chartView"));
     plot_->setAccessibleName(tr("Chart"));
-    plot_->setToolTip(tr("Drag to move in time, Shift and drag to zoom into a rectangle, turn the wheel to "
-                         "zoom, double-click to show all"));
     auto* splitter = new QSplitter(this);
     splitter->setChildrenCollapsible(false);
     splitter->addWidget(plot_);
@@ -106,6 +104,7 @@ QWidget* QtLiveChart::makeBar()
     auto* bar = new QToolBar(this);
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     bar->addWidget(makeWindows());
+    bar->addSeparator();
     const auto add = [&](const char* name, const char* icon, const QString& text, const QString& tip,
                          const auto& operation) {
         QAction* action = bar->addAction(QIcon::fromTheme(QLatin1String(icon)), text, this, operation);
@@ -120,7 +119,8 @@ QWidget* QtLiveChart::makeBar()
     pause_ = add("chartPause", "media-playback-pause", tr("Pause"),
                  tr("Let the chart stand still; polling goes on (Space)"), [this] { look(); });
     pause_->setCheckable(true);
-    add("chartZoomIn", "zoom-in", tr("Zoom In"), tr("Show a shorter time (+, or turn the mouse wheel)"),
+    add("chartZoomIn", "zoom-in", tr("Zoom In"),
+        tr("Show a shorter time (+, turn the mouse wheel, or drag a rectangle with Shift)"),
         [this] { plot_->zoomIn(); });
     add("chartZoomOut", "zoom-out", tr("Zoom Out"), tr("Show a longer time (-, or turn the mouse wheel)"),
         [this] { plot_->zoomOut(); });
@@ -192,6 +192,7 @@ void QtLiveChart::look()
     const bool isNew = generation_ != surroundings_.samples.generation();
     if (isNew) {
         generation_ = surroundings_.samples.generation();
+        plot_->lines().freeScales();
         drawChosen();
     }
     if (isNew || !pause_->isChecked()) {
