@@ -58,6 +58,7 @@ std::string examples()
            entry("zint-obd report --html REPORT.html", "All that the vehicle tells, also as a page.") +
            entry("zint-obd poll DESIGN.obc --seconds 60 --export RUN.txt",
                  "Polls for a minute and writes a table for spreadsheets.") +
+           entry("zint-obd plot RUN.log RUN.pdf --events 1,3", "Draws two events of a saved run.") +
            entry("printf '0902\\n03\\n' | zint-obd terminal", "Sends commands from a script.") +
            entry("zint-obd scan --mode 1-9 --show valid", "Prints the valid replies of the modes 1 to 9.") +
            entry("zint-obd dtc lookup P0301 U0123", "Tells what codes mean.") +

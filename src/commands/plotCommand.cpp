@@ -36,8 +36,6 @@ std::vector<std::size_t> readEvents(const std::string& text)
 /// @throws FileError for those that can't be drawn
 std::vector<std::size_t> drawnEvents(const PlotOptions& options, const Design& design)
 {
-    EventChoice choice(nullptr);
-    choice.list(design);
     for (const std::size_t event : options.events) {
         const std::string number = std::to_string(event + 1);
         if (event >= design.events.size())
@@ -47,7 +45,13 @@ std::vector<std::size_t> drawnEvents(const PlotOptions& options, const Design& d
             throw FileError("Event " + number + ", " + eventName(design.events[event]) +
                             ", has no numbers to draw.");
     }
-    return options.events.empty() ? choice.chosen() : options.events;
+    if (!options.events.empty())
+        return options.events;
+    EventChoice choice(nullptr);
+    choice.list(design);
+    if (choice.rowCount() == 0)
+        throw FileError("The log has no event with numbers to draw.");
+    return choice.chosen();
 }
 
 } // namespace
