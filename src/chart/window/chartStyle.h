@@ -28,7 +28,7 @@ QPen chartPen(std::size_t style, LineWidth width, const QPalette& palette);
 QColor chartColour(double part, const QPalette& palette);
 
 /// What lineSample() makes.
-inline constexpr QSize lineSampleSize(28, 12);
+inline constexpr QSize lineSampleSize(24, 12);
 
 /// A piece of a line, to stand beside its name.
 QIcon lineSample(QPen pen, double devicePixelRatio);

@@ -76,7 +76,7 @@ QtLiveChart::QtLiveChart(const LiveChartSurroundings& surroundings, QWidget* par
     splitter->addWidget(plot_);
     splitter->addWidget(makeList());
     splitter->setStretchFactor(0, 1); // the list keeps its width
-    const int listWidth = fontMetrics().averageCharWidth() * 40;
+    const int listWidth = fontMetrics().averageCharWidth() * 42;
     splitter->setSizes({3 * listWidth, listWidth});
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(makeBar());
@@ -164,7 +164,7 @@ QWidget* QtLiveChart::makeList()
     columns.setHighlightSections(false);
     columns.setSectionResizeMode(EventChoice::nameColumn, QHeaderView::Stretch);
     columns.resizeSection(EventChoice::valueColumn,
-                          fontMetrics().horizontalAdvance(QStringLiteral("00:00:00.0000")));
+                          fontMetrics().horizontalAdvance(QStringLiteral("00:00:00.000")));
     return list;
 }
 
