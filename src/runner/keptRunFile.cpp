@@ -76,10 +76,13 @@ std::optional<KeptSample> nextSample(std::istream& stream, const Design& design)
     buffer.at(length) = ','; // as behind the other numbers
     std::string_view line(buffer.data(), length + 1);
     KeptSample sample;
-    std::int32_t milliseconds = 0;
     if (!takeNumber(line, sample.event) || !takeNumber(line, sample.time.seconds) ||
-        !takeNumber(line, sample.value) || (!line.empty() && !takeNumber(line, milliseconds)) ||
-        !line.empty() || milliseconds < 0 || milliseconds > latestMillisecond)
+        !takeNumber(line, sample.value))
+        return std::nullopt;
+    sample.isExact = !line.empty();
+    std::int32_t milliseconds = 0;
+    if ((sample.isExact && !takeNumber(line, milliseconds)) || !line.empty() || milliseconds < 0 ||
+        milliseconds > latestMillisecond)
         return std::nullopt;
     sample.time.milliseconds = static_cast<std::uint16_t>(milliseconds);
     if (sample.event < 1 || static_cast<std::size_t>(sample.event) > design.events.size())

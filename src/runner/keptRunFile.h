@@ -24,6 +24,7 @@ struct KeptSample {
     std::int32_t event = 0; ///< from 0
     SampleTime time;
     std::int32_t value = 0;
+    bool isExact = true; ///< else the file has whole seconds only
 };
 
 /// What the file begins with.

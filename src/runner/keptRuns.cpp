@@ -68,6 +68,17 @@ bool putMark(const std::string& path, std::string_view mark)
     return !stream.fail();
 }
 
+/// Adds the samples of a second. Those of earlier versions are spread over it.
+void addSecond(SampleStore& samples, std::vector<KeptSample>& second)
+{
+    for (std::size_t i = 0; i < second.size(); ++i) {
+        const KeptSample& sample = second[i];
+        samples.addSaved(static_cast<std::size_t>(sample.event), sample.value,
+                         sample.isExact ? sample.time : timeWithin(sample.time.seconds, i, second.size()));
+    }
+    second.clear();
+}
+
 void removeFile(const std::string& path)
 {
     std::error_code ignored;
@@ -224,13 +235,17 @@ KeptRun KeptRuns::load(const KeptEntry& entry, Progress& progress)
             throw FileError("\"" + entry.path + "\" can't be read: " + error.what());
         }
         run.samples.reset(run.design);
-        while (const auto sample = nextSample(stream, run.design)) {
-            run.samples.addSaved(static_cast<std::size_t>(sample->event), sample->value, sample->time);
-            if (run.samples.size() % samplesBetweenReports == 0)
+        std::vector<KeptSample> second;
+        for (std::size_t count = 1; const auto sample = nextSample(stream, run.design); ++count) {
+            if (!second.empty() && second.front().time.seconds != sample->time.seconds)
+                addSecond(run.samples, second);
+            second.push_back(*sample);
+            if (count % samplesBetweenReports == 0)
                 progress.advance(
                     std::min(1.0, static_cast<double>(stream.tellg()) /
                                       static_cast<double>(std::max<std::uintmax_t>(entry.size, 1))));
         }
+        addSecond(run.samples, second);
     });
     return run;
 }

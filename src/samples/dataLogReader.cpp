@@ -39,13 +39,12 @@ struct Waiting {
 
 void Waiting::spread()
 {
-    constexpr std::size_t perSecond = 1000;
     for (auto begin = samples.begin(); begin != samples.end();) {
         const auto end = std::find_if(begin, samples.end(),
                                       [&](const Sample& s) { return s.time.seconds != begin->time.seconds; });
         const auto count = static_cast<std::size_t>(end - begin);
         for (std::size_t i = 0; begin != end; ++begin, ++i)
-            begin->time.milliseconds = static_cast<std::uint16_t>(i * perSecond / count);
+            begin->time = timeWithin(begin->time.seconds, i, count);
     }
 }
 

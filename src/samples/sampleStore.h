@@ -37,6 +37,14 @@ struct SampleTime {
     std::uint16_t milliseconds = 0; ///< below 1000
 };
 
+/// When one of several samples of a second came of which no more is known: they are spread evenly over it.
+/// @param place of the sample among them, from 0
+inline SampleTime timeWithin(std::int32_t second, std::size_t place, std::size_t samples)
+{
+    constexpr std::size_t milliseconds = 1000;
+    return {second, static_cast<std::uint16_t>(place * milliseconds / samples)};
+}
+
 /// What is known of one event of the design.
 struct EventTotals {
     static constexpr std::int32_t none = -1;

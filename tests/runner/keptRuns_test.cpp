@@ -131,8 +131,10 @@ TEST_F(KeptRunsTest, ReadsWhatIsWholeOfADamagedFile)
     const KeptEntry entry{.path = runs + "/damaged.run", .text = ""};
     for (const std::string& end :
          {"1,2,77"s, "1,2\r\n1,9,9\r\n"s, "4,2,3\r\n"s, std::string(1'000'000, '1')}) {
-        leaveFile("damaged", 0, "1,1,5\n2,2,6\r\n" + end);
-        EXPECT_EQ(KeptRuns::load(entry).samples.size(), 4U) << end.substr(0, 20);
+        leaveFile("damaged", 0, "1,2,5\n2,2,6\r\n" + end);
+        const SampleStore samples = KeptRuns::load(entry).samples;
+        EXPECT_EQ(samples.size(), 4U) << end.substr(0, 20);
+        EXPECT_EQ(samples[1].seconds() + samples[3].seconds(), 4.5) << "spread, where the milliseconds lack";
         EXPECT_EQ(listed(), "then   damaged (2 samples in 0:02, cut off)\n");
     }
     TemporaryFolder::write(entry.path, "Car\r\n|-1\r\nEOP - end of Parms\r\n12 soon\r\n");
