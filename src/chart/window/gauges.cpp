@@ -234,6 +234,7 @@ GaugeBoard::GaugeBoard(QSplitter& home) : QScrollArea(&home), home_(home), page_
     setObjectName(QStringLiteral("gaugeBoard"));
     setAccessibleName(Gauges::tr("Gauges"));
     setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::ClickFocus); // the gauges have their own
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     page_->setAlignment(Qt::AlignCenter);
     setWidget(page_);

@@ -136,6 +136,8 @@ void obdPollForm::setUpChart()
                           .choice = choice_},
                          ui->pages);
     ui->pages->addTab(gauges_, tr("&Gauges"));
+    setTabOrder(previousInFocusChain(), ui->backCom); // behind the pages, as they are seen
+    setTabOrder(ui->backCom, ui->comStart);
 }
 
 /// The entries stay, so that none goes while it is being chosen.
