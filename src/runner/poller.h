@@ -107,9 +107,6 @@ public:
     /// Whether a run is on that samples nothing: it waits, or goes on soon.
     bool isInterrupted() const { return isPolling() && reconnection_.isInterrupted(); }
 
-    /// Whether the last run has come to its end: all loops or all of its time.
-    bool isComplete() const { return state_.phase == Phase::complete; }
-
     /// How the port or the adapter's silence ended the last run, see AdapterLink.
     const std::string& lastFailure() const
     {
