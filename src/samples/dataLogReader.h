@@ -19,9 +19,9 @@ struct DataLog {
 /// Reads what writeLog() wrote.
 ///
 /// A log keeps the samples by event, and their times in whole seconds; the samples of a second are spread
-/// evenly over it. A table that is made of a log must
-/// have the rows that the run itself gives: one for each loop through the design. So the reader finds the
-/// order between the events again, from the times and the design's frequencies.
+/// evenly over it. A table that is made of a log must have the rows that the run itself gives: one for each
+/// loop through the design. So the reader finds the order between the events again, from the times and the
+/// design's frequencies.
 /// @throws FileError (with the line's number) for what is no data log, also one that was cut short;
 /// WorkStopped
 DataLog readLog(std::istream& stream, Progress& progress = unwatched);

@@ -51,11 +51,13 @@ struct OpeningTest : PollerTest {
 TEST_F(OpeningTest, ALogIsShownAndNothingPolledIntoItUntilTheValuesAreReset)
 {
     int designs = 0;
+    const auto generation = poller->samples().generation();
     poller->onDesignChanged = [&] { designs += poller->samples().events().size() == design.events.size(); };
     poller->openLog(bike);
     EXPECT_EQ(shown(), "Bike (2 events), from bike.log|bike.log opened. The unsaved run is under Recover "
                        "Unsaved Run...|3 samples in 1:01:01|First start: yesterday|Coolant 0");
     EXPECT_EQ(panel().obdGrid[0].maximum, "31.075mph");
+    EXPECT_NE(poller->samples().generation(), generation) << "whoever has read the old ones";
     EXPECT_EQ(pollPrintout(*poller, dateText).find("Bytes"), std::string::npos) << "they are of this window";
     poller->pressStart();
     EXPECT_EQ(prompts.takeMessage(),

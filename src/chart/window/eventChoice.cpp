@@ -3,6 +3,8 @@
 #include "chart/eventNumbers.h"
 #include "platform/text.h"
 
+#include <utility>
+
 namespace zint {
 namespace {
 
@@ -23,20 +25,26 @@ EventChoice::EventChoice(QObject* parent) : QStandardItemModel(0, 2, parent)
 
 void EventChoice::list(const Design& design)
 {
-    removeRows(0, rowCount());
-    for (std::size_t event = 0; event < design.events.size(); ++event) {
-        if (!hasNumbers(design.events[event]))
-            continue;
-        auto* name = new QStandardItem(toQt(eventName(design.events[event])));
-        name->setData(static_cast<int>(event), eventRole);
-        name->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
-        name->setCheckState(rowCount() < chosenAtFirst ? Qt::Checked : Qt::Unchecked);
-        auto* value = new QStandardItem;
-        value->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-        value->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        appendRow({name, value});
+    if (design.events != std::exchange(events_, design.events)) {
+        removeRows(0, rowCount());
+        for (std::size_t event = 0; event < events_.size(); ++event) {
+            if (hasNumbers(events_[event]))
+                append(event);
+        }
     }
     Q_EMIT chosenChanged();
+}
+
+void EventChoice::append(std::size_t event)
+{
+    auto* name = new QStandardItem(toQt(eventName(events_[event])));
+    name->setData(static_cast<int>(event), eventRole);
+    name->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+    name->setCheckState(rowCount() < chosenAtFirst ? Qt::Checked : Qt::Unchecked);
+    auto* value = new QStandardItem;
+    value->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+    value->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    appendRow({name, value});
 }
 
 std::vector<std::size_t> EventChoice::chosen() const

@@ -20,12 +20,17 @@ public:
 
     explicit EventChoice(QObject* parent);
 
-    void list(const Design& design);         ///< anew; the first four are chosen
+    void list(const Design& design); ///< the first four are chosen, unless the same events are listed already
     std::vector<std::size_t> chosen() const; ///< from 0, in rising order
     std::size_t eventOf(int row) const;      ///< from 0
 
 Q_SIGNALS:
     void chosenChanged(); ///< not for texts and icons that the chart puts beside the names
+
+private:
+    void append(std::size_t event);
+
+    std::vector<DesignEntry> events_;
 };
 
 } // namespace zint
