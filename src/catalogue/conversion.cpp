@@ -154,8 +154,12 @@ std::string displayText(std::int32_t conversion, std::int32_t raw)
 
 std::optional<double> convertedNumber(std::int32_t conversion, std::int32_t raw)
 {
-    const Conversion* row = findConversion(conversion);
-    return row != nullptr ? std::visit(Number{}, row->formula(raw)) : std::nullopt;
+    try {
+        const Conversion* row = findConversion(conversion);
+        return row != nullptr ? std::visit(Number{}, row->formula(raw)) : std::nullopt;
+    } catch (const RunTimeError&) {
+        return std::nullopt;
+    }
 }
 
 } // namespace zint

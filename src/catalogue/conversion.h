@@ -65,8 +65,8 @@ std::string_view unitName(std::int32_t conversion);
 /// The value directly followed by its unit, such as "55.935mph".
 std::string displayText(std::int32_t conversion, std::int32_t raw);
 
-/// The value as a number, for drawing and averaging; nothing where the conversion shows no number.
-/// @throws RunTimeError 6 as convert()
+/// The value as a number, for drawing and averaging; nothing where the conversion shows no number, or where
+/// convert() throws.
 std::optional<double> convertedNumber(std::int32_t conversion, std::int32_t raw);
 
 } // namespace zint

@@ -1,7 +1,6 @@
 #include "chart/gaugeReading.h"
 
 #include "catalogue/conversion.h"
-#include "chart/eventNumbers.h"
 #include "shared/runTimeError.h"
 
 #include <array>
@@ -62,7 +61,7 @@ GaugeReading GaugeReader::read(const SampleStore& samples)
 
 void GaugeReader::widen(std::int32_t raw)
 {
-    const std::optional<double> number = eventNumber(event_, raw);
+    const std::optional<double> number = convertedNumber(event_.conversion, raw);
     if (!number)
         return;
     if (!lowest_ || *number < lowest_->number)
@@ -74,7 +73,7 @@ void GaugeReader::widen(std::int32_t raw)
 /// A value that was always the same stands in the middle.
 std::optional<double> GaugeReader::placeOf(std::int32_t raw) const
 {
-    const std::optional<double> number = eventNumber(event_, raw);
+    const std::optional<double> number = convertedNumber(event_.conversion, raw);
     if (!number)
         return std::nullopt;
     const double range = highest_->number - lowest_->number;

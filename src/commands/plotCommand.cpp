@@ -1,7 +1,7 @@
 #include "commands/plotCommand.h"
 
+#include "catalogue/conversion.h"
 #include "chart/chartRange.h"
-#include "chart/eventNumbers.h"
 #include "chart/window/chartPicture.h"
 #include "chart/window/eventChoice.h"
 #include "commands/commandSession.h"
@@ -41,8 +41,8 @@ std::vector<std::size_t> drawnEvents(const PlotOptions& options, const Design& d
         if (event >= design.events.size())
             throw FileError("The log has no event " + number + "; it has " +
                             std::to_string(design.events.size()) + ".");
-        if (!hasNumbers(design.events[event]))
-            throw FileError("Event " + number + ", " + eventName(design.events[event]) +
+        if (!convertedNumber(design.events[event].conversion, 0))
+            throw FileError("Event " + number + ", " + design.events[event].name() +
                             ", has no numbers to draw.");
     }
     if (!options.events.empty())

@@ -1,6 +1,6 @@
 #include "chart/window/chartLines.h"
 
-#include "chart/eventNumbers.h"
+#include "catalogue/conversion.h"
 #include "platform/text.h"
 #include "shared/module1.h"
 
@@ -149,7 +149,7 @@ void ChartLines::makeAxes()
 {
     const std::vector<ValueAxis> before = std::exchange(axes_, {});
     for (Line& line : lines_) {
-        const std::string unit = eventUnit(line.entry);
+        const std::string unit = std::string(unitName(line.entry.conversion));
         if (std::ranges::find(axes_, unit, &ValueAxis::unit) == axes_.end())
             addAxis(unit, before);
         const auto place = std::ranges::find(axes_, unit, &ValueAxis::unit);
@@ -207,7 +207,7 @@ void ChartLines::read(Line& line) const
         const double last = points.isEmpty() ? 0 : (points.constEnd() - 1)->key;
         if (sample.isFirst && !points.isEmpty())
             points.add({last, std::numeric_limits<double>::quiet_NaN()});
-        if (const auto number = eventNumber(line.entry, sample.value))
+        if (const auto number = convertedNumber(line.entry.conversion, sample.value))
             points.add({std::max(last, sample.seconds()), *number}); // a clock may be set back
     }
 }
@@ -347,7 +347,7 @@ QString ChartLines::nameOf(std::size_t event) const
         notes += toQt(axis.unit);
     if (!axis.axis->visible() && !axis.isEmpty)
         notes += QStringLiteral("%1..%2").arg(axis.axis->range().lower).arg(axis.axis->range().upper);
-    const QString name = toQt(eventName(line->entry));
+    const QString name = toQt(line->entry.name());
     return notes.isEmpty() ? name : name + QStringLiteral(" (%1)").arg(notes.join(QStringLiteral(", ")));
 }
 

@@ -1,6 +1,6 @@
 #include "chart/window/eventChoice.h"
 
-#include "chart/eventNumbers.h"
+#include "catalogue/conversion.h"
 #include "platform/text.h"
 
 #include <utility>
@@ -28,7 +28,7 @@ void EventChoice::list(const Design& design)
     if (design.events != std::exchange(events_, design.events)) {
         removeRows(0, rowCount());
         for (std::size_t event = 0; event < events_.size(); ++event) {
-            if (hasNumbers(events_[event]))
+            if (convertedNumber(events_[event].conversion, 0))
                 append(event);
         }
     }
@@ -37,7 +37,7 @@ void EventChoice::list(const Design& design)
 
 void EventChoice::append(std::size_t event)
 {
-    auto* name = new QStandardItem(toQt(eventName(events_[event])));
+    auto* name = new QStandardItem(toQt(events_[event].name()));
     name->setData(static_cast<int>(event), eventRole);
     name->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
     name->setCheckState(rowCount() < chosenAtFirst ? Qt::Checked : Qt::Unchecked);

@@ -1,6 +1,6 @@
 #include "chart/window/liveChart.h"
 
-#include "chart/eventNumbers.h"
+#include "catalogue/conversion.h"
 #include "chart/window/chartPicture.h"
 #include "chart/window/chartPlot.h"
 #include "platform/text.h"
@@ -223,7 +223,7 @@ void QtLiveChart::tellNames()
         const std::size_t event = surroundings_.choice.eventOf(row);
         QString name = plot_->lines().nameOf(event);
         if (name.isEmpty() && event < design.events.size())
-            name = toQt(eventName(design.events[event]));
+            name = toQt(design.events[event].name());
         surroundings_.choice.item(row, EventChoice::nameColumn)->setText(name);
     }
     if (plot_->cursor())
