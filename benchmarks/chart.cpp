@@ -1,7 +1,7 @@
 // What a look at the chart takes: reading what is new in the store, fitting the axes, drawing and painting.
 // And whether that, and the memory, stay as they are in a run of eight hours.
 
-#include "chart/window/chartLines.h"
+#include "chart/window/chartPlot.h"
 #include "measure.h"
 
 #include <QApplication>
@@ -28,14 +28,14 @@ zint::Design events(std::size_t count)
 class Chart {
 public:
     Chart(std::size_t eventCount, double samplesPerSecond)
-        : design_(events(eventCount)), lines_(plot_, store_), samplesPerSecond_(samplesPerSecond)
+        : design_(events(eventCount)), plot_(store_), samplesPerSecond_(samplesPerSecond)
     {
         store_.reset(design_);
         std::vector<std::size_t> all(eventCount);
         std::iota(all.begin(), all.end(), std::size_t{0});
         plot_.resize(1400, 700);
         plot_.show();
-        lines_.draw(design_, all);
+        plot_.draw(design_, all);
     }
 
     void sample(std::size_t count)
@@ -59,8 +59,9 @@ public:
         for (int round = 0; round < rounds; ++round) {
             sample(design_.events.size());
             const auto start = RateClock::now();
-            lines_.paint(std::max(0.0, end() - span), end());
-            plot_.repaint();
+            plot_.read();
+            plot_.xAxis->setRange(std::max(0.0, end() - span), end());
+            plot_.replot(QCustomPlot::rpImmediateRefresh);
             times.push_back(secondsSince(start) * 1000);
         }
         return median(times);
@@ -69,8 +70,7 @@ public:
 private:
     zint::SampleStore store_;
     zint::Design design_;
-    QCustomPlot plot_;
-    zint::ChartLines lines_;
+    zint::ChartPlot plot_;
     double samplesPerSecond_;
     std::size_t sampled_ = 0;
 };

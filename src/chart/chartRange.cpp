@@ -6,27 +6,19 @@ namespace zint {
 
 double ChartRange::from() const
 {
-    switch (shown_) {
-    case Shown::newest:
+    if (shown_ == Shown::newest)
         return std::max(end_ - span_, 0.0);
-    case Shown::part:
-        return from_;
-    default:
-        return 0;
-    }
+    return shown_ == Shown::part ? from_ : 0;
 }
 
 double ChartRange::to() const
 {
     constexpr double first = 1; // so much at least is shown of a run that has just begun
-    switch (shown_) {
-    case Shown::newest:
+    if (shown_ == Shown::newest)
         return std::max(end_, std::min(span_, first)); // the window grows with the run
-    case Shown::part:
+    if (shown_ == Shown::part)
         return from_ + span_;
-    default:
-        return end_ > 0 ? std::max(end_, shortest) : window_;
-    }
+    return end_ > 0 ? std::max(end_, shortest) : window_;
 }
 
 void ChartRange::setEnd(double end, bool isRunning)
@@ -38,7 +30,7 @@ void ChartRange::setEnd(double end, bool isRunning)
     isRunning_ = isRunning;
     if (hasBegun || (isNew && isRunning))
         setWindow(window_);
-    else if ((isOver && shown_ == Shown::newest) || isNew)
+    else if ((isOver && follows()) || isNew)
         showAll();
 }
 
@@ -51,34 +43,20 @@ void ChartRange::setWindow(double seconds)
     shown_ = Shown::newest;
 }
 
-void ChartRange::zoom(double factor, double at)
-{
-    const double oldSpan = to() - from();
-    const auto changed = [&](double span) { return std::clamp(span * factor, shortest, longest()); };
-    const double begin = at - (at - from()) * changed(oldSpan) / oldSpan;
-    if (shown_ == Shown::newest)
-        span_ = changed(factor < 1 ? oldSpan : span_);
-    else
-        take(begin, begin + changed(oldSpan));
-}
-
-void ChartRange::pan(double seconds)
-{
-    if (shown_ != Shown::newest || from() > 0) // else all of it is in sight
-        take(from() + seconds, to() + seconds);
-}
-
 void ChartRange::take(double from, double to)
 {
     constexpr double nearly = 1e-6;
-    span_ = std::clamp(to - from, shortest, longest());
-    from_ = std::clamp(from, 0.0, std::max(0.0, std::max(end_, isRunning_ ? span_ : shortest) - span_));
+    const double window = follows() ? span_ : 0;
+    const double longest = std::max({end_, isRunning_ ? window_ : 0, shortest});
+    span_ = std::clamp(to - from, shortest, longest);
+    from_ = std::clamp(from, 0.0, std::max(end_ - span_, 0.0));
+    const bool isAll = span_ >= end_ - nearly;
     if (isRunning_ && from_ + span_ >= end_ - nearly)
         shown_ = Shown::newest;
     else
-        shown_ = span_ >= end_ - nearly ? Shown::all : Shown::part;
+        shown_ = isAll ? Shown::all : Shown::part;
+    if (isAll)
+        span_ = std::max(span_, window); // which a young run has not filled yet
 }
-
-double ChartRange::longest() const { return std::max({end_, isRunning_ ? window_ : 0, shortest}); }
 
 } // namespace zint

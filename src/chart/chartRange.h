@@ -11,6 +11,9 @@ public:
     double from() const;
     double to() const;
 
+    /// Whether the newest moment of a run stays in sight.
+    bool follows() const { return shown_ == Shown::newest; }
+
     /// Tells where the run has come to. A start begins to follow it; its end shows the whole run to those who
     /// followed.
     void setEnd(double end, bool isRunning);
@@ -20,20 +23,12 @@ public:
 
     void showAll() { shown_ = Shown::all; }
 
-    /// @param factor below 1 shows less. @param at the moment that stays where it is. The newest moment stays
-    /// where it is while the run is followed.
-    void zoom(double factor, double at);
-
-    void pan(double seconds); ///< below 0: to what was before
-
     /// Goes to a part, as far as there is one. A part that reaches the newest moment of a run goes on with
     /// it; one that is all of a run is no part.
     void take(double from, double to);
 
 private:
     enum class Shown { newest, all, part };
-
-    double longest() const;
 
     Shown shown_ = Shown::all;
     double window_ = 300;

@@ -82,18 +82,17 @@ int runPlotCommand(const PlotOptions& options)
 {
     constexpr QRect place(0, 0, 1400, 700);
     const DataLog log = loadLog(options.logPath);
-    QCustomPlot plot;
-    ChartLines lines(plot, log.samples);
-    lines.draw(log.design, drawnEvents(options, log.design));
+    ChartPlot plot(log.samples);
+    plot.draw(log.design, drawnEvents(options, log.design));
     const int from = options.from.value_or(0);
-    const double to = options.to ? *options.to : std::max(lines.end(), ChartRange::shortest);
+    const double to = options.to ? *options.to : std::max(plot.read(), ChartRange::shortest);
     if (log.samples.isEmpty() || from >= to)
         throw FileError("The log has no samples" +
                         (options.from ? " after " + std::to_string(from) + " seconds." : "."));
     plot.setViewport(place);
-    plot.replot(); // which lays it out
-    lines.paint(from, to);
-    writeChart(lines, options.picturePath);
+    plot.xAxis->setRange(from, to);
+    plot.replot();
+    writeChart(plot, options.picturePath);
     return exitStatus::success;
 }
 

@@ -5,11 +5,10 @@
 #include "shared/textFile.h"
 
 #include <QBuffer>
-#include <QImage>
 #include <QPdfWriter>
 #include <QPrinter>
 
-#include <memory>
+#include <algorithm>
 
 namespace zint {
 namespace {
@@ -19,43 +18,54 @@ bool endsWith(const std::string& path, const char* ending)
     return toQt(path).endsWith(QLatin1String(ending), Qt::CaseInsensitive);
 }
 
-bool drawImage(ChartLines& lines, QIODevice& file, double ratio)
+/// As large as fits.
+bool draw(ChartPlot& plot, QSize size, QPagedPaintDevice& paper)
 {
-    QImage image;
-    const auto imageOf = [&](QSize size) -> QPaintDevice& {
-        return image = QImage(size * ratio, QImage::Format_RGB32);
-    };
-    return lines.drawOn(imageOf) && image.save(&file, "PNG");
+    QCPPainter painter;
+    if (!painter.begin(&paper))
+        return false;
+    const double scale = std::min(static_cast<double>(paper.width()) / size.width(),
+                                  static_cast<double>(paper.height()) / size.height());
+    painter.scale(scale, scale);
+    painter.setMode(QCPPainter::pmVectorized);
+    plot.toPainter(&painter, size.width(), size.height());
+    return painter.end();
 }
 
-bool drawDocument(ChartLines& lines, QIODevice& file)
+bool drawDocument(ChartPlot& plot, QSize size, QIODevice& file)
 {
     QPdfWriter writer(&file);
     constexpr double pointsPerPixel = 0.75;
-    return lines.drawOn([&](QSize size) -> QPaintDevice& {
-        writer.setPageSize(QPageSize(QSizeF(size) * pointsPerPixel, QPageSize::Point));
-        writer.setPageMargins({});
-        return writer;
-    });
+    writer.setPageSize(QPageSize(QSizeF(size) * pointsPerPixel, QPageSize::Point));
+    writer.setPageMargins({});
+    return draw(plot, size, writer);
 }
 
 } // namespace
 
 bool isPictureName(const std::string& path) { return endsWith(path, ".png") || endsWith(path, ".pdf"); }
 
-void writeChart(ChartLines& lines, const std::string& path, double devicePixelRatio)
+void writeChart(ChartPlot& plot, const std::string& path, double devicePixelRatio)
 {
     QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    if (!(endsWith(path, ".pdf") ? drawDocument(lines, buffer) : drawImage(lines, buffer, devicePixelRatio)))
+    QBuffer file(&bytes);
+    file.open(QIODevice::WriteOnly);
+    const QSize size = plot.setOnPaper(true);
+    const bool isDrawn =
+        endsWith(path, ".pdf")
+            ? drawDocument(plot, size, file)
+            : plot.toPixmap(size.width(), size.height(), devicePixelRatio).save(&file, "PNG");
+    plot.setOnPaper(false);
+    if (!isDrawn)
         throw FileError("The picture can't be made; there may be too little memory.");
     replaceFile(path, [&bytes](std::ostream& stream) { stream.write(bytes.constData(), bytes.size()); });
 }
 
-bool printChart(ChartLines& lines, QPrinter& printer)
+bool printChart(ChartPlot& plot, QPrinter& printer)
 {
-    return lines.drawOn([&printer](QSize) -> QPaintDevice& { return printer; });
+    const bool isDrawn = draw(plot, plot.setOnPaper(true), printer);
+    plot.setOnPaper(false);
+    return isDrawn;
 }
 
 } // namespace zint

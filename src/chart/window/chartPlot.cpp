@@ -1,23 +1,73 @@
 #include "chart/window/chartPlot.h"
 
-#include <QKeyEvent>
-#include <QMouseEvent>
-#include <QPainter>
+#include "catalogue/conversion.h"
+#include "chart/window/chartStyle.h"
+#include "platform/text.h"
+
+#include <QSignalBlocker>
 #include <QStyleOptionFocusRect>
-#include <QWheelEvent>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <utility>
 
 namespace zint {
+namespace {
+
+constexpr double infinite = std::numeric_limits<double>::infinity();
+constexpr int dotSize = 6; // pixels
+
+struct ValueTicker final : QCPAxisTicker {
+    using QCPAxisTicker::getTickStep;
+};
+
+/// The next limits that have a tick, with room on both sides of a value by itself.
+QCPRange roundLimits(ValueTicker& ticker, double lowest, double highest)
+{
+    if (lowest == highest) {
+        const double room = std::abs(lowest) * 0.1;
+        lowest -= room;
+        highest += lowest == highest ? 1 : room;
+    }
+    QCPRange range(lowest, highest);
+    for (int i = 0; i < 3; ++i) { // wider limits may have wider ticks
+        const double step = ticker.getTickStep(range);
+        range = {std::floor(range.lower / step) * step, std::ceil(range.upper / step) * step};
+    }
+    return range;
+}
+
+} // namespace
+
+/// A piece that is no larger than a dot becomes one: one sample by itself, say.
+void ChartLine::drawLinePlot(QCPPainter* painter, const QVector<QPointF>& points) const
+{
+    QCPGraph::drawLinePlot(painter, points);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(pen().color());
+    painter->setClipRect(clipRect() + QMargins(dotSize, dotSize, dotSize, dotSize)); // whole at the edge
+    for (qsizetype start = 0, i = 0; i <= points.size(); ++i) {
+        if (i < points.size() && !std::isnan(points[i].y()))
+            continue;
+        const QRectF box = QPolygonF(points.mid(start, i - start)).boundingRect();
+        if (i > start && std::max(box.width(), box.height()) < dotSize)
+            painter->drawEllipse(box.center(), dotSize / 2.0, dotSize / 2.0);
+        start = i + 1;
+    }
+}
 
 ChartPlot::ChartPlot(const SampleStore& samples, QWidget* parent)
-    : QCustomPlot(parent), lines_(*this, samples), cursorLine_(new QCPItemLine(this))
+    : QCustomPlot(parent), samples_(samples), cursorLine_(new QCPItemLine(this))
 {
+    setPlottingHints(QCP::phFastPolylines | QCP::phCacheLabels);
+    setAutoAddPlottableToLegend(false);
+    setLocale(QLocale::c());
+    xAxis->setTicker(QSharedPointer<QCPAxisTickerTime>::create());
+    addAxis(yAxis);
+    addAxis(yAxis2);
+
     const QString cursorLayer = QStringLiteral("cursor");
-    setFocusPolicy(Qt::StrongFocus);
-    setMouseTracking(true);
-    setMinimumSize(240, 160);
     addLayer(cursorLayer);
     layer(cursorLayer)->setMode(QCPLayer::lmBuffered);
     cursorLine_->setLayer(cursorLayer);
@@ -25,61 +75,249 @@ ChartPlot::ChartPlot(const SampleStore& samples, QWidget* parent)
         end->setTypeY(QCPItemPosition::ptAxisRectRatio);
     cursorLine_->setVisible(false);
     cursorLine_->setAntialiased(false);
-    setSelectionRectMode(QCP::srmCustom); // for the drags that the library is told of
-    connect(selectionRect(), &QCPSelectionRect::accepted, this, &ChartPlot::showRectangle);
+
+    connect(this, &QCustomPlot::beforeReplot, this, &ChartPlot::fit);
+    paintColours(palette());
 }
 
-void ChartPlot::paint()
+void ChartPlot::addAxis(QCPAxis* axis)
 {
-    if (!isVisible())
+    axis->setLayer(QStringLiteral("axes"));
+    axis->grid()->setLayer(QStringLiteral("grid")); // below the lines
+    axis->grid()->setVisible(axes_.empty());        // two grids would be one too many
+    axis->setTicker(QSharedPointer<ValueTicker>::create());
+    axis->setNumberFormat(QStringLiteral("g"));
+    axis->setLowerEnding(QCPLineEnding::esNone);
+    axis->setUpperEnding(QCPLineEnding::esNone);
+    connect(axis, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this, [this, axis](const auto& range) {
+        if (!axis->graphs().isEmpty())
+            scaled_[axis->label()] = range;
+        replot(rpQueuedReplot);
+    });
+    axes_.push_back(axis);
+}
+
+ChartLine* ChartPlot::find(std::size_t event) const
+{
+    const auto line = std::ranges::find(lines_, event, &ChartLine::event);
+    return line == lines_.end() ? nullptr : *line;
+}
+
+std::size_t ChartPlot::freeStyle() const
+{
+    std::size_t style = 0;
+    while (std::ranges::find(lines_, style, &ChartLine::style) != lines_.end())
+        ++style;
+    return style;
+}
+
+void ChartPlot::draw(const Design& design, const std::vector<std::size_t>& events)
+{
+    const auto stays = [&](const ChartLine* line) {
+        return std::ranges::binary_search(events, line->event) && line->event < design.events.size() &&
+               design.events[line->event] == line->entry;
+    };
+    std::erase_if(lines_, [&](ChartLine* line) { return !stays(line) && removePlottable(line); });
+    for (const std::size_t event : events) {
+        if (event >= design.events.size() || find(event) != nullptr)
+            continue;
+        auto* line = new ChartLine(xAxis, yAxis);
+        line->event = event;
+        line->entry = design.events[event];
+        line->style = freeStyle();
+        lines_.push_back(line);
+    }
+    std::ranges::sort(lines_, {}, &ChartLine::event);
+    units_.clear();
+    for (ChartLine* line : lines_)
+        line->setValueAxis(axisOf(toQt(unitName(line->entry.conversion))));
+    read();
+}
+
+QCPAxis* ChartPlot::axisOf(const QString& unit)
+{
+    if (!units_.contains(unit))
+        units_ += unit;
+    const auto place = static_cast<std::size_t>(units_.indexOf(unit));
+    if (place == axes_.size()) {
+        addAxis(axisRect()->addAxis(place % 2 == 0 ? QCPAxis::atLeft : QCPAxis::atRight));
+        paintColours(palette_);
+    }
+    axes_[place]->setLabel(unit);
+    return axes_[place];
+}
+
+/// Begins anew when the store has others than those that were read.
+double ChartPlot::read()
+{
+    const bool isNew = std::exchange(generation_, samples_.generation()) != samples_.generation();
+    double end = samples_.isEmpty() ? 0 : samples_[samples_.size() - 1].seconds();
+    for (ChartLine* line : lines_) {
+        if (isNew) {
+            line->data()->clear();
+            line->read = EventTotals::none;
+        }
+        read(*line);
+        end = line->data()->isEmpty() ? end : std::max(end, (line->data()->constEnd() - 1)->key);
+    }
+    return end;
+}
+
+/// Adds what the store has got since the last time. A gap is a point that is no number, at the time of the
+/// last one before it: the library shows that as a gap also where it joins the points of a pixel.
+void ChartPlot::read(ChartLine& line) const
+{
+    if (line.event >= samples_.events().size())
         return;
-    onPainted(lines_.paint(range_.from(), range_.to()));
+    std::int32_t next = 0;
+    if (line.read != EventTotals::none)
+        next = samples_[line.read].link;
+    else if (const std::int32_t header = samples_.events()[line.event].header; header != EventTotals::none)
+        next = header + 1;
+    QCPGraphDataContainer& points = *line.data();
+    for (; next != 0; next = samples_[next].link) {
+        const SampleRecord& sample = samples_[next];
+        line.read = next;
+        const double last = points.isEmpty() ? 0 : (points.constEnd() - 1)->key;
+        if (sample.isFirst && !points.isEmpty())
+            points.add({last, std::numeric_limits<double>::quiet_NaN()});
+        if (const auto number = convertedNumber(line.entry.conversion, sample.value))
+            points.add({std::max(last, sample.seconds()), *number}); // a clock may be set back
+    }
 }
 
-void ChartPlot::paintColours()
+/// Before each painting, for the room and the range that there are now.
+void ChartPlot::fit()
 {
-    lines_.paintColours(palette());
-    cursorLine_->setPen(chartColour(0.7, palette()));
-    QColor inside = palette().color(QPalette::Highlight);
-    selectionRect()->setPen(inside);
-    inside.setAlphaF(0.2F);
-    selectionRect()->setBrush(inside);
+    updateLayout();
+    std::ptrdiff_t points = 0;
+    for (std::size_t i = 0; i < axes_.size(); ++i) {
+        const int fitting = viewport().width() < 320 ? 1 : std::max(2, viewport().width() / 240);
+        axes_[i]->setVisible(static_cast<qsizetype>(i) < std::min<qsizetype>(fitting, units_.size()));
+        points += fitValues(*axes_[i]);
+    }
+    constexpr std::ptrdiff_t crowd = 1500;
+    isCrowded_ = points > (isCrowded_ ? crowd * 3 / 4 : crowd); // not to and fro
+    fitTime();
+    paintLines();
 }
 
-void ChartPlot::zoom(double factor, double time)
+/// A line's next point on either side of what is shown counts, for the line leads there, but over no gap.
+/// @return how many points of the axis are in sight
+std::ptrdiff_t ChartPlot::fitValues(QCPAxis& axis)
 {
-    range_.zoom(factor, time);
-    paint();
+    const QCPRange time = xAxis->range();
+    double lowest = infinite;
+    double highest = -infinite;
+    std::ptrdiff_t count = 0;
+    for (const QCPGraph* line : axis.graphs()) {
+        const auto begin = line->data()->findBegin(time.lower);
+        auto end = line->data()->findEnd(time.upper);
+        if (end - begin >= 2 && (end - 1)->key > time.upper && std::isnan((end - 2)->value))
+            --end;
+        count += end - begin;
+        for (auto point = begin; point < end; ++point) {
+            lowest = std::min(lowest, point->value); // not a number is not lower
+            highest = std::max(highest, point->value);
+        }
+    }
+    const auto ticker = axis.ticker().staticCast<ValueTicker>();
+    ticker->setTickCount(std::clamp(viewport().height() / (axis.tickLabelFont().pixelSize() * 4), 1, 6));
+    const QSignalBlocker isNoUser(axis);
+    if (const auto scaled = scaled_.find(axis.label()); scaled != scaled_.end())
+        axis.setRange(scaled->second);
+    else if (lowest <= highest)
+        axis.setRange(roundLimits(*ticker, lowest, highest));
+    return count;
 }
 
-void ChartPlot::pan(double seconds)
+/// Where the library joins the points of a pixel, the range moves by whole ones: a line keeps its shape.
+void ChartPlot::fitTime()
 {
-    range_.pan(seconds);
-    paint();
+    const int width = std::max(1, axisRect()->width());
+    if (isCrowded_) {
+        const QSignalBlocker isNoUser(xAxis);
+        const double pixel = xAxis->range().size() / width;
+        xAxis->moveRange(std::ceil(xAxis->range().lower / pixel) * pixel - xAxis->range().lower);
+    }
+    const bool hasHours = xAxis->range().upper >= 3600;
+    QString format = hasHours ? QStringLiteral("%h:%m:%s") : QStringLiteral("%m:%s");
+    QString widest = hasHours ? QStringLiteral("00:00:00") : QStringLiteral("00:00");
+    const QFontMetrics metrics(xAxis->tickLabelFont());
+    const auto room = [&] { return std::max(1, width / (2 * metrics.horizontalAdvance(widest))); };
+    if (xAxis->range().size() < room()) {
+        format += QStringLiteral(".%z");
+        widest += QStringLiteral(".000");
+    }
+    const auto ticker = xAxis->ticker().staticCast<QCPAxisTickerTime>();
+    ticker->setTimeFormat(format);
+    ticker->setFieldWidth(QCPAxisTickerTime::tuHours, 1);
+    ticker->setFieldWidth(QCPAxisTickerTime::tuMinutes, hasHours ? 2 : 1);
+    ticker->setTickCount(room());
+    const int half = metrics.horizontalAdvance(widest) / 2; // of a label at the end of the axis
+    axisRect()->setMinimumMargins({half, metrics.height() / 2, half, 0});
 }
 
-void ChartPlot::showAll()
+void ChartPlot::paintLines()
 {
-    range_.showAll();
-    lines_.freeScales();
-    paint();
+    for (ChartLine* line : lines_) {
+        line->setPen(penOf(line->event));
+        line->setName(nameOf(line->event));
+    }
 }
 
-void ChartPlot::scale(QCPAxis* axis, const QCPRange& values)
+QString ChartPlot::nameOf(std::size_t event) const
 {
-    lines_.scale(axis, values);
-    paint();
+    const ChartLine* line = find(event);
+    if (line == nullptr)
+        return {};
+    const QCPAxis& axis = *line->valueAxis();
+    QStringList notes;
+    if (!axis.label().isEmpty())
+        notes += axis.label();
+    if (!axis.visible() && !line->data()->isEmpty())
+        notes += QStringLiteral("%1..%2").arg(axis.range().lower).arg(axis.range().upper);
+    const QString name = toQt(line->entry.name());
+    return notes.isEmpty() ? name : name + QStringLiteral(" (%1)").arg(notes.join(QStringLiteral(", ")));
 }
 
-void ChartPlot::showRectangle(const QRect& chosen)
+QPen ChartPlot::penOf(std::size_t event) const
 {
-    if (std::min(std::abs(chosen.width()), std::abs(chosen.height())) < QApplication::startDragDistance())
-        return;
-    for (QCPAxis* axis : axisRect()->axes(QCPAxis::atLeft | QCPAxis::atRight))
-        lines_.scale(axis, selectionRect()->range(axis));
-    const QCPRange times = selectionRect()->range(xAxis);
-    range_.take(times.lower, times.upper);
-    paint();
+    const ChartLine* line = find(event);
+    const bool isThin = isCrowded_ && names_ == nullptr; // dashes, for those who print
+    return line == nullptr ? QPen(Qt::NoPen)
+                           : chartPen(line->style, isThin ? LineWidth::thin : LineWidth::wide, palette_);
+}
+
+std::optional<double> ChartPlot::valueAt(std::size_t event, double time) const
+{
+    const ChartLine* line = find(event);
+    if (line == nullptr || line->data()->isEmpty())
+        return {};
+    constexpr double pixels = 8;
+    const double reach = pixels * xAxis->range().size() / std::max(1, axisRect()->width());
+    const auto next = line->data()->findBegin(time, false);
+    auto last = next == line->data()->constBegin() ? next : next - 1;
+    const bool isJoined = last != next && next != line->data()->constEnd() && !std::isnan(last->value);
+    while (std::isnan(last->value))
+        --last;
+    const bool isNext = next != line->data()->constEnd() && next->key - time < std::abs(time - last->key);
+    const auto nearest = isNext ? next : last;
+    return isJoined || std::abs(nearest->key - time) <= reach ? std::optional(nearest->value) : std::nullopt;
+}
+
+std::optional<double> ChartPlot::nextTime(double time, int direction) const
+{
+    std::optional<double> best;
+    for (const ChartLine* line : lines_) {
+        const auto next = line->data()->findEnd(time, false);
+        const auto last = line->data()->findBegin(time, false);
+        if (direction > 0 && next != line->data()->constEnd())
+            best = std::min(best.value_or(next->key), next->key);
+        else if (direction < 0 && last != line->data()->constBegin())
+            best = std::max(best.value_or((last - 1)->key), (last - 1)->key);
+    }
+    return best;
 }
 
 void ChartPlot::moveCursor(std::optional<double> time)
@@ -89,17 +327,75 @@ void ChartPlot::moveCursor(std::optional<double> time)
     cursorLine_->start->setCoords(time.value_or(0), 0);
     cursorLine_->end->setCoords(time.value_or(0), 1);
     cursorLine_->layer()->replot();
-    onCursor();
 }
 
-void ChartPlot::stepCursor(int direction)
+QCPAxis* ChartPlot::valueAxisAt(const QPointF& place) const
 {
-    const auto time = lines_.nextTime(cursor_.value_or(xAxis->range().center()), direction);
-    if (!time)
+    const auto isThere = [&](const QCPAxis* axis) {
+        return !axisRect()->rect().contains(place.toPoint()) && axis->getPartAt(place) != QCPAxis::spNone;
+    };
+    const auto axis = std::ranges::find_if(axes_, isThere);
+    return axis == axes_.end() ? nullptr : *axis;
+}
+
+QSize ChartPlot::setOnPaper(bool isOnPaper)
+{
+    if (!isOnPaper) {
+        plotLayout()->remove(std::exchange(names_, nullptr));
+        plotLayout()->simplify();
+        paintColours(palette());
+        return viewport().size();
+    }
+    names_ = new QCPLegend;
+    plotLayout()->addElement(1, 0, names_);
+    names_->setBorderPen(Qt::NoPen);
+    names_->setFont(xAxis->labelFont());
+    names_->setFillOrder(QCPLegend::foColumnsFirst);
+    int widest = 1;
+    for (const ChartLine* line : lines_)
+        widest = std::max(widest, QFontMetrics(names_->font()).horizontalAdvance(line->name()));
+    names_->setWrap(std::max(1, viewport().width() / (widest + names_->iconSize().width() + 24)));
+    for (ChartLine* line : lines_)
+        line->addToLegend(names_);
+    const int height = names_->minimumOuterSizeHint().height();
+    names_->setMaximumSize(QWIDGETSIZE_MAX, height);
+    paintColours(QPalette(Qt::black, Qt::lightGray, Qt::white, Qt::gray, Qt::gray, Qt::black, Qt::white));
+    return viewport().size() + QSize(0, height);
+}
+
+void ChartPlot::paintColours(const QPalette& palette)
+{
+    palette_ = palette;
+    const QColor text = palette.color(QPalette::Text);
+    QFont inPixels = font(); // suits any device that the chart is drawn on
+    inPixels.setPixelSize(QFontInfo(font()).pixelSize());
+    setBackground(palette.brush(QPalette::Base));
+    for (QCPAxis* axis : axisRect()->axes()) {
+        axis->setTickLabelFont(inPixels);
+        axis->setLabelFont(inPixels);
+        axis->setTickLabelColor(text);
+        axis->setLabelColor(text);
+        axis->setBasePen(chartColour(0.5, palette));
+        axis->setTickPen(chartColour(0.5, palette));
+        axis->setSubTicks(false);
+        axis->grid()->setPen(chartColour(0.15, palette));
+        axis->grid()->setZeroLinePen(chartColour(0.15, palette));
+    }
+    cursorLine_->setPen(chartColour(0.7, palette));
+    QColor inside = palette.color(QPalette::Highlight);
+    selectionRect()->setPen(inside);
+    inside.setAlphaF(0.2F);
+    selectionRect()->setBrush(inside);
+    paintLines();
+}
+
+void ChartPlot::changeEvent(QEvent* event)
+{
+    QCustomPlot::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange && event->type() != QEvent::FontChange)
         return;
-    if (!xAxis->range().contains(*time))
-        pan(*time - xAxis->range().center());
-    moveCursor(time);
+    paintColours(palette());
+    replot(rpQueuedReplot);
 }
 
 void ChartPlot::paintEvent(QPaintEvent* event)
@@ -112,146 +408,6 @@ void ChartPlot::paintEvent(QPaintEvent* event)
     option.initFrom(this);
     option.rect = rect().adjusted(1, 1, -1, -1);
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
-}
-
-void ChartPlot::resizeEvent(QResizeEvent* /*event*/)
-{
-    setViewport(rect());
-    updateLayout();
-    paint();
-}
-
-void ChartPlot::wheelEvent(QWheelEvent* event)
-{
-    constexpr double notch = 120;
-    const double factor = std::pow(zoomStep, event->angleDelta().y() / notch);
-    if (QCPAxis* axis = valueAxisAt(event->position())) {
-        const double fixed = axis->pixelToCoord(event->position().y());
-        scale(axis, (axis->range() - fixed) * factor + fixed);
-    } else {
-        zoom(factor, xAxis->pixelToCoord(event->position().x()));
-    }
-    event->accept();
-}
-
-QCPAxis* ChartPlot::valueAxisAt(const QPointF& place) const
-{
-    for (QCPAxis* axis : axisRect()->axes(QCPAxis::atLeft | QCPAxis::atRight)) {
-        if (!axisRect()->rect().contains(place.toPoint()) && axis->getPartAt(place) != QCPAxis::spNone)
-            return axis;
-    }
-    return nullptr;
-}
-
-void ChartPlot::mousePressEvent(QMouseEvent* event)
-{
-    if (event->button() != Qt::LeftButton)
-        return;
-    dragged_ = event->position();
-    draggedAxis_ = valueAxisAt(dragged_);
-    if (draggedAxis_ != nullptr) {
-        drag_ = Drag::values;
-        draggedRange_ = draggedAxis_->range();
-    } else if (event->modifiers().testFlag(Qt::ShiftModifier)) {
-        drag_ = Drag::rectangle;
-        QCustomPlot::mousePressEvent(event);
-    } else {
-        drag_ = Drag::time;
-    }
-    shapePointer(dragged_);
-}
-
-void ChartPlot::mouseMoveEvent(QMouseEvent* event)
-{
-    const QPointF place = event->position();
-    if (drag_ == Drag::rectangle)
-        return QCustomPlot::mouseMoveEvent(event);
-    if (drag_ == Drag::values)
-        return stretch(place.y());
-    if (drag_ == Drag::time)
-        pan(xAxis->pixelToCoord(dragged_.x()) - xAxis->pixelToCoord(place.x()));
-    dragged_ = place;
-    const bool isInside = axisRect()->rect().contains(place.toPoint());
-    moveCursor(isInside ? std::optional(xAxis->pixelToCoord(place.x())) : std::nullopt);
-    shapePointer(place);
-}
-
-/// The value that was grabbed follows the pointer; the end of the axis that is farther away stays.
-void ChartPlot::stretch(double y)
-{
-    constexpr double least = 0.05; // of the height; a smaller one would stretch without end
-    const auto partAt = [this](double at) { return (axisRect()->bottom() - at) / axisRect()->height(); };
-    const double grabbed = partAt(dragged_.y()); // 0: the lower end, 1: the upper one
-    const QCPRange& old = draggedRange_;
-    if (grabbed >= 0.5)
-        scale(draggedAxis_, {old.lower, old.lower + old.size() * grabbed / std::max(partAt(y), least)});
-    else
-        scale(draggedAxis_,
-              {old.upper - old.size() * (1 - grabbed) / std::max(1 - partAt(y), least), old.upper});
-}
-
-void ChartPlot::mouseReleaseEvent(QMouseEvent* event)
-{
-    if (event->button() != Qt::LeftButton)
-        return;
-    if (drag_ == Drag::rectangle)
-        QCustomPlot::mouseReleaseEvent(event);
-    drag_ = Drag::none;
-    shapePointer(event->position());
-}
-
-void ChartPlot::mouseDoubleClickEvent(QMouseEvent* event)
-{
-    if (event->button() == Qt::LeftButton)
-        showAll();
-}
-
-void ChartPlot::shapePointer(const QPointF& place)
-{
-    if (drag_ == Drag::values || (drag_ == Drag::none && valueAxisAt(place) != nullptr))
-        setCursor(Qt::SizeVerCursor);
-    else if (drag_ == Drag::rectangle)
-        setCursor(Qt::CrossCursor);
-    else
-        setCursor(drag_ == Drag::time ? Qt::ClosedHandCursor : Qt::OpenHandCursor);
-}
-
-void ChartPlot::leaveEvent(QEvent* event)
-{
-    QCustomPlot::leaveEvent(event);
-    if (isVisible()) // else the window is about to go, and with it what would be told
-        moveCursor(std::nullopt);
-}
-
-void ChartPlot::keyPressEvent(QKeyEvent* event)
-{
-    constexpr double panStep = 0.1; // of what is shown
-    const bool steps = event->modifiers().testFlag(Qt::ControlModifier);
-    const auto go = [&](int direction) {
-        steps ? stepCursor(direction) : pan(direction * panStep * xAxis->range().size());
-    };
-    switch (event->key()) {
-    case Qt::Key_Plus:
-    case Qt::Key_Equal: // plus without the shift key
-    case Qt::Key_Up:
-        return zoomIn();
-    case Qt::Key_Minus:
-    case Qt::Key_Down:
-        return zoomOut();
-    case Qt::Key_Left:
-        return go(-1);
-    case Qt::Key_Right:
-        return go(1);
-    case Qt::Key_Home:
-        return showAll();
-    case Qt::Key_Space:
-        return onPause();
-    case Qt::Key_Escape:
-        selectionRect()->cancel();
-        return moveCursor(std::nullopt);
-    default:
-        QCustomPlot::keyPressEvent(event);
-    }
 }
 
 } // namespace zint

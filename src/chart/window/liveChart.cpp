@@ -1,76 +1,42 @@
 #include "chart/window/liveChart.h"
 
-#include "catalogue/conversion.h"
 #include "chart/window/chartPicture.h"
-#include "chart/window/chartPlot.h"
+#include "chart/window/chartStyle.h"
 #include "platform/text.h"
 #include "shared/fileError.h"
-#include "widgets/windowPrinter.h"
+#include "shared/module1.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QHeaderView>
+#include <QMouseEvent>
+#include <QShortcut>
+#include <QSignalBlocker>
 #include <QSplitter>
 #include <QTableView>
-#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
+#include <cmath>
 #include <string>
 
 namespace zint {
 namespace {
 
-class QtLiveChart final : public LiveChart {
-public:
-    QtLiveChart(const LiveChartSurroundings& surroundings, QWidget* parent);
+constexpr double zoomStep = 0.7; // of what is shown, per key and notch of the wheel
+constexpr double panStep = 0.1;
 
-    void setRunning(bool isRunning) override;
+} // namespace
 
-protected:
-    void changeEvent(QEvent* event) override;
-    void showEvent(QShowEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
-
-private:
-    QWidget* makeBar();
-    QWidget* makeWindows();
-    QWidget* makeList();
-    void drawChosen();
-    void look();
-    void schedule(double spent);
-    void tellNames();
-    void tellValues();
-    void showSamples();
-    void paintColours();
-    void hold(const std::function<void()>& questions);
-    void savePicture();
-    void print()
-    {
-        hold([this] { printer_.print(); });
-    }
-
-    LiveChartSurroundings surroundings_;
-    ChartPlot* plot_;
-    WindowPrinter printer_;
-    QAction* pause_ = nullptr;
-    QTimer timer_; ///< until the next look at the store
-
-    std::uint64_t generation_ = 0; ///< of the store, when it was last looked at
-    bool isRunning_ = false;
-    bool isHeld_ = false; ///< until the user has answered
-};
-
-QtLiveChart::QtLiveChart(const LiveChartSurroundings& surroundings, QWidget* parent)
-    : LiveChart(parent), surroundings_(surroundings), plot_(new ChartPlot(surroundings.samples, this)),
-      printer_(*this, surroundings.prompts,
-               [this](QPrinter& printer) { return printChart(plot_->lines(), printer); })
+LiveChart::LiveChart(const LiveChartSurroundings& surroundings, QWidget* parent)
+    : QWidget(parent), surroundings_(surroundings), plot_(new ChartPlot(surroundings.samples, this)),
+      printer_(*this, surroundings.prompts, [this](QPrinter& printer) { return printChart(*plot_, printer); })
 {
     plot_->setObjectName(QStringLiteral("chartView"));
     plot_->setAccessibleName(tr("Chart"));
+    plot_->setMinimumSize(240, 160);
     auto* splitter = new QSplitter(this);
     splitter->setChildrenCollapsible(false);
     splitter->addWidget(plot_);
@@ -82,56 +48,55 @@ QtLiveChart::QtLiveChart(const LiveChartSurroundings& surroundings, QWidget* par
     layout->addWidget(makeBar());
     layout->addWidget(splitter, 1);
 
+    makeSteering();
     timer_.setSingleShot(true);
-    connect(&timer_, &QTimer::timeout, this, [this] { look(); });
+    connect(&timer_, &QTimer::timeout, this, &LiveChart::look);
     connect(&surroundings_.choice, &EventChoice::chosenChanged, this, [this] {
         drawChosen();
-        plot_->paint();
+        paint();
     });
-    plot_->onPainted = [this](bool areOthers) {
-        if (areOthers)
-            showSamples();
-        tellNames();
-    };
-    plot_->onCursor = [this] { tellValues(); };
-    plot_->onPause = [this] { pause_->trigger(); };
+    connect(plot_, &QCustomPlot::afterReplot, this, &LiveChart::tellNames);
     drawChosen();
-    paintColours();
 }
 
-QWidget* QtLiveChart::makeBar()
+QToolBar* LiveChart::makeBar()
 {
     auto* bar = new QToolBar(this);
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     bar->addWidget(makeWindows());
     bar->addSeparator();
     const auto add = [&](const char* name, const char* icon, const QString& text, const QString& tip,
-                         const auto& operation) {
+                         const QList<QKeySequence>& keys, const auto& operation) {
         QAction* action = bar->addAction(QIcon::fromTheme(QLatin1String(icon)), text, this, operation);
         action->setObjectName(QLatin1String(name));
         action->setIconText(text); // with its dots
         action->setToolTip(tip);
+        action->setShortcuts(keys);
+        action->setShortcutContext(Qt::WidgetShortcut);
+        plot_->addAction(action);
         bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
         return action;
     };
     add("chartAll", "zoom-fit-best", tr("Whole Run"), tr("Show all that was sampled (Home, or double-click)"),
-        [this] { plot_->showAll(); });
-    pause_ = add("chartPause", "media-playback-pause", tr("Pause"),
-                 tr("Let the chart stand still; polling goes on (Space)"), [this] { look(); });
+        {Qt::Key_Home}, [this] { showAll(); });
+    pause_ =
+        add("chartPause", "media-playback-pause", tr("Pause"),
+            tr("Let the chart stand still; polling goes on (Space)"), {Qt::Key_Space}, [this] { look(); });
     pause_->setCheckable(true);
     add("chartZoomIn", "zoom-in", tr("Zoom In"),
         tr("Show a shorter time (+, turn the mouse wheel, or drag a rectangle with Shift)"),
-        [this] { plot_->zoomIn(); });
+        {Qt::Key_Plus, Qt::Key_Equal, Qt::Key_Up}, // "=" is plus without the shift key
+        [this] { zoom(zoomStep, plot_->xAxis->range().center()); });
     add("chartZoomOut", "zoom-out", tr("Zoom Out"), tr("Show a longer time (-, or turn the mouse wheel)"),
-        [this] { plot_->zoomOut(); });
+        {Qt::Key_Minus, Qt::Key_Down}, [this] { zoom(1 / zoomStep, plot_->xAxis->range().center()); });
     add("chartSave", "document-save", tr("Save Picture..."),
-        tr("Save the chart as it is shown, as a picture or a PDF document"), [this] { savePicture(); });
-    add("chartPrint", "document-print", tr("Print..."), tr("Print the chart as it is shown"),
-        [this] { print(); });
+        tr("Save the chart as it is shown, as a picture or a PDF document"), {}, [this] { savePicture(); });
+    add("chartPrint", "document-print", tr("Print..."), tr("Print the chart as it is shown"), {},
+        [this] { hold([this] { printer_.print(); }); });
     return bar;
 }
 
-QWidget* QtLiveChart::makeWindows()
+QWidget* LiveChart::makeWindows()
 {
     auto* windows = new QComboBox(this);
     windows->setObjectName(QStringLiteral("chartWindow"));
@@ -142,13 +107,13 @@ QWidget* QtLiveChart::makeWindows()
     windows->addItem(tr("Last 15 minutes"), 900.0);
     windows->setCurrentIndex(1);
     connect(windows, &QComboBox::activated, this, [this, windows] {
-        plot_->range().setWindow(windows->currentData().toDouble());
-        plot_->paint();
+        range_.setWindow(windows->currentData().toDouble());
+        paint();
     });
     return windows;
 }
 
-QWidget* QtLiveChart::makeList()
+QWidget* LiveChart::makeList()
 {
     auto* list = new QTableView(this);
     list->setObjectName(QStringLiteral("chartEvents"));
@@ -168,7 +133,39 @@ QWidget* QtLiveChart::makeList()
     return list;
 }
 
-void QtLiveChart::setRunning(bool isRunning)
+/// All ways to another part of the run meet where the range of the axis changes.
+void LiveChart::makeSteering()
+{
+    plot_->setFocusPolicy(Qt::StrongFocus);
+    plot_->setMouseTracking(true);
+    plot_->setInteractions(QCP::iRangeDrag);
+    plot_->installEventFilter(this);
+    connect(plot_->xAxis, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this, [this](const auto& part) {
+        range_.take(part.lower, part.upper);
+        paint();
+    });
+    connect(plot_, &QCustomPlot::mousePress, this, &LiveChart::press);
+    connect(plot_, &QCustomPlot::mouseMove, this, &LiveChart::point);
+    connect(plot_, &QCustomPlot::mouseRelease, this, &LiveChart::point);
+    connect(plot_, &QCustomPlot::mouseWheel, this, &LiveChart::turnWheel);
+    connect(plot_, &QCustomPlot::mouseDoubleClick, this, &LiveChart::showAll);
+    connect(plot_->selectionRect(), &QCPSelectionRect::accepted, this, &LiveChart::takeRectangle);
+
+    const auto on = [this](const QKeySequence& key, const auto& operation) {
+        new QShortcut(key, plot_, this, operation, Qt::WidgetShortcut);
+    };
+    const auto pan = [this](double part) { plot_->xAxis->moveRange(part * plot_->xAxis->range().size()); };
+    on(Qt::Key_Left, [pan] { pan(-panStep); });
+    on(Qt::Key_Right, [pan] { pan(panStep); });
+    on(Qt::CTRL | Qt::Key_Left, [this] { stepCursor(-1); });
+    on(Qt::CTRL | Qt::Key_Right, [this] { stepCursor(1); });
+    on(Qt::Key_Escape, [this] {
+        plot_->selectionRect()->cancel();
+        moveCursor(std::nullopt);
+    });
+}
+
+void LiveChart::setRunning(bool isRunning)
 {
     if (isRunning == isRunning_ && generation_ == surroundings_.samples.generation())
         return;
@@ -176,88 +173,167 @@ void QtLiveChart::setRunning(bool isRunning)
     look();
 }
 
-void QtLiveChart::drawChosen()
-{
-    plot_->lines().draw(surroundings_.design(), surroundings_.choice.chosen());
-    showSamples();
-}
+void LiveChart::drawChosen() { plot_->draw(surroundings_.design(), surroundings_.choice.chosen()); }
 
-/// Looks what the store has. A chart that stands still shows no more than that the samples are others.
-void QtLiveChart::look()
+/// Looks what the store has. A chart that stands still shows no more than that the samples are others. The
+/// next look is soon, but late enough on slow machines to leave the time to the polling.
+void LiveChart::look()
 {
     if (isHeld_)
         return;
-    QElapsedTimer timer;
-    timer.start();
+    QElapsedTimer spent;
+    spent.start();
     const bool isNew = generation_ != surroundings_.samples.generation();
     if (isNew) {
         generation_ = surroundings_.samples.generation();
-        plot_->lines().freeScales();
+        plot_->freeScales();
         drawChosen();
     }
-    if (isNew || !pause_->isChecked()) {
-        plot_->range().setEnd(plot_->lines().end(), isRunning_);
-        plot_->paint();
-    }
-    schedule(static_cast<double>(timer.nsecsElapsed()) / 1e6);
-}
-
-/// The next look: soon, but late enough on slow machines to leave the time to the polling.
-/// @param spent milliseconds that the last one took
-void QtLiveChart::schedule(double spent)
-{
-    constexpr double soon = 200; // ms
-    constexpr double late = 5000;
-    constexpr double share = 10; // at most a tenth of the time is spent here
+    if (isNew || !pause_->isChecked())
+        range_.setEnd(plot_->read(), isRunning_);
+    paint(QCustomPlot::rpQueuedRefresh); // at once, to know how long it takes
+    constexpr qint64 soon = 200;         // ms
+    constexpr qint64 late = 5000;
+    constexpr qint64 share = 10; // at most a tenth of the time is spent here
+    timer_.stop();
     if (isRunning_ && isVisible() && !pause_->isChecked())
-        timer_.start(static_cast<int>(std::clamp(spent * share, soon, late)));
-    else
-        timer_.stop();
+        timer_.start(static_cast<int>(std::clamp(spent.elapsed() * share, soon, late)));
 }
 
-/// Lets the list tell what a line's unit is, its limits where no axis does, and its value at the cursor.
-void QtLiveChart::tellNames()
+void LiveChart::paint(QCustomPlot::RefreshPriority priority)
 {
+    const QSignalBlocker isNoUser(plot_->xAxis);
+    plot_->xAxis->setRange(range_.from(), range_.to());
+    if (isVisible())
+        plot_->replot(priority);
+}
+
+void LiveChart::showAll()
+{
+    range_.showAll();
+    plot_->freeScales();
+    paint();
+}
+
+void LiveChart::zoom(double factor, double at)
+{
+    plot_->xAxis->scaleRange(factor, range_.follows() ? plot_->xAxis->range().upper : at);
+}
+
+/// Tells the plot what a drag is going to do.
+void LiveChart::press(QMouseEvent* event)
+{
+    const bool isLeft = event->button() == Qt::LeftButton;
+    const QRect rect = plot_->axisRect()->rect();
+    grabbed_ = isLeft ? plot_->valueAxisAt(event->position()) : nullptr;
+    fixed_ = event->position().y() < rect.center().y() ? rect.bottom() : rect.top(); // what is farther away
+    reach_ = event->position().y() - fixed_;
+    const bool isRectangle = isLeft && grabbed_ == nullptr && event->modifiers().testFlag(Qt::ShiftModifier);
+    plot_->setSelectionRectMode(isRectangle ? QCP::srmCustom : QCP::srmNone);
+    plot_->axisRect()->setRangeDrag(grabbed_ != nullptr ? Qt::Orientations() : Qt::Horizontal);
+    point(event);
+}
+
+void LiveChart::point(QMouseEvent* event)
+{
+    const QPointF place = event->position();
+    const bool isDown = event->buttons().testFlag(Qt::LeftButton);
+    grabbed_ = isDown ? grabbed_ : nullptr;
+    if (grabbed_ != nullptr)
+        stretch(place.y());
+    if (grabbed_ != nullptr || (!isDown && plot_->valueAxisAt(place) != nullptr))
+        plot_->setCursor(Qt::SizeVerCursor);
+    else if (plot_->selectionRectMode() == QCP::srmCustom && isDown)
+        plot_->setCursor(Qt::CrossCursor);
+    else
+        plot_->setCursor(isDown ? Qt::ClosedHandCursor : Qt::OpenHandCursor);
+    if (isDown)
+        return; // the cursor goes with what is dragged
+    const bool isInside = plot_->axisRect()->rect().contains(place.toPoint());
+    moveCursor(isInside ? std::optional(plot_->xAxis->pixelToCoord(place.x())) : std::nullopt);
+}
+
+void LiveChart::turnWheel(QWheelEvent* event)
+{
+    constexpr double notch = 120;
+    const double factor = std::pow(zoomStep, event->angleDelta().y() / notch);
+    const QPointF place = event->position();
+    if (QCPAxis* axis = plot_->valueAxisAt(place))
+        axis->scaleRange(factor, axis->pixelToCoord(place.y()));
+    else
+        zoom(factor, plot_->xAxis->pixelToCoord(place.x()));
+}
+
+/// The value that was grabbed follows the pointer; the end of the axis that is farther away stays.
+void LiveChart::stretch(double y)
+{
+    const double least = 0.05 * plot_->axisRect()->height(); // nearer it would stretch without end
+    const double reach = std::copysign(std::max((y - fixed_) * std::copysign(1, reach_), least), reach_);
+    if (reach != reach_)
+        grabbed_->scaleRange(reach_ / reach, grabbed_->pixelToCoord(fixed_));
+    reach_ = reach;
+}
+
+void LiveChart::takeRectangle(const QRect& chosen)
+{
+    if (std::min(std::abs(chosen.width()), std::abs(chosen.height())) >= QApplication::startDragDistance())
+        plot_->axisRect()->zoom(chosen.normalized(), plot_->axisRect()->axes());
+}
+
+void LiveChart::stepCursor(int direction)
+{
+    const QCPRange shown = plot_->xAxis->range();
+    const auto time = plot_->nextTime(plot_->cursor().value_or(shown.center()), direction);
+    if (!time)
+        return;
+    if (!shown.contains(*time))
+        plot_->xAxis->moveRange(*time - shown.center());
+    moveCursor(time);
+}
+
+void LiveChart::moveCursor(std::optional<double> time)
+{
+    plot_->moveCursor(time);
+    tellValues();
+}
+
+/// Lets the list tell what a line looks like, its unit, its limits where no axis does, and its value at the
+/// cursor.
+void LiveChart::tellNames()
+{
+    constexpr int penRole = Qt::UserRole + 1; // of a name: what its icon was drawn with
     const Design& design = surroundings_.design();
     for (int row = 0; row < surroundings_.choice.rowCount(); ++row) {
         const std::size_t event = surroundings_.choice.eventOf(row);
-        QString name = plot_->lines().nameOf(event);
+        QStandardItem& item = *surroundings_.choice.item(row, EventChoice::nameColumn);
+        QString name = plot_->nameOf(event);
         if (name.isEmpty() && event < design.events.size())
             name = toQt(design.events[event].name());
-        surroundings_.choice.item(row, EventChoice::nameColumn)->setText(name);
+        item.setText(name);
+        if (const QPen pen = plot_->penOf(event); item.data(penRole) != QVariant(pen)) {
+            item.setData(pen, penRole);
+            item.setIcon(lineSample(pen, devicePixelRatioF()));
+        }
     }
-    if (plot_->cursor())
-        tellValues();
+    tellValues();
 }
 
-void QtLiveChart::tellValues()
+void LiveChart::tellValues()
 {
     const std::optional<double> time = plot_->cursor();
     EventChoice& choice = surroundings_.choice;
-    choice.setHeaderData(EventChoice::valueColumn, Qt::Horizontal, time ? timeText(*time, 3) : tr("Value"));
+    const qint64 milliseconds = std::llround(time.value_or(0) * 1000);
+    const QString clock = toQt(durationText(milliseconds / 1000)) +
+                          QStringLiteral(".%1").arg(milliseconds % 1000, 3, 10, QLatin1Char('0'));
+    choice.setHeaderData(EventChoice::valueColumn, Qt::Horizontal, time ? clock : tr("Value"));
     for (int row = 0; row < choice.rowCount(); ++row) {
-        const auto value = time ? plot_->lines().valueAt(choice.eventOf(row), *time) : std::nullopt;
+        const auto value = time ? plot_->valueAt(choice.eventOf(row), *time) : std::nullopt;
         choice.item(row, EventChoice::valueColumn)->setText(value ? QString::number(*value) : QString());
     }
 }
 
-/// Puts a piece of its line beside each name.
-void QtLiveChart::showSamples()
-{
-    EventChoice& choice = surroundings_.choice;
-    for (int row = 0; row < choice.rowCount(); ++row)
-        choice.item(row, EventChoice::nameColumn)->setIcon(plot_->lines().sampleOf(choice.eventOf(row)));
-}
-
-void QtLiveChart::paintColours()
-{
-    plot_->paintColours();
-    showSamples();
-    plot_->paint();
-}
-
 /// Asks where to put what was seen when the button was pressed. Polling goes on meanwhile.
-void QtLiveChart::hold(const std::function<void()>& questions)
+void LiveChart::hold(const std::function<void()>& questions)
 {
     isHeld_ = true;
     surroundings_.ask(questions);
@@ -265,7 +341,7 @@ void QtLiveChart::hold(const std::function<void()>& questions)
     look();
 }
 
-void QtLiveChart::savePicture()
+void LiveChart::savePicture()
 {
     hold([this] {
         const std::string path = surroundings_.dialogs.chooseToSave(
@@ -275,7 +351,7 @@ void QtLiveChart::savePicture()
         if (path.empty())
             return;
         try {
-            writeChart(plot_->lines(), path, devicePixelRatioF());
+            writeChart(*plot_, path, devicePixelRatioF());
             surroundings_.values.rememberFolderOf(path);
         } catch (const FileError& error) { // told outside the gate, where it holds up nothing
             surroundings_.prompts.message(error.what());
@@ -283,30 +359,18 @@ void QtLiveChart::savePicture()
     });
 }
 
-void QtLiveChart::changeEvent(QEvent* event)
+void LiveChart::showEvent(QShowEvent* event)
 {
-    LiveChart::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
-        paintColours();
-}
-
-void QtLiveChart::showEvent(QShowEvent* event)
-{
-    LiveChart::showEvent(event);
+    QWidget::showEvent(event);
     look();
 }
 
-void QtLiveChart::hideEvent(QHideEvent* event)
+/// The cursor goes with the pointer.
+bool LiveChart::eventFilter(QObject* watched, QEvent* event)
 {
-    LiveChart::hideEvent(event);
-    timer_.stop();
-}
-
-} // namespace
-
-LiveChart* makeLiveChart(const LiveChartSurroundings& surroundings, QWidget* parent)
-{
-    return new QtLiveChart(surroundings, parent);
+    if (event->type() == QEvent::Leave && isVisible()) // else the window is about to go
+        moveCursor(std::nullopt);
+    return QWidget::eventFilter(watched, event);
 }
 
 } // namespace zint

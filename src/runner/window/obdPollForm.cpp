@@ -122,7 +122,7 @@ void obdPollForm::setUpToolbar()
 void obdPollForm::setUpChart()
 {
     choice_.list(poller_.design());
-    chart_ = makeLiveChart({.design = [this]() -> const Design& { return poller_.design(); },
+    chart_ = new LiveChart({.design = [this]() -> const Design& { return poller_.design(); },
                             .samples = poller_.samples(),
                             .choice = choice_,
                             .prompts = prompts(),
