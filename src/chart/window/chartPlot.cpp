@@ -22,20 +22,33 @@ struct ValueTicker final : QCPAxisTicker {
     using QCPAxisTicker::getTickStep;
 };
 
-/// The next limits that have a tick, with room on both sides of a value by itself.
-QCPRange roundLimits(ValueTicker& ticker, double lowest, double highest)
+using Point = QCPGraphDataContainer::const_iterator;
+
+/// What is no number changes nothing.
+void widen(QCPRange& values, Point begin, Point end)
 {
-    if (lowest == highest) {
-        const double room = std::abs(lowest) * 0.1;
-        lowest -= room;
-        highest += lowest == highest ? 1 : room;
+    double lowest = values.lower;
+    double highest = values.upper;
+    for (; begin < end; ++begin) {
+        lowest = std::min(lowest, begin->value);
+        highest = std::max(highest, begin->value);
     }
-    QCPRange range(lowest, highest);
+    values.lower = lowest;
+    values.upper = highest;
+}
+
+/// The next limits that have a tick, with room on both sides of a value by itself.
+QCPRange roundLimits(ValueTicker& ticker, QCPRange values)
+{
+    if (values.size() == 0) {
+        const double room = std::abs(values.lower) * 0.1;
+        values = {values.lower - room, values.upper + (room > 0 ? room : 1)};
+    }
     for (int i = 0; i < 3; ++i) { // wider limits may have wider ticks
-        const double step = ticker.getTickStep(range);
-        range = {std::floor(range.lower / step) * step, std::ceil(range.upper / step) * step};
+        const double step = ticker.getTickStep(values);
+        values = {std::floor(values.lower / step) * step, std::ceil(values.upper / step) * step};
     }
-    return range;
+    return values;
 }
 
 } // namespace
@@ -189,7 +202,6 @@ void ChartPlot::read(ChartLine& line) const
 /// Before each painting, for the room and the range that there are now.
 void ChartPlot::fit()
 {
-    updateLayout();
     std::ptrdiff_t points = 0;
     for (std::size_t i = 0; i < axes_.size(); ++i) {
         const int fitting = viewport().width() < 320 ? 1 : std::max(2, viewport().width() / 240);
@@ -198,6 +210,7 @@ void ChartPlot::fit()
     }
     constexpr std::ptrdiff_t crowd = 1500;
     isCrowded_ = points > (isCrowded_ ? crowd * 3 / 4 : crowd); // not to and fro
+    updateLayout();
     fitTime();
     paintLines();
 }
@@ -207,8 +220,9 @@ void ChartPlot::fit()
 std::ptrdiff_t ChartPlot::fitValues(QCPAxis& axis)
 {
     const QCPRange time = xAxis->range();
-    double lowest = infinite;
-    double highest = -infinite;
+    QCPRange values;
+    values.lower = infinite; // no value yet
+    values.upper = -infinite;
     std::ptrdiff_t count = 0;
     for (const QCPGraph* line : axis.graphs()) {
         const auto begin = line->data()->findBegin(time.lower);
@@ -216,18 +230,16 @@ std::ptrdiff_t ChartPlot::fitValues(QCPAxis& axis)
         if (end - begin >= 2 && (end - 1)->key > time.upper && std::isnan((end - 2)->value))
             --end;
         count += end - begin;
-        for (auto point = begin; point < end; ++point) {
-            lowest = std::min(lowest, point->value); // not a number is not lower
-            highest = std::max(highest, point->value);
-        }
+        widen(values, begin, end);
     }
     const auto ticker = axis.ticker().staticCast<ValueTicker>();
-    ticker->setTickCount(std::clamp(viewport().height() / (axis.tickLabelFont().pixelSize() * 4), 1, 6));
+    const int perTick = QFontMetrics(axis.tickLabelFont()).height() * 3;
+    ticker->setTickCount(std::clamp(viewport().height() / perTick, 1, 6));
     const QSignalBlocker isNoUser(axis);
     if (const auto scaled = scaled_.find(axis.label()); scaled != scaled_.end())
         axis.setRange(scaled->second);
-    else if (lowest <= highest)
-        axis.setRange(roundLimits(*ticker, lowest, highest));
+    else if (values.lower <= values.upper)
+        axis.setRange(roundLimits(*ticker, values));
     return count;
 }
 
@@ -255,7 +267,7 @@ void ChartPlot::fitTime()
     ticker->setFieldWidth(QCPAxisTickerTime::tuMinutes, hasHours ? 2 : 1);
     ticker->setTickCount(room());
     const int half = metrics.horizontalAdvance(widest) / 2; // of a label at the end of the axis
-    axisRect()->setMinimumMargins({half, metrics.height() / 2, half, 0});
+    axisRect()->setMinimumMargins({half, metrics.height(), half, 0});
 }
 
 void ChartPlot::paintLines()
