@@ -3,6 +3,7 @@
 #include "catalogue/conversion.h"
 #include "chart/window/chartStyle.h"
 #include "platform/text.h"
+#include "shared/module1.h"
 
 #include <QSignalBlocker>
 #include <QStyleOptionFocusRect>
@@ -254,9 +255,10 @@ void ChartPlot::fitTime()
     }
     const bool hasHours = xAxis->range().upper >= 3600;
     QString format = hasHours ? QStringLiteral("%h:%m:%s") : QStringLiteral("%m:%s");
-    QString widest = hasHours ? QStringLiteral("00:00:00") : QStringLiteral("00:00");
+    QString widest = toQt(durationText(std::llround(xAxis->range().upper)));
     const QFontMetrics metrics(xAxis->tickLabelFont());
-    const auto room = [&] { return std::max(1, width / (2 * metrics.horizontalAdvance(widest))); };
+    // steps of time are up to 1.75 times shorter than asked for
+    const auto room = [&] { return std::max(1, width * 4 / (7 * metrics.horizontalAdvance(widest))); };
     if (xAxis->range().size() < room()) {
         format += QStringLiteral(".%z");
         widest += QStringLiteral(".000");
