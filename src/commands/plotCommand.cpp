@@ -85,7 +85,8 @@ int runPlotCommand(const PlotOptions& options)
     ChartPlot plot(log.samples);
     plot.draw(log.design, drawnEvents(options, log.design));
     const int from = options.from.value_or(0);
-    const double to = options.to ? *options.to : std::max(plot.read(), ChartRange::shortest);
+    const double end = std::max(plot.read(), ChartRange::shortest);
+    const double to = options.to ? *options.to : end;
     if (log.samples.isEmpty() || from >= to)
         throw FileError("The log has no samples" +
                         (options.from ? " after " + std::to_string(from) + " seconds." : "."));

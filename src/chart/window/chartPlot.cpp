@@ -72,7 +72,7 @@ void ChartLine::drawLinePlot(QCPPainter* painter, const QVector<QPointF>& points
 }
 
 ChartPlot::ChartPlot(const SampleStore& samples, QWidget* parent)
-    : QCustomPlot(parent), samples_(samples), cursorLine_(new QCPItemLine(this))
+    : QCustomPlot(parent), samples_(samples), cursorLine_(new QCPItemStraightLine(this))
 {
     setPlottingHints(QCP::phFastPolylines | QCP::phCacheLabels);
     setAutoAddPlottableToLegend(false);
@@ -85,13 +85,11 @@ ChartPlot::ChartPlot(const SampleStore& samples, QWidget* parent)
     addLayer(cursorLayer);
     layer(cursorLayer)->setMode(QCPLayer::lmBuffered);
     cursorLine_->setLayer(cursorLayer);
-    for (QCPItemPosition* end : {cursorLine_->start, cursorLine_->end})
-        end->setTypeY(QCPItemPosition::ptAxisRectRatio);
     cursorLine_->setVisible(false);
     cursorLine_->setAntialiased(false);
 
     connect(this, &QCustomPlot::beforeReplot, this, &ChartPlot::fit);
-    paintColours(palette());
+    paintColours();
 }
 
 void ChartPlot::addAxis(QCPAxis* axis)
@@ -145,7 +143,6 @@ void ChartPlot::draw(const Design& design, const std::vector<std::size_t>& event
     units_.clear();
     for (ChartLine* line : lines_)
         line->setValueAxis(axisOf(toQt(unitName(line->entry.conversion))));
-    read();
 }
 
 QCPAxis* ChartPlot::axisOf(const QString& unit)
@@ -155,16 +152,18 @@ QCPAxis* ChartPlot::axisOf(const QString& unit)
     const auto place = static_cast<std::size_t>(units_.indexOf(unit));
     if (place == axes_.size()) {
         addAxis(axisRect()->addAxis(place % 2 == 0 ? QCPAxis::atLeft : QCPAxis::atRight));
-        paintColours(palette_);
+        paintColours();
     }
     axes_[place]->setLabel(unit);
     return axes_[place];
 }
 
-/// Begins anew when the store has others than those that were read.
 double ChartPlot::read()
 {
-    const bool isNew = std::exchange(generation_, samples_.generation()) != samples_.generation();
+    const bool isNew = hasOthers();
+    generation_ = samples_.generation();
+    if (isNew)
+        freeScales();
     double end = samples_.isEmpty() ? 0 : samples_[samples_.size() - 1].seconds();
     for (ChartLine* line : lines_) {
         if (isNew) {
@@ -300,7 +299,7 @@ QPen ChartPlot::penOf(std::size_t event) const
     const ChartLine* line = find(event);
     const bool isThin = isCrowded_ && names_ == nullptr; // dashes, for those who print
     return line == nullptr ? QPen(Qt::NoPen)
-                           : chartPen(line->style, isThin ? LineWidth::thin : LineWidth::wide, palette_);
+                           : chartPen(line->style, isThin ? LineWidth::thin : LineWidth::wide, colours());
 }
 
 std::optional<double> ChartPlot::valueAt(std::size_t event, double time) const
@@ -338,8 +337,8 @@ void ChartPlot::moveCursor(std::optional<double> time)
 {
     cursor_ = time;
     cursorLine_->setVisible(time.has_value());
-    cursorLine_->start->setCoords(time.value_or(0), 0);
-    cursorLine_->end->setCoords(time.value_or(0), 1);
+    cursorLine_->point1->setCoords(time.value_or(0), 0);
+    cursorLine_->point2->setCoords(time.value_or(0), 1);
     cursorLine_->layer()->replot();
 }
 
@@ -357,7 +356,7 @@ QSize ChartPlot::setOnPaper(bool isOnPaper)
     if (!isOnPaper) {
         plotLayout()->remove(std::exchange(names_, nullptr));
         plotLayout()->simplify();
-        paintColours(palette());
+        paintColours();
         return viewport().size();
     }
     names_ = new QCPLegend;
@@ -373,13 +372,20 @@ QSize ChartPlot::setOnPaper(bool isOnPaper)
         line->addToLegend(names_);
     const int height = names_->minimumOuterSizeHint().height();
     names_->setMaximumSize(QWIDGETSIZE_MAX, height);
-    paintColours(QPalette(Qt::black, Qt::lightGray, Qt::white, Qt::gray, Qt::gray, Qt::black, Qt::white));
+    paintColours();
     return viewport().size() + QSize(0, height);
 }
 
-void ChartPlot::paintColours(const QPalette& palette)
+QPalette ChartPlot::colours() const
 {
-    palette_ = palette;
+    return names_ == nullptr
+               ? palette()
+               : QPalette(Qt::black, Qt::lightGray, Qt::white, Qt::gray, Qt::gray, Qt::black, Qt::white);
+}
+
+void ChartPlot::paintColours()
+{
+    const QPalette palette = colours();
     const QColor text = palette.color(QPalette::Text);
     QFont inPixels = font(); // suits any device that the chart is drawn on
     inPixels.setPixelSize(QFontInfo(font()).pixelSize());
@@ -408,7 +414,7 @@ void ChartPlot::changeEvent(QEvent* event)
     QCustomPlot::changeEvent(event);
     if (event->type() != QEvent::PaletteChange && event->type() != QEvent::FontChange)
         return;
-    paintColours(palette());
+    paintColours();
     replot(rpQueuedReplot);
 }
 

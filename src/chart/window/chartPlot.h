@@ -38,7 +38,10 @@ public:
     /// Chooses what is drawn. @param events from 0, in rising order
     void draw(const Design& design, const std::vector<std::size_t>& events);
 
-    double read();                         ///< reads what is new. @return the time of the newest sample
+    /// Whether the store has others than those that were read.
+    bool hasOthers() const { return generation_ != samples_.generation(); }
+
+    double read();                         ///< what is new, or all anew. @return the newest sample's time
     void freeScales() { scaled_.clear(); } ///< fits the axes again that were given a range
 
     /// What an event's line is called, such as "Engine RPM (rpm)", or "Coolant Temp (C, 0..100)" for an axis
@@ -75,7 +78,8 @@ private:
     std::ptrdiff_t fitValues(QCPAxis& axis);
     void fitTime();
     void paintLines();
-    void paintColours(const QPalette& palette);
+    QPalette colours() const;
+    void paintColours();
 
     const SampleStore& samples_;
     std::uint64_t generation_ = 0;       ///< of the store, when it was last read
@@ -83,10 +87,9 @@ private:
     std::vector<QCPAxis*> axes_;         ///< on the left and on the right in turn; as many as ever needed
     QStringList units_;                  ///< of the first axes
     std::map<QString, QCPRange> scaled_; ///< by the user, by their units
-    QPalette palette_;
-    QCPLegend* names_ = nullptr; ///< while on paper
-    bool isCrowded_ = false;     ///< there are too many points for wide lines
-    QCPItemLine* cursorLine_;
+    QCPLegend* names_ = nullptr;         ///< while on paper
+    bool isCrowded_ = false;             ///< there are too many points for wide lines
+    QCPItemStraightLine* cursorLine_;
     std::optional<double> cursor_;
 };
 

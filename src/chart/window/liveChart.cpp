@@ -51,10 +51,7 @@ LiveChart::LiveChart(const LiveChartSurroundings& surroundings, QWidget* parent)
     makeSteering();
     timer_.setSingleShot(true);
     connect(&timer_, &QTimer::timeout, this, &LiveChart::look);
-    connect(&surroundings_.choice, &EventChoice::chosenChanged, this, [this] {
-        drawChosen();
-        paint();
-    });
+    connect(&surroundings_.choice, &EventChoice::chosenChanged, this, &LiveChart::drawChosen);
     connect(plot_, &QCustomPlot::afterReplot, this, &LiveChart::tellNames);
     drawChosen();
 }
@@ -167,13 +164,17 @@ void LiveChart::makeSteering()
 
 void LiveChart::setRunning(bool isRunning)
 {
-    if (isRunning == isRunning_ && generation_ == surroundings_.samples.generation())
+    if (isRunning == isRunning_ && !plot_->hasOthers())
         return;
     isRunning_ = isRunning;
     look();
 }
 
-void LiveChart::drawChosen() { plot_->draw(surroundings_.design(), surroundings_.choice.chosen()); }
+void LiveChart::drawChosen()
+{
+    plot_->draw(surroundings_.design(), surroundings_.choice.chosen());
+    look();
+}
 
 /// Looks what the store has. A chart that stands still shows no more than that the samples are others. The
 /// next look is soon, but late enough on slow machines to leave the time to the polling.
@@ -183,14 +184,10 @@ void LiveChart::look()
         return;
     QElapsedTimer spent;
     spent.start();
-    const bool isNew = generation_ != surroundings_.samples.generation();
-    if (isNew) {
-        generation_ = surroundings_.samples.generation();
-        plot_->freeScales();
-        drawChosen();
-    }
-    if (isNew || !pause_->isChecked())
-        range_.setEnd(plot_->read(), isRunning_);
+    const bool goesOn = plot_->hasOthers() || !pause_->isChecked();
+    const double end = plot_->read();
+    if (goesOn)
+        range_.setEnd(end, isRunning_);
     paint(QCustomPlot::rpQueuedRefresh); // at once, to know how long it takes
     constexpr qint64 soon = 200;         // ms
     constexpr qint64 late = 5000;

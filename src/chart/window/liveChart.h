@@ -73,7 +73,6 @@ private:
     QAction* pause_ = nullptr;
     QTimer timer_; ///< until the next look at the store
 
-    std::uint64_t generation_ = 0; ///< of the store, when it was last looked at
     bool isRunning_ = false;
     bool isHeld_ = false; ///< until the user has answered
 
