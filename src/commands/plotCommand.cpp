@@ -87,7 +87,7 @@ int runPlotCommand(const PlotOptions& options)
     const int from = options.from.value_or(0);
     const double end = std::max(plot.read(), ChartRange::shortest);
     const double to = options.to ? *options.to : end;
-    if (log.samples.isEmpty() || from >= to)
+    if (log.samples.isEmpty() || from >= end)
         throw FileError("The log has no samples" +
                         (options.from ? " after " + std::to_string(from) + " seconds." : "."));
     plot.setViewport(place);

@@ -195,7 +195,8 @@ TEST_F(PollEndToEnd, WritesWhatTheVehicleSent)
         EXPECT_EQ(content(fromQt(words(picture).front())).substr(0, 4), begin);
     }
     expectFailure(runZint(words(inFolder("plot run.log run.png --events 1,4"))), "no event 4; it has 3");
-    expectFailure(runZint(words(inFolder("plot run.log run.png --from 9"))), "no samples after 9 seconds");
+    expectFailure(runZint(words(inFolder("plot run.log run.png --from 9 --to 99"))),
+                  "no samples after 9 seconds");
 }
 
 TEST_F(PollEndToEnd, ATerminalShowsTheProgress)

@@ -250,7 +250,8 @@ void ChartPlot::fitTime()
     if (isCrowded_) {
         const QSignalBlocker isNoUser(xAxis);
         const double pixel = xAxis->range().size() / width;
-        xAxis->moveRange(std::ceil(xAxis->range().lower / pixel) * pixel - xAxis->range().lower);
+        const double lower = xAxis->range().lower;
+        xAxis->moveRange(std::round(lower / pixel) * pixel - lower); // once: the next painting finds it there
     }
     const bool hasHours = xAxis->range().upper >= 3600;
     QString format = hasHours ? QStringLiteral("%h:%m:%s") : QStringLiteral("%m:%s");
@@ -267,7 +268,7 @@ void ChartPlot::fitTime()
     ticker->setFieldWidth(QCPAxisTickerTime::tuHours, 1);
     ticker->setFieldWidth(QCPAxisTickerTime::tuMinutes, hasHours ? 2 : 1);
     ticker->setTickCount(room());
-    const int half = metrics.horizontalAdvance(widest) / 2; // of a label at the end of the axis
+    const int half = metrics.horizontalAdvance(widest) / 2 + 2; // of a label at the end of the axis
     axisRect()->setMinimumMargins({half, metrics.height(), half, 0});
 }
 

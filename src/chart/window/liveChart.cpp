@@ -147,6 +147,7 @@ void LiveChart::makeSteering()
     connect(plot_, &QCustomPlot::mouseWheel, this, &LiveChart::turnWheel);
     connect(plot_, &QCustomPlot::mouseDoubleClick, this, &LiveChart::showAll);
     connect(plot_->selectionRect(), &QCPSelectionRect::accepted, this, &LiveChart::takeRectangle);
+    connect(plot_->selectionRect(), &QCPSelectionRect::canceled, this, [this] { paint(); });
 
     const auto on = [this](const QKeySequence& key, const auto& operation) {
         new QShortcut(key, plot_, this, operation, Qt::WidgetShortcut);
@@ -252,6 +253,8 @@ void LiveChart::point(QMouseEvent* event)
 
 void LiveChart::turnWheel(QWheelEvent* event)
 {
+    if (event->angleDelta().y() == 0)
+        return; // it was turned sideways
     constexpr double notch = 120;
     const double factor = std::pow(zoomStep, event->angleDelta().y() / notch);
     const QPointF place = event->position();
@@ -273,8 +276,10 @@ void LiveChart::stretch(double y)
 
 void LiveChart::takeRectangle(const QRect& chosen)
 {
-    if (std::min(std::abs(chosen.width()), std::abs(chosen.height())) >= QApplication::startDragDistance())
-        plot_->axisRect()->zoom(chosen.normalized(), plot_->axisRect()->axes());
+    const QRect inside = chosen.normalized() & plot_->axisRect()->rect();
+    if (std::min(inside.width(), inside.height()) >= QApplication::startDragDistance())
+        plot_->axisRect()->zoom(inside, plot_->axisRect()->axes());
+    paint(); // without the rectangle
 }
 
 void LiveChart::stepCursor(int direction)
