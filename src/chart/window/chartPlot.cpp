@@ -240,6 +240,8 @@ std::ptrdiff_t ChartPlot::fitValues(QCPAxis& axis)
         axis.setRange(scaled->second);
     else if (values.lower <= values.upper)
         axis.setRange(roundLimits(*ticker, values));
+    else if (std::ranges::all_of(axis.graphs(), [](const auto* line) { return line->data()->isEmpty(); }))
+        axis.setRange(0, 1); // the limits may be those of another unit
     return count;
 }
 
@@ -345,11 +347,17 @@ void ChartPlot::moveCursor(std::optional<double> time)
 
 QCPAxis* ChartPlot::valueAxisAt(const QPointF& place) const
 {
-    const auto isThere = [&](const QCPAxis* axis) {
-        return !axisRect()->rect().contains(place.toPoint()) && axis->getPartAt(place) != QCPAxis::spNone;
-    };
-    const auto axis = std::ranges::find_if(axes_, isThere);
-    return axis == axes_.end() ? nullptr : *axis;
+    const QRectF rect = axisRect()->rect();
+    if (place.y() < rect.top() || place.y() > rect.bottom())
+        return nullptr;
+    QCPAxis* found = nullptr;
+    for (QCPAxis* axis : axes_) { // from the inside out
+        const bool isLeft = axis->axisType() == QCPAxis::atLeft;
+        const double distance = isLeft ? rect.left() - place.x() : place.x() - rect.right();
+        if (axis->visible() && distance > axis->offset())
+            found = axis;
+    }
+    return found;
 }
 
 QSize ChartPlot::setOnPaper(bool isOnPaper)
@@ -425,6 +433,8 @@ void ChartPlot::paintEvent(QPaintEvent* event)
     if (!hasFocus())
         return;
     QPainter painter(this);
+    constexpr int frame = 3;
+    painter.setClipRegion(QRegion(rect()) - rect().adjusted(frame, frame, -frame, -frame)); // no tinted lines
     QStyleOptionFocusRect option;
     option.initFrom(this);
     option.rect = rect().adjusted(1, 1, -1, -1);

@@ -157,10 +157,12 @@ void LiveChart::makeSteering()
     on(Qt::Key_Right, [pan] { pan(panStep); });
     on(Qt::CTRL | Qt::Key_Left, [this] { stepCursor(-1); });
     on(Qt::CTRL | Qt::Key_Right, [this] { stepCursor(1); });
-    on(Qt::Key_Escape, [this] {
-        plot_->selectionRect()->cancel();
-        moveCursor(std::nullopt);
-    });
+    for (const auto& key : {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::SHIFT | Qt::Key_Escape)}) {
+        on(key, [this] { // also while Shift is down for a rectangle
+            plot_->selectionRect()->cancel();
+            moveCursor(std::nullopt);
+        });
+    }
 }
 
 void LiveChart::setRunning(bool isRunning)

@@ -9,7 +9,6 @@
 #include "shared/prompts.h"
 #include "widgets/windowPrinter.h"
 
-#include <QPointer>
 #include <QTimer>
 
 #include <functional>
