@@ -47,6 +47,8 @@ bool isPictureName(const std::string& path) { return endsWith(path, ".png") || e
 
 void writeChart(ChartPlot& plot, const std::string& path, double devicePixelRatio)
 {
+    if (!isPictureName(path))
+        throw FileError("\"" + path + "\": the name of a picture ends in .png or .pdf.");
     QByteArray bytes;
     QBuffer file(&bytes);
     file.open(QIODevice::WriteOnly);
