@@ -216,6 +216,7 @@ TEST_F(LiveChartTest, ZoomsAndPansByButtonsKeysAndMouse)
         {[&] { QTest::mouseDClick(&plot(), Qt::LeftButton, {}, place(40, 0.5)); }, "0-100 0-100"},
         {[&] { drag(atAxis(0.2), atAxis(0.6)); }, "0-100 0-200"}, // what was grabbed follows the pointer
         {[&] { turnWheel(atAxis(0.995)); }, "0-100 0-140"},
+        {[&] { drag(place(60, 1) + QPoint(0, 9), place(90, 1) + QPoint(0, 9)); }, "0-67 0-140"},
         {[&] { press("Home"); }, "0-100 0-100"},
     };
     for (const auto& [step, expected] : rows) {

@@ -345,11 +345,11 @@ void ChartPlot::moveCursor(std::optional<double> time)
     cursorLine_->layer()->replot();
 }
 
-QCPAxis* ChartPlot::valueAxisAt(const QPointF& place) const
+QCPAxis* ChartPlot::axisAt(const QPointF& place) const
 {
     const QRectF rect = axisRect()->rect();
     if (place.y() < rect.top() || place.y() > rect.bottom())
-        return nullptr;
+        return place.y() > rect.bottom() ? xAxis : nullptr;
     QCPAxis* found = nullptr;
     for (QCPAxis* axis : axes_) { // from the inside out
         const bool isLeft = axis->axisType() == QCPAxis::atLeft;

@@ -58,7 +58,8 @@ public:
     std::optional<double> cursor() const { return cursor_; } ///< seconds
     void moveCursor(std::optional<double> time);             ///< draws nothing else anew
 
-    QCPAxis* valueAxisAt(const QPointF& place) const;
+    /// That of the values beside the plot, that of time below it; null where there is none.
+    QCPAxis* axisAt(const QPointF& place) const;
 
     /// Has dark lines on white, all with their dashes, and their names below, or all as on the screen again.
     /// @return its size then

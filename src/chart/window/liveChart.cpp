@@ -28,6 +28,11 @@ namespace {
 constexpr double zoomStep = 0.7; // of what is shown, per key and notch of the wheel
 constexpr double panStep = 0.1;
 
+double along(const QCPAxis& axis, const QPointF& place)
+{
+    return axis.orientation() == Qt::Horizontal ? place.x() : place.y();
+}
+
 } // namespace
 
 LiveChart::LiveChart(const LiveChartSurroundings& surroundings, QWidget* parent)
@@ -224,10 +229,14 @@ void LiveChart::zoom(double factor, double at)
 void LiveChart::press(QMouseEvent* event)
 {
     const bool isLeft = event->button() == Qt::LeftButton;
-    const QRect rect = plot_->axisRect()->rect();
-    grabbed_ = isLeft ? plot_->valueAxisAt(event->position()) : nullptr;
-    fixed_ = event->position().y() < rect.center().y() ? rect.bottom() : rect.top(); // what is farther away
-    reach_ = event->position().y() - fixed_;
+    grabbed_ = isLeft ? plot_->axisAt(event->position()) : nullptr;
+    if (grabbed_ != nullptr) {
+        const QCPRange& shown = grabbed_->range();
+        const double at = along(*grabbed_, event->position());
+        const bool isUpper = grabbed_->pixelToCoord(at) > shown.center();
+        fixed_ = grabbed_->coordToPixel(isUpper ? shown.lower : shown.upper); // what is farther away
+        reach_ = at - fixed_;
+    }
     const bool isRectangle = isLeft && grabbed_ == nullptr && event->modifiers().testFlag(Qt::ShiftModifier);
     plot_->setSelectionRectMode(isRectangle ? QCP::srmCustom : QCP::srmNone);
     plot_->axisRect()->setRangeDrag(grabbed_ != nullptr ? Qt::Orientations() : Qt::Horizontal);
@@ -240,9 +249,9 @@ void LiveChart::point(QMouseEvent* event)
     const bool isDown = event->buttons().testFlag(Qt::LeftButton);
     grabbed_ = isDown ? grabbed_ : nullptr;
     if (grabbed_ != nullptr)
-        stretch(place.y());
-    if (grabbed_ != nullptr || (!isDown && plot_->valueAxisAt(place) != nullptr))
-        plot_->setCursor(Qt::SizeVerCursor);
+        stretch(along(*grabbed_, place));
+    if (const QCPAxis* axis = isDown ? grabbed_ : plot_->axisAt(place); axis != nullptr)
+        plot_->setCursor(axis == plot_->xAxis ? Qt::SizeHorCursor : Qt::SizeVerCursor);
     else if (plot_->selectionRectMode() == QCP::srmCustom && isDown)
         plot_->setCursor(Qt::CrossCursor);
     else
@@ -260,17 +269,18 @@ void LiveChart::turnWheel(QWheelEvent* event)
     constexpr double notch = 120;
     const double factor = std::pow(zoomStep, event->angleDelta().y() / notch);
     const QPointF place = event->position();
-    if (QCPAxis* axis = plot_->valueAxisAt(place))
+    if (QCPAxis* axis = plot_->axisAt(place); axis != nullptr && axis != plot_->xAxis)
         axis->scaleRange(factor, axis->pixelToCoord(place.y()));
     else
         zoom(factor, plot_->xAxis->pixelToCoord(place.x()));
 }
 
-/// The value that was grabbed follows the pointer; the end of the axis that is farther away stays.
-void LiveChart::stretch(double y)
+/// What was grabbed follows the pointer; the end of the axis that is farther away stays.
+/// @param at the pointer's place along the axis
+void LiveChart::stretch(double at)
 {
     const double least = 0.05 * plot_->axisRect()->height(); // nearer it would stretch without end
-    const double reach = std::copysign(std::max((y - fixed_) * std::copysign(1, reach_), least), reach_);
+    const double reach = std::copysign(std::max((at - fixed_) * std::copysign(1, reach_), least), reach_);
     if (reach != reach_)
         grabbed_->scaleRange(reach_ / reach, grabbed_->pixelToCoord(fixed_));
     reach_ = reach;

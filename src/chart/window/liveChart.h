@@ -56,7 +56,7 @@ private:
     void press(QMouseEvent* event);
     void point(QMouseEvent* event);
     void turnWheel(QWheelEvent* event);
-    void stretch(double y);
+    void stretch(double at);
     void takeRectangle(const QRect& chosen);
     void stepCursor(int direction);
     void moveCursor(std::optional<double> time);
@@ -75,7 +75,7 @@ private:
     bool isRunning_ = false;
     bool isHeld_ = false; ///< until the user has answered
 
-    QCPAxis* grabbed_ = nullptr; ///< the value axis that the user drags
+    QCPAxis* grabbed_ = nullptr; ///< the axis that the user drags
     double fixed_ = 0;           ///< the end of it that stays, in pixels
     double reach_ = 0;           ///< from there to the pointer
 };
