@@ -261,7 +261,9 @@ void ChartPlot::fitTime()
     const QFontMetrics metrics(xAxis->tickLabelFont());
     // steps of time are up to 1.75 times shorter than asked for
     const auto room = [&] { return std::max(1, width * 4 / (7 * metrics.horizontalAdvance(widest))); };
-    if (xAxis->range().size() < room()) {
+    constexpr double close = 4; // seconds, of which whole ones are enough beyond
+    const double shown = xAxis->range().size();
+    if (shown < close) {
         format += QStringLiteral(".%z");
         widest += QStringLiteral(".000");
     }
@@ -269,7 +271,7 @@ void ChartPlot::fitTime()
     ticker->setTimeFormat(format);
     ticker->setFieldWidth(QCPAxisTickerTime::tuHours, 1);
     ticker->setFieldWidth(QCPAxisTickerTime::tuMinutes, hasHours ? 2 : 1);
-    ticker->setTickCount(room());
+    ticker->setTickCount(shown < close ? room() : std::min(room(), static_cast<int>(shown)));
     const int half = metrics.horizontalAdvance(widest) / 2 + 2; // of a label at the end of the axis
     axisRect()->setMinimumMargins({half, metrics.height(), half, 0});
 }
