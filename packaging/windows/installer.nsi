@@ -5,7 +5,7 @@
 ;   SIZE              of that, in KiB
 ;   OUTPUT            the installer's name
 ;   ICON              the program's
-Unicode true
+Target amd64-unicode ; as the program is
 SetCompressor /SOLID lzma
 SetDateSave off ; the same files make the same installer
 RequestExecutionLevel user
