@@ -54,7 +54,7 @@ int runWindows(const zint::ConnectionOptions& connection)
 {
     if (zint::RunningInstance::bringBackHidden(zint::toLine(connection)))
         return 0;
-    QGuiApplication::setDesktopFileName(QStringLiteral("zint-obd"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.zint_obd.Zint"));
     QApplication::setQuitOnLastWindowClosed(
         false); // a program without a visible window goes on, see RunningInstance
     zint::useOwnIcons();
