@@ -1,4 +1,4 @@
-# Sourced by ./run, ./test, ./fuzz and ./bench: saying what is done, failing clearly, installing what is missing.
+# Sourced by ./run, ./test, ./fuzz, ./bench and ./package: saying what is done, failing clearly, installing what is missing.
 # shellcheck shell=bash
 
 set -euo pipefail
