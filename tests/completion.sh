@@ -13,8 +13,13 @@ expect() {
     [ "${COMPREPLY[*]}" = "$wanted" ] || { echo "$*: ${COMPREPLY[*]} instead of $wanted" && status=1; }
 }
 
+folder=$(mktemp -d)
+trap 'rm -r "$folder"' EXIT
+cd "$folder" && touch my.obc my.log
 complete -p zint-obd >/dev/null || status=1
 expect "codes" co
+expect "my.obc" my
+expect "my.obc" poll m
 expect "setup" dtc s
 expect "--comma --csv" dtc export FILE --c
 expect "nonzero" scan --show n

@@ -10,10 +10,10 @@ namespace {
 
 /// What goes before and behind the lists.
 constexpr const char* head =
-    R"(# Completes the commands and options of zint-obd; elsewhere, and for files, bash completes names of files.
+    R"(# Completes the commands, options and designs of zint-obd; elsewhere bash completes names of files.
 
 _zint_obd() {
-    local word=${COMP_WORDS[COMP_CWORD]} command="zint-obd" words="" i
+    local word=${COMP_WORDS[COMP_CWORD]} command="zint-obd" words="" files="" i
     for ((i = 1; i < COMP_CWORD; i++)); do
         case "$command ${COMP_WORDS[i]}" in
 )";
@@ -29,6 +29,10 @@ constexpr const char* foot = R"(        esac
         ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
+    [ -n "$files" ] || return 0
+    i=${#COMPREPLY[@]}
+    mapfile -t -O "$i" COMPREPLY < <(compgen -f -X "!*.$files" -- "$word")
+    [ "$i" = ${#COMPREPLY[@]} ] || compopt -o filenames 2>/dev/null
 }
 
 complete -o default -F _zint_obd zint-obd
@@ -67,6 +71,15 @@ std::string wordsOf(const CLI::App& command)
     return words.substr(0, words.size() - 1);
 }
 
+/// How the name of the file ends that a command takes; empty for none.
+std::string filesOf(const CLI::App& command)
+{
+    const auto files =
+        command.get_options([](const CLI::Option* option) { return option->get_positional(); });
+    const std::string name = files.empty() ? "" : files.front()->get_name(true);
+    return name.find('.') == std::string::npos ? "" : name.substr(name.rfind('.') + 1);
+}
+
 } // namespace
 
 std::string bashCompletion(const CLI::App& program)
@@ -78,7 +91,8 @@ std::string bashCompletion(const CLI::App& program)
         const std::string name = "\"" + nameOf(*command) + "\"";
         if (command != &program)
             names += (names.empty() ? "        " : " | ") + name;
-        lists += "        " + name + ") words=\"" + wordsOf(*command) + "\" ;;\n";
+        lists += "        " + name + ") words=\"" + wordsOf(*command) + "\" files=\"" + filesOf(*command) +
+                 "\" ;;\n";
         for (const CLI::Option* option : command->get_options()) {
             if (option->get_items_expected_max() > 0 && !option->get_positional())
                 taken[option->get_name()] = valuesOf(*option);

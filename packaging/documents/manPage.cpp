@@ -62,6 +62,7 @@ std::string examples()
            entry("printf '0902\\n03\\n' | zint-obd terminal", "Sends commands from a script.") +
            entry("zint-obd scan --mode 1-9 --show valid", "Prints the valid replies of the modes 1 to 9.") +
            entry("zint-obd dtc lookup P0301 U0123", "Tells what codes mean.") +
+           entry("zint-obd DESIGN.obc", "The polling designer with that design.") +
            entry("zint-obd --simulate", "The windows with a simulated vehicle on com1.");
 }
 
@@ -71,7 +72,7 @@ std::string manPage(const CLI::App& program)
 {
     return ".TH ZINT\\-OBD 1 \"\" \"Zint " + programInfo().version() + "\" \"User Commands\"\n" +
            section("NAME") + "zint\\-obd \\- OBD\\-II diagnostics with ELM327 adapters\n" +
-           section("SYNOPSIS") + ".B zint\\-obd\n[\\fICOMMAND\\fR] [\\fIOPTIONS\\fR]\n" +
+           section("SYNOPSIS") + ".B zint\\-obd\n[\\fICOMMAND\\fR | \\fIDESIGN.obc\\fR] [\\fIOPTIONS\\fR]\n" +
            section("DESCRIPTION") + roff(program.get_description()) + "\n" + section("OPTIONS") +
            optionsOf(program) +
            ".PP\nThe options of the toolkit, \\-platform, \\-style and others, go with the windows.\n" +

@@ -50,16 +50,16 @@ std::vector<std::string> arguments()
     return texts;
 }
 
-int runWindows(const zint::ConnectionOptions& connection)
+int runWindows(const zint::StartOptions& options)
 {
-    if (zint::RunningInstance::bringBackHidden(zint::toLine(connection)))
+    if (zint::RunningInstance::bringBackHidden(zint::toLine(options)))
         return 0;
     QGuiApplication::setDesktopFileName(QStringLiteral("org.zint_obd.Zint"));
     QApplication::setQuitOnLastWindowClosed(
         false); // a program without a visible window goes on, see RunningInstance
     zint::useOwnIcons();
     zint::useOutlinedBoxes();
-    zint::Program program(connection);
+    zint::Program program(options);
     program.start();
     const zint::Interruption interruption([&program] { program.end(); });
     return QApplication::exec();
@@ -77,7 +77,7 @@ int run(zint::CommandLine& line, bool hasDisplay)
     if (line.run)
         return line.run();
     if (hasDisplay)
-        return runWindows(line.connection);
+        return runWindows(line.start);
     zint::complain("there is no display for the windows. The commands, see zint-obd --help, need none.");
     return zint::exitStatus::failure;
 }

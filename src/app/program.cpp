@@ -62,13 +62,13 @@ bool anyWindowVisible() { return std::ranges::any_of(QApplication::topLevelWidge
 
 } // namespace
 
-Program::Program(const ConnectionOptions& options)
+Program::Program(StartOptions options)
     : ports_(settings_, systemPorts_), vehiclePorts_(ports_),
-      options_(options), context_{.shell = *this,
-                                  .values = values_,
-                                  .design = design_,
-                                  .settings = settings_,
-                                  .userDataFolder = fromQt(userDataFolder())}
+      options_(std::move(options)), context_{.shell = *this,
+                                             .values = values_,
+                                             .design = design_,
+                                             .settings = settings_,
+                                             .userDataFolder = fromQt(userDataFolder())}
 {
     instance_.onAsked = [this](const QByteArray& line) { return bringBack(fromLine(line)); };
 }
@@ -82,18 +82,21 @@ Program::~Program()
 Launcher& Program::makeLauncher(Prompts& prompts)
 {
     launcher_.emplace(settings_, ports_, prompts, values_, design_, launcherSystem());
-    applyForThisRun(options_, *launcher_);
+    applyForThisRun(options_.connection, *launcher_);
     return *launcher_;
 }
 
 void Program::start()
 {
-    applyForThisRun(options_, ports_);
+    applyForThisRun(options_.connection, ports_);
     start_ = new startForm(context_);
     connect(start_, &toolForm::unloaded, qApp, &QCoreApplication::quit);
     start_->show();
     QTimer::singleShot(0, qApp, &useProgramIcon); // drawing it would keep the window waiting
-    QTimer::singleShot(0, this, &Program::lookForUnsavedWork);
+    QTimer::singleShot(0, this, [this] {
+        lookForUnsavedWork();
+        openDesign();
+    });
 }
 
 void Program::lookForUnsavedWork()
@@ -101,6 +104,15 @@ void Program::lookForUnsavedWork()
     session_.emplace(userDataFolder());
     if (const auto since = session_->cutOffSince())
         start_->offerUnsavedWork(*since);
+}
+
+/// What the user has chosen to recover comes first, and then stays.
+void Program::openDesign()
+{
+    if (options_.designPath.empty() || tool_ || isEnding_)
+        return;
+    values_.designToOpen = options_.designPath;
+    openTool(Tool::pollDesigner);
 }
 
 /// The runner is opened for a run whatever the present design is: the run brings its own.
@@ -120,6 +132,7 @@ void Program::openTool(Tool tool)
 {
     tool_ = makeWindow(tool, context_);
     connect(tool_, &toolForm::unloaded, this, &Program::toolClosed);
+    instance_.stopWaiting();
     start_->hide();
     tool_->show();
 }
@@ -161,17 +174,23 @@ void Program::showLauncher()
     start_->showAgain();
 }
 
-bool Program::bringBack(const ConnectionOptions& options)
+bool Program::bringBack(const StartOptions& options)
 {
     if (anyWindowVisible()) // a message box over the hidden tool
         return false;
-    applyForThisRun(options, ports_);
-    applyForThisRun(options, *launcher_);
+    applyForThisRun(options.connection, ports_);
+    applyForThisRun(options.connection, *launcher_);
+    if (!options.designPath.empty()) {
+        values_.designToOpen = options.designPath;
+        next_ = Tool::pollDesigner;
+    }
     if (tool_)
-        tool_->close(); // ends what it has running, then shows the launcher
-    showLauncher();
-    start_->raise();
-    start_->activateWindow();
+        tool_->close(); // ends what it has running; toolClosed() then shows what comes next
+    if (!anyWindowVisible())
+        showLauncher();
+    QWidget* const shown = start_->isVisible() ? static_cast<QWidget*>(start_) : tool_;
+    shown->raise();
+    shown->activateWindow();
     return true;
 }
 

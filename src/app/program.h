@@ -26,10 +26,11 @@ class Program : public QObject, private Shell {
     Q_OBJECT
 
 public:
-    explicit Program(const ConnectionOptions& options);
+    explicit Program(StartOptions options);
     ~Program() override;
 
-    /// Shows the launcher. The program ends when that is closed.
+    /// Shows the launcher, then the polling designer if a design is asked for. The program ends when the
+    /// launcher is closed.
     void start();
 
     /// Closes what is open, as a user would, and ends the program.
@@ -48,9 +49,10 @@ private:
     const PortDirectory& portDirectory() const override { return ports_; }
     void useConnection(PortNumber port, std::optional<int> bitsPerSecond) override;
     void lookForUnsavedWork();
+    void openDesign();
     void toolClosed();
     void showLauncher();
-    bool bringBack(const ConnectionOptions& options);
+    bool bringBack(const StartOptions& options);
     void waitIfHidden();
 
     QtSettingsStore settings_;
@@ -59,7 +61,7 @@ private:
     VehiclePorts vehiclePorts_;
     ProgramValues values_;
     Design design_;
-    ConnectionOptions options_;
+    StartOptions options_;
     std::optional<Launcher> launcher_;
     ToolContext context_;
     RunningInstance instance_;

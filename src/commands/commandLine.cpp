@@ -50,11 +50,14 @@ CommandLine::CommandLine()
     program_->formatter(std::make_shared<HelpText>());
     program_->footer(footer);
     program_->set_help_flag("-h,--help", "Print this help, with a command its own, and end.");
-    addConnection(*program_, connection);
+    program_->add_option_function<std::string>(
+        "DESIGN.obc", [this](const std::string& path) { start.designPath = wholePath(path); },
+        "The design that the polling designer opens, in place of a command.");
+    addConnection(*program_, start.connection);
     addCommands();
     addDtcCommands();
     program_->add_flag_callback(
-        debugInfoFlag, [this] { run = [this] { return printOut(debugInfo(connection)); }; },
+        debugInfoFlag, [this] { run = [this] { return printOut(debugInfo(start.connection)); }; },
         "Print what a report of a fault needs: version, build, system, files and ports.");
     program_->set_help_all_flag(allHelpFlag, "Print the help of all commands and end.");
     program_->set_version_flag("-v,--version", "", "Print the version and end.");

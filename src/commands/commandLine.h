@@ -36,7 +36,7 @@ public:
     /// need an application object. Empty: the windows are asked for.
     std::function<int()> run;
 
-    ConnectionOptions connection; ///< of the windows
+    StartOptions start; ///< of the windows
 
     std::string help = "zint-obd --help"; ///< what tells the options of the command that is asked for
 

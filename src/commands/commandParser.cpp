@@ -1,6 +1,7 @@
 #include "commands/commandParser.h"
 
 #include "commands/usageError.h"
+#include "shared/module1.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -14,6 +15,12 @@ using Arguments = std::vector<std::string>;
 std::vector<const CLI::App*> commandsIn(const CLI::App& app)
 {
     return app.get_subcommands([](const CLI::App*) { return true; });
+}
+
+/// The words that a command takes.
+std::vector<const CLI::Option*> wordsOf(const CLI::App& command)
+{
+    return command.get_options([](const CLI::Option* option) { return option->get_positional(); });
 }
 
 /// An option of the program or of any command; null when none has it.
@@ -100,14 +107,30 @@ std::size_t depthOf(const CLI::App& command)
     return command.get_parent() == nullptr ? 0 : depthOf(*command.get_parent()) + 1;
 }
 
+/// Whether a word in a command's place is a file for the windows. Any other one is a mistyped command.
+bool isForWindows(const CLI::App& command, const std::string& word)
+{
+    return command.get_parent() == nullptr && (upperCase(word).ends_with(".OBC") || fileExists(word));
+}
+
 void requireCommand(const CLI::App& command, const Arguments& words)
 {
-    if (words.empty() || (command.get_parent() != nullptr && commandsIn(command).empty()))
+    if (words.empty() || (command.get_parent() != nullptr && commandsIn(command).empty()) ||
+        isForWindows(command, words.front()))
         return;
     Arguments usages;
     for (const CLI::App* known : allCommands(command))
         usages.push_back(shortened(usageOf(*known)));
     throw UsageError("unknown command \"" + joined(words, " ") + "\"; there are: " + joined(usages, ", "));
+}
+
+/// How many words a command takes at most. CLI11 would try the rest with the program.
+std::ptrdiff_t mostWords(const CLI::App& command)
+{
+    std::ptrdiff_t most = 0;
+    for (const CLI::Option* word : wordsOf(command))
+        most += word->get_items_expected_max();
+    return most;
 }
 
 void requireTaker(const CLI::App& program, const CLI::App& command,
@@ -163,7 +186,8 @@ void parse(CLI::App& program, const SortedArguments& arguments)
     }
     std::ranges::reverse(ordered); // as CLI11 wants them
     try {
-        if (std::find(words, arguments.words.end(), std::string()) != arguments.words.end())
+        if (std::find(words, arguments.words.end(), std::string()) != arguments.words.end() ||
+            arguments.words.end() - words > mostWords(command))
             throw CLI::ExtrasError({});
         program.parse(std::move(ordered));
     } catch (const CLI::ParseError&) {
@@ -180,9 +204,9 @@ std::string nameOf(const CLI::App& command)
 std::string usageOf(const CLI::App& command)
 {
     std::string usage = nameOf(command);
-    for (const CLI::Option* word :
-         command.get_options([](const CLI::Option* option) { return option->get_positional(); }))
-        usage += " " + word->get_name(true) + (word->get_items_expected_max() > 1 ? "..." : "");
+    for (const CLI::Option* word : wordsOf(command))
+        usage += " " + (word->get_required() ? word->get_name(true) : "[" + word->get_name(true) + "]") +
+                 (word->get_items_expected_max() > 1 ? "..." : "");
     return usage;
 }
 

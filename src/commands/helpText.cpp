@@ -36,7 +36,8 @@ HelpText::HelpText()
 
 std::string HelpText::make_usage(const CLI::App* app, std::string /*name*/) const
 {
-    return "\nUsage: " + usageOf(*app) + (allCommands(*app).empty() ? "" : " [COMMAND]") + " [OPTIONS]\n";
+    const std::string words = allCommands(*app).empty() ? usageOf(*app) : nameOf(*app) + " [COMMAND]";
+    return "\nUsage: " + words + " [OPTIONS]\n";
 }
 
 std::string HelpText::make_subcommand(const CLI::App* sub) const

@@ -82,6 +82,11 @@ void simulate(ConnectionOptions& options)
 
 } // namespace
 
+std::string wholePath(const std::string& path)
+{
+    return utf8Text(std::filesystem::absolute(utf8Path(path)).lexically_normal());
+}
+
 CLI::Option* addValue(CLI::App& command, const std::string& name, const std::string& valueName,
                       const std::string& description, std::function<void(const std::string&)> read)
 {
@@ -198,11 +203,11 @@ void requireCsv(const std::optional<Decimals>& decimals, const std::string& path
 
 void requireDifferentFiles(const std::vector<std::string>& paths)
 {
-    std::vector<std::filesystem::path> seen;
+    std::vector<std::string> seen;
     for (const std::string& path : paths) {
         if (path.empty())
             continue;
-        const std::filesystem::path whole = std::filesystem::absolute(utf8Path(path)).lexically_normal();
+        const std::string whole = wholePath(path);
         if (std::ranges::find(seen, whole) != seen.end())
             throw UsageError("\"" + path + "\" is named twice; give each file a name of its own");
         seen.push_back(whole);

@@ -17,6 +17,9 @@
 /// What the commands need to describe their options.
 namespace zint {
 
+/// A path as it holds in any folder.
+std::string wholePath(const std::string& path);
+
 /// Adds an option that a function reads.
 /// @param name with its dashes. @param valueName as help shows it. @param read may throw UsageError; the
 /// option and its value are put in front of what it says

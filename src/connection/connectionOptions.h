@@ -16,4 +16,10 @@ struct ConnectionOptions {
     bool isIdentityLeftOut = false;       ///< in the transcript
 };
 
+/// What a command line asks of the windows.
+struct StartOptions {
+    ConnectionOptions connection;
+    std::string designPath; ///< absolute; what the polling designer opens. Empty: the launcher comes up
+};
+
 } // namespace zint

@@ -19,6 +19,7 @@ namespace {
 constexpr QLatin1String portKey("port");
 constexpr QLatin1String locationKey("location");
 constexpr QLatin1String speedKey("speed");
+constexpr QLatin1String designKey("design");
 
 /// A location as it holds in any folder.
 QString inAnyFolder(const std::string& location)
@@ -61,19 +62,22 @@ void applyForThisRun(const ConnectionOptions& options, Launcher& launcher)
         launcher.chooseSpeedForThisRun(*options.speedPosition);
 }
 
-QByteArray toLine(const ConnectionOptions& options)
+QByteArray toLine(const StartOptions& options)
 {
+    const ConnectionOptions& connection = options.connection;
     QJsonObject object;
-    if (options.portNumber)
-        object[portKey] = static_cast<int>(*options.portNumber);
-    if (!options.portLocation.empty())
-        object[locationKey] = inAnyFolder(options.portLocation);
-    if (options.speedPosition)
-        object[speedKey] = *options.speedPosition;
+    if (connection.portNumber)
+        object[portKey] = static_cast<int>(*connection.portNumber);
+    if (!connection.portLocation.empty())
+        object[locationKey] = inAnyFolder(connection.portLocation);
+    if (connection.speedPosition)
+        object[speedKey] = *connection.speedPosition;
+    if (!options.designPath.empty())
+        object[designKey] = toQt(options.designPath);
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
-ConnectionOptions fromLine(const QByteArray& line)
+StartOptions fromLine(const QByteArray& line)
 {
     const QJsonObject object = QJsonDocument::fromJson(line).object();
     ConnectionOptions options;
@@ -82,7 +86,7 @@ ConnectionOptions fromLine(const QByteArray& line)
     options.portLocation = fromQt(object[locationKey].toString());
     if (const QJsonValue position = object[speedKey]; position.isDouble())
         options.speedPosition = position.toInt();
-    return options;
+    return {.connection = options, .designPath = fromQt(object[designKey].toString())};
 }
 
 } // namespace zint

@@ -19,9 +19,9 @@ void applyForThisRun(const ConnectionOptions& options, PortDirectory& ports);
 void applyForThisRun(const ConnectionOptions& options, Launcher& launcher);
 
 /// The options as a line of text for a program that runs in another folder.
-QByteArray toLine(const ConnectionOptions& options);
+QByteArray toLine(const StartOptions& options);
 
 /// What toLine() made a line from. Any other line has no options.
-ConnectionOptions fromLine(const QByteArray& line);
+StartOptions fromLine(const QByteArray& line);
 
 } // namespace zint

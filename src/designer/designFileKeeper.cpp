@@ -32,11 +32,14 @@ std::string proposedName(const std::string& path)
 
 std::string DesignFileKeeper::chooseToOpen()
 {
-    std::string path = dialogs_.chooseToOpen(openKinds, values_.isFolderRemembered ? values_.parmInitDir
-                                                                                   : values_.sampleFolder);
-    if (!path.empty() && !isIn(values_.sampleFolder, path))
+    return dialogs_.chooseToOpen(openKinds,
+                                 values_.isFolderRemembered ? values_.parmInitDir : values_.sampleFolder);
+}
+
+void DesignFileKeeper::rememberFolderOf(const std::string& path)
+{
+    if (fileExists(path) && !isIn(values_.sampleFolder, path))
         values_.rememberFolderOf(path); // nobody's own files belong among the samples
-    return path;
 }
 
 std::optional<Design> DesignFileKeeper::load(const std::string& path)

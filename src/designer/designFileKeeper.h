@@ -26,6 +26,9 @@ public:
     /// Asks for a file to open. @return empty when the user cancels
     std::string chooseToOpen();
 
+    /// Lets the file dialogs start where the user has chosen a file to open.
+    void rememberFolderOf(const std::string& path);
+
     /// Reads a file. Nothing when that fails, which tellLoadFailure() tells of.
     std::optional<Design> load(const std::string& path);
     void tellLoadFailure();

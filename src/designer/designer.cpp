@@ -40,6 +40,10 @@ Designer::Designer(const AdapterLine& line, Design& design, Prompts& prompts, Fi
 
 void Designer::load()
 {
+    if (const std::string path = std::exchange(values_.designToOpen, {}); !path.empty()) {
+        openChosen(path);
+        return;
+    }
     const bool isPollingWanted = std::exchange(values_.isPollingWanted, false);
     if (!design_.isCommitted() && fileExists(values_.parmSave)) {
         openFile(values_.parmSave);
@@ -77,9 +81,16 @@ void Designer::open()
     const std::string path = files_.chooseToOpen();
     if (path.empty())
         return;
+    openChosen(path);
+    tellLoadFailure();
+}
+
+/// Opens the file that the user has chosen, here or where the program was started.
+void Designer::openChosen(const std::string& path)
+{
+    files_.rememberFolderOf(path);
     openFile(path);
     edited();
-    tellLoadFailure();
 }
 
 /// Shows a file's design, or the built-in one in place of a file that can't be read.

@@ -30,8 +30,8 @@ public:
     Designer(const AdapterLine& line, Design& design, Prompts& prompts, FileDialogs& dialogs,
              ProgramValues& values, KeptDesigns& kept);
 
-    /// Shows the design that the program holds, or the last design file when it holds none that was
-    /// committed.
+    /// Shows the design file that the program was started with; else the design that the program holds, or
+    /// the last design file when it holds none that was committed.
     void load();
 
     /// The window stands: tells what was wrong with the file that load() read.
@@ -80,6 +80,7 @@ public:
     std::function<void()> onChanged; ///< called after each event that may have changed the panel
 
 private:
+    void openChosen(const std::string& path);
     void openFile(const std::string& path);
     void saveFile(bool asking);
     Design committed() const;

@@ -27,6 +27,7 @@ struct ProgramValues {
     bool isFolderRemembered = true; ///< whether the user chose parmInitDir, as opposed to a default
     bool mayOverwriteSave = true;   ///< whether parmSave is the present design's own file
     bool isPollingWanted = false;   ///< whether the designer opens in place of the runner
+    std::string designToOpen;       ///< in the designer when that comes next; empty: as always
     double requestSeconds = 0;      ///< that a request took in the last run; 0 before there was one
     std::string sampleFolder;       ///< the designs that come with the program
     std::string descriptionsFile;   ///< the code descriptions that come with the program

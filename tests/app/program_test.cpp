@@ -12,7 +12,7 @@ namespace {
 
 /// The whole program in one process, with the simulated vehicle on com1.
 struct ProgramTest : testing::Test {
-    Program program{ConnectionOptions{.portNumber = PortNumber{1}, .portLocation = "simulated"}};
+    Program program{StartOptions{{.portNumber = PortNumber{1}, .portLocation = "simulated"}}};
 
     ProgramTest() { program.start(); }
 
@@ -33,13 +33,22 @@ struct ProgramTest : testing::Test {
         QTest::mouseClick(window(windowName)->findChild<QPushButton*>(QLatin1String(name)), Qt::LeftButton);
     }
 
+    /// Leaves the program without a visible window.
+    static void hide()
+    {
+        click("startForm", "getCodes");
+        window("codesForm")->findChild<QAction*>(QStringLiteral("ftc"))->trigger();
+        click("failedConnForm", "cancelCom");
+        QTest::qWait(50); // the program finds that it is hidden
+    }
+
     static QString text(const char* windowName, const char* name)
     {
         return textOf(*window(windowName)->findChild<QWidget*>(QLatin1String(name)));
     }
 
     /// Starts the program once more. @return whether this one was brought back
-    static bool startSecond(const ConnectionOptions& options)
+    static bool startSecond(const StartOptions& options)
     {
         std::atomic<int> result = -1;
         std::thread second([&] { result = RunningInstance::bringBackHidden(toLine(options)) ? 1 : 0; });
@@ -98,7 +107,7 @@ TEST_F(ProgramTest, AProgramWithoutAVisibleWindowLivesOnAndIsBroughtBack)
     });
     window("codesForm")->findChild<QAction*>(QStringLiteral("mnuAbout"))->trigger();
     EXPECT_TRUE(
-        startSecond({.portNumber = PortNumber{5}, .portLocation = "build/ttyS9", .speedPosition = 1}));
+        startSecond({{.portNumber = PortNumber{5}, .portLocation = "build/ttyS9", .speedPosition = 1}}));
     EXPECT_TRUE(isVisible("startForm"));
     EXPECT_TRUE(
         waitUntil([] { return text("startForm", "portInfo").endsWith(u"build/ttyS9 - nothing connected"); }));
@@ -107,6 +116,25 @@ TEST_F(ProgramTest, AProgramWithoutAVisibleWindowLivesOnAndIsBroughtBack)
               u"38400");
     EXPECT_TRUE(waitUntil([] { return window("codesForm") == nullptr; })) << "the hidden tool is unloaded";
     EXPECT_FALSE(RunningInstance::bringBackHidden()) << "a visible program is not asked";
+}
+
+TEST_F(ProgramTest, OpensTheDesignOfTheFirstAndOfASecondStart)
+{
+    const TemporaryFolder folder;
+    const StartOptions options{.designPath = folder.path("car.obc")};
+    folder.write(options.designPath, "Car\n|200\n010C|rpm|5|1|0\n");
+    const auto isOpen = [] {
+        return isVisible("pollSetup2") && text("pollSetup2", "statusBox") == u"car.obc loaded";
+    };
+    {
+        Program first(options);
+        first.start();
+        EXPECT_TRUE(waitUntil(isOpen));
+    }
+    hide();
+    EXPECT_TRUE(startSecond(options));
+    EXPECT_TRUE(isOpen());
+    EXPECT_FALSE(isVisible("startForm"));
 }
 
 TEST_F(ProgramTest, TheTroubleDialogLeadsToTheCheckOfTheConnection)
@@ -139,9 +167,7 @@ TEST_F(ProgramTest, ShowsTheLauncherWhereNobodyCouldBringItBack)
 {
     const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
     qputenv("XDG_RUNTIME_DIR", "/dev/null"); // nothing can listen there
-    click("startForm", "getCodes");
-    window("codesForm")->findChild<QAction*>(QStringLiteral("ftc"))->trigger();
-    click("failedConnForm", "cancelCom");
+    hide();
     EXPECT_TRUE(waitUntil([] { return isVisible("startForm") && window("codesForm") == nullptr; }));
     qputenv("XDG_RUNTIME_DIR", folder);
 }

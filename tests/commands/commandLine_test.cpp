@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <ranges>
 
 namespace zint {
@@ -73,9 +74,9 @@ TEST(CommandLineTest, TellsCommandsFromWindows)
         EXPECT_TRUE(line.mayWantWindows(split(words))) << words;
         line.parse(split(words));
         EXPECT_FALSE(line.run) << words;
-        EXPECT_EQ(line.connection.portNumber, port) << words;
-        EXPECT_EQ(line.connection.portLocation, location) << words;
-        EXPECT_EQ(line.connection.speedPosition.has_value(), location == std::string("simulated"));
+        EXPECT_EQ(line.start.connection.portNumber, port) << words;
+        EXPECT_EQ(line.start.connection.portLocation, location) << words;
+        EXPECT_EQ(line.start.connection.speedPosition.has_value(), location == std::string("simulated"));
     }
     EXPECT_TRUE(CommandLine().mayWantWindows({"-style", "fusion", "--simulate"})) << "the toolkit's";
 }
@@ -130,14 +131,33 @@ TEST(CommandLineTest, AProgramThatIsBroughtBackLooksInTheFolderOfTheSecondStart)
                                            {"/dev/a", "/dev/a"},
                                            {"replay:a.txt", "replay:" + here + "/a.txt"},
                                            {"simulated", "simulated"}})
-        EXPECT_EQ(fromLine(toLine({.portNumber = PortNumber{1}, .portLocation = location})).portLocation,
+        EXPECT_EQ(fromLine(toLine({{.portNumber = PortNumber{1}, .portLocation = location}}))
+                      .connection.portLocation,
                   passed);
+}
+
+TEST(CommandLineTest, TakesADesignForTheWindows)
+{
+    const std::filesystem::path here = fromQt(QDir::currentPath());
+    const std::pair<std::vector<std::string>, std::filesystem::path> rows[] = {
+        {{"a.obc"}, here / "a.obc"},
+        {{"--simulate", "../x/../Größe 2.OBC"}, here.parent_path() / "Größe 2.OBC"},
+        {{"--", "-x.obc"}, here / "-x.obc"},
+        {{"/dev/../etc/passwd"}, "/etc/passwd"}}; // no such name, but there
+    for (const auto& [arguments, path] : rows) {
+        CommandLine line;
+        EXPECT_TRUE(line.mayWantWindows(arguments)) << path;
+        line.parse(arguments);
+        EXPECT_FALSE(line.run) << path;
+        EXPECT_EQ(fromLine(toLine(line.start)).designPath, path.string());
+    }
 }
 
 TEST(CommandLineTest, RefusesWhatIsWrong)
 {
     for (const std::string& words :
-         split("code|codes twice|--prot com1|-x|--port|--port com3=|--port com9|--port COM10=/dev/a|--port "
+         split("code|/tmp|a.obc b.obc|a.obc codes|codes a.obc|dtc a.obc|a.obc --yes|codes twice|--prot "
+               "com1|-x|--port|--port com3=|--port com9|--port COM10=/dev/a|--port "
                "tcp:h:0|--port com2=replay:|"
                "--speed 19200|--simulate --port com2|codes --simulate=1|codes --clear|codes --timeout -1|"
                "terminal --hex --oct|poll|poll a.obc --loops 0|poll a.obc --loops 1 --seconds 1|"

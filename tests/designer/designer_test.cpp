@@ -137,6 +137,16 @@ TEST_F(DesignerTest, TellsWhyItOpensInPlaceOfTheRunnerAndWhichFileIsMissing)
     EXPECT_EQ(status(), "Default Settings (22 events) - press Goto Polling");
 }
 
+TEST_F(DesignerTest, OpensTheFileOfTheStartAsFromTheMenu)
+{
+    values.designToOpen = folder.path("car.obc");
+    folder.write(values.designToOpen, "Car\n|200\n010C|rpm|5|1|0\n");
+    designer->load();
+    EXPECT_EQ(status() + values.parmSaveFile + values.parmInitDir, "car.obc loadedcar.obc" + folder.path());
+    leaveAndComeBack();
+    EXPECT_EQ(status(), "Car (1 events)") << "once";
+}
+
 TEST_F(DesignerTest, EditsAreUndoneAndCommitsAreAllOrNothing)
 {
     designer->setCell(0, GridColumn::description, "lamp");
