@@ -2,6 +2,7 @@
 
 #include "launcher/launcher.h"
 #include "link/portDirectory.h"
+#include "shared/systemFiles.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -203,12 +204,12 @@ void requireCsv(const std::optional<Decimals>& decimals, const std::string& path
 
 void requireDifferentFiles(const std::vector<std::string>& paths)
 {
-    std::vector<std::string> seen;
+    std::vector<std::filesystem::path> seen;
     for (const std::string& path : paths) {
         if (path.empty())
             continue;
-        const std::string whole = wholePath(path);
-        if (std::ranges::find(seen, whole) != seen.end())
+        const std::filesystem::path whole = utf8Path(wholePath(path));
+        if (std::ranges::any_of(seen, [&](const auto& other) { return isSameFile(other, whole); }))
             throw UsageError("\"" + path + "\" is named twice; give each file a name of its own");
         seen.push_back(whole);
     }

@@ -2,6 +2,7 @@
 
 #include "catalogue/designFile.h"
 #include "shared/module1.h"
+#include "shared/systemFiles.h"
 
 #include <exception>
 #include <utility>
@@ -18,7 +19,7 @@ bool isLog(const std::string& path) { return upperCase(path).ends_with(".LOG"); 
 
 bool isIn(const std::string& folder, const std::string& path)
 {
-    return !folder.empty() && utf8Path(path).parent_path() == utf8Path(folder);
+    return !folder.empty() && isSameFile(utf8Path(path).parent_path(), utf8Path(folder));
 }
 
 /// The name under which a design is offered to be saved. A log's is its own, but as a design.

@@ -51,7 +51,7 @@ std::string successOf(const Diagnosis& diagnosis)
         return diagnosis.adapter.empty() ? "the adapter answers" : diagnosis.adapter + " answers";
     return numbered(std::lround(*diagnosis.requestsPerSecond), "request") + " a second, " +
            diagnosis.protocol.substr(0, diagnosis.protocol.find(" (")) + ", " +
-           numbered(std::ssize(diagnosis.units), "control unit");
+           numbered(static_cast<long>(diagnosis.units.size()), "control unit");
 }
 
 std::string linesOf(const DiagnosisStep& step)

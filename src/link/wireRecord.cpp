@@ -4,12 +4,12 @@
 #include "link/transcriptText.h"
 #include "shared/module1.h"
 #include "shared/programInfo.h"
+#include "shared/systemFiles.h"
 
 #include <array>
 #include <cerrno>
 #include <charconv>
 #include <chrono>
-#include <system_error>
 #include <utility>
 
 namespace zint {
@@ -54,7 +54,7 @@ std::string dateText(std::chrono::system_clock::time_point time)
 
 std::string writeFailure(const std::string& path, int error)
 {
-    return "\"" + path + "\" can't be written: " + std::generic_category().message(error != 0 ? error : EIO);
+    return "\"" + path + "\" can't be written: " + failureReason(utf8Path(path), error);
 }
 
 } // namespace

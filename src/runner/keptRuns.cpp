@@ -3,6 +3,7 @@
 #include "runner/keptRunFile.h"
 #include "runner/runDisplay.h"
 #include "shared/module1.h"
+#include "shared/systemFiles.h"
 #include "shared/textFile.h"
 
 #include <algorithm>
@@ -140,8 +141,7 @@ void KeptRuns::flush()
     waiting_.clear();
     if (stream_)
         return;
-    failure_ =
-        "\"" + path_ + "\" can't be written: " + std::generic_category().message(errno != 0 ? errno : EIO);
+    failure_ = "\"" + path_ + "\" can't be written: " + failureReason(utf8Path(path_), errno);
     stream_.close();
     keeping_ = false;
 }

@@ -3,6 +3,7 @@
 #include "shared/fileError.h"
 #include "shared/fileLock.h"
 #include "shared/module1.h"
+#include "shared/systemFiles.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -22,13 +23,6 @@ std::string numberText()
 }
 
 namespace fs = std::filesystem;
-
-std::chrono::system_clock::time_point systemTime(fs::file_time_type time)
-{
-    using std::chrono::system_clock;
-    const auto age = fs::file_time_type::clock::now() - time; // not all libraries can convert between the two
-    return system_clock::now() - std::chrono::duration_cast<system_clock::duration>(age);
-}
 
 } // namespace
 
@@ -66,9 +60,9 @@ std::vector<KeptFiles::File> KeptFiles::all() const
         const std::uintmax_t size = entry->file_size(none);
         if (none)
             continue;
-        const auto changed = entry->last_write_time(none);
-        if (const std::string path = utf8Text(entry->path()); !none && !FileLock::isTaken(path))
-            files.push_back({path, systemTime(changed), size});
+        const auto changed = lastChange(entry->path());
+        if (const std::string path = utf8Text(entry->path()); changed && !FileLock::isTaken(path))
+            files.push_back({path, *changed, size});
     }
     std::ranges::sort(files, std::greater(), &File::changed);
     return files;

@@ -122,10 +122,7 @@ int lastBackslash(std::string_view text)
 
 std::string fileNamePart(std::string_view path)
 {
-    std::string_view name = path.substr(static_cast<std::size_t>(lastBackslash(path)));
-    if constexpr (std::filesystem::path::preferred_separator == '/')
-        name = name.substr(name.rfind('/') + 1);
-    return std::string(name);
+    return std::string(path.substr(path.find_last_of("\\/") + 1));
 }
 
 std::filesystem::path utf8Path(std::string_view path) { return {std::u8string(path.begin(), path.end())}; }

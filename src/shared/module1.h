@@ -40,7 +40,7 @@ int upperHexDigit(char character);
 /// @return the position, counted from 1, of the last "\" in the text; 0 when there is none
 int lastBackslash(std::string_view text);
 
-/// The part of a path behind its last "\" and, where paths are written with it, behind its last "/".
+/// The part of a path behind its last "\" and its last "/".
 std::string fileNamePart(std::string_view path);
 
 /// A path that is written in UTF-8, as all paths in the program are.

@@ -1,10 +1,10 @@
 #include "shared/textFile.h"
 
 #include "shared/module1.h"
+#include "shared/systemFiles.h"
 #include "shared/utf8.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -20,12 +20,10 @@ constexpr int dosEnd = 0x1A; // Ctrl-Z
 
 std::string inQuotes(const std::string& path) { return "\"" + path + "\""; }
 
-std::string reason(int number) { return std::generic_category().message(number); }
-
 void writeAll(const fs::path& file, const std::string& path, const std::function<void(std::ostream&)>& write)
 {
-    const auto fail = [&path](int number) {
-        throw FileError(inQuotes(path) + " can't be written: " + reason(number));
+    const auto fail = [&file, &path](int number) {
+        throw FileError(inQuotes(path) + " can't be written: " + failureReason(file, number));
     };
     errno = 0;
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
@@ -35,21 +33,7 @@ void writeAll(const fs::path& file, const std::string& path, const std::function
     write(stream);
     stream.close();
     if (!stream)
-        fail(errno != 0 ? errno : EIO);
-}
-
-/// Makes an empty file where there is nothing.
-void createFile(const std::string& path)
-{
-    errno = 0;
-#ifdef _WIN32
-    std::FILE* const file = ::_wfopen(utf8Path(path).c_str(), L"wx");
-#else
-    std::FILE* const file = std::fopen(path.c_str(), "wx");
-#endif
-    if (file == nullptr)
-        throw FileError(inQuotes(path) + " can't be made: " + reason(errno));
-    std::fclose(file);
+        fail(errno);
 }
 
 /// Where a file is written.
@@ -70,8 +54,8 @@ Target targetOf(const std::string& path)
     if (fs::is_directory(old))
         throw FileError(inQuotes(path) + " can't be written: it is a folder");
     if (fs::is_regular_file(old) && !std::ofstream(file, std::ios::binary | std::ios::app))
-        throw FileError(inQuotes(path) +
-                        " can't be written: " + reason(EACCES)); // a new file would get past that
+        throw FileError(inQuotes(path) + " can't be written: " +
+                        failureReason(file, EACCES)); // a new file would get past that
     return {file, old};
 }
 
@@ -132,7 +116,7 @@ void readFile(const std::string& path, const std::function<void(std::istream&)>&
     errno = 0;
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
-        throw FileError(inQuotes(path) + " can't be read: " + reason(errno));
+        throw FileError(inQuotes(path) + " can't be read: " + failureReason(file, errno));
     read(stream);
 }
 
@@ -168,17 +152,9 @@ void publishFile(const std::string& finished, const std::string& path)
     std::error_code error;
     const bool isEmptyFile =
         fs::is_regular_file(fs::symlink_status(to, error)) && fs::file_size(to, error) == 0;
-    if (!isEmptyFile) {
-        fs::create_hard_link(from, to, error); // a rename would replace what has come meanwhile
-        if (!error) {
-            fs::remove(from, error);
-            return;
-        }
-        createFile(path); // some file systems know no links
-    }
-    fs::rename(from, to, error);
-    if (error)
-        throw FileError(inQuotes(path) + " can't be made: " + error.message());
+    const std::string why = isEmptyFile ? takePlace(from, to) : takeFreeName(from, to);
+    if (!why.empty())
+        throw FileError(inQuotes(path) + " can't be made: " + why);
 }
 
 void requireWritable(const std::string& path)
@@ -205,12 +181,11 @@ void replaceFile(const std::string& path, const std::function<void(std::ostream&
         writeAll(fresh, path, write);
         if (fs::exists(target.old))
             fs::permissions(fresh, target.old.permissions(), error);
-        fs::rename(fresh, target.file);
-    } catch (const fs::filesystem_error& failure) {
-        fs::remove(fresh, error);
-        throw FileError(inQuotes(path) + " can't be written: " + failure.code().message());
+        if (const std::string why = takePlace(fresh, target.file); !why.empty())
+            throw FileError(inQuotes(path) + " can't be written: " + why);
     } catch (...) {
-        fs::remove(fresh, error);
+        if (!fs::exists(target.old) || fs::exists(target.file, error)) // else it is all that is left
+            fs::remove(fresh, error);
         throw;
     }
 }

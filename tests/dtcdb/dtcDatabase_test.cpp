@@ -107,7 +107,7 @@ TEST_F(DtcDatabaseTest, UndoesWhatAProgramLeftThatWasKilled)
 
 TEST_F(DtcDatabaseTest, ANewDatabaseGetsItsNameWhenItIsWhole)
 {
-    const auto fill = [this](DtcDatabase& database) {
+    [[maybe_unused]] const auto fill = [this](DtcDatabase& database) {
         EXPECT_FALSE(isSetUp(path)) << "a kill would leave it";
         database.add(addedRecord);
     };
@@ -119,10 +119,12 @@ TEST_F(DtcDatabaseTest, ANewDatabaseGetsItsNameWhenItIsWhole)
     EXPECT_EQ(contents(path), "somebody's");
     std::filesystem::remove(utf8Path(path));
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+#ifdef __unix__
     TemporaryFolder::write(path, "");
     std::filesystem::create_symlink(utf8Path(path), folder.path("link"));
     DtcDatabase::create(folder.path("link"), fill);
     EXPECT_EQ(DtcDatabase::open(path)->count(), 1) << "the file behind the link";
+#endif
 }
 
 TEST_F(DtcDatabaseTest, AStepIsTakenAsAWholeAndKeepsOthersOut)
@@ -144,9 +146,11 @@ TEST_F(DtcDatabaseTest, AStepIsTakenAsAWholeAndKeepsOthersOut)
     };
     EXPECT_THROW(database->inOneStep(addAndFail), std::runtime_error);
     EXPECT_EQ(database->count(), 0);
+#ifdef __unix__ // elsewhere nobody can move a file that is open
     std::filesystem::rename(utf8Path(path), utf8Path(folder.path("moved")));
     expectFailure("written: the file was moved or deleted. Close it and open it",
                   [&] { database->add(addedRecord); });
+#endif
 }
 
 } // namespace
