@@ -1,5 +1,6 @@
 ; The installer, for one user and without administrator's rights. make beside this file defines:
-;   VERSION           1.5.1
+;   VERSION           such as 1.5.1
+;   MAKER, HOME_PAGE  what the system shows of them
 ;   FOLDER            what is installed
 ;   REMOVE_FILES      a file with the lines that delete just what was installed
 ;   SIZE              of that, in KiB
@@ -108,7 +109,8 @@ Section
 
   WriteRegStr HKCU "${ABOUT}" DisplayName "Zint"
   WriteRegStr HKCU "${ABOUT}" DisplayVersion "${VERSION}"
-  WriteRegStr HKCU "${ABOUT}" Publisher "Zint project"
+  WriteRegStr HKCU "${ABOUT}" Publisher "${MAKER}"
+  WriteRegStr HKCU "${ABOUT}" URLInfoAbout "${HOME_PAGE}"
   WriteRegStr HKCU "${ABOUT}" DisplayIcon "$INSTDIR\zint-obd.exe"
   WriteRegStr HKCU "${ABOUT}" InstallLocation "$INSTDIR"
   WriteRegStr HKCU "${ABOUT}" UninstallString '"$INSTDIR\uninstall.exe"'
