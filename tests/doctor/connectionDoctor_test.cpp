@@ -1,14 +1,13 @@
 #include "doctor/connectionDoctor.h"
 #include "sim/simulatedPort.h"
-#include "sim/simulationArguments.h"
 #include "support/manualTime.h"
+#include "support/simulated.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <map>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 namespace zint {
 namespace {
@@ -94,23 +93,12 @@ struct SceneInspector final : PortInspector {
     const DoctorScene& scene;
 };
 
-SimulationOptions simulationOf(const std::string& words)
-{
-    SimulationOptions options = SimulationOptions::realistic();
-    applySimulationArgument(options, "protocol", "can");
-    std::istringstream stream(words);
-    for (std::string word; std::getline(stream, word, ';');) {
-        const auto mark = std::min(word.find('='), word.size());
-        applySimulationArgument(options, word.substr(0, mark), word.substr(std::min(mark + 1, word.size())));
-    }
-    return options;
-}
-
 /// The doctor in a scene, and its time.
 struct DoctorRig {
     explicit DoctorRig(DoctorScene given)
-        : scene(std::move(given)), options(simulationOf(scene.simulation)), vehicle(options.vehicle),
-          port(portTimer, clock, vehicle, options.adapter)
+        : scene(std::move(given)),
+          options(simulated("protocol=can;" + scene.simulation, SimulationOptions::realistic(), ';')),
+          vehicle(options.vehicle), port(portTimer, clock, vehicle, options.adapter)
     {
         port.reply = &reply;
         port.device = scene.device;

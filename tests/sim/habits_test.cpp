@@ -5,16 +5,13 @@
 #include "runner/poller.h"
 #include "scanner/scanner.h"
 #include "sim/simulatedPort.h"
-#include "sim/simulationArguments.h"
 #include "support/manualTime.h"
 #include "support/scriptedPrompts.h"
+#include "support/simulated.h"
 #include "support/temporaryFolder.h"
 #include "support/textBox.h"
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <sstream>
 
 namespace zint {
 namespace {
@@ -99,24 +96,13 @@ std::string report(Rig& rig)
            reportText(headOf(facts, [](auto) { return "today"; }, {}), sectionsOf(facts, nullptr));
 }
 
-SimulationOptions options(const std::string& words)
-{
-    SimulationOptions result;
-    std::istringstream stream(words);
-    for (std::string word; stream >> word;) {
-        const auto mark = std::min(word.find('='), word.size());
-        applySimulationArgument(result, word.substr(0, mark), word.substr(std::min(mark + 1, word.size())));
-    }
-    return result;
-}
-
 TEST(HabitsTest, EachToolReadsEachAdapter)
 {
     constexpr std::pair<const char*, std::string (*)(Rig&)> tools[] = {
         {"codes", codes}, {"poll", poll}, {"scan", scan}, {"report", report}};
     for (const std::string protocol : {"protocol=iso9141", "protocol=can codes=P0133"}) {
         for (const auto& [name, use] : tools) {
-            Rig wellBehaved(options(protocol));
+            Rig wellBehaved(simulated(protocol));
             const std::string expected = use(wellBehaved);
             EXPECT_GT(expected.size(), 20U) << name;
             for (const char* habit :
@@ -126,7 +112,7 @@ TEST(HabitsTest, EachToolReadsEachAdapter)
                   "late-prompt=150", "late-defaults=200", "reset-time=800", "line-speed=9600"}) {
                 for (const bool announces : {false, true}) {
                     SCOPED_TRACE(protocol + ", " + name + ", " + habit + (announces ? ", announces" : ""));
-                    SimulationOptions withHabit = options(protocol + " " + habit);
+                    SimulationOptions withHabit = simulated(protocol + " " + habit);
                     withHabit.adapter.announcesConnection = announces;
                     Rig rig(withHabit);
                     EXPECT_EQ(use(rig), expected);

@@ -1,11 +1,8 @@
-#include "sim/simulatedAdapter.h"
-#include "sim/simulationArguments.h"
+#include "support/simulated.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <bitset>
-#include <sstream>
 #include <tuple>
 
 namespace zint {
@@ -32,12 +29,7 @@ struct Bench {
     string ask(const string& bytes, const char* end = "\r")
     {
         const Time start = now;
-        adapter.receive(bytes + end, now);
-        string text;
-        while (const auto due = adapter.nextDue()) {
-            now = std::max(now, *due);
-            text += adapter.take(now);
-        }
+        const string text = replyOf(adapter, bytes + end, now);
         elapsed = now - start;
         return text;
     }
@@ -128,22 +120,10 @@ TEST(SimulatedAdapterTest, TakesItsTime)
     }
 }
 
-/// The options that a command line of words such as "units=2 diesel" describes.
-SimulationOptions described(const string& words)
-{
-    SimulationOptions options;
-    std::istringstream stream(words);
-    for (string word; stream >> word;) {
-        const auto mark = std::min(word.find('='), word.size());
-        applySimulationArgument(options, word.substr(0, mark), word.substr(std::min(mark + 1, word.size())));
-    }
-    return options;
-}
-
 /// The last lines of a conversation: what comes for the last of several commands.
 string converse(const string& words, const std::vector<const char*>& commands)
 {
-    const SimulationOptions options = described(words);
+    const SimulationOptions options = simulated(words);
     Bench bench(options.adapter, options.vehicle);
     bench.ask("ATE0");
     string reply;
@@ -246,21 +226,12 @@ TEST(SimulatedAdapterTest, ShowsWhatVehiclesAndBussesDo)
     EXPECT_EQ(slow.ask("0101"), "41 01 83 07 65 04 \r\r>") << "live values are at hand";
 }
 
-TEST(SimulatedAdapterTest, NumbersMoreFramesThanThereAreDigits)
-{
-    const string reply = converse("protocol=can", {"ATH1", "ATS0", "0601"});
-    EXPECT_EQ(std::ranges::count(reply, '\r'), 18) << reply;
-    EXPECT_TRUE(reply.starts_with("7E8107F4601010A0E69\r7E821")) << reply;
-    EXPECT_NE(reply.find("\r7E82F"), string::npos);
-    EXPECT_NE(reply.find("\r7E820"), string::npos);
-}
-
 TEST(VehicleTest, SupportsExactlyWhatItSays)
 {
     constexpr std::uint32_t unitHeaders[] = {0x7E0, 0x7E1, 0x6C10F1, 0x6C18F1};
     for (const char* words : {"protocol=can", "protocol=can units=2", "protocol=can diesel", "", "units=2",
                               "diesel", "protocol=kwp-fast units=2"}) {
-        Vehicle vehicle(described(words).vehicle);
+        Vehicle vehicle(simulated(words).vehicle);
         for (const std::uint32_t unit : unitHeaders) {
             for (const Message& kind : std::vector<Message>{
                      {0x01, 0}, {0x02, 0, 0}, {0x05, 0, 1}, {0x05, 0, 2}, {0x06, 0}, {0x09, 0}}) {
