@@ -56,16 +56,5 @@ TEST(TranscriptEndToEnd, TellsOfAFileBeforeTheVehicleIsAsked)
     expectFailure(runZint(words("report --port replay:/nowhere/car.txt")), "can't be read: No such file");
 }
 
-TEST(TranscriptEndToEnd, ARecordingIsThereWhenTheProgramIsKilled)
-{
-    const TemporaryFolder folder;
-    const std::string path = folder.path("car.txt");
-    VehicleRun run("", "scan --pid 0-FF --mask --transcript " + path);
-    ASSERT_TRUE(waitFor([&] { return contents(path).find("> 0105\r\n") != std::string::npos; }));
-    run.program.send(SIGKILL);
-    run.program.wait();
-    EXPECT_NE(contents(path).find("> 0101\r\n"), std::string::npos);
-}
-
 } // namespace
 } // namespace zint
