@@ -132,36 +132,27 @@ string converse(const string& words, const std::vector<const char*>& commands)
     return reply.substr(0, reply.rfind("\r\r>"));
 }
 
+// ReadBackTest shows that messages of several lines are numbered.
 TEST(SimulatedAdapterTest, WritesEachProtocol)
 {
-    const std::tuple<const char*, const char*, const char*, const char*> rows[] = {
-        // protocol, its number, 0100 of two units, 0902 from the second line on
-        {"pwm", "A1", "41 6B 10 41 00 BE 3F B8 13 25 \r41 6B 18 41 00 80 18 00 01 72 ",
-         "41 6B 10 49 02 02 39 5A 4E 54 70 "},
-        {"vpw", "A2", "48 6B 10 41 00 BE 3F B8 13 4F \r48 6B 18 41 00 80 18 00 01 18 ",
-         "48 6B 10 49 02 02 39 5A 4E 54 36 "},
-        {"iso9141", "A3", "48 6B 10 41 00 BE 3F B8 13 CC \r48 6B 18 41 00 80 18 00 01 A5 ",
-         "48 6B 10 49 02 02 39 5A 4E 54 45 "},
-        {"kwp-slow", "A4", "86 F1 10 41 00 BE 3F B8 13 90 \r86 F1 18 41 00 80 18 00 01 69 ",
-         "87 F1 10 49 02 02 39 5A 4E 54 0A "},
-        {"kwp-fast length-byte", "A5", "80 F1 10 06 41 00 BE 3F B8 13 90 \r80 F1 18 06 41 00 80 18 00 01 69 ",
-         "80 F1 10 07 49 02 02 39 5A 4E 54 0A "},
-        {"can padding=AA", "A6", "7E8 06 41 00 BE 3F B8 13 AA \r7E9 06 41 00 80 18 00 01 AA ",
-         "7E8 21 4E 54 42 44 32 39 31 "},
-        {"can29", "A7", "18 DA F1 10 06 41 00 BE 3F B8 13 \r18 DA F1 18 06 41 00 80 18 00 01 ",
-         "18 DA F1 10 21 4E 54 42 44 32 39 31 "},
-        {"can250 length-digit", "A8", "7E8 7 06 41 00 BE 3F B8 13 \r7E9 7 06 41 00 80 18 00 01 ",
-         "7E8 8 21 4E 54 42 44 32 39 31 "},
-        {"can29-250", "A9", "18 DA F1 10 06 41 00 BE 3F B8 13 \r18 DA F1 18 06 41 00 80 18 00 01 ",
-         "18 DA F1 10 21 4E 54 42 44 32 39 31 "},
+    const std::tuple<const char*, const char*, const char*> rows[] = {
+        // protocol, its number, 0100 of two units
+        {"pwm", "A1", "41 6B 10 41 00 BE 3F B8 13 25 \r41 6B 18 41 00 80 18 00 01 72 "},
+        {"vpw", "A2", "48 6B 10 41 00 BE 3F B8 13 4F \r48 6B 18 41 00 80 18 00 01 18 "},
+        {"iso9141", "A3", "48 6B 10 41 00 BE 3F B8 13 CC \r48 6B 18 41 00 80 18 00 01 A5 "},
+        {"kwp-slow", "A4", "86 F1 10 41 00 BE 3F B8 13 90 \r86 F1 18 41 00 80 18 00 01 69 "},
+        {"kwp-fast length-byte", "A5",
+         "80 F1 10 06 41 00 BE 3F B8 13 90 \r80 F1 18 06 41 00 80 18 00 01 69 "},
+        {"can padding=AA", "A6", "7E8 06 41 00 BE 3F B8 13 AA \r7E9 06 41 00 80 18 00 01 AA "},
+        {"can29", "A7", "18 DA F1 10 06 41 00 BE 3F B8 13 \r18 DA F1 18 06 41 00 80 18 00 01 "},
+        {"can250 length-digit", "A8", "7E8 7 06 41 00 BE 3F B8 13 \r7E9 7 06 41 00 80 18 00 01 "},
+        {"can29-250", "A9", "18 DA F1 10 06 41 00 BE 3F B8 13 \r18 DA F1 18 06 41 00 80 18 00 01 "},
     };
-    for (const auto& [protocol, number, supported, numberPart] : rows) {
+    for (const auto& [protocol, number, supported] : rows) {
         const string words = string("units=2 protocol=") + protocol;
         EXPECT_EQ(converse(words, {"ATH1", "0100"}), supported);
         EXPECT_EQ(converse(words, {"0100", "ATDPN"}), number);
         EXPECT_EQ(converse(words, {(string("ATSP") + number[1]).c_str(), "0100", "ATDPN"}), number + 1);
-        const string numberLines = converse(words, {"ATH1", "0902"});
-        EXPECT_NE(numberLines.find(string("\r") + numberPart), string::npos) << numberLines;
     }
     const Message bytes{0x41, 0x6B, 0x10, 0x41, 0x0C, 0x1A, 0xF8};
     EXPECT_EQ(checkByte(CheckByte::crc, bytes), 0x3D) << "1726 rpm on PWM";
