@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <bitset>
+#include <sstream>
 #include <tuple>
 
 namespace zint {
@@ -121,13 +122,14 @@ TEST(SimulatedAdapterTest, TakesItsTime)
 }
 
 /// The last lines of a conversation: what comes for the last of several commands.
-string converse(const string& words, const std::vector<const char*>& commands)
+string converse(const string& words, const string& commands)
 {
     const SimulationOptions options = simulated(words);
     Bench bench(options.adapter, options.vehicle);
     bench.ask("ATE0");
     string reply;
-    for (const char* command : commands)
+    std::istringstream stream(commands);
+    for (string command; stream >> command;)
         reply = bench.ask(command);
     return reply.substr(0, reply.rfind("\r\r>"));
 }
@@ -150,9 +152,9 @@ TEST(SimulatedAdapterTest, WritesEachProtocol)
     };
     for (const auto& [protocol, number, supported] : rows) {
         const string words = string("units=2 protocol=") + protocol;
-        EXPECT_EQ(converse(words, {"ATH1", "0100"}), supported);
-        EXPECT_EQ(converse(words, {"0100", "ATDPN"}), number);
-        EXPECT_EQ(converse(words, {(string("ATSP") + number[1]).c_str(), "0100", "ATDPN"}), number + 1);
+        EXPECT_EQ(converse(words, "ATH1 0100"), supported);
+        EXPECT_EQ(converse(words, "0100 ATDPN"), number);
+        EXPECT_EQ(converse(words, string("ATSP") + number[1] + " 0100 ATDPN"), number + 1);
     }
     const Message bytes{0x41, 0x6B, 0x10, 0x41, 0x0C, 0x1A, 0xF8};
     EXPECT_EQ(checkByte(CheckByte::crc, bytes), 0x3D) << "1726 rpm on PWM";
@@ -160,53 +162,50 @@ TEST(SimulatedAdapterTest, WritesEachProtocol)
 
 TEST(SimulatedAdapterTest, ShowsWhatVehiclesAndBussesDo)
 {
-    const std::tuple<const char*, std::vector<const char*>, const char*> rows[] = {
+    const std::tuple<const char*, const char*, const char*> rows[] = {
         {"protocol=can units=2",
-         {"ATH1", "0101", "0101", "0101"}, // the transmission is first now
+         "ATH1 0101 0101 0101", // the transmission is first now
          "7E9 06 41 01 81 04 00 00 \r7E8 06 41 01 83 07 E5 84 "},
-        {"protocol=can units=2", {"ATSH7E1", "03"}, "43 01 07 41 "},
-        {"protocol=can29 units=2", {"ATSHDA10F1", "07"}, "47 01 04 20 "},
-        {"protocol=can permanent=P0420,U0100", {"04", "0A"}, "4A 02 04 20 C1 00 "},
-        {"protocol=can units=2 refuse-clear", {"ATH1", "04"}, "7E8 03 7F 04 22 \r7E9 03 7F 04 22 "},
-        {"refuse-clear", {"04", "0101"}, "41 01 83 07 65 04 "},
-        {"protocol=kwp-slow", {"0A"}, "7F 0A 11 "},
-        {"protocol=kwp-fast", {"0902", "0902", "0B"}, "7F 0B 11 "},
-        {"protocol=kwp-fast", {"0102"}, "7F 01 12 "},
-        {"", {"0A"}, "NO DATA"},
-        {"protocol=can", {"050101"}, "NO DATA"},
-        {"", {"050101"}, "45 01 01 5A "},
-        {"", {"050702"}, "45 07 02 14 00 3C "},
-        {"", {"0602"}, "46 02 81 06 90 03 00 \r46 02 01 06 90 09 00 "},
-        {"protocol=can", {"0621"}, "00A\r0: 46 21 80 05 6A 40 \r1: 00 00 60 00 00 00 00 "},
-        {"protocol=can", {"04", "0621"}, "00A\r0: 46 21 80 05 00 00 \r1: 00 00 00 00 00 00 00 "},
-        {"protocol=can", {"020200"}, "42 02 00 01 33 "},
-        {"protocol=can diesel", {"0101"}, "41 01 83 0F EB 42 "},
-        {"protocol=can pending-response=5000",
-         {"03"},
+        {"protocol=can units=2", "ATSH7E1 03", "43 01 07 41 "},
+        {"protocol=can29 units=2", "ATSHDA10F1 07", "47 01 04 20 "},
+        {"protocol=can permanent=P0420,U0100", "04 0A", "4A 02 04 20 C1 00 "},
+        {"protocol=can units=2 refuse-clear", "ATH1 04", "7E8 03 7F 04 22 \r7E9 03 7F 04 22 "},
+        {"refuse-clear", "04 0101", "41 01 83 07 65 04 "},
+        {"protocol=kwp-slow", "0A", "7F 0A 11 "},
+        {"protocol=kwp-fast", "0902 0902 0B", "7F 0B 11 "},
+        {"protocol=kwp-fast", "0102", "7F 01 12 "},
+        {"", "0A", "NO DATA"},
+        {"protocol=can", "050101", "NO DATA"},
+        {"", "050101", "45 01 01 5A "},
+        {"", "050702", "45 07 02 14 00 3C "},
+        {"", "0602", "46 02 81 06 90 03 00 \r46 02 01 06 90 09 00 "},
+        {"protocol=can", "0621", "00A\r0: 46 21 80 05 6A 40 \r1: 00 00 60 00 00 00 00 "},
+        {"protocol=can", "04 0621", "00A\r0: 46 21 80 05 00 00 \r1: 00 00 00 00 00 00 00 "},
+        {"protocol=can", "020200", "42 02 00 01 33 "},
+        {"protocol=can diesel", "0101", "41 01 83 0F EB 42 "},
+        {"protocol=can pending-response=5000", "03",
          "7F 03 78 \r008\r0: 43 03 01 33 03 01 \r1: C1 23 00 00 00 00 00 "},
-        {"protocol=can units=2 drop-out=2", {"ATH1", "07"}, "7E8 04 47 01 04 20 \r7E9 02 47 00 "},
-        {"protocol=can units=2 drop-out=2", {"ATH1", "07", "07"}, "7E8 04 47 01 04 20 "},
-        {"protocol=can units=2", {"03", "03", "071"}, "47 00 "},
-        {"protocol=can units=2 interleave",
-         {"ATH1", "ATS0", "0906"},
+        {"protocol=can units=2 drop-out=2", "ATH1 07", "7E8 04 47 01 04 20 \r7E9 02 47 00 "},
+        {"protocol=can units=2 drop-out=2", "ATH1 07 07", "7E8 04 47 01 04 20 "},
+        {"protocol=can units=2", "03 03 071", "47 00 "},
+        {"protocol=can units=2 interleave", "ATH1 ATS0 0906",
          "7E8100B4906025A4E01\r7E907490601172A009B\r7E8211700C0FFEE0000"},
-        {"protocol=can units=2 lose-line=2",
-         {"ATH1", "0902", "0902"},
+        {"protocol=can units=2 lose-line=2", "ATH1 0902 0902",
          "7E8 10 14 49 02 01 55 39 5A \r7E8 22 5A 30 30 30 30 34 32 "},
-        {"protocol=can swap-lines=1", {"ATS0", "0621"}, "00A\r1:00006000000000\r0:462180056A40"},
-        {"protocol=can foreign-answer=1", {"07"}, "41 0D 00 \r47 01 04 20 "},
-        {"protocol=can padding=55 show-padding", {"07"}, "47 01 04 20 55 55 55 "},
-        {"double-line=1", {"0101"}, "41 01 83 07 65 04 \r41 01 83 07 65 04 "},
-        {"wrong-check=1", {"ATH1", "010D"}, "48 6B 10 41 0D 00 10 "},
-        {"protocol=can wrong-check=1", {"010D"}, "41 0D 01 <RX ERROR"},
-        {"refuse=H1,s0", {"ATS0", "ATH1", "ATS1"}, "OK"},
-        {"refuse=H1,s0", {"ATS0"}, "?"},
-        {"protocol=can", {"ATCAF0", "02010D"}, "03 41 0D 00 "},
-        {"protocol=can", {"ATCAF0", "010D"}, "NO DATA"},
-        {"protocol=can", {"ATD1", "ATH1", "010D"}, "7E8 4 03 41 0D 00 "},
+        {"protocol=can swap-lines=1", "ATS0 0621", "00A\r1:00006000000000\r0:462180056A40"},
+        {"protocol=can foreign-answer=1", "07", "41 0D 00 \r47 01 04 20 "},
+        {"protocol=can padding=55 show-padding", "07", "47 01 04 20 55 55 55 "},
+        {"double-line=1", "0101", "41 01 83 07 65 04 \r41 01 83 07 65 04 "},
+        {"wrong-check=1", "ATH1 010D", "48 6B 10 41 0D 00 10 "},
+        {"protocol=can wrong-check=1", "010D", "41 0D 01 <RX ERROR"},
+        {"refuse=H1,s0", "ATS0 ATH1 ATS1", "OK"},
+        {"refuse=H1,s0", "ATS0", "?"},
+        {"protocol=can", "ATCAF0 02010D", "03 41 0D 00 "},
+        {"protocol=can", "ATCAF0 010D", "NO DATA"},
+        {"protocol=can", "ATD1 ATH1 010D", "7E8 4 03 41 0D 00 "},
     };
     for (const auto& [words, commands, reply] : rows)
-        EXPECT_EQ(converse(words, commands), reply) << words << ", " << commands.back();
+        EXPECT_EQ(converse(words, commands), reply) << words << ", " << commands;
 
     Bench slow({.latency = 50ms}, {.protocol = VehicleProtocol::can, .pendingResponse = 150ms});
     slow.ask("ATE0");
