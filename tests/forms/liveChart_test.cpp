@@ -270,7 +270,7 @@ TEST_F(LiveChartTest, SavesPicturesAndDocumentsInLightColours)
     EXPECT_EQ(plot().graph(0)->pen().color(), onScreen);
     dialogs.chosen = folder.path("chart.PDF");
     click("chartSave");
-    EXPECT_EQ(contentOf(folder.path("chart.PDF")).substr(0, 5), "%PDF-");
+    EXPECT_EQ(contents(folder.path("chart.PDF")).substr(0, 5), "%PDF-");
     for (const char* name : {"no folder/picture.png", "picture.jpg"}) {
         dialogs.chosen = folder.path(name);
         click("chartSave");
