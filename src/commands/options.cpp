@@ -29,10 +29,10 @@ std::optional<int> wholeNumber(std::string_view text)
     return fault == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
 }
 
-/// Whether a name is made as those of the ports, whatever its number.
+/// Whether a name is made as those of the ports, whatever its number, and can be nothing else.
 bool looksLikePort(std::string_view name)
 {
-    return name.size() > 3 && upperCase(name.substr(0, 3)) == "COM" &&
+    return !hasNumberedPorts && name.size() > 3 && upperCase(name.substr(0, 3)) == "COM" &&
            std::ranges::all_of(name.substr(3), [](char digit) { return digit >= '0' && digit <= '9'; });
 }
 
@@ -151,8 +151,10 @@ void addConnection(CLI::App& command, ConnectionOptions& options)
 {
     addValue(command, "--port", "PORT",
              "Port to use: com1 to com8, the path of a device (stands for com1=PATH), or comN=PATH. PATH may "
-             "have a speed of its own (/dev/ttyUSB0@115200), or be tcp:HOST:PORT (a Wi-Fi adapter), or "
-             "replay:FILE (a recording; replay-timed:FILE takes the time that was recorded).",
+             "have a speed of its own (" +
+                 std::string(exampleDevice) +
+                 "@115200), or be tcp:HOST:PORT (a Wi-Fi adapter), or "
+                 "replay:FILE (a recording; replay-timed:FILE takes the time that was recorded).",
              [&options](const std::string& text) { readPort(text, options); })
         ->group(connectionGroup);
     addValue(command, "--speed", "9600|38400",

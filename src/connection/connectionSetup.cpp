@@ -37,7 +37,7 @@ QString inAnyFolder(const std::string& location)
 
 Launcher::System launcherSystem()
 {
-    return {.workingFolder = fromQt(QDir::toNativeSeparators(QDir::currentPath())),
+    return {.workingFolder = fromQt(QDir::toNativeSeparators(workingFolder())),
             .pathSeparator = static_cast<char>(QDir::separator().unicode()),
             .sampleFolder =
                 fromQt(QDir::toNativeSeparators(programDataFolder() + QStringLiteral("/designs"))),

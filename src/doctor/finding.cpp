@@ -88,7 +88,7 @@ constexpr std::array remedies = std::to_array<Remedy>({
      "ends and plug "
      "them in again."},
     {noise, "noise", true, "Something answers, but it can't be read {}.",
-     "Look up the adapter's speed in its papers and put it behind the port, as in /dev/ttyUSB0@250000; "
+     "Look up the adapter's speed in its papers and put it behind the port's name, as in NAME@250000; "
      "otherwise try "
      "another cable."},
     {noAdapter, "noAdapter", true, "Something answers, but not as a diagnostic adapter does: \"{}\".",

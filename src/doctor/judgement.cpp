@@ -93,6 +93,8 @@ Finding missingPort(const PortLocation& location, const PortFacts& facts, bool a
     }
     if (location.kind == Kind::nothing)
         return {areOthersThere ? notAssigned : nothingConnected};
+    if (facts.isBluetooth && facts.exists) // the port, but not its partner
+        return {partnerAway};
     if (facts.isBluetooth)
         return {bluetoothUnbound, facts.path};
     return {portMissing, facts.path.empty() ? location.path : facts.path};

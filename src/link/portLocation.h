@@ -6,6 +6,14 @@
 
 namespace zint {
 
+#ifdef _WIN32
+inline constexpr bool hasNumberedPorts = true; ///< the system itself calls its ports COM1 to COM256
+inline constexpr std::string_view exampleDevice = "COM10";
+#else
+inline constexpr bool hasNumberedPorts = false;
+inline constexpr std::string_view exampleDevice = "/dev/ttyUSB0";
+#endif
+
 /// What a port's assignment stands for.
 struct PortLocation {
     enum class Kind {

@@ -13,8 +13,14 @@
 namespace zint {
 
 /// The path of a device: a bare name is one of the system's ports, anything else is taken from the working
-/// folder.
+/// folder. On Windows the one spelling of a port's name: "COM10" of "com10" and "\\.\COM10".
 std::string devicePath(const std::string& location);
+
+/// Whether the system has such a device now.
+bool hasDevice(const std::string& location);
+
+/// Whether a path leads to a port whose adapter is at the other end of a Bluetooth connection.
+bool isBluetoothPort(const std::string& path);
 
 /// Why a port could not be opened: the operating system's number and text, and what to do about it.
 CommError portOpenError(const std::string& path, QSerialPort::SerialPortError error,

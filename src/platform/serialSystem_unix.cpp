@@ -112,6 +112,13 @@ std::string devicePath(const std::string& location)
     return fromQt(QFileInfo(toQt(location)).absoluteFilePath());
 }
 
+bool hasDevice(const std::string& location) { return QFileInfo::exists(toQt(devicePath(location))); }
+
+bool isBluetoothPort(const std::string& path)
+{
+    return QFileInfo(toQt(path)).fileName().startsWith(QLatin1String("rfcomm"));
+}
+
 CommError portOpenError(const std::string& path, QSerialPort::SerialPortError error,
                         const QString& description)
 {

@@ -175,7 +175,7 @@ PortFacts SystemInspector::facts(const std::string& location) const
     facts.path = wholePath(root_, location);
     const std::string name = fs::path(facts.path).filename().string();
     facts.exists = fs::exists(root_ + facts.path);
-    facts.isBluetooth = name.starts_with("rfcomm");
+    facts.isBluetooth = isBluetoothPort(facts.path);
     facts.latency = latencyOf(root_, name);
     lookAtLock(root_, name, facts);
     lookAtRights(root_ + facts.path, facts);

@@ -15,7 +15,7 @@ namespace {
 
 bool isPlugged(const QSerialPortInfo& port)
 {
-    return port.hasVendorIdentifier() || port.portName().startsWith(QLatin1String("rfcomm")) ||
+    return port.hasVendorIdentifier() || isBluetoothPort(fromQt(port.portName())) ||
            port.portName().startsWith(QLatin1String("ttyUSB")) ||
            port.portName().startsWith(QLatin1String("ttyACM"));
 }
@@ -40,12 +40,12 @@ QString bluetoothAddress(const QString& portName)
 DetectedPort described(const QSerialPortInfo& port)
 {
 #ifdef Q_OS_WIN
-    const QString location = port.portName();
+    const std::string location = devicePath(fromQt(port.portName()));
 #else
-    const QString location = port.systemLocation();
+    const std::string location = fromQt(port.systemLocation());
 #endif
     const QString address = port.description().isEmpty() ? bluetoothAddress(port.portName()) : QString();
-    return {fromQt(location), fromQt(port.description() + address), fromQt(usbIds(port))};
+    return {location, fromQt(port.description() + address), fromQt(usbIds(port))};
 }
 
 /// Looks at all ports. That takes long enough to be felt in a window that looks every other second.
@@ -83,31 +83,21 @@ std::vector<DetectedPort> SystemPorts::detected() const
 #endif
 }
 
-bool SystemPorts::exists(const std::string& location) const
-{
-#ifdef Q_OS_WIN
-    return std::ranges::any_of(detected(),
-                               [&](const DetectedPort& port) { return port.location == location; });
-#else
-    return QFileInfo::exists(toQt(devicePath(location)));
-#endif
-}
+bool SystemPorts::exists(const std::string& location) const { return hasDevice(location); }
 
 std::string SystemPorts::devicePath(const std::string& location) const
 {
     const std::string path = zint::devicePath(location);
+    if (hasNumberedPorts)
+        return path;
     const QString target =
         QFileInfo(toQt(path)).canonicalFilePath(); // of a link such as /dev/serial/by-id/...
     return target.isEmpty() ? path : fromQt(target);
 }
 
-std::optional<std::string> SystemPorts::fixedLocation([[maybe_unused]] PortNumber port) const
+std::optional<std::string> SystemPorts::fixedLocation(PortNumber port) const
 {
-#ifdef Q_OS_WIN
-    return "COM" + std::to_string(static_cast<int>(port));
-#else
-    return std::nullopt;
-#endif
+    return hasNumberedPorts ? std::optional("COM" + std::to_string(static_cast<int>(port))) : std::nullopt;
 }
 
 } // namespace zint

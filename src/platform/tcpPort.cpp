@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <system_error>
 #include <utility>
 
 namespace zint {
@@ -21,19 +20,22 @@ namespace {
 
 struct Failure {
     QAbstractSocket::SocketError error;
-    int number; ///< the operating system's
+    int number;       ///< the operating system's
+    const char* text; ///< not every system has one for its number; null where the toolkit's tells more
     const char* advice;
 };
 
 constexpr std::array<Failure, 4> failures{{
-    {QAbstractSocket::ConnectionRefusedError, ECONNREFUSED,
+    {QAbstractSocket::ConnectionRefusedError, ECONNREFUSED, "Connection refused",
      "look up the adapter's port, mostly 35000, else 3333 or 23; and let no phone and no other program use "
      "it: "
      "it serves one at a time"},
-    {QAbstractSocket::SocketTimeoutError, ETIMEDOUT,
+    {QAbstractSocket::SocketTimeoutError, ETIMEDOUT, "Connection timed out",
      "let this computer join the adapter's Wi-Fi, and see that the adapter has power"},
-    {QAbstractSocket::NetworkError, ENETUNREACH, "let this computer join the adapter's Wi-Fi"},
-    {QAbstractSocket::HostNotFoundError, 0, "check the name, or give the address, such as 192.168.0.10"},
+    {QAbstractSocket::NetworkError, ENETUNREACH, "Network is unreachable",
+     "let this computer join the adapter's Wi-Fi"},
+    {QAbstractSocket::HostNotFoundError, 0, nullptr,
+     "check the name, or give the address, such as 192.168.0.10"},
 }};
 
 CommError connectionError(const PortLocation& place, QAbstractSocket::SocketError error,
@@ -43,8 +45,7 @@ CommError connectionError(const PortLocation& place, QAbstractSocket::SocketErro
     const auto* const known = std::ranges::find(failures, error, &Failure::error);
     if (known == failures.end())
         return {EIO, fromQt(description) + at};
-    const std::string what =
-        known->number == 0 ? fromQt(description) : std::generic_category().message(known->number);
+    const std::string what = known->text == nullptr ? fromQt(description) : known->text;
     return {known->number, what + at + " - " + known->advice};
 }
 

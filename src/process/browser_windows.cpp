@@ -10,6 +10,20 @@
 #include <shellapi.h>
 
 namespace zint {
+namespace {
+
+constexpr quintptr success = 33; // smaller results of the system's shell are error numbers
+
+const wchar_t* wideText(const QString& text) { return reinterpret_cast<const wchar_t*>(text.utf16()); }
+
+/// These stand for a program of the system's store, which can't be started as others are.
+bool isStandIn(const QString& program)
+{
+    return program.endsWith(QLatin1String("\\OpenWith.exe"), Qt::CaseInsensitive) ||
+           program.endsWith(QLatin1String("\\LaunchWinApp.exe"), Qt::CaseInsensitive);
+}
+
+} // namespace
 
 std::string findBrowser()
 {
@@ -22,17 +36,20 @@ std::string findBrowser()
 
     std::array<wchar_t, MAX_PATH> program{};
     const QString native = QDir::toNativeSeparators(page);
-    const auto result = reinterpret_cast<quintptr>(
-        ::FindExecutableW(reinterpret_cast<const wchar_t*>(native.utf16()), nullptr, program.data()));
+    const auto result =
+        reinterpret_cast<quintptr>(::FindExecutableW(wideText(native), nullptr, program.data()));
     QFile::remove(page);
 
-    constexpr quintptr success = 33; // smaller results are error numbers
     return result < success ? std::string() : fromQt(QString::fromWCharArray(program.data()).trimmed());
 }
 
 void startBrowser(const QString& program, const QString& address, const std::function<void()>& onFailure)
 {
-    if (!QProcess::startDetached(program, {address}))
+    if (!isStandIn(program) && QProcess::startDetached(program, {address}))
+        return;
+    const auto result = reinterpret_cast<quintptr>(
+        ::ShellExecuteW(nullptr, L"open", wideText(address), nullptr, nullptr, SW_SHOWNORMAL));
+    if (result < success)
         onFailure();
 }
 

@@ -3,9 +3,32 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 /// What a command without a window needs of the system.
 namespace zint {
+
+/// The words behind the program's name, in UTF-8.
+std::vector<std::string> programArguments(int argc, const char* const* argv);
+
+/// As long as it lives, standard output and standard error take UTF-8 with line ends of either kind, wherever
+/// they go. One exists in a program.
+///
+/// On Windows they give it to a console in its own character set, and to files and pipes with CR LF. A
+/// program file that was made for windows has no console of its own: what it writes and reads goes to the one
+/// from which it was started.
+class StandardStreams {
+public:
+    StandardStreams();
+    StandardStreams(const StandardStreams&) = delete;
+    StandardStreams& operator=(const StandardStreams&) = delete;
+    ~StandardStreams();
+
+private:
+    struct Buffers;
+
+    std::unique_ptr<Buffers> buffers_;
+};
 
 /// Whether a user reads standard error while it is written: it goes to a terminal, not to a file or a pipe.
 bool isErrorOutputTerminal();

@@ -37,6 +37,17 @@ void ask(int number)
 
 } // namespace
 
+std::vector<std::string> programArguments(int argc, const char* const* argv)
+{
+    return {argv + 1, argv + argc};
+}
+
+struct StandardStreams::Buffers {};
+
+StandardStreams::StandardStreams() = default;
+
+StandardStreams::~StandardStreams() = default;
+
 bool isErrorOutputTerminal() { return ::isatty(STDERR_FILENO) != 0; }
 
 bool isOutputTerminal() { return ::isatty(STDOUT_FILENO) != 0; }

@@ -6,6 +6,9 @@
 #include <QDir>
 #include <QLocalServer>
 #include <QLocalSocket>
+#ifdef Q_OS_WIN
+#include <qt_windows.h>
+#endif
 
 namespace zint {
 namespace {
@@ -23,7 +26,12 @@ QString ownPrefix()
     const QByteArray user = QCryptographicHash::hash(QDir::homePath().toUtf8(), QCryptographicHash::Sha1);
     return QString::fromLatin1(user.toHex().left(12)) + QLatin1Char('-');
 }
+
+/// Only the program that the user has started just now may let another one come to the front.
+void letOtherComeToFront() { ::AllowSetForegroundWindow(ASFW_ANY); }
 #else
+void letOtherComeToFront() {}
+
 /// A folder that no other user can write to: who listens here is asked instead of starting the program.
 QString ownPrefix()
 {
@@ -49,6 +57,7 @@ bool asksAt(const QString& name, const QByteArray& options)
     socket.connectToServer(name);
     if (!socket.waitForConnected(patienceMs))
         return false;
+    letOtherComeToFront();
     socket.write(question.toByteArray() + options + '\n');
     if (!socket.waitForBytesWritten(patienceMs) || !socket.waitForReadyRead(patienceMs))
         return false;

@@ -27,6 +27,11 @@ portsForm::portsForm(PortDirectory& directory, QWidget* parent, PortTester* test
       detected_(directory.detected())
 {
     ui->setupUi(this);
+    if (hasNumberedPorts)
+        ui->hint->setText(
+            ui->hint->text()
+                .replace(QLatin1String("the path of a device such as"), QLatin1String("its name, such as"))
+                .replace(QLatin1String("/dev/rfcomm0"), toQt(exampleDevice)));
     listDetected();
     for (const PortNumber port : allPorts)
         makeChooser(port);
