@@ -86,9 +86,10 @@ int run(zint::CommandLine& line, bool hasDisplay)
 
 int main(int argc, char* argv[])
 {
+    const zint::StandardStreams streams;
     QCoreApplication::setApplicationVersion(zint::toQt(zint::programInfo().version()));
     zint::CommandLine line;
-    const std::vector<std::string> words(argv + 1, argv + argc);
+    const std::vector<std::string> words = zint::programArguments(argc, argv);
     const bool showsWindows = line.mayWantWindows(words) && hasDisplay();
     if (showsWindows || line.draws(words)) {
         if (!showsWindows)
