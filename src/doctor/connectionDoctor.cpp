@@ -210,7 +210,7 @@ void ConnectionDoctor::tryNextSpeed()
         probe();
         return;
     }
-    fail(missingAnswer(search_, location_));
+    fail(missingAnswer(search_, location_, facts_));
     end();
 }
 

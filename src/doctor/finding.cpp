@@ -51,6 +51,11 @@ constexpr std::array remedies = std::to_array<Remedy>({
     {modemManager, "modemManager", true,
      "The adapter was plugged in a moment ago, and the service ModemManager is trying whether it is a modem.",
      "Wait for a quarter of a minute, then check again."},
+    {incomingPort, "incomingPort", true,
+     "{} waits for Bluetooth devices to call, and calls no adapter: it is an incoming port.",
+     "Choose the adapter's outgoing port: the system's Bluetooth settings list both under COM Ports, and add "
+     "one where it "
+     "is missing."},
     {inUse, "inUse", true, "Another program has the port open: {}.", "Close that program, then check again."},
     {locked, "locked", true, "Another program has locked the port: {}.",
      "Close that program, then check again."},

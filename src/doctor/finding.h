@@ -18,6 +18,7 @@ enum class Observation {
     ownerOnly,
     sandbox,
     modemManager,
+    incomingPort,
     inUse,
     locked,
     noSerialPort,

@@ -108,6 +108,8 @@ Finding openingTrouble(const OpenFailure& failure)
         return {noRecording, failure.text};
     if (failure.description.find("PHASED OUT") != std::string::npos)
         return {driverRefusesChip};
+    if (failure.facts.isIncoming && failure.trouble != OpenTrouble::inUse)
+        return {incomingPort, failure.facts.path};
     switch (failure.trouble) {
     case OpenTrouble::missing:
         return missingPort(failure.location, failure.facts, false);
@@ -128,8 +130,10 @@ Finding openingTrouble(const OpenFailure& failure)
     return {openingFailed, failure.text};
 }
 
-Finding missingAnswer(const SpeedSearch& search, const PortLocation& location)
+Finding missingAnswer(const SpeedSearch& search, const PortLocation& location, const PortFacts& facts)
 {
+    if (facts.isIncoming)
+        return {incomingPort, facts.path};
     const std::string where = search.speeds > 1 ? "at any of the usual speeds" : "";
     if (!search.text.empty())
         return {noAdapter, search.text.substr(0, shownText)};

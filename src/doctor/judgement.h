@@ -37,7 +37,7 @@ struct SpeedSearch {
     std::size_t speeds = 0;
 };
 
-Finding missingAnswer(const SpeedSearch& search, const PortLocation& location);
+Finding missingAnswer(const SpeedSearch& search, const PortLocation& location, const PortFacts& facts);
 
 /// What is wrong with a supply voltage. @param answer to "ATRV" without echo and prompt
 std::optional<Finding> supplyTrouble(std::string_view answer);

@@ -25,6 +25,7 @@ struct PortFacts {
     bool isGroupGranted = false; ///< the user is a member from the next login on
     bool isSandboxed = false;    ///< the program runs where devices must be allowed
     bool isBluetooth = false;    ///< the speed of the port makes no difference
+    bool isIncoming = false;     ///< Bluetooth devices may call it; it calls none
     std::string lockFile;        ///< of another program; empty: there is none
     std::string lockHolder;      ///< "minicom (1234)"
     std::optional<std::chrono::seconds> age;          ///< since it was plugged

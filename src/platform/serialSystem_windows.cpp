@@ -23,11 +23,12 @@ struct Trouble {
 constexpr const char* partnerAdvice =
     "the Bluetooth adapter is off, too far away, or connected to another device";
 
-constexpr std::array<Trouble, 12> troubles{{
+constexpr std::array<Trouble, 13> troubles{{
     {ERROR_FILE_NOT_FOUND, "the adapter is not connected"},
     {ERROR_ACCESS_DENIED, "another program holds it"}, // ports have no owners here
     {ERROR_BUSY, "another program holds it"},
     {ERROR_INVALID_FUNCTION, "it is no serial port"},
+    {ERROR_INVALID_HANDLE, "it is no serial port"},
     {ERROR_INVALID_PARAMETER, "it takes no such speed"},
     {ERROR_SEM_TIMEOUT, partnerAdvice},
     {ERROR_HOST_DOWN, partnerAdvice},

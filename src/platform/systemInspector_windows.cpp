@@ -10,19 +10,23 @@
 namespace zint {
 namespace {
 
-/// For how long a driver of FTDI holds back short texts, as its settings in the device manager say.
-std::optional<std::chrono::milliseconds> latencyOf(const std::string& port)
+/// What the system keeps of the device behind a port.
+struct PortDevice {
+    QString instance; ///< of a Bluetooth port it holds the address of its partner
+    QVariant latency; ///< in milliseconds, of a driver of FTDI
+};
+
+std::optional<PortDevice> deviceOn(const QString& bus, const std::string& port)
 {
-    QSettings devices(QStringLiteral("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\FTDIBUS"),
+    QSettings devices(QStringLiteral("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\") + bus,
                       QSettings::NativeFormat);
     for (const QString& device : devices.childGroups()) {
         devices.beginGroup(device);
         for (const QString& instance : devices.childGroups()) {
             const QString settings = instance + QStringLiteral("/Device Parameters/");
-            const QVariant latency = devices.value(settings + QStringLiteral("LatencyTimer"));
-            if (latency.isValid() &&
-                devicePath(fromQt(devices.value(settings + QStringLiteral("PortName")).toString())) == port)
-                return std::chrono::milliseconds(latency.toInt());
+            const QString name = devices.value(settings + QStringLiteral("PortName")).toString();
+            if (!name.isEmpty() && devicePath(fromQt(name)) == port)
+                return PortDevice{instance, devices.value(settings + QStringLiteral("LatencyTimer"))};
         }
         devices.endGroup();
     }
@@ -37,7 +41,10 @@ PortFacts SystemInspector::facts(const std::string& location) const
     facts.path = devicePath(location);
     facts.exists = location.empty() || hasDevice(location);
     facts.isBluetooth = facts.exists && isBluetoothPort(location);
-    facts.latency = latencyOf(facts.path);
+    if (const auto radio = deviceOn(QStringLiteral("BTHENUM"), facts.path))
+        facts.isIncoming = radio->instance.contains(QLatin1String("&000000000000_")); // no partner
+    if (const auto cable = deviceOn(QStringLiteral("FTDIBUS"), facts.path); cable && cable->latency.isValid())
+        facts.latency = std::chrono::milliseconds(cable->latency.toInt());
     return facts;
 }
 
@@ -56,6 +63,7 @@ OpenTrouble SystemInspector::troubleOf(int number) const
     case ERROR_BUSY:
         return OpenTrouble::inUse;
     case ERROR_INVALID_FUNCTION:
+    case ERROR_INVALID_HANDLE:
         return OpenTrouble::noSerialPort;
     case ERROR_SEM_TIMEOUT: // a Bluetooth adapter that is off
     case ERROR_HOST_DOWN:

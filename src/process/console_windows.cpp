@@ -162,8 +162,8 @@ std::vector<std::string> programArguments(int /*argc*/, const char* const* /*arg
 }
 
 struct StandardStreams::Buffers {
-    OutputBuffer output{std::cout, STD_OUTPUT_HANDLE};
-    OutputBuffer errors{std::cerr, STD_ERROR_HANDLE};
+    std::unique_ptr<std::streambuf> output = std::make_unique<OutputBuffer>(std::cout, STD_OUTPUT_HANDLE);
+    std::unique_ptr<std::streambuf> errors = std::make_unique<OutputBuffer>(std::cerr, STD_ERROR_HANDLE);
 };
 
 StandardStreams::StandardStreams() : buffers_(std::make_unique<Buffers>()) {}
