@@ -45,41 +45,43 @@ VIAddVersionKey LegalCopyright "GNU General Public License, version 3 or later"
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE English
 
-; Half of a program's files would stay those of the old version while it runs.
+; Half of a program's files would stay those of the old version while it runs in the folder $R0.
+!macro TryToWrite file ; sets the error flag where it can't be done
+  ${If} ${FileExists} "${file}"
+    FileOpen $0 "${file}" a
+    FileClose $0
+  ${EndIf}
+!macroend
 !macro RequireClosedProgram un
 Function ${un}RequireClosedProgram
-  ${Do}
-    ${IfNot} ${FileExists} "$INSTDIR\zint-obd.exe"
-      ${Break}
-    ${EndIf}
-    ClearErrors
-    FileOpen $0 "$INSTDIR\zint-obd.exe" a
-    ${IfNot} ${Errors}
-      FileClose $0
-      ClearErrors
-      FileOpen $0 "$INSTDIR\zint-obd.com" a
-    ${EndIf}
-    ${IfNot} ${Errors}
-      FileClose $0
-      ${Break}
-    ${EndIf}
-    MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "Zint is running, or $INSTDIR can't be written. Close the program, then try again." /SD IDCANCEL IDRETRY again
+  again:
+  ClearErrors
+  !insertmacro TryToWrite "$R0\zint-obd.exe"
+  !insertmacro TryToWrite "$R0\zint-obd.com"
+  ${If} ${Errors}
+    MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "Zint is running, or $R0 can't be written. Close the program, then try again." /SD IDCANCEL IDRETRY again
     SetErrorLevel 2
     Quit
-    again:
-  ${Loop}
+  ${EndIf}
 FunctionEnd
 !macroend
 !insertmacro RequireClosedProgram ""
 !insertmacro RequireClosedProgram "un."
 
 Section
+  StrCpy $R0 "$INSTDIR"
   Call RequireClosedProgram
-  ; An older version may have files that this one lacks.
-  ${If} ${FileExists} "$INSTDIR\uninstall.exe"
-    ExecWait '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
+  ; An older version may have files that this one lacks, and another folder.
+  ReadRegStr $R0 HKCU "${ABOUT}" InstallLocation
+  ${If} $R0 != ""
+  ${AndIf} ${FileExists} "$R0\uninstall.exe"
+    Call RequireClosedProgram
+    ExecWait '"$R0\uninstall.exe" /S _?=$R0'
+    Delete "$R0\uninstall.exe" ; which could not delete itself
+    RMDir "$R0"
   ${EndIf}
 
+  ClearErrors
   SetOutPath "$INSTDIR"
   File /r "${FOLDER}/*"
   ${If} ${Errors}
@@ -92,7 +94,8 @@ Section
   CreateDirectory "$SMPROGRAMS\Zint"
   SetOutPath "$DOCUMENTS" ; where the program starts
   CreateShortCut "$SMPROGRAMS\Zint\Zint.lnk" "$INSTDIR\zint-obd.exe" "" "" 0 SW_SHOWNORMAL "" "OBD-II diagnostics"
-  CreateShortCut "$SMPROGRAMS\Zint\Zint command line.lnk" "%COMSPEC%" '/k "set PATH=%PATH%;$INSTDIR& zint-obd --help"' \
+  CreateShortCut "$SMPROGRAMS\Zint\Zint command line.lnk" "$SYSDIR\cmd.exe" \
+    '/k "set "PATH=%PATH%;$INSTDIR"& zint-obd --help"' \
     "$INSTDIR\zint-obd.exe" 0 SW_SHOWNORMAL "" "A console that knows zint-obd"
   SetOutPath "$INSTDIR"
 
@@ -101,7 +104,7 @@ Section
   WriteRegStr HKCU "Software\Classes\${DESIGN_KIND}\DefaultIcon" "" "$INSTDIR\zint-obd.exe,0"
   WriteRegStr HKCU "Software\Classes\${DESIGN_KIND}\shell\open\command" "" '"$INSTDIR\zint-obd.exe" "%1"'
   WriteRegStr HKCU "Software\Classes\.obc\OpenWithProgids" "${DESIGN_KIND}" ""
-  ReadRegStr $0 HKCU "Software\Classes\.obc" ""
+  ReadRegStr $0 HKCR ".obc" "" ; of this user or of all
   ${If} $0 == "" ; another program's files stay its own
     WriteRegStr HKCU "Software\Classes\.obc" "" "${DESIGN_KIND}"
   ${EndIf}
@@ -121,12 +124,13 @@ Section
 SectionEnd
 
 Section Uninstall
+  StrCpy $R0 "$INSTDIR"
   Call un.RequireClosedProgram
   !include "${REMOVE_FILES}"
   Delete "$INSTDIR\uninstall.exe"
   SetOutPath "$TEMP" ; nothing stands in the folder any more
   RMDir "$INSTDIR"   ; unless somebody keeps files of their own there
-  RMDir "$INSTDIR\.." ; Programs, where this one was the only one
+  RMDir "$LOCALAPPDATA\Programs" ; where this one was the only one
   Delete "$SMPROGRAMS\Zint\Zint.lnk"
   Delete "$SMPROGRAMS\Zint\Zint command line.lnk"
   RMDir "$SMPROGRAMS\Zint"
