@@ -30,12 +30,16 @@ constexpr const char* compiler = "another compiler";
 
 std::string withoutHome(const std::string& text)
 {
-    return fromQt(toQt(text).replace(QDir::homePath(), QStringLiteral("~")));
+    QString shown = toQt(text);
+    for (const QString& home : {QDir::homePath(), QDir::toNativeSeparators(QDir::homePath())})
+        shown.replace(home, QStringLiteral("~"));
+    return fromQt(shown);
 }
 
 std::string fileText(const std::string& path)
 {
-    return path + (QFileInfo::exists(toQt(path)) ? "" : " (missing)");
+    const bool isFile = !path.starts_with("HKEY_");
+    return path + (isFile && !QFileInfo::exists(toQt(path)) ? " (missing)" : "");
 }
 
 std::string portText(const DetectedPort& port)

@@ -43,7 +43,11 @@ std::string QtSettingsStore::damage() const
            " are damaged; what can't be read has its default value. They are written anew at the exit.";
 }
 
-std::string QtSettingsStore::fileName() const { return fromQt(settings_.fileName()); }
+std::string QtSettingsStore::fileName() const
+{
+    const QString name = settings_.fileName();
+    return fromQt(name.startsWith(QLatin1String("\\HKEY_")) ? name.mid(1) : name);
+}
 
 std::string QtSettingsStore::flush()
 {

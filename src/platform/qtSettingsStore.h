@@ -18,7 +18,7 @@ public:
     std::string damage() const override;
     std::string flush() override;
 
-    std::string fileName() const; ///< of the store, in UTF-8
+    std::string fileName() const; ///< of the store, in UTF-8: a file, or a key of the registry
 
 private:
     QSettings settings_;

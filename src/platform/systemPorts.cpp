@@ -3,9 +3,11 @@
 #include "platform/serialSystem.h"
 #include "platform/text.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QSerialPortInfo>
+#include <QSettings>
 
 #include <algorithm>
 #include <tuple>
@@ -61,26 +63,36 @@ std::vector<DetectedPort> look()
     return result;
 }
 
+/// What changes with each port that comes or goes, and is quickly read; never empty.
+QString stateOfPorts()
+{
+#ifdef Q_OS_WIN
+    const QSettings ports(QStringLiteral("HKEY_LOCAL_MACHINE\\HARDWARE\\DEVICEMAP\\SERIALCOMM"),
+                          QSettings::NativeFormat);
+    QString state = QStringLiteral("ports");
+    for (const QString& device : ports.allKeys())
+        state += u'\n' + device + u' ' + ports.value(device).toString();
+    return state;
+#else
+    return QString::number(QFileInfo(QStringLiteral("/dev")).lastModified().toMSecsSinceEpoch());
+#endif
+}
+
 } // namespace
 
 std::vector<DetectedPort> SystemPorts::detected() const
 {
-#ifdef Q_OS_WIN
-    return look();
-#else
-    // A port that comes or goes changes the folder of the devices. The system goes on describing a new one
-    // for a while, so that one look after a change is not enough.
+    // The system goes on describing a new port for a while, so that one look after a change is not enough.
     constexpr std::chrono::seconds settling{5};
-    const QDateTime change = QFileInfo(QStringLiteral("/dev")).lastModified();
+    const QString state = stateOfPorts();
     const auto now = std::chrono::steady_clock::now();
-    if (change != lastChange_) {
-        lastChange_ = change;
+    if (state != lastState_) {
+        lastState_ = state;
         changeSeenAt_ = now;
     }
     if (now - changeSeenAt_ < settling)
         seen_ = look();
     return seen_;
-#endif
 }
 
 bool SystemPorts::exists(const std::string& location) const { return hasDevice(location); }

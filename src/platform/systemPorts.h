@@ -2,7 +2,7 @@
 
 #include "link/portDirectory.h"
 
-#include <QDateTime>
+#include <QString>
 
 #include <chrono>
 
@@ -19,7 +19,7 @@ public:
 
 private:
     mutable std::vector<DetectedPort> seen_;
-    mutable QDateTime lastChange_;
+    mutable QString lastState_;
     mutable std::chrono::steady_clock::time_point changeSeenAt_;
 };
 

@@ -43,8 +43,8 @@ std::optional<KeptEntry> chooseToRecover(Prompts& prompts, const std::vector<Kep
 }
 
 KeptFiles::KeptFiles(const std::string& userDataFolder, const KeptKind& kind, std::uintmax_t mostBytes)
-    : folder_(userDataFolder + kind.folder), extension_(kind.extension), most_(kind.most),
-      mostBytes_(mostBytes)
+    : folder_(utf8Text(utf8Path(userDataFolder + kind.folder).make_preferred())), extension_(kind.extension),
+      most_(kind.most), mostBytes_(mostBytes)
 {
 }
 
