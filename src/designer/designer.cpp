@@ -85,7 +85,7 @@ void Designer::open()
     tellLoadFailure();
 }
 
-/// Opens the file that the user has chosen, here or where the program was started.
+/// Opens the file that the user has chosen, in the dialog or by starting the program with it.
 void Designer::openChosen(const std::string& path)
 {
     files_.rememberFolderOf(path);

@@ -126,7 +126,7 @@ TEST(CodesReportTest, TellsWhatWasReadAndIsSavedUnderItsDate)
     CodesReading found{.isLit = true, .reportedCodes = 5, .listing = {"P0133 slow", "P20\r"}};
     found.notes = otherUnitNotes("41 01 85 07 65 04 \r41 01 82 04 00 00 \r\r>");
     noteUnlisted(found.notes, 0);
-    noteUnlisted(found.notes, 3);
+    noteUnlisted(found.notes, 1);
     found.canWarning = canWarning({{{"P0420 worn"}, 2}, {{}, 0}});
     const auto save = [&] { return saveReport(dialogs, values, found, [](auto) { return "Monday"; }); };
     EXPECT_EQ(save(), "") << "cancelled";
@@ -136,14 +136,14 @@ TEST(CodesReportTest, TellsWhatWasReadAndIsSavedUnderItsDate)
     dialogs.chosen = folder.path("a.txt");
     EXPECT_EQ(save() + values.parmInitDir, "a.txt saved" + folder.path());
     EXPECT_EQ(
-        contents(folder.path("a.txt")).substr(0, 556),
+        contents(folder.path("a.txt")).substr(0, 555),
         "Check Engine, Monday\r\n\r\n"
         "This vehicle answers in the CAN layout: the list below is shifted and does not show its codes.\r\n"
         "Read in that layout, control unit 1:\r\nP0420 worn\r\n(2 more could not be read)\r\n"
         "Read in that layout, control unit 2:\r\nNo codes\r\n\r\n"
         "Service Engine Soon Light is ON\r\n\r\nDiagnostic (MIL) Codes: 5 code(s) reported\r\n"
         "  P0133 slow\r\n  P20\r\n  2 control units answered; what is shown is the first one's.\r\n"
-        "  Control unit 2: light ON, 2 code(s) reported\r\n  (3 more are stored than could be listed)\r\n\r\n"
+        "  Control unit 2: light ON, 2 code(s) reported\r\n  (1 more is stored than could be listed)\r\n\r\n"
         "Readiness\r\n  Misfire\r\n  Fuel System\r\n  Components\r\n");
 }
 

@@ -51,8 +51,9 @@ TEST_F(DtcCommandEndToEnd, ImportsLooksUpAndExports)
     EXPECT_EQ(dtc("lookup P0133 P0302 PO301", "u3fff").all(),
               "1|P0133 Other; \n  Bank 1\nU3FFF New\n  a, b\n|"
               "zint-obd: P0302 has no description\nzint-obd: PO301 is no trouble code\n");
-    EXPECT_EQ(dtc("export --tab --no-notes", text).all(), "0|2 DTC('s) exported\n|");
-    EXPECT_EQ(contents(text), "P0133\tOther; \r\nU3FFF\tNew\r\n");
+    EXPECT_EQ(dtc("export --tab --delim-notes", text).all(), "0|2 DTC('s) exported\n|");
+    EXPECT_EQ(contents(text), "P0133\tOther; \tBank 1\r\nU3FFF\tNew\ta, b\r\n");
+    EXPECT_EQ(dtc("export --tab --no-notes", "-").all(), "0|P0133\tOther; \nU3FFF\tNew\n|");
     EXPECT_NE(dtc("export", "-").errors.find("2 record(s) will not read back"), std::string::npos);
     expectFailure(dtc("export", database), "is the database; give the text file another name");
 }

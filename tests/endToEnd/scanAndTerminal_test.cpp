@@ -22,7 +22,7 @@ TEST(ScanCommandEndToEnd, ShowsItsProgressAndEndsProperlyWhenAskedTo)
     PseudoTerminal terminal;
     VehicleRun scan("--no-announcement", "scan --pid 0-7F", {.output = file, .errors = terminal.path()});
     std::string shown;
-    ASSERT_TRUE(waitFor([&] { return (shown += terminal.read()).find(" of ") != std::string::npos; }));
+    ASSERT_TRUE(waitFor([&] { return (shown += terminal.read()).find("%, ") != std::string::npos; }));
     scan.program.send(SIGINT);
     EXPECT_EQ(scan.program.wait().status, 0);
     EXPECT_NE(contents(file).find("\nScan Halted\n  Events(s):"), std::string::npos) << contents(file);

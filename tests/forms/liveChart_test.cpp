@@ -178,11 +178,13 @@ TEST_F(LiveChartTest, FollowsARunUnlessItIsPausedAndShowsAllOfItInTheEnd)
     control("chartWindow")->setFocus();
     press("Up");
     EXPECT_EQ(times(), "339-399");
+    turnWheel(place(350, 0.5));
+    EXPECT_EQ(times(), "357-399") << "the newest moment stays in sight";
     plot().setFocus();
     press("Space");
     poll(400, 500);
     QTest::qWait(400);
-    EXPECT_EQ(times(), "339-399");
+    EXPECT_EQ(times(), "357-399");
     samples.reset(design);
     chart->setRunning(true);
     EXPECT_EQ(plot().graph(0)->dataCount(), 0) << "a pause does not hide that the values are reset";

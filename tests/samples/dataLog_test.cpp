@@ -85,6 +85,7 @@ TEST(DataLogTest, RefusesWhatIsNoWholeLog)
     const std::pair<std::string, const char*> rows[] = {
         {"Run\r\n|-1\r\n0105|x|1|1|0|0|0\r\n", "line 3: this is no event"},
         {head + " -1 \r\n", "line 8: this is no number"},
+        {head + " 9999999999 \r\n", "line 8: this is no number"},
         {head + " 1 \r\n1,1\r\n", "line 9: this sample belongs to no event"},
         {block + "1,1\r\n2,2\r\n3,3\r\n", "line 12: there are more records than the 3"},
         {block + "1,2147483648\r\n", "line 10: this is no sample"},
