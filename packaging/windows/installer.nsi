@@ -35,6 +35,8 @@ VIAddVersionKey LegalCopyright "GNU General Public License, version 3 or later"
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${NSISDIR}\Contrib\Graphics\Wizard\nsis3-grey.bmp"
+!define MUI_WELCOMEPAGE_TEXT "Zint ${VERSION} is installed for you alone; administrator's rights are not needed.$\r$\n$\r$\nAn older version is replaced. Your designs, logs and reports, the database of descriptions and the settings stay.$\r$\n$\r$\nClick Next to continue."
 !define MUI_FINISHPAGE_RUN "$INSTDIR\zint-obd.exe"
 !define MUI_UNCONFIRMPAGE_TEXT_TOP "Zint is removed. Your designs, logs and reports, the database of descriptions and the settings stay."
 !insertmacro MUI_PAGE_WELCOME
