@@ -106,8 +106,9 @@ Section
   WriteRegStr HKCU "Software\Classes\${DESIGN_KIND}\DefaultIcon" "" "$INSTDIR\zint-obd.exe,0"
   WriteRegStr HKCU "Software\Classes\${DESIGN_KIND}\shell\open\command" "" '"$INSTDIR\zint-obd.exe" "%1"'
   WriteRegStr HKCU "Software\Classes\.obc\OpenWithProgids" "${DESIGN_KIND}" ""
-  ReadRegStr $0 HKCR ".obc" "" ; of this user or of all
-  ${If} $0 == "" ; another program's files stay its own
+  ReadRegStr $0 HKCU "Software\Classes\.obc" ""
+  ReadRegStr $1 HKLM "Software\Classes\.obc" ""
+  ${If} "$0$1" == "" ; another program's files stay its own
     WriteRegStr HKCU "Software\Classes\.obc" "" "${DESIGN_KIND}"
   ${EndIf}
   ${RefreshShellIcons}
