@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <optional>
 #include <string_view>
+#include <system_error>
 
 namespace zint {
 namespace {
@@ -85,7 +86,9 @@ void simulate(ConnectionOptions& options)
 
 std::string wholePath(const std::string& path)
 {
-    return utf8Text(std::filesystem::absolute(utf8Path(path)).lexically_normal());
+    std::error_code error; // the working folder may be gone
+    const std::filesystem::path whole = std::filesystem::absolute(utf8Path(path), error);
+    return error ? path : utf8Text(whole.lexically_normal());
 }
 
 CLI::Option* addValue(CLI::App& command, const std::string& name, const std::string& valueName,
