@@ -2,6 +2,7 @@
 #include "runner/keptRuns.h"
 #include "samples/debugDump.h"
 #include "shared/fileError.h"
+#include "shared/module1.h"
 #include "support/designOf.h"
 #include "support/failure.h"
 #include "support/temporaryFolder.h"
@@ -163,7 +164,8 @@ TEST_F(KeptRunsTest, SaysWhenNothingCanBeKept)
 {
     TemporaryFolder::write(runs, "no folder");
     begin();
-    EXPECT_TRUE(kept.failure().starts_with("The folder \"" + runs + "\" can't be made: "));
+    const std::string shown = utf8Text(utf8Path(runs).make_preferred());
+    EXPECT_TRUE(kept.failure().starts_with("The folder \"" + shown + "\" can't be made: "));
     EXPECT_FALSE(kept.takeCutOff());
     fs::remove(runs);
     begin();
