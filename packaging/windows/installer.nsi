@@ -15,6 +15,7 @@ ManifestDPIAware true
 !include MUI2.nsh
 !include FileFunc.nsh
 !include LogicLib.nsh
+!include WinVer.nsh
 
 !define ABOUT "Software\Microsoft\Windows\CurrentVersion\Uninstall\Zint"
 !define PROGRAM_PATH "Software\Microsoft\Windows\CurrentVersion\App Paths\zint-obd.exe"
@@ -46,6 +47,14 @@ VIAddVersionKey LegalCopyright "GNU General Public License, version 3 or later"
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE English
+
+Function .onInit
+  ${IfNot} ${AtLeastBuild} 18362 ; from there on UTF-8 can be a program's character set
+    MessageBox MB_OK|MB_ICONSTOP "Zint needs Windows 10, version 1903, or later." /SD IDOK
+    SetErrorLevel 2
+    Quit
+  ${EndIf}
+FunctionEnd
 
 ; Half of a program's files would stay those of the old version while it runs in the folder $R0.
 !macro TryToWrite file ; sets the error flag where it can't be done
