@@ -93,7 +93,7 @@ Finding missingPort(const PortLocation& location, const PortFacts& facts, bool a
     }
     if (location.kind == Kind::nothing)
         return {areOthersThere ? notAssigned : nothingConnected};
-    if (facts.isBluetooth && facts.exists) // the port, but not its partner
+    if (facts.isBluetooth && hasNumberedPorts) // pairing has made the port
         return {partnerAway};
     if (facts.isBluetooth)
         return {bluetoothUnbound, facts.path};

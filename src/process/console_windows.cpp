@@ -80,6 +80,8 @@ public:
     {
         stream_.flush();
         stream_.rdbuf(before_);
+        if (!unread_.empty() && which_ == STD_ERROR_HANDLE)
+            ::MessageBoxW(nullptr, toQt(unread_).toStdWString().c_str(), L"Zint", MB_ICONWARNING);
     }
 
 private:
@@ -104,8 +106,10 @@ private:
     {
         const std::string text = std::exchange(text_, {});
         const HANDLE handle = text.empty() ? nullptr : standardHandle(which_);
-        if (handle == nullptr)
-            return 0; // nobody can read it
+        if (handle == nullptr) { // a menu or a file manager has started the program
+            unread_ += text;
+            return 0;
+        }
         return (isConsole(handle) ? show(handle, text) : write(handle, text)) ? 0 : -1;
     }
 
@@ -143,7 +147,8 @@ private:
     std::ostream& stream_;
     std::streambuf* before_;
     DWORD which_;
-    std::string text_; ///< not gone out yet
+    std::string text_;   ///< not gone out yet
+    std::string unread_; ///< for want of anybody who could read it
     QStringDecoder decode_{QStringDecoder::Utf8};
     char last_ = 0;
 };
