@@ -10,10 +10,10 @@ QString programDataFolder()
 {
     const QString programFolder = QCoreApplication::applicationDirPath();
 #ifdef Q_OS_WIN
-    if (QDir(programFolder).exists(QStringLiteral("help")))
-        return programFolder;
-#endif
+    return programFolder;
+#else
     return QDir::cleanPath(programFolder + QStringLiteral("/../share/zint-obd"));
+#endif
 }
 
 QString workingFolder()

@@ -5,8 +5,8 @@
 /// Where the program finds its own files and keeps the user's.
 namespace zint {
 
-/// The help pages and samples that come with the program: beside an installed one on Windows, in the shared
-/// data elsewhere.
+/// The help pages and samples that come with the program: beside it on Windows, in the shared data
+/// elsewhere.
 QString programDataFolder();
 
 /// Where file dialogs start, and where the database of code descriptions is made, as long as the user has
