@@ -53,3 +53,15 @@ build() {
     (cd "$root" && cmake --build --preset "$preset" "${targets[@]}") >>"$log" 2>&1 </dev/null ||
         { grep -E -A 12 'error|FAILED' "$log" | tail -n 60 >&2 || true; fail "building $preset"; }
 }
+
+# export_commit FOLDER puts the files of the last commit there. What is built of them bears the time of that commit, and the
+# same rights whoever builds it. Sets commit.
+export_commit() {
+    commit=$(git -C "$root" rev-parse --verify --quiet HEAD) || fail "packages are made of a commit; this folder has none"
+    [ -z "$(git -C "$root" status --porcelain)" ] || say "what is not committed is left out"
+    SOURCE_DATE_EPOCH=$(git -C "$root" log -1 --format=%ct "$commit")
+    export SOURCE_DATE_EPOCH
+    umask 022
+    mkdir -p "$1"
+    git -C "$root" archive "$commit" | tar -x -C "$1"
+}
