@@ -4,15 +4,16 @@ cmake_minimum_required(VERSION 3.25)
 
 # What the toolkit-free files of a folder may include, beside their own folder.
 set(MAY_INCLUDE_shared "(none)")
-set(MAY_INCLUDE_catalogue shared)
+set(MAY_INCLUDE_catalogue shared vehicle)
 set(MAY_INCLUDE_link shared)
 set(MAY_INCLUDE_dtcdb shared)
 set(MAY_INCLUDE_samples shared catalogue)
 set(MAY_INCLUDE_chart shared catalogue samples)
 set(MAY_INCLUDE_vehicle shared)
+set(MAY_INCLUDE_parameters shared catalogue vehicle)
 set(TOOLS codes doctor designer runner terminal scanner report)
 foreach(tool ${TOOLS} launcher)
-  set(MAY_INCLUDE_${tool} shared catalogue link dtcdb vehicle samples)
+  set(MAY_INCLUDE_${tool} shared catalogue link dtcdb vehicle parameters samples)
 endforeach()
 set(MAY_INCLUDE_sim shared)
 
@@ -21,13 +22,13 @@ set(MAY_INCLUDE_HEADERS_vehicle link/transcriptText.h link/replyBuffer.h)       
 set(MAY_INCLUDE_HEADERS_sim link/receiveGroups.h link/serialPort.h link/commError.h) # what a port implements
 
 # The folders that know the toolkit, and the windows of a tool: <tool>/window/.
-set(WINDOWS_MAY_INCLUDE shared catalogue link dtcdb vehicle samples chart platform process widgets) # beside their own tool
+set(WINDOWS_MAY_INCLUDE shared catalogue link dtcdb vehicle parameters samples chart platform process widgets) # beside their own tool
 set(platform_MAY_INCLUDE shared catalogue link)                               # the interfaces that it implements
 set(process_MAY_INCLUDE shared platform)
 set(widgets_MAY_INCLUDE shared catalogue link platform process)
 set(connection_MAY_INCLUDE shared link vehicle platform process launcher sim)
-set(commands_MAY_INCLUDE shared catalogue link dtcdb vehicle samples chart platform process launcher connection ${TOOLS})
-set(app_MAY_INCLUDE shared catalogue link dtcdb platform process widgets commands launcher connection ${TOOLS})
+set(commands_MAY_INCLUDE shared catalogue link dtcdb vehicle parameters samples chart platform process launcher connection ${TOOLS})
+set(app_MAY_INCLUDE shared catalogue link dtcdb parameters platform process widgets commands launcher connection ${TOOLS})
 set(TOOLKIT_FOLDERS platform process widgets connection commands app)
 
 set(SYSTEM_HEADERS "^(unistd|fcntl|termios|pty|poll|signal|pwd|grp|dlfcn|windows|qt_windows|sys/.*|netinet/.*|arpa/.*|linux/.*)(\\.h)?$")

@@ -16,7 +16,7 @@ fail() {
 
 # What every build needs.
 build_packages=(g++ cmake ninja-build ccache libsqlitecpp-dev libsqlite3-dev nlohmann-json3-dev pkg-config mdbtools-dev
-    libcli11-dev)
+    libcli11-dev libmuparser-dev)
 window_packages=(qt6-base-dev qt6-serialport-dev libqcustomplot-dev libqt6svg6 fonts-dejavu-core)
 
 # need_packages NAME... installs what is missing of Debian's packages.
