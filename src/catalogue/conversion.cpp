@@ -12,8 +12,10 @@ namespace {
 
 using converted::Hexadecimal;
 using converted::Placeholder;
+using converted::Rounded;
 using converted::Value;
 using converted::WithoutUnit;
+using converted::Words;
 
 constexpr std::int32_t narrow(std::int64_t value)
 {
@@ -85,7 +87,7 @@ namespace {
 template <typename... Format>
 void append(std::string& text, Format... valueAndFormat)
 {
-    std::array<char, 64> buffer{};
+    std::array<char, 352> buffer{}; // the largest number has 309 digits
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), valueAndFormat...);
     text.append(buffer.data(), result.ptr);
 }
@@ -99,6 +101,11 @@ struct Writer {
         constexpr int significantDigits = 15;
         append(text, value, std::chars_format::general, significantDigits);
     }
+    void operator()(Rounded value) const
+    {
+        append(text, value.number, std::chars_format::fixed, value.decimals);
+    }
+    void operator()(const Words& words) const { text += words.text; }
     void operator()(Hexadecimal value) const { (text += "&H") += hexText(value.number, 1); }
     void operator()(WithoutUnit value) const
     {
@@ -106,16 +113,6 @@ struct Writer {
         text += " ?"; // the unit says so once more
     }
     void operator()(Placeholder words) const { text += words; }
-};
-
-struct Number {
-    using Result = std::optional<double>;
-
-    Result operator()(std::int32_t value) const { return value; }
-    Result operator()(double value) const { return value; }
-    Result operator()(Hexadecimal value) const { return value.number; }
-    Result operator()(WithoutUnit value) const { return value.number; }
-    Result operator()(Placeholder /*words*/) const { return std::nullopt; }
 };
 
 } // namespace
@@ -141,25 +138,9 @@ std::string_view unitText(std::int32_t conversion)
     return row != nullptr ? row->unit : std::string_view();
 }
 
-std::string_view unitName(std::int32_t conversion)
-{
-    const std::string_view unit = unitText(conversion);
-    return unit.substr(std::min(unit.find_first_not_of(' '), unit.size()));
-}
-
 std::string displayText(std::int32_t conversion, std::int32_t raw)
 {
     return convert(conversion, raw) + std::string(unitText(conversion));
-}
-
-std::optional<double> convertedNumber(std::int32_t conversion, std::int32_t raw)
-{
-    try {
-        const Conversion* row = findConversion(conversion);
-        return row != nullptr ? std::visit(Number{}, row->formula(raw)) : std::nullopt;
-    } catch (const RunTimeError&) {
-        return std::nullopt;
-    }
 }
 
 } // namespace zint

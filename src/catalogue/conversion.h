@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -18,8 +17,16 @@ struct Hexadecimal {
 struct WithoutUnit {
     std::int32_t number; ///< shown with " ?" behind it, for nobody has chosen a unit
 };
+struct Rounded {
+    double number;
+    int decimals;
+};
+struct Words {
+    std::string text;
+    double number; ///< stands for them
+};
 using Placeholder = std::string_view; ///< stands for no number
-using Value = std::variant<std::int32_t, double, Hexadecimal, WithoutUnit, Placeholder>;
+using Value = std::variant<std::int32_t, double, Rounded, Hexadecimal, WithoutUnit, Words, Placeholder>;
 } // namespace converted
 
 /// A way of showing a raw value. Conversions of one class show the same quantity in different units; class 0
@@ -59,14 +66,7 @@ void appendValue(std::string& text, const converted::Value& value);
 /// The unit alone, such as "mph"; empty for a number that is no conversion.
 std::string_view unitText(std::int32_t conversion);
 
-/// The same without the blanks that part some units from their values, and empty where those are all.
-std::string_view unitName(std::int32_t conversion);
-
 /// The value directly followed by its unit, such as "55.935mph".
 std::string displayText(std::int32_t conversion, std::int32_t raw);
-
-/// The value as a number, for drawing and averaging; nothing where the conversion shows no number, or where
-/// convert() throws.
-std::optional<double> convertedNumber(std::int32_t conversion, std::int32_t raw);
 
 } // namespace zint

@@ -5,25 +5,37 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace zint {
 
+struct OwnParameter;
+
 /// An event of a polling design: a request, and how often it is sent.
 struct DesignEntry {
     std::string code; ///< the request as typed, normally hexadecimal such as "0105"
     std::string description;
-    std::int32_t conversion = 0; ///< a row of ConversionTable
+    std::int32_t conversion = 0; ///< a row of ConversionTable, or the number of an own parameter
     std::int32_t frequency = 0;  ///< requested once in so many loops; below 1: never
     std::int32_t offset = 0; ///< shifts the loop: requested in loop L when (offset + L) mod frequency is 0
+    /// What the conversion's number stands for, if it is an own parameter's that is defined here. It is
+    /// looked up and not saved, so that it makes no difference between two events.
+    std::shared_ptr<const OwnParameter> own{};
 
     /// The description, or what stands for it.
     const std::string& name() const { return description.empty() ? code : description; }
 
     bool isPolled() const { return frequency >= 1; }
-    bool operator==(const DesignEntry&) const = default;
+
+    /// Compares everything but the definition.
+    bool operator==(const DesignEntry& other) const
+    {
+        return code == other.code && description == other.description && conversion == other.conversion &&
+               frequency == other.frequency && offset == other.offset;
+    }
 };
 
 /// How long the adapter waits for the vehicle's answer; nothing: it decides by itself.

@@ -1,6 +1,6 @@
 #include "chart/gaugeReading.h"
 
-#include "catalogue/conversion.h"
+#include "catalogue/eventValue.h"
 #include "shared/runTimeError.h"
 
 #include <array>
@@ -21,18 +21,19 @@ std::string roundedText(double number)
     return {text.data(), result.ptr};
 }
 
-std::string figureOf(std::int32_t conversion, std::int32_t raw)
+std::string figureOf(const DesignEntry& event, double value)
 {
-    const Conversion* row = findConversion(conversion);
-    if (row == nullptr)
-        return {};
     try {
-        const converted::Value value = row->formula(raw);
-        if (const auto* number = std::get_if<double>(&value))
+        const converted::Value shown = convertedValue(event, value);
+        if (const auto* number = std::get_if<double>(&shown))
             return roundedText(*number);
-        if (const auto* bare = std::get_if<converted::WithoutUnit>(&value))
+        if (const auto* number = std::get_if<converted::Rounded>(&shown); number && number->decimals > 0)
+            return roundedText(number->number);
+        if (const auto* bare = std::get_if<converted::WithoutUnit>(&shown))
             return std::to_string(bare->number);
-        return convert(conversion, raw);
+        std::string text;
+        appendValue(text, shown);
+        return text;
     } catch (const RunTimeError& error) {
         return error.what();
     }
@@ -49,31 +50,31 @@ GaugeReading GaugeReader::read(const SampleStore& samples)
     }
     GaugeReading reading{.badReplies = totals.errorCount};
     if (seen_ != EventTotals::none) {
-        reading.figure = figureOf(event_.conversion, totals.current);
+        reading.figure = figureOf(event_, totals.current);
         reading.place = placeOf(totals.current);
     }
     if (lowest_) {
-        reading.minimum = figureOf(event_.conversion, lowest_->raw);
-        reading.maximum = figureOf(event_.conversion, highest_->raw);
+        reading.minimum = figureOf(event_, lowest_->value);
+        reading.maximum = figureOf(event_, highest_->value);
     }
     return reading;
 }
 
-void GaugeReader::widen(std::int32_t raw)
+void GaugeReader::widen(double value)
 {
-    const std::optional<double> number = convertedNumber(event_.conversion, raw);
+    const std::optional<double> number = drawnNumber(event_, value);
     if (!number)
         return;
     if (!lowest_ || *number < lowest_->number)
-        lowest_ = {*number, raw};
+        lowest_ = {*number, value};
     if (!highest_ || *number > highest_->number)
-        highest_ = {*number, raw};
+        highest_ = {*number, value};
 }
 
 /// A value that was always the same stands in the middle.
-std::optional<double> GaugeReader::placeOf(std::int32_t raw) const
+std::optional<double> GaugeReader::placeOf(double value) const
 {
-    const std::optional<double> number = convertedNumber(event_.conversion, raw);
+    const std::optional<double> number = drawnNumber(event_, value);
     if (!number)
         return std::nullopt;
     const double range = highest_->number - lowest_->number;

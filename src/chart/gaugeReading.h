@@ -37,11 +37,11 @@ public:
 private:
     struct Extreme {
         double number;
-        std::int32_t raw;
+        double value;
     };
 
-    void widen(std::int32_t raw);
-    std::optional<double> placeOf(std::int32_t raw) const;
+    void widen(double value);
+    std::optional<double> placeOf(double value) const;
 
     std::size_t number_;
     DesignEntry event_;

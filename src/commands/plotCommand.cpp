@@ -1,6 +1,6 @@
 #include "commands/plotCommand.h"
 
-#include "catalogue/conversion.h"
+#include "catalogue/eventValue.h"
 #include "chart/chartRange.h"
 #include "chart/window/chartPicture.h"
 #include "chart/window/eventChoice.h"
@@ -41,7 +41,7 @@ std::vector<std::size_t> drawnEvents(const PlotOptions& options, const Design& d
         if (event >= design.events.size())
             throw FileError("The log has no event " + number + "; it has " +
                             std::to_string(design.events.size()) + ".");
-        if (!convertedNumber(design.events[event].conversion, 0))
+        if (!isDrawn(design.events[event]))
             throw FileError("Event " + number + ", " + design.events[event].name() +
                             ", has no numbers to draw.");
     }

@@ -1,5 +1,7 @@
 #include "report/reportComparison.h"
 
+#include "vehicle/monitorStatus.h"
+
 #include <algorithm>
 #include <iterator>
 #include <set>

@@ -5,6 +5,7 @@
 #include "report/requestOutcomes.h"
 #include "shared/module1.h"
 #include "vehicle/infotypes.h"
+#include "vehicle/monitorStatus.h"
 #include "vehicle/vin.h"
 
 #include <algorithm>
@@ -313,34 +314,6 @@ std::string stateText(MonitorState state)
 {
     static constexpr std::array words = {"not supported", "not ready", "ready"};
     return words.at(static_cast<std::size_t>(state));
-}
-
-std::string monitorText(const std::string& name)
-{
-    static constexpr std::array words = {
-        std::pair("misfire", "Misfire"),
-        std::pair("fuelSystem", "Fuel system"),
-        std::pair("components", "Components"),
-        std::pair("catalyst", "Catalyst"),
-        std::pair("heatedCatalyst", "Heated catalyst"),
-        std::pair("evap", "Evaporative system"),
-        std::pair("secondaryAir", "Secondary air"),
-        std::pair("acRefrigerant", "A/C refrigerant"),
-        std::pair("o2Sensor", "Oxygen sensor"),
-        std::pair("o2Heater", "Oxygen sensor heater"),
-        std::pair("egr", "EGR / VVT"),
-        std::pair("nmhcCatalyst", "NMHC catalyst"),
-        std::pair("noxScr", "NOx / SCR aftertreatment"),
-        std::pair("boostPressure", "Boost pressure"),
-        std::pair("exhaustGasSensor", "Exhaust gas sensor"),
-        std::pair("pmFilter", "Particulate filter"),
-        std::pair("egrVvt", "EGR / VVT"),
-    };
-    for (const auto& [known, text] : words) {
-        if (name == known)
-            return text;
-    }
-    return name;
 }
 
 std::string vinOf(const VehicleFacts& facts)

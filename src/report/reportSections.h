@@ -46,9 +46,6 @@ std::string unitText(const std::string& name, const UnitReading& unit);
 /// The vehicle's identification number; empty when no unit has told it.
 std::string vinOf(const VehicleFacts& facts);
 
-/// A monitor's name in words: "Oxygen sensor" for "o2Sensor".
-std::string monitorText(const std::string& name);
-
 /// A monitor's state in words: "not ready".
 std::string stateText(MonitorState state);
 

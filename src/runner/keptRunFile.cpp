@@ -1,6 +1,7 @@
 #include "runner/keptRunFile.h"
 
 #include "catalogue/designFile.h"
+#include "catalogue/eventValue.h"
 #include "samples/lineWriter.h"
 #include "shared/textFile.h"
 
@@ -12,7 +13,8 @@
 namespace zint {
 namespace {
 
-constexpr std::size_t longestSample = 64; // four numbers of at most 11 digits, and what is between them
+constexpr std::size_t longestSample =
+    80; // three numbers of at most 11 digits, one of 24, and what is between them
 
 constexpr std::int32_t latestMillisecond = 999;
 
@@ -20,7 +22,8 @@ using std::chrono::milliseconds;
 using std::chrono::system_clock;
 
 /// Takes a number and the comma behind it off a line. @return whether they were there
-bool takeNumber(std::string_view& line, std::int32_t& number)
+template <typename Number>
+bool takeNumber(std::string_view& line, Number& number)
 {
     const auto [stop, error] = std::from_chars(line.data(), line.data() + line.size(), number);
     line.remove_prefix(static_cast<std::size_t>(stop - line.data()));
@@ -88,6 +91,8 @@ std::optional<KeptSample> nextSample(std::istream& stream, const Design& design)
     if (sample.event < 1 || static_cast<std::size_t>(sample.event) > design.events.size())
         return std::nullopt;
     --sample.event;
+    if (!isValueOf(design.events[static_cast<std::size_t>(sample.event)], sample.value))
+        return std::nullopt;
     return sample;
 }
 

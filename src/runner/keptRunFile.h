@@ -23,7 +23,7 @@ struct KeptRunHead {
 struct KeptSample {
     std::int32_t event = 0; ///< from 0
     SampleTime time;
-    std::int32_t value = 0;
+    double value = 0;
     bool isExact = true; ///< else the file has whole seconds only
 };
 

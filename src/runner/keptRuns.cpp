@@ -116,7 +116,7 @@ void KeptRuns::begin(const Design& design, const SampleStore& samples, system_cl
     flush();
 }
 
-void KeptRuns::add(std::size_t event, std::int32_t value, SampleTime time)
+void KeptRuns::add(std::size_t event, double value, SampleTime time)
 {
     isSaved_ = false;
     if (!keeping_)

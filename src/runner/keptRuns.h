@@ -48,7 +48,7 @@ public:
     const std::string& failure() const { return failure_; }
 
     /// Appends a sample; does nothing unless a run is being kept. @param event from 0
-    void add(std::size_t event, std::int32_t value, SampleTime time);
+    void add(std::size_t event, double value, SampleTime time);
 
     /// Hands what was added to the system; call it about once a second.
     void flush();

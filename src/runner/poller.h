@@ -177,7 +177,7 @@ private:
     void sendRequest();
     bool belongs(std::string_view reply);
     void judge(std::size_t event, std::string_view reply);
-    void store(std::size_t event, std::int32_t value);
+    void store(std::size_t event, double value);
     RunState::Counts countsFromNow() const;
     RunState::Time nextRefresh() const;
     void measure();

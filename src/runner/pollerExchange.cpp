@@ -109,7 +109,7 @@ void Poller::sendRequest()
     changed();
 }
 
-void Poller::store(std::size_t event, std::int32_t value)
+void Poller::store(std::size_t event, double value)
 {
     const auto time = sampleTime(now() - state_.sinceReset.began.time);
     try {

@@ -1,9 +1,8 @@
 #include "runner/runDisplay.h"
 
-#include "catalogue/conversion.h"
+#include "catalogue/eventValue.h"
 #include "runner/runBoxes.h"
 #include "shared/module1.h"
-#include "shared/runTimeError.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,15 +13,6 @@
 namespace zint {
 namespace {
 
-std::string shownValue(std::int32_t conversion, std::int32_t raw)
-{
-    try {
-        return displayText(conversion, raw);
-    } catch (const RunTimeError& error) {
-        return error.what();
-    }
-}
-
 PollPanel::Shade shadeOf(const EventTotals& event)
 {
     if (event.errorFlag)
@@ -31,18 +21,20 @@ PollPanel::Shade shadeOf(const EventTotals& event)
     return isConstant ? PollPanel::Shade::constant : PollPanel::Shade::usual;
 }
 
-void showValues(PollPanel::Row& row, const EventTotals& event, std::int32_t conversion)
+void showValues(PollPanel::Row& row, const EventTotals& totals, const DesignEntry& event)
 {
-    const auto showExtreme = [conversion](std::string& cell, bool& isNew, std::int32_t raw) {
-        std::string text = shownValue(conversion, raw);
+    const auto showExtreme = [&event](std::string& cell, bool& isNew, double value) {
+        std::string text = shownText(event, value);
         isNew = !cell.empty() && text != cell; // at first there is nothing to differ from
         cell = std::move(text);
     };
-    row.shade = shadeOf(event);
-    row.value = shownValue(conversion, event.current);
-    row.samples = std::to_string(event.sampleCount);
-    showExtreme(row.minimum, row.minimumIsNew, event.minimum);
-    showExtreme(row.maximum, row.maximumIsNew, event.maximum);
+    row.shade = shadeOf(totals);
+    row.samples = std::to_string(totals.sampleCount);
+    if (totals.sampleCount == 0 && !keepsRawValues(event.conversion))
+        return; // raw values begin with figures to compare with
+    row.value = shownText(event, totals.current);
+    showExtreme(row.minimum, row.minimumIsNew, totals.minimum);
+    showExtreme(row.maximum, row.maximumIsNew, totals.maximum);
 }
 
 /// How an event was answered; empty while there was no answer.
@@ -83,7 +75,7 @@ void showEvents(PollPanel& panel, const RunState& run, const Design& design, con
     for (std::size_t event = 0; event < panel.obdGrid.size(); ++event) {
         const EventTotals& totals = samples.events()[event];
         PollPanel::Row& row = panel.obdGrid[event];
-        showValues(row, totals, design.events[event].conversion);
+        showValues(row, totals, design.events[event]);
         row.toolTip = repliesText(totals, run.counts.samplesBefore.at(event), seconds);
     }
     panel.statLab1 = summaryText(run.turn.loop, run.counts.events, seconds);
@@ -100,7 +92,7 @@ void showOpened(PollPanel& panel, const Design& design, const SampleStore& sampl
         panel.obdGrid[event].samples = std::to_string(totals.sampleCount);
         if (totals.sampleCount == 0)
             continue;
-        showValues(panel.obdGrid[event], totals, design.events[event].conversion);
+        showValues(panel.obdGrid[event], totals, design.events[event]);
         count += totals.sampleCount;
         seconds = std::max(seconds, samples[totals.lastSample].time);
     }

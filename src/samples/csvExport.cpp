@@ -1,6 +1,6 @@
 #include "samples/csvExport.h"
 
-#include "catalogue/conversion.h"
+#include "catalogue/eventValue.h"
 #include "samples/lineWriter.h"
 #include "samples/tableRows.h"
 #include "shared/csvText.h"
@@ -20,7 +20,7 @@ constexpr std::int64_t second = 1000; // milliseconds
 
 std::string headOf(const DesignEntry& event)
 {
-    const std::string_view unit = unitName(event.conversion);
+    const std::string_view unit = unitNameOf(event);
     return event.name() + (unit.empty() ? "" : " (" + std::string(unit) + ")");
 }
 
@@ -61,7 +61,7 @@ public:
         for (std::size_t event = 0; event < row.cells.size(); ++event) {
             lines_ << separator_;
             if (row.cells[event].isFilled)
-                writeValue(design_.events[event].conversion, row.cells[event].value);
+                writeValue(design_.events[event], row.cells[event].value);
         }
         lines_.endLine();
     }
@@ -72,7 +72,12 @@ public:
     void operator()(converted::WithoutUnit value) { lines_ << value.number; }
     void operator()(converted::Hexadecimal value) { appendValue(lines_.text(), value); }
     void operator()(converted::Placeholder words) { lines_ << csvField(words); }
-    void operator()(double number)
+    void operator()(const converted::Words& words) { lines_ << csvField(words.text); }
+    void operator()(double number) { writeFraction(number); }
+    void operator()(converted::Rounded number) { writeFraction(number); }
+
+private:
+    void writeFraction(const converted::Value& number)
     {
         std::string& text = lines_.text();
         const std::size_t begin = text.size();
@@ -81,7 +86,6 @@ public:
             text[place] = point_;
     }
 
-private:
     /// Samples of a log whose times were spread over their second may come out of order.
     void writeTime(SampleTime time)
     {
@@ -90,11 +94,10 @@ private:
         lines_ << std::string_view(std::to_string(second + time_ % second)).substr(1);
     }
 
-    void writeValue(std::int32_t conversion, std::int32_t raw)
+    void writeValue(const DesignEntry& event, double value)
     {
         try {
-            if (const Conversion* row = findConversion(conversion))
-                std::visit(*this, row->formula(raw));
+            std::visit(*this, convertedValue(event, value));
         } catch (const RunTimeError& overflow) {
             lines_ << overflow.what(); // one such value is no reason to withhold the others
         }

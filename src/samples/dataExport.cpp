@@ -1,6 +1,6 @@
 #include "samples/dataExport.h"
 
-#include "catalogue/conversion.h"
+#include "catalogue/eventValue.h"
 #include "samples/lineWriter.h"
 #include "samples/tableRows.h"
 #include "shared/runTimeError.h"
@@ -19,14 +19,14 @@ void writeHead(LineWriter& lines, const Design& design, const std::string& first
     lines.endLine();
     lines << "Second(s)";
     for (const DesignEntry& event : design.events)
-        lines << '\t' << event.description << '(' << unitText(event.conversion) << ')';
+        lines << '\t' << event.description << '(' << unitOf(event) << ')';
     lines.endLine();
 }
 
-void writeValue(LineWriter& lines, std::int32_t conversion, std::int32_t raw)
+void writeValue(LineWriter& lines, const DesignEntry& event, double value)
 {
     try {
-        appendConverted(lines.text(), conversion, raw);
+        appendEventValue(lines.text(), event, value);
     } catch (const RunTimeError& overflow) {
         lines << overflow.what(); // one such value is no reason to withhold the others
     }
@@ -38,7 +38,7 @@ void writeRow(LineWriter& lines, const Design& design, const TableRow& row)
     for (std::size_t event = 0; event < row.cells.size(); ++event) {
         lines << '\t';
         if (row.cells[event].isFilled)
-            writeValue(lines, design.events[event].conversion, row.cells[event].value);
+            writeValue(lines, design.events[event], row.cells[event].value);
     }
     lines.endLine();
 }

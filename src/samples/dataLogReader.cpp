@@ -1,12 +1,15 @@
 #include "samples/dataLogReader.h"
 
 #include "catalogue/designFile.h"
+#include "catalogue/eventValue.h"
+#include "samples/lineWriter.h"
 #include "shared/fileError.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -20,7 +23,7 @@ namespace {
 
 struct Sample {
     SampleTime time;
-    std::int32_t value;
+    double value;
 };
 
 /// The samples of an event that wait for their places in the run.
@@ -61,12 +64,26 @@ std::optional<Number> toNumber(std::string_view text)
     return number;
 }
 
-Sample toSample(std::string_view line)
+/// A value as appendNumber() writes it.
+std::optional<double> toValue(std::string_view text)
+{
+    if (const auto whole = toNumber<std::int64_t>(text))
+        return static_cast<double>(*whole);
+    double number = 0;
+    const auto* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    std::string again;
+    if (result.ec != std::errc() || !std::isfinite(number) || appendNumber(again, number) != text)
+        return std::nullopt;
+    return number;
+}
+
+Sample toSample(std::string_view line, const DesignEntry& event)
 {
     const auto comma = std::min(line.find(','), line.size());
     const auto time = toNumber<std::int32_t>(line.substr(0, comma));
-    const auto value = toNumber<std::int32_t>(line.substr(std::min(comma + 1, line.size())));
-    if (!time || !value)
+    const auto value = toValue(line.substr(std::min(comma + 1, line.size())));
+    if (!time || !value || !isValueOf(event, *value))
         throw FileError("this is no sample");
     return {{*time}, *value};
 }
@@ -130,7 +147,7 @@ private:
             else if (all.empty())
                 throw FileError("this sample belongs to no event");
             else
-                all.back().samples.push_back(toSample(*line));
+                all.back().samples.push_back(toSample(*line, design.events[all.back().event]));
             if (++records > count)
                 throw FileError("there are more records than the " + std::to_string(count) + " announced");
             steps.step();

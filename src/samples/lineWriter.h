@@ -4,11 +4,14 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <concepts>
 #include <cstddef>
+#include <cstdint>
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace zint {
 
@@ -17,6 +20,17 @@ template <std::integral Number>
 std::string& appendNumber(std::string& text, Number number)
 {
     std::array<char, 24> digits; // NOLINT(cppcoreguidelines-pro-type-member-init): to_chars fills it
+    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    return text.append(digits.data(), result.ptr);
+}
+
+/// The same for any finite number: as few digits as give the number again, none of them behind a whole one.
+inline std::string& appendNumber(std::string& text, double number)
+{
+    constexpr double exact = 1LL << 53; // up to here a double tells whole numbers apart
+    if (number > -exact && number < exact && number == std::trunc(number))
+        return appendNumber(text, static_cast<std::int64_t>(number));
+    std::array<char, 32> digits; // NOLINT(cppcoreguidelines-pro-type-member-init): to_chars fills it
     const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
     return text.append(digits.data(), result.ptr);
 }
@@ -36,8 +50,8 @@ public:
         text_ += character;
         return *this;
     }
-    template <std::integral Number>
-    LineWriter& operator<<(Number number)
+    template <typename Number>
+    requires std::is_arithmetic_v<Number> LineWriter& operator<<(Number number)
     {
         appendNumber(text_, number);
         return *this;

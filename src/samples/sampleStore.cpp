@@ -1,17 +1,23 @@
 #include "samples/sampleStore.h"
 
 #include "catalogue/conversion.h"
+#include "catalogue/eventValue.h"
 
 #include <algorithm>
+#include <limits>
 #include <new>
 #include <utility>
 
 namespace zint {
 namespace {
 
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
 /// Above all that an event of this conversion usually sends, for its minimum to begin with.
-std::int32_t startingMinimum(std::int32_t conversion)
+double startingMinimum(std::int32_t conversion)
 {
+    if (!keepsRawValues(conversion))
+        return infinity;
     switch (conversion) {
     case conversionCode::rpm:
     case conversionCode::airFlow:
@@ -33,7 +39,8 @@ void SampleStore::reset(const Design& design)
     ++generation_;
     events_.clear();
     for (const DesignEntry& event : design.events)
-        events_.push_back({.minimum = startingMinimum(event.conversion)});
+        events_.push_back({.maximum = keepsRawValues(event.conversion) ? 0 : -infinity,
+                           .minimum = startingMinimum(event.conversion)});
 }
 
 void SampleStore::take(SampleStore other)
@@ -43,14 +50,14 @@ void SampleStore::take(SampleStore other)
     *this = std::move(other);
 }
 
-void SampleStore::addSaved(std::size_t event, std::int32_t value, SampleTime time)
+void SampleStore::addSaved(std::size_t event, double value, SampleTime time)
 {
     if (size_ > 0 && std::int64_t{time.seconds} - (*this)[size_ - 1].time > longestSilence)
         startRun();
     add(event, value, time);
 }
 
-void SampleStore::add(std::size_t event, std::int32_t value, SampleTime time)
+void SampleStore::add(std::size_t event, double value, SampleTime time)
 {
     EventTotals& totals = events_.at(event);
     const bool isFirst = totals.lastSample == EventTotals::none;
@@ -61,12 +68,12 @@ void SampleStore::add(std::size_t event, std::int32_t value, SampleTime time)
         return index;
     };
     if (isFirst)
-        totals.header = append({.value = static_cast<std::int32_t>(event) + 1,
+        totals.header = append({.value = static_cast<double>(event + 1),
                                 .link = SampleRecord::headerLink,
                                 .event = static_cast<std::uint8_t>(event)});
     const bool isFirstOfRun = isFirst || std::cmp_less(totals.lastSample, start_);
-    const std::int32_t sample = append({.time = time.seconds,
-                                        .value = value,
+    const std::int32_t sample = append({.value = value,
+                                        .time = time.seconds,
                                         .milliseconds = time.milliseconds,
                                         .event = static_cast<std::uint8_t>(event),
                                         .isFirst = isFirstOfRun});

@@ -17,9 +17,9 @@ namespace zint {
 struct SampleRecord {
     static constexpr std::int32_t headerLink = -1;
 
-    std::int32_t time = 0;  ///< whole seconds since the first start of polling; 0 in a header
-    std::int32_t value = 0; ///< as it was sent; in a header the event's number, from 1
-    std::int32_t link = 0;  ///< the event's next sample, 0 while there is none; headerLink in a header
+    double value = 0;      ///< as eventValue.h has it; in a header the event's number, from 1
+    std::int32_t time = 0; ///< whole seconds since the first start of polling; 0 in a header
+    std::int32_t link = 0; ///< the event's next sample, 0 while there is none; headerLink in a header
     std::uint16_t milliseconds = 0; ///< of that second
     std::uint8_t event = 0;         ///< from 0
     bool isFirst = false;           ///< of its event since polling was started, see SampleStore::startRun()
@@ -28,7 +28,7 @@ struct SampleRecord {
     double seconds() const { return time + milliseconds / 1000.0; } ///< since the first start of polling
 };
 
-static_assert(sizeof(SampleRecord) == 16, "a run has millions of them");
+static_assert(sizeof(SampleRecord) == 24, "a run has millions of them");
 static_assert(Design::maxEvents <= std::numeric_limits<std::uint8_t>::max());
 
 /// When a sample came, since the first start of polling.
@@ -50,9 +50,9 @@ struct EventTotals {
     static constexpr std::int32_t none = -1;
 
     std::int32_t sampleCount = 0; ///< good replies
-    std::int32_t current = 0;     ///< raw, as all values here
-    std::int32_t maximum = 0;
-    std::int32_t minimum = 255;
+    double current = 0;
+    double maximum = 0;
+    double minimum = 255;
     std::int32_t errorCount = 0; ///< bad replies
     bool errorFlag = false;      ///< there was a bad reply
     std::int32_t header = none;  ///< the record before the first sample
@@ -81,11 +81,11 @@ public:
 
     /// Stores a good value. @param event from 0
     /// @throws std::bad_alloc when there is no room; the store is then as it was
-    void add(std::size_t event, std::int32_t value, SampleTime time);
+    void add(std::size_t event, double value, SampleTime time);
 
     /// The same for a sample out of a file, which does not tell where polling was stopped: polling is never
     /// silent for so long.
-    void addSaved(std::size_t event, std::int32_t value, SampleTime time);
+    void addSaved(std::size_t event, double value, SampleTime time);
 
     /// Polling starts: the samples that come are not joined to those before.
     void startRun() { start_ = size_; }

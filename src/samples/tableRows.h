@@ -16,8 +16,8 @@ struct TableRow {
     /// Of an event.
     struct Cell {
         bool isFilled = false;
-        std::int32_t next = 0;  ///< the record of the event's next sample
-        std::int32_t value = 0; ///< as it was sent
+        std::int32_t next = 0; ///< the record of the event's next sample
+        double value = 0;      ///< as eventValue.h has it
     };
 
     SampleTime time;         ///< of the last sample

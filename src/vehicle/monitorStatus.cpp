@@ -1,6 +1,7 @@
 #include "vehicle/monitorStatus.h"
 
 #include <array>
+#include <utility>
 
 namespace zint {
 namespace {
@@ -55,6 +56,34 @@ Readiness readinessIn(BytesView status)
     else
         addMonitors(readiness, sparkMonitors, status[2], status[3]);
     return readiness;
+}
+
+std::string monitorText(const std::string& name)
+{
+    static constexpr std::array words = {
+        std::pair("misfire", "Misfire"),
+        std::pair("fuelSystem", "Fuel system"),
+        std::pair("components", "Components"),
+        std::pair("catalyst", "Catalyst"),
+        std::pair("heatedCatalyst", "Heated catalyst"),
+        std::pair("evap", "Evaporative system"),
+        std::pair("secondaryAir", "Secondary air"),
+        std::pair("acRefrigerant", "A/C refrigerant"),
+        std::pair("o2Sensor", "Oxygen sensor"),
+        std::pair("o2Heater", "Oxygen sensor heater"),
+        std::pair("egr", "EGR / VVT"),
+        std::pair("nmhcCatalyst", "NMHC catalyst"),
+        std::pair("noxScr", "NOx / SCR aftertreatment"),
+        std::pair("boostPressure", "Boost pressure"),
+        std::pair("exhaustGasSensor", "Exhaust gas sensor"),
+        std::pair("pmFilter", "Particulate filter"),
+        std::pair("egrVvt", "EGR / VVT"),
+    };
+    for (const auto& [known, text] : words) {
+        if (name == known)
+            return text;
+    }
+    return name;
 }
 
 } // namespace zint

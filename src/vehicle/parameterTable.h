@@ -2,6 +2,7 @@
 
 #include "vehicle/parameters.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -105,9 +106,19 @@ struct AnyOf {
 /// A text that no table of words holds.
 using TextOf = std::string (*)(std::uint32_t raw);
 
+/// The parameters of a bitmap, such as "01 03 04".
+std::string supportedText(std::uint8_t base, std::uint32_t bitmap);
+
+template <std::uint8_t base>
+std::string supportedParameters(std::uint32_t bitmap)
+{
+    return supportedText(base, bitmap);
+}
+
 using FieldMeaning = std::variant<Formula, OneOf, AnyOf, TextOf>;
 
-/// A row: one field of a parameter.
+/// A row: one field of a parameter. Numbers in designs and logs tell its place among the rows of the
+/// parameter: new rows come behind those of the same parameter, and none goes.
 struct Field {
     ParameterRange pids;
     std::string_view name;
@@ -138,6 +149,8 @@ ParameterTable aftertreatmentParameters(); ///< from 81 on
 
 /// "bank 1 sensor 2". @param location 0 to 7, the bits of 13 and 1D
 std::string_view oxygenSensor(std::size_t location, bool hasFourBanks);
+
+inline constexpr std::array offOn = {Word{0, "off"}, Word{1, "on"}};
 
 inline constexpr Formula plainCount{};
 inline constexpr Formula percent{.unit = "%", .times = 100, .over = 255};

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 namespace zint {
 namespace {
@@ -119,6 +120,12 @@ private:
     ParameterValue& value_;
 };
 
+const Field* fieldAt(std::uint8_t pid, std::size_t place)
+{
+    const std::span<const Field> fields = fieldsOf(pid);
+    return place < fields.size() ? &fields[place] : nullptr;
+}
+
 std::string fieldName(const Field& field, std::uint8_t pid, const ParameterContext& context)
 {
     std::string name(field.name);
@@ -164,6 +171,58 @@ std::vector<ParameterValue> parameterValues(std::uint8_t pid, BytesView data, co
             std::visit(Interpretation(field.place, *raw, context, value), field.meaning);
     }
     return values;
+}
+
+std::optional<ParameterField> parameterField(std::uint8_t pid, std::size_t field)
+{
+    const Field* row = fieldAt(pid, field);
+    if (row == nullptr)
+        return std::nullopt;
+    ParameterField told{.name = fieldName(*row, pid, {})};
+    const auto numbers = static_cast<double>(std::uint64_t{1} << row->place.width);
+    const auto* formula = std::get_if<Formula>(&row->meaning);
+    if (formula == nullptr) {
+        told.hasWords = true;
+        told.maximum = numbers - 1;
+        return told;
+    }
+    const double smallest = formula->isSigned ? -numbers / 2 : 0;
+    told.unit = formula->unit;
+    told.step = formula->times / formula->over;
+    told.minimum = smallest * told.step + formula->plus;
+    told.maximum = told.minimum + (numbers - 1) * told.step;
+    if (const FullScale* scale = formula->fullScale)
+        told.scaledBy = scale->source == &ParameterContext::largestValues ? 0x4F : 0x50;
+    return told;
+}
+
+std::optional<FieldReading> readField(std::uint8_t pid, std::size_t field, BytesView data,
+                                      const ParameterContext& context)
+{
+    const Field* row = fieldAt(pid, field);
+    const auto raw = row != nullptr ? rawValue(row->place, data) : std::nullopt;
+    if (!raw)
+        return std::nullopt;
+    if (row->supportBit >= 0 && !hasBit(data[0], row->supportBit))
+        return FieldReading{.words = "not supported"};
+    if (row->missingBit >= 0 && hasBit(data[0], row->missingBit))
+        return FieldReading{.words = "not available"};
+    if (!std::holds_alternative<Formula>(row->meaning))
+        return FieldReading{.number = *raw};
+    ParameterValue value;
+    std::visit(Interpretation(row->place, *raw, context, value), row->meaning);
+    return FieldReading{value.number, value.text};
+}
+
+std::string fieldWords(std::uint8_t pid, std::size_t field, double number)
+{
+    const Field* row = fieldAt(pid, field);
+    if (row == nullptr || std::holds_alternative<Formula>(row->meaning) || number < 0 ||
+        number > std::numeric_limits<std::uint32_t>::max())
+        return {};
+    ParameterValue value;
+    std::visit(Interpretation(row->place, static_cast<std::uint32_t>(number), {}, value), row->meaning);
+    return value.text;
 }
 
 } // namespace zint

@@ -41,4 +41,36 @@ std::string_view parameterName(std::uint8_t pid);
 std::vector<ParameterValue> parameterValues(std::uint8_t pid, BytesView data,
                                             const ParameterContext& context = {});
 
+/// What a field of the table can tell.
+struct ParameterField {
+    std::string name;      ///< "Engine speed"
+    std::string_view unit; ///< "rpm"; empty for words and counts without one
+    bool hasWords = false; ///< its numbers stand for words
+    double minimum = 0;    ///< in the unit; for words the smallest number
+    double maximum = 0;
+    double step = 1; ///< between two numbers
+    /// The parameter whose data change the scale of this one, where a vehicle has it; 0: none.
+    std::uint8_t scaledBy = 0;
+};
+
+/// A field of a parameter. Files keep the place: it must not change.
+/// @param field its place among the parameter's, from 0
+/// @return nothing where there is none
+std::optional<ParameterField> parameterField(std::uint8_t pid, std::size_t field);
+
+/// What data say of one field: a number, or words in place of one.
+struct FieldReading {
+    std::optional<double> number; ///< in the unit; of words what stands for them
+    std::string words;            ///< why there is no number, such as "not available"
+
+    bool operator==(const FieldReading&) const = default;
+};
+
+/// Reads one field. @return nothing where there is no such field, or the data are too short for it
+std::optional<FieldReading> readField(std::uint8_t pid, std::size_t field, BytesView data,
+                                      const ParameterContext& context = {});
+
+/// The words that a field's number stands for; empty for fields that have none.
+std::string fieldWords(std::uint8_t pid, std::size_t field, double number);
+
 } // namespace zint

@@ -211,6 +211,7 @@ constexpr std::array aftertreatmentFields = {
     Field{0x9F, "Share of fuel system B, bank 3", "G", percent, 5},
     Field{0x9F, "Share of fuel system A, bank 4", "H", percent, 6},
     Field{0x9F, "Share of fuel system B, bank 4", "I", percent, 7},
+    Field{0xA0, "Supported parameters A1 to C0", "A-D", &supportedParameters<0xA0>},
     Field{0xA1, "NOx, corrected, bank 1 sensor 1", "BC", partsPerMillion, 0, 4},
     Field{0xA1, "NOx, corrected, bank 1 sensor 2", "DE", partsPerMillion, 1, 5},
     Field{0xA1, "NOx, corrected, bank 2 sensor 1", "FG", partsPerMillion, 2, 6},
@@ -226,6 +227,8 @@ constexpr std::array aftertreatmentFields = {
     Field{0xA5, "Diesel exhaust fluid used in this drive cycle", "CD", Formula{.unit = "L", .times = 0.0005},
           1},
     Field{0xA6, "Odometer", "A-D", Formula{.unit = "km", .over = 10}},
+    Field{0xC0, "Supported parameters C1 to E0", "A-D", &supportedParameters<0xC0>},
+    Field{0xE0, "Supported parameters E1 to FF", "A-D", &supportedParameters<0xE0>},
 };
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "vehicle/monitorStatus.h"
 #include "vehicle/parameterTable.h"
 #include "vehicle/troubleCode.h"
 
@@ -98,6 +99,7 @@ constexpr std::array requirements = {
 };
 
 constexpr std::array offActive = {Word{0, "off"}, Word{1, "active"}};
+constexpr std::array ignitions = {Word{0, "spark"}, Word{1, "compression"}};
 
 constexpr std::array fuelTypes = {
     Word{0, "not available"},
@@ -178,7 +180,26 @@ constexpr Field inFourBanks(Field field)
     return field;
 }
 
+/// The monitors of 01 and 41 that are not complete. @param raw B to D
+std::string unfinishedMonitors(std::uint32_t raw)
+{
+    const std::array<std::uint8_t, 4> status{0, static_cast<std::uint8_t>(raw >> 16),
+                                             static_cast<std::uint8_t>(raw >> 8),
+                                             static_cast<std::uint8_t>(raw)};
+    std::string names;
+    for (const auto& [name, state] : readinessIn(status).monitors) {
+        if (state == MonitorState::incomplete)
+            names += (names.empty() ? "" : ", ") + monitorText(name);
+    }
+    return names.empty() ? "none" : names;
+}
+
 constexpr std::array basicFields = {
+    Field{0x00, "Supported parameters 01 to 20", "A-D", &supportedParameters<0x00>},
+    Field{0x01, "Check engine light", "A7", OneOf{offOn}},
+    Field{0x01, "Stored codes", "A6-0", plainCount},
+    Field{0x01, "Ignition", "B3", OneOf{ignitions}},
+    Field{0x01, "Monitors not complete since codes cleared", "B-D", &unfinishedMonitors},
     Field{0x02, "Code that stored the freeze frame", "AB", &freezeFrameCode},
     Field{0x03, "Fuel system 1", "A", OneOf{firstSystemStates}},
     Field{0x03, "Fuel system 2", "B", OneOf{secondSystemStates}},
@@ -204,6 +225,7 @@ constexpr std::array basicFields = {
     Field{0x1C, "OBD requirements met", "A", OneOf{requirements}},
     Field{0x1E, "Power take-off", "A0", OneOf{offActive}},
     Field{0x1F, "Time since engine start", "AB", inSeconds},
+    Field{0x20, "Supported parameters 21 to 40", "A-D", &supportedParameters<0x20>},
     Field{0x21, "Distance with check engine light on", "AB", inKilometres},
     Field{0x22, "Fuel rail pressure (above manifold vacuum)", "AB", Formula{.unit = "kPa", .times = 0.079}},
     Field{0x23, "Fuel rail pressure (gauge)", "AB", tenKilopascals},
@@ -219,6 +241,8 @@ constexpr std::array basicFields = {
     Field{0x3D, "Catalyst temperature, bank 2 sensor 1", "AB", fineCelsius},
     Field{0x3E, "Catalyst temperature, bank 1 sensor 2", "AB", fineCelsius},
     Field{0x3F, "Catalyst temperature, bank 2 sensor 2", "AB", fineCelsius},
+    Field{0x40, "Supported parameters 41 to 60", "A-D", &supportedParameters<0x40>},
+    Field{0x41, "Monitors not complete in this drive cycle", "B-D", &unfinishedMonitors},
     Field{0x42, "Control module voltage", "AB", Formula{.unit = "V", .over = 1000}},
     Field{0x43, "Absolute load", "AB", absoluteLoad},
     Field{0x44, "Commanded equivalence ratio", "AB", equivalenceRatio},
@@ -256,6 +280,7 @@ constexpr std::array basicFields = {
     Field{0x5D, "Fuel injection timing", "AB", injectionAngle},
     Field{0x5E, "Engine fuel rate", "AB", Formula{.unit = "L/h", .over = 20}},
     Field{0x5F, "Emission level", "A", OneOf{emissionLevels}},
+    Field{0x60, "Supported parameters 61 to 80", "A-D", &supportedParameters<0x60>},
 };
 
 } // namespace

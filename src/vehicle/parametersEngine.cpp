@@ -5,7 +5,6 @@
 namespace zint {
 namespace {
 
-constexpr std::array offOn = {Word{0, "off"}, Word{1, "on"}};
 constexpr std::array automaticGears = {Word{0, "park or neutral"}, Word{1, "forward or reverse"}};
 constexpr std::array manualGears = {Word{0, "neutral or clutch pressed"}, Word{1, "in gear"}};
 constexpr std::array glowPlugLamp = {Word{0, "off"}, Word{1, "on (wait to start)"}};
@@ -173,6 +172,7 @@ constexpr std::array engineFields = {
     Field{0x7F, "Engine run time, total", "B-E", inSeconds, 0},
     Field{0x7F, "Engine run time, idle", "F-I", inSeconds, 1},
     Field{0x7F, "Engine run time with power take-off", "J-M", inSeconds, 2},
+    Field{0x80, "Supported parameters 81 to A0", "A-D", &supportedParameters<0x80>},
 };
 
 } // namespace

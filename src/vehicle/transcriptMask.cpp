@@ -28,7 +28,7 @@ constexpr int serialStart = 11; // of the characters that are left out
 constexpr int bytesInFront = 3;
 constexpr int bytesInFurtherFrame = 7; // CAN
 constexpr int bytesInOlderMessage = 4;
-constexpr std::size_t frame = 16;                // digits
+constexpr std::size_t frameDigits = 16;          // digits
 constexpr std::string_view wholeAnswer = "1014"; // a first frame of CAN, with the length of 20 bytes
 constexpr std::string_view maskedDigits = "30";  // the character 0
 constexpr std::string_view repetition =
@@ -138,7 +138,7 @@ private:
     std::optional<VinPart> furtherPart(std::string_view digits) const
     {
         const auto header =
-            header_ && digits.size() == *header_ + frame ? header_ : usualHeader(digits.size());
+            header_ && digits.size() == *header_ + frameDigits ? header_ : usualHeader(digits.size());
         if (!header || digitAt(digits, *header) != 2)
             return std::nullopt;
         return VinPart{*header + 2, firstOf(digitAt(digits, *header + 1))};
@@ -148,8 +148,8 @@ private:
     static std::optional<std::size_t> usualHeader(std::size_t digits)
     {
         constexpr std::array<std::size_t, 5> known = {0, 3, 4, 8, 9};
-        const auto* const found = std::ranges::find(known, digits - std::min(digits, frame));
-        return digits < frame || found == known.end() ? std::nullopt : std::optional(*found);
+        const auto* const found = std::ranges::find(known, digits - std::min(digits, frameDigits));
+        return digits < frameDigits || found == known.end() ? std::nullopt : std::optional(*found);
     }
 
     const VinRequest& request_;

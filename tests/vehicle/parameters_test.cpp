@@ -108,11 +108,42 @@ TEST(ParametersTest, EachParameterIsAsLongAsItsFields)
         const BytesView shorter = BytesView(data).first(*length - 1);
         EXPECT_LT(parameterValues(pid, shorter, fourBanks).size(), values.size()) << number;
     }
-    EXPECT_EQ(fieldCount, 399U);
+    EXPECT_EQ(fieldCount, 412U);
     EXPECT_EQ(parameterLength(0x06), 1U);
     EXPECT_EQ(parameterLength(0x1B), 2U);
     EXPECT_EQ(parameterLength(0x8A), 41U);
     EXPECT_EQ(parameterLength(0xE0), 4U);
+}
+
+/// Files keep the numbers of conversions: no parameter may lose or exchange a field, and none has room for
+/// more than ten.
+TEST(ParametersTest, KeepTheirPlaces)
+{
+    std::string counts;
+    for (int pid = 0; pid < 256; ++pid) {
+        std::size_t fields = 0;
+        while (parameterField(static_cast<std::uint8_t>(pid), fields))
+            ++fields;
+        ASSERT_LE(fields, 10U) << pid;
+        counts += fields < 10 ? std::to_string(fields) : "X";
+    }
+    EXPECT_EQ(counts.substr(0, 0xA8), "14121122221111111111222222221111"
+                                      "11112222222211111111222222221111"
+                                      "11111111111111141111122221111111"
+                                      "11115522664846446642244444334113"
+                                      "1XX41422XXX781144381900044448218"
+                                      "14142210");
+    EXPECT_EQ(counts.find_first_not_of('0', 0xA8), 0xC0U);
+    EXPECT_EQ(parameterField(0x0C, 0)->name, "Engine speed");
+    EXPECT_EQ(parameterField(0x15, 1)->name, "Oxygen sensor trim, bank 1 sensor 2");
+    EXPECT_EQ(parameterField(0x6D, 3)->name, "Commanded fuel rail pressure B");
+    EXPECT_EQ(parameterField(0xA5, 1)->name, "Diesel exhaust fluid used in this drive cycle");
+    EXPECT_EQ(fieldWords(0x03, 0, 2), "closed loop");
+    EXPECT_EQ(fieldWords(0x01, 3, 0x076504), "Evaporative system");
+    EXPECT_EQ(readField(0x66, 1, Bytes{2, 0, 0, 0, 64})->number, 2);
+    EXPECT_EQ(readField(0x66, 0, Bytes{2, 0, 0, 0, 64}), (FieldReading{.words = "not supported"}));
+    EXPECT_EQ(readField(0x15, 1, Bytes{0x80, 0xFF}), (FieldReading{.words = "not used for trim"}));
+    EXPECT_EQ(readField(0x66, 1, Bytes{2, 0, 0, 0}), std::nullopt);
 }
 
 TEST(UnitsAndScalingTest, KnowsTheIdsOfTheStandard)

@@ -1,6 +1,6 @@
 #include "chart/window/chartPlot.h"
 
-#include "catalogue/conversion.h"
+#include "catalogue/eventValue.h"
 #include "chart/window/chartStyle.h"
 #include "platform/text.h"
 #include "shared/module1.h"
@@ -142,7 +142,7 @@ void ChartPlot::draw(const Design& design, const std::vector<std::size_t>& event
     std::ranges::sort(lines_, {}, &ChartLine::event);
     units_.clear();
     for (ChartLine* line : lines_)
-        line->setValueAxis(axisOf(toQt(unitName(line->entry.conversion))));
+        line->setValueAxis(axisOf(toQt(unitNameOf(line->entry))));
 }
 
 QCPAxis* ChartPlot::axisOf(const QString& unit)
@@ -194,7 +194,7 @@ void ChartPlot::read(ChartLine& line) const
         const double last = points.isEmpty() ? 0 : (points.constEnd() - 1)->key;
         if (sample.isFirst && !points.isEmpty())
             points.add({last, std::numeric_limits<double>::quiet_NaN()});
-        if (const auto number = convertedNumber(line.entry.conversion, sample.value))
+        if (const auto number = drawnNumber(line.entry, sample.value))
             points.add({std::max(last, sample.seconds()), *number}); // a clock may be set back
     }
 }

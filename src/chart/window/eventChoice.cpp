@@ -1,6 +1,6 @@
 #include "chart/window/eventChoice.h"
 
-#include "catalogue/conversion.h"
+#include "catalogue/eventValue.h"
 #include "platform/text.h"
 
 #include <utility>
@@ -28,7 +28,7 @@ void EventChoice::list(const Design& design)
     if (design.events != std::exchange(events_, design.events)) {
         removeRows(0, rowCount());
         for (std::size_t event = 0; event < events_.size(); ++event) {
-            if (convertedNumber(events_[event].conversion, 0))
+            if (isDrawn(events_[event]))
                 append(event);
         }
     }

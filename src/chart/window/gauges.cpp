@@ -1,6 +1,6 @@
 #include "chart/window/gauges.h"
 
-#include "catalogue/conversion.h"
+#include "catalogue/eventValue.h"
 #include "chart/gaugeReading.h"
 #include "platform/text.h"
 
@@ -62,7 +62,7 @@ private:
 };
 
 Gauge::Gauge(std::size_t number, const DesignEntry& event, QWidget* parent)
-    : QWidget(parent), unit_(toQt(unitName(event.conversion))), reader_(number, event)
+    : QWidget(parent), unit_(toQt(unitNameOf(event))), reader_(number, event)
 {
     setObjectName(QStringLiteral("gauge%1").arg(number + 1));
     setAccessibleName(toQt(event.name()));
