@@ -5,7 +5,7 @@
 namespace zint {
 namespace {
 
-using Kind = RunFiles::Kind;
+using FileKind = RunFiles::Kind;
 
 const std::string bikeHead =
     "Bike\r\n|200\r\n010D|Speed|7|1|0\r\n0105|Coolant|3|1|0\r\nEOP - end of Parms\r\nyesterday\r\n";
@@ -40,7 +40,7 @@ struct OpeningTest : PollerTest {
                panel().lengthHint + "|" + row.description + row.value + " " + row.samples;
     }
 
-    std::string saved(Kind kind)
+    std::string saved(FileKind kind)
     {
         dialogs.chosen = folder.path("saved.txt");
         poller->save(kind, poller->chooseFile(kind, RunFiles::Name::usual, dialogs));
@@ -69,7 +69,7 @@ TEST_F(OpeningTest, ALogIsShownAndNothingPolledIntoItUntilTheValuesAreReset)
                        "per loop)|0rpm 0");
     EXPECT_EQ(designs, 1) << "with the samples in place";
     EXPECT_EQ(kept.list().size(), 1U) << "the unsaved run only";
-    poller->chooseFile(Kind::log, RunFiles::Name::usual, dialogs);
+    poller->chooseFile(FileKind::log, RunFiles::Name::usual, dialogs);
     EXPECT_EQ(dialogs.asked.find("bike.log"), std::string::npos);
     start({{"010C", good}, {"010C", ""}});
     poller->openLog(bike);
@@ -79,10 +79,10 @@ TEST_F(OpeningTest, ALogIsShownAndNothingPolledIntoItUntilTheValuesAreReset)
 TEST_F(OpeningTest, AnOpenedRunIsWrittenAsItIs)
 {
     poller->openLog(bike);
-    EXPECT_EQ(saved(Kind::table), "Bike yesterday\r\n \r\nSecond(s)\tSpeed(mph)\tCoolant(C)\r\n"
-                                  "0\t24.86\t\r\n60\t31.075\t\r\n3661\t31.075\t\r\n");
-    EXPECT_EQ(saved(Kind::dump), "-1,1,0\r\n2,40,0\r\n3,50,60\r\n0,50,3661\r\n");
-    EXPECT_EQ(saved(Kind::log), bikeLog);
+    EXPECT_EQ(saved(FileKind::table), "Bike yesterday\r\n \r\nSecond(s)\tSpeed(mph)\tCoolant(C)\r\n"
+                                      "0\t24.86\t\r\n60\t31.075\t\r\n3661\t31.075\t\r\n");
+    EXPECT_EQ(saved(FileKind::dump), "-1,1,0\r\n2,40,0\r\n3,50,60\r\n0,50,3661\r\n");
+    EXPECT_EQ(saved(FileKind::log), bikeLog);
     EXPECT_NE(dialogs.asked.find("save " + folder.path() + "|bike.log|"), std::string::npos)
         << "not over it without a word";
     EXPECT_EQ(noted, "bike.log saved.txt ");
@@ -132,7 +132,7 @@ TEST_F(OpeningTest, ARunThatCouldNotBeKeptStays)
     poller->openLog(bike);
     EXPECT_TRUE(prompts.takeMessage().starts_with("The present run is not saved and can't be kept."));
     EXPECT_TRUE(prompts.reason.starts_with("The folder "));
-    saved(Kind::log);
+    saved(FileKind::log);
     poller->openLog(bike);
     EXPECT_EQ(panel().statusBox, "bike.log opened.");
 }
