@@ -40,6 +40,7 @@ struct PollPanel {
     std::string timeLimit;                                                    ///< seconds; empty: none
     std::string scnUpdate = std::to_string(pollLimits::usualRefresh.count()); ///< seconds
     bool reconnect = false; ///< by itself, when the adapter is gone or has lost its settings
+    bool combine = false;   ///< several parameters in one request
     std::string lengthHint; ///< how long a run takes, why it has ended, or when an opened one began
     std::string comStart = "&Start Polling";
     std::vector<Row> obdGrid;

@@ -50,6 +50,16 @@ std::optional<std::int32_t> pollValue(std::string_view reply)
     return static_cast<std::int32_t>(value);
 }
 
+std::optional<std::int32_t> rawValueOf(BytesView data)
+{
+    std::int64_t value = 0;
+    for (const std::uint8_t byte : data)
+        value = extended(value, 256, byte);
+    if (value > largestValue)
+        return std::nullopt;
+    return static_cast<std::int32_t>(value);
+}
+
 bool saysNoData(std::string_view reply) { return reply.starts_with("NO DATA"); }
 
 } // namespace zint

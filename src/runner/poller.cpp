@@ -25,7 +25,7 @@ Poller::Poller(Surroundings surroundings, const Design& design)
                                                  if (onLog)
                                                      onLog(path);
                                              }}),
-      pace_(design, around_.line.choice.bitsPerSecond)
+      pace_(design, around_.line.choice.bitsPerSecond), plan_(design)
 {
     around_.ticker.onTick = [this] { tick(); };
     around_.ticker.setInterval(tickInterval);
@@ -95,6 +95,8 @@ void Poller::start()
     if (samples_.isEmpty())
         state_.sinceReset.began = state_.counts.began;
     state_.sinceStart = {.watch = ReplyWatch(now()), .nextRefresh = nextRefresh()};
+    plan_.read(); // what own parameters mean may have changed
+    reader_.emplace(design_);
     prepare("Opening...");
     around_.kept.begin(design_, samples_, firstStart());
     showPace();
@@ -119,6 +121,12 @@ void Poller::limitByTime(std::chrono::seconds limit)
 {
     state_.limits.loops = RunLimits::withoutEnd;
     setTimeLimit(std::to_string(limit.count()));
+}
+
+void Poller::letCombine(bool isAllowed)
+{
+    panel_.combine = isAllowed;
+    changed();
 }
 
 std::string Poller::completedStatus()

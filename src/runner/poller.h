@@ -64,6 +64,9 @@ public:
     /// Counts at once. @param patience see Reconnection::allow()
     void letReconnect(Reconnection::Patience patience);
 
+    /// Lets events share requests, where vehicle and adapter take that. Counts at the next start.
+    void letCombine(bool isAllowed);
+
     /// Empties the store. A run that is on goes on; after an opened one the design to poll is shown again.
     void resetValues();
     void loadLog(); ///< says where logs are opened
@@ -170,14 +173,21 @@ private:
     void prepare(std::string_view status);
     void renewSettings();
     bool resume();
-    void sendNext();
+    void sendNext(std::string_view reply);
     void heard();
     void sendFirstRequest();
+    void takeCommandReply(std::string_view reply);
+    void approach();
+    void sendCommand();
+    void refuseAddress();
     void takeReply(std::string_view reply);
     void sendRequest();
-    bool belongs(std::string_view reply);
-    void judge(std::size_t event, std::string_view reply);
+    bool belongs(ReplyFit fit, std::string_view reply);
+    std::size_t tryOut(const PollRequest& request, std::string_view reply);
+    void judge(const PollRequest& request, std::string_view reply);
+    void tell(std::size_t event, const EventReading& reading);
     void store(std::size_t event, double value);
+    std::string sharingText() const;
     RunState::Counts countsFromNow() const;
     RunState::Time nextRefresh() const;
     void measure();
@@ -197,6 +207,8 @@ private:
     PollPanel panel_;
     RunFiles files_;
     RunPace pace_;
+    PollPlan plan_;
+    std::optional<ReplyReader> reader_; ///< of the last start
     Reconnection reconnection_;
     RunState state_;
     std::optional<OpenedRun> opened_; ///< its samples are in samples_

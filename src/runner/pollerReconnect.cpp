@@ -79,6 +79,10 @@ void Poller::prepare(std::string_view status)
 {
     state_.phase = Phase::preparing;
     state_.sinceStart.commands = commandsIn(openingCommands(design_));
+    for (std::string& question : openingQuestions(design_, panel_.combine))
+        state_.sinceStart.commands.push_back(std::move(question));
+    state_.sinceStart.command.clear();
+    state_.sinceStart.address = {};
     setStatus(status);
 }
 

@@ -66,13 +66,13 @@ ReplyFit fitOf(std::string_view request, std::string_view reply, bool isGood)
     return beginsWith(reply, "7F") ? ReplyFit::refused : ReplyFit::mismatch;
 }
 
-void ReplyWatch::take(std::string_view request, std::string_view reply, bool isGood, Time now)
+void ReplyWatch::take(ReplyFit fit, std::string_view reply, bool isGood, Time now)
 {
     heardAt_ = now;
     badReplies_ = isGood ? 0 : badReplies_ + 1;
     if (!isGood)
         badReply_ = firstLineOf(reply);
-    fit_ = fitOf(request, reply, isGood);
+    fit_ = fit;
     if (fit_ == ReplyFit::unknown)
         return;
     mismatches_ = fit_ == ReplyFit::match ? 0 : mismatches_ + 1;

@@ -39,7 +39,7 @@ public:
     void hear(Time now) { heardAt_ = now; }
 
     /// A request was answered. @param isGood whether the reply reads as a value
-    void take(std::string_view request, std::string_view reply, bool isGood, Time now);
+    void take(ReplyFit fit, std::string_view reply, bool isGood, Time now);
 
     /// How the last reply fitted its request.
     ReplyFit fit() const { return fit_; }

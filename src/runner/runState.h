@@ -1,7 +1,9 @@
 #pragma once
 
 #include "runner/pollLimits.h"
+#include "runner/pollPlan.h"
 #include "runner/renewal.h"
+#include "runner/replyReader.h"
 #include "runner/replyWatch.h"
 #include "runner/schedule.h"
 #include "samples/sampleStore.h"
@@ -43,8 +45,9 @@ struct RunState {
     };
 
     struct SinceReset {
-        Moment began;             ///< the first start since then; the times of samples count from it
-        bool showsValues = false; ///< there has been a refresh with samples
+        Moment began;                   ///< the first start since then; the times of samples count from it
+        bool showsValues = false;       ///< there has been a refresh with samples
+        std::vector<std::string> words; ///< by event, what the last reply told in place of a value
     };
 
     /// Since a start, or since a reset in the run.
@@ -58,8 +61,13 @@ struct RunState {
         ReplyWatch watch;
         Renewal renewal{};
         Time nextRefresh{};
-        std::deque<std::string> commands; ///< still to be sent in front of the first request
-        bool hasPolled = false;           ///< the first request has been sent
+        std::deque<std::string> commands; ///< still to be sent in front of the next request
+        std::string command;              ///< that is outstanding; empty: none
+        PollRequest request;              ///< that is outstanding, or comes behind the commands
+        BusAddress address;               ///< that the adapter has
+        VehicleTraits vehicle;
+        bool hasPolled = false; ///< the first request has been sent
+        bool hasAnswer = false; ///< a request was answered
     };
 
     Phase phase = Phase::stopped;

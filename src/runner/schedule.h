@@ -18,10 +18,6 @@ struct Turn {
 /// Whether the design has an event that is ever due; one with a frequency below 1 never is.
 bool isEverDue(const Design& design);
 
-/// The next request after a turn, possibly many loops later. Takes the same time however far that is.
-/// Legal when an event is ever due.
-Turn nextTurn(const Design& design, Turn after);
-
 /// What stands in front of the first request of a run.
 inline constexpr Turn beforeAll{.loop = -1, .event = Design::maxEvents};
 

@@ -3,6 +3,7 @@
 #include "vehicle/unitReading.h"
 
 #include <cstddef>
+#include <functional>
 
 /// The readers of the services' answers. Each adds what an answer tells to the reading of its control unit,
 /// and marks the reading as incomplete where the answer is too short for what it announces.
@@ -19,8 +20,16 @@ struct ServiceAnswer {
     const UnitReading* known = nullptr; ///< what the unit told before; null: nothing
 };
 
-void readCodes(const ServiceAnswer& answer, UnitReading& reading);          ///< 03, 07, 0A
-void readValues(const ServiceAnswer& answer, UnitReading& reading);         ///< 01
+void readCodes(const ServiceAnswer& answer, UnitReading& reading);  ///< 03, 07, 0A
+void readValues(const ServiceAnswer& answer, UnitReading& reading); ///< 01
+/// Calls a function with each parameter that an answer of mode 01 holds, and its data: all that there is when
+/// it was asked alone, otherwise as many bytes as the standard says.
+void forEachParameter(const ServiceAnswer& answer,
+                      const std::function<void(std::uint8_t pid, BytesView data)>& take);
+
+/// What a unit has told that changes the reading of other parameters. @param known null: nothing
+ParameterContext contextOf(const UnitReading* known);
+
 void readFreezeFrame(const ServiceAnswer& answer, UnitReading& reading);    ///< 02
 void readSensorTests(const ServiceAnswer& answer, UnitReading& reading);    ///< 05
 void readMonitorResults(const ServiceAnswer& answer, UnitReading& reading); ///< 06

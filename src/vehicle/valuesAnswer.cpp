@@ -18,6 +18,8 @@ Bytes largest(const UnitReading& known, std::uint8_t pid)
     return found != known.rawValues.end() ? found->second : Bytes();
 }
 
+} // namespace
+
 ParameterContext contextOf(const UnitReading* known)
 {
     if (known == nullptr)
@@ -26,6 +28,8 @@ ParameterContext contextOf(const UnitReading* known)
             .largestValues = largest(*known, 0x4F),
             .largestAirFlow = largest(*known, 0x50)};
 }
+
+namespace {
 
 /// What an undefined parameter has told, for those who know its make.
 std::vector<ParameterValue> unknownValue(BytesView data)
@@ -134,6 +138,11 @@ void readValues(const ServiceAnswer& answer, UnitReading& reading)
         }
     });
     reading.isIncomplete = reading.isIncomplete || !isWhole;
+}
+
+void forEachParameter(const ServiceAnswer& answer, const std::function<void(std::uint8_t, BytesView)>& take)
+{
+    ParameterCutter(answer, 1).cut([&](BytesView head, BytesView data) { take(head.front(), data); });
 }
 
 void readFreezeFrame(const ServiceAnswer& answer, UnitReading& reading)

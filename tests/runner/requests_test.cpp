@@ -55,12 +55,13 @@ TEST(ReplyWatchTest, TellsOfThreeRepliesThatDoNotMatch)
     ReplyWatch watch;
     for (const char* const reply :
          {"7F 01 12 \r\r>", good, "7F 01 12 \r\r>", "48 6B 10 41 0C 00 04 \r\r>", "CAN ERROR\r\r>"}) {
-        watch.take("010C", reply, pollValue(reply).has_value(), 5s); // words contradict nothing
+        watch.take(fitOf("010C", reply, pollValue(reply).has_value()), reply, pollValue(reply).has_value(),
+                   5s); // words contradict nothing
         EXPECT_EQ(watch.text(5s), "") << reply;
     }
-    watch.take("010C", "410C0004\r\r>", true, 5s);
+    watch.take(fitOf("010C", "410C0004\r\r>", true), "410C0004\r\r>", true, 5s);
     EXPECT_EQ(watch.text(15s), ReplyWatch::mismatchText) << "which silence does not mend";
-    watch.take("010C", good, true, 5s);
+    watch.take(ReplyFit::match, good, true, 5s);
     EXPECT_EQ(watch.text(5s), "");
     EXPECT_TRUE(watch.sawMismatch());
 }

@@ -1,4 +1,4 @@
-#include "runner/schedule.h"
+#include "runner/pollPlan.h"
 #include "samples/dataExport.h"
 #include "samples/dataLog.h"
 #include "samples/dataLogReader.h"
@@ -109,8 +109,9 @@ TEST(DataLogTest, FindsTheOrderOfARunAgain)
                                     {.frequency = 2000000000},
                                     {.frequency = 7, .offset = -5}});
     SampleStore samples = storeOf(design, {});
+    PollPlan plan(design);
     Turn turn{.loop = 0, .event = 0};
-    for (std::int32_t request = 0; request < 400; ++request, turn = nextTurn(design, turn)) {
+    for (std::int32_t request = 0; request < 400; ++request, turn = plan.next(turn)) {
         if (request < 200 || request % 60 < 45) // then the replies are bad
             samples.add(turn.event, request, {request < 200 ? request / 7 : request});
     }

@@ -1,0 +1,161 @@
+#include "runner/replyReader.h"
+
+#include "catalogue/eventValue.h"
+#include "catalogue/ownParameter.h"
+#include "catalogue/standardConversion.h"
+#include "runner/pollReply.h"
+#include "vehicle/parameters.h"
+#include "vehicle/serviceAnswers.h"
+#include "vehicle/vehicleReply.h"
+#include "vehicle/vehicleRequest.h"
+
+#include <algorithm>
+#include <set>
+
+namespace zint {
+namespace {
+
+constexpr const char* protocolQuestion = "ATDPN";
+constexpr std::uint8_t liveData = 0x01;
+
+/// The data of an answer by parameter.
+using ParameterData = std::map<std::uint8_t, Bytes>;
+
+/// The parameters of mode 01 in the answers to a request; of those that several units tell the first one.
+ParameterData parametersIn(const VehicleReply& reply, const VehicleRequest& request,
+                           const UnitReadings& known)
+{
+    ParameterData parameters;
+    for (const UnitMessage& message : reply.messages) {
+        if (message.isIncomplete || message.bytes.front() == refusalSign)
+            continue;
+        const ServiceAnswer answer{.service = liveData,
+                                   .data = BytesView(message.bytes).subspan(1),
+                                   .asked = BytesView(request.bytes()).subspan(1),
+                                   .known = known.empty() ? nullptr : &known.front().second};
+        forEachParameter(answer, [&](std::uint8_t pid, BytesView data) {
+            parameters.try_emplace(pid, data.begin(), data.end());
+        });
+    }
+    return parameters;
+}
+
+/// The first whole answer to a request; null when there is none.
+const UnitMessage* answerIn(const VehicleReply& reply, const VehicleRequest& request)
+{
+    const auto found = std::ranges::find_if(reply.messages, [&](const UnitMessage& message) {
+        return !message.isIncomplete && message.bytes.front() != refusalSign &&
+               message.bytes.size() >= request.bytes().size();
+    });
+    return found != reply.messages.end() ? &*found : nullptr;
+}
+
+ReplyFit fitOf(const VehicleReply& reply, bool isAnswered)
+{
+    if (isAnswered)
+        return ReplyFit::match;
+    if (reply.messages.empty())
+        return reply.error == ReplyError::garbled ? ReplyFit::mismatch : ReplyFit::unknown;
+    const bool isRefused = std::ranges::all_of(reply.messages, [](const UnitMessage& message) {
+        return message.bytes.empty() || message.bytes.front() == refusalSign;
+    });
+    return isRefused ? ReplyFit::refused : ReplyFit::unknown;
+}
+
+} // namespace
+
+void VehicleTraits::learn(std::string_view question, std::string_view reply)
+{
+    if (question == protocolQuestion) {
+        protocol = protocolIn(reply).value_or(BusProtocol::unknown);
+        return;
+    }
+    if (!VehicleRequest(question).isForVehicle() || question.empty())
+        return;
+    for (const auto& [name, told] : readExchange(question, reply, protocol, units).units)
+        merge(readingOf(units, name), told);
+}
+
+std::vector<std::string> openingQuestions(const Design& design, bool combines)
+{
+    std::set<std::uint8_t> scales;
+    bool hasAddresses = false;
+    for (const DesignEntry& event : design.events) {
+        hasAddresses =
+            hasAddresses || (event.own != nullptr && !(event.own->header + event.own->filter).empty());
+        if (const auto standard = standardConversion(event.conversion))
+            scales.insert(parameterField(standard->pid, standard->field)->scaledBy);
+    }
+    std::vector<std::string> questions;
+    if (combines || hasAddresses)
+        questions = {"0100", protocolQuestion};
+    if (scales.contains(0x4F))
+        questions.emplace_back("014F");
+    if (scales.contains(0x50))
+        questions.emplace_back("0150");
+    return questions;
+}
+
+ReplyReader::ReplyReader(const Design& design) : design_(design)
+{
+    for (std::size_t event = 0; event < design.events.size(); ++event) {
+        if (const auto& own = design.events[event].own)
+            formulas_.try_emplace(event, own->formula);
+    }
+}
+
+ReplyReader::Reading ReplyReader::read(const PollRequest& request, std::string_view reply,
+                                       const VehicleTraits& vehicle) const
+{
+    const bool isRaw = std::ranges::all_of(request.events, [this](std::size_t event) {
+        return keepsRawValues(design_.events[event].conversion);
+    });
+    if (isRaw && !request.isCombined())
+        return readRaw(request, reply);
+    const VehicleRequest asked(request.text);
+    const VehicleReply answers = readVehicleReply(request.text, reply, vehicle.protocol);
+    const UnitMessage* answer = answerIn(answers, asked);
+    const ParameterData parameters = parametersIn(answers, asked, vehicle.units);
+    Reading reading{.fit = fitOf(answers, answer != nullptr)};
+    for (const std::size_t event : request.events) {
+        const Bytes own = VehicleRequest(design_.events[event].code).bytes();
+        const bool isParameter = own.size() == 2 && own.front() == liveData;
+        EventReading told;
+        if (isParameter && parameters.contains(own[1]))
+            told = readData(event, parameters.at(own[1]), vehicle);
+        else if (!isParameter && answer != nullptr)
+            told = readData(event, BytesView(answer->bytes).subspan(asked.bytes().size()), vehicle);
+        reading.events.push_back(std::move(told));
+    }
+    return reading;
+}
+
+/// A reply to a request of the table's conversions: its first line, whatever it repeats of the request.
+ReplyReader::Reading ReplyReader::readRaw(const PollRequest& request, std::string_view reply)
+{
+    const auto value = pollValue(reply);
+    EventReading told;
+    if (value)
+        told.value = *value;
+    return {.events = std::vector(request.events.size(), told),
+            .fit = zint::fitOf(request.text, reply, value.has_value())};
+}
+
+EventReading ReplyReader::readData(std::size_t event, BytesView data, const VehicleTraits& vehicle) const
+{
+    const DesignEntry& entry = design_.events[event];
+    if (keepsRawValues(entry.conversion))
+        return {.value = rawValueOf(data)};
+    if (const auto formula = formulas_.find(event); formula != formulas_.end()) {
+        FormulaResult result = formula->second.evaluate(data);
+        return {.value = result.number, .words = std::move(result.why)};
+    }
+    const auto standard = standardConversion(entry.conversion);
+    if (!standard)
+        return {.words = "not defined here"};
+    const UnitReading* known = vehicle.units.empty() ? nullptr : &vehicle.units.front().second;
+    auto field = readField(standard->pid, standard->field, data, contextOf(known));
+    return field ? EventReading{field->number, std::move(field->words)} : EventReading{};
+}
+
+} // namespace zint
