@@ -1,7 +1,6 @@
 #include "sim/controlUnit.h"
 
 #include "sim/monitorTests.h"
-#include "sim/pidTable.h"
 #include "sim/supportBits.h"
 #include "sim/vehicleInformation.h"
 
@@ -17,6 +16,11 @@ constexpr std::uint8_t notThisOne = 0x12; // the service, but not what it was as
 constexpr std::uint8_t conditionsNotRight = 0x22;
 
 constexpr std::chrono::hours drivenBefore{30}; // since the codes were cleared for the last time
+
+void append(Message& message, const PidData& data)
+{
+    message.insert(message.end(), data.bytes().begin(), data.bytes().end());
+}
 
 bool isCan(const ProtocolTraits& protocol) { return protocol.framing == Framing::isoTp; }
 
@@ -85,6 +89,15 @@ std::uint32_t ControlUnit::monitorStatus() const
            std::uint32_t{traits.otherTests} << 8 | unfinished;
 }
 
+EngineData ControlUnit::engineData(std::chrono::microseconds moment) const
+{
+    return {.drive = driveAt(moment),
+            .monitorStatus = monitorStatus(),
+            .sinceClearing = std::chrono::duration<double>(moment - clearedAt_).count(),
+            .frozenCode = codes_.stored.empty() ? std::uint16_t{0} : codes_.stored.front(),
+            .hasFourBanks = kind_ == UnitKind::completeV};
+}
+
 bool ControlUnit::appendLiveValue(Message& message, std::uint8_t pid) const
 {
     if (isSupportItem(pid)) {
@@ -98,11 +111,8 @@ bool ControlUnit::appendLiveValue(Message& message, std::uint8_t pid) const
     const VehiclePid* const found = findPid(kind_, pid);
     if (found == nullptr)
         return false;
-    const EngineData data{.drive = driveAt(driven_),
-                          .monitorStatus = monitorStatus(),
-                          .sinceClearing = std::chrono::duration<double>(driven_ - clearedAt_).count()};
     message.push_back(pid);
-    appendNumber(message, found->encode(data), found->byteCount);
+    append(message, found->encode(engineData(driven_)));
     return true;
 }
 
@@ -135,8 +145,7 @@ Messages ControlUnit::freezeFrame(MessageView request)
     } else if (pid == causePid) {
         appendNumber(message, stored ? codes_.stored.front() : 0, 2);
     } else if (stored && found != nullptr && found->inFreezeFrame) {
-        appendNumber(message, found->encode({.drive = driveAt(storedAt), .monitorStatus = 0}),
-                     found->byteCount);
+        append(message, found->encode(engineData(storedAt)));
     } else {
         return {};
     }

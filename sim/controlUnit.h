@@ -2,6 +2,7 @@
 
 #include "sim/codeMessages.h"
 #include "sim/message.h"
+#include "sim/pidTable.h"
 #include "sim/protocols.h"
 #include "sim/unitKind.h"
 
@@ -48,6 +49,7 @@ private:
     Messages unsupported(std::uint8_t mode, std::uint8_t reason) const;
     bool appendLiveValue(Message& message, std::uint8_t pid) const;
     std::uint32_t monitorStatus() const;
+    EngineData engineData(std::chrono::microseconds moment) const;
 
     UnitKind kind_;
     const ProtocolTraits* protocol_;

@@ -1,160 +1,159 @@
 #include "sim/pidTable.h"
 
+#include "sim/completePids.h"
 #include "sim/supportBits.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <span>
 
 namespace zint {
 namespace {
 
-/// The nearest number that fits into a byte or, with the other limit, into two.
-std::uint64_t rounded(double value, double limit = 255)
+using namespace scaled;
+
+template <std::uint64_t number, int byteCount = 1>
+PidData always(const EngineData&)
 {
-    return static_cast<std::uint64_t>(std::lround(std::clamp(value, 0.0, limit)));
+    return {number, byteCount};
 }
 
-std::uint64_t percent(double value) { return rounded(value * 255 / 100); }
-std::uint64_t trim(double value) { return rounded((value + 100) * 128 / 100); }
-std::uint64_t celsius(double value) { return rounded(value + 40); }
-std::uint64_t word(double value) { return rounded(value, 65535); }
-std::uint64_t sensor(double volts, std::uint64_t trimByte) { return rounded(volts * 200) << 8 | trimByte; }
-
-std::uint64_t fuelSystem(const EngineData& e)
+PidData fuelSystem(const EngineData& e)
 {
-    constexpr std::uint64_t openCold = 0x0100;
-    constexpr std::uint64_t closedLoop = 0x0200;
-    constexpr std::uint64_t openByDriving = 0x0400;
-    if (e.drive.coolant < 50)
-        return openCold;
-    return std::abs(e.drive.acceleration) > 1.2 ? openByDriving : closedLoop;
+    constexpr std::uint8_t openCold = 0x01;
+    constexpr std::uint8_t closedLoop = 0x02;
+    constexpr std::uint8_t openByDriving = 0x04;
+    const bool isPushed = std::abs(e.drive.acceleration) > 1.2;
+    return byte(e.drive.coolant < 50 ? openCold : isPushed ? openByDriving : closedLoop, 0);
 }
 
-bool lampOn(const EngineData& e) { return e.monitorStatus >> 31 != 0; }
-std::uint64_t distance(const EngineData& e) { return word(e.sinceClearing * 0.012); } // 43 km/h
-std::uint64_t minutes(const EngineData& e) { return word(e.sinceClearing / 60); }
-std::uint64_t torque(double value) { return rounded(value + 125); }
-std::uint64_t signedWord(double value)
-{
-    return static_cast<std::uint16_t>(static_cast<std::int16_t>(std::lround(value)));
-}
+double distance(const EngineData& e) { return std::round(e.sinceClearing * 0.012); } // 43 km/h
+double minutes(const EngineData& e) { return e.sinceClearing / 60; }
 
-template <std::uint64_t number>
-std::uint64_t always(const EngineData&)
-{
-    return number;
-}
+constexpr PidScale sparkAngle{.times = 2, .offset = 64};
+constexpr PidScale volts{.byteCount = 2, .times = 1000};
+constexpr PidScale absoluteLoad{.byteCount = 2, .times = 255, .over = 100};
+constexpr PidScale ratio{.byteCount = 2, .times = 32768};
+constexpr PidScale litresPerHour{.byteCount = 2, .times = 20};
 
-std::uint64_t monitors(const EngineData& e) { return e.monitorStatus; }
-std::uint64_t cycleMonitors(const EngineData& e) { return e.monitorStatus & 0x00FFFFFF; } // without the codes
+constexpr UnitKinds compressionOnly = only(UnitKind::diesel);
 
-constexpr bool measured = true;
-constexpr bool fixed = false;
+PidData monitors(const EngineData& e) { return {e.monitorStatus, 4}; }
+PidData cycleMonitors(const EngineData& e) { return {e.monitorStatus & 0x00FFFFFF, 4}; } // without the codes
 
-constexpr std::array pids{
-    VehiclePid{0x01, 4, allUnits, fixed, monitors},
-    VehiclePid{0x03, 2, sparkEngines, measured, fuelSystem},
-    VehiclePid{0x04, 1, engines, measured, [](const EngineData& e) { return percent(e.drive.load); }},
-    VehiclePid{0x05, 1, engines, measured, [](const EngineData& e) { return celsius(e.drive.coolant); }},
-    VehiclePid{0x06, 1, sparkEngines, measured, [](const EngineData& e) { return trim(e.drive.shortTrim); }},
-    VehiclePid{0x07, 1, sparkEngines, measured, [](const EngineData& e) { return trim(e.drive.longTrim); }},
-    VehiclePid{0x0B, 1, engines, measured, [](const EngineData& e) { return rounded(e.drive.manifold); }},
-    VehiclePid{0x0C, 2, allUnits, measured,
-               [](const EngineData& e) { return word(e.drive.engineSpeed * 4); }},
-    VehiclePid{0x0D, 1, allUnits, measured, [](const EngineData& e) { return rounded(e.drive.speed); }},
-    VehiclePid{0x0E, 1, sparkEngines, measured,
-               [](const EngineData& e) { return rounded((e.drive.ignitionAdvance + 64) * 2); }},
-    VehiclePid{0x0F, 1, engines, measured, [](const EngineData& e) { return celsius(e.drive.intakeAir); }},
-    VehiclePid{0x10, 2, engines, measured, [](const EngineData& e) { return word(e.drive.airFlow * 100); }},
-    VehiclePid{0x11, 1, engines, measured, [](const EngineData& e) { return percent(e.drive.throttle); }},
-    VehiclePid{0x13, 1, sparkEngines, fixed, always<0x03>}, // both sensors of bank 1
-    VehiclePid{0x14, 2, sparkEngines, fixed,
-               [](const EngineData& e) { return sensor(e.drive.sensorBefore, trim(e.drive.shortTrim)); }},
-    VehiclePid{0x15, 2, sparkEngines, fixed,
-               [](const EngineData& e) { return sensor(e.drive.sensorBehind, 0xFF); }}, // not used for trim
-    VehiclePid{0x1C, 1, engines, fixed, always<0x01>},
-    VehiclePid{0x1F, 2, engines, fixed,
+constexpr auto commonPids = std::to_array<VehiclePid>({
+    {0x01, allUnits, fixed, monitors},
+    {0x03, sparkEngines, measured, fuelSystem},
+    {0x04, engines, measured, [](const EngineData& e) { return percent(e.drive.load); }},
+    {0x05, engines, measured, [](const EngineData& e) { return celsius(e.drive.coolant); }},
+    {0x06, sparkEngines, measured, [](const EngineData& e) { return trim(e.drive.shortTrim); }},
+    {0x07, sparkEngines, measured, [](const EngineData& e) { return trim(e.drive.longTrim); }},
+    {0x0B, engines, measured, [](const EngineData& e) { return byte(e.drive.manifold); }},
+    {0x0C, allUnits, measured,
+               [](const EngineData& e) { return turns(e.drive.engineSpeed); }},
+    {0x0D, allUnits, measured, [](const EngineData& e) { return byte(e.drive.speed); }},
+    {0x0E, sparkEngines, measured,
+               [](const EngineData& e) { return sparkAngle(e.drive.ignitionAdvance); }},
+    {0x0F, engines, measured, [](const EngineData& e) { return celsius(e.drive.intakeAir); }},
+    {0x10, engines, measured, [](const EngineData& e) { return centi(e.drive.airFlow); }},
+    {0x11, engines, measured, [](const EngineData& e) { return percent(e.drive.throttle); }},
+    {0x13, UnitKind::spark | UnitKind::sparkNewer, fixed, always<0x03>}, // both sensors of bank 1
+    {0x14, sparkEngines, fixed,
+               [](const EngineData& e) { return sensorVolts(e.drive.sensorBefore) + trim(e.drive.shortTrim); }},
+    {0x15, sparkEngines, fixed,
+               [](const EngineData& e) { return sensorVolts(e.drive.sensorBehind) + byte(0xFF); }}, // not used for trim
+    {0x1C, engines, fixed, always<0x01>},
+    {0x1F, engines, fixed,
                [](const EngineData& e) { return word(std::floor(e.drive.seconds)); }},
-    VehiclePid{0x21, 2, newerEngines, fixed, [](const EngineData& e) { return lampOn(e) ? distance(e) : 0; }},
-    VehiclePid{0x23, 2, only(UnitKind::diesel), measured,
-               [](const EngineData& e) { return word(3000 + 130 * e.drive.load); }},
-    VehiclePid{0x2C, 1, newerEngines, measured,
+    {0x21, newerEngines, fixed, [](const EngineData& e) { return word(lampOn(e) ? distance(e) : 0); }},
+    {0x23, dieselTellers, measured,
+               [](const EngineData& e) { return tenKilopascals(30000 + 1300 * e.drive.load); }},
+    {0x2C, newerEngines, measured,
                [](const EngineData& e) { return percent(e.drive.load < 60 ? 12 : 0); }},
-    VehiclePid{0x2D, 1, newerEngines, measured, [](const EngineData&) { return trim(-1.6); }},
-    VehiclePid{0x2E, 1, only(UnitKind::sparkNewer), measured, [](const EngineData&) { return percent(18); }},
-    VehiclePid{0x2F, 1, engines, fixed, [](const EngineData& e) { return percent(e.drive.fuelLevel); }},
-    VehiclePid{0x30, 1, newerEngines, fixed,
-               [](const EngineData& e) { return rounded(e.sinceClearing / 14400); }},
-    VehiclePid{0x31, 2, newerEngines, fixed, distance},
-    VehiclePid{0x32, 2, only(UnitKind::sparkNewer), fixed,
-               [](const EngineData&) { return signedWord(-120.5 * 4); }},
-    VehiclePid{0x33, 1, engines, fixed, always<99>},
-    VehiclePid{0x3C, 2, newerEngines, measured,
-               [](const EngineData& e) { return word((420 + 3 * e.drive.load + 40) * 10); }},
-    VehiclePid{0x41, 4, newerEngines | UnitKind::transmission, fixed, cycleMonitors},
-    VehiclePid{0x42, 2, newerEngines | UnitKind::transmission, measured,
-               [](const EngineData& e) { return word(13950 + 2 * e.drive.load); }},
-    VehiclePid{0x43, 2, only(UnitKind::sparkNewer), measured,
-               [](const EngineData& e) { return word(e.drive.load * 0.9 * 2.55); }},
-    VehiclePid{0x44, 2, only(UnitKind::sparkNewer), measured,
-               [](const EngineData& e) { return word((1 - e.drive.shortTrim / 400) * 32768); }},
-    VehiclePid{0x45, 1, only(UnitKind::sparkNewer), measured,
+    {0x2D, newerEngines, measured, [](const EngineData&) { return trim(-1.6); }},
+    {0x2E, newerSparkEngines, measured, [](const EngineData&) { return percent(18); }},
+    {0x2F, engines, fixed, [](const EngineData& e) { return percent(e.drive.fuelLevel); }},
+    {0x30, newerEngines, fixed,
+               [](const EngineData& e) { return byte(e.sinceClearing / 14400); }},
+    {0x31, newerEngines, fixed, [](const EngineData& e) { return word(distance(e)); }},
+    {0x32, newerSparkEngines, fixed,
+               [](const EngineData&) { return quarterPascals(-120.5); }},
+    {0x33, engines, fixed, always<99>},
+    {0x3C, newerEngines, measured,
+               [](const EngineData& e) { return fineCelsius(420 + 3 * e.drive.load); }},
+    {0x41, newerEngines | UnitKind::transmission, fixed, cycleMonitors},
+    {0x42, newerEngines | UnitKind::transmission, measured,
+               [](const EngineData& e) { return volts(13.95 + 0.002 * e.drive.load); }},
+    {0x43, newerSparkEngines, measured,
+               [](const EngineData& e) { return absoluteLoad(e.drive.load * 0.9); }},
+    {0x44, newerSparkEngines, measured,
+               [](const EngineData& e) { return ratio(1 - e.drive.shortTrim / 400); }},
+    {0x45, newerSparkEngines, measured,
                [](const EngineData& e) { return percent(e.drive.throttle - 11); }},
-    VehiclePid{0x46, 1, newerEngines, measured, [](const EngineData&) { return celsius(21); }},
-    VehiclePid{0x49, 1, newerEngines, measured,
+    {0x46, newerEngines, measured, [](const EngineData&) { return celsius(21); }},
+    {0x49, newerEngines, measured,
                [](const EngineData& e) { return percent(e.drive.throttle); }},
-    VehiclePid{0x4A, 1, newerEngines, measured,
+    {0x4A, newerEngines, measured,
                [](const EngineData& e) { return percent(e.drive.throttle / 2); }},
-    VehiclePid{0x4C, 1, only(UnitKind::sparkNewer), measured,
+    {0x4C, newerSparkEngines, measured,
                [](const EngineData& e) { return percent(e.drive.throttle); }},
-    VehiclePid{0x4D, 2, newerEngines, fixed, [](const EngineData& e) { return lampOn(e) ? minutes(e) : 0; }},
-    VehiclePid{0x4E, 2, newerEngines, fixed, minutes},
-    VehiclePid{0x51, 1, only(UnitKind::sparkNewer), fixed, always<1>},
-    VehiclePid{0x51, 1, only(UnitKind::diesel), fixed, always<4>},
-    VehiclePid{0x5C, 1, newerEngines, measured,
+    {0x4D, newerEngines, fixed, [](const EngineData& e) { return word(lampOn(e) ? minutes(e) : 0); }},
+    {0x4E, newerEngines, fixed, [](const EngineData& e) { return word(minutes(e)); }},
+    {0x51, newerSparkEngines, fixed, always<1>},
+    {0x51, compressionOnly, fixed, always<4>},
+    {0x5C, newerEngines, measured,
                [](const EngineData& e) { return celsius(e.drive.coolant + 6); }},
-    VehiclePid{0x5E, 2, newerEngines, measured,
-               [](const EngineData& e) { return word(e.drive.airFlow * 0.3 * 20); }},
-    VehiclePid{0x61, 1, only(UnitKind::diesel), measured,
+    {0x5E, newerEngines, measured,
+               [](const EngineData& e) { return litresPerHour(e.drive.airFlow * 0.3); }},
+    {0x61, dieselTellers, measured,
                [](const EngineData& e) { return torque(e.drive.load - 12); }},
-    VehiclePid{0x62, 1, only(UnitKind::diesel), measured,
+    {0x62, dieselTellers, measured,
                [](const EngineData& e) { return torque(e.drive.load - 15); }},
-    VehiclePid{0x63, 2, only(UnitKind::diesel), fixed, always<350>},
-    VehiclePid{0x64, 5, only(UnitKind::diesel), fixed, always<0x8CA0C8DCE1>},
-    VehiclePid{
-        0x66, 5, only(UnitKind::diesel), measured,
-        [](const EngineData& e) { return std::uint64_t{0x01} << 32 | word(e.drive.airFlow * 32) << 16; }},
-    VehiclePid{0x67, 3, newerEngines, measured,
+    {0x63, dieselTellers, fixed, always<350, 2>},
+    {0x64, dieselTellers, fixed, [](const EngineData&) { return torque(15, 35, 75, 95, 100); }},
+    {0x66, compressionOnly, measured,
+        [](const EngineData& e) { return byte(0x01) + airFlowSensor(e.drive.airFlow, 0); }},
+    {0x67, newerEngines, measured,
                [](const EngineData& e) {
-                   return std::uint64_t{0x03} << 16 | celsius(e.drive.coolant) << 8 |
-                          celsius(e.drive.coolant - 9);
+                   return byte(0x03) + celsius(e.drive.coolant, e.drive.coolant - 9);
                }},
-    VehiclePid{0x7A, 7, only(UnitKind::diesel), measured,
+    {0x7A, compressionOnly, measured,
                [](const EngineData& e) {
-                   return std::uint64_t{0x03} << 48 | word(e.drive.load * 8) << 32 |
-                          word(10140 + 8 * e.drive.load) << 16;
+                   return byte(0x03) + signedCenti(0.08 * e.drive.load) + centi(101.4 + 0.08 * e.drive.load) + word(0);
                }},
-    VehiclePid{0xA6, 4, newerEngines, fixed, [](const EngineData& e) { return 1234567 + distance(e) * 10; }},
-};
-static_assert(std::ranges::is_sorted(pids, {}, &VehiclePid::number));
-static_assert(std::ranges::none_of(pids, isSupportItem, &VehiclePid::number));
+    {0xA6, newerEngines, fixed, [](const EngineData& e) { return fourBytes(1234567 + distance(e) * 10); }},
+});
+
+/// Those of a complete engine come first, for it does some of the others better.
+std::span<const std::span<const VehiclePid>> pidTables()
+{
+    static const std::array<std::span<const VehiclePid>, 4> tables{completeBasicPids(), completeEnginePids(),
+                                                                   completeExhaustPids(), commonPids};
+    return tables;
+}
 
 } // namespace
 
 const VehiclePid* findPid(UnitKind unit, std::uint8_t number)
 {
-    const auto* const found = std::ranges::find_if(
-        pids, [=](const VehiclePid& pid) { return pid.number == number && contains(pid.units, unit); });
-    return found != pids.end() ? found : nullptr;
+    for (const std::span<const VehiclePid> table : pidTables()) {
+        const auto found = std::ranges::find_if(
+            table, [=](const VehiclePid& pid) { return pid.number == number && contains(pid.units, unit); });
+        if (found != table.end())
+            return &*found;
+    }
+    return nullptr;
 }
 
 std::uint32_t supportMask(UnitKind unit, std::uint8_t number, bool freezeFrame)
 {
     std::uint32_t mask = 0;
-    for (const VehiclePid& pid : pids) {
-        const bool shown = contains(pid.units, unit) && (pid.inFreezeFrame || !freezeFrame);
-        mask |= shown ? supportBit(number, pid.number) : 0;
+    for (const std::span<const VehiclePid> table : pidTables()) {
+        for (const VehiclePid& pid : table) {
+            const bool shown = contains(pid.units, unit) && (pid.inFreezeFrame || !freezeFrame);
+            mask |= shown ? supportBit(number, pid.number) : 0;
+        }
     }
     return mask;
 }

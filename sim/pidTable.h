@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sim/driveCycle.h"
+#include "sim/pidData.h"
 #include "sim/unitKind.h"
 
 #include <cstdint>
@@ -10,18 +11,26 @@ namespace zint {
 /// What a control unit knows at one moment.
 struct EngineData {
     DriveState drive;
-    std::uint32_t monitorStatus; ///< the four bytes of PID 01, the first the most significant
-    double sinceClearing = 0;    ///< seconds of driving since the codes were cleared
+    std::uint32_t monitorStatus;  ///< the four bytes of PID 01, the first the most significant
+    double sinceClearing = 0;     ///< seconds of driving since the codes were cleared
+    std::uint16_t frozenCode = 0; ///< the code that stored the freeze frame; 0: there is none
+    bool hasFourBanks = false;
 };
 
 /// One parameter of mode 01, and who has it.
 struct VehiclePid {
     std::uint8_t number;
-    int byteCount;                              ///< 1 to 8
-    UnitKinds units;                            ///< which answer it
-    bool inFreezeFrame;                         ///< measured, so stored with a trouble code
-    std::uint64_t (*encode)(const EngineData&); ///< the bytes as one number, the first the most significant
+    UnitKinds units;    ///< which answer it
+    bool inFreezeFrame; ///< measured, so stored with a trouble code
+    PidData (*encode)(const EngineData&);
 };
+
+// Words for a row.
+inline constexpr bool measured = true;
+inline constexpr bool fixed = false;
+
+/// The code of a trouble that the check engine light shows is stored.
+constexpr bool lampOn(const EngineData& e) { return e.monitorStatus >> 31 != 0; }
 
 /// @return null when such a unit does not have it
 const VehiclePid* findPid(UnitKind unit, std::uint8_t number);

@@ -177,6 +177,17 @@ constexpr auto arguments = std::to_array<SimulationArgument>({
      setUnits},
     {"diesel", "", "an engine with compression ignition, which tells more",
      vehicleFlag<&VehicleOptions::diesel, true>},
+    {"all-parameters", "", "an engine that tells all that the standard defines; CAN only",
+     vehicleFlag<&VehicleOptions::allParameters, true>},
+    {"four-banks", "", "likewise, with four banks of cylinders and full scales and ranges of its own",
+     [](SimulationOptions& options, std::string_view) {
+         options.vehicle.allParameters = true;
+         options.vehicle.fourBanks = true;
+     }},
+    {"moment", "MS", "the drive stands still so long after its start: each value stays as it is",
+     [](SimulationOptions& options, std::string_view value) {
+         options.vehicle.moment = std::chrono::milliseconds(number(value));
+     }},
     {"codes", "LIST", "stored trouble codes, such as P0133,U0123, or none",
      codeList<&VehicleOptions::storedCodes>},
     {"pending", "LIST", "pending trouble codes, or none", codeList<&VehicleOptions::pendingCodes>},

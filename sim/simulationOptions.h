@@ -23,6 +23,11 @@ struct VehicleOptions {
     std::vector<std::string> transmissionCodes{"P0741"}; ///< stored, until they are cleared
     bool diesel = false;                                 ///< compression ignition, with more parameters
     bool refusesClearing = false;
+    bool allParameters = false; ///< the engine tells all that the standard defines; on CAN only
+    bool fourBanks = false;     ///< with `allParameters`: four banks, and full scales and ranges of its own
+
+    /// The drive stands still at this time since its start: each value stays as it is. Nothing: it goes on.
+    std::optional<std::chrono::microseconds> moment;
 
     /// All but live values is announced first, and comes so much later.
     std::optional<std::chrono::microseconds> pendingResponse;

@@ -10,6 +10,9 @@ enum class UnitKind : std::uint8_t {
     sparkNewer = 2,   ///< one that tells more
     diesel = 4,       ///< compression ignition
     transmission = 8, ///< the gearbox
+    complete = 16,    ///< an engine with every parameter of the standard
+    completeV = 32,   ///< likewise, with four banks of cylinders, other ranges of sensors and full scales
+    body = 64,        ///< lights and doors: no unit of the standard, and at no address of it
 };
 
 /// Several of them.
@@ -26,8 +29,11 @@ constexpr UnitKinds operator|(UnitKinds some, UnitKind other)
 }
 constexpr bool contains(UnitKinds kinds, UnitKind kind) { return (kinds & only(kind)) != 0; }
 
-inline constexpr UnitKinds sparkEngines = UnitKind::spark | UnitKind::sparkNewer;
-inline constexpr UnitKinds newerEngines = UnitKind::sparkNewer | UnitKind::diesel;
+inline constexpr UnitKinds completeEngines = UnitKind::complete | UnitKind::completeV;
+inline constexpr UnitKinds newerSparkEngines = completeEngines | UnitKind::sparkNewer;
+inline constexpr UnitKinds sparkEngines = newerSparkEngines | UnitKind::spark;
+inline constexpr UnitKinds newerEngines = newerSparkEngines | UnitKind::diesel;
+inline constexpr UnitKinds dieselTellers = completeEngines | UnitKind::diesel; ///< of what diesels tell
 inline constexpr UnitKinds engines = sparkEngines | UnitKind::diesel;
 inline constexpr UnitKinds allUnits = engines | UnitKind::transmission;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <stdexcept>
 
 namespace zint {
 namespace {
@@ -17,6 +18,8 @@ Message foreignAnswer(std::uint8_t requestedMode)
 
 UnitKind engineKind(const VehicleOptions& options)
 {
+    if (options.allParameters)
+        return options.fourBanks ? UnitKind::completeV : UnitKind::complete;
     if (options.diesel)
         return UnitKind::diesel;
     return options.units > 1 ? UnitKind::sparkNewer : UnitKind::spark;
@@ -25,6 +28,8 @@ UnitKind engineKind(const VehicleOptions& options)
 std::vector<ControlUnit> makeUnits(const VehicleOptions& options)
 {
     const ProtocolTraits& protocol = protocolTraits(static_cast<unsigned>(options.protocol));
+    if (options.allParameters && protocol.framing != Framing::isoTp)
+        throw std::invalid_argument("A vehicle tells all parameters on CAN only");
     std::vector<ControlUnit> units;
     units.emplace_back(engineKind(options), protocol,
                        UnitCodes{.stored = parseTroubleCodes(options.storedCodes),
@@ -44,8 +49,8 @@ std::vector<ControlUnit> makeUnits(const VehicleOptions& options)
 Vehicle::Vehicle(const VehicleOptions& options)
     : protocol_(static_cast<unsigned>(options.protocol)), ignitionOn_(options.ignitionOn),
       voltage_(options.voltage), pendingResponse_(options.pendingResponse),
-      dropOutEvery_(options.dropOutEvery), foreignAnswerEvery_(options.foreignAnswerEvery),
-      units_(makeUnits(options))
+      dropOutEvery_(options.dropOutEvery), moment_(options.moment),
+      foreignAnswerEvery_(options.foreignAnswerEvery), units_(makeUnits(options))
 {
 }
 
@@ -77,8 +82,8 @@ std::vector<UnitAnswer> Vehicle::answers(std::uint32_t header, MessageView reque
     const bool isHeard = std::ranges::any_of(units_, [=](const ControlUnit& u) { return u.hears(header); });
     if (!ignitionOn_ || request.empty() || !isHeard)
         return {};
-    driven_ = now - started_.value_or(now);
-    started_ = now - driven_;
+    started_ = started_.value_or(now);
+    driven_ = moment_.value_or(now - *started_);
     ++requests_;
     std::vector<UnitAnswer> answers;
     for (std::size_t i = 0; i < units_.size(); ++i) {

@@ -25,7 +25,8 @@ struct UnitAnswer {
 /// It outlives the adapters that are plugged in one after another: cleared codes stay cleared.
 class Vehicle {
 public:
-    /// @throws std::invalid_argument when an option holds a trouble code of a wrong form
+    /// @throws std::invalid_argument when an option holds a trouble code of a wrong form, or when a vehicle
+    /// of older protocols than CAN is to tell all parameters: most don't fit into its messages
     explicit Vehicle(const VehicleOptions& options = {});
 
     /// The number by which adapters know its protocol.
@@ -60,6 +61,7 @@ private:
     std::string voltage_;
     std::optional<std::chrono::microseconds> pendingResponse_;
     int dropOutEvery_;
+    std::optional<std::chrono::microseconds> moment_;
     int foreignAnswerEvery_;
     std::vector<ControlUnit> units_;
     int requests_ = 0;

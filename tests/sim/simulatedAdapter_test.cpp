@@ -219,8 +219,9 @@ TEST(SimulatedAdapterTest, ShowsWhatVehiclesAndBussesDo)
 TEST(VehicleTest, SupportsExactlyWhatItSays)
 {
     constexpr std::uint32_t unitHeaders[] = {0x7E0, 0x7E1, 0x6C10F1, 0x6C18F1};
-    for (const char* words : {"protocol=can", "protocol=can units=2", "protocol=can diesel", "", "units=2",
-                              "diesel", "protocol=kwp-fast units=2"}) {
+    for (const char* words :
+         {"protocol=can", "protocol=can units=2", "protocol=can diesel", "protocol=can all-parameters",
+          "protocol=can four-banks units=2", "", "units=2", "diesel", "protocol=kwp-fast units=2"}) {
         Vehicle vehicle(simulated(words).vehicle);
         for (const std::uint32_t unit : unitHeaders) {
             for (const Message& kind : std::vector<Message>{

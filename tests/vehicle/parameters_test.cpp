@@ -1,13 +1,19 @@
 #include "shared/module1.h"
+#include "sim/vehicle.h"
+#include "support/parameterFigures.h"
 #include "vehicle/parameters.h"
 #include "vehicle/unitsAndScaling.h"
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <ranges>
 #include <sstream>
 
 namespace zint {
 namespace {
+
+using namespace std::chrono_literals;
 
 /// "Engine speed 864 rpm; ..." for the values of a parameter.
 std::string told(std::uint8_t pid, const Bytes& data, const ParameterContext& context = {})
@@ -144,6 +150,64 @@ TEST(ParametersTest, KeepTheirPlaces)
     EXPECT_EQ(readField(0x66, 0, Bytes{2, 0, 0, 0, 64}), (FieldReading{.words = "not supported"}));
     EXPECT_EQ(readField(0x15, 1, Bytes{0x80, 0xFF}), (FieldReading{.words = "not used for trim"}));
     EXPECT_EQ(readField(0x66, 1, Bytes{2, 0, 0, 0}), std::nullopt);
+}
+
+/// The data that the vehicle answers, by parameter.
+std::map<std::uint8_t, Bytes> allTold(Vehicle& vehicle)
+{
+    std::map<std::uint8_t, Bytes> parameters;
+    for (int pid = 0; pid < 256; ++pid) {
+        const Message request{0x01, static_cast<std::uint8_t>(pid)};
+        for (const Message& answer : vehicle.answer(request, 0s))
+            parameters[request[1]].assign(answer.begin() + 2, answer.end());
+    }
+    return parameters;
+}
+
+void expectFigures(const ParameterFigures& expected, const std::vector<ParameterValue>& values)
+{
+    auto value = values.begin();
+    for (const Figure& figure : expected.fields) {
+        if (!figure.isTold())
+            continue;
+        ASSERT_NE(value, values.end());
+        EXPECT_EQ(value->text, figure.words) << value->name;
+        EXPECT_EQ(value->number.has_value(), figure.number.has_value()) << value->name;
+        const double tolerance = figure.tolerance < 0 ? expected.tolerance : figure.tolerance;
+        EXPECT_NEAR(value->number.value_or(0), figure.number.value_or(0), tolerance + 1e-9) << value->name;
+        ++value;
+    }
+    EXPECT_EQ(value, values.end()) << "more fields than expected";
+}
+
+// A wrong scaling or place shows on either side.
+TEST(ParametersTest, EachOfTheStandardHasTheRightFigure)
+{
+    for (const bool isV : {false, true}) {
+        Vehicle vehicle(figuredVehicle(isV));
+        auto parameters = allTold(vehicle);
+        const ParameterContext context{
+            .hasFourBanks = isV, .largestValues = parameters[0x4F], .largestAirFlow = parameters[0x50]};
+        std::map<std::uint8_t, std::vector<ParameterValue>> values;
+        for (const auto& [pid, data] : parameters) {
+            EXPECT_EQ(data.size(), parameterLength(pid, context)) << "parameter " << int{pid};
+            values[pid] = parameterValues(pid, data, context);
+        }
+        std::erase_if(values, [](const auto& entry) { return entry.second.empty(); });
+        for (const ParameterFigures& expected : parameterFigures()) {
+            if (expected.banks == (isV ? Banks::two : Banks::four))
+                continue;
+            SCOPED_TRACE("parameter " + std::to_string(expected.pid) + (isV ? ", four banks" : ""));
+            expectFigures(expected, values[expected.pid]);
+            values.erase(expected.pid);
+        }
+        EXPECT_TRUE(values.empty()) << "nobody has expected parameter " << int{values.begin()->first};
+        for (const int pid : std::views::iota(0, 0xC0)) {
+            const bool isOfOtherBanks = pid == (isV ? 0x13 : 0x1D);
+            const bool isKnown = parameterLength(static_cast<std::uint8_t>(pid)).has_value();
+            EXPECT_EQ(parameters.contains(static_cast<std::uint8_t>(pid)), isKnown && !isOfOtherBanks) << pid;
+        }
+    }
 }
 
 TEST(UnitsAndScalingTest, KnowsTheIdsOfTheStandard)
