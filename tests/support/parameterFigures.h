@@ -62,6 +62,7 @@ inline const std::vector<ParameterFigures>& parameterFigures()
 {
     using enum Banks;
     static const std::vector<ParameterFigures> figures = {
+        {0x01, either, 0, {"on", 3, "spark", "Evaporative system, EGR / VVT"}},
         {0x02, either, 0, {"P0133"}},
         {0x03, either, 0, {"closed loop", "no second system"}},
         {0x04, either, 0.19804, {25.646}},
@@ -135,6 +136,7 @@ inline const std::vector<ParameterFigures>& parameterFigures()
         {0x3D, either, 0.0505, {486.938}},
         {0x3E, either, 0.0505, {436.938}},
         {0x3F, either, 0.0505, {426.938}},
+        {0x41, either, 0, {"Evaporative system, EGR / VVT"}},
         {0x42, either, 0.00051, {14.001}},
         {0x43, either, 0.19804, {23.081}},
         {0x44, either, 0.00004, {1.00685}},

@@ -193,7 +193,8 @@ TEST(ParametersTest, EachOfTheStandardHasTheRightFigure)
             EXPECT_EQ(data.size(), parameterLength(pid, context)) << "parameter " << int{pid};
             values[pid] = parameterValues(pid, data, context);
         }
-        std::erase_if(values, [](const auto& entry) { return entry.second.empty(); });
+        std::erase_if(values,
+                      [](const auto& entry) { return entry.second.empty() || entry.first % 0x20 == 0; });
         for (const ParameterFigures& expected : parameterFigures()) {
             if (expected.banks == (isV ? Banks::two : Banks::four))
                 continue;
