@@ -181,6 +181,11 @@ void Designer::setCell(std::size_t row, GridColumn column, std::string_view text
     }
 }
 
+std::vector<std::string> Designer::conversionChoices(std::size_t row) const
+{
+    return zint::conversionChoices(panel_.obdGrid.at(row));
+}
+
 void Designer::moveRow(std::size_t from, std::size_t to)
 {
     edit([&](GridRows& rows) { shiftRow(rows, from, to); });

@@ -47,6 +47,9 @@ public:
     void saveAs();
 
     void setTitle(const std::string& title);
+
+    /// The entries of the unit chooser of a row, see conversionChoices().
+    std::vector<std::string> conversionChoices(std::size_t row) const;
     void setCell(std::size_t row, GridColumn column, std::string_view text);
     void moveRow(std::size_t from, std::size_t to);
     void removeRow(std::size_t row);

@@ -3,7 +3,9 @@
 #include "catalogue/chooser.h"
 #include "catalogue/conversion.h"
 #include "catalogue/designFile.h"
+#include "catalogue/eventValue.h"
 #include "catalogue/pidCatalogue.h"
+#include "parameters/standardParameters.h"
 #include "shared/module1.h"
 #include "shared/runTimeError.h"
 
@@ -14,10 +16,76 @@
 namespace zint {
 namespace {
 
-std::string conversionText(std::int32_t conversion)
+std::string ownText(const OwnParameter& own)
 {
-    const Conversion* row = findConversion(conversion);
-    return chooserText(conversion, row != nullptr ? row->name : std::string_view());
+    return chooserText(own.number, own.name + (own.unit.empty() ? "" : ", " + own.unit));
+}
+
+std::string conversionText(const DesignEntry& row)
+{
+    if (row.own != nullptr && row.own->number == row.conversion)
+        return ownText(*row.own);
+    if (const auto standard = standardConversion(row.conversion))
+        return chooserText(row.conversion, nameOf(*standard));
+    if (const Conversion* conversion = findConversion(row.conversion))
+        return chooserText(row.conversion, conversion->name);
+    return chooserText(row.conversion, keepsRawValues(row.conversion) ? "" : "not defined here");
+}
+
+std::string withoutBlanks(std::string text)
+{
+    std::erase(text, ' ');
+    return text;
+}
+
+/// What is defined for a request: the fields of the standard's parameter, in the units of both systems where
+/// these differ, or the user's own.
+std::vector<std::string> fittingChoices(const std::string& code, std::span<const OwnParameter> own)
+{
+    std::vector<std::string> choices;
+    const auto pid = requestedParameter(code);
+    for (const StandardParameter& parameter : standardParameters()) {
+        for (const UnitSystem units : {UnitSystem::metric, UnitSystem::imperial}) {
+            const StandardConversion conversion = parameter.conversion(units);
+            if (parameter.pid == pid &&
+                (units == UnitSystem::metric || hasImperialUnit(parameter.field.unit)))
+                choices.push_back(chooserText(numberOf(conversion), nameOf(conversion)));
+        }
+    }
+    const std::string request = upperCase(withoutBlanks(code));
+    for (const OwnParameter& parameter : own) {
+        if (upperCase(withoutBlanks(parameter.request)) == request)
+            choices.push_back(ownText(parameter));
+    }
+    return choices;
+}
+
+/// Two conversions of ConversionTable for one quantity.
+struct UnitPair {
+    std::int32_t metric;
+    std::int32_t imperial;
+};
+
+constexpr std::array unitPairs = {
+    UnitPair{3, 4},   // Celsius, Fahrenheit
+    UnitPair{6, 7},   // KPH, MPH
+    UnitPair{9, 11},  // kPa, psi of air
+    UnitPair{18, 19}, // kPa, psi of fuel
+};
+
+std::int32_t inUnits(std::int32_t conversion, UnitSystem units)
+{
+    if (auto standard = standardConversion(conversion)) {
+        const bool differs = hasImperialUnit(parameterField(standard->pid, standard->field)->unit);
+        if (differs)
+            standard->units = units;
+        return numberOf(*standard);
+    }
+    for (const auto& [metric, imperial] : unitPairs) {
+        if (conversion == metric || conversion == imperial)
+            return units == UnitSystem::metric ? metric : imperial;
+    }
+    return conversion;
 }
 
 bool isTypedNumber(std::string_view text)
@@ -76,7 +144,7 @@ std::string cellText(const DesignEntry& row, GridColumn column)
     case GridColumn::description:
         return row.description;
     case GridColumn::conversion:
-        return conversionText(row.conversion);
+        return conversionText(row);
     case GridColumn::frequency:
         return std::to_string(row.frequency);
     case GridColumn::offset:
@@ -98,6 +166,7 @@ void enterText(DesignEntry& row, GridColumn column, std::string_view text)
         break;
     case GridColumn::conversion:
         row.conversion = chooserNumber(text);
+        row.own.reset();
         break;
     case GridColumn::frequency:
         row.frequency = frequencyOf(text);
@@ -108,17 +177,31 @@ void enterText(DesignEntry& row, GridColumn column, std::string_view text)
     }
 }
 
-std::vector<std::string> conversionChoices(std::int32_t conversion)
+std::vector<std::string> conversionChoices(const DesignEntry& row, std::span<const OwnParameter> own)
 {
-    std::vector<std::string> choices{conversionText(conversion)};
-    const Conversion* own = findConversion(conversion);
-    const std::int32_t family = own != nullptr ? own->conversionClass : 0;
+    std::vector<std::string> choices{conversionText(row)};
+    for (std::string& choice : fittingChoices(row.code, own)) {
+        if (chooserNumber(choice) != row.conversion)
+            choices.push_back(std::move(choice));
+    }
+    const Conversion* present = findConversion(row.conversion);
+    const std::int32_t family = present != nullptr ? present->conversionClass : 0;
     for (std::int32_t code = 0; const Conversion& other : ConversionTable) {
-        if (code != conversion && (family == 0 || other.conversionClass == family))
+        if (code != row.conversion && (family == 0 || other.conversionClass == family))
             choices.push_back(chooserText(code, other.name));
         ++code;
     }
     return choices;
+}
+
+std::size_t changeUnits(GridRows& rows, UnitSystem units)
+{
+    std::size_t changed = 0;
+    for (DesignEntry& row : rows) {
+        const std::int32_t before = std::exchange(row.conversion, inUnits(row.conversion, units));
+        changed += row.conversion != before ? 1 : 0;
+    }
+    return changed;
 }
 
 void setAllFrequencies(GridRows& rows, std::int32_t frequency)

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "catalogue/design.h"
+#include "catalogue/ownParameter.h"
+#include "catalogue/standardConversion.h"
 
 #include <array>
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,11 +40,16 @@ std::string cellText(const DesignEntry& row, GridColumn column);
 /// Writes what an editor holds into a cell. The code can't be edited and stays. As a frequency counts a
 /// number that is typed, or the one of a chooser's entry; any other text is 0.
 /// @throws RunTimeError 13 for a negative frequency or an offset that is no number, 6 for a number that is
-/// too large; NotStorable; the row is then as it was
+/// too large; NotStorable; the row is then as it was. A new conversion has no definition yet.
 void enterText(DesignEntry& row, GridColumn column, std::string_view text);
 
-/// The entries of the unit chooser for a row: its own conversion first, then those that may take its place.
-std::vector<std::string> conversionChoices(std::int32_t conversion);
+/// The entries of the unit chooser for a row: its own conversion first, then what fits its request, then
+/// those of ConversionTable that may take its place. @param own the user's parameters
+std::vector<std::string> conversionChoices(const DesignEntry& row, std::span<const OwnParameter> own = {});
+
+/// Turns the conversions of all rows into those of a system of units, where it has one for the quantity.
+/// @return how many have changed
+std::size_t changeUnits(GridRows& rows, UnitSystem units);
 
 /// Sets the frequency, 0 or 1, in all rows, and no offset.
 void setAllFrequencies(GridRows& rows, std::int32_t frequency);

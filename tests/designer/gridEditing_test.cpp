@@ -39,14 +39,47 @@ TEST(GridEditingTest, CellsTakeWhatTheirEditorsHold)
     EXPECT_EQ(row.frequency, -3) << "what a file brought may stay";
 }
 
-TEST(GridEditingTest, OffersConversionsOfTheSameFamily)
+TEST(GridEditingTest, OffersWhatFitsTheRequestAndThenTheSameFamily)
 {
-    EXPECT_EQ(conversionChoices(4), (std::vector<std::string>{"4>Fahrenheit", "3>Celsius"}));
+    const std::vector own{OwnParameter{.number = 10003, .name = "Oil", .request = "22 1940", .unit = "°C"}};
+    const auto choices = [&](const DesignEntry& row) {
+        std::string text;
+        for (const std::string& choice : conversionChoices(row, own))
+            text += choice + "; ";
+        return text;
+    };
+    EXPECT_EQ(choices({.code = "0105", .conversion = 4}),
+              "4>Fahrenheit; 1050>Coolant temperature, °C; 5050>Coolant temperature, °F; 3>Celsius; ");
+    EXPECT_EQ(choices({.code = "01 0c", .conversion = 5}), "5>RPM; 1120>Engine speed, rpm; ");
+    EXPECT_EQ(choices({.code = "0114", .conversion = 1201}).substr(0, 91),
+              "1201>Oxygen sensor trim, bank 1 sensor 1, %; 1200>Oxygen sensor voltage, bank 1 sensor 1, V");
+    EXPECT_EQ(choices({.code = "221940", .conversion = 3}), "3>Celsius; 10003>Oil, °C; 4>Fahrenheit; ");
+    for (const auto& [conversion, text] :
+         {std::pair{10003, "10003>not defined here"}, {4000, "4000>not defined here"}, {99, "99>"}})
+        EXPECT_EQ(cellText({.conversion = conversion}, GridColumn::conversion), text);
+    EXPECT_EQ(cellText({.conversion = 10003, .own = std::make_shared<OwnParameter>(own[0])},
+                       GridColumn::conversion),
+              "10003>Oil, °C");
+
     std::string sizes;
     for (std::int32_t code = 0; code < 25; ++code)
-        sizes += std::to_string(conversionChoices(code).size()) + " ";
+        sizes += std::to_string(conversionChoices({.conversion = code}).size()) + " ";
     EXPECT_EQ(sizes, "25 1 1 2 2 1 3 3 3 4 4 4 4 25 1 1 1 4 2 2 25 1 4 4 4 ");
-    EXPECT_EQ(conversionChoices(99).size(), 26U) << "a file may hold any number";
+    EXPECT_EQ(conversionChoices({.conversion = 99}).size(), 26U) << "a file may hold any number";
+}
+
+TEST(GridEditingTest, TurnsAllConversionsIntoThoseOfOneSystemOfUnits)
+{
+    GridRows rows;
+    for (const std::int32_t conversion : {1050, 1120, 3, 6, 9, 18, 17, 8, 10003, 4000})
+        rows.push_back({.conversion = conversion});
+    EXPECT_EQ(changeUnits(rows, UnitSystem::metric), 0U);
+    EXPECT_EQ(changeUnits(rows, UnitSystem::imperial), 5U);
+    std::string conversions;
+    for (const DesignEntry& row : rows)
+        conversions += std::to_string(row.conversion) + " ";
+    EXPECT_EQ(conversions, "5050 1120 4 7 11 19 17 8 10003 4000 ");
+    EXPECT_EQ(changeUnits(rows, UnitSystem::metric), 5U);
 }
 
 TEST(GridEditingTest, MovesAndSortsRows)

@@ -42,7 +42,7 @@ TEST_F(PollSetup2Test, CellsAreEditedInPlace)
     enter(3, 1, "Load");
     press("Return");
     EXPECT_EQ(cell(3, 1) + focused(), "LoadObdUnit") << "Enter moves on to the next cell";
-    EXPECT_EQ(control<QComboBox>("ObdUnit")->count(), 1);
+    EXPECT_EQ(control<QComboBox>("ObdUnit")->count(), 2);
     EXPECT_TRUE(form->isWindowModified());
     enter(3, 3, "18"); // no entry that begins so
     press("Tab");

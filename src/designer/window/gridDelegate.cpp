@@ -2,7 +2,6 @@
 
 #include "catalogue/chooser.h"
 #include "catalogue/pidCatalogue.h"
-#include "designer/gridEditing.h"
 #include "designer/window/gridModel.h"
 #include "platform/text.h"
 
@@ -68,8 +67,7 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
     switch (columnOf(index)) {
     case GridColumn::conversion: {
         auto* chooser = named(new QComboBox(parent), "ObdUnit", tr("Unit conversion"));
-        for (const std::string& choice : conversionChoices(index.data(GridModel::conversionRole).toInt()))
-            chooser->addItem(toQt(choice));
+        chooser->addItems(index.data(GridModel::choicesRole).toStringList());
         widenList(*chooser);
         return chooser;
     }

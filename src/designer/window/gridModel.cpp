@@ -39,7 +39,7 @@ bool GridModel::refresh()
     }
     takeRowCount(panel.obdGrid);
     for (std::size_t i = 0; i < rows_.size(); ++i) {
-        if (rows_[i] == panel.obdGrid[i])
+        if (rows_[i] == panel.obdGrid[i] && rows_[i].own == panel.obdGrid[i].own)
             continue;
         rows_[i] = panel.obdGrid[i];
         const auto row = static_cast<int>(i);
@@ -75,6 +75,14 @@ int GridModel::columnCount(const QModelIndex& parent) const
     return parent.isValid() ? 0 : static_cast<int>(gridHeadings.size());
 }
 
+QStringList GridModel::choicesOf(std::size_t row) const
+{
+    QStringList choices;
+    for (const std::string& choice : designer_.conversionChoices(row))
+        choices << toQt(choice);
+    return choices;
+}
+
 QVariant GridModel::data(const QModelIndex& index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
@@ -86,8 +94,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const
         return toQt(cellText(row, columnOf(index)));
     case Qt::TextAlignmentRole:
         return alignmentOf(index.column());
-    case conversionRole:
-        return row.conversion;
+    case choicesRole:
+        return choicesOf(static_cast<std::size_t>(index.row()));
     case Qt::BackgroundRole: // the text stays as it is: one reads it to enable the row
         return row.isPolled() ? QVariant()
                               : QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Window);

@@ -18,8 +18,8 @@ class GridModel final : public QAbstractTableModel {
 public:
     using Edit = std::function<void()>;
 
-    /// The role of a conversion cell's number.
-    static constexpr int conversionRole = Qt::UserRole;
+    /// The role of the entries that the unit chooser of a row has.
+    static constexpr int choicesRole = Qt::UserRole;
 
     /// @param enter runs an edit as an event of the window and tells whether it succeeded
     /// @param designer outlives the model
@@ -48,6 +48,7 @@ Q_SIGNALS:
 
 private:
     void takeRowCount(const GridRows& rows);
+    QStringList choicesOf(std::size_t row) const;
 
     Designer& designer_;
     std::function<bool(const Edit&)> enter_;
