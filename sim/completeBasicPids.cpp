@@ -7,6 +7,8 @@
 namespace zint {
 namespace {
 
+using namespace inFrame;
+
 using namespace scaled;
 
 constexpr UnitKinds fourBanksOnly = only(UnitKind::completeV);

@@ -7,6 +7,8 @@
 namespace zint {
 namespace {
 
+using namespace inFrame;
+
 using namespace scaled;
 
 constexpr PidScale wideCelsius{.over = 4, .offset = 40};

@@ -7,6 +7,8 @@
 namespace zint {
 namespace {
 
+using namespace inFrame;
+
 using namespace scaled;
 
 constexpr PidScale reagentRate{.byteCount = 2, .times = 200}; // L/h

@@ -11,6 +11,8 @@
 namespace zint {
 namespace {
 
+using namespace inFrame;
+
 using namespace scaled;
 
 template <std::uint64_t number, int byteCount = 1>

@@ -26,8 +26,10 @@ struct VehiclePid {
 };
 
 // Words for a row.
+namespace inFrame {
 inline constexpr bool measured = true;
 inline constexpr bool fixed = false;
+} // namespace inFrame
 
 /// The code of a trouble that the check engine light shows is stored.
 constexpr bool lampOn(const EngineData& e) { return e.monitorStatus >> 31 != 0; }
