@@ -1,9 +1,9 @@
 #include "runner/pollPlan.h"
 
 #include "catalogue/ownParameter.h"
+#include "parameters/standardParameters.h"
 #include "shared/module1.h"
 #include "vehicle/parameters.h"
-#include "vehicle/vehicleRequest.h"
 
 #include <algorithm>
 #include <numeric>
@@ -19,12 +19,8 @@ BusAddress addressOf(const DesignEntry& event)
 /// The parameter of mode 01 that an event asks for, and nothing else, if its length is known.
 std::optional<std::uint8_t> sharedPid(const DesignEntry& event)
 {
-    const Bytes bytes = VehicleRequest(event.code).bytes();
-    const auto digits =
-        static_cast<std::size_t>(std::ranges::count_if(event.code, [](char c) { return c != ' '; }));
-    if (bytes.size() != 2 || digits != 4 || bytes[0] != 0x01 || !parameterLength(bytes[1]))
-        return std::nullopt;
-    return bytes[1];
+    const auto pid = requestedParameter(event.code);
+    return pid && parameterLength(*pid) ? pid : std::nullopt;
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "catalogue/eventValue.h"
 #include "catalogue/ownParameter.h"
 #include "catalogue/standardConversion.h"
+#include "parameters/standardParameters.h"
 #include "runner/pollReply.h"
 #include "vehicle/parameters.h"
 #include "vehicle/serviceAnswers.h"
@@ -118,12 +119,11 @@ ReplyReader::Reading ReplyReader::read(const PollRequest& request, std::string_v
     const ParameterData parameters = parametersIn(answers, asked, vehicle.units);
     Reading reading{.fit = fitOf(answers, answer != nullptr)};
     for (const std::size_t event : request.events) {
-        const Bytes own = VehicleRequest(design_.events[event].code).bytes();
-        const bool isParameter = own.size() == 2 && own.front() == liveData;
+        const auto pid = requestedParameter(design_.events[event].code);
         EventReading told;
-        if (isParameter && parameters.contains(own[1]))
-            told = readData(event, parameters.at(own[1]), vehicle);
-        else if (!isParameter && answer != nullptr)
+        if (pid && parameters.contains(*pid))
+            told = readData(event, parameters.at(*pid), vehicle);
+        else if (!pid && answer != nullptr)
             told = readData(event, BytesView(answer->bytes).subspan(asked.bytes().size()), vehicle);
         reading.events.push_back(std::move(told));
     }

@@ -66,12 +66,14 @@ void obdPollForm::Form_Unload()
     poller_.unload();
     context().settings.save(settingsSection, "scnUpdate", std::to_string(poller_.refreshSeconds()));
     context().settings.save(settingsSection, "reconnect", poller_.panel().reconnect ? "1" : "0");
+    context().settings.save(settingsSection, "combine", poller_.panel().combine ? "1" : "0");
     context().settings.save(settingsSection, "decimalComma", ui->mnuDecimalComma->isChecked() ? "1" : "0");
 }
 
 void obdPollForm::restoreBoxes()
 {
     letReconnect(context().settings.get(settingsSection, "reconnect") == "1");
+    poller_.letCombine(context().settings.get(settingsSection, "combine") == "1");
     const char* const usual = QLocale().decimalPoint() == u',' ? "1" : "0";
     useDecimalComma(context().settings.get(settingsSection, "decimalComma", usual) == "1");
     if (const std::string stored = context().settings.get(settingsSection, "scnUpdate"); !stored.empty())
@@ -191,6 +193,7 @@ void obdPollForm::connectActions()
     takes(ui->timeLimit, &Poller::setTimeLimit);
     takes(ui->scnUpdate, &Poller::setRefresh);
     on(ui->reconnect, &QCheckBox::clicked, &obdPollForm::letReconnect);
+    on(ui->combine, &QCheckBox::clicked, [this](bool isWanted) { poller_.letCombine(isWanted); });
 }
 
 /// Polling goes on while the user chooses a file or reads why it can't be written.
@@ -266,6 +269,8 @@ void obdPollForm::paint()
         box->setEnabled(!poller_.isPolling()); // what was typed counts from the start on
     }
     ui->reconnect->setChecked(p.reconnect);
+    ui->combine->setChecked(p.combine);
+    ui->combine->setEnabled(!poller_.isPolling());
     display(*ui->comStart, {.caption = p.comStart},
             poller_.isPolling() ? "media-playback-stop" : "media-playback-start");
     if (const QKeySequence key(Qt::ALT | Qt::Key_S); ui->comStart->shortcut() != key)

@@ -1,0 +1,186 @@
+#include "catalogue/ownParameter.h"
+#include "pollerTest.h"
+
+namespace zint {
+namespace {
+
+/// Requests that tell of several events, and those under headers of their own.
+struct SharingTest : PollerTest {
+    using Exchange = std::vector<std::pair<std::string, const char*>>;
+
+    /// The last values and bad replies of the events: "6904, 50, 2 bad".
+    std::string outcome() const
+    {
+        std::string text;
+        for (const EventTotals& event : poller->samples().events()) {
+            text += text.empty() ? "" : ", ";
+            text += event.sampleCount > 0 ? std::to_string(std::lround(event.current)) : "-";
+            if (event.errorCount > 0)
+                text += ' ' + std::to_string(event.errorCount) + " bad";
+        }
+        return text;
+    }
+};
+
+constexpr const char* supported = "41 00 BE 1F A8 13 \r\r>";
+
+TEST_F(SharingTest, AsksTogetherWhatVehicleAndAdapterTakeTogether)
+{
+    const char* const three = "008 \r0: 41 0C 1A F8 0D 32 \r1: 05 7B AA AA AA AA AA \r\r>";
+    struct Row {
+        const char* what;
+        const char* protocol;
+        Exchange exchange; ///< up to the first request of the second loop
+        const char* values;
+        const char* status;
+    };
+    const Row rows[] = {
+        {"all at once", "A6\r\r>", {{"010C0D05", three}, {"010C0D05", ""}}, "6904, 50, 123", " Polling"},
+        {"in another order, from two units",
+         "6\r\r>",
+         {{"010C0D05", "41 05 7B 0C 1A F8 \r41 0D 32 0C 00 00 \r\r>"}, {"010C0D05", ""}},
+         "6904, 50, 123",
+         " Polling"},
+        {"no protocol is told: it is tried",
+         "?\r\r>",
+         {{"010C0D05", three}, {"010C0D05", ""}},
+         "6904, 50, 123",
+         " Polling"},
+        {"refused",
+         "6\r\r>",
+         {{"010C0D05", "7F 01 12 \r\r>"},
+          {"010C", "41 0C 1A F8 \r\r>"},
+          {"010D", "41 0D 32 \r\r>"},
+          {"01 05", "41 05 7B \r\r>"},
+          {"010C", ""}},
+         "6904, 50, 123",
+         "3 events are asked alone"},
+        {"the first one only",
+         "6\r\r>",
+         {{"010C0D05", "41 0C 1A F8 \r\r>"},
+          {"010D", "41 0D 32 \r\r>"},
+          {"01 05", "41 05 7B \r\r>"},
+          {"010C", ""}},
+         "6904, 50, 123",
+         "2 events are asked alone"},
+        {"one that this vehicle does not have",
+         "6\r\r>",
+         {{"010C0D05", "41 0C 1A F8 05 7B \r\r>"}, {"010D", "NO DATA\r\r>"}, {"010C05", ""}},
+         "6904, - 1 bad, 123",
+         "1 event is asked alone"},
+        {"the adapter takes no long commands",
+         "6\r\r>",
+         {{"010C0D05", "?\r\r>"}, {"010C", "41 0C 1A F8 \r\r>"}, {"010D", ""}},
+         "6904, -, -",
+         "3 events are asked alone"},
+        {"no CAN",
+         "A3\r\r>",
+         {{"010C", "41 0C 1A F8 \r\r>"}, {"010D", ""}},
+         "6904, -, -",
+         "the vehicle is not on CAN"},
+    };
+    for (const auto& [what, protocol, exchange, expected, status] : rows) {
+        SCOPED_TRACE(what);
+        makePoller({every(1, "010C"), every(1, "010D"), every(1, "01 05")});
+        poller->letCombine(true);
+        Exchange whole{{"0100", supported}, {"ATDPN", protocol}};
+        whole.insert(whole.end(), exchange.begin(), exchange.end());
+        start(whole);
+        EXPECT_EQ(outcome(), expected);
+        EXPECT_TRUE(panel().statusBox.ends_with(status)) << panel().statusBox;
+        pressStop();
+    }
+}
+
+TEST_F(SharingTest, ASharedReplyThatFailsLaterIsBadAndGivesUpInTheEnd)
+{
+    makePoller({every(1, "010C"), every(2, "0104"), every(1, "010D")});
+    poller->letCombine(true);
+    const char* const both = "41 0C 1A F8 0D 32 \r\r>";
+    start({{"0100", supported},
+           {"ATDPN", "6\r\r>"},
+           {"010C040D", "008 \r0: 41 0C 1A F8 04 FF \r1: 0D 32 AA AA \r\r>"},
+           {"010C0D", both},
+           {"010C040D", "NO DATA\r\r>"},
+           {"010C0D", "41 0C 1A \r\r>"},
+           {"010C040D", "CAN ERROR\r\r>"},
+           {"010C0D", both}, // was on its way
+           {"010C", ""}});
+    EXPECT_EQ(outcome(), "6904 3 bad, 255 2 bad, 50 3 bad");
+    EXPECT_EQ(poller->noDataCount(), 1);
+}
+
+/// Fields of the standard are read by its table, from one request and one reply for all that have one.
+TEST_F(SharingTest, ReadsTheStandardsFieldsAsTheVehicleScalesThem)
+{
+    const auto field = [](const char* code, std::int32_t conversion) {
+        return DesignEntry{.code = code, .conversion = conversion, .frequency = 1};
+    };
+    makePoller({field("0114", 1201), field("0114", 1200), field("0103", 1030), field("0134", 1521),
+                field("010C", 5)});
+    start({{"014F", "41 4F 00 00 40 00 \r\r>"},
+           {"0114", "41 14 5A FF \r\r>"},
+           {"0114", "41 14 5A FF \r\r>"},
+           {"0103", "41 03 02 00 \r\r>"},
+           {"0134", "41 34 80 00 00 00 \r\r>"},
+           {"010C", "41 0C 1A F8 \r\r>"},
+           {"0114", ""}});
+    EXPECT_EQ(outcome(), "-, 0, 2, -64, 6904") << "the current by the scale that 4F tells";
+    pressStop();
+    EXPECT_EQ(panel().obdGrid[0].value, "not used for trim");
+    EXPECT_EQ(panel().obdGrid[1].value, "0.450 V");
+    EXPECT_EQ(panel().obdGrid[2].value, "closed loop");
+    EXPECT_EQ(panel().obdGrid[4].value, "1726rpm");
+}
+
+DesignEntry own(const char* code, const char* formula, const char* header, const char* filter = "")
+{
+    const OwnParameter parameter{.number = 10000,
+                                 .request = code,
+                                 .header = header,
+                                 .filter = filter,
+                                 .formula = formula,
+                                 .unit = "V"};
+    return {.code = code,
+            .conversion = parameter.number,
+            .frequency = 1,
+            .own = std::make_shared<const OwnParameter>(parameter)};
+}
+
+TEST_F(SharingTest, SetsHeaderAndFilterWhereTheyChange)
+{
+    makePoller({every(1, "010C"), own("221940", "A-40", "7E1"), every(2, "010D"),
+                own("22F40C", "100/A", "744", "74C"), own("2101", "B", "7E1")});
+    start({{"0100", supported},
+           {"ATDPN", "A6\r\r>"},
+           {"010C", "41 0C 1A F8 \r\r>"},
+           {"010D", "41 0D 32 \r\r>"},
+           {"ATSH 7E1", "OK\r\r>"},
+           {"221940", "62 19 40 8C \r\r>"},
+           {"2101", "61 01 00 07 \r\r>"},
+           {"ATSH 744", "OK\r\r>"},
+           {"ATCRA 74C", "OK\r\r>"},
+           {"22F40C", "62 F4 0C 00 \r\r>"},
+           {"ATSH 7DF", "OK\r\r>"},
+           {"ATCRA", "?\r\r>"}, // older adapters know another way
+           {"ATAR", "OK\r\r>"},
+           {"010C", "41 0C 1A F8 \r\r>"},
+           {"ATSH 7E1", "?\r\r>"},
+           {"ATSH 7E1", "OK\r\r>"},
+           {"ATCRA", "OK\r\r>"},
+           {"2101", ""}});
+    EXPECT_EQ(outcome(), "6904, 100 1 bad, 50, -, 7");
+    const std::size_t sent =
+        std::string("ATZ|ATE0|0100|ATDPN|010C|010D|ATSH 7E1|221940|2101|ATSH 744|ATCRA 74C|"
+                    "22F40C|ATSH 7DF|ATCRA|ATAR|010C|ATSH 7E1|ATSH 7E1|ATCRA|2101|")
+            .size();
+    adapter.expect("ATD\r");
+    poller->pressStart();
+    EXPECT_EQ(panel().labelStats.substr(panel().labelStats.find("Out")),
+              "Out: " + std::to_string(sent + 4) + " Err: 1");
+    EXPECT_EQ(panel().obdGrid[1].value, "the adapter refuses ATSH 7E1");
+    EXPECT_EQ(panel().obdGrid[3].value, "division by zero");
+}
+
+} // namespace
+} // namespace zint
