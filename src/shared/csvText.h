@@ -18,11 +18,11 @@ std::string csvField(std::string_view text);
 /// Reads the rows of a stream.
 class CsvReader {
 public:
-    /// @param lines outlives this
-    explicit CsvReader(LineReader& lines) : lines_(lines) {}
+    /// @param lines outlives this. @param separator where it is known; 0: the first one in the stream tells
+    explicit CsvReader(LineReader& lines, char separator = 0) : lines_(lines), separator_(separator) {}
 
     /// The fields of the next row, at least one; nothing at the end of the stream. A line end within
-    /// quotation marks is a line feed. The first separator in the stream tells which one it has.
+    /// quotation marks is a line feed.
     /// @throws FileError as LineReader::next(), and for quotation marks that do not match
     std::optional<std::vector<std::string>> next();
 
@@ -39,7 +39,7 @@ private:
 
     LineReader& lines_;
     std::size_t number_ = 0;
-    char separator_ = 0; ///< 0: not known yet
+    char separator_; ///< 0: not known yet
     Place place_ = Place::plain;
     std::vector<std::string> fields_;
     std::size_t size_ = 0; ///< of the row

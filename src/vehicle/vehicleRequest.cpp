@@ -65,6 +65,15 @@ bool VehicleRequest::hasAsked(BytesView message, bool isCut) const
     return false;
 }
 
+std::size_t VehicleRequest::repeatedIn(BytesView answer) const
+{
+    const BytesView asked = bytes_.empty() ? BytesView() : BytesView(bytes_).subspan(1);
+    const std::size_t width = bytes_.empty() ? 0 : repeatedBytes(bytes_[0]);
+    const bool isWhole =
+        answer.size() > asked.size() && std::ranges::equal(asked, answer.subspan(1, asked.size()));
+    return std::min(answer.size(), 1 + (width == 0 && isWhole ? asked.size() : width));
+}
+
 std::optional<VehicleRequest> VehicleRequest::withoutLength() const
 {
     if (bytes_.empty() || bytes_[0] == 0 || bytes_[0] > mostFrameBytes || bytes_[0] >= bytes_.size())

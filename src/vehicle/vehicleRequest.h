@@ -2,6 +2,7 @@
 
 #include "vehicle/bytes.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -30,6 +31,10 @@ public:
     /// asked. Every service fits an empty request.
     /// @param isCut the message may end anywhere: what there is of it must fit
     bool isAnsweredBy(BytesView message, bool isCut) const;
+
+    /// How many bytes at the front of an answer repeat the request: the service, and behind it the parameter.
+    /// For services that this program does not know: the whole request if it stands there.
+    std::size_t repeatedIn(BytesView answer) const;
 
     /// The request as it is where the sender has put the frame's length in front ("02010C"); nothing where
     /// the first byte can be no such length.
