@@ -94,14 +94,6 @@ CommandResult automatic(Argument, AdapterSettings& settings, const Vehicle& vehi
     return select({}, settings, vehicle);
 }
 
-CommandResult setHeader(Argument argument, AdapterSettings& settings, const Vehicle&)
-{
-    if (argument.digits.size() != 3 && argument.digits.size() != 6)
-        return {.text = "?"};
-    settings.header = argument.value;
-    return done();
-}
-
 CommandResult setTimeout(Argument argument, AdapterSettings& settings, const Vehicle&)
 {
     settings.timeout = argument.value == 0 ? AdapterSettings::defaultTimeout : argument.value;
@@ -113,6 +105,49 @@ unsigned usedProtocol(const AdapterSettings& settings, const Vehicle& vehicle)
 {
     const bool found = settings.protocol == automaticProtocol && settings.connected;
     return found ? vehicle.protocol() : settings.protocol;
+}
+
+/// Three digits for a header of 11 bits, six for three bytes; eight with the priority of 29 bits, which is
+/// not looked at. A real one takes each of them for any protocol.
+CommandResult setHeader(Argument argument, AdapterSettings& settings, const Vehicle& vehicle)
+{
+    constexpr std::uint32_t threeBytes = 0xFFFFFF;
+    const std::size_t digits = argument.digits.size();
+    const unsigned protocol = usedProtocol(settings, vehicle);
+    const HeaderForm form = protocolTraits(protocol).headerForm;
+    const bool isKnown = settings.mindsHeaderForm && protocol != automaticProtocol;
+    const bool fits = digits == 3   ? form == HeaderForm::id11
+                      : digits == 6 ? form != HeaderForm::id11
+                                    : form == HeaderForm::id29;
+    if ((digits != 3 && digits != 6 && digits != 8) || (isKnown && !fits))
+        return {.text = "?"};
+    settings.header = argument.value & threeBytes;
+    return done();
+}
+
+template <std::optional<std::uint32_t> AdapterSettings::*member>
+CommandResult setReceived(Argument argument, AdapterSettings& settings, const Vehicle&)
+{
+    if (argument.digits.size() != 3 && argument.digits.size() != 8)
+        return {.text = "?"};
+    settings.*member = argument.value;
+    return done();
+}
+
+CommandResult setReceiveAddress(Argument argument, AdapterSettings& settings, const Vehicle& vehicle)
+{
+    constexpr std::uint32_t allBits = 0x1FFFFFFF;
+    CommandResult result = setReceived<&AdapterSettings::receiveIdentifier>(argument, settings, vehicle);
+    if (result.text == "OK")
+        settings.receiveMask = allBits;
+    return result;
+}
+
+CommandResult resetReceiveAddress(Argument, AdapterSettings& settings, const Vehicle&)
+{
+    settings.receiveIdentifier.reset();
+    settings.receiveMask.reset();
+    return done();
 }
 
 CommandResult describeProtocol(Argument, AdapterSettings& settings, const Vehicle& vehicle)
@@ -149,12 +184,12 @@ constexpr std::array commands{
     Command{"DP", 0, 0, 0, describeProtocol},
     Command{"DPN", 0, 0, 0, numberProtocol},
     Command{"PC", 0, 0, 0, disconnect},
-    Command{"SH", 3, 6, 0xFFFFFF, setHeader},
+    Command{"SH", 3, 8, 0xFFFFFFFF, setHeader},
     Command{"M", 1, 1, 1, accept},
     Command{"R", 1, 1, 1, accept},
     Command{"AL", 0, 0, 0, accept},
     Command{"NL", 0, 0, 0, accept},
-    Command{"AR", 0, 0, 0, accept},
+    Command{"AR", 0, 0, 0, resetReceiveAddress},
     Command{"SS", 0, 0, 0, accept},
     Command{"FE", 0, 0, 0, accept},
     Command{"SI", 0, 0, 0, accept},
@@ -165,8 +200,10 @@ constexpr std::array commands{
     Command{"V", 1, 1, 1, accept},
     Command{"CAF", 1, 1, 1, switchTo<&AdapterSettings::autoFormat>},
     Command{"CFC", 1, 1, 1, accept},
-    Command{"CF", 3, 8, 0xFFFFFFFF, accept},
-    Command{"CM", 3, 8, 0xFFFFFFFF, accept},
+    Command{"CF", 3, 8, 0xFFFFFFFF, setReceived<&AdapterSettings::receiveIdentifier>},
+    Command{"CM", 3, 8, 0xFFFFFFFF, setReceived<&AdapterSettings::receiveMask>},
+    Command{"CRA", 3, 8, 0xFFFFFFFF, setReceiveAddress},
+    Command{"CRA", 0, 0, 0, resetReceiveAddress},
     Command{"CP", 2, 2, 0x1F, accept},
 };
 
@@ -195,9 +232,16 @@ void AdapterSettings::restoreDefaults()
     const AdapterSettings before = *this;
     *this = {};
     lineFeedsAtPowerUp = before.lineFeedsAtPowerUp;
+    mindsHeaderForm = before.mindsHeaderForm;
     lineFeeds = before.lineFeedsAtPowerUp;
     storedProtocol = before.storedProtocol;
     protocol = before.storedProtocol;
+}
+
+ReceiveFilter AdapterSettings::filter(const ProtocolTraits& spoken) const
+{
+    return {.identifier = receiveIdentifier.value_or(spoken.receives.identifier),
+            .mask = receiveMask.value_or(spoken.receives.mask)};
 }
 
 CommandResult runCommand(std::string_view command, AdapterSettings& settings, const Vehicle& vehicle)

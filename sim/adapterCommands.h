@@ -22,10 +22,16 @@ struct AdapterSettings {
     unsigned timeout = defaultTimeout; ///< of the vehicle's answer, in units of 4 ms
     bool adaptiveTiming = true;        ///< otherwise the adapter always waits for the whole time-out
     std::optional<std::uint32_t> header;
-    unsigned protocol = automaticProtocol;       ///< chosen with "ATSP" or "ATTP"
-    unsigned storedProtocol = automaticProtocol; ///< the one of "ATSP", which survives a reset
-    bool connected = false;                      ///< to the vehicle
-    bool lineFeedsAtPowerUp = false;             ///< a matter of the adapter's wiring
+    std::optional<std::uint32_t> receiveIdentifier; ///< nothing: as the protocol has it
+    std::optional<std::uint32_t> receiveMask;       ///< likewise
+    unsigned protocol = automaticProtocol;          ///< chosen with "ATSP" or "ATTP"
+    unsigned storedProtocol = automaticProtocol;    ///< the one of "ATSP", which survives a reset
+    bool connected = false;                         ///< to the vehicle
+    bool lineFeedsAtPowerUp = false;                ///< a matter of the adapter's wiring
+    bool mindsHeaderForm = false;                   ///< likewise: refuses headers that don't fit the protocol
+
+    /// Which answers are shown.
+    ReceiveFilter filter(const ProtocolTraits& spoken) const;
 
     /// Back to what they were at power-up.
     void restoreDefaults();

@@ -1,5 +1,6 @@
 #include "sim/controlUnit.h"
 
+#include "sim/makerValues.h"
 #include "sim/monitorTests.h"
 #include "sim/supportBits.h"
 #include "sim/vehicleInformation.h"
@@ -13,7 +14,11 @@ namespace {
 
 constexpr std::uint8_t notSupported = 0x11;
 constexpr std::uint8_t notThisOne = 0x12; // the service, but not what it was asked for
+constexpr std::uint8_t wrongLength = 0x13;
 constexpr std::uint8_t conditionsNotRight = 0x22;
+constexpr std::uint8_t outOfRange = 0x31;
+
+constexpr std::uint8_t makerMode = 0x22;
 
 constexpr std::chrono::hours drivenBefore{30}; // since the codes were cleared for the last time
 
@@ -33,25 +38,28 @@ struct ControlUnit::Service {
     Messages (ControlUnit::*answer)(MessageView);
 };
 
-ControlUnit::ControlUnit(UnitKind kind, const ProtocolTraits& protocol, UnitCodes codes, bool refusesClearing)
-    : kind_(kind), protocol_(&protocol), codes_(std::move(codes)), refusesClearing_(refusesClearing),
-      clearedAt_(-drivenBefore)
+ControlUnit::ControlUnit(UnitKind kind, const ProtocolTraits& protocol, UnitCodes codes, UnitHabits habits)
+    : kind_(kind), protocol_(&protocol), codes_(std::move(codes)), habits_(habits), clearedAt_(-drivenBefore)
 {
 }
 
-bool ControlUnit::hears(std::uint32_t header) const
+Addressee ControlUnit::addressee(std::uint32_t header) const
 {
     const bool isNumbered = protocol_->headerForm == HeaderForm::id11;
-    const std::uint32_t own = isNumbered ? address().number : std::uint32_t{address().address} << 8U;
+    const std::uint32_t own =
+        isNumbered ? address().header : protocol_->unitHeader | std::uint32_t{address().address} << 8U;
     const auto hasAddressOf = [&](std::uint32_t other) {
         return ((header ^ other) & protocol_->addressBits) == 0;
     };
-    return hasAddressOf(protocol_->functionalHeader) || hasAddressOf(protocol_->unitHeader | own);
+    if (hasAddressOf(own))
+        return Addressee::thisOne;
+    const bool hearsAll = unitTraits(kind_).isOfStandard && hasAddressOf(protocol_->functionalHeader);
+    return hearsAll ? Addressee::all : Addressee::another;
 }
 
-Messages ControlUnit::answer(MessageView request, std::chrono::microseconds driven)
+Messages ControlUnit::answer(std::uint32_t header, MessageView request, std::chrono::microseconds driven)
 {
-    static constexpr std::array<Service, 9> services{{
+    static constexpr std::array<Service, 10> services{{
         {0x01, true, true, &ControlUnit::liveData},
         {0x02, true, true, &ControlUnit::freezeFrame},
         {0x03, true, true, &ControlUnit::storedCodes},
@@ -61,11 +69,15 @@ Messages ControlUnit::answer(MessageView request, std::chrono::microseconds driv
         {0x07, true, true, &ControlUnit::pendingCodes},
         {0x09, true, true, &ControlUnit::vehicleInformation},
         {0x0A, true, false, &ControlUnit::permanentCodes},
+        {makerMode, true, false, &ControlUnit::makerValue},
     }};
     driven_ = driven;
+    addressee_ = addressee(header);
     const std::uint8_t mode = request[0];
     const auto* const service = std::ranges::find(services, mode, &Service::mode);
-    if (service == services.end() || !(isCan(*protocol_) ? service->onCan : service->elsewhere))
+    const bool knowsService = unitTraits(kind_).isOfStandard || mode == makerMode;
+    if (service == services.end() || !knowsService ||
+        !(isCan(*protocol_) ? service->onCan : service->elsewhere))
         return unsupported(mode, notSupported);
     Messages messages = (this->*service->answer)(request.subspan(1));
     return messages.empty() ? unsupported(mode, notThisOne) : messages;
@@ -73,7 +85,8 @@ Messages ControlUnit::answer(MessageView request, std::chrono::microseconds driv
 
 Messages ControlUnit::unsupported(std::uint8_t mode, std::uint8_t reason) const
 {
-    return protocol_->refusesUnsupported ? Messages{{refusal, mode, reason}} : Messages{};
+    const bool refuses = protocol_->refusesUnsupported || !unitTraits(kind_).isOfStandard;
+    return refuses ? Messages{{refusal, mode, reason}} : Messages{};
 }
 
 std::uint32_t ControlUnit::monitorStatus() const
@@ -120,6 +133,14 @@ Messages ControlUnit::liveData(MessageView request)
 {
     if (request.size() > protocol_->mostPids)
         return {};
+    if (request.size() > 1) {
+        if (habits_.combined == CombinedRequests::silent)
+            return {};
+        if (habits_.combined == CombinedRequests::refused)
+            return {{refusal, 0x01, notThisOne}};
+        if (habits_.combined == CombinedRequests::firstOnly)
+            request = request.first(1);
+    }
     Message message{positiveAnswer(0x01)};
     bool answered = false;
     for (const std::uint8_t pid : request)
@@ -171,13 +192,34 @@ Messages ControlUnit::clearCodes(MessageView request)
 {
     if (!request.empty())
         return {};
-    if (refusesClearing_)
+    if (habits_.refusesClearing)
         return {{refusal, 0x04, conditionsNotRight}};
     codes_.stored.clear();
     codes_.pending.clear();
     cleared_ = true;
     clearedAt_ = driven_;
     return {Message{positiveAnswer(0x04)}};
+}
+
+/// Who asks all at once hears of those alone that have something to tell.
+Messages ControlUnit::makerRefusal(std::uint8_t reason) const
+{
+    return addressee_ == Addressee::thisOne ? Messages{{refusal, makerMode, reason}} : Messages{};
+}
+
+Messages ControlUnit::makerValue(MessageView request)
+{
+    if (!habits_.tellsMakerValues)
+        return {};
+    if (request.size() != 2)
+        return makerRefusal(wrongLength);
+    const MakerValue* const found =
+        findMakerValue(kind_, static_cast<std::uint16_t>(request[0] << 8 | request[1]));
+    if (found == nullptr)
+        return makerRefusal(outOfRange);
+    Message message{positiveAnswer(makerMode), request[0], request[1]};
+    append(message, found->encode(engineData(driven_)));
+    return {message};
 }
 
 // The three below don't change the unit, but are services like the others.

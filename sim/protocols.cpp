@@ -14,12 +14,11 @@ constexpr ProtocolTraits can11(std::string_view name, std::string_view option)
             .option = option,
             .search = "SEARCHING",
             .functionalHeader = 0x7DF,
-            .unitHeader = 0x7E0,
             .addressBits = 0x7FF,
             .mostPids = 6,
             .framing = Framing::isoTp,
             .headerForm = HeaderForm::id11,
-            .replyHeader = 0x7E8};
+            .receives = {.identifier = 0x7E8, .mask = 0x7F8}};
 }
 
 /// Headers are set without their first byte, the priority 18.
@@ -34,7 +33,8 @@ constexpr ProtocolTraits can29(std::string_view name, std::string_view option)
             .mostPids = 6,
             .framing = Framing::isoTp,
             .headerForm = HeaderForm::id29,
-            .replyHeader = 0x18DAF100};
+            .replyHeader = 0x18DAF100,
+            .receives = {.identifier = 0x18DAF100, .mask = 0x1FFFFF00}};
 }
 
 constexpr std::array<ProtocolTraits, highestProtocol + 1> protocols{{

@@ -37,6 +37,14 @@ enum class HeaderForm {
 /// What stands behind a message, where the adapter shows it.
 enum class CheckByte { none, sum, crc };
 
+/// The identifiers on a CAN bus that an adapter takes: those that are alike in the bits of the mask.
+struct ReceiveFilter {
+    std::uint32_t identifier = 0;
+    std::uint32_t mask = 0; ///< 0: it takes all
+
+    bool takes(std::uint32_t other) const { return ((identifier ^ other) & mask) == 0; }
+};
+
 /// What tells one protocol from another. Of those that no simulated vehicle speaks only the name is known.
 struct ProtocolTraits {
     std::string_view name;                          ///< the answer to "ATDP"
@@ -46,12 +54,14 @@ struct ProtocolTraits {
     int searchDots = 3;                 ///< which come one by one
     std::string_view found = {};        ///< said behind the dots
     std::uint32_t functionalHeader = 0; ///< of requests to all control units; the adapter's default
-    std::uint32_t unitHeader = 0;       ///< of requests to one alone, without its address
+    std::uint32_t unitHeader = 0;       ///< of requests to one alone, without its address; not of 11 bits
     std::uint32_t addressBits = 0;      ///< of a header: those that tell whom it addresses
     std::size_t mostPids = 1;           ///< that one request may ask for
     Framing framing = Framing::shortMessages;
     HeaderForm headerForm = HeaderForm::threeBytes;
-    std::uint32_t replyHeader = 0; ///< the bytes of an answer's header that are always the same
+    std::uint32_t replyHeader =
+        0;                       ///< the bytes of an answer's header that are always the same; not of 11 bits
+    ReceiveFilter receives = {}; ///< the answers that adapters show unless they are told otherwise
     CheckByte check = CheckByte::none;
     bool refusesUnsupported = false; ///< what a unit does not have is refused, not passed over in silence
 };

@@ -73,11 +73,11 @@ std::string messageLine(const UnitAddress& from, MessageView message, const Repl
 /// "7E8 ", or "18 DA F1 10 ".
 std::string identifier(const UnitAddress& from, const ReplyFormat& format)
 {
-    const std::uint32_t begin = format.protocol->replyHeader;
+    const std::uint32_t number = replyIdentifier(from, *format.protocol);
     if (format.protocol->headerForm == HeaderForm::id11)
-        return hexText(static_cast<std::int32_t>(begin + from.number), 3) + (format.blanks ? " " : "");
+        return hexText(static_cast<std::int32_t>(number), 3) + (format.blanks ? " " : "");
     Message bytes;
-    appendNumber(bytes, begin | from.address, 4);
+    appendNumber(bytes, number, 4);
     return bytesText(bytes, format);
 }
 
@@ -157,6 +157,13 @@ std::vector<std::string> replyLines(const UnitAddress& from, MessageView message
         return numberedLines(message, format);
     const Message shown = frames(message, format).front().data;
     return {bytesLine({}, format.showsPadding ? shown : message, format)};
+}
+
+std::uint32_t replyIdentifier(const UnitAddress& from, const ProtocolTraits& protocol)
+{
+    constexpr std::uint32_t behindRequest = 8;
+    return protocol.headerForm == HeaderForm::id11 ? from.header + behindRequest
+                                                   : protocol.replyHeader | from.address;
 }
 
 std::uint8_t checkByte(CheckByte kind, MessageView message)

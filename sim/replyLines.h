@@ -29,6 +29,9 @@ struct ReplyFormat {
 /// takes several lines, numbered frames behind a line that tells the length.
 std::vector<std::string> replyLines(const UnitAddress& from, MessageView message, const ReplyFormat& format);
 
+/// The identifier of a CAN frame that a control unit sends.
+std::uint32_t replyIdentifier(const UnitAddress& from, const ProtocolTraits& protocol);
+
 /// The byte behind a message on a bus: the lowest of the sum, or the remainder by the polynomial of SAE
 /// J1850.
 std::uint8_t checkByte(CheckByte kind, MessageView message);

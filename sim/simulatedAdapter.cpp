@@ -76,6 +76,7 @@ SimulatedAdapter::SimulatedAdapter(Vehicle& vehicle, AdapterOptions options)
       perCharacter_(characterTime(options_.bitsPerSecond))
 {
     settings_.lineFeedsAtPowerUp = options_.lineFeeds;
+    settings_.mindsHeaderForm = options_.mindsHeaderForm;
     settings_.restoreDefaults();
     portOpened();
 }
@@ -199,7 +200,8 @@ void SimulatedAdapter::runAdapterCommand(std::string_view command, Time at)
 std::optional<SimulatedAdapter::Request> SimulatedAdapter::parseRequest(std::string_view digits) const
 {
     const auto isNoDigit = [](char character) { return upperHexDigit(character) < 0; };
-    const std::size_t longest = longestRequest + (sendsWholeFrames() ? 1 : 0);
+    const std::size_t longest = std::min(longestRequest, static_cast<std::size_t>(options_.longestRequest)) +
+                                (sendsWholeFrames() ? 1 : 0);
     if (digits.size() < 2 || digits.size() / 2 > longest || std::ranges::any_of(digits, isNoDigit))
         return {};
     Request request;
@@ -305,10 +307,19 @@ ReplyFormat SimulatedAdapter::replyFormat() const
             .padding = options_.padding};
 }
 
+/// Whether the filter lets an answer through. The older buses have none.
+bool SimulatedAdapter::isReceived(const UnitAnswer& answer) const
+{
+    const ProtocolTraits& protocol = vehicle_.traits();
+    return protocol.framing != Framing::isoTp ||
+           settings_.filter(protocol).takes(replyIdentifier(answer.from, protocol));
+}
+
 SimulatedAdapter::VehicleLines SimulatedAdapter::vehicleLines(const Request& request, Time at)
 {
     const auto data = sendsWholeFrames() ? frameData(request.bytes) : MessageView(request.bytes);
     auto answers = data ? vehicle_.answers(header(), *data, at) : std::vector<UnitAnswer>{};
+    std::erase_if(answers, [this](const UnitAnswer& answer) { return !isReceived(answer); });
     if (request.expectedLines > 0)
         limitMessages(answers, request.expectedLines);
     const ReplyFormat format = replyFormat();

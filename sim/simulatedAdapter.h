@@ -76,6 +76,7 @@ private:
     Time announceConnection(Time at);
     bool sendsWholeFrames() const;
     ReplyFormat replyFormat() const;
+    bool isReceived(const UnitAnswer& answer) const;
     VehicleLines vehicleLines(const Request& request, Time at);
     void applyFaults(std::vector<std::string>& lines);
     std::string joined(const std::vector<std::string>& lines) const;

@@ -8,6 +8,7 @@
 #include <charconv>
 #include <chrono>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 namespace zint {
@@ -122,6 +123,20 @@ void codeList(SimulationOptions& options, std::string_view value)
     options.vehicle.*member = codes(value);
 }
 
+template <CombinedRequests VehicleOptions::*member>
+void combinedRequests(SimulationOptions& options, std::string_view value)
+{
+    using Way = std::pair<std::string_view, CombinedRequests>;
+    static constexpr std::array<Way, 4> ways{{{"taken", CombinedRequests::taken},
+                                              {"silent", CombinedRequests::silent},
+                                              {"refused", CombinedRequests::refused},
+                                              {"first", CombinedRequests::firstOnly}}};
+    const auto* const way = std::ranges::find(ways, value, &Way::first);
+    if (way == ways.end())
+        throw ArgumentError("\"" + std::string(value) + "\" is none of taken, silent, refused and first");
+    options.vehicle.*member = way->second;
+}
+
 template <auto VehicleOptions::*member, auto value>
 void vehicleFlag(SimulationOptions& options, std::string_view)
 {
@@ -177,13 +192,17 @@ constexpr auto arguments = std::to_array<SimulationArgument>({
      setUnits},
     {"diesel", "", "an engine with compression ignition, which tells more",
      vehicleFlag<&VehicleOptions::diesel, true>},
-    {"all-parameters", "", "an engine that tells all that the standard defines; CAN only",
+    {"all-parameters", "", "all that the standard defines, mode 22, and a body unit at 744; on CAN only",
      vehicleFlag<&VehicleOptions::allParameters, true>},
     {"four-banks", "", "likewise, with four banks of cylinders and full scales and ranges of its own",
      [](SimulationOptions& options, std::string_view) {
          options.vehicle.allParameters = true;
          options.vehicle.fourBanks = true;
      }},
+    {"combined", "WAY", "requests for several parameters: taken (the default), silent, refused, or first",
+     combinedRequests<&VehicleOptions::combined>},
+    {"transmission-combined", "WAY", "likewise, by the second control unit",
+     combinedRequests<&VehicleOptions::transmissionCombined>},
     {"moment", "MS", "the drive stands still so long after its start: each value stays as it is",
      [](SimulationOptions& options, std::string_view value) {
          options.vehicle.moment = std::chrono::milliseconds(number(value));
@@ -237,6 +256,10 @@ constexpr auto arguments = std::to_array<SimulationArgument>({
     {"no-reset-answer", "", "no answer to ATZ", flag<&Adapter::answersReset, false>},
     {"garble-every", "N", "a wrong digit in every N-th data reply", count<&Adapter::garbleEvery, 1>},
     {"refuse", "LIST", R"(adapter commands that are answered with "?", such as H1,S0)", refuse},
+    {"longest-request", "N", "bytes of a request (default 7); a longer one is answered with \"?\"",
+     count<&Adapter::longestRequest, 1>},
+    {"mind-headers", "", "ATSH is refused where its digits don't fit the protocol",
+     flag<&Adapter::mindsHeaderForm>},
     {"padding", "BYTE", "fills CAN frames up to eight bytes, such as AA",
      [](SimulationOptions& options, std::string_view value) { options.adapter.padding = byteValue(value); }},
     {"show-padding", "", "also behind short answers without headers", flag<&Adapter::showsPadding>},

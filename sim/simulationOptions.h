@@ -11,6 +11,9 @@
 
 namespace zint {
 
+/// What a control unit makes of a request for several parameters on CAN.
+enum class CombinedRequests { taken, silent, refused, firstOnly };
+
 /// The vehicle to simulate.
 struct VehicleOptions {
     VehicleProtocol protocol = VehicleProtocol::iso9141;
@@ -23,8 +26,13 @@ struct VehicleOptions {
     std::vector<std::string> transmissionCodes{"P0741"}; ///< stored, until they are cleared
     bool diesel = false;                                 ///< compression ignition, with more parameters
     bool refusesClearing = false;
-    bool allParameters = false; ///< the engine tells all that the standard defines; on CAN only
-    bool fourBanks = false;     ///< with `allParameters`: four banks, and full scales and ranges of its own
+
+    /// The engine tells all parameters of the standard; the units know mode 22, and there is one for the
+    /// body. On CAN only.
+    bool allParameters = false;
+    CombinedRequests combined = CombinedRequests::taken;             ///< by the engine
+    CombinedRequests transmissionCombined = CombinedRequests::taken; ///< by the transmission
+    bool fourBanks = false; ///< with `allParameters`: four banks, and full scales and ranges of its own
 
     /// The drive stands still at this time since its start: each value stays as it is. Nothing: it goes on.
     std::optional<std::chrono::microseconds> moment;
@@ -72,6 +80,8 @@ struct AdapterOptions {
     int garbleEvery = 0;              ///< in so many data replies, one has a wrong digit; 0: none
     std::map<int, ReplyFault> faults; ///< of the n-th request, counted from 1
 
+    int longestRequest = 7;       ///< bytes; what is longer is answered with "?"
+    bool mindsHeaderForm = false; ///< a header that does not fit the protocol is answered with "?"
     std::vector<std::string> refusedCommands; ///< without "AT"; are answered with "?"
     std::optional<std::uint8_t> padding;      ///< fills each CAN frame up to eight bytes
     bool showsPadding = false;                ///< behind short answers, too, where headers are off

@@ -39,8 +39,8 @@ inline constexpr UnitKinds allUnits = engines | UnitKind::transmission;
 
 /// By what a unit is known on the bus.
 struct UnitAddress {
-    std::uint8_t address = 0x10; ///< a byte of its header
-    std::uint8_t number = 0;     ///< of its identifiers of 11 bits: 7E8 for 0
+    std::uint8_t address = 0x10;  ///< a byte of its header
+    std::uint16_t header = 0x7E0; ///< of 11 bits, of requests to it alone; it answers with 8 more
 };
 
 /// What sets a unit apart, beside its tables. The monitors stand a bit each, as in parameter 01.
@@ -50,6 +50,7 @@ struct UnitTraits {
     std::uint8_t continuousTests; ///< B, with the bit for compression ignition
     std::uint8_t otherTests;      ///< C: which it has
     std::uint8_t unfinishedTests; ///< D: which take longer than the simulated drive
+    bool isOfStandard = true;     ///< otherwise it hears no request to all, and knows its maker's mode alone
 };
 
 const UnitTraits& unitTraits(UnitKind kind);

@@ -31,15 +31,22 @@ std::vector<ControlUnit> makeUnits(const VehicleOptions& options)
     if (options.allParameters && protocol.framing != Framing::isoTp)
         throw std::invalid_argument("A vehicle tells all parameters on CAN only");
     std::vector<ControlUnit> units;
+    if (options.allParameters) {
+        units.emplace_back(UnitKind::body, protocol, UnitCodes{}, UnitHabits{.tellsMakerValues = true});
+    }
     units.emplace_back(engineKind(options), protocol,
                        UnitCodes{.stored = parseTroubleCodes(options.storedCodes),
                                  .pending = parseTroubleCodes(options.pendingCodes),
                                  .permanent = parseTroubleCodes(options.permanentCodes)},
-                       options.refusesClearing);
+                       UnitHabits{.refusesClearing = options.refusesClearing,
+                                  .tellsMakerValues = options.allParameters,
+                                  .combined = options.combined});
     if (options.units > 1) {
         units.emplace_back(UnitKind::transmission, protocol,
                            UnitCodes{.stored = parseTroubleCodes(options.transmissionCodes)},
-                           options.refusesClearing);
+                           UnitHabits{.refusesClearing = options.refusesClearing,
+                                      .tellsMakerValues = options.allParameters,
+                                      .combined = options.transmissionCombined});
     }
     return units;
 }
@@ -61,10 +68,11 @@ bool Vehicle::isDroppedOut(std::size_t unit) const
 }
 
 /// Live values are at hand; what has to be looked up may take a while.
-void Vehicle::appendAnswer(std::vector<UnitAnswer>& answers, ControlUnit& unit, MessageView request) const
+void Vehicle::appendAnswer(std::vector<UnitAnswer>& answers, ControlUnit& unit, std::uint32_t header,
+                           MessageView request) const
 {
     constexpr std::uint8_t liveData = 0x01;
-    UnitAnswer answer{.from = unit.address(), .messages = unit.answer(request, driven_)};
+    UnitAnswer answer{.from = unit.address(), .messages = unit.answer(header, request, driven_)};
     if (answer.messages.empty())
         return;
     if (pendingResponse_ && request[0] != liveData)
@@ -88,7 +96,7 @@ std::vector<UnitAnswer> Vehicle::answers(std::uint32_t header, MessageView reque
     std::vector<UnitAnswer> answers;
     for (std::size_t i = 0; i < units_.size(); ++i) {
         if (units_[i].hears(header) && !isDroppedOut(i))
-            appendAnswer(answers, units_[i], request);
+            appendAnswer(answers, units_[i], header, request);
     }
     if (requests_ % transmissionFirstEvery == 0)
         std::ranges::reverse(answers);

@@ -54,7 +54,8 @@ public:
 
 private:
     bool isDroppedOut(std::size_t unit) const;
-    void appendAnswer(std::vector<UnitAnswer>& answers, ControlUnit& unit, MessageView request) const;
+    void appendAnswer(std::vector<UnitAnswer>& answers, ControlUnit& unit, std::uint32_t header,
+                      MessageView request) const;
 
     unsigned protocol_;
     bool ignitionOn_;

@@ -22,7 +22,7 @@ const char* const askedOfVehicles[] = {"0100",   "0120",   "0101", "010C", "03",
 
 std::string unitName(const UnitAddress& unit, bool isNumbered)
 {
-    return isNumbered ? hexText(0x7E8 + unit.number, 3) : hexText(unit.address, 2);
+    return isNumbered ? hexText(8 + unit.header, 3) : hexText(unit.address, 2);
 }
 
 /// What the units say in the end.

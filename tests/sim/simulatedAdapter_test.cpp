@@ -216,6 +216,50 @@ TEST(SimulatedAdapterTest, ShowsWhatVehiclesAndBussesDo)
     EXPECT_EQ(slow.ask("0101"), "41 01 83 07 65 04 \r\r>") << "live values are at hand";
 }
 
+// All at the moment at which ParametersTest knows every figure: 99.7 km/h, 2655 rpm.
+TEST(SimulatedAdapterTest, TakesHeadersFiltersAndCombinedRequests)
+{
+    const std::tuple<const char*, const char*, const char*> rows[] = {
+        // mode 22: the unit that has it answers; one that is asked alone refuses what it does not have
+        {"", "ATH1 221154", "7E8 04 62 11 54 85 "},
+        {"", "ATH1 222A10", // signed hundredths
+         "7E8 10 0F 62 2A 10 FF 83 00 \r7E8 21 28 00 88 FF DD FE F6 \r7E8 22 00 05 00 00 00 00 00 "},
+        {"", "ATSH7E1 221940", "62 19 40 77 "},
+        {"", "ATSH7E1 221131", "7F 22 31 "},
+        {"", "ATSH7E1 2219401941", "7F 22 13 "},
+        {"", "229999", "NO DATA"},
+        // an address that adapters don't show unless they are told to
+        {"", "ATSH744 224003", "NO DATA"},
+        {"", "ATH1 ATSH744 ATCRA74C 224003", "74C 05 62 40 03 00 B4 "},
+        {"", "ATSH744 ATCRA74C 0100", "7F 01 11 "},
+        {"", "ATCF740 ATCM7F0 ATSH744 224003", "62 40 03 00 B4 "},
+        {"", "ATCRA74C 010D", "NO DATA"},
+        {"", "ATCRA74C ATCRA 010D", "41 0D 64 \r41 0D 64 "},
+        {"", "ATCRA74C ATAR ATSH7E0 010D", "41 0D 64 "},
+        {"", "ATSH744 ATCRA74C ATD ATE0 ATH1 010C", "7E8 04 41 0C 29 7B \r7E9 04 41 0C 29 7B "},
+        {"refuse=CRA", "ATCRA74C ATCRA", "?"},
+        {"protocol=can29", "ATH1 ATSH18DA40F1 224003", "18 DA F1 40 05 62 40 03 00 B4 "},
+        {"", "ATSH7E0F", "?"},
+        {"mind-headers", "ATSP6 ATSHDA10F1", "?"},
+        {"mind-headers", "ATSP7 ATSH7E0", "?"},
+        // several parameters in one request
+        {"", "ATH1 010C0D13",
+         "7E8 10 08 41 0C 29 7B 0D 64 \r7E8 21 13 FF 00 00 00 00 00 \r7E9 06 41 0C 29 7B 0D 64 "},
+        {"interleave", "010D410C", // whose lines are whose?
+         "00B\r00B\r0: 41 0D 64 41 00 07 \r0: 41 0D 64 41 00 04 \r1: EF 84 0C 29 7B 00 00 \r"
+         "1: 00 00 0C 29 7B 00 00 "},
+        {"combined=refused", "ATH1 010C0D", "7E8 03 7F 01 12 \r7E9 06 41 0C 29 7B 0D 64 "},
+        {"combined=first transmission-combined=silent", "ATH1 010C0D", "7E8 04 41 0C 29 7B "},
+        {"combined=silent transmission-combined=silent", "010C0D", "NO DATA"},
+        {"longest-request=2", "010C0D", "?"},
+        {"longest-request=2", "010D", "41 0D 64 \r41 0D 64 "},
+    };
+    for (const auto& [words, commands, reply] : rows) {
+        const string all = string("protocol=can all-parameters units=2 moment=634500 ") + words;
+        EXPECT_EQ(converse(all, commands), reply) << words << ", " << commands;
+    }
+}
+
 TEST(VehicleTest, SupportsExactlyWhatItSays)
 {
     constexpr std::uint32_t unitHeaders[] = {0x7E0, 0x7E1, 0x6C10F1, 0x6C18F1};
@@ -259,9 +303,9 @@ TEST(SimulationArgumentsTest, AreTakenWhenTheyFit)
     SimulationOptions options;
     applySimulationArgument(options, "rubbish", R"(\0\xFCa\\\r)");
     EXPECT_EQ(options.adapter.rubbish, std::string("\0\xFC", 2) + "a\\\r");
-    for (const char* argument :
-         {"protocol=kwp", "codes=P0133,", "codes=", "latency=-1", "latency=5ms", "error=0:X",
-          "garble-every=0", "units=3", "padding=A", "drop-out=0", "rubbish=\\x1", "no-such-option="}) {
+    for (const char* argument : {"protocol=kwp", "codes=P0133,", "codes=", "latency=-1", "latency=5ms",
+                                 "error=0:X", "garble-every=0", "units=3", "padding=A", "drop-out=0",
+                                 "combined=no", "rubbish=\\x1", "no-such-option="}) {
         const auto words = std::string_view(argument);
         const auto mark = words.find('=');
         EXPECT_THROW(applySimulationArgument(options, words.substr(0, mark), words.substr(mark + 1)),
