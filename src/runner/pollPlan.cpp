@@ -118,7 +118,7 @@ void PollPlan::miss(std::size_t event)
 {
     constexpr int many = 3; // in a row: too many to be by chance
     if (++shares_.at(event).misses == many)
-        part(event);
+        shares_.at(event).isParted = true;
 }
 
 void PollPlan::part(std::size_t event)

@@ -58,7 +58,7 @@ public:
     /// An event was left out of the answer to a shared request; too often in a row, and it goes alone.
     void miss(std::size_t event);
 
-    /// An event goes alone from now on.
+    /// An event goes alone from now on, also in the loop that is on.
     void part(std::size_t event);
     bool isParted(std::size_t event) const { return shares_.at(event).isParted; }
 
