@@ -145,7 +145,7 @@ const Kind& kindOf(std::uint8_t pid)
     return *std::prev(std::ranges::upper_bound(kinds, pid, {}, &Kind::from));
 }
 
-std::int32_t frequencyOf(const Kind& kind, const ParameterField& field)
+std::int32_t frequencyOf(const Kind& kind, const FieldTraits& field)
 {
     if (field.unit == "°C")
         return aboutFiveSeconds;

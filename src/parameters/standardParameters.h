@@ -18,7 +18,7 @@ struct StandardParameter {
     std::uint8_t pid = 0;
     std::uint8_t place = 0;   ///< of the field among the parameter's, from 0
     std::string code;         ///< its request, "010C"
-    ParameterField field;     ///< name, unit and range in metric units
+    FieldTraits field;        ///< name, unit and range in metric units
     std::string_view group;   ///< "Engine and speed"
     std::int32_t frequency{}; ///< that fits: once in so many loops
 

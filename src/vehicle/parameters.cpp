@@ -173,12 +173,12 @@ std::vector<ParameterValue> parameterValues(std::uint8_t pid, BytesView data, co
     return values;
 }
 
-std::optional<ParameterField> parameterField(std::uint8_t pid, std::size_t field)
+std::optional<FieldTraits> parameterField(std::uint8_t pid, std::size_t field)
 {
     const Field* row = fieldAt(pid, field);
     if (row == nullptr)
         return std::nullopt;
-    ParameterField told{.name = fieldName(*row, pid, {})};
+    FieldTraits told{.name = fieldName(*row, pid, {})};
     const auto numbers = static_cast<double>(std::uint64_t{1} << row->place.width);
     const auto* formula = std::get_if<Formula>(&row->meaning);
     if (formula == nullptr) {

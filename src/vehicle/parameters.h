@@ -42,7 +42,7 @@ std::vector<ParameterValue> parameterValues(std::uint8_t pid, BytesView data,
                                             const ParameterContext& context = {});
 
 /// What a field of the table can tell.
-struct ParameterField {
+struct FieldTraits {
     std::string name;      ///< "Engine speed"
     std::string_view unit; ///< "rpm"; empty for words and counts without one
     bool hasWords = false; ///< its numbers stand for words
@@ -56,7 +56,7 @@ struct ParameterField {
 /// A field of a parameter. Files keep the place: it must not change.
 /// @param field its place among the parameter's, from 0
 /// @return nothing where there is none
-std::optional<ParameterField> parameterField(std::uint8_t pid, std::size_t field);
+std::optional<FieldTraits> parameterField(std::uint8_t pid, std::size_t field);
 
 /// What data say of one field: a number, or words in place of one.
 struct FieldReading {
