@@ -238,7 +238,7 @@ void AdapterSettings::restoreDefaults()
     protocol = before.storedProtocol;
 }
 
-ReceiveFilter AdapterSettings::filter(const ProtocolTraits& spoken) const
+FrameFilter AdapterSettings::filter(const ProtocolTraits& spoken) const
 {
     return {.identifier = receiveIdentifier.value_or(spoken.receives.identifier),
             .mask = receiveMask.value_or(spoken.receives.mask)};

@@ -31,7 +31,7 @@ struct AdapterSettings {
     bool mindsHeaderForm = false;                   ///< likewise: refuses headers that don't fit the protocol
 
     /// Which answers are shown.
-    ReceiveFilter filter(const ProtocolTraits& spoken) const;
+    FrameFilter filter(const ProtocolTraits& spoken) const;
 
     /// Back to what they were at power-up.
     void restoreDefaults();

@@ -7,8 +7,6 @@
 namespace zint {
 namespace {
 
-using namespace inFrame;
-
 using namespace scaled;
 
 constexpr UnitKinds fourBanksOnly = only(UnitKind::completeV);

@@ -7,8 +7,6 @@
 namespace zint {
 namespace {
 
-using namespace inFrame;
-
 using namespace scaled;
 
 constexpr PidScale wideCelsius{.over = 4, .offset = 40};

@@ -7,8 +7,6 @@
 namespace zint {
 namespace {
 
-using namespace inFrame;
-
 using namespace scaled;
 
 constexpr PidScale reagentRate{.byteCount = 2, .times = 200}; // L/h
@@ -80,7 +78,7 @@ constexpr auto exhaustPids = std::to_array<VehiclePid>({
          const double nitrogenOxides = 180 + 2 * e.drive.load;
          return byte(0x0F) + word(nitrogenOxides, 41, nitrogenOxides - 9, 37);
      }},
-    {0x84, completeEngines, measured, [](const EngineData& e) { return celsius(e.drive.coolant - 25); }},
+    {0x84, completeEngines, measured, [](const EngineData& e) { return celsius(5 + 0.8 * e.drive.coolant); }},
     {0x85, completeEngines, measured,
      [](const EngineData& e) {
          return byte(0x0F) + reagentRate(0.02 * e.drive.airFlow, 0.021 * e.drive.airFlow + 0.1) + percent(71) +

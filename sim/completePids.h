@@ -5,11 +5,17 @@
 #include <algorithm>
 #include <span>
 
-/// What an engine tells that has every parameter of the standard, beyond what others tell. Every field is
-/// supported, and no two fields of a parameter have the same value, so that one in the place of another
-/// shows.
 namespace zint {
 
+// Words for a row.
+inline constexpr bool measured = true;
+inline constexpr bool fixed = false;
+
+/// The code of a trouble that the check engine light shows is stored.
+constexpr bool lampOn(const EngineData& e) { return e.monitorStatus >> 31 != 0; }
+
+// What an engine tells that has every parameter of the standard, beyond what others tell. Every field is
+// supported, and no two numbers of a parameter are the same, so that one in the place of another shows.
 std::span<const VehiclePid> completeBasicPids();   ///< 02 to 5F
 std::span<const VehiclePid> completeEnginePids();  ///< 65 to 7F
 std::span<const VehiclePid> completeExhaustPids(); ///< from 81 on

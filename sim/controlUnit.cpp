@@ -134,11 +134,11 @@ Messages ControlUnit::liveData(MessageView request)
     if (request.size() > protocol_->mostPids)
         return {};
     if (request.size() > 1) {
-        if (habits_.combined == CombinedRequests::silent)
+        if (habits_.combined == SeveralPids::silent)
             return {};
-        if (habits_.combined == CombinedRequests::refused)
+        if (habits_.combined == SeveralPids::refused)
             return {{refusal, 0x01, notThisOne}};
-        if (habits_.combined == CombinedRequests::firstOnly)
+        if (habits_.combined == SeveralPids::firstOnly)
             request = request.first(1);
     }
     Message message{positiveAnswer(0x01)};
@@ -207,6 +207,9 @@ Messages ControlUnit::makerRefusal(std::uint8_t reason) const
     return addressee_ == Addressee::thisOne ? Messages{{refusal, makerMode, reason}} : Messages{};
 }
 
+// The four below don't change the unit, but are services like the others.
+
+// NOLINTNEXTLINE(readability-make-member-function-const)
 Messages ControlUnit::makerValue(MessageView request)
 {
     if (!habits_.tellsMakerValues)
@@ -221,8 +224,6 @@ Messages ControlUnit::makerValue(MessageView request)
     append(message, found->encode(engineData(driven_)));
     return {message};
 }
-
-// The three below don't change the unit, but are services like the others.
 
 // NOLINTNEXTLINE(readability-make-member-function-const)
 Messages ControlUnit::sensorTests(MessageView request) { return zint::sensorTests(kind_, request); }

@@ -26,7 +26,7 @@ enum class Addressee { another, all, thisOne };
 struct UnitHabits {
     bool refusesClearing = false;
     bool tellsMakerValues = false; ///< it knows mode 22
-    CombinedRequests combined = CombinedRequests::taken;
+    SeveralPids combined = SeveralPids::taken;
 };
 
 /// One control unit on the bus. What it answers depends on the drive; what is cleared stays so.

@@ -11,8 +11,6 @@
 namespace zint {
 namespace {
 
-using namespace inFrame;
-
 using namespace scaled;
 
 template <std::uint64_t number, int byteCount = 1>

@@ -25,15 +25,6 @@ struct VehiclePid {
     PidData (*encode)(const EngineData&);
 };
 
-// Words for a row.
-namespace inFrame {
-inline constexpr bool measured = true;
-inline constexpr bool fixed = false;
-} // namespace inFrame
-
-/// The code of a trouble that the check engine light shows is stored.
-constexpr bool lampOn(const EngineData& e) { return e.monitorStatus >> 31 != 0; }
-
 /// @return null when such a unit does not have it
 const VehiclePid* findPid(UnitKind unit, std::uint8_t number);
 

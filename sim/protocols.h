@@ -38,7 +38,7 @@ enum class HeaderForm {
 enum class CheckByte { none, sum, crc };
 
 /// The identifiers on a CAN bus that an adapter takes: those that are alike in the bits of the mask.
-struct ReceiveFilter {
+struct FrameFilter {
     std::uint32_t identifier = 0;
     std::uint32_t mask = 0; ///< 0: it takes all
 
@@ -60,8 +60,8 @@ struct ProtocolTraits {
     Framing framing = Framing::shortMessages;
     HeaderForm headerForm = HeaderForm::threeBytes;
     std::uint32_t replyHeader =
-        0;                       ///< the bytes of an answer's header that are always the same; not of 11 bits
-    ReceiveFilter receives = {}; ///< the answers that adapters show unless they are told otherwise
+        0;                     ///< the bytes of an answer's header that are always the same; not of 11 bits
+    FrameFilter receives = {}; ///< the answers that adapters show unless they are told otherwise
     CheckByte check = CheckByte::none;
     bool refusesUnsupported = false; ///< what a unit does not have is refused, not passed over in silence
 };

@@ -123,14 +123,14 @@ void codeList(SimulationOptions& options, std::string_view value)
     options.vehicle.*member = codes(value);
 }
 
-template <CombinedRequests VehicleOptions::*member>
+template <SeveralPids VehicleOptions::*member>
 void combinedRequests(SimulationOptions& options, std::string_view value)
 {
-    using Way = std::pair<std::string_view, CombinedRequests>;
-    static constexpr std::array<Way, 4> ways{{{"taken", CombinedRequests::taken},
-                                              {"silent", CombinedRequests::silent},
-                                              {"refused", CombinedRequests::refused},
-                                              {"first", CombinedRequests::firstOnly}}};
+    using Way = std::pair<std::string_view, SeveralPids>;
+    static constexpr std::array<Way, 4> ways{{{"taken", SeveralPids::taken},
+                                              {"silent", SeveralPids::silent},
+                                              {"refused", SeveralPids::refused},
+                                              {"first", SeveralPids::firstOnly}}};
     const auto* const way = std::ranges::find(ways, value, &Way::first);
     if (way == ways.end())
         throw ArgumentError("\"" + std::string(value) + "\" is none of taken, silent, refused and first");
@@ -192,7 +192,7 @@ constexpr auto arguments = std::to_array<SimulationArgument>({
      setUnits},
     {"diesel", "", "an engine with compression ignition, which tells more",
      vehicleFlag<&VehicleOptions::diesel, true>},
-    {"all-parameters", "", "all that the standard defines, mode 22, and a body unit at 744; on CAN only",
+    {"all-parameters", "", "all of the standard, values of the maker (mode 22), a body unit at 744; CAN only",
      vehicleFlag<&VehicleOptions::allParameters, true>},
     {"four-banks", "", "likewise, with four banks of cylinders and full scales and ranges of its own",
      [](SimulationOptions& options, std::string_view) {
@@ -293,7 +293,7 @@ void applySimulationArgument(SimulationOptions& options, std::string_view name, 
 
 std::string argumentHelp(std::string_view name, std::string_view valueName, std::string_view help)
 {
-    constexpr std::size_t helpColumn = 28;
+    constexpr std::size_t helpColumn = 30;
     std::string line = "  --";
     line += name;
     line += valueName.empty() ? "" : " ";

@@ -12,7 +12,7 @@
 namespace zint {
 
 /// What a control unit makes of a request for several parameters on CAN.
-enum class CombinedRequests { taken, silent, refused, firstOnly };
+enum class SeveralPids { taken, silent, refused, firstOnly };
 
 /// The vehicle to simulate.
 struct VehicleOptions {
@@ -30,8 +30,8 @@ struct VehicleOptions {
     /// The engine tells all parameters of the standard; the units know mode 22, and there is one for the
     /// body. On CAN only.
     bool allParameters = false;
-    CombinedRequests combined = CombinedRequests::taken;             ///< by the engine
-    CombinedRequests transmissionCombined = CombinedRequests::taken; ///< by the transmission
+    SeveralPids combined = SeveralPids::taken;             ///< by the engine
+    SeveralPids transmissionCombined = SeveralPids::taken; ///< by the transmission
     bool fourBanks = false; ///< with `allParameters`: four banks, and full scales and ranges of its own
 
     /// The drive stands still at this time since its start: each value stays as it is. Nothing: it goes on.

@@ -15,10 +15,10 @@ using namespace std::chrono_literals;
 /// The messages of each, which on the older buses carry numbers in place of an order.
 using ByUnit = std::map<std::string, std::multiset<Message>>;
 
-const char* const askedOfVehicles[] = {"0100",   "0120",   "0101", "010C", "03",   "07",     "0A",
-                                       "020000", "020200", "0600", "0601", "0621", "050101", "0900",
-                                       "0902",   "0904",   "0906", "0908", "090A", "0903",   "020C00",
-                                       "04",     "017A",   "090B", "0A",   "03"};
+const char* const askedOfVehicles[] = {
+    "0100", "0120", "0101",   "010C",   "03",   "07",   "0A",   "020000", "020200",
+    "0600", "0601", "0621",   "050101", "0900", "0902", "0904", "0906",   "0908",
+    "090A", "0903", "020C00", "04",     "017A", "090B", "0A",   "03",     "010C0D0411050F"};
 
 std::string unitName(const UnitAddress& unit, bool isNumbered)
 {
