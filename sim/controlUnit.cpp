@@ -133,17 +133,24 @@ Messages ControlUnit::liveData(MessageView request)
 {
     if (request.size() > protocol_->mostPids)
         return {};
-    if (request.size() > 1) {
-        if (habits_.combined == SeveralPids::silent)
-            return {};
-        if (habits_.combined == SeveralPids::refused)
-            return {{refusal, 0x01, notThisOne}};
-        if (habits_.combined == SeveralPids::firstOnly)
-            request = request.first(1);
+    Message pids(request.begin(), request.end());
+    switch (pids.size() > 1 ? habits_.combined : SeveralPids::taken) {
+    case SeveralPids::silent:
+        return {};
+    case SeveralPids::refused:
+        return {{refusal, 0x01, notThisOne}};
+    case SeveralPids::firstOnly:
+        pids.resize(1);
+        break;
+    case SeveralPids::sorted:
+        std::ranges::sort(pids);
+        break;
+    case SeveralPids::taken:
+        break;
     }
     Message message{positiveAnswer(0x01)};
     bool answered = false;
-    for (const std::uint8_t pid : request)
+    for (const std::uint8_t pid : pids)
         answered |= appendLiveValue(message, pid);
     return answered ? Messages{message} : Messages{};
 }

@@ -127,13 +127,15 @@ template <SeveralPids VehicleOptions::*member>
 void combinedRequests(SimulationOptions& options, std::string_view value)
 {
     using Way = std::pair<std::string_view, SeveralPids>;
-    static constexpr std::array<Way, 4> ways{{{"taken", SeveralPids::taken},
+    static constexpr std::array<Way, 5> ways{{{"taken", SeveralPids::taken},
+                                              {"sorted", SeveralPids::sorted},
                                               {"silent", SeveralPids::silent},
                                               {"refused", SeveralPids::refused},
                                               {"first", SeveralPids::firstOnly}}};
     const auto* const way = std::ranges::find(ways, value, &Way::first);
     if (way == ways.end())
-        throw ArgumentError("\"" + std::string(value) + "\" is none of taken, silent, refused and first");
+        throw ArgumentError("\"" + std::string(value) +
+                            "\" is none of taken, sorted, first, silent and refused");
     options.vehicle.*member = way->second;
 }
 
@@ -199,7 +201,8 @@ constexpr auto arguments = std::to_array<SimulationArgument>({
          options.vehicle.allParameters = true;
          options.vehicle.fourBanks = true;
      }},
-    {"combined", "WAY", "requests for several parameters: taken (the default), silent, refused, or first",
+    {"combined", "WAY",
+     "requests for several parameters: taken (the default), sorted, first, silent, refused",
      combinedRequests<&VehicleOptions::combined>},
     {"transmission-combined", "WAY", "likewise, by the second control unit",
      combinedRequests<&VehicleOptions::transmissionCombined>},

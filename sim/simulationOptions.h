@@ -12,7 +12,13 @@
 namespace zint {
 
 /// What a control unit makes of a request for several parameters on CAN.
-enum class SeveralPids { taken, silent, refused, firstOnly };
+enum class SeveralPids {
+    taken,
+    sorted, ///< likewise, and answers in the order of their numbers
+    firstOnly,
+    silent,
+    refused,
+};
 
 /// The vehicle to simulate.
 struct VehicleOptions {
@@ -27,8 +33,8 @@ struct VehicleOptions {
     bool diesel = false;                                 ///< compression ignition, with more parameters
     bool refusesClearing = false;
 
-    /// The engine tells all parameters of the standard; the units know mode 22, and there is one for the
-    /// body. On CAN only.
+    /// The engine tells all parameters of the standard, whether `diesel` or not; the units know mode 22, and
+    /// there is one for the body. On CAN only.
     bool allParameters = false;
     SeveralPids combined = SeveralPids::taken;             ///< by the engine
     SeveralPids transmissionCombined = SeveralPids::taken; ///< by the transmission

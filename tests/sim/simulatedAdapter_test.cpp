@@ -249,7 +249,8 @@ TEST(SimulatedAdapterTest, TakesHeadersFiltersAndCombinedRequests)
          "00B\r00B\r0: 41 0D 64 41 00 07 \r0: 41 0D 64 41 00 04 \r1: EF 84 0C 29 7B 00 00 \r"
          "1: 00 00 0C 29 7B 00 00 "},
         {"combined=refused", "ATH1 010C0D", "7E8 03 7F 01 12 \r7E9 06 41 0C 29 7B 0D 64 "},
-        {"combined=first transmission-combined=silent", "ATH1 010C0D", "7E8 04 41 0C 29 7B "},
+        {"combined=sorted transmission-combined=first", "ATH1 010D0C",
+         "7E8 06 41 0C 29 7B 0D 64 \r7E9 03 41 0D 64 "},
         {"combined=silent transmission-combined=silent", "010C0D", "NO DATA"},
         {"longest-request=2", "010C0D", "?"},
         {"longest-request=2", "010D", "41 0D 64 \r41 0D 64 "},

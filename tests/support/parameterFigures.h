@@ -16,7 +16,8 @@ namespace zint {
 
 inline constexpr std::chrono::milliseconds figuredMoment{634'500};
 
-/// A vehicle that stands still at that moment, 84.5 s into a round, when it has begun to brake.
+/// A vehicle that stands still at that moment, 84.5 s into a round, when it has begun to brake: that of
+/// zint-sim --protocol can --all-parameters (or --four-banks) --moment 634500.
 inline VehicleOptions figuredVehicle(bool fourBanks)
 {
     return {.protocol = VehicleProtocol::can,
