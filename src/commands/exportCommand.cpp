@@ -2,6 +2,7 @@
 
 #include "commands/commandSession.h"
 #include "commands/options.h"
+#include "commands/ownDefinitions.h"
 #include "samples/dataExport.h"
 #include "samples/dataLogReader.h"
 #include "shared/textFile.h"
@@ -23,7 +24,8 @@ void ExportOptions::check() const
 
 int runExportCommand(const ExportOptions& options)
 {
-    const DataLog log = loadLog(options.logPath);
+    DataLog log = loadLog(options.logPath);
+    defineOwn(log.design, options.logPath);
     replaceFile(options.tablePath, [&](std::ostream& stream) {
         if (isCsvPath(options.tablePath))
             writeCsv(stream, log.design, log.samples, options.decimals.value_or(Decimals::point), complain);

@@ -6,6 +6,7 @@
 #include "chart/window/eventChoice.h"
 #include "commands/commandSession.h"
 #include "commands/options.h"
+#include "commands/ownDefinitions.h"
 #include "samples/dataLogReader.h"
 #include "shared/fileError.h"
 
@@ -81,7 +82,8 @@ void PlotOptions::check() const
 int runPlotCommand(const PlotOptions& options)
 {
     constexpr QRect place(0, 0, 1400, 700);
-    const DataLog log = loadLog(options.logPath);
+    DataLog log = loadLog(options.logPath);
+    defineOwn(log.design, options.logPath);
     ChartPlot plot(log.samples);
     plot.draw(log.design, drawnEvents(options, log.design));
     const int from = options.from.value_or(0);

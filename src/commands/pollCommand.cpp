@@ -3,6 +3,8 @@
 #include "catalogue/designFile.h"
 #include "commands/commandSession.h"
 #include "commands/options.h"
+#include "commands/ownDefinitions.h"
+#include "parameters/eventList.h"
 #include "platform/dateText.h"
 #include "platform/qtTimer.h"
 #include "platform/text.h"
@@ -10,13 +12,18 @@
 #include "process/folders.h"
 #include "runner/pollLimits.h"
 #include "runner/poller.h"
+#include "samples/sampleLine.h"
+#include "shared/module1.h"
 #include "shared/textFile.h"
 
 #include <QCoreApplication>
 
+#include <CLI/App.hpp>
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <fstream>
+#include <iostream>
 #include <utility>
 
 namespace zint {
@@ -35,8 +42,65 @@ Design loadDesignToPoll(const std::string& path)
         }
     });
     dropUnpolled(design);
+    defineOwn(design, path);
     return design;
 }
+
+Design designToPoll(const PollOptions& options)
+{
+    if (!options.hasEvents())
+        return loadDesignToPoll(options.words.front());
+    std::vector<std::string> names = options.events;
+    names.insert(names.end(), options.words.begin(), options.words.end());
+    const UnitSystem units = options.imperial ? UnitSystem::imperial : UnitSystem::metric;
+    return {.title = "Events of the command line", .events = eventsNamed(names, userParameters(), units)};
+}
+
+/// Writes each sample as a line, as it comes.
+class SampleStream {
+public:
+    SampleStream(const PollOptions& options, const Design& design)
+        : options_(options), design_(design), decimals_(options.decimals.value_or(Decimals::point))
+    {
+        if (!options.csvPath.empty() && options.csvPath != "-")
+            file_.open(utf8Path(options.csvPath), std::ios::binary | std::ios::trunc);
+        if (!options.csvPath.empty())
+            writeCsvLine(csvSampleHead(decimals_));
+    }
+
+    void write(std::size_t event, double value, SampleTime time)
+    {
+        const DesignEntry& entry = design_.events[event];
+        if (!options_.csvPath.empty())
+            writeCsvLine(csvSampleLine(entry, value, time, decimals_));
+        if (options_.jsonLines)
+            print(jsonSampleLine(entry, value, time));
+    }
+
+    /// Why not all could be written; empty as long as all could.
+    const std::string& failure() const { return failure_; }
+
+private:
+    void writeCsvLine(const std::string& line)
+    {
+        if (options_.csvPath == "-")
+            print(line);
+        else if (!(file_ << line << std::flush))
+            failure_ = "\"" + options_.csvPath + "\" can't be written";
+    }
+
+    void print(const std::string& line)
+    {
+        if (failure_.empty() && printOut(line) != exitStatus::success)
+            failure_ = "nobody reads the samples any more"; // which has been told
+    }
+
+    const PollOptions& options_;
+    const Design& design_;
+    Decimals decimals_;
+    std::ofstream file_;
+    std::string failure_;
+};
 
 /// A line of the summary's table.
 using Cells = std::array<QString, 5>;
@@ -46,8 +110,8 @@ Cells cellsOf(const PollPanel::Row& row, const EventTotals& event)
     const auto figure = [&event](const std::string& text) { // without samples they are not measured ones
         return toQt(event.sampleCount > 0 ? text : "-").trimmed();
     };
-    return {toQt(row.description), figure(row.value), toQt(row.samples), figure(row.minimum),
-            figure(row.maximum)};
+    return {toQt(row.description), row.isWords ? toQt(row.value) : figure(row.value), toQt(row.samples),
+            figure(row.minimum), figure(row.maximum)};
 }
 
 /// The table as plain text: the events to the left, the figures to the right.
@@ -83,8 +147,12 @@ std::string summaryText(const Poller& poller)
 class PollRun {
 public:
     PollRun(const PollOptions& options, const Design& design)
-        : options_(options), design_(design), session_(options.connection, options.timeout)
+        : options_(options), design_(design), session_(options.connection, options.timeout),
+          stream_(options, design)
     {
+        poller_.onSample = [this](std::size_t event, double value, SampleTime time) {
+            stream_.write(event, value, time);
+        };
         poller_.onChanged = [this] { watch(); };
         poller_.onReply = [this] { session_.patience.begin(); };
     }
@@ -100,11 +168,20 @@ public:
         if (poller_.isPolling())
             QCoreApplication::exec();
         session_.gate.run([this] { finish(); });
-        const int printed = printOut(summaryText(poller_));
+        const int printed = summarize();
         return session_.prompts.hasComplained || isMismatchTold_ ? exitStatus::failure : printed;
     }
 
 private:
+    int summarize() const
+    {
+        if (!options_.printsSamples())
+            return printOut(summaryText(poller_));
+        if (!options_.quiet)
+            std::cerr << summaryText(poller_);
+        return exitStatus::success;
+    }
+
     void begin()
     {
         poller_.setMaxLoops(std::to_string(options_.loops.value_or(pollLimits::usualLoops)));
@@ -113,6 +190,7 @@ private:
         if (options_.seconds)
             poller_.limitByTime(*options_.seconds);
         poller_.letReconnect(options_.reconnect);
+        poller_.letCombine(options_.combine);
         poller_.useDecimals(options_.decimals.value_or(Decimals::point));
         poller_.pressStart();
         hasBegun_ = poller_.isPolling();
@@ -138,6 +216,10 @@ private:
         warn();
         tellOfLoss();
         tellOfRenewal();
+        if (!stream_.failure().empty()) {
+            tell(stream_.failure());
+            stop();
+        }
         if (!options_.quiet)
             showProgress(progress());
     }
@@ -215,6 +297,7 @@ private:
     const PollOptions& options_;
     const Design& design_;
     VehicleSession session_;
+    SampleStream stream_;
     KeptRuns kept_{fromQt(userDataFolder()), dateText};
     QtTimer ticker_{session_.gate};
     Poller poller_{
@@ -239,7 +322,14 @@ private:
 
 void PollOptions::describe(CLI::App& command)
 {
-    addWord(command, "DESIGN.obc", designPath, "The polling design.");
+    command.add_option("DESIGN.obc", words, "The polling design.");
+    addValue(command, "--events", "LIST",
+             "Poll these events in place of a design: requests, parameters and names, with commas or as "
+             "several words, such as 010C,0105,2F \"Fuel level\".",
+             [this](const std::string& list) { events.push_back(list); });
+    command.add_flag("--imperial", imperial, "Show those parameters of the standard in imperial units.");
+    command.add_flag("--combine", combine,
+                     "Ask up to six parameters in one request, where vehicle and adapter take that.");
     addConnection(command, connection);
     addTimeout(command, timeout,
                "Give up when a reply takes so many seconds (default 120; 0 waits for ever).");
@@ -260,6 +350,13 @@ void PollOptions::describe(CLI::App& command)
     addFile(command, "--export", exportPath,
             "Write a table for spreadsheets; as CSV if the name ends in .csv.")
         ->group(output);
+    addFile(command, "--csv", csvPath,
+            "Write each sample as a line of CSV as it comes; - is standard output.")
+        ->group(output);
+    command
+        .add_flag("--jsonl", jsonLines,
+                  "Print each sample as a JSON object on a line of its own as it comes.")
+        ->group(output);
     addDecimals(command, decimals)->group(output);
     addQuiet(command, quiet);
 }
@@ -268,15 +365,23 @@ void PollOptions::check() const
 {
     if (loops && seconds)
         throw UsageError("--loops and --seconds both say when the run ends; give one of them");
-    requireCsv(decimals, exportPath);
-    requireDifferentFiles({designPath, logPath, exportPath, connection.transcriptPath});
+    if (!hasEvents() && words.size() != 1)
+        throw UsageError("poll takes one design, DESIGN.obc, or --events and what they are");
+    if (imperial && !hasEvents())
+        throw UsageError("--imperial goes with --events; a design tells its own units");
+    if (jsonLines && csvPath == "-")
+        throw UsageError("--jsonl and --csv - both take standard output; give one of them");
+    if (csvPath.empty())
+        requireCsv(decimals, exportPath);
+    requireDifferentFiles({hasEvents() ? "" : words.front(), logPath, exportPath,
+                           csvPath == "-" ? "" : csvPath, connection.transcriptPath});
 }
 
 int runPollCommand(const PollOptions& options)
 {
-    const Design design = loadDesignToPoll(options.designPath);
-    for (const std::string& path : {options.logPath, options.exportPath}) {
-        if (!path.empty()) // a long run is not to end in a file that can't be written
+    const Design design = designToPoll(options);
+    for (const std::string& path : {options.logPath, options.exportPath, options.csvPath}) {
+        if (!path.empty() && path != "-") // a long run is not to end in a file that can't be written
             requireWritable(path);
     }
     return PollRun(options, design).run();

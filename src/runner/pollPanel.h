@@ -21,6 +21,7 @@ struct PollPanel {
     struct Row {
         std::string description;
         std::string value;
+        bool isWords = false; ///< the value tells why there is no number
         std::string samples;
         std::string minimum;
         std::string maximum;

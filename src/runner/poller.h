@@ -143,6 +143,9 @@ public:
     std::function<void()> onChanged; ///< called when the panel may have changed; not for each reply
     std::function<void()> onReply;   ///< called for each complete reply, those to commands included
 
+    /// Called for each sample that was stored, its event from 0.
+    std::function<void(std::size_t event, double value, SampleTime time)> onSample;
+
     /// Called when design() has become another one, with samples() in place and in front of onChanged.
     std::function<void()> onDesignChanged;
     std::function<void(const std::string& path)> onLog; ///< called for each log that was saved or opened

@@ -258,6 +258,8 @@ void Poller::store(std::size_t event, double value)
         return;
     }
     around_.kept.add(event, value, time);
+    if (onSample)
+        onSample(event, value, time);
 }
 
 void Poller::linkReceived()

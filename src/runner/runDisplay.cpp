@@ -76,7 +76,8 @@ void showEvents(PollPanel& panel, const RunState& run, const Design& design, con
         const EventTotals& totals = samples.events()[event];
         PollPanel::Row& row = panel.obdGrid[event];
         showValues(row, totals, design.events[event]);
-        if (event < run.sinceReset.words.size() && !run.sinceReset.words[event].empty())
+        row.isWords = event < run.sinceReset.words.size() && !run.sinceReset.words[event].empty();
+        if (row.isWords)
             row.value = run.sinceReset.words[event];
         row.toolTip = repliesText(totals, run.counts.samplesBefore.at(event), seconds);
     }

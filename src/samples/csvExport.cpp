@@ -33,11 +33,35 @@ std::string numbered(const std::string& head, std::set<std::string>& taken)
     return name;
 }
 
+char pointOf(Decimals decimals) { return decimals == Decimals::comma ? ',' : '.'; }
+
+/// Writes a converted value as a field.
+struct FieldWriter {
+    std::string& text;
+    char point;
+
+    void operator()(std::int32_t number) const { appendNumber(text, number); }
+    void operator()(converted::WithoutUnit value) const { appendNumber(text, value.number); }
+    void operator()(converted::Hexadecimal value) const { appendValue(text, value); }
+    void operator()(converted::Placeholder words) const { text += csvField(words); }
+    void operator()(const converted::Words& words) const { text += csvField(words.text); }
+    void operator()(double number) const { appendFraction(number); }
+    void operator()(converted::Rounded number) const { appendFraction(number); }
+
+private:
+    void appendFraction(const converted::Value& number) const
+    {
+        const std::size_t begin = text.size();
+        appendValue(text, number);
+        if (const std::size_t place = text.find('.', begin); place != std::string::npos)
+            text[place] = point;
+    }
+};
+
 class CsvLines {
 public:
     CsvLines(std::ostream& stream, const Design& design, Decimals decimals)
-        : lines_(stream), design_(design), point_(decimals == Decimals::comma ? ',' : '.'),
-          separator_(decimals == Decimals::comma ? ';' : ',')
+        : lines_(stream), design_(design), decimals_(decimals), separator_(csvSeparator(decimals))
     {
     }
 
@@ -61,56 +85,48 @@ public:
         for (std::size_t event = 0; event < row.cells.size(); ++event) {
             lines_ << separator_;
             if (row.cells[event].isFilled)
-                writeValue(design_.events[event], row.cells[event].value);
+                appendCsvValue(lines_.text(), design_.events[event], row.cells[event].value, decimals_);
         }
         lines_.endLine();
     }
 
     void flush() { lines_.flush(); }
 
-    void operator()(std::int32_t number) { lines_ << number; }
-    void operator()(converted::WithoutUnit value) { lines_ << value.number; }
-    void operator()(converted::Hexadecimal value) { appendValue(lines_.text(), value); }
-    void operator()(converted::Placeholder words) { lines_ << csvField(words); }
-    void operator()(const converted::Words& words) { lines_ << csvField(words.text); }
-    void operator()(double number) { writeFraction(number); }
-    void operator()(converted::Rounded number) { writeFraction(number); }
-
 private:
-    void writeFraction(const converted::Value& number)
-    {
-        std::string& text = lines_.text();
-        const std::size_t begin = text.size();
-        appendValue(text, number);
-        if (const std::size_t place = text.find('.', begin); place != std::string::npos)
-            text[place] = point_;
-    }
-
     /// Samples of a log whose times were spread over their second may come out of order.
     void writeTime(SampleTime time)
     {
         time_ = std::max(time_, time.seconds * second + time.milliseconds);
-        lines_ << time_ / second << point_;
-        lines_ << std::string_view(std::to_string(second + time_ % second)).substr(1);
-    }
-
-    void writeValue(const DesignEntry& event, double value)
-    {
-        try {
-            std::visit(*this, convertedValue(event, value));
-        } catch (const RunTimeError& overflow) {
-            lines_ << overflow.what(); // one such value is no reason to withhold the others
-        }
+        lines_ << csvSeconds(
+            {static_cast<std::int32_t>(time_ / second), static_cast<std::uint16_t>(time_ % second)},
+            decimals_);
     }
 
     LineWriter lines_;
     const Design& design_;
-    char point_;
+    Decimals decimals_;
     char separator_;
     std::int64_t time_ = 0; ///< of the last row, in milliseconds
 };
 
 } // namespace
+
+char csvSeparator(Decimals decimals) { return decimals == Decimals::comma ? ';' : ','; }
+
+void appendCsvValue(std::string& text, const DesignEntry& event, double value, Decimals decimals)
+{
+    try {
+        std::visit(FieldWriter{text, pointOf(decimals)}, convertedValue(event, value));
+    } catch (const RunTimeError& overflow) {
+        text += overflow.what(); // one such value is no reason to withhold the others
+    }
+}
+
+std::string csvSeconds(SampleTime time, Decimals decimals)
+{
+    return std::to_string(time.seconds) + pointOf(decimals) +
+           std::to_string(second + time.milliseconds).substr(1);
+}
 
 bool isCsvPath(std::string_view path) { return upperCase(path).ends_with(".CSV"); }
 

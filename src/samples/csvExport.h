@@ -15,6 +15,14 @@ namespace zint {
 /// fields of a line.
 enum class Decimals { point, comma };
 
+char csvSeparator(Decimals decimals);
+
+/// Adds a value of an event as a field, words in quotation marks where they need them.
+void appendCsvValue(std::string& text, const DesignEntry& event, double value, Decimals decimals);
+
+/// A time in seconds, with three decimals.
+std::string csvSeconds(SampleTime time, Decimals decimals);
+
 /// Whether a file's name says that it is a CSV file: it ends in .csv, in any case.
 bool isCsvPath(std::string_view path);
 

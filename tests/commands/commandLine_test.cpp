@@ -85,7 +85,7 @@ TEST(CommandLineTest, TakesTheOptionsOfCommands)
 {
     EXPECT_EQ(taken<CodesOptions>("codes --timeout=5 --timeout 7").timeout, std::chrono::seconds(7));
     const auto poll = taken<PollOptions>("poll --export a.txt d.obc --log --quiet --loops 100000");
-    EXPECT_EQ(poll.designPath + poll.logPath + poll.exportPath, "d.obc--quieta.txt");
+    EXPECT_EQ(poll.words.front() + poll.logPath + poll.exportPath, "d.obc--quieta.txt");
     EXPECT_EQ(poll.loops, 100000);
     EXPECT_EQ(taken<ExportOptions>("export a.log A.CSV --decimals comma").decimals, Decimals::comma);
     EXPECT_EQ(taken<PollOptions>("poll d.obc --seconds 86400").seconds, std::chrono::seconds(86400));
