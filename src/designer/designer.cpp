@@ -20,22 +20,27 @@ constexpr const char* neverPolledText =
 
 } // namespace
 
-TooManyEvents::TooManyEvents(std::size_t count)
-    : std::runtime_error("The design has " + std::to_string(count) + " polled events, but no more than " +
-                         std::to_string(Design::maxEvents) + " fit. Disable or delete some.")
+TooManyEvents::TooManyEvents(std::size_t count, const std::string& has)
+    : std::runtime_error("The design " + has + " " + std::to_string(count) +
+                         " polled events, but no more than " + std::to_string(Design::maxEvents) +
+                         " fit. Disable or delete some.")
 {
 }
 
 Designer::Designer(const AdapterLine& line, Design& design, Prompts& prompts, FileDialogs& dialogs,
-                   ProgramValues& values, KeptDesigns& kept)
-    : check_(line, prompts), files_(prompts, dialogs, values, kept), design_(design), prompts_(prompts),
-      values_(values), bitsPerSecond_(line.choice.bitsPerSecond)
+                   ProgramValues& values, KeptDesigns& kept, ParametersFile parameters)
+    : check_(line, prompts), files_(prompts, dialogs, values, kept),
+      definitions_(std::move(parameters), prompts), design_(design), prompts_(prompts), values_(values),
+      bitsPerSecond_(line.choice.bitsPerSecond)
 {
     check_.onChanged = [this] {
         panel_.statusBox = check_.status();
         changed();
     };
-    check_.onAnswer = [this](const std::string& bits) { return disableUnsupported(bits); };
+    check_.onAnswer = [this](std::string_view reply, const std::string& bits) {
+        learnSupport(reply);
+        return disableUnsupported(bits);
+    };
 }
 
 void Designer::load()
@@ -60,7 +65,12 @@ void Designer::load()
     edited();
 }
 
-void Designer::tellLoadFailure() { files_.tellLoadFailure(); }
+void Designer::tellLoadFailure()
+{
+    files_.tellLoadFailure();
+    definitions_.tellLoadFailure();
+    settleDefinitions();
+}
 
 void Designer::unload()
 {
@@ -73,6 +83,7 @@ void Designer::newDesign()
     loadDefaultDesign(design_);
     showWithoutHistory(design_);
     files_.begin(design_);
+    panel_.savesDefinitions = false;
     edited();
 }
 
@@ -102,7 +113,9 @@ void Designer::openFile(const std::string& path)
         loadDefaultDesign(design_);
     showWithoutHistory(design_);
     files_.begin(design_, loaded ? path : "");
+    panel_.savesDefinitions = loaded && DesignDefinitions::lieBeside(path);
     panel_.statusBox = loaded ? fileNamePart(path) + " loaded" : "Default values loaded";
+    isNew_ = loaded.has_value();
 }
 
 void Designer::recover()
@@ -115,6 +128,7 @@ void Designer::recover()
     showWithoutHistory(*recovered);
     panel_.statusBox = summary() + " recovered";
     edited();
+    definitions_.tellUndefined(draft());
 }
 
 void Designer::save() { saveFile(values_.designPath().empty()); }
@@ -129,6 +143,8 @@ void Designer::saveFile(bool asking)
         return;
     try {
         files_.save(design, path);
+        if (panel_.savesDefinitions)
+            definitions_.saveBeside(design, path);
     } catch (const FileError&) { // the status says so too, for the box about it is soon gone
         panel_.statusBox = fileNamePart(path) + " not saved";
         changed();
@@ -179,11 +195,6 @@ void Designer::setCell(std::size_t row, GridColumn column, std::string_view text
     } catch (const RunTimeError& error) {
         throw RunTimeError(error.fault(), cellAdvice(row, column, text));
     }
-}
-
-std::vector<std::string> Designer::conversionChoices(std::size_t row) const
-{
-    return zint::conversionChoices(panel_.obdGrid.at(row));
 }
 
 void Designer::moveRow(std::size_t from, std::size_t to)
@@ -389,11 +400,14 @@ void Designer::edited()
 
 void Designer::changed()
 {
+    definitions_.define(panel_.obdGrid);
+    definitions_.define(design_.events);
     panel_.filePath = files_.path();
     panel_.fileLab = fileNamePart(panel_.filePath);
     panel_.isModified = files_.isModified(draft());
     panel_.labelStats = check_.counterLine();
     panel_.costLab = pollCost(panel_.obdGrid, design_.sampleSpeed, bitsPerSecond_, values_.requestSeconds);
+    panel_.units = chosenUnits(values_);
     panel_.canUndo = history_.canUndo();
     panel_.canRedo = history_.canRedo();
     if (onChanged)

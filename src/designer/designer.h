@@ -1,5 +1,6 @@
 #pragma once
 
+#include "designer/designDefinitions.h"
 #include "designer/designFileKeeper.h"
 #include "designer/designerPanel.h"
 #include "designer/gridEditing.h"
@@ -10,14 +11,23 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zint {
 
 /// A design holds no more events than Design::maxEvents.
 class TooManyEvents : public std::runtime_error {
 public:
-    explicit TooManyEvents(std::size_t count);
+    /// @param has how the count is meant: "has", or "would have"
+    explicit TooManyEvents(std::size_t count, const std::string& has = "has");
 };
+
+/// In which units events are added, as the user chose last.
+UnitSystem chosenUnits(const ProgramValues& values);
+void keepUnits(ProgramValues& values, UnitSystem units);
+
+/// The event that polls an own parameter.
+DesignEntry eventFor(const OwnParameterPointer& own);
 
 /// The polling designer's work: a grid that is edited freely, and the design that it becomes when it is
 /// committed.
@@ -28,13 +38,14 @@ class Designer {
 public:
     /// All references outlive the designer.
     Designer(const AdapterLine& line, Design& design, Prompts& prompts, FileDialogs& dialogs,
-             ProgramValues& values, KeptDesigns& kept);
+             ProgramValues& values, KeptDesigns& kept, ParametersFile parameters);
 
     /// Shows the design file that the program was started with; else the design that the program holds, or
     /// the last design file when it holds none that was committed.
     void load();
 
-    /// The window stands: tells what was wrong with the file that load() read.
+    /// The window stands: tells what was wrong with the files that load() read, and settles with the user
+    /// what defines the design's own parameters.
     void tellLoadFailure();
 
     /// Closes the port if it is open; the window goes away. Nothing is committed.
@@ -60,8 +71,16 @@ public:
 
     void disableAll();
     void enableAll();
+    void useUnits(UnitSystem units); ///< turns all rows into them, and keeps the choice
+
+    /// Adds rows at the end. @throws TooManyEvents when not all of them fit; none is added then
+    void addEvents(const std::vector<DesignEntry>& events);
+
     bool addNew(); ///< asks for a request. @return whether a row was added, at the end
     void commit(); ///< makes the grid the design; disabled rows leave the grid
+
+    void takeParameters(); ///< the table of own parameters has changed. @throws FileError
+    void saveWithDefinitions(bool with);
 
     void askInitSequence();
     void clickAutoSpeed(bool checked);
@@ -74,6 +93,8 @@ public:
     void showTimeline();
 
     const DesignerPanel& panel() const { return panel_; }
+    const OwnParameters& ownParameters() const { return definitions_.table(); }
+    std::size_t usesOf(std::int32_t number) const; ///< rows with a conversion
     Design draft() const; ///< the design with all rows of the grid, more than it may have perhaps
 
     /// Ends an edit of a cell, for an answer of the vehicle. What was typed counts; what can't be read is
@@ -97,11 +118,14 @@ private:
     void showRows(const Design& design);
     void showSpeed();
     std::string disableUnsupported(const std::string& bits);
+    void learnSupport(std::string_view reply);
+    void settleDefinitions();
     void edited();
     void changed();
 
     SupportCheck check_;
     DesignFileKeeper files_;
+    DesignDefinitions definitions_;
     Design& design_;
     Prompts& prompts_;
     ProgramValues& values_;
@@ -109,6 +133,7 @@ private:
     GridHistory history_;
     std::string lastCheck_; ///< how many events it has disabled; empty before there was one
     int bitsPerSecond_;
+    bool isNew_ = false; ///< the design has come from a file, and its definitions are not settled
 };
 
 } // namespace zint

@@ -24,7 +24,9 @@ struct DesignerPanel {
     GridRows obdGrid;
     unsigned rebuilds = 0;              ///< of the grid from a design; its first cell is the current one then
     std::optional<GridSorting> sorting; ///< how the grid is sorted, as long as nothing was edited since
-    bool isModified = false;            ///< whether something would be lost with the design
+    UnitSystem units = UnitSystem::metric; ///< of what is added
+    bool savesDefinitions = false;         ///< whether saving writes a file with own parameters beside it
+    bool isModified = false;               ///< whether something would be lost with the design
     Slider pollSpeed;
     bool autoSpeed = false;
     std::string sampleDsp = "200ms";

@@ -40,7 +40,7 @@ std::string withoutBlanks(std::string text)
 
 /// What is defined for a request: the fields of the standard's parameter, in the units of both systems where
 /// these differ, or the user's own.
-std::vector<std::string> fittingChoices(const std::string& code, std::span<const OwnParameter> own)
+std::vector<std::string> fittingChoices(const std::string& code, const OwnParameters& own)
 {
     std::vector<std::string> choices;
     const auto pid = requestedParameter(code);
@@ -53,9 +53,9 @@ std::vector<std::string> fittingChoices(const std::string& code, std::span<const
         }
     }
     const std::string request = upperCase(withoutBlanks(code));
-    for (const OwnParameter& parameter : own) {
-        if (upperCase(withoutBlanks(parameter.request)) == request)
-            choices.push_back(ownText(parameter));
+    for (const OwnParameterPointer& parameter : own.all()) {
+        if (parameter->request == request)
+            choices.push_back(ownText(*parameter));
     }
     return choices;
 }
@@ -177,7 +177,7 @@ void enterText(DesignEntry& row, GridColumn column, std::string_view text)
     }
 }
 
-std::vector<std::string> conversionChoices(const DesignEntry& row, std::span<const OwnParameter> own)
+std::vector<std::string> conversionChoices(const DesignEntry& row, const OwnParameters& own)
 {
     std::vector<std::string> choices{conversionText(row)};
     for (std::string& choice : fittingChoices(row.code, own)) {

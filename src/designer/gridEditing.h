@@ -1,12 +1,11 @@
 #pragma once
 
 #include "catalogue/design.h"
-#include "catalogue/ownParameter.h"
 #include "catalogue/standardConversion.h"
+#include "parameters/ownParameters.h"
 
 #include <array>
 #include <cstddef>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,7 +44,7 @@ void enterText(DesignEntry& row, GridColumn column, std::string_view text);
 
 /// The entries of the unit chooser for a row: its own conversion first, then what fits its request, then
 /// those of ConversionTable that may take its place. @param own the user's parameters
-std::vector<std::string> conversionChoices(const DesignEntry& row, std::span<const OwnParameter> own = {});
+std::vector<std::string> conversionChoices(const DesignEntry& row, const OwnParameters& own = {});
 
 /// Turns the conversions of all rows into those of a system of units, where it has one for the quantity.
 /// @return how many have changed

@@ -33,11 +33,12 @@ void SupportCheck::linkReply(std::string_view reply)
     const std::string bits = hexToBits(data);
     if (bits.empty())
         link_.countError();
+    const std::string answer(reply); // which is valid while the port is open
     link_.close();
     onChanged();
     if (!bits.empty())
-        link_.appendStatus(onAnswer(bits));
-    else if (isSupportReply(reply))
+        link_.appendStatus(onAnswer(answer, bits));
+    else if (isSupportReply(answer))
         prompts_.message("Garbled OBD2 0100 response (" + data + "), try again");
     else
         prompts_.message("Please try again, is possible ignition not ON");

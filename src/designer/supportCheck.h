@@ -24,8 +24,8 @@ public:
 
     std::function<void()> onChanged; ///< called when status or counters may have changed
 
-    /// Called with hexToBits() of a good answer, once the port is closed. @return what the status adds
-    std::function<std::string(const std::string& bits)> onAnswer;
+    /// Called with a good answer and hexToBits() of it, once the port is closed. @return what the status adds
+    std::function<std::string(std::string_view reply, const std::string& bits)> onAnswer;
 
 private:
     void linkReady() override;

@@ -19,6 +19,7 @@ constexpr const char* section = "Startup";
 // Each exit stores the folder, so that one stands there though nobody chose it. This tells which.
 constexpr const char* defaultsSection = "Defaults";
 constexpr const char* defaultFolder = "folder";
+constexpr const char* defaultUnits = "units";
 
 /// A value that is saved as text, in the order of saving.
 struct SavedValue {
@@ -95,6 +96,7 @@ void Launcher::load()
     values_.isFolderRemembered =
         !values_.parmInitDir.empty() &&
         values_.parmInitDir != settings_.get(defaultsSection, defaultFolder, system_.workingFolder);
+    values_.parmUnits = settings_.get(defaultsSection, defaultUnits);
     if (values_.parmInitDir.empty())
         values_.parmInitDir = system_.workingFolder;
     if (values_.parmDTCdb.empty())
@@ -129,6 +131,7 @@ void Launcher::unload()
     for (const SavedValue& saved : savedValues)
         settings_.save(section, saved.key, values_.*saved.value);
     settings_.save(defaultsSection, defaultFolder, values_.isFolderRemembered ? "" : values_.parmInitDir);
+    settings_.save(defaultsSection, defaultUnits, values_.parmUnits);
     const std::string failure = settings_.flush();
     if (!failure.empty())
         prompts_.message("The settings could not be saved: " + failure);

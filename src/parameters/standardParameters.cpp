@@ -30,6 +30,8 @@ constexpr std::string_view emissions = "Emissions";
 constexpr std::string_view diesel = "Diesel aftertreatment";
 constexpr std::string_view electric = "Hybrid and electric";
 constexpr std::string_view status = "Status and distances";
+constexpr std::array groups = {engine, throttle,  fuel,   air,      temperatures,
+                               oxygen, emissions, diesel, electric, status};
 
 /// The parameters from one on up to the next row's.
 struct Kind {
@@ -184,6 +186,13 @@ bool isWordFound(const SearchedTexts& texts, const std::string& word)
 }
 
 } // namespace
+
+std::span<const std::string_view> parameterGroups() { return groups; }
+
+std::int32_t frequencyForUnit(std::string_view unit)
+{
+    return unit == "°C" || unit == "°F" ? aboutFiveSeconds : everyOther;
+}
 
 const std::vector<StandardParameter>& standardParameters()
 {

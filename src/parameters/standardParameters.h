@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,8 +29,14 @@ struct StandardParameter {
     double maximum(UnitSystem units) const { return scaleOf(field.unit, units).of(field.maximum); }
 };
 
+/// The groups in their order.
+std::span<const std::string_view> parameterGroups();
+
 /// By parameter and field.
 const std::vector<StandardParameter>& standardParameters();
+
+/// How often a number is polled whose unit alone is known: temperatures seldom.
+std::int32_t frequencyForUnit(std::string_view unit);
 
 /// The event that polls a parameter in every so many loops as fits it.
 DesignEntry eventFor(const StandardParameter& parameter, UnitSystem units);

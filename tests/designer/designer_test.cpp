@@ -28,7 +28,8 @@ struct DesignerTest : testing::Test {
     DesignerTest()
     {
         loadDefaultDesign(design);
-        designer.emplace(AdapterLine{adapter, {}, timer, &silence}, design, prompts, dialogs, values, kept);
+        designer.emplace(AdapterLine{adapter, {}, timer, &silence}, design, prompts, dialogs, values, kept,
+                         ParametersFile(folder.path()));
         designer->load();
     }
 

@@ -41,7 +41,8 @@ TEST(GridEditingTest, CellsTakeWhatTheirEditorsHold)
 
 TEST(GridEditingTest, OffersWhatFitsTheRequestAndThenTheSameFamily)
 {
-    const std::vector own{OwnParameter{.number = 10003, .name = "Oil", .request = "22 1940", .unit = "°C"}};
+    OwnParameters own;
+    own.put({.number = 10003, .name = "Oil", .request = "22 1940", .formula = "A", .unit = "°C"});
     const auto choices = [&](const DesignEntry& row) {
         std::string text;
         for (const std::string& choice : conversionChoices(row, own))
@@ -57,8 +58,7 @@ TEST(GridEditingTest, OffersWhatFitsTheRequestAndThenTheSameFamily)
     for (const auto& [conversion, text] :
          {std::pair{10003, "10003>not defined here"}, {4000, "4000>not defined here"}, {99, "99>"}})
         EXPECT_EQ(cellText({.conversion = conversion}, GridColumn::conversion), text);
-    EXPECT_EQ(cellText({.conversion = 10003, .own = std::make_shared<OwnParameter>(own[0])},
-                       GridColumn::conversion),
+    EXPECT_EQ(cellText({.conversion = 10003, .own = own.find(10003)}, GridColumn::conversion),
               "10003>Oil, °C");
 
     std::string sizes;

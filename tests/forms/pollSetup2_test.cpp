@@ -109,7 +109,7 @@ TEST_F(PollSetup2Test, TheKeysOfTheGridWorkInTheGridAndItsStepsInTheTitle)
         QTest::keyClicks(choice->lineEdit(), QStringLiteral("01"));
         QTest::keyClick(choice->lineEdit(), Qt::Key_Return);
     });
-    press("Ins");
+    press("Ctrl+Ins");
     EXPECT_EQ(cell(31, 0) + focused(), "01obdTexter") << "as it was typed; the description is next";
     press("Esc");
     press("Ctrl+Z");
@@ -117,6 +117,41 @@ TEST_F(PollSetup2Test, TheKeysOfTheGridWorkInTheGridAndItsStepsInTheTitle)
         << "a step of the grid: nothing has been typed into the title since";
     press("Del");
     EXPECT_EQ(grid().model()->rowCount(), 31) << "a key of the title";
+}
+
+TEST_F(PollSetup2Test, AddsParametersThatAreFoundByWords)
+{
+    grid().setFocus();
+    inNextDialog([this](QDialog& dialog) {
+        auto* search = dialog.findChild<QLineEdit*>(QStringLiteral("search"));
+        auto* found = dialog.findChild<QTableView*>(QStringLiteral("parameters"));
+        const auto* status = dialog.findChild<QLabel*>(QStringLiteral("statusBox"));
+        EXPECT_TRUE(waitUntil([&] { return search->hasFocus(); }));
+        dialog.findChild<QAbstractButton*>(QStringLiteral("imperial"))->click();
+        QTest::keyClicks(search, QStringLiteral("oil temp"));
+        QTest::keyClick(search, Qt::Key_Return);
+        EXPECT_EQ(found->model()->rowCount(), 1);
+        EXPECT_EQ(found->model()->index(0, 5).data().toString(), u"yes");
+        search->clear();
+        QTest::keyClicks(search, QStringLiteral("rail pressure 6d"));
+        QTest::keyClick(search, Qt::Key_Down);
+        QTest::keyClick(found, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(found, Qt::Key_Return);
+        EXPECT_EQ(status->text(), u"4 parameters added; the design has 27 polled events of 64");
+        search->clear();
+        found->selectAll();
+        auto* add = dialog.findChild<QPushButton*>(QStringLiteral("addCom"));
+        EXPECT_TRUE(messageOf([add] { add->click(); }).startsWith(u"The design would have "));
+        EXPECT_EQ(grid().model()->rowCount(), 36) << "shown at once";
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    press("Ins");
+    EXPECT_EQ(cell(31, 2) + cell(31, 3) + cell(35, 0), "5920>Engine oil temperature, °F15016D");
+    click("mnuUndo");
+    EXPECT_EQ(grid().model()->rowCount(), 32) << "one step";
+    EXPECT_TRUE(form->findChild<QAction*>(QStringLiteral("mnuImperial"))->isChecked());
+    click("mnuMetric");
+    EXPECT_EQ(shown("statusBox"), "Metric units: 5 rows changed");
 }
 
 TEST_F(PollSetup2Test, MenusReachTheDesigner)

@@ -1,6 +1,7 @@
 #include "designer/window/pollSetup2.h"
 
 #include "designer/designPrintout.h"
+#include "designer/window/addParameters.h"
 #include "designer/window/gridDelegate.h"
 #include "designer/window/gridModel.h"
 #include "designer/window/ui_pollSetup2.h"
@@ -25,7 +26,7 @@ pollSetup2::pollSetup2(ToolContext& context)
       MSComm1(context.shell.makePort(gate(), context.shell.connection())), Timer1(gate()), silence_(gate()),
       CommonDialog1(*this), kept_(context.userDataFolder, dateText),
       designer_({*MSComm1, context.shell.connection(), Timer1, &silence_}, context.design, prompts(),
-                CommonDialog1, context.values, kept_),
+                CommonDialog1, context.values, kept_, ParametersFile(context.userDataFolder)),
       grid_(std::make_unique<GridModel>(designer_,
                                         [this](const GridModel::Edit& edit) { return enterEdit(edit); }))
 {
@@ -113,8 +114,8 @@ void pollSetup2::setUpGrid()
     connect(delegate, &GridDelegate::finished, this, &pollSetup2::editNext);    // goes from cell to cell
     connect(delegate, &GridDelegate::abandoned, this, &pollSetup2::focusTitle); // moves the focus
     ui->obdGrid->setContextMenuPolicy(Qt::ActionsContextMenu);
-    for (QAction* action :
-         {ui->mnuAddNew, ui->mnuDuplicate, ui->mnuDeleteRow, ui->mnuMoveUp, ui->mnuMoveDown}) {
+    for (QAction* action : {ui->mnuAddParameters, ui->mnuAddNew, ui->mnuDuplicate, ui->mnuDeleteRow,
+                            ui->mnuMoveUp, ui->mnuMoveDown}) {
         action->setShortcutContext(Qt::WidgetShortcut); // in a text these keys are the text's
         ui->obdGrid->addAction(action);
     }
@@ -143,6 +144,7 @@ void pollSetup2::setUpToolbar()
                                     {ui->mnuPrint, "printDesign"},
                                     {ui->mnuDisable, "codeDisable"},
                                     {ui->mnuEnable, "codeEnable"},
+                                    {ui->mnuAddParameters, "addParameters"},
                                     {ui->mnuAddNew, "addEvent"},
                                     {ui->mnuVerifyObd, "checkCodes"},
                                     {ui->mnuShowTimeline, "showTimeline"},
@@ -173,9 +175,22 @@ void pollSetup2::connectActions()
     on(ui->mnuMoveUp, &QAction::triggered, [this] { moveCurrent(-1); });
     on(ui->mnuMoveDown, &QAction::triggered, [this] { moveCurrent(1); });
     ui->mnuRedo->setShortcuts({Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
+    on(ui->mnuMetric, &QAction::triggered, [this] { designer_.useUnits(UnitSystem::metric); });
+    on(ui->mnuImperial, &QAction::triggered, [this] { designer_.useUnits(UnitSystem::imperial); });
+    on(ui->mnuDefinitions, &QAction::triggered, [this](bool with) { designer_.saveWithDefinitions(with); });
+    onAsking(ui->mnuAddParameters, &QAction::triggered, [this] { mnuAddParameters_Click(); });
     onTrigger(ui->mnuAddNew, &pollSetup2::mnuAddNew_Click);
     onClick(ui->comDone, &pollSetup2::comDone_Click);
     onClick(ui->labelStats, &pollSetup2::labelStats_Click);
+}
+
+void pollSetup2::mnuAddParameters_Click()
+{
+    ParameterList list(designer_, context().values);
+    addParameters dialog(list, context().settings, this);
+    dialog.act = [this](const std::function<void()>& action) { gate().run(action); };
+    dialog.exec();
+    gate().run([this] { paint(); });
 }
 
 void pollSetup2::mnuAddNew_Click()
@@ -306,6 +321,9 @@ void pollSetup2::paint()
     ui->pollSpeed->setEnabled(p.pollSpeed.enabled);
     ui->mnuUndo->setEnabled(p.canUndo);
     ui->mnuRedo->setEnabled(p.canRedo);
+    ui->mnuMetric->setChecked(p.units == UnitSystem::metric);
+    ui->mnuImperial->setChecked(p.units == UnitSystem::imperial);
+    ui->mnuDefinitions->setChecked(p.savesDefinitions);
     setWindowModified(p.isModified);
     showGrid();
 }

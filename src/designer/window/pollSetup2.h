@@ -32,6 +32,7 @@ private:
     void Form_Unload() override;
     void endEditing() override;
     bool printOn(QPrinter& printer) override;
+    void mnuAddParameters_Click();
     void mnuAddNew_Click();
     void comDone_Click();
     void labelStats_Click();

@@ -1,5 +1,6 @@
 #include "report/window/reportForm.h"
 
+#include "parameters/carSupport.h"
 #include "platform/dateText.h"
 #include "platform/text.h"
 #include "report/reportComparison.h"
@@ -140,6 +141,7 @@ void reportForm::save(const std::string& path)
 
 bool reportForm::keep(const VehicleFacts& facts)
 {
+    learn(context().values.carSupport, carSupport(facts.units, "vehicle report of " + dateText(facts.time)));
     if (ui->mnuKeep->isChecked())
         kept_.keep(facts, jsonOf(facts));
     return ui->mnuKeep->isChecked();
