@@ -22,6 +22,7 @@ expect "my.obc" my
 expect "my.obc" poll m
 expect "setup" dtc s
 expect "--comma --csv" dtc export FILE --c
+expect "search" parameters s
 expect "nonzero" scan --show n
 expect "" poll --log ""
 expect "com3" --port com3

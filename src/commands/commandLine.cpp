@@ -9,6 +9,7 @@
 #include "commands/exportCommand.h"
 #include "commands/helpText.h"
 #include "commands/options.h"
+#include "commands/parametersCommand.h"
 #include "commands/plotCommand.h"
 #include "commands/pollCommand.h"
 #include "commands/reportCommand.h"
@@ -56,6 +57,7 @@ CommandLine::CommandLine()
     addConnection(*program_, start.connection);
     addCommands();
     addDtcCommands();
+    addParametersCommands();
     program_->add_flag_callback(
         debugInfoFlag, [this] { run = [this] { return printOut(debugInfo(start.connection)); }; },
         "Print what a report of a fault needs: version, build, system, files and ports.");
@@ -106,6 +108,21 @@ void CommandLine::addDtcCommands()
     add(dtc, "lookup", "Print the descriptions and notes of codes.", runDtcLookup);
     add(dtc, "import", "Add the descriptions in a text file to the database.", runDtcImport);
     add(dtc, "export", "Write all descriptions into a text file; - is standard output.", runDtcExport);
+}
+
+void CommandLine::addParametersCommands()
+{
+    CLI::App& parameters =
+        *program_->add_subcommand("parameters", "Parameters that you define yourself.")->group("Commands");
+    add(parameters, "list", "Print your own parameters, with their numbers and formulas.", runParametersList);
+    add(parameters, "search", "Print those that have all of some words.", runParametersSearch);
+    add(parameters, "import", "Add the parameters of a CSV file, as phone programs exchange it.",
+        runParametersImport);
+    add(parameters, "export", "Write all of them into such a file; - is standard output.",
+        runParametersExport);
+    add(parameters, "try", "Print what a reply comes to, by a parameter or a formula.", runParametersTry);
+    add(parameters, "add", "Add a parameter.", runParametersAdd);
+    add(parameters, "remove", "Remove parameters.", runParametersRemove);
 }
 
 bool CommandLine::mayWantWindows(const std::vector<std::string>& arguments) const

@@ -45,6 +45,7 @@ private:
     void add(CLI::App& parent, const char* name, const char* description, int (*run)(const Options&));
     void addCommands();
     void addDtcCommands();
+    void addParametersCommands();
 
     std::unique_ptr<CLI::App> program_;
 };

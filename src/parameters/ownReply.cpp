@@ -55,18 +55,20 @@ BusProtocol protocolOf(const OwnParameter& parameter, const std::string& reply)
     return isBare ? BusProtocol::can11At500 : BusProtocol::unknown;
 }
 
-/// The bytes of a text that is nothing but data; none for what refuses, or holds an answer after all.
-Bytes plainData(std::string_view text, const VehicleRequest& request)
+/// The bytes of a text that is nothing but bytes.
+Bytes plainBytes(std::string_view text)
 {
     const auto line = hexLine(trimmed(text, " \t\r\n>"));
-    if (!line || line->index || line->digits.size() % 2 != 0)
-        return {};
-    Bytes bytes = line->bytesFrom(0);
+    return line && !line->index && line->digits.size() % 2 == 0 ? line->bytesFrom(0) : Bytes();
+}
+
+/// Whether bytes refuse a request, or hold an answer to it or its like.
+bool isReply(const Bytes& bytes, const VehicleRequest& request)
+{
     Bytes answer = request.bytes();
     answer.front() |= answerBit;
-    const bool isAnswer = bytes.front() == refusalSign || bytes.front() == answer.front() ||
-                          !std::ranges::search(bytes, answer).empty();
-    return isAnswer ? Bytes() : bytes;
+    return bytes.front() == refusalSign || bytes.front() == answer.front() ||
+           !std::ranges::search(bytes, answer).empty();
 }
 
 } // namespace
@@ -97,20 +99,35 @@ std::string valueText(const OwnParameter& parameter, double value)
     return std::string(text.data(), end.ptr) + (parameter.unit.empty() ? "" : " ") + parameter.unit;
 }
 
-Tried tryOut(const OwnParameter& parameter, std::string_view reply)
+namespace {
+
+/// The data of what a user types; without a request it is nothing but data.
+ReplyData typedData(const OwnParameter& parameter, std::string_view reply)
 {
     const VehicleRequest request(parameter.request);
-    if (!request.isForVehicle() || request.bytes().empty())
-        return {.text = "the request must be hexadecimal, such as 221940"};
-    const Formula formula(parameter.formula);
+    if (!request.isForVehicle())
+        return {.bytes = {}, .why = "the request must be hexadecimal, such as 221940"};
+    Bytes bytes = plainBytes(reply);
+    if (request.bytes().empty()) {
+        std::string why = bytes.empty() ? "give the data bytes, such as 1A 2B" : "";
+        return {.bytes = std::move(bytes), .why = std::move(why)};
+    }
     const std::string lines = std::string(reply) + "\r>";
     ReplyData data = replyData(parameter, lines, protocolOf(parameter, lines));
+    if (!data.why.empty() && !bytes.empty() && !isReply(bytes, request))
+        return {.bytes = std::move(bytes), .why = {}};
+    return data;
+}
+
+} // namespace
+
+Tried tryOut(const OwnParameter& parameter, std::string_view reply)
+{
+    ReplyData data = typedData(parameter, reply);
     if (!data.why.empty())
-        data.bytes = plainData(reply, request);
-    if (data.bytes.empty() && !data.why.empty())
         return {.text = std::move(data.why)};
     Tried tried{.data = std::move(data.bytes)};
-    FormulaResult result = formula.evaluate(tried.data);
+    FormulaResult result = Formula(parameter.formula).evaluate(tried.data);
     tried.number = result.number;
     tried.text = result.number ? valueText(parameter, *result.number) : std::move(result.why);
     tried.isOutside = result.number && parameter.maximum > parameter.minimum &&

@@ -33,7 +33,8 @@ struct Tried {
 };
 
 /// Computes the value of a reply as a user types or pastes it: with or without echo, blanks, headers and
-/// prompt, in one line or several; or of the data bytes alone.
+/// prompt, in one line or several; or of the data bytes alone, which
+/// are the only ones without a request.
 Tried tryOut(const OwnParameter& parameter, std::string_view reply);
 
 } // namespace zint

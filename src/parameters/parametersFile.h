@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace zint {
 
@@ -19,6 +20,14 @@ class ParametersFile {
 public:
     /// @param userDataFolder is made when the first parameter is saved
     explicit ParametersFile(const std::string& userDataFolder) : path_(userDataFolder + "/parameters.json") {}
+
+    /// Another file of the same form.
+    static ParametersFile at(std::string path)
+    {
+        ParametersFile file("");
+        file.path_ = std::move(path);
+        return file;
+    }
 
     const std::string& path() const { return path_; }
 

@@ -4,6 +4,7 @@
 #include "commands/commandSession.h"
 #include "commands/dtcCommand.h"
 #include "commands/exportCommand.h"
+#include "commands/parametersCommand.h"
 #include "commands/pollCommand.h"
 #include "commands/reportCommand.h"
 #include "commands/scanCommand.h"
@@ -94,6 +95,9 @@ TEST(CommandLineTest, TakesTheOptionsOfCommands)
     EXPECT_EQ(taken<TerminalCommandOptions>("terminal --oct").base, NumberBase::octal);
     EXPECT_EQ(taken<DtcLookupOptions>("lookup P0301 u0123").codes, split("P0301 u0123"));
     EXPECT_EQ(taken<DtcExportOptions>("export a.txt --fixed").text.fields, DtcFields::fixed);
+    const auto tried = taken<ParametersTryOptions>("try 62 19 40 01 --formula=A-40 --request 221940");
+    EXPECT_EQ(tried.name + "|" + tried.reply.back() + "|" + tried.parameter.formula, "62|01|A-40");
+    EXPECT_EQ(taken<ParametersAddOptions>("add a 2210 A --min -40.5 --header 7E1").parameter.minimum, -40.5);
     const auto import = taken<DtcImportOptions>("import a.txt --overwrite --no-notes").text;
     EXPECT_TRUE(import.dupOver && import.noNotes && !import.delimNotes && import.fields == DtcFields::comma);
 }
@@ -165,7 +169,9 @@ TEST(CommandLineTest, RefusesWhatIsWrong)
                "./a.txt|poll a.obc --log a.obc|"
                "export a.log a.log|export a.log a.txt --decimals point|export a.log a.csv --decimals dot|"
                "poll a.obc --decimals comma|plot a.log a.png --from 5 --to 5|plot a.log a.png --events 1,0|"
-               "plot a.log a.txt|scan --mode 5-0|dtc|dtc lookup|dtc export a.txt --tab --comma",
+               "plot a.log a.txt|scan --mode 5-0|dtc|dtc lookup|dtc export a.txt --tab --comma|"
+               "parameters try|parameters try a|parameters try a 01 --unit C|parameters add a 2210|"
+               "parameters add a 2210 A --min x|parameters list a|parameters import",
                '|'))
         EXPECT_NE(refusal(words), "no failure") << words;
     EXPECT_EQ(refusal("poll a b"), "wrong words after \"poll\"; the command is: zint-obd poll DESIGN.obc");
