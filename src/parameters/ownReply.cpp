@@ -68,7 +68,7 @@ bool isReply(const Bytes& bytes, const VehicleRequest& request)
     Bytes answer = request.bytes();
     answer.front() |= answerBit;
     return bytes.front() == refusalSign || bytes.front() == answer.front() ||
-           !std::ranges::search(bytes, answer).empty();
+           std::search(bytes.begin(), bytes.end(), answer.begin(), answer.end()) != bytes.end();
 }
 
 } // namespace
