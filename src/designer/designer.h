@@ -26,9 +26,6 @@ public:
 UnitSystem chosenUnits(const ProgramValues& values);
 void keepUnits(ProgramValues& values, UnitSystem units);
 
-/// The event that polls an own parameter.
-DesignEntry eventFor(const OwnParameterPointer& own);
-
 /// The polling designer's work: a grid that is edited freely, and the design that it becomes when it is
 /// committed.
 ///

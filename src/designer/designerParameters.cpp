@@ -23,15 +23,6 @@ void keepUnits(ProgramValues& values, UnitSystem units)
     values.parmUnits = units == UnitSystem::imperial ? imperialWord : "metric";
 }
 
-DesignEntry eventFor(const OwnParameterPointer& own)
-{
-    return {.code = own->request,
-            .description = own->name,
-            .conversion = own->number,
-            .frequency = frequencyForUnit(own->unit),
-            .own = own};
-}
-
 std::vector<std::string> Designer::conversionChoices(std::size_t row) const
 {
     return zint::conversionChoices(panel_.obdGrid.at(row), definitions_.table());

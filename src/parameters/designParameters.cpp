@@ -1,5 +1,6 @@
 #include "parameters/designParameters.h"
 
+#include "parameters/standardParameters.h"
 #include "shared/module1.h"
 
 #include <algorithm>
@@ -52,6 +53,15 @@ std::int32_t numberIn(OwnParameters& table, OwnParameter definition, TakenDefini
 }
 
 } // namespace
+
+DesignEntry eventFor(const OwnParameterPointer& own)
+{
+    return {.code = own->request,
+            .description = own->name,
+            .conversion = own->number,
+            .frequency = frequencyForUnit(own->unit),
+            .own = own};
+}
 
 Undefined define(Design& design, const OwnParameters& table)
 {

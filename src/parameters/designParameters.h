@@ -13,6 +13,9 @@ namespace zint {
 
 constexpr bool isOwnConversion(std::int32_t conversion) { return conversion >= OwnParameter::firstNumber; }
 
+/// The event that polls an own parameter.
+DesignEntry eventFor(const OwnParameterPointer& own);
+
 /// The events whose definitions were looked for and not found.
 struct Undefined {
     std::vector<std::int32_t> missing;  ///< numbers that the table does not have, each once

@@ -1,5 +1,6 @@
 #include "parameters/eventList.h"
 
+#include "parameters/designParameters.h"
 #include "parameters/standardParameters.h"
 #include "shared/module1.h"
 
@@ -12,6 +13,12 @@ namespace {
 bool isHexadecimal(std::string_view text)
 {
     return text.size() % 2 == 0 && std::ranges::all_of(text, [](char c) { return upperHexDigit(c) >= 0; });
+}
+
+DesignEntry inEachLoop(DesignEntry event)
+{
+    event.frequency = 1;
+    return event;
 }
 
 /// Looks for what a text names, the closest meaning first.
@@ -35,7 +42,7 @@ private:
     std::vector<DesignEntry> byName(std::string_view name) const
     {
         if (const OwnParameterPointer own = own_.findName(name))
-            return {eventFor(own)};
+            return {inEachLoop(eventFor(own))};
         return where(
             [&](const StandardParameter& known) { return upperCase(known.field.name) == upperCase(name); });
     }
@@ -45,7 +52,7 @@ private:
         std::vector<DesignEntry> events;
         for (const OwnParameterPointer& own : own_.all()) {
             if (own->request == request)
-                events.push_back(eventFor(own));
+                events.push_back(inEachLoop(eventFor(own)));
         }
         if (events.empty())
             events = where([&](const StandardParameter& known) { return known.code == request; });
@@ -69,7 +76,7 @@ private:
             where([&](const StandardParameter& known) { return isFound(known, words, units_); });
         for (const OwnParameterPointer& own : own_.all()) {
             if (isFound({own->request, own->name, own->unit, own->shortName}, words))
-                events.push_back(eventFor(own));
+                events.push_back(inEachLoop(eventFor(own)));
         }
         if (events.size() == 1)
             return events;
@@ -95,10 +102,8 @@ private:
     {
         std::vector<DesignEntry> events;
         for (const StandardParameter& known : standardParameters()) {
-            if (!isMeant(known))
-                continue;
-            events.push_back(eventFor(known, units_));
-            events.back().frequency = 1;
+            if (isMeant(known))
+                events.push_back(inEachLoop(eventFor(known, units_)));
         }
         return events;
     }
@@ -119,15 +124,6 @@ std::vector<DesignEntry> eventsNamed(const std::vector<std::string>& texts, cons
         throw UnknownParameter("these are " + std::to_string(events.size()) + " events; " +
                                std::to_string(Design::maxEvents) + " fit into a run");
     return events;
-}
-
-DesignEntry eventFor(const OwnParameterPointer& parameter)
-{
-    return {.code = parameter->request,
-            .description = parameter->name,
-            .conversion = parameter->number,
-            .frequency = 1,
-            .own = parameter};
 }
 
 } // namespace zint

@@ -23,7 +23,4 @@ public:
 std::vector<DesignEntry> eventsNamed(const std::vector<std::string>& texts, const OwnParameters& own,
                                      UnitSystem units);
 
-/// The event that polls an own parameter in every loop.
-DesignEntry eventFor(const OwnParameterPointer& parameter);
-
 } // namespace zint
