@@ -88,6 +88,10 @@ TEST(CommandLineTest, TakesTheOptionsOfCommands)
     const auto poll = taken<PollOptions>("poll --export a.txt d.obc --log --quiet --loops 100000");
     EXPECT_EQ(poll.words.front() + poll.logPath + poll.exportPath, "d.obc--quieta.txt");
     EXPECT_EQ(poll.loops, 100000);
+    const auto events = taken<PollOptions>("poll --events 0C,0105 level --csv - --decimals comma --combine");
+    EXPECT_EQ(events.events, split("0C,0105"));
+    EXPECT_EQ(events.words, split("level"));
+    EXPECT_TRUE(events.printsSamples() && events.combine);
     EXPECT_EQ(taken<ExportOptions>("export a.log A.CSV --decimals comma").decimals, Decimals::comma);
     EXPECT_EQ(taken<PollOptions>("poll d.obc --seconds 86400").seconds, std::chrono::seconds(86400));
     const auto report = taken<ReportOptions>("report --json --replay a.txt");
@@ -168,13 +172,16 @@ TEST(CommandLineTest, RefusesWhatIsWrong)
                "poll a.obc --log=|report --replay=|report --replay a.txt b|poll a.obc --log a.txt --export "
                "./a.txt|poll a.obc --log a.obc|"
                "export a.log a.log|export a.log a.txt --decimals point|export a.log a.csv --decimals dot|"
-               "poll a.obc --decimals comma|plot a.log a.png --from 5 --to 5|plot a.log a.png --events 1,0|"
+               "poll a.obc --decimals comma|poll a.obc --csv - --jsonl|poll a.obc --imperial|plot a.log "
+               "a.png --from 5 --to 5|plot a.log a.png --events 1,0|"
                "plot a.log a.txt|scan --mode 5-0|dtc|dtc lookup|dtc export a.txt --tab --comma|"
                "parameters try|parameters try a|parameters try a 01 --unit C|parameters add a 2210|"
                "parameters add a 2210 A --min x|parameters list a|parameters import",
                '|'))
         EXPECT_NE(refusal(words), "no failure") << words;
-    EXPECT_EQ(refusal("poll a b"), "wrong words after \"poll\"; the command is: zint-obd poll DESIGN.obc");
+    EXPECT_EQ(refusal("poll a b"), "poll takes one design, DESIGN.obc, or --events and what they are");
+    EXPECT_EQ(refusal("export a"), "wrong words after \"export\"; the command is: zint-obd export LOG.log "
+                                   "OUT.txt|OUT.csv");
     EXPECT_EQ(refusal("report --fail-on light"), "--fail-on light: give codes or readiness");
     EXPECT_EQ(refusal("codes --comma"), "--comma goes with the command dtc import or dtc export");
     EXPECT_EQ(refusal("dtc find P0301"), "unknown command \"dtc find P0301\"; there are: dtc setup, dtc "
