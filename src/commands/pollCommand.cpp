@@ -53,7 +53,8 @@ Design designToPoll(const PollOptions& options)
     std::vector<std::string> names = options.events;
     names.insert(names.end(), options.words.begin(), options.words.end());
     const UnitSystem units = options.imperial ? UnitSystem::imperial : UnitSystem::metric;
-    return {.title = "Events of the command line", .events = eventsNamed(names, userParameters(), units)};
+    return {.title = "Events of the command line",
+            .events = eventsNamed(names, userParametersFile().load(), units)};
 }
 
 /// Writes each sample as a line, as it comes.

@@ -162,6 +162,16 @@ OwnParameters readParametersJson(std::string_view text)
     return table;
 }
 
+Undefined defineBeside(Design& design, const std::string& path, const ParametersFile& file)
+{
+    if (std::ranges::none_of(design.events, isOwnConversion, &DesignEntry::conversion))
+        return {};
+    OwnParameters table = file.load();
+    if (const std::string beside = definitionsPath(path); !path.empty() && fileExists(beside))
+        renumber(design, takeDefinitions(design, loadParameters(beside), table).numbers);
+    return define(design, table);
+}
+
 OwnParameters loadParameters(const std::string& path)
 {
     std::string text = contentOf(path);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "parameters/designParameters.h"
 #include "parameters/ownParameters.h"
 
 #include <functional>
@@ -44,6 +45,11 @@ public:
 private:
     std::string path_;
 };
+
+/// Gives the events of a design, or of a log's, the own parameters that they mean: those of the file beside
+/// it, with numbers that the table leaves free, else the table's.
+/// @return what is not defined. @throws FileError
+Undefined defineBeside(Design& design, const std::string& path, const ParametersFile& file);
 
 /// Reads and writes a table as ParametersFile has it. @throws FileError
 OwnParameters loadParameters(const std::string& path);

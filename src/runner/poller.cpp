@@ -21,6 +21,7 @@ Poller::Poller(Surroundings surroundings, const Design& design)
                                                  panel_.statusBox = status;
                                                  changed();
                                              },
+                                             around_.define,
                                              [this](const std::string& path) {
                                                  if (onLog)
                                                      onLog(path);

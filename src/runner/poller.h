@@ -40,6 +40,9 @@ public:
         KeptRuns& kept;
         DateText dateText;
         std::size_t mostRecords = SampleStore::mostRecords; ///< that the store has room for
+        /// See RunFiles.
+        std::function<void(Design& design, const std::string& path)> define = [](Design&,
+                                                                                 const std::string&) {};
         /// What the port stands for now.
         std::function<std::string()> device = [] { return std::string(); };
     };

@@ -113,6 +113,7 @@ std::optional<OpenedRun> RunFiles::open(const std::string& path)
         }
         if (run.log.samples.isEmpty())
             throw FileError("\"" + path + "\" holds no samples, so there is nothing to show.");
+        define(run.log.design, path);
     } catch (const FileError& error) {
         around_.prompts.message(error.what());
         return std::nullopt;
@@ -123,6 +124,16 @@ std::optional<OpenedRun> RunFiles::open(const std::string& path)
     around_.values.rememberFolderOf(path);
     around_.noteLog(path);
     return run;
+}
+
+/// A table of own parameters that can't be read is no reason to show nothing.
+void RunFiles::define(Design& design, const std::string& path) const
+{
+    try {
+        around_.define(design, path);
+    } catch (const FileError& error) {
+        around_.prompts.message(error.what());
+    }
 }
 
 void RunFiles::enter(const std::string& file)
@@ -147,6 +158,7 @@ std::optional<OpenedRun> RunFiles::recover(FileDialogs& dialogs)
     const std::string path = dialogs.chooseToSave(factsOf(Kind::log).files, around_.values.parmInitDir, {});
     if (path.empty())
         return std::nullopt;
+    define(run.design, path);
     OpenedRun opened{
         .file = fileNamePart(path),
         .log = {std::move(run.design), around_.dateText(run.firstStart), std::move(run.samples)}};

@@ -38,6 +38,9 @@ public:
         KeptRuns& kept;
         DateText dateText;
         std::function<void(const std::string&)> showStatus;
+        /// Gives the events of a log their own parameters.
+        std::function<void(Design& design, const std::string& path)> define = [](Design&,
+                                                                                 const std::string&) {};
         /// Gets the path of each log that was written or read.
         std::function<void(const std::string&)> noteLog = [](const std::string& /*path*/) {};
     };
@@ -99,6 +102,7 @@ private:
     };
 
     void remember(Kind kind, const std::string& path);
+    void define(Design& design, const std::string& path) const;
     Result write(const Run& run, Kind kind, const std::string& path) const;
 
     Surroundings around_;

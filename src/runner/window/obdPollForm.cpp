@@ -2,6 +2,7 @@
 
 #include "chart/window/gauges.h"
 #include "chart/window/liveChart.h"
+#include "parameters/parametersFile.h"
 #include "platform/dateText.h"
 #include "platform/text.h"
 #include "runner/pollPrintout.h"
@@ -36,6 +37,8 @@ obdPollForm::obdPollForm(ToolContext& context)
                .values = context.values,
                .kept = kept_,
                .dateText = dateText,
+               .define = [file = ParametersFile(context.userDataFolder)](
+                             Design& design, const std::string& path) { defineBeside(design, path, file); },
                .device = [&context] { return context.shell.connection().device; }},
               context.design),
       recent_(context.settings, settingsSection), grid_(std::make_unique<PollGridModel>())
