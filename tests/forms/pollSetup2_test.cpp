@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QTableView>
 #include <QToolButton>
 
@@ -152,6 +153,43 @@ TEST_F(PollSetup2Test, AddsParametersThatAreFoundByWords)
     EXPECT_TRUE(form->findChild<QAction*>(QStringLiteral("mnuImperial"))->isChecked());
     click("mnuMetric");
     EXPECT_EQ(shown("statusBox"), "Metric units: 5 rows changed");
+}
+
+TEST_F(PollSetup2Test, OwnParametersAreDefinedTriedAndUsed)
+{
+    inNextDialog([this](QDialog& dialog) {
+        const auto box = [&](const char* name) { return dialog.findChild<QLineEdit*>(QLatin1String(name)); };
+        const auto text = [&](const char* name) {
+            return fromQt(dialog.findChild<QLabel*>(QLatin1String(name))->text());
+        };
+        dialog.findChild<QPushButton*>(QStringLiteral("newCom"))->click();
+        QTest::keyClicks(box("name"), QStringLiteral("Oil"));
+        EXPECT_EQ(text("requestFault"), "the request is missing");
+        QTest::keyClicks(box("request"), QStringLiteral("221940"));
+        QTest::keyClicks(box("formula"), QStringLiteral("-VAL(B)"));
+        EXPECT_EQ(text("formulaFault"), "At character 3: there is no function VAL");
+        EXPECT_EQ(fromQt(box("formula")->text()), "A-VAL(B)") << "marked, not changed";
+        QTest::keyClick(box("formula"), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(box("formula"), QStringLiteral("A-40"));
+        QTest::keyClick(box("formula"), Qt::Key_Return);
+        EXPECT_EQ(text("statusBox"), "\"Oil\" saved");
+        EXPECT_TRUE(dialog.isVisible()) << "Enter saves, and closes nothing";
+        dialog.findChild<QPlainTextEdit*>(QStringLiteral("reply"))
+            ->setPlainText(QStringLiteral("62 19 40 5A"));
+        EXPECT_EQ(text("outcome"), "Data 5A: 50");
+        adapter->expectOpening();
+        adapter->expect("221940\r").answer("62 19 40 2A \r\r>");
+        adapter->expect("ATD\r");
+        dialog.findChild<QPushButton*>(QStringLiteral("readCom"))->click();
+        adapter->play();
+        EXPECT_EQ(text("outcome"), "Data 2A: 2");
+        dialog.findChild<QPushButton*>(QStringLiteral("closeCom"))->click();
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    click("mnuOwnParameters");
+    design = {.events = {{.code = "221940", .conversion = 10000, .frequency = 1}}};
+    open<pollSetup2>(context);
+    EXPECT_EQ(cell(0, 2), "10000>Oil");
 }
 
 TEST_F(PollSetup2Test, MenusReachTheDesigner)

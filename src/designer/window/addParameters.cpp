@@ -66,6 +66,8 @@ addParameters::addParameters(ParameterList& list, SettingsStore& settings, QWidg
     header->setSectionsClickable(true);
     header->setSortIndicatorShown(true);
     header->setHighlightSections(false);
+    constexpr int rowMargin = 8;
+    ui->parameters->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + rowMargin);
     ui->search->installEventFilter(this);
     connect(ui->search, &QLineEdit::textChanged, this, [this](const QString& words) {
         list_.search(fromQt(words));
@@ -133,7 +135,6 @@ void addParameters::selectFirst()
 void addParameters::showAddable()
 {
     ui->addCom->setEnabled(ui->parameters->selectionModel()->hasSelection());
-    ui->ownCom->setEnabled(editOwn != nullptr);
 }
 
 void addParameters::paint()

@@ -4,6 +4,7 @@
 #include "designer/window/addParameters.h"
 #include "designer/window/gridDelegate.h"
 #include "designer/window/gridModel.h"
+#include "designer/window/ownParametersForm.h"
 #include "designer/window/ui_pollSetup2.h"
 #include "platform/dateText.h"
 #include "platform/text.h"
@@ -179,6 +180,7 @@ void pollSetup2::connectActions()
     on(ui->mnuImperial, &QAction::triggered, [this] { designer_.useUnits(UnitSystem::imperial); });
     on(ui->mnuDefinitions, &QAction::triggered, [this](bool with) { designer_.saveWithDefinitions(with); });
     onAsking(ui->mnuAddParameters, &QAction::triggered, [this] { mnuAddParameters_Click(); });
+    onAsking(ui->mnuOwnParameters, &QAction::triggered, [this] { mnuOwnParameters_Click(this); });
     onTrigger(ui->mnuAddNew, &pollSetup2::mnuAddNew_Click);
     onClick(ui->comDone, &pollSetup2::comDone_Click);
     onClick(ui->labelStats, &pollSetup2::labelStats_Click);
@@ -189,8 +191,17 @@ void pollSetup2::mnuAddParameters_Click()
     ParameterList list(designer_, context().values);
     addParameters dialog(list, context().settings, this);
     dialog.act = [this](const std::function<void()>& action) { gate().run(action); };
+    dialog.editOwn = [&] {
+        ask([&] { mnuOwnParameters_Click(&dialog); });
+        list.refresh();
+    };
     dialog.exec();
     gate().run([this] { paint(); });
+}
+
+void pollSetup2::mnuOwnParameters_Click(QWidget* parent)
+{
+    ownParametersForm(context(), gate(), prompts(), designer_, parent).exec();
 }
 
 void pollSetup2::mnuAddNew_Click()

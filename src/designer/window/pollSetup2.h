@@ -33,6 +33,7 @@ private:
     void endEditing() override;
     bool printOn(QPrinter& printer) override;
     void mnuAddParameters_Click();
+    void mnuOwnParameters_Click(QWidget* parent);
     void mnuAddNew_Click();
     void comDone_Click();
     void labelStats_Click();
