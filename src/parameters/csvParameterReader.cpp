@@ -124,6 +124,18 @@ std::string withPoints(std::string formula)
 
 bool canBeComputed(const std::string& formula) { return !readFormula(formula).fault; }
 
+/// The formula without what spreadsheets and other languages put into it, if it can be computed then.
+std::string formulaIn(const std::string& typed)
+{
+    std::string formula(trimmed(typed, " \t\""));
+    if (formula.starts_with('=')) // as spreadsheets begin theirs
+        formula.erase(0, 1);
+    if (canBeComputed(formula))
+        return formula;
+    std::string pointed = withPoints(formula);
+    return canBeComputed(pointed) ? pointed : formula;
+}
+
 /// The usual header has many names.
 std::string headerOf(const std::string& typed)
 {
@@ -265,17 +277,6 @@ double CsvParameterReader::numberIn(const Fields& fields, CsvColumn column) cons
     if (error != std::errc() || stop != end)
         throw FileError("\"" + field(fields, column) + "\" is no number");
     return number;
-}
-
-std::string CsvParameterReader::formulaIn(const std::string& typed) const
-{
-    std::string formula(trimmed(typed, " \t\""));
-    if (formula.starts_with('=')) // as spreadsheets begin theirs
-        formula.erase(0, 1);
-    if (canBeComputed(formula))
-        return formula;
-    std::string pointed = withPoints(formula);
-    return canBeComputed(pointed) ? pointed : formula;
 }
 
 } // namespace zint

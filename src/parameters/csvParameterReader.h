@@ -53,7 +53,6 @@ private:
     Fields fitted(Fields fields) const;
     const std::string& field(const Fields& fields, CsvColumn column) const;
     double numberIn(const Fields& fields, CsvColumn column) const;
-    std::string formulaIn(const std::string& typed) const;
 
     LineReader lines_;
     char separator_ = 0;                                                     ///< 0: the head has not come yet

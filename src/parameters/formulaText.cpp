@@ -253,7 +253,7 @@ void FormulaReader::takeComma()
 void FormulaReader::takeColon()
 {
     if (!isOpen('?'))
-        return refuse(at_, "there is no \"?\" before this \":\"");
+        return refuse(at_, R"(there is no "?" before this ":")");
     open_.pop_back();
     take(":", 1);
     expectsValue_ = true;
@@ -262,7 +262,7 @@ void FormulaReader::takeColon()
 void FormulaReader::takeClosing()
 {
     if (isOpen('?'))
-        return refuse(at_, "the \":\" of a \"?\" is missing here");
+        return refuse(at_, R"(the ":" of a "?" is missing here)");
     if (open_.empty())
         return refuse(at_, "no parenthesis is open here");
     const Open call = open_.back();
@@ -300,7 +300,7 @@ void FormulaReader::finish()
         refuse(typed_.size(), "a value is missing at the end");
     else if (!open_.empty())
         refuse(open_.back().position,
-               isOpen('?') ? "the \":\" of this \"?\" is missing" : "this parenthesis is not closed");
+               isOpen('?') ? R"(the ":" of this "?" is missing)" : "this parenthesis is not closed");
 }
 
 void FormulaReader::refuse(std::size_t position, std::string text)

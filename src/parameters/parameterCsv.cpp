@@ -83,9 +83,10 @@ std::string lineText(const CsvLine& line)
 
 std::string importText(const CsvImport& import)
 {
-    const std::pair<std::size_t, const char*> counts[] = {{import.replaced.size(), " replaced"},
-                                                          {import.present.size(), " already there"},
-                                                          {import.refused.size(), " refused"}};
+    const std::array<std::pair<std::size_t, const char*>, 3> counts = {
+        {{import.replaced.size(), " replaced"},
+         {import.present.size(), " already there"},
+         {import.refused.size(), " refused"}}};
     std::string text = std::to_string(import.added.size()) +
                        (import.added.size() == 1 ? " parameter added" : " parameters added");
     for (const auto& [count, words] : counts) {
