@@ -48,8 +48,9 @@ Json jsonOf(const OwnParameter& parameter)
 
 std::int32_t numberIn(const Json& json, const char* key)
 {
-    const Json& number = json[key];
-    if (!number.is_number_integer() || number < OwnParameter::firstNumber || number > 2'000'000'000)
+    constexpr std::int32_t last = 2'000'000'000;
+    const Json number = json.value(key, Json());
+    if (!number.is_number_integer() || number < OwnParameter::firstNumber || number > last)
         refuse("\"" + std::string(key) + "\" must be a number from " +
                std::to_string(OwnParameter::firstNumber) + " on");
     return number.get<std::int32_t>();
@@ -108,6 +109,8 @@ Json parsed(std::string_view text)
     } catch (const Json::parse_error& error) {
         const auto lines = std::ranges::count(text.substr(0, error.byte), '\n');
         refuse("line " + std::to_string(lines + 1) + " is no JSON");
+    } catch (const Json::exception&) { // a number beyond all bounds
+        refuse("it is no table of parameters");
     }
 }
 
