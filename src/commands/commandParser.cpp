@@ -67,10 +67,26 @@ public:
     }
 
 private:
+    /// The option as the command has it: what one takes as a flag may have a value with another one. A
+    /// command that has not come yet is looked for behind the option.
+    const CLI::Option* optionOf(const std::string& name, const Arguments& behind) const
+    {
+        const auto isCommand = [this](const std::string& word) {
+            const auto commands = commandsIn(program_);
+            return std::ranges::find(commands, word, &CLI::App::get_name) != commands.end();
+        };
+        const CLI::App* command = &commandOf(program_, sorted_.words);
+        if (command == &program_)
+            command = &commandOf(program_, {std::ranges::find_if(behind, isCommand), behind.end()});
+        const CLI::Option* const own =
+            program_.get_option_no_throw(name) == nullptr ? command->get_option_no_throw(name) : nullptr;
+        return own != nullptr ? own : findOption(program_, name);
+    }
+
     void takeOption(Arguments::const_iterator& argument, Arguments::const_iterator end)
     {
         const std::string name = argument->substr(0, argument->find('='));
-        const CLI::Option* const option = findOption(program_, name);
+        const CLI::Option* const option = optionOf(name, {argument + 1, end});
         if (option == nullptr)
             throw UsageError("unknown option " + name);
         const bool hasValue = name != *argument;

@@ -106,6 +106,25 @@ TEST(CommandLineTest, TakesTheOptionsOfCommands)
     EXPECT_TRUE(import.dupOver && import.noNotes && !import.delimNotes && import.fields == DtcFields::comma);
 }
 
+TEST(CommandLineTest, AnOptionIsWhatItsCommandHas)
+{
+    CLI::App program;
+    std::string path;
+    bool isTable = false;
+    program.add_subcommand("poll")->add_option("--csv", path);
+    CLI::App& import = *program.add_subcommand("dtc")->add_subcommand("import");
+    import.add_flag("--csv", isTable);
+    import.add_option("FILE", path);
+    for (const char* words : {"poll --csv -", "--csv - poll", "dtc import --csv a", "--csv dtc import a"}) {
+        program.clear();
+        path.clear();
+        parse(program, sortArguments(program, split(words)));
+        const bool isPoll = std::string(words).find("poll") != std::string::npos;
+        EXPECT_EQ(path, isPoll ? "-" : "a") << words;
+        EXPECT_EQ(isTable, !isPoll) << words;
+    }
+}
+
 TEST(CommandLineTest, TakesTheParametersOfAScan)
 {
     const std::pair<const char*, const char*> rows[] = {
