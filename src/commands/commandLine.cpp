@@ -113,9 +113,11 @@ void CommandLine::addDtcCommands()
 void CommandLine::addParametersCommands()
 {
     CLI::App& parameters =
-        *program_->add_subcommand("parameters", "Parameters that you define yourself.")->group("Commands");
+        *program_->add_subcommand("parameters", "Parameters of your own, and of the standard.")
+             ->group("Commands");
     add(parameters, "list", "Print your own parameters, with their numbers and formulas.", runParametersList);
-    add(parameters, "search", "Print those that have all of some words.", runParametersSearch);
+    add(parameters, "search", "Print those, and the standard's, that have all of some words.",
+        runParametersSearch);
     add(parameters, "import", "Add the parameters of a CSV file, as phone programs exchange it.",
         runParametersImport);
     add(parameters, "export", "Write all of them into such a file; - is standard output.",

@@ -4,6 +4,7 @@
 #include "commands/options.h"
 #include "parameters/ownReply.h"
 #include "parameters/parametersFile.h"
+#include "parameters/standardParameters.h"
 #include "platform/text.h"
 #include "process/folders.h"
 #include "shared/fileError.h"
@@ -49,6 +50,25 @@ Row rowOf(const OwnParameter& parameter)
             parameter.formula};
 }
 
+std::string rangeText(const StandardParameter& parameter, UnitSystem units)
+{
+    const OwnParameter bare;
+    return parameter.field.hasWords ? "words"
+                                    : valueText(bare, parameter.minimum(units)) + " to " +
+                                          valueText(bare, parameter.maximum(units));
+}
+
+/// With the range in place of a formula.
+Row rowOf(const StandardParameter& parameter, UnitSystem units)
+{
+    return {std::to_string(numberOf(parameter.conversion(units))),
+            parameter.code,
+            "",
+            parameter.field.name,
+            std::string(parameter.unit(units)),
+            rangeText(parameter, units)};
+}
+
 std::size_t widthOf(const std::string& text)
 {
     const auto count = std::ranges::count_if(text, [](char c) { return (c & 0xC0) != 0x80; }); // characters
@@ -74,6 +94,14 @@ std::string tableText(const std::vector<Row>& rows)
     return text;
 }
 
+std::string joined(const std::vector<std::string>& words)
+{
+    std::string text;
+    for (const std::string& word : words)
+        text += (text.empty() ? "" : " ") + word;
+    return text;
+}
+
 bool hasWord(const Row& row, const std::string& shortName, const std::string& word)
 {
     const auto has = [capitals = upperCase(word)](const std::string& text) {
@@ -82,21 +110,26 @@ bool hasWord(const Row& row, const std::string& shortName, const std::string& wo
     return std::ranges::any_of(row, has) || has(shortName);
 }
 
-int print(const OwnParameters& table, const std::vector<std::string>& words)
+std::vector<Row> ownRows(const OwnParameters& table, const std::vector<std::string>& words)
 {
     std::vector<Row> rows;
     for (const OwnParameterPointer& parameter : table.all()) {
         const Row row = rowOf(*parameter);
-        if (std::ranges::all_of(words,
-                                [&](const auto& word) { return hasWord(row, parameter->shortName, word); }))
+        const auto has = [&](const std::string& word) { return hasWord(row, parameter->shortName, word); };
+        if (std::ranges::all_of(words, has))
             rows.push_back(row);
     }
-    if (rows.empty())
-        complain(table.all().empty()
-                     ? "there are no parameters of your own; zint-obd parameters import or add "
-                       "makes some"
-                     : "no parameter has these words");
-    return rows.empty() && !words.empty() ? exitStatus::failure : printOut(tableText(rows));
+    return rows;
+}
+
+std::vector<Row> standardRows(const std::string& words, UnitSystem units)
+{
+    std::vector<Row> rows;
+    for (const StandardParameter& parameter : standardParameters()) {
+        if (isFound(parameter, words, units))
+            rows.push_back(rowOf(parameter, units));
+    }
+    return rows;
 }
 
 int printTried(const OwnParameter& parameter, const Tried& tried)
@@ -119,18 +152,17 @@ int refuse(const std::string& formula, const FormulaFault& fault)
     return exitStatus::failure;
 }
 
-std::string joined(const std::vector<std::string>& words)
-{
-    std::string text;
-    for (const std::string& word : words)
-        text += (text.empty() ? "" : " ") + word;
-    return text;
-}
-
 void addTable(CLI::App& command, std::string& path)
 {
     addFile(command, "--file", path,
             "The table of parameters, instead of the one that the windows use; also one beside a design.");
+}
+
+void addUnits(CLI::App& command, UnitSystem& units)
+{
+    command.add_flag_callback(
+        "--imperial", [&units] { units = UnitSystem::imperial; },
+        "Parameters of the standard with the units of imperial countries.");
 }
 
 void addText(CLI::App& command, const char* name, const char* valueName, const char* description,
@@ -151,11 +183,17 @@ void addDecimal(CLI::App& command, const char* name, const char* description, do
 
 } // namespace
 
-void ParametersListOptions::describe(CLI::App& command) { addTable(command, filePath); }
+void ParametersListOptions::describe(CLI::App& command)
+{
+    command.add_flag("--standard", isStandard, "Print the parameters of the standard (SAE J1979) instead.");
+    addUnits(command, units);
+    addTable(command, filePath);
+}
 
 void ParametersSearchOptions::describe(CLI::App& command)
 {
-    addWord(command, "WORD", words, "All of them are in the name, request, header, unit or formula.");
+    addWord(command, "WORD", words, "All of them are in the name, request, unit, header, formula or group.");
+    addUnits(command, units);
     addTable(command, filePath);
 }
 
@@ -219,12 +257,24 @@ void ParametersRemoveOptions::describe(CLI::App& command)
 
 int runParametersList(const ParametersListOptions& options)
 {
-    return print(fileAt(options.filePath).load(), {});
+    if (options.isStandard)
+        return printOut(tableText(standardRows({}, options.units)));
+    const std::vector<Row> rows = ownRows(fileAt(options.filePath).load(), {});
+    if (rows.empty())
+        complain("there are no parameters of your own; zint-obd parameters import or add makes some");
+    return printOut(tableText(rows));
 }
 
 int runParametersSearch(const ParametersSearchOptions& options)
 {
-    return print(fileAt(options.filePath).load(), options.words);
+    std::vector<Row> rows = ownRows(fileAt(options.filePath).load(), options.words);
+    const std::vector<Row> standard = standardRows(joined(options.words), options.units);
+    rows.insert(rows.end(), standard.begin(), standard.end());
+    if (rows.empty()) {
+        complain("no parameter has these words");
+        return exitStatus::failure;
+    }
+    return printOut(tableText(rows));
 }
 
 int runParametersImport(const ParametersImportOptions& options)

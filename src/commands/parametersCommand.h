@@ -1,6 +1,7 @@
 #pragma once
 
 #include "catalogue/ownParameter.h"
+#include "catalogue/standardConversion.h"
 #include "parameters/parameterCsv.h"
 
 #include <string>
@@ -15,7 +16,9 @@ class App;
 namespace zint {
 
 struct ParametersListOptions {
-    std::string filePath; ///< empty: the file that the program uses
+    std::string filePath;    ///< empty: the file that the program uses
+    bool isStandard = false; ///< the parameters of the standard in place of the user's own
+    UnitSystem units = UnitSystem::metric;
 
     void describe(CLI::App& command);
 };
@@ -23,6 +26,7 @@ struct ParametersListOptions {
 struct ParametersSearchOptions {
     std::string filePath;           ///< as in ParametersListOptions
     std::vector<std::string> words; ///< a parameter has all of them
+    UnitSystem units = UnitSystem::metric;
 
     void describe(CLI::App& command);
 };

@@ -35,6 +35,16 @@ TEST_F(ParametersCommandEndToEnd, ImportsSearchesTriesAndExports)
     EXPECT_TRUE(parameters(words("export -")).output.ends_with("\nOil,,0x221940,A-40,0,0,C,7E1\n"));
 }
 
+TEST_F(ParametersCommandEndToEnd, KnowsTheStandardsToo)
+{
+    const std::string all = parameters(words("list --standard")).output;
+    EXPECT_NE(all.find("\n1120  010C  Engine speed"), std::string::npos) << all;
+    EXPECT_EQ(parameters(words("search 0105 coolant --imperial")).all(),
+              "0|5050  0105  Coolant temperature  °F  -40 to 419\n|");
+    EXPECT_EQ(parameters(words("search coolant nonsense")).all(),
+              "1||zint-obd: no parameter has these words\n");
+}
+
 TEST_F(ParametersCommandEndToEnd, PointsAtWhatIsWrong)
 {
     EXPECT_EQ(parameters({u"add"_qs, u"Oil"_qs, u"2210"_qs, u" 2*(A+VAL(B))"_qs}).all(),
