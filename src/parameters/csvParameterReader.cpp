@@ -87,11 +87,12 @@ std::size_t knownColumns(const Fields& fields)
     return static_cast<std::size_t>(std::ranges::count_if(fields, isKnown));
 }
 
-/// "#" and "//" begin a comment; "#1 cylinder" is a name.
+/// "#" and "//" begin a comment; "#1 cylinder" is a name. "sep=;" is for spreadsheets.
 bool isComment(std::string_view line)
 {
     const bool isNumbered = line.size() > 1 && line[1] >= '0' && line[1] <= '9';
-    return line.starts_with("//") || (line.starts_with('#') && !isNumbered);
+    return line.starts_with("//") || (line.starts_with('#') && !isNumbered) ||
+           upperCase(line).starts_with("SEP=");
 }
 
 /// "1,5" as "1.5", and "1,000" as "1000" where commas part the fields: there they are an English program's.

@@ -90,7 +90,7 @@ TEST(ParameterCsvTest, NamesEachLineThatItCanNotTake)
         {std::string("\0\0\0", 3), "line 1: the file is no text\n"},
         {"hello\n", "line 1, \"hello\": request, at character 1: the request is missing\n"},
         {"", ""},
-        {"Oil;O;2210;A/2,5;0;1,5;C;7E1\n", ""}, // without a head
+        {"sep=;\n#1;O;2210;A/2,5;0;1,5;C;7E1\n", ""}, // without a head
     };
     for (const auto& [text, refused] : rows) {
         OwnParameters table;
