@@ -107,6 +107,12 @@ std::string shownText(const DesignEntry& event, double value)
     }
 }
 
+bool hasWords(const DesignEntry& event)
+{
+    const auto standard = standardConversion(event.conversion);
+    return standard && parameterField(standard->pid, standard->field)->hasWords;
+}
+
 namespace {
 
 struct Number {

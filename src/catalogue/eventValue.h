@@ -42,6 +42,9 @@ std::string shownText(const DesignEntry& event, double value);
 /// convertedValue() throws. Words are drawn as what stands for them.
 std::optional<double> drawnNumber(const DesignEntry& event, double value);
 
+/// Whether the values of an event stand for words.
+bool hasWords(const DesignEntry& event);
+
 /// Whether the values of an event can be drawn at all.
 inline bool isDrawn(const DesignEntry& event) { return drawnNumber(event, 0).has_value(); }
 

@@ -3,6 +3,7 @@
 #include "catalogue/eventValue.h"
 #include "catalogue/ownParameter.h"
 #include "catalogue/standardConversion.h"
+#include "parameters/ownReply.h"
 #include "parameters/standardParameters.h"
 #include "runner/pollReply.h"
 #include "vehicle/parameters.h"
@@ -23,32 +24,23 @@ constexpr std::uint8_t liveData = 0x01;
 using ParameterData = std::map<std::uint8_t, Bytes>;
 
 /// The parameters of mode 01 in the answers to a request; of those that several units tell the first one.
-ParameterData parametersIn(const VehicleReply& reply, const VehicleRequest& request,
-                           const UnitReadings& known)
+ParameterData parametersIn(const VehicleReply& reply, const VehicleRequest& request, const UnitReading& known)
 {
     ParameterData parameters;
+    if (request.bytes().empty() || request.bytes().front() != liveData)
+        return parameters;
     for (const UnitMessage& message : reply.messages) {
         if (message.isIncomplete || message.bytes.front() == refusalSign)
             continue;
         const ServiceAnswer answer{.service = liveData,
                                    .data = BytesView(message.bytes).subspan(1),
                                    .asked = BytesView(request.bytes()).subspan(1),
-                                   .known = known.empty() ? nullptr : &known.front().second};
+                                   .known = &known};
         forEachParameter(answer, [&](std::uint8_t pid, BytesView data) {
             parameters.try_emplace(pid, data.begin(), data.end());
         });
     }
     return parameters;
-}
-
-/// The first whole answer to a request; null when there is none.
-const UnitMessage* answerIn(const VehicleReply& reply, const VehicleRequest& request)
-{
-    const auto found = std::ranges::find_if(reply.messages, [&](const UnitMessage& message) {
-        return !message.isIncomplete && message.bytes.front() != refusalSign &&
-               message.bytes.size() >= request.bytes().size();
-    });
-    return found != reply.messages.end() ? &*found : nullptr;
 }
 
 ReplyFit fitOf(const VehicleReply& reply, bool isAnswered)
@@ -73,8 +65,8 @@ void VehicleTraits::learn(std::string_view question, std::string_view reply)
     }
     if (!VehicleRequest(question).isForVehicle() || question.empty())
         return;
-    for (const auto& [name, told] : readExchange(question, reply, protocol, units).units)
-        merge(readingOf(units, name), told);
+    for (const auto& [name, told] : readExchange(question, reply, protocol).units)
+        merge(known, told);
 }
 
 std::vector<std::string> openingQuestions(const Design& design, bool combines)
@@ -113,20 +105,18 @@ ReplyReader::Reading ReplyReader::read(const PollRequest& request, std::string_v
     });
     if (isRaw && !request.isCombined())
         return readRaw(request, reply);
-    const VehicleRequest asked(request.text);
     const VehicleReply answers = readVehicleReply(request.text, reply, vehicle.protocol);
-    const UnitMessage* answer = answerIn(answers, asked);
-    const ParameterData parameters = parametersIn(answers, asked, vehicle.units);
-    Reading reading{.fit = fitOf(answers, answer != nullptr)};
+    const ParameterData parameters = parametersIn(answers, VehicleRequest(request.text), vehicle.known);
+    Reading reading;
     for (const std::size_t event : request.events) {
         const auto pid = requestedParameter(design_.events[event].code);
-        EventReading told;
-        if (pid && parameters.contains(*pid))
-            told = readData(event, parameters.at(*pid), vehicle);
-        else if (!pid && answer != nullptr)
-            told = readData(event, BytesView(answer->bytes).subspan(asked.bytes().size()), vehicle);
-        reading.events.push_back(std::move(told));
+        const auto found = parameters.find(pid.value_or(0));
+        if (pid && found != parameters.end())
+            reading.events.push_back(readData(event, found->second, vehicle));
+        else
+            reading.events.push_back(pid ? EventReading() : readOwn(event, reply, vehicle));
     }
+    reading.fit = fitOf(answers, !std::ranges::all_of(reading.events, &EventReading::isBad));
     return reading;
 }
 
@@ -141,6 +131,17 @@ ReplyReader::Reading ReplyReader::readRaw(const PollRequest& request, std::strin
             .fit = zint::fitOf(request.text, reply, value.has_value())};
 }
 
+/// A request of any service, whose answer an own parameter's formula takes behind what it repeats.
+EventReading ReplyReader::readOwn(std::size_t event, std::string_view reply,
+                                  const VehicleTraits& vehicle) const
+{
+    const auto& own = design_.events[event].own;
+    if (!own)
+        return {.words = "not defined here"};
+    const ReplyData data = replyData(*own, reply, vehicle.protocol);
+    return data.why.empty() ? readData(event, data.bytes, vehicle) : EventReading();
+}
+
 EventReading ReplyReader::readData(std::size_t event, BytesView data, const VehicleTraits& vehicle) const
 {
     const DesignEntry& entry = design_.events[event];
@@ -153,8 +154,7 @@ EventReading ReplyReader::readData(std::size_t event, BytesView data, const Vehi
     const auto standard = standardConversion(entry.conversion);
     if (!standard)
         return {.words = "not defined here"};
-    const UnitReading* known = vehicle.units.empty() ? nullptr : &vehicle.units.front().second;
-    auto field = readField(standard->pid, standard->field, data, contextOf(known));
+    auto field = readField(standard->pid, standard->field, data, contextOf(&vehicle.known));
     return field ? EventReading{field->number, std::move(field->words)} : EventReading{};
 }
 

@@ -18,7 +18,7 @@ namespace zint {
 /// What a run has learnt of its vehicle in front of its first request.
 struct VehicleTraits {
     BusProtocol protocol = BusProtocol::unknown;
-    UnitReadings units; ///< what changes how other parameters are read
+    UnitReading known; ///< what changes how other parameters are read; of all its units together
 
     /// Takes the reply to one of openingQuestions().
     void learn(std::string_view question, std::string_view reply);
@@ -51,6 +51,7 @@ public:
 
 private:
     static Reading readRaw(const PollRequest& request, std::string_view reply);
+    EventReading readOwn(std::size_t event, std::string_view reply, const VehicleTraits& vehicle) const;
     EventReading readData(std::size_t event, BytesView data, const VehicleTraits& vehicle) const;
 
     const Design& design_;

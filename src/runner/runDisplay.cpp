@@ -33,6 +33,8 @@ void showValues(PollPanel::Row& row, const EventTotals& totals, const DesignEntr
     if (totals.sampleCount == 0 && !keepsRawValues(event.conversion))
         return; // raw values begin with figures to compare with
     row.value = shownText(event, totals.current);
+    if (hasWords(event))
+        return; // which have no order
     showExtreme(row.minimum, row.minimumIsNew, totals.minimum);
     showExtreme(row.maximum, row.maximumIsNew, totals.maximum);
 }
