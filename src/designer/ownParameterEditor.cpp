@@ -94,6 +94,7 @@ void OwnParameterEditor::select(std::size_t row)
 void OwnParameterEditor::show(std::optional<std::size_t> row)
 {
     panel_.current = row;
+    panel_.reply.clear(); // it was another one's
     load(row ? *table_.all().at(*row) : OwnParameter());
     changed();
 }
@@ -114,6 +115,7 @@ void OwnParameterEditor::begin(OwnParameter parameter)
     untouched_ = parameter;
     panel_.current = table_.all().size();
     panel_.statusBox.clear();
+    panel_.reply.clear();
     load(parameter);
 }
 

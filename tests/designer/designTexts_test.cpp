@@ -1,5 +1,6 @@
 #include "catalogue/conversion.h"
 #include "catalogue/designFile.h"
+#include "catalogue/ownParameter.h"
 #include "designer/designDifference.h"
 #include "designer/designPrintout.h"
 #include "designer/initCommands.h"
@@ -55,6 +56,22 @@ TEST(DesignTextsTest, TheCostIsThatOfALoop)
     EXPECT_TRUE(pollCost({{.frequency = 11}}, {}, 9600).starts_with("Less than 0.1 requests per pass, at"));
     EXPECT_EQ(pollCost({{.frequency = 1800}}, std::chrono::milliseconds(1020), 9600),
               "Less than 0.1 requests per pass, less than 0.01 s");
+
+    rows.clear();
+    for (const char* code : {"010C", "010C", "010D", "0105", "0104", "0111", "010F", "010B", "2101", "0178"})
+        rows.push_back({.code = code, .frequency = 1});
+    EXPECT_EQ(pollCost(rows, Design::defaultSpeed, 9600),
+              "About 10 requests per pass, at most 2.22 s (0.67 s with combined requests)")
+        << "8 parameters in 2, and one of another mode";
+    for (DesignEntry& row : rows)
+        row.frequency = 2;
+    rows[8].offset = 1; // never together with the others
+    EXPECT_TRUE(
+        pollCost(rows, Design::defaultSpeed, 9600).ends_with("1.11 s (0.33 s with combined requests)"));
+    OwnParameter elsewhere{.header = "7E1"};
+    rows = {{.code = "010C", .frequency = 1}, {.code = "010D", .frequency = 1}};
+    rows[1].own = std::make_shared<OwnParameter>(elsewhere);
+    EXPECT_TRUE(pollCost(rows, Design::defaultSpeed, 9600).ends_with("at most 0.44 s")) << "another unit";
 }
 
 TEST(DesignTextsTest, InitCommandsThatInterfereAreRefused)
