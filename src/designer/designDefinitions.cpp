@@ -3,6 +3,7 @@
 #include "shared/fileError.h"
 #include "shared/module1.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zint {
@@ -30,11 +31,7 @@ std::string undefinedText(const Design& design, const Undefined& undefined, cons
 
 bool changesNumbers(const TakenDefinitions& taken)
 {
-    for (const auto& [designs, tables] : taken.numbers) {
-        if (designs != tables)
-            return true;
-    }
-    return false;
+    return std::ranges::any_of(taken.numbers, [](const auto& pair) { return pair.first != pair.second; });
 }
 
 } // namespace
@@ -100,7 +97,7 @@ void DesignDefinitions::tellUndefined(Design design)
                          "let the design be saved with its definitions where it comes from.");
 }
 
-void DesignDefinitions::saveBeside(const Design& design, const std::string& path) const
+void DesignDefinitions::saveBeside(const Design& design, const std::string& path)
 {
     OwnParameters definitions = definitionsOf(design);
     Design undefined = design;

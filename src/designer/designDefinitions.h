@@ -41,7 +41,7 @@ public:
 
     /// Writes the definitions that a design uses beside its file; those that lie there and are not defined
     /// here stay. Does nothing for a design that uses none. @throws FileError
-    void saveBeside(const Design& design, const std::string& path) const;
+    static void saveBeside(const Design& design, const std::string& path);
 
 private:
     ParametersFile file_;

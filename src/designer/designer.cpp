@@ -144,7 +144,7 @@ void Designer::saveFile(bool asking)
     try {
         files_.save(design, path);
         if (panel_.savesDefinitions)
-            definitions_.saveBeside(design, path);
+            DesignDefinitions::saveBeside(design, path);
     } catch (const FileError&) { // the status says so too, for the box about it is soon gone
         panel_.statusBox = fileNamePart(path) + " not saved";
         changed();

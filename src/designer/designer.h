@@ -76,7 +76,8 @@ public:
     bool addNew(); ///< asks for a request. @return whether a row was added, at the end
     void commit(); ///< makes the grid the design; disabled rows leave the grid
 
-    void takeParameters(); ///< the table of own parameters has changed. @throws FileError
+    /// The table of own parameters has changed; rows follow their parameters' requests. @throws FileError
+    void takeParameters();
     void saveWithDefinitions(bool with);
 
     void askInitSequence();

@@ -4,6 +4,7 @@
 #include "parameters/standardParameters.h"
 #include "shared/fileError.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zint {
@@ -53,7 +54,13 @@ void Designer::useUnits(UnitSystem units)
 void Designer::takeParameters()
 {
     definitions_.reload();
-    changed();
+    edit([this](GridRows& rows) {
+        for (DesignEntry& row : rows) {
+            const OwnParameterPointer now = row.own ? definitions_.table().find(row.conversion) : nullptr;
+            if (now && now->request != row.own->request)
+                row.code = now->request;
+        }
+    });
 }
 
 void Designer::saveWithDefinitions(bool with)

@@ -32,24 +32,24 @@ std::string hintOf(const CarSupport& car)
                : "What this car supports is known from the " + car.source + ".";
 }
 
-/// Whether an event of a design asks for what a row of the list stands for; whatever its units are. The
-/// conversions of ConversionTable show a parameter's first field.
-bool isSameValue(const DesignEntry& event, const DesignEntry& row)
+/// Whether an event of a design asks for what a conversion shows, whatever its units are. The conversions of
+/// ConversionTable show a parameter's first field.
+bool showsSame(const DesignEntry& event, std::int32_t conversion)
 {
-    const auto wanted = standardConversion(row.conversion);
+    const auto wanted = standardConversion(conversion);
     if (!wanted)
-        return event.conversion == row.conversion;
+        return event.conversion == conversion;
     if (const auto present = standardConversion(event.conversion))
         return present->pid == wanted->pid && present->field == wanted->field;
     return findConversion(event.conversion) != nullptr && wanted->field == 0 &&
            requestedParameter(event.code) == wanted->pid;
 }
 
-std::string inDesignText(const GridRows& rows, const DesignEntry& wanted)
+std::string inDesignText(const GridRows& rows, std::int32_t conversion)
 {
     std::string text;
     for (const DesignEntry& row : rows) {
-        if (!isSameValue(row, wanted))
+        if (!showsSame(row, conversion))
             continue;
         if (row.isPolled())
             return "yes";
@@ -124,6 +124,7 @@ void ParameterList::sortBy(ParameterColumn column)
 void ParameterList::add(const std::vector<std::size_t>& rows)
 {
     std::vector<DesignEntry> events;
+    events.reserve(rows.size());
     for (const std::size_t row : rows)
         events.push_back(panel_.rows.at(row).event);
     if (events.empty())
@@ -148,7 +149,7 @@ void ParameterList::refresh()
     for (const OwnParameterPointer& own : designer_.ownParameters().all())
         addRow(eventFor(own), {own->unit, ownGroup});
     sort();
-    panel_.statusBox = counted(panel_.rows.size(), "parameter");
+    panel_.statusBox = panel_.rows.empty() ? "Nothing is found" : counted(panel_.rows.size(), "parameter");
     if (onChanged)
         onChanged();
 }
@@ -162,10 +163,11 @@ void ParameterList::addRow(DesignEntry event, const Kind& kind)
                          isFound({event.code, event.description, kind.unit, kind.group}, panel_.search);
     if (!isShown)
         return;
-    const std::string inDesign = inDesignText(designer_.panel().obdGrid, event);
-    panel_.rows.push_back({.cells = {event.code, event.description, std::string(kind.unit),
-                                     std::string(kind.group), support, inDesign},
-                           .event = std::move(event)});
+    const std::string inDesign = inDesignText(designer_.panel().obdGrid, event.conversion);
+    ParameterListPanel::Row& row = panel_.rows.emplace_back();
+    row.cells = {event.code, event.description, std::string(kind.unit), std::string(kind.group),
+                 support,    inDesign};
+    row.event = std::move(event);
 }
 
 void ParameterList::sort()

@@ -193,6 +193,14 @@ TEST_F(ParameterListTest, ADesignCarriesItsDefinitionsToOthers)
     designer->saveAs();
     EXPECT_TRUE(fileExists(folder.path("car.parameters.json")));
 
+    file.change([](OwnParameters& own) {
+        own.put(
+            {.number = 10000, .name = "Oil temperature", .request = "221941", .formula = "A", .unit = "°C"});
+    });
+    designer->takeParameters();
+    EXPECT_EQ(designer->panel().obdGrid.at(1).code, "221941") << "follows its parameter";
+    EXPECT_EQ(designer->panel().obdGrid.at(1).own->formula, "A");
+
     const TemporaryFolder elsewhere;
     file = ParametersFile(elsewhere.path());
     file.change([](OwnParameters& own) { own.put({.name = "Fan", .request = "22AA", .formula = "A"}); });

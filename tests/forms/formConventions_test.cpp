@@ -1,4 +1,6 @@
 #include "codes/window/codesForm.h"
+#include "designer/window/addParameters.h"
+#include "designer/window/ownParametersForm.h"
 #include "designer/window/pollSetup2.h"
 #include "doctor/window/doctorForm.h"
 #include "dtcdb/window/dtcEditForm.h"
@@ -11,6 +13,8 @@
 #include "runner/window/obdPollForm.h"
 #include "scanner/window/calcHdrForm.h"
 #include "scanner/window/scanForm.h"
+#include "support/scriptedDialogs.h"
+#include "support/scriptedPrompts.h"
 #include "terminal/window/debuggerForm.h"
 #include "widgets/display.h"
 #include "widgets/icons.h"
@@ -30,6 +34,15 @@ QString nameOf(QWidget& widget)
 
 /// What holds for all windows.
 struct FormConventionsTest : FormTest {
+    EventGate gate;
+    ScriptedAdapter port;
+    ManualTimer timer;
+    ScriptedPrompts prompts;
+    ScriptedDialogs dialogs;
+    KeptDesigns kept{folder.path(), [](auto) { return ""; }};
+    Designer designer{
+        {port, {}, timer}, design, prompts, dialogs, values, kept, ParametersFile(folder.path())};
+    ParameterList list{designer, values};
     std::vector<std::unique_ptr<QWidget>> windows;
 
     FormConventionsTest()
@@ -47,6 +60,8 @@ struct FormConventionsTest : FormTest {
                  new pollSetup2(context), new obdPollForm(context), new debuggerForm(context),
                  new scanForm(context), new reportForm(context), new doctorForm(context),
                  new failedConnForm(context), new calcHdrForm("686AF1", settings, nullptr),
+                 new addParameters(list, settings, nullptr),
+                 new ownParametersForm(context, gate, prompts, designer, nullptr),
                  new portsForm(ports, nullptr)})
             windows.emplace_back(window)->show();
     }

@@ -35,6 +35,8 @@ TEST_F(ReportFormTest, ReadsShowsSectionsSavesAndKeeps)
     EXPECT_TRUE(shown("headline")
                     .starts_with("The Check Engine light is on. 1 code stored. 1 of 7 monitors not ready"))
         << shown("headline");
+    EXPECT_TRUE(values.carSupport.source.starts_with("vehicle report of "));
+    EXPECT_TRUE(values.carSupport.supported.test(0x01));
     auto* sections = control<QListWidget>("sections");
     EXPECT_EQ(sections->item(0)->text(), u"Trouble codes - attention");
     const auto* details = control<QTextBrowser>("details");

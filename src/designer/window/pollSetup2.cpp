@@ -188,6 +188,7 @@ void pollSetup2::connectActions()
 
 void pollSetup2::mnuAddParameters_Click()
 {
+    gate().run([this] { designer_.takeParameters(); }); // a command may have changed them
     ParameterList list(designer_, context().values);
     addParameters dialog(list, context().settings, this);
     dialog.act = [this](const std::function<void()>& action) { gate().run(action); };
