@@ -282,16 +282,46 @@ constexpr auto arguments = std::to_array<SimulationArgument>({
      count<&Adapter::repliesUntilDisconnect, 1>},
 });
 
+const SimulationArgument& argumentNamed(std::string_view name)
+{
+    const auto* const argument = std::ranges::find(arguments, name, &SimulationArgument::name);
+    if (argument == arguments.end())
+        throw ArgumentError("There is no option \"--" + std::string(name) + "\"");
+    return *argument;
+}
+
+/// "units=2", or "diesel" for an option without a value.
+void applyWord(SimulationOptions& options, std::string_view word)
+{
+    const auto mark = std::min(word.find('='), word.size());
+    const SimulationArgument& argument = argumentNamed(word.substr(0, mark));
+    try {
+        if (argument.valueName.empty() != (mark == word.size()))
+            throw ArgumentError(argument.valueName.empty() ? "takes no value" : "needs a value");
+        argument.apply(options, word.substr(std::min(mark + 1, word.size())));
+    } catch (const ArgumentError& error) {
+        throw ArgumentError(std::string(word) + ": " + error.what());
+    }
+}
+
 } // namespace
 
 std::span<const SimulationArgument> simulationArguments() { return arguments; }
 
 void applySimulationArgument(SimulationOptions& options, std::string_view name, std::string_view value)
 {
-    const auto* const argument = std::ranges::find(arguments, name, &SimulationArgument::name);
-    if (argument == arguments.end())
-        throw ArgumentError("There is no option \"--" + std::string(name) + "\"");
-    argument->apply(options, value);
+    argumentNamed(name).apply(options, value);
+}
+
+SimulationOptions simulationOf(std::string_view text, SimulationOptions options, char between)
+{
+    while (!text.empty()) {
+        const std::string_view word = text.substr(0, text.find(between));
+        text.remove_prefix(std::min(word.size() + 1, text.size()));
+        if (!word.empty())
+            applyWord(options, word);
+    }
+    return options;
 }
 
 std::string argumentHelp(std::string_view name, std::string_view valueName, std::string_view help)

@@ -29,6 +29,10 @@ std::span<const SimulationArgument> simulationArguments();
 /// Sets the option of that name. @throws ArgumentError when there is none, or when the value does not fit
 void applySimulationArgument(SimulationOptions& options, std::string_view name, std::string_view value);
 
+/// Sets the options in a text such as "protocol=can units=2 diesel".
+/// @param between two options. @throws ArgumentError, with the option in front of what is wrong
+SimulationOptions simulationOf(std::string_view text, SimulationOptions options, char between = ' ');
+
 /// One line of a help text.
 std::string argumentHelp(std::string_view name, std::string_view valueName, std::string_view help);
 

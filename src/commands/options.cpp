@@ -1,5 +1,6 @@
 #include "commands/options.h"
 
+#include "connection/vehiclePorts.h"
 #include "launcher/launcher.h"
 #include "link/portDirectory.h"
 #include "shared/systemFiles.h"
@@ -40,7 +41,7 @@ bool looksLikePort(std::string_view name)
 /// The location, if it can be used. @throws UsageError
 const std::string& usable(const std::string& location)
 {
-    if (const std::string problem = portLocation(location).problem; !problem.empty())
+    if (const std::string problem = problemOf(portLocation(location)); !problem.empty())
         throw UsageError(problem);
     return location;
 }
@@ -152,13 +153,15 @@ void requireOne(const std::vector<const CLI::Option*>& options)
 
 void addConnection(CLI::App& command, ConnectionOptions& options)
 {
-    addValue(command, "--port", "PORT",
-             "Port to use: com1 to com8, the path of a device (stands for com1=PATH), or comN=PATH. PATH may "
-             "have a speed of its own (" +
-                 std::string(exampleDevice) +
-                 "@115200), or be tcp:HOST:PORT (a Wi-Fi adapter), or "
-                 "replay:FILE (a recording; replay-timed:FILE takes the time that was recorded).",
-             [&options](const std::string& text) { readPort(text, options); })
+    addValue(
+        command, "--port", "PORT",
+        "Port to use: com1 to com8, the path of a device (stands for com1=PATH), or comN=PATH. PATH may "
+        "have a speed of its own (" +
+            std::string(exampleDevice) +
+            "@115200), or be tcp:HOST:PORT (a Wi-Fi adapter), or "
+            "replay:FILE (a recording; replay-timed:FILE takes the time that was recorded), or simulated (a "
+            "vehicle with options of zint-sim behind a colon: \"simulated:protocol=can units=2\").",
+        [&options](const std::string& text) { readPort(text, options); })
         ->group(connectionGroup);
     addValue(command, "--speed", "9600|38400",
              "Line speed: 9600 or 38400 bits per second (default: as chosen in the launcher, at first 9600; "

@@ -7,10 +7,12 @@
 #include "platform/qtTimer.h"
 #include "platform/tcpPort.h"
 #include "sim/simulatedPort.h"
+#include "sim/simulationArguments.h"
 #include "sim/vehicle.h"
 #include "vehicle/transcriptMask.h"
 
 #include <cerrno>
+#include <utility>
 
 namespace zint {
 namespace {
@@ -23,8 +25,8 @@ struct OwnTimer {
 /// The simulated port together with the timer that it needs to itself, which is made before it.
 class TimedSimulatedPort final : private OwnTimer, public SimulatedPort {
 public:
-    TimedSimulatedPort(EventGate& gate, const Clock& clock, Vehicle& vehicle)
-        : OwnTimer(gate), SimulatedPort(timer, clock, vehicle, SimulationOptions::realistic().adapter)
+    TimedSimulatedPort(EventGate& gate, const Clock& clock, Vehicle& vehicle, AdapterOptions options)
+        : OwnTimer(gate), SimulatedPort(timer, clock, vehicle, std::move(options))
     {
     }
 };
@@ -38,7 +40,23 @@ public:
     }
 };
 
+SimulationOptions simulationAt(const std::string& words)
+{
+    return simulationOf(words, SimulationOptions::realistic());
+}
+
 } // namespace
+
+std::string problemOf(const PortLocation& place)
+{
+    try {
+        if (place.kind == PortLocation::Kind::simulated)
+            simulationAt(place.path);
+    } catch (const ArgumentError& error) {
+        return error.what();
+    }
+    return place.problem;
+}
 
 VehiclePorts::VehiclePorts(const PortDirectory& directory)
     : directory_(directory), record_(clock_, identityMask)
@@ -63,9 +81,9 @@ std::unique_ptr<SerialPort> VehiclePorts::makeUnrecorded(EventGate& gate, PortNu
     const PortLocation place = directory_.target(number).place;
     switch (place.kind) {
     case PortLocation::Kind::simulated:
-        if (!vehicle_)
-            vehicle_ = std::make_unique<Vehicle>();
-        return std::make_unique<TimedSimulatedPort>(gate, clock_, *vehicle_);
+        if (problemOf(place).empty())
+            return makeSimulated(gate, place.path);
+        break;
     case PortLocation::Kind::network:
         return std::make_unique<TcpPort>(gate, [this](PortNumber n) { return locate(n); });
     case PortLocation::Kind::recording:
@@ -77,12 +95,21 @@ std::unique_ptr<SerialPort> VehiclePorts::makeUnrecorded(EventGate& gate, PortNu
     return std::make_unique<QtSerialPort>(gate, [this](PortNumber n) { return locate(n).path; });
 }
 
+std::unique_ptr<SerialPort> VehiclePorts::makeSimulated(EventGate& gate, const std::string& words)
+{
+    SimulationOptions options = simulationAt(words);
+    std::unique_ptr<Vehicle>& vehicle = vehicles_[words];
+    if (!vehicle)
+        vehicle = std::make_unique<Vehicle>(options.vehicle);
+    return std::make_unique<TimedSimulatedPort>(gate, clock_, *vehicle, std::move(options.adapter));
+}
+
 /// What the port stands for when it is opened. @throws CommError when that can't be used
 PortLocation VehiclePorts::locate(PortNumber number) const
 {
     PortLocation place = directory_.target(number).place;
-    if (!place.problem.empty())
-        throw CommError(EINVAL, place.problem);
+    if (const std::string problem = problemOf(place); !problem.empty())
+        throw CommError(EINVAL, problem);
     return place;
 }
 

@@ -1,19 +1,25 @@
 #pragma once
 
 #include "link/portDirectory.h"
+#include "link/portLocation.h"
 #include "link/serialPort.h"
 #include "link/wireRecord.h"
 #include "platform/systemClock.h"
 #include "shared/eventGate.h"
 
+#include <map>
 #include <memory>
+#include <string>
 
 namespace zint {
 
 class Vehicle;
 
-/// Makes what a port number stands for: a serial port of the machine, or what is used like one. The simulated
-/// vehicle lives as long as the program runs.
+/// Why a location can't be used, with the options of a simulation; empty where it can.
+std::string problemOf(const PortLocation& place);
+
+/// Makes what a port number stands for: a serial port of the machine, or what is used like one. Simulated
+/// vehicles live as long as the program runs.
 class VehiclePorts {
 public:
     explicit VehiclePorts(const PortDirectory& directory);
@@ -27,12 +33,13 @@ public:
 
 private:
     PortLocation locate(PortNumber number) const;
+    std::unique_ptr<SerialPort> makeSimulated(EventGate& gate, const std::string& words);
     std::unique_ptr<SerialPort> makeUnrecorded(EventGate& gate, PortNumber number);
 
     const PortDirectory& directory_;
     SystemClock clock_;
     WireRecord record_;
-    std::unique_ptr<Vehicle> vehicle_; ///< made when it is needed
+    std::map<std::string, std::unique_ptr<Vehicle>> vehicles_; ///< by their options; made when needed
 };
 
 } // namespace zint

@@ -17,7 +17,8 @@ struct Prefix {
     bool isTimed = false;
 };
 constexpr std::array prefixes = {Prefix{"tcp:", Kind::network}, Prefix{"replay:", Kind::recording},
-                                 Prefix{"replay-timed:", Kind::recording, true}};
+                                 Prefix{"replay-timed:", Kind::recording, true},
+                                 Prefix{"simulated:", Kind::simulated}};
 
 bool isNumber(std::string_view text)
 {
@@ -73,7 +74,7 @@ std::string PortLocation::text() const
     case Kind::nothing:
         return "nothing connected";
     case Kind::simulated:
-        return "simulated vehicle";
+        return path.empty() ? "simulated vehicle" : "simulated vehicle (" + path + ")";
     case Kind::network:
         return (path.find(':') == std::string::npos ? path : "[" + path + "]") + ":" +
                std::to_string(tcpPort);
@@ -95,6 +96,8 @@ PortLocation portLocation(std::string_view assignment)
         if (upperCase(assignment.substr(0, prefix.size())) != upperCase(prefix))
             continue;
         const std::string_view rest = assignment.substr(prefix.size());
+        if (kind == Kind::simulated)
+            return {.kind = kind, .path = std::string(rest)};
         return kind == Kind::network ? networkLocation(rest) : recordingLocation(rest, isTimed);
     }
     return deviceLocation(assignment);

@@ -19,7 +19,7 @@ struct PortLocation {
     enum class Kind {
         nothing,
         device,    ///< "/dev/ttyUSB0", "COM7", "ttyUSB0"; "/dev/ttyUSB0@115200" has a speed of its own
-        simulated, ///< "simulated": the simulated vehicle
+        simulated, ///< "simulated": the simulated vehicle; "simulated:protocol=can units=2" has options
         network,   ///< "tcp:HOST:PORT": an adapter or a bridge in the network
         recording, ///< "replay:FILE": a transcript in place of an adapter; "replay-timed:FILE" takes its time
     };
@@ -30,7 +30,7 @@ struct PortLocation {
     static constexpr std::string_view simulatedText = "simulated";
 
     Kind kind = Kind::nothing;
-    std::string path;                 ///< a device's path, a host or a file, by the kind
+    std::string path;                 ///< a device's path, a host, a file or options, by the kind
     int tcpPort = usualTcpPort;       ///< 1 to 65535
     std::optional<int> bitsPerSecond; ///< of a device, in place of the launcher's line speed
     bool isTimed = false;             ///< a recording answers as late as it was recorded
@@ -40,7 +40,7 @@ struct PortLocation {
     bool hasSpeed() const { return kind == Kind::device; }
 
     /// As users read it, without speed and problem: "/dev/ttyUSB0", "192.168.0.10:35000", "simulated
-    /// vehicle", "nothing connected"; a recording with its file.
+    /// vehicle", "nothing connected"; a recording with its file, a simulation with its options.
     std::string text() const;
 
     bool operator==(const PortLocation&) const = default;

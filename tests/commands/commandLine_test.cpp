@@ -198,6 +198,10 @@ TEST(CommandLineTest, RefusesWhatIsWrong)
                "parameters add a 2210 A --min x|parameters list a|parameters import",
                '|'))
         EXPECT_NE(refusal(words), "no failure") << words;
+    EXPECT_EQ(refusal("--port com2=simulated:diesel=1"),
+              "--port com2=simulated:diesel=1: diesel=1: takes no value");
+    EXPECT_EQ(refusal("--port simulated:units=3"),
+              "--port simulated:units=3: units=3: A vehicle has 1 or 2 control units");
     EXPECT_EQ(refusal("poll a b"), "poll takes one design, DESIGN.obc, or --events and what they are");
     EXPECT_EQ(refusal("export a"), "wrong words after \"export\"; the command is: zint-obd export LOG.log "
                                    "OUT.txt|OUT.csv");

@@ -67,6 +67,7 @@ TEST(PortLocation, ReadsAndShowsWhatAPortStandsFor)
     const Row rows[] = {
         {"", Kind::nothing, "", "nothing connected"},
         {"simulated", Kind::simulated, "", "simulated vehicle"},
+        {"Simulated:units=2", Kind::simulated, "units=2", "simulated vehicle (units=2)"},
         {"ttyUSB0", Kind::device, "ttyUSB0", "ttyUSB0"},
         {"COM7@500000", Kind::device, "COM7", "COM7", 500000},
         {"/dev/a@b@9600", Kind::device, "/dev/a@b", "/dev/a@b", 9600},

@@ -4,8 +4,8 @@
 #include "sim/simulationArguments.h"
 
 #include <algorithm>
-#include <sstream>
 #include <string>
+#include <utility>
 
 namespace zint {
 
@@ -13,12 +13,7 @@ namespace zint {
 inline SimulationOptions simulated(const std::string& words, SimulationOptions options = {},
                                    char between = ' ')
 {
-    std::istringstream stream(words);
-    for (std::string word; std::getline(stream, word, between);) {
-        const auto mark = std::min(word.find('='), word.size());
-        applySimulationArgument(options, word.substr(0, mark), word.substr(std::min(mark + 1, word.size())));
-    }
-    return options;
+    return simulationOf(words, std::move(options), between);
 }
 
 /// What comes until the adapter waits for a command, and lets that time pass.
