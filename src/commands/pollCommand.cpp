@@ -92,8 +92,8 @@ private:
 
     void print(const std::string& line)
     {
-        if (failure_.empty() && printOut(line) != exitStatus::success)
-            failure_ = "nobody reads the samples any more"; // which has been told
+        if (failure_.empty() && !(std::cout << line << std::flush))
+            failure_ = "the samples could not be written to standard output";
     }
 
     const PollOptions& options_;
