@@ -192,8 +192,10 @@ void ownParametersForm::showFault(const BoxEntry& entry)
     colours.setColor(QPalette::WindowText, faultColour(palette()));
     entry.fault->setPalette(colours);
     entry.fault->setVisible(fault != nullptr);
-    if (isFormula)
+    if (isFormula) {
+        ui->formulaHint->setVisible(fault == nullptr); // small screens have no room for both
         underline(*entry.box, fault != nullptr ? placeIn(*entry.box, fault->position) : -1);
+    }
 }
 
 } // namespace zint
