@@ -143,8 +143,6 @@ void Designer::saveFile(bool asking)
         return;
     try {
         files_.save(design, path);
-        if (panel_.savesDefinitions)
-            DesignDefinitions::saveBeside(design, path);
     } catch (const FileError&) { // the status says so too, for the box about it is soon gone
         panel_.statusBox = fileNamePart(path) + " not saved";
         changed();
@@ -155,6 +153,8 @@ void Designer::saveFile(bool asking)
     showCommitted(design);
     panel_.statusBox = fileNamePart(path) + " saved";
     edited();
+    if (panel_.savesDefinitions)
+        DesignDefinitions::saveBeside(design, path);
 }
 
 void Designer::setTitle(const std::string& title)

@@ -290,6 +290,8 @@ TEST_F(DesignerTest, DisablesWhatTheVehicleDoesNotSupport)
               "com1 Closed - 1 of 9 events disabled. This is a hint: see Help. *");
     EXPECT_EQ(row(0).frequency + row(0).offset, 0) << "0104, by a bit order of its own";
     EXPECT_EQ(design.events[0].frequency, 9) << "only the grid changes";
+    EXPECT_TRUE(values.carSupport.supported.test(0x04)) << "what is known of the car goes by the standard";
+    EXPECT_FALSE(values.carSupport.told.test(0x21));
 }
 
 TEST_F(DesignerTest, TheSupportCheckEndsWithTheTimeOutOrTheAdapter)

@@ -11,6 +11,7 @@
 #include "widgets/display.h"
 #include "widgets/windowPrinter.h"
 
+#include <QActionGroup>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QHeaderView>
@@ -34,6 +35,7 @@ pollSetup2::pollSetup2(ToolContext& context)
     ui->setupUi(this);
     setUpGrid();
     setUpToolbar();
+    setUpUnits();
     connectActions();
     on(ui->autoSpeed, &QCheckBox::toggled, &pollSetup2::autoSpeed_Click);
     on(ui->pollSpeed, &QSlider::valueChanged, &pollSetup2::pollSpeed_Change);
@@ -137,6 +139,16 @@ void pollSetup2::setUpHeader()
     });
 }
 
+/// One of them is chosen, as a menu shows by a dot.
+void pollSetup2::setUpUnits()
+{
+    auto* units = new QActionGroup(this);
+    units->addAction(ui->mnuMetric);
+    units->addAction(ui->mnuImperial);
+    on(ui->mnuMetric, &QAction::triggered, [this] { designer_.useUnits(UnitSystem::metric); });
+    on(ui->mnuImperial, &QAction::triggered, [this] { designer_.useUnits(UnitSystem::imperial); });
+}
+
 void pollSetup2::setUpToolbar()
 {
     nameToolButtons(*ui->Toolbar1, {{ui->mnuDefault, "newDesign"},
@@ -176,8 +188,6 @@ void pollSetup2::connectActions()
     on(ui->mnuMoveUp, &QAction::triggered, [this] { moveCurrent(-1); });
     on(ui->mnuMoveDown, &QAction::triggered, [this] { moveCurrent(1); });
     ui->mnuRedo->setShortcuts({Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
-    on(ui->mnuMetric, &QAction::triggered, [this] { designer_.useUnits(UnitSystem::metric); });
-    on(ui->mnuImperial, &QAction::triggered, [this] { designer_.useUnits(UnitSystem::imperial); });
     on(ui->mnuDefinitions, &QAction::triggered, [this](bool with) { designer_.saveWithDefinitions(with); });
     onAsking(ui->mnuAddParameters, &QAction::triggered, [this] { mnuAddParameters_Click(); });
     onAsking(ui->mnuOwnParameters, &QAction::triggered, [this] { mnuOwnParameters_Click(this); });

@@ -44,6 +44,7 @@ private:
     void connectActions();
     void setUpGrid();
     void setUpHeader();
+    void setUpUnits();
     void setUpToolbar();
     bool enterEdit(const std::function<void()>& edit);
     void changeCurrent(void (Designer::*operation)(std::size_t row));
