@@ -63,9 +63,11 @@ std::optional<CsvColumn> columnOf(std::string_view text)
 /// @throws FileError for quotation marks that do not match
 Fields fieldsOf(const std::string& line, char separator)
 {
-    std::istringstream stream(line);
+    std::istringstream stream("\n" + line); // at the beginning, the reader would drop a byte order mark
     LineReader lines(stream);
-    Fields fields = CsvReader(lines, separator).next().value_or(Fields{""});
+    CsvReader rows(lines, separator);
+    rows.next();
+    Fields fields = rows.next().value_or(Fields{""});
     for (std::string& field : fields)
         field = std::string(trimmed(field, blanks));
     return fields;
@@ -85,14 +87,6 @@ std::size_t knownColumns(const Fields& fields)
 {
     const auto isKnown = [](const std::string& field) { return columnOf(field).has_value(); };
     return static_cast<std::size_t>(std::ranges::count_if(fields, isKnown));
-}
-
-/// "#" and "//" begin a comment; "#1 cylinder" is a name. "sep=;" is for spreadsheets.
-bool isComment(std::string_view line)
-{
-    const bool isNumbered = line.size() > 1 && line[1] >= '0' && line[1] <= '9';
-    return line.starts_with("//") || (line.starts_with('#') && !isNumbered) ||
-           upperCase(line).starts_with("SEP=");
 }
 
 /// "1,5" as "1.5", and "1,000" as "1000" where commas part the fields: there they are an English program's.
@@ -146,11 +140,18 @@ std::string headerOf(const std::string& typed)
 
 } // namespace
 
+bool isCsvComment(std::string_view line)
+{
+    const bool isNumbered = line.size() > 1 && line[1] >= '0' && line[1] <= '9';
+    return line.starts_with("//") || (line.starts_with('#') && !isNumbered) ||
+           upperCase(line).starts_with("SEP=");
+}
+
 std::optional<std::string> CsvParameterReader::nextLine()
 {
     while (auto line = lines_.next()) {
         const std::string_view text = trimmed(*line, " \t,;");
-        if (!text.empty() && !isComment(trimmed(*line, blanks)))
+        if (!text.empty() && !isCsvComment(trimmed(*line, blanks)))
             return line;
     }
     return std::nullopt;

@@ -21,6 +21,10 @@ inline constexpr std::size_t csvColumnCount = 8;
 inline constexpr std::array<const char*, csvColumnCount> csvColumnNames = {
     "Name", "ShortName", "ModeAndPID", "Equation", "Min Value", "Max Value", "Units", "Header"};
 
+/// Whether a line is none of the table: "#" and "//" begin a comment, but "#1 cylinder" is a name; "sep=;" is
+/// for spreadsheets.
+bool isCsvComment(std::string_view line);
+
 /// A line that is no parameter.
 struct CsvRefusal {
     std::string name; ///< what stands in the name's column

@@ -66,6 +66,13 @@ void CsvImporter::refuse(std::size_t line, std::string_view name, std::string wh
     result.refused.push_back({line, std::string(firstCharacters(name, mostShown)), std::move(why)});
 }
 
+/// At the beginning of a line, where some names would be comments.
+std::string firstField(const std::string& name)
+{
+    const std::string field = csvField(name);
+    return isCsvComment(field) ? '"' + field + '"' : field;
+}
+
 std::string decimalText(double number)
 {
     std::array<char, 32> text{};
@@ -116,7 +123,7 @@ std::size_t exportCsv(std::ostream& stream, const OwnParameters& table)
     stream << lineEnd;
     std::size_t filtered = 0;
     for (const OwnParameterPointer& parameter : table.all()) {
-        stream << csvField(parameter->name) << ',' << csvField(parameter->shortName) << ",0x"
+        stream << firstField(parameter->name) << ',' << csvField(parameter->shortName) << ",0x"
                << parameter->request << ',' << csvField(parameter->formula) << ','
                << decimalText(parameter->minimum) << ',' << decimalText(parameter->maximum) << ','
                << csvField(parameter->unit) << ',' << parameter->header << lineEnd;

@@ -61,6 +61,8 @@ TEST(ParameterCsvTest, TakesFilesAsTheyAreUsuallyWritten)
     EXPECT_EQ(taken("Heat Pump Power").maximum, 12750);
     EXPECT_EQ(taken("Abgastemperatur nach Kat").header, "");
 
+    for (const char* const name : {"# of gears", "//", "\xEF\xBB\xBF"}) // no comments, and no mark of a file
+        table.put({.name = name, .request = "2210", .formula = "A"});
     std::ostringstream stream;
     EXPECT_EQ(exportCsv(stream, table), 0U);
     OwnParameters again;
@@ -102,7 +104,8 @@ TEST(ParameterCsvTest, AnotherMeaningOfANameIsTakenOnRequestAlone)
 {
     OwnParameters table;
     table.put({.name = "Oil", .request = "2210", .filter = "7E9", .formula = "A"});
-    const std::string text = "Name,ModeAndPID,Equation\nOIL,2210,A*2\nNew,2211,A\nnew,2211,A*3\n";
+    const std::string text =
+        "Name,Colour,ModeAndPID,Equation\nOIL,,2210,A*2\nNew,red,2211,A\nnew,,2211,A*3\n";
     EXPECT_EQ(importText(imported(text, table)), "1 parameter added, 2 refused");
     EXPECT_EQ(table.findName("oil")->formula, "A");
     const CsvImport import = imported(text, table, SameName::replace);
