@@ -122,6 +122,7 @@ void pollSetup2::setUpGrid()
         action->setShortcutContext(Qt::WidgetShortcut); // in a text these keys are the text's
         ui->obdGrid->addAction(action);
     }
+    ui->mnuAddParameters->setShortcutContext(Qt::WindowShortcut); // no text box has a use for this key
     setUpHeader();
 }
 
