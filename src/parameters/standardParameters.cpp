@@ -185,7 +185,9 @@ std::span<const std::string_view> parameterGroups() { return groupNames; }
 
 std::int32_t frequencyForUnit(std::string_view unit)
 {
-    return unit == "°C" || unit == "°F" ? aboutFiveSeconds : everyOther;
+    constexpr std::array<std::string_view, 6> ofTemperature = {"°C", "°F", "C", "F", "degC", "degF"};
+    const bool isTemperature = std::ranges::find(ofTemperature, unit) != ofTemperature.end();
+    return isTemperature ? aboutFiveSeconds : everyOther;
 }
 
 const std::vector<StandardParameter>& standardParameters()
