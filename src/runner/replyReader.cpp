@@ -43,17 +43,24 @@ ParameterData parametersIn(const VehicleReply& reply, const VehicleRequest& requ
     return parameters;
 }
 
+/// Refusals contradict nothing: a design may ask for many parameters in a row that a vehicle does not have.
 ReplyFit fitOf(const VehicleReply& reply, bool isAnswered)
 {
     if (isAnswered)
         return ReplyFit::match;
-    if (reply.messages.empty())
-        return reply.error == ReplyError::garbled ? ReplyFit::mismatch : ReplyFit::unknown;
-    const bool isRefused = std::ranges::all_of(reply.messages, [](const UnitMessage& message) {
-        return message.bytes.empty() || message.bytes.front() == refusalSign;
-    });
-    return isRefused ? ReplyFit::refused : ReplyFit::unknown;
+    return reply.messages.empty() && reply.error == ReplyError::garbled ? ReplyFit::mismatch
+                                                                        : ReplyFit::unknown;
 }
+
+/// Whether a field lies behind what a vehicle with two banks tells of a parameter.
+bool needsFourBanks(const StandardConversion& field)
+{
+    return field.field > 0 &&
+           parameterLength(field.pid) != parameterLength(field.pid, {.hasFourBanks = true});
+}
+
+/// Whether the vehicle has told what it supports, and with it how many banks it has.
+bool tellsSupport(const UnitReading& told) { return told.supported.contains(liveData); }
 
 } // namespace
 
@@ -65,23 +72,29 @@ void VehicleTraits::learn(std::string_view question, std::string_view reply)
     }
     if (!VehicleRequest(question).isForVehicle() || question.empty())
         return;
-    for (const auto& [name, told] : readExchange(question, reply, protocol).units)
-        merge(known, told);
+    UnitReadings units = readExchange(question, reply, protocol).units;
+    for (auto unit = units.rbegin(); unit != units.rend(); ++unit) // the first one has the last word
+        merge(told, unit->second);
 }
 
 std::vector<std::string> openingQuestions(const Design& design, bool combines)
 {
     std::set<std::uint8_t> scales;
     bool hasAddresses = false;
+    bool hasBanks = false;
     for (const DesignEntry& event : design.events) {
         hasAddresses =
             hasAddresses || (event.own != nullptr && !(event.own->header + event.own->filter).empty());
-        if (const auto standard = standardConversion(event.conversion))
+        if (const auto standard = standardConversion(event.conversion)) {
             scales.insert(parameterField(standard->pid, standard->field)->scaledBy);
+            hasBanks = hasBanks || needsFourBanks(*standard);
+        }
     }
     std::vector<std::string> questions;
     if (combines || hasAddresses)
         questions = {"0100", protocolQuestion};
+    else if (hasBanks)
+        questions = {"0100"};
     if (scales.contains(0x4F))
         questions.emplace_back("014F");
     if (scales.contains(0x50))
@@ -106,7 +119,7 @@ ReplyReader::Reading ReplyReader::read(const PollRequest& request, std::string_v
     if (isRaw && !request.isCombined())
         return readRaw(request, reply);
     const VehicleReply answers = readVehicleReply(request.text, reply, vehicle.protocol);
-    const ParameterData parameters = parametersIn(answers, VehicleRequest(request.text), vehicle.known);
+    const ParameterData parameters = parametersIn(answers, VehicleRequest(request.text), vehicle.told);
     Reading reading;
     for (const std::size_t event : request.events) {
         const auto pid = requestedParameter(design_.events[event].code);
@@ -154,7 +167,21 @@ EventReading ReplyReader::readData(std::size_t event, BytesView data, const Vehi
     const auto standard = standardConversion(entry.conversion);
     if (!standard)
         return {.words = "not defined here"};
-    auto field = readField(standard->pid, standard->field, data, contextOf(&vehicle.known));
+    return readStandard(*standard, data, vehicle.told);
+}
+
+/// What lies behind a parameter's data is padding, where the number of banks is known.
+EventReading ReplyReader::readStandard(const StandardConversion& standard, BytesView data,
+                                       const UnitReading& told)
+{
+    const ParameterContext context = contextOf(&told);
+    const std::size_t length = parameterLength(standard.pid, context).value_or(data.size());
+    if (tellsSupport(told) && data.size() >= length) {
+        data = data.first(length);
+        if (needsFourBanks(standard) && !context.hasFourBanks)
+            return {.words = "not supported"};
+    }
+    auto field = readField(standard.pid, standard.field, data, context);
     return field ? EventReading{field->number, std::move(field->words)} : EventReading{};
 }
 

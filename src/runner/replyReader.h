@@ -1,6 +1,7 @@
 #pragma once
 
 #include "catalogue/design.h"
+#include "catalogue/standardConversion.h"
 #include "parameters/formula.h"
 #include "runner/pollPlan.h"
 #include "runner/replyWatch.h"
@@ -18,14 +19,15 @@ namespace zint {
 /// What a run has learnt of its vehicle in front of its first request.
 struct VehicleTraits {
     BusProtocol protocol = BusProtocol::unknown;
-    UnitReading known; ///< what changes how other parameters are read; of all its units together
+    UnitReading told; ///< by its units together: what changes how other parameters are read
 
     /// Takes the reply to one of openingQuestions().
     void learn(std::string_view question, std::string_view reply);
 };
 
 /// What a run asks in front of its first request, beside the design's own commands: which protocol the
-/// vehicle has, for shared requests and headers, and which scales it uses. Nothing for what needs neither.
+/// vehicle has, for shared requests and headers, how many banks, and which scales it uses. Nothing for what
+/// needs none of these.
 std::vector<std::string> openingQuestions(const Design& design, bool combines);
 
 /// What a reply tells of an event: a value, or words in its place. Neither: the reply is bad.
@@ -52,6 +54,8 @@ public:
 private:
     static Reading readRaw(const PollRequest& request, std::string_view reply);
     EventReading readOwn(std::size_t event, std::string_view reply, const VehicleTraits& vehicle) const;
+    static EventReading readStandard(const StandardConversion& standard, BytesView data,
+                                     const UnitReading& told);
     EventReading readData(std::size_t event, BytesView data, const VehicleTraits& vehicle) const;
 
     const Design& design_;

@@ -117,20 +117,27 @@ TEST_F(SharingTest, ReadsTheStandardsFieldsAsTheVehicleScalesThem)
         return DesignEntry{.code = code, .conversion = conversion, .frequency = 1};
     };
     makePoller({field("0114", 1201), field("0114", 1200), field("0103", 1030), field("0134", 1521),
-                field("010C", 5)});
-    start({{"014F", "41 4F 00 00 40 00 \r\r>"},
+                field("010C", 5), field("0106", 1061)});
+    start({{"0100", supported},
+           {"014F", "41 4F 00 00 40 00 \r\r>"},
            {"0114", "41 14 5A FF \r\r>"},
            {"0114", "41 14 5A FF \r\r>"},
            {"0103", "41 03 02 00 \r\r>"},
            {"0134", "41 34 80 00 00 00 \r\r>"},
            {"010C", "41 0C 1A F8 \r\r>"},
-           {"0114", ""}});
-    EXPECT_EQ(outcome(), "-, 0, 2, -64, 6904") << "the current by the scale that 4F tells";
+           {"0106", "41 06 7C AA AA AA \r\r>"},
+           {"0114", "7F 01 12 \r\r>"},
+           {"0114", "7F 01 12 \r\r>"},
+           {"0103", "7F 01 12 \r\r>"},
+           {"0134", ""}});
+    EXPECT_EQ(outcome(), "- 1 bad, 0 1 bad, 2 1 bad, -64, 6904, -") << "the current by the scale of 4F";
+    EXPECT_FALSE(poller->sawMismatch()) << "the vehicle's word contradicts nothing";
     pressStop();
     EXPECT_EQ(panel().obdGrid[0].value, "not used for trim");
     EXPECT_EQ(panel().obdGrid[1].value, "0.450 V");
     EXPECT_EQ(panel().obdGrid[2].value, "closed loop");
     EXPECT_EQ(panel().obdGrid[4].value, "1726rpm");
+    EXPECT_EQ(panel().obdGrid[5].value, "not supported") << "padding is no second bank";
 }
 
 DesignEntry own(const char* code, const char* formula, const char* header, const char* filter = "")
