@@ -106,12 +106,20 @@ private:
 /// A line of the summary's table.
 using Cells = std::array<QString, 5>;
 
+/// Words that would make the table wider than a terminal are cut.
+QString shortened(const std::string& text)
+{
+    constexpr qsizetype longest = 30;
+    const QString whole = toQt(text).trimmed();
+    return whole.size() > longest ? whole.first(longest - 3) + QStringLiteral("...") : whole;
+}
+
 Cells cellsOf(const PollPanel::Row& row, const EventTotals& event)
 {
     const auto figure = [&event](const std::string& text) { // without samples they are not measured ones
-        return toQt(event.sampleCount > 0 ? text : "-").trimmed();
+        return shortened(event.sampleCount > 0 ? text : "-");
     };
-    return {toQt(row.description), row.isWords ? toQt(row.value) : figure(row.value), toQt(row.samples),
+    return {toQt(row.description), row.isWords ? shortened(row.value) : figure(row.value), toQt(row.samples),
             figure(row.minimum), figure(row.maximum)};
 }
 

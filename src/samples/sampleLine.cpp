@@ -25,7 +25,7 @@ struct JsonValue {
     std::string operator()(converted::Rounded number) const { return decimal(number); }
     std::string operator()(const converted::Words& words) const
     {
-        return nlohmann::json(words.number).dump() + ",\"text\":" + jsonText(words.text);
+        return decimal(converted::Rounded{words.number, 0}) + ",\"text\":" + jsonText(words.text);
     }
 
 private:
