@@ -147,6 +147,26 @@ TEST_F(PollEndToEnd, WritesWhatTheVehicleSent)
                   "no samples after 9 seconds");
 }
 
+TEST_F(PollEndToEnd, PollsOwnParametersUnderTheirHeadersBesideThoseOfTheStandard)
+{
+    const Simulator simulator("--latency 0 --protocol can --all-parameters --units 2 --moment 9000 "
+                              "--combined refused --transmission-combined refused");
+    const Channels home{.home = folder.path()};
+    EXPECT_EQ(runZint(words("parameters add Oil 221940 A-40 --header 7E1 --unit C"), home).status, 0);
+    const std::string events = "poll --events 0C,221940,04 --combine --loops 2 --csv - --quiet";
+    EXPECT_EQ(
+        std::regex_replace(runZint(simulator.with(events + inFolder(" --transcript run.txt")), home).all(),
+                           std::regex("\n[0-9.]+"), "\nT"),
+        "0|Time (s),Event,Value,Unit\n"
+        "T,Engine speed,775.2,rpm\nT,Calculated engine load,20.0,%\nT,Oil,17,C\n"
+        "T,Engine speed,775.2,rpm\nT,Calculated engine load,20.0,%\nT,Oil,17,C\n|");
+    std::string sent;
+    for (const QString& row : toQt(content("run.txt")).split(u'\n'))
+        sent += row.startsWith(u"> ") ? fromQt(row.mid(2).trimmed()) + "|" : "";
+    EXPECT_EQ(sent,
+              "ATZ|ATE0|0100|ATDPN|010C04|010C|0104|ATSH 7E1|221940|ATSH 7DF|010C|0104|ATSH 7E1|221940|ATD|");
+}
+
 TEST_F(PollEndToEnd, ATerminalShowsTheProgress)
 {
     PseudoTerminal loud;

@@ -66,6 +66,7 @@ struct Channels {
     std::string output;
     std::string errors;
     std::string input;
+    std::string home; ///< a folder in place of a home of its own
 };
 
 /// zint-obd without a display, with a home of its own, so that nobody's settings matter.
@@ -77,7 +78,8 @@ public:
         for (const char* name :
              {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
             environment.remove(QLatin1String(name));
-        environment.insert(QStringLiteral("HOME"), toQt(home_.path()));
+        environment.insert(QStringLiteral("HOME"),
+                           toQt(channels.home.empty() ? home_.path() : channels.home));
         process_.setProcessEnvironment(environment);
         process_.setWorkingDirectory(toQt(home_.path()));
         process_.setStandardOutputFile(toQt(channels.output));
