@@ -1,5 +1,6 @@
 #include "forms/formTest.h"
 #include "runner/window/obdPollForm.h"
+#include "runner/window/pollGridModel.h"
 #include "support/designOf.h"
 
 #include <QFileDialog>
@@ -45,6 +46,9 @@ TEST_F(ObdPollFormTest, ShowsARunAndItsValues)
     EXPECT_TRUE(cell(0, 4, Qt::ForegroundRole).value<QColor>().isValid()) << "a new maximum";
     EXPECT_EQ(cell(1, 1, Qt::BackgroundRole).value<QColor>(), QColor(Qt::yellow));
     EXPECT_EQ(cell(1, 0, Qt::ToolTipRole).toString(), u"Good replies: 0, bad: 1");
+    PollGridModel words;
+    words.refresh({{.value = "no second system", .toolTip = "Good replies: 1"}});
+    EXPECT_EQ(words.index(0, 1).data(Qt::ToolTipRole).toString(), u"no second system\nGood replies: 1");
 }
 
 TEST_F(ObdPollFormTest, GoesOnPollingWhileADialogIsOpen)

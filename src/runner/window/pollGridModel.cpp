@@ -63,6 +63,15 @@ QVariant textColour(PollPanel::Shade shade, bool isNew)
     return onYellow ? QColor(Qt::black) : QVariant();
 }
 
+/// With words in front that their column cuts off.
+QString toolTip(const PollPanel::Row& row, const std::string& text)
+{
+    constexpr std::size_t shownWhole = 14; // characters
+    if (text.size() <= shownWhole)
+        return toQt(row.toolTip);
+    return toQt(text + (row.toolTip.empty() ? "" : "\n") + row.toolTip);
+}
+
 } // namespace
 
 void PollGridModel::refresh(const std::vector<PollPanel::Row>& rows)
@@ -105,7 +114,7 @@ QVariant PollGridModel::data(const QModelIndex& index, int role) const
         return index.column() == 0 ? QVariant()
                                    : textColour(row.shade, column.isNew != nullptr && row.*column.isNew);
     case Qt::ToolTipRole:
-        return toQt(row.toolTip);
+        return toolTip(row, index.column() == 0 ? std::string() : row.*column.text);
     default:
         return {};
     }
