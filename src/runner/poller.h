@@ -184,6 +184,7 @@ private:
     void sendFirstRequest();
     void takeCommandReply(std::string_view reply);
     void approach();
+    bool mayRepeat(const std::string& command);
     void sendCommand();
     void refuseAddress();
     void takeReply(std::string_view reply);

@@ -57,11 +57,20 @@ void Poller::heard()
 void Poller::sendNext(std::string_view reply)
 {
     RunState::SinceStart& run = state_.sinceStart;
-    run.vehicle.learn(run.command, reply);
-    if (run.commands.empty())
+    if (run.vehicle.learn(run.command, reply) && mayRepeat(run.command))
+        link_.send(run.command);
+    else if (run.commands.empty())
         sendFirstRequest();
     else
         sendCommand();
+}
+
+/// Whether a command whose answer was damaged is sent again: a question, on whose answer the values depend.
+bool Poller::mayRepeat(const std::string& command)
+{
+    constexpr int most = 3; // in all
+    return std::ranges::count(openingQuestions(design_, panel_.combine), command) > 0 &&
+           ++state_.sinceStart.repeats <= most;
 }
 
 void Poller::sendCommand()

@@ -12,6 +12,7 @@
 #include "vehicle/vehicleRequest.h"
 
 #include <algorithm>
+#include <array>
 #include <set>
 
 namespace zint {
@@ -59,22 +60,36 @@ bool needsFourBanks(const StandardConversion& field)
            parameterLength(field.pid) != parameterLength(field.pid, {.hasFourBanks = true});
 }
 
+/// Whether an answer came that can't be read: the next one may be whole.
+bool isDamaged(const ExchangeReading& answer)
+{
+    constexpr std::array faults = {ReplyError::dataError, ReplyError::rxError, ReplyError::canError,
+                                   ReplyError::busError,  ReplyError::stopped, ReplyError::bufferFull,
+                                   ReplyError::garbled,   ReplyError::empty};
+    const auto isWhole = [](const auto& unit) { return !unit.second.isIncomplete; };
+    if (std::ranges::any_of(answer.units, isWhole))
+        return false;
+    return !answer.units.empty() || std::ranges::find(faults, answer.error) != faults.end();
+}
+
 /// Whether the vehicle has told what it supports, and with it how many banks it has.
 bool tellsSupport(const UnitReading& told) { return told.supported.contains(liveData); }
 
 } // namespace
 
-void VehicleTraits::learn(std::string_view question, std::string_view reply)
+bool VehicleTraits::learn(std::string_view question, std::string_view reply)
 {
     if (question == protocolQuestion) {
         protocol = protocolIn(reply).value_or(BusProtocol::unknown);
-        return;
+        return false;
     }
     if (!VehicleRequest(question).isForVehicle() || question.empty())
-        return;
-    UnitReadings units = readExchange(question, reply, protocol).units;
-    for (auto unit = units.rbegin(); unit != units.rend(); ++unit) // the first one has the last word
+        return false;
+    const ExchangeReading answer = readExchange(question, reply, protocol);
+    for (auto unit = answer.units.rbegin(); unit != answer.units.rend();
+         ++unit) // the first has the last word
         merge(told, unit->second);
+    return isDamaged(answer);
 }
 
 std::vector<std::string> openingQuestions(const Design& design, bool combines)

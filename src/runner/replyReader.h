@@ -21,8 +21,8 @@ struct VehicleTraits {
     BusProtocol protocol = BusProtocol::unknown;
     UnitReading told; ///< by its units together: what changes how other parameters are read
 
-    /// Takes the reply to one of openingQuestions().
-    void learn(std::string_view question, std::string_view reply);
+    /// Takes the reply to one of openingQuestions(). @return whether it came damaged
+    bool learn(std::string_view question, std::string_view reply);
 };
 
 /// What a run asks in front of its first request, beside the design's own commands: which protocol the

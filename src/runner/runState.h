@@ -66,6 +66,7 @@ struct RunState {
         PollRequest request;              ///< that is outstanding, or comes behind the commands
         BusAddress address;               ///< that the adapter has
         VehicleTraits vehicle;
+        int repeats = 0;        ///< of questions whose answers were damaged
         bool hasPolled = false; ///< the first request has been sent
         bool hasAnswer = false; ///< a request was answered
     };

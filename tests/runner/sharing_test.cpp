@@ -119,6 +119,7 @@ TEST_F(SharingTest, ReadsTheStandardsFieldsAsTheVehicleScalesThem)
     makePoller({field("0114", 1201), field("0114", 1200), field("0103", 1030), field("0134", 1521),
                 field("010C", 5), field("0106", 1061)});
     start({{"0100", supported},
+           {"014F", "41 4F 00 00 20 00 <DATA ERROR\r\r>"},
            {"014F", "41 4F 00 00 40 00 \r\r>"},
            {"0114", "41 14 5A FF \r\r>"},
            {"0114", "41 14 5A FF \r\r>"},
