@@ -1,5 +1,6 @@
 #include "designer/designDefinitions.h"
 
+#include "designer/listedNames.h"
 #include "shared/fileError.h"
 #include "shared/module1.h"
 
@@ -72,11 +73,12 @@ bool DesignDefinitions::takeOver(Design& design, const std::string& path)
     const OwnParameters definitions = loadParameters(definitionsPath(path));
     OwnParameters copy = table_;
     const TakenDefinitions taken = takeDefinitions(design, definitions, copy);
-    std::string names;
+    std::vector<std::string> names;
+    names.reserve(taken.added.size());
     for (const OwnParameterPointer& parameter : taken.added)
-        names += "\r\n   " + parameter->name + " (" + parameter->request + ")";
+        names.push_back(parameter->name + " (" + parameter->request + ")");
     if (!names.empty() && !prompts_.confirm("This design comes with own parameters that you do not have:" +
-                                                names + "\r\n\r\nAdd them to yours?",
+                                                listedNames(names) + "\r\n\r\nAdd them to yours?",
                                             "Own Parameters"))
         return false;
     std::map<std::int32_t, std::int32_t> numbers = taken.numbers;

@@ -1,5 +1,6 @@
 #include "designer/ownParameterEditor.h"
 
+#include "designer/listedNames.h"
 #include "parameters/ownReply.h"
 #include "parameters/parameterCsv.h"
 #include "shared/module1.h"
@@ -254,13 +255,15 @@ void OwnParameterEditor::changeTable(const std::function<void(OwnParameters&)>& 
 }
 
 /// The parameters of the table that a file would replace; empty when there are none.
-std::string OwnParameterEditor::replacedNames(const std::string& text) const
+std::vector<std::string> OwnParameterEditor::replacedNames(const std::string& text) const
 {
     OwnParameters copy = table_;
     std::istringstream stream(text);
-    std::string names;
-    for (const OwnParameterPointer& parameter : importCsv(stream, copy, SameName::replace).replaced)
-        names += "\r\n   " + parameter->name;
+    const CsvImport import = importCsv(stream, copy, SameName::replace);
+    std::vector<std::string> names;
+    names.reserve(import.replaced.size());
+    for (const OwnParameterPointer& parameter : import.replaced)
+        names.push_back(parameter->name);
     return names;
 }
 
@@ -271,12 +274,12 @@ void OwnParameterEditor::importFile()
     if (path.empty())
         return;
     const std::string text = contentOf(path);
-    const std::string names = replacedNames(text);
+    const std::vector<std::string> names = replacedNames(text);
     const bool replaces =
         !names.empty() &&
         around_.prompts.confirm("The file has parameters of the same names as yours, and with "
                                 "other meanings:" +
-                                    names + "\r\n\r\nReplace yours?",
+                                    listedNames(names) + "\r\n\r\nReplace yours?",
                                 "Own Parameters");
     CsvImport import;
     changeTable([&](OwnParameters& table) {

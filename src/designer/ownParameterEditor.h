@@ -80,7 +80,7 @@ private:
     void load(const OwnParameter& parameter);
     void show(std::optional<std::size_t> row);
     void begin(OwnParameter parameter);
-    std::string replacedNames(const std::string& text) const;
+    std::vector<std::string> replacedNames(const std::string& text) const;
     void changeTable(const std::function<void(OwnParameters&)>& change);
     void takeRange();
     void changed();

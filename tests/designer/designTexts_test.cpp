@@ -4,6 +4,7 @@
 #include "designer/designDifference.h"
 #include "designer/designPrintout.h"
 #include "designer/initCommands.h"
+#include "designer/listedNames.h"
 #include "designer/loopOffsets.h"
 #include "designer/pollCost.h"
 #include "designer/sampleSpeed.h"
@@ -72,6 +73,12 @@ TEST(DesignTextsTest, TheCostIsThatOfALoop)
     rows = {{.code = "010C", .frequency = 1}, {.code = "010D", .frequency = 1}};
     rows[1].own = std::make_shared<OwnParameter>(elsewhere);
     EXPECT_TRUE(pollCost(rows, Design::defaultSpeed, 9600).ends_with("at most 0.44 s")) << "another unit";
+}
+
+TEST(DesignTextsTest, AQuestionListsTheFirstNames)
+{
+    EXPECT_EQ(listedNames({"a", "b"}), "\r\n   a\r\n   b");
+    EXPECT_TRUE(listedNames(std::vector<std::string>(200, "x")).ends_with("   x\r\n   and 190 more"));
 }
 
 TEST(DesignTextsTest, InitCommandsThatInterfereAreRefused)
