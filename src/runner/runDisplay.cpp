@@ -30,8 +30,13 @@ void showValues(PollPanel::Row& row, const EventTotals& totals, const DesignEntr
     };
     row.shade = shadeOf(totals);
     row.samples = std::to_string(totals.sampleCount);
-    if (totals.sampleCount == 0 && !keepsRawValues(event.conversion))
-        return; // raw values begin with figures to compare with
+    if (totals.sampleCount == 0 && !keepsRawValues(event.conversion)) { // raw ones begin with figures
+        row.value.clear();
+        row.minimum.clear();
+        row.maximum.clear();
+        row.minimumIsNew = row.maximumIsNew = false;
+        return;
+    }
     row.value = shownText(event, totals.current);
     if (hasWords(event))
         return; // which have no order

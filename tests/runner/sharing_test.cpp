@@ -139,6 +139,10 @@ TEST_F(SharingTest, ReadsTheStandardsFieldsAsTheVehicleScalesThem)
     EXPECT_EQ(panel().obdGrid[2].value, "closed loop");
     EXPECT_EQ(panel().obdGrid[4].value, "1726rpm");
     EXPECT_EQ(panel().obdGrid[5].value, "not supported") << "padding is no second bank";
+    poller->resetValues();
+    for (const PollPanel::Row& row : panel().obdGrid)
+        EXPECT_EQ(row.value + row.minimum + row.maximum,
+                  &row == &panel().obdGrid[4] ? "0rpm16384rpm0rpm" : "");
 }
 
 DesignEntry own(const char* code, const char* formula, const char* header, const char* filter = "")
