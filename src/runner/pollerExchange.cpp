@@ -156,6 +156,8 @@ void Poller::takeReply(std::string_view reply)
     const bool isTrial = plan_.isTrial(answered);
     const std::size_t parted = isTrial ? tryOut(answered, reply) : 0;
     state_.counts.events += static_cast<std::int64_t>(answered.events.size() - parted);
+    if (!isPolling())
+        return; // there was no memory
     if (!plan_.isParted(state_.turn.event) || parted == 0)
         state_.turn = plan_.next(state_.turn);
     const bool renews = reconnection_.isAllowed() && state_.sinceStart.renewal.isDue(now());
@@ -175,7 +177,7 @@ std::size_t Poller::tryOut(const PollRequest& request, std::string_view reply)
 {
     const ReplyReader::Reading reading = reader_->read(request, reply, state_.sinceStart.vehicle);
     std::size_t parted = 0;
-    for (std::size_t i = 0; i < request.events.size(); ++i) {
+    for (std::size_t i = 0; i < request.events.size() && isPolling(); ++i) {
         if (reading.events[i].isBad()) {
             plan_.part(request.events[i]);
             ++parted;

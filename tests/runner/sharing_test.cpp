@@ -110,6 +110,16 @@ TEST_F(SharingTest, ASharedReplyThatFailsLaterIsBadAndGivesUpInTheEnd)
     EXPECT_EQ(poller->noDataCount(), 1);
 }
 
+TEST_F(SharingTest, StopsInTheFirstSharedReplyWhenThereIsNoRoom)
+{
+    makePoller({every(1, "010C"), every(1, "010D")}, 3);
+    poller->letCombine(true);
+    start({{"0100", supported}, {"ATDPN", "6\r\r>"}, {"010C0D", "41 0C 1A F8 0D 32 \r\r>"}, {"ATD", ""}});
+    EXPECT_TRUE(prompts.takeMessage().starts_with("There is no memory for more samples"));
+    EXPECT_FALSE(poller->isPolling());
+    EXPECT_EQ(outcome(), "6904, -");
+}
+
 /// Fields of the standard are read by its table, from one request and one reply for all that have one.
 TEST_F(SharingTest, ReadsTheStandardsFieldsAsTheVehicleScalesThem)
 {
