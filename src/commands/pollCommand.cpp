@@ -286,8 +286,10 @@ private:
         if (poller_.isPolling()) // an action has failed
             poller_.pressStart();
         warn();
-        if (!poller_.lastFailure().empty())
-            tell(poller_.lastFailure());
+        for (const std::string& failure : {poller_.lastFailure(), stream_.failure()}) {
+            if (!failure.empty())
+                tell(failure);
+        }
         if (poller_.samples().isEmpty()) {
             tell("nothing was sampled");
         } else {
