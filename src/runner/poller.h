@@ -191,6 +191,7 @@ private:
     void sendRequest();
     bool belongs(ReplyFit fit, std::string_view reply);
     std::size_t tryOut(const PollRequest& request, std::string_view reply);
+    bool tellsSeveral(const PollRequest& request, const ReplyReader::Reading& reading) const;
     void judge(const PollRequest& request, std::string_view reply);
     void tell(std::size_t event, const EventReading& reading);
     void store(std::size_t event, double value);

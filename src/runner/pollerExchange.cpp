@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <new>
+#include <set>
 #include <utility>
 
 namespace zint {
@@ -171,18 +172,31 @@ void Poller::takeReply(std::string_view reply)
         renewSettings();
 }
 
+/// Whether a reply tells of more than one parameter: some vehicles answer the first one of a request alone.
+bool Poller::tellsSeveral(const PollRequest& request, const ReplyReader::Reading& reading) const
+{
+    std::set<std::string_view> told;
+    for (std::size_t i = 0; i < request.events.size(); ++i) {
+        if (!reading.events[i].isBad())
+            told.insert(design_.events[request.events[i]].code);
+    }
+    return told.size() > 1;
+}
+
 /// Looks at the first reply to a shared request. Events that it leaves out are asked alone from now on, at
 /// once; that is no error. @return how many
 std::size_t Poller::tryOut(const PollRequest& request, std::string_view reply)
 {
     const ReplyReader::Reading reading = reader_->read(request, reply, state_.sinceStart.vehicle);
     std::size_t parted = 0;
+    const bool isUnderstood = !request.isCombined() || tellsSeveral(request, reading);
     for (std::size_t i = 0; i < request.events.size() && isPolling(); ++i) {
         if (reading.events[i].isBad()) {
             plan_.part(request.events[i]);
             ++parted;
         } else {
-            plan_.confirm(request.events[i]);
+            if (isUnderstood)
+                plan_.confirm(request.events[i]);
             tell(request.events[i], reading.events[i]);
         }
     }
