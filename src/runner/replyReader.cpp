@@ -86,9 +86,8 @@ bool VehicleTraits::learn(std::string_view question, std::string_view reply)
     if (!VehicleRequest(question).isForVehicle() || question.empty())
         return false;
     const ExchangeReading answer = readExchange(question, reply, protocol);
-    for (auto unit = answer.units.rbegin(); unit != answer.units.rend();
-         ++unit) // the first has the last word
-        merge(told, unit->second);
+    std::for_each(answer.units.rbegin(), answer.units.rend(), // the first one has the last word
+                  [this](const auto& unit) { merge(told, unit.second); });
     return isDamaged(answer);
 }
 
