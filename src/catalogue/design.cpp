@@ -8,6 +8,13 @@
 
 namespace zint {
 
+std::string comparedRequest(std::string_view code)
+{
+    std::string compared = upperCase(code);
+    std::erase(compared, ' ');
+    return compared;
+}
+
 std::size_t Design::polledCount() const
 {
     return static_cast<std::size_t>(std::ranges::count_if(events, &DesignEntry::isPolled));

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zint {
@@ -37,6 +38,9 @@ struct DesignEntry {
                frequency == other.frequency && offset == other.offset;
     }
 };
+
+/// A request as it is compared with others: in capitals, without blanks.
+std::string comparedRequest(std::string_view code);
 
 /// How long the adapter waits for the vehicle's answer; nothing: it decides by itself.
 using SampleSpeed = std::optional<std::chrono::milliseconds>;

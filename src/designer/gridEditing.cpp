@@ -32,12 +32,6 @@ std::string conversionText(const DesignEntry& row)
     return chooserText(row.conversion, keepsRawValues(row.conversion) ? "" : "not defined here");
 }
 
-std::string withoutBlanks(std::string text)
-{
-    std::erase(text, ' ');
-    return text;
-}
-
 /// What is defined for a request: the fields of the standard's parameter, in the units of both systems where
 /// these differ, or the user's own.
 std::vector<std::string> fittingChoices(const std::string& code, const OwnParameters& own)
@@ -52,7 +46,7 @@ std::vector<std::string> fittingChoices(const std::string& code, const OwnParame
                 choices.push_back(chooserText(numberOf(conversion), nameOf(conversion)));
         }
     }
-    const std::string request = upperCase(withoutBlanks(code));
+    const std::string request = comparedRequest(code);
     for (const OwnParameterPointer& parameter : own.all()) {
         if (parameter->request == request)
             choices.push_back(ownText(*parameter));

@@ -1,5 +1,6 @@
 #include "designer/pollCost.h"
 
+#include "catalogue/eventValue.h"
 #include "catalogue/ownParameter.h"
 #include "catalogue/requestTime.h"
 #include "parameters/standardParameters.h"
@@ -43,19 +44,36 @@ std::string secondsText(const std::string& most, double seconds)
     return number == "0" && seconds > 0 ? "less than 0.01 s" : most + number + " s";
 }
 
-/// Rows of parameters that one request can ask for: of the same units, with lengths that are known.
-using SharingRows = std::map<std::pair<std::string, std::string>, std::vector<const DesignEntry*>>;
+/// Rows that one request can ask for, by what they have in common.
+using SharingRows = std::map<std::vector<std::string>, std::vector<const DesignEntry*>>;
 
-SharingRows sharingRows(const GridRows& rows)
+std::vector<std::string> addressOf(const DesignEntry& row)
+{
+    return row.own != nullptr ? std::vector{row.own->header, row.own->filter} : std::vector<std::string>(2);
+}
+
+/// Rows that ask the same of the same units, but for those whose raw values are kept: these have requests of
+/// their own.
+SharingRows sameRows(const GridRows& rows)
+{
+    SharingRows sharing;
+    for (const DesignEntry& row : rows) {
+        std::vector<std::string> key = addressOf(row);
+        key.push_back(comparedRequest(row.code));
+        if (row.isPolled() && !keepsRawValues(row.conversion))
+            sharing[key].push_back(&row);
+    }
+    return sharing;
+}
+
+/// Rows of parameters of the same units, with lengths that are known.
+SharingRows combinedRows(const GridRows& rows)
 {
     SharingRows sharing;
     for (const DesignEntry& row : rows) {
         const auto pid = requestedParameter(row.code);
-        if (!row.isPolled() || !pid || !parameterLength(*pid))
-            continue;
-        const auto address =
-            row.own != nullptr ? std::pair(row.own->header, row.own->filter) : SharingRows::key_type();
-        sharing[address].push_back(&row);
+        if (row.isPolled() && pid && parameterLength(*pid))
+            sharing[addressOf(row)].push_back(&row);
     }
     return sharing;
 }
@@ -83,18 +101,18 @@ double savedRequests(const std::vector<const DesignEntry*>& rows)
             if (!isDue(*row, loop))
                 continue;
             ++due;
-            codes.insert(row->code);
+            codes.insert(comparedRequest(row->code));
         }
         saved += due - (codes.size() + mostTogether - 1) / mostTogether;
     }
     return static_cast<double>(saved) / static_cast<double>(loops);
 }
 
-double savedRequests(const GridRows& rows)
+double savedRequests(const SharingRows& groups)
 {
     double saved = 0;
-    for (const auto& [address, sharing] : sharingRows(rows))
-        saved += sharing.size() > 1 ? savedRequests(sharing) : 0;
+    for (const auto& [common, rows] : groups)
+        saved += rows.size() > 1 ? savedRequests(rows) : 0;
     return saved;
 }
 
@@ -102,19 +120,26 @@ double savedRequests(const GridRows& rows)
 
 std::string pollCost(const GridRows& rows, SampleSpeed sampleSpeed, int bitsPerSecond, double measuredSeconds)
 {
-    double requests = 0;
+    double values = 0;
     for (const DesignEntry& row : rows) {
         if (row.isPolled())
-            requests += 1.0 / row.frequency;
+            values += 1.0 / row.frequency;
     }
+    GridRows others = rows; // than those that can be combined
+    std::erase_if(others, [](const DesignEntry& row) {
+        const auto pid = requestedParameter(row.code);
+        return pid && parameterLength(*pid);
+    });
+    const double requests = values - savedRequests(sameRows(rows));
+    const double fewest = values - savedRequests(sameRows(others)) - savedRequests(combinedRows(rows));
     const double seconds = requestSeconds(sampleSpeed, bitsPerSecond);
     const std::string alone = secondsText("", requests * seconds);
-    const std::string combined = secondsText("", (requests - savedRequests(rows)) * seconds);
+    const std::string combined = secondsText("", fewest * seconds);
     std::string text = requestsText(requests) + " per pass, " + secondsText("at most ", requests * seconds);
     if (combined != alone)
         text += " (" + combined + " with combined requests)";
-    if (measuredSeconds > 0)
-        text += "; as fast as the last run, " + secondsText("", requests * measuredSeconds);
+    if (measuredSeconds > 0) // of an event, however many went in one request
+        text += "; as fast as the last run, " + secondsText("", values * measuredSeconds);
     return text;
 }
 

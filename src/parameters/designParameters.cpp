@@ -13,8 +13,7 @@ namespace {
 /// Whether an event asks for a parameter; the number of answers to wait for may stand behind the request.
 bool asksFor(const DesignEntry& event, const OwnParameter& parameter)
 {
-    std::string code = upperCase(event.code);
-    std::erase(code, ' ');
+    const std::string code = comparedRequest(event.code);
     return code.starts_with(parameter.request) && code.size() <= parameter.request.size() + 1;
 }
 

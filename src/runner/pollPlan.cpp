@@ -1,5 +1,6 @@
 #include "runner/pollPlan.h"
 
+#include "catalogue/eventValue.h"
 #include "catalogue/ownParameter.h"
 #include "parameters/standardParameters.h"
 #include "shared/module1.h"
@@ -11,6 +12,8 @@
 namespace zint {
 namespace {
 
+constexpr int manyMisses = 3; // in a row: too many to be by chance
+
 BusAddress addressOf(const DesignEntry& event)
 {
     return event.own != nullptr ? BusAddress{event.own->header, event.own->filter} : BusAddress{};
@@ -21,6 +24,17 @@ std::optional<std::uint8_t> sharedPid(const DesignEntry& event)
 {
     const auto pid = requestedParameter(event.code);
     return pid && parameterLength(*pid) ? pid : std::nullopt;
+}
+
+/// Whether a parameter is among those of a request, or has still room there; it is then.
+bool hasRoom(std::vector<std::uint8_t>& pids, std::uint8_t pid)
+{
+    if (std::ranges::find(pids, pid) != pids.end())
+        return true;
+    if (pids.size() == PollPlan::mostCombined)
+        return false;
+    pids.push_back(pid);
+    return true;
 }
 
 } // namespace
@@ -39,7 +53,8 @@ void PollPlan::read()
         kindOf.push_back(static_cast<std::size_t>(found - kinds.begin()));
         if (found == kinds.end())
             kinds.push_back(addresses_.back());
-        shares_.push_back({.pid = sharedPid(event)});
+        shares_.push_back({.code = keepsRawValues(event.conversion) ? "" : comparedRequest(event.code),
+                           .pid = sharedPid(event)});
     }
     order_.resize(design_.events.size());
     std::iota(order_.begin(), order_.end(), 0);
@@ -53,7 +68,7 @@ void PollPlan::combine(bool combines)
 {
     combines_ = combines;
     for (Share& share : shares_)
-        share = {.pid = share.pid};
+        share = {share.code, share.pid};
 }
 
 Turn PollPlan::next(Turn after)
@@ -76,24 +91,23 @@ PollRequest PollPlan::request(Turn turn)
 {
     PollRequest request{
         .text = design_.events[turn.event].code, .events = {turn.event}, .address = addresses_[turn.event]};
-    if (!mayShare(turn.event))
-        return request;
-    std::vector<std::uint8_t> pids{*shares_[turn.event].pid};
+    const Share& first = shares_[turn.event];
+    std::vector<std::uint8_t> pids;
+    if (mayShare(turn.event))
+        pids.push_back(*first.pid);
     for (std::size_t place = places_[turn.event] + 1; place < order_.size(); ++place) {
         const std::size_t event = order_[place];
-        if (!mayShare(event) || addresses_[event] != request.address || isTaken(event, turn.loop) ||
+        if (addresses_[event] != request.address || isTaken(event, turn.loop) ||
             !isDue(design_.events[event], turn.loop))
             continue;
-        const std::uint8_t pid = *shares_[event].pid;
-        if (std::ranges::find(pids, pid) == pids.end()) {
-            if (pids.size() == mostCombined)
-                continue;
-            pids.push_back(pid);
-        }
+        const bool isSame = !first.code.empty() && shares_[event].code == first.code;
+        if (!isSame && (pids.empty() || !mayShare(event) || !hasRoom(pids, *shares_[event].pid)))
+            continue;
         request.events.push_back(event);
         shares_[event].takenIn = turn.loop;
     }
-    if (request.events.size() > 1) {
+    if (pids.size() > 1) {
+        request.parameters = pids.size();
         request.text = "01";
         for (const std::uint8_t pid : pids)
             request.text += hexText(pid, 2);
@@ -103,28 +117,39 @@ PollRequest PollPlan::request(Turn turn)
 
 bool PollPlan::isTrial(const PollRequest& request) const
 {
-    return request.events.size() > 1 && std::ranges::any_of(request.events, [this](std::size_t event) {
+    return request.isCombined() && std::ranges::any_of(request.events, [this](std::size_t event) {
                return !shares_[event].isConfirmed;
            });
 }
 
 void PollPlan::confirm(std::size_t event)
 {
-    shares_.at(event).isConfirmed = true;
-    shares_.at(event).misses = 0;
+    Share& share = shares_.at(event);
+    share.isConfirmed = true;
+    share.isParted = false;
+    share.misses = 0;
 }
 
 void PollPlan::miss(std::size_t event)
 {
-    constexpr int many = 3; // in a row: too many to be by chance
-    if (++shares_.at(event).misses == many)
-        shares_.at(event).isParted = true;
+    Share& share = shares_.at(event);
+    share.isParted = ++share.misses >= manyMisses;
 }
 
-void PollPlan::part(std::size_t event)
+void PollPlan::answerAlone(std::size_t event)
 {
-    shares_.at(event).isParted = true;
-    shares_.at(event).takenIn = -1;
+    if (Share& share = shares_.at(event); share.misses >= manyMisses)
+        share = {share.code, share.pid};
+}
+
+void PollPlan::leaveOut(std::size_t event)
+{
+    Share& share = shares_.at(event);
+    share.takenIn = -1;
+    if (share.isConfirmed)
+        miss(event);
+    else
+        share.isParted = true;
 }
 
 std::size_t PollPlan::partedCount() const

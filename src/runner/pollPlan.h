@@ -22,19 +22,21 @@ struct PollRequest {
     std::string text;                ///< "010C", or "010C0D05" for several parameters
     std::vector<std::size_t> events; ///< that its reply tells of, in the order of the design
     BusAddress address;
+    std::size_t parameters = 1; ///< that are asked for
 
-    bool isCombined() const { return text.size() > 4 && events.size() > 1; }
+    bool isCombined() const { return parameters > 1; }
 };
 
 /// In which order and in which requests a design's events are asked in a loop: in the design's order, those
-/// with one address together. Events of mode 01 that are due in the same loop can share a request.
+/// with one address together. Events that ask the same in the same loop share a request, unless raw values
+/// are kept of them; and where that is wanted, several parameters of mode 01 are asked in one.
 class PollPlan {
 public:
     static constexpr std::size_t mostCombined = 6; ///< parameters, by ISO 15031-5 on CAN
 
     explicit PollPlan(const Design& design);
 
-    /// Lets events share requests, or not. All of them are to be tried anew.
+    /// Lets requests ask for several parameters, or not. All of them are to be tried anew.
     void combine(bool combines);
     bool combines() const { return combines_; }
 
@@ -55,18 +57,21 @@ public:
     /// An event was answered in a shared request.
     void confirm(std::size_t event);
 
-    /// An event was left out of the answer to a shared request; too often in a row, and it goes alone.
+    /// An event was left out of the answer to a shared request. Too often in a row, and it goes alone until
+    /// it is answered so: the vehicle may have kept silent altogether.
     void miss(std::size_t event);
+    void answerAlone(std::size_t event);
 
-    /// An event goes alone from now on, also in the loop that is on.
-    void part(std::size_t event);
-    bool isParted(std::size_t event) const { return shares_.at(event).isParted; }
+    /// A trial has left an event out. It is to be asked again in the loop that is on, and alone from now on
+    /// unless it was told in a shared request before.
+    void leaveOut(std::size_t event);
 
     /// How many events share no request although they could.
     std::size_t partedCount() const;
 
 private:
     struct Share {
+        std::string code; ///< of the request in one form; empty: it is asked for this event alone
         std::optional<std::uint8_t> pid; ///< what can be asked together; nothing: it goes alone
         bool isConfirmed = false;
         bool isParted = false;

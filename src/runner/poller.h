@@ -20,6 +20,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zint {
 
@@ -190,8 +191,9 @@ private:
     void takeReply(std::string_view reply);
     void sendRequest();
     bool belongs(ReplyFit fit, std::string_view reply);
-    std::size_t tryOut(const PollRequest& request, std::string_view reply);
     bool tellsSeveral(const PollRequest& request, const ReplyReader::Reading& reading) const;
+    std::vector<std::size_t> tryOut(const PollRequest& request, std::string_view reply);
+    void tellSharing(std::size_t partedBefore);
     void judge(const PollRequest& request, std::string_view reply);
     void tell(std::size_t event, const EventReading& reading);
     void store(std::size_t event, double value);

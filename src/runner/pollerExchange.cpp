@@ -155,11 +155,11 @@ void Poller::takeReply(std::string_view reply)
     const PollRequest answered = state_.sinceStart.request;
     state_.sinceStart.hasAnswer = true;
     const bool isTrial = plan_.isTrial(answered);
-    const std::size_t parted = isTrial ? tryOut(answered, reply) : 0;
-    state_.counts.events += static_cast<std::int64_t>(answered.events.size() - parted);
+    const std::vector<std::size_t> left = isTrial ? tryOut(answered, reply) : std::vector<std::size_t>();
+    state_.counts.events += static_cast<std::int64_t>(answered.events.size() - left.size());
     if (!isPolling())
         return; // there was no memory
-    if (!plan_.isParted(state_.turn.event) || parted == 0)
+    if (left.empty() || left.front() != state_.turn.event)
         state_.turn = plan_.next(state_.turn);
     const bool renews = reconnection_.isAllowed() && state_.sinceStart.renewal.isDue(now());
     if (!state_.isFull() && !renews)
@@ -183,17 +183,18 @@ bool Poller::tellsSeveral(const PollRequest& request, const ReplyReader::Reading
     return told.size() > 1;
 }
 
-/// Looks at the first reply to a shared request. Events that it leaves out are asked alone from now on, at
-/// once; that is no error. @return how many
-std::size_t Poller::tryOut(const PollRequest& request, std::string_view reply)
+/// Looks at the first reply to a shared request. Events that it leaves out are asked again at once; that is
+/// no error. @return those
+std::vector<std::size_t> Poller::tryOut(const PollRequest& request, std::string_view reply)
 {
     const ReplyReader::Reading reading = reader_->read(request, reply, state_.sinceStart.vehicle);
-    std::size_t parted = 0;
+    const std::size_t partedBefore = plan_.partedCount();
+    std::vector<std::size_t> left;
     const bool isUnderstood = !request.isCombined() || tellsSeveral(request, reading);
     for (std::size_t i = 0; i < request.events.size() && isPolling(); ++i) {
         if (reading.events[i].isBad()) {
-            plan_.part(request.events[i]);
-            ++parted;
+            plan_.leaveOut(request.events[i]);
+            left.push_back(request.events[i]);
         } else {
             if (isUnderstood)
                 plan_.confirm(request.events[i]);
@@ -201,9 +202,15 @@ std::size_t Poller::tryOut(const PollRequest& request, std::string_view reply)
         }
     }
     state_.sinceStart.watch.hear(now());
-    if (parted > 0)
+    tellSharing(partedBefore);
+    return left;
+}
+
+/// Tells how events are asked, when that has changed.
+void Poller::tellSharing(std::size_t partedBefore)
+{
+    if (isPolling() && plan_.partedCount() != partedBefore)
         setStatus("Polling" + reconnection_.summary() + sharingText());
-    return parted;
 }
 
 /// Stores what a reply tells, or counts it as bad.
@@ -214,6 +221,7 @@ void Poller::judge(const PollRequest& request, std::string_view reply)
     state_.sinceStart.watch.take(
         reading.fit, reply.starts_with(ReplyBuffer::prompt) ? link_.announcement() : reply, isGood, now());
     const bool isOwn = belongs(reading.fit, reply);
+    const std::size_t partedBefore = plan_.partedCount();
     for (std::size_t i = 0; i < request.events.size() && isPolling(); ++i) {
         const std::size_t event = request.events[i];
         const bool isTold = isOwn && !reading.events[i].isBad();
@@ -221,9 +229,12 @@ void Poller::judge(const PollRequest& request, std::string_view reply)
             tell(event, reading.events[i]);
         else
             samples_.addError(event);
-        if (request.events.size() > 1)
+        if (request.isCombined())
             isTold ? plan_.confirm(event) : plan_.miss(event);
+        else if (isTold)
+            plan_.answerAlone(event);
     }
+    tellSharing(partedBefore);
     if (isOwn && isGood)
         return;
     link_.countError();

@@ -73,6 +73,10 @@ TEST(DesignTextsTest, TheCostIsThatOfALoop)
     rows = {{.code = "010C", .frequency = 1}, {.code = "010D", .frequency = 1}};
     rows[1].own = std::make_shared<OwnParameter>(elsewhere);
     EXPECT_TRUE(pollCost(rows, Design::defaultSpeed, 9600).ends_with("at most 0.44 s")) << "another unit";
+    rows[1] = {.code = "0114", .conversion = 1200, .frequency = 1};
+    rows.push_back({.code = "01 14", .conversion = 1201, .frequency = 1});
+    EXPECT_EQ(pollCost(rows, Design::defaultSpeed, 9600),
+              "About 2 requests per pass, at most 0.44 s (0.22 s with combined requests)");
 }
 
 TEST(DesignTextsTest, AQuestionListsTheFirstNames)

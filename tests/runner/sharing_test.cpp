@@ -92,7 +92,7 @@ TEST_F(SharingTest, AsksTogetherWhatVehicleAndAdapterTakeTogether)
     }
 }
 
-TEST_F(SharingTest, ASharedReplyThatFailsLaterIsBadAndGivesUpInTheEnd)
+TEST_F(SharingTest, SharedRepliesThatFailLaterAreBadAndWaitForBetterTimes)
 {
     makePoller({every(1, "010C"), every(2, "0104"), every(1, "010D")});
     poller->letCombine(true);
@@ -104,10 +104,32 @@ TEST_F(SharingTest, ASharedReplyThatFailsLaterIsBadAndGivesUpInTheEnd)
            {"010C040D", "NO DATA\r\r>"},
            {"010C0D", "41 0C 1A \r\r>"},
            {"010C040D", "CAN ERROR\r\r>"},
-           {"010C0D", both}, // was on its way
+           {"010C0D", "NO DATA\r\r>"}, // was on its way
            {"010C", ""}});
-    EXPECT_EQ(outcome(), "6904 3 bad, 255 2 bad, 50 3 bad");
-    EXPECT_EQ(poller->noDataCount(), 1);
+    EXPECT_EQ(outcome(), "6904 4 bad, 255 2 bad, 50 4 bad");
+    EXPECT_EQ(poller->noDataCount(), 2);
+    EXPECT_TRUE(panel().statusBox.ends_with("2 events are asked alone")) << panel().statusBox;
+    for (const char* pid : {"04", "0D", "0C", "0D"})
+        adapter.expect("01" + std::string(pid) + "\r").answer("41 " + std::string(pid) + " 1A F8 \r\r>");
+    adapter.expect("010C040D\r");
+    adapter.receive("41 0C 1A F8 \r\r>"); // the vehicle is there again
+    adapter.play();
+    EXPECT_TRUE(panel().statusBox.ends_with(" Polling")) << panel().statusBox;
+}
+
+TEST_F(SharingTest, AnEventThatJoinsLaterTakesNobodyAlong)
+{
+    makePoller({every(1, "010C"), every(2, "0105", 1), every(1, "010D")});
+    poller->letCombine(true);
+    const char* const both = "41 0C 1A F8 0D 32 \r\r>";
+    start({{"0100", supported},
+           {"ATDPN", "6\r\r>"},
+           {"010C0D", both},
+           {"010C050D", "CAN ERROR\r\r>"},
+           {"010C0D", both},
+           {"0105", "41 05 7B \r\r>"},
+           {"010C0D", ""}});
+    EXPECT_EQ(outcome(), "6904, 123, 50");
 }
 
 TEST_F(SharingTest, StopsInTheFirstSharedReplyWhenThereIsNoRoom)
@@ -131,13 +153,11 @@ TEST_F(SharingTest, ReadsTheStandardsFieldsAsTheVehicleScalesThem)
     start({{"0100", supported},
            {"014F", "41 4F 00 00 20 00 <DATA ERROR\r\r>"},
            {"014F", "41 4F 00 00 40 00 \r\r>"},
-           {"0114", "41 14 5A FF \r\r>"},
-           {"0114", "41 14 5A FF \r\r>"},
+           {"0114", "41 14 5A FF \r\r>"}, // which tells of two events
            {"0103", "41 03 02 00 \r\r>"},
            {"0134", "41 34 80 00 00 00 \r\r>"},
            {"010C", "41 0C 1A F8 \r\r>"},
            {"0106", "41 06 7C AA AA AA \r\r>"},
-           {"0114", "7F 01 12 \r\r>"},
            {"0114", "7F 01 12 \r\r>"},
            {"0103", "7F 01 12 \r\r>"},
            {"0134", ""}});
