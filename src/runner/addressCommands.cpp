@@ -1,6 +1,7 @@
 #include "runner/addressCommands.h"
 
 #include "runner/openingCommands.h"
+#include "shared/module1.h"
 
 #include <algorithm>
 #include <array>
@@ -10,15 +11,16 @@ namespace zint {
 namespace {
 
 constexpr const char* noFilter = "ATCRA";
-constexpr std::size_t longHeader = 8; // digits, of 29 bits
+constexpr std::size_t longHeader = 8;            // digits, of 29 bits
+constexpr std::string_view usualPriority = "18"; // the first two of those
 
 /// By protocol: how adapters ask all units, their numbers "ATDPN" tells. Lengths are put in by the adapter.
 constexpr std::array usualHeaders = {
-    std::pair{BusProtocol::j1850Pwm, "616AF1"},     std::pair{BusProtocol::j1850Vpw, "686AF1"},
-    std::pair{BusProtocol::iso9141, "686AF1"},      std::pair{BusProtocol::kwpSlowInit, "C233F1"},
-    std::pair{BusProtocol::kwpFastInit, "C233F1"},  std::pair{BusProtocol::can11At500, "7DF"},
-    std::pair{BusProtocol::can29At500, "18DB33F1"}, std::pair{BusProtocol::can11At250, "7DF"},
-    std::pair{BusProtocol::can29At250, "18DB33F1"},
+    std::pair{BusProtocol::j1850Pwm, "616AF1"},    std::pair{BusProtocol::j1850Vpw, "686AF1"},
+    std::pair{BusProtocol::iso9141, "686AF1"},     std::pair{BusProtocol::kwpSlowInit, "C233F1"},
+    std::pair{BusProtocol::kwpFastInit, "C233F1"}, std::pair{BusProtocol::can11At500, "7DF"},
+    std::pair{BusProtocol::can29At500, "DB33F1"},  std::pair{BusProtocol::can11At250, "7DF"},
+    std::pair{BusProtocol::can29At250, "DB33F1"},
 };
 
 /// What stands behind a command among others; empty where it is not among them.
@@ -27,8 +29,8 @@ std::string argumentOf(const std::deque<std::string>& commands, std::string_view
     std::string found;
     for (std::string command : commands) {
         std::erase(command, ' ');
-        if (command.starts_with(name))
-            found = command.substr(name.size());
+        if (upperCase(command).starts_with(name))
+            found = upperCase(command).substr(name.size());
     }
     return found;
 }
@@ -55,6 +57,11 @@ BusAddress usualAddress(const Design& design, BusProtocol protocol)
         std::ranges::find(usualHeaders, protocol, &std::pair<BusProtocol, const char*>::first);
     if (usual.header.empty() && row != usualHeaders.end())
         usual.header = row->second;
+    const bool isLong = protocol == BusProtocol::can29At500 || protocol == BusProtocol::can29At250;
+    if (isLong && usual.header.size() + usualPriority.size() == longHeader) {
+        const std::string priority = argumentOf(commands, "ATCP");
+        usual.header.insert(0, priority.empty() ? usualPriority : priority);
+    }
     return usual;
 }
 

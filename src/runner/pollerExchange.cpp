@@ -136,7 +136,7 @@ void Poller::refuseAddress()
     RunState::SinceStart& run = state_.sinceStart;
     const EventReading refused{.words = "the adapter refuses " + std::exchange(run.command, {})};
     const std::vector<std::size_t> events = run.request.events;
-    run.address = {.header = "?", .filter = "?"}; // as the commands before it have left them
+    run.address.header = "?"; // as the commands before it have left it; a filter comes behind them
     link_.countError();
     state_.counts.events += static_cast<std::int64_t>(events.size());
     state_.turn = plan_.next(state_.turn);

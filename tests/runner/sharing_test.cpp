@@ -1,5 +1,6 @@
 #include "catalogue/ownParameter.h"
 #include "pollerTest.h"
+#include "runner/addressCommands.h"
 
 namespace zint {
 namespace {
@@ -209,12 +210,11 @@ TEST_F(SharingTest, SetsHeaderAndFilterWhereTheyChange)
            {"010C", "41 0C 1A F8 \r\r>"},
            {"ATSH 7E1", "?\r\r>"},
            {"ATSH 7E1", "OK\r\r>"},
-           {"ATCRA", "OK\r\r>"},
            {"2101", ""}});
     EXPECT_EQ(outcome(), "6904, 100 1 bad, 50, -, 7");
     const std::size_t sent =
         std::string("ATZ|ATE0|0100|ATDPN|010C|010D|ATSH 7E1|221940|2101|ATSH 744|ATCRA 74C|"
-                    "22F40C|ATSH 7DF|ATCRA|ATAR|010C|ATSH 7E1|ATSH 7E1|ATCRA|2101|")
+                    "22F40C|ATSH 7DF|ATCRA|ATAR|010C|ATSH 7E1|ATSH 7E1|2101|")
             .size();
     adapter.expect("ATD\r");
     poller->pressStart();
@@ -222,6 +222,41 @@ TEST_F(SharingTest, SetsHeaderAndFilterWhereTheyChange)
               "Out: " + std::to_string(sent + 4) + " Err: 1");
     EXPECT_EQ(panel().obdGrid[1].value, "the adapter refuses ATSH 7E1");
     EXPECT_EQ(panel().obdGrid[3].value, "division by zero");
+}
+
+TEST_F(SharingTest, AFilterThatIsRefusedIsInNobodysWay)
+{
+    makePoller({every(1, "010C"), own("22F40C", "A", "744", "74C")});
+    start({{"0100", supported},
+           {"ATDPN", "A6\r\r>"},
+           {"010C", "41 0C 1A F8 \r\r>"},
+           {"ATSH 744", "OK\r\r>"},
+           {"ATCRA 74C", "?\r\r>"},
+           {"ATSH 7DF", "OK\r\r>"},
+           {"010C", ""}});
+    EXPECT_EQ(outcome(), "6904, - 1 bad");
+}
+
+TEST(AddressCommandsTest, LeadBackToWhatTheAdapterHadBefore)
+{
+    struct Row {
+        const char* extra;
+        BusProtocol protocol;
+        std::deque<std::string> back;
+    };
+    const Row rows[] = {
+        {"", BusProtocol::can29At500, {"ATCP 18", "ATSH DB33F1", "ATCRA"}},
+        {"ATCP 1C", BusProtocol::can29At250, {"ATCP 1C", "ATSH DB33F1", "ATCRA"}},
+        {"atcp 1c;at sh da 10 f1", BusProtocol::can29At500, {"ATCP 1C", "ATSH DA10F1", "ATCRA"}},
+        {"ATSH 18DA10F1", BusProtocol::can29At500, {"ATCP 18", "ATSH DA10F1", "ATCRA"}},
+        {"ATSH 7E0;ATCRA 7E8", BusProtocol::can11At500, {"ATSH 7E0", "ATCRA 7E8"}},
+        {"ATH0", BusProtocol::unknown, {"ATD", "ATE0", "ATH0"}},
+    };
+    for (const auto& [extra, protocol, back] : rows) {
+        const Design design{.extraCommands = extra};
+        const BusAddress there{.header = "14DAF110", .filter = "18DAF110"};
+        EXPECT_EQ(addressCommands(there, {}, usualAddress(design, protocol), design), back) << extra;
+    }
 }
 
 } // namespace
