@@ -114,6 +114,10 @@ void Poller::approach()
 void Poller::takeCommandReply(std::string_view reply)
 {
     RunState::SinceStart& run = state_.sinceStart;
+    if (!belongs(ReplyFit::unknown, reply) && run.renewal.isDue(now())) { // the address is gone, too
+        renewSettings();
+        return;
+    }
     if (reply.starts_with('?')) {
         const std::string older = olderCommand(run.command);
         if (older.empty()) {
@@ -188,11 +192,12 @@ bool Poller::tellsSeveral(const PollRequest& request, const ReplyReader::Reading
 std::vector<std::size_t> Poller::tryOut(const PollRequest& request, std::string_view reply)
 {
     const ReplyReader::Reading reading = reader_->read(request, reply, state_.sinceStart.vehicle);
+    const bool isOwn = belongs(reading.fit, reply);
     const std::size_t partedBefore = plan_.partedCount();
     std::vector<std::size_t> left;
     const bool isUnderstood = !request.isCombined() || tellsSeveral(request, reading);
     for (std::size_t i = 0; i < request.events.size() && isPolling(); ++i) {
-        if (reading.events[i].isBad()) {
+        if (!isOwn || reading.events[i].isBad()) {
             plan_.leaveOut(request.events[i]);
             left.push_back(request.events[i]);
         } else {

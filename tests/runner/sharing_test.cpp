@@ -237,6 +237,27 @@ TEST_F(SharingTest, AFilterThatIsRefusedIsInNobodysWay)
     EXPECT_EQ(outcome(), "6904, - 1 bad");
 }
 
+TEST_F(SharingTest, AnAdapterThatBeginsAnewGetsItsSettingsBeforeAnythingElse)
+{
+    const Exchange opening{{"0100", supported}, {"ATDPN", "A6\r\r>"}};
+    const Exchange rows[] = {
+        {{"010C0D", "41 0C 1A F8 0D 32 \rLV RESET\r\r>"}},
+        {{"010C0D", "41 0C 1A F8 0D 32 \r\r>"}, {"ATSH 7E1", "LV RESET\r\r>"}},
+    };
+    for (const Exchange& row : rows) {
+        makePoller({every(1, "010C"), every(1, "010D"), own("221940", "A", "7E1")});
+        poller->letCombine(true);
+        poller->letReconnect(std::chrono::seconds(60));
+        Exchange whole = opening;
+        const Exchange anew{{"ATZ", "ELM327 v1.5\r\r>"}, {"ATE0", "OK\r\r>"}};
+        for (const Exchange& part : {row, anew, opening, Exchange{{row.back().first, ""}}})
+            whole.insert(whole.end(), part.begin(), part.end());
+        start(whole);
+        EXPECT_EQ(outcome(), row.size() == 1 ? "-, -, -" : "6904, 50, -");
+        pressStop();
+    }
+}
+
 TEST(AddressCommandsTest, LeadBackToWhatTheAdapterHadBefore)
 {
     struct Row {
