@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <set>
 
 namespace zint {
@@ -24,12 +25,13 @@ constexpr std::uint8_t liveData = 0x01;
 /// The data of an answer by parameter.
 using ParameterData = std::map<std::uint8_t, Bytes>;
 
-/// The parameters of mode 01 in the answers to a request; of those that several units tell the first one.
+/// The parameters of mode 01 in the answers to a request. Of those that several units tell, the unit's that
+/// tells most counts, then the first one's: units answer in any order.
 ParameterData parametersIn(const VehicleReply& reply, const VehicleRequest& request, const UnitReading& known)
 {
-    ParameterData parameters;
     if (request.bytes().empty() || request.bytes().front() != liveData)
-        return parameters;
+        return {};
+    std::vector<ParameterData> answers;
     for (const UnitMessage& message : reply.messages) {
         if (message.isIncomplete || message.bytes.front() == refusalSign)
             continue;
@@ -37,10 +39,15 @@ ParameterData parametersIn(const VehicleReply& reply, const VehicleRequest& requ
                                    .data = BytesView(message.bytes).subspan(1),
                                    .asked = BytesView(request.bytes()).subspan(1),
                                    .known = &known};
-        forEachParameter(answer, [&](std::uint8_t pid, BytesView data) {
-            parameters.try_emplace(pid, data.begin(), data.end());
+        ParameterData& told = answers.emplace_back();
+        forEachParameter(answer, [&told](std::uint8_t pid, BytesView data) {
+            told.try_emplace(pid, data.begin(), data.end());
         });
     }
+    std::ranges::stable_sort(answers, std::greater(), [](const ParameterData& told) { return told.size(); });
+    ParameterData parameters;
+    for (ParameterData& told : answers)
+        parameters.merge(told);
     return parameters;
 }
 
