@@ -74,7 +74,7 @@ FormulaResult Formula::evaluate(BytesView data) const
         compiled_->values[i] = data[compiled_->bytes[i]];
     }
     try {
-        return {.number = compiled_->parser.Eval(), .why = {}};
+        return {.number = compiled_->parser.Eval() + 0.0, .why = {}}; // there is no -0
     } catch (const NoValue& reason) {
         return {.number = {}, .why = reason.what()};
     } catch (const mu::ParserError& error) {

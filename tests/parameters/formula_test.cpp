@@ -46,6 +46,7 @@ TEST(FormulaTest, ComputesWhatPhoneProgramsWrite)
         {"2^-1", 0.5},
         {"3- - -2", 1},
         {"--+-A", -128},
+        {"-D", 0},
         {".5+1e2", 100.5},
         {"D==0 ? 7 : A/D", 7},
         {"A>200?1:B>=1&&D!=0||C<256?2:3", 2},
@@ -58,6 +59,7 @@ TEST(FormulaTest, ComputesWhatPhoneProgramsWrite)
         const FormulaResult result = formula.evaluate(fourBytes);
         ASSERT_TRUE(result.number) << row.formula << ": " << result.why;
         EXPECT_DOUBLE_EQ(*result.number, row.value) << row.formula;
+        EXPECT_EQ(std::signbit(*result.number), row.value < 0) << row.formula;
     }
 }
 
