@@ -16,6 +16,7 @@
 #include <QLocale>
 #include <QTimer>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -280,9 +281,27 @@ void obdPollForm::paint()
         ui->comStart->setShortcut(key); // which a caption without a mark takes away
     display(*ui->ProgressBar1, p.ProgressBar1);
     grid_->refresh(p.obdGrid);
+    widenForWords();
     const bool isRunning = poller_.isPolling() && !poller_.isInterrupted();
     chart_->setRunning(isRunning);
     gauges_->setRunning(isRunning);
+}
+
+/// Words in place of numbers are longer than these: their column grows with them, up to a third of the grid.
+/// What the user makes of it afterwards stays.
+void obdPollForm::widenForWords()
+{
+    constexpr int valueColumn = 1;
+    const auto has = [](const PollPanel::Row& row) { return row.isWords || row.minimum.empty(); };
+    if (std::ranges::none_of(poller_.panel().obdGrid, has))
+        return;
+    const QAbstractItemView& grid = *ui->obdGrid;
+    const int wanted = std::min(grid.sizeHintForColumn(valueColumn), grid.width() / 3);
+    if (wanted <= widestWords_)
+        return;
+    widestWords_ = wanted;
+    if (wanted > ui->obdGrid->columnWidth(valueColumn))
+        ui->obdGrid->setColumnWidth(valueColumn, wanted);
 }
 
 } // namespace zint

@@ -48,6 +48,7 @@ private:
     void openRecent(const std::string& path);
     void recover();
     void paint();
+    void widenForWords();
     QString entryText(const std::string& name) const;
     void paintRecent();
 
@@ -63,6 +64,7 @@ private:
     RecentFiles recent_;
     std::vector<QAction*> recentEntries_; ///< one for each place of the list
     std::unique_ptr<PollGridModel> grid_;
+    int widestWords_ = 0; ///< pixels, so far
     EventChoice choice_{nullptr};
     LiveChart* chart_ = nullptr;
     Gauges* gauges_ = nullptr;
