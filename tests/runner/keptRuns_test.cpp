@@ -130,8 +130,8 @@ TEST_F(KeptRunsTest, TellsOnceOfEachCrash)
 TEST_F(KeptRunsTest, ReadsWhatIsWholeOfADamagedFile)
 {
     const KeptEntry entry{.path = runs + "/damaged.run", .text = ""};
-    for (const std::string& end :
-         {"1,2,77"s, "1,2\r\n1,9,9\r\n"s, "4,2,3\r\n"s, std::string(1'000'000, '1')}) {
+    for (const std::string& end : {"1,2,77"s, "1,2\r\n1,9,9\r\n"s, "4,2,3\r\n"s, "1,2,nan\r\n"s,
+                                   "1,2,5.5\r\n"s, std::string(1'000'000, '1')}) {
         leaveFile("damaged", 0, "1,2,5\n2,2,6\r\n" + end);
         const SampleStore samples = KeptRuns::load(entry).samples;
         EXPECT_EQ(samples.size(), 4U) << end.substr(0, 20);

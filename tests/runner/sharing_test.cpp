@@ -70,6 +70,11 @@ TEST_F(SharingTest, AsksTogetherWhatVehicleAndAdapterTakeTogether)
           {"010C", ""}},
          "6904, 50, 123",
          "2 events are asked alone"},
+        {"a line is lost",
+         "6\r\r>",
+         {{"010C0D05", "008 \r0: 41 0C 1A F8 0D 32 \r\r>"}, {"010C", "41 0C 1A F8 \r\r>"}, {"010D", ""}},
+         "6904, -, -",
+         "3 events are asked alone"},
         {"one that this vehicle does not have",
          "6\r\r>",
          {{"010C0D05", "41 0C 1A F8 05 7B \r\r>"}, {"010D", "NO DATA\r\r>"}, {"010C05", ""}},
@@ -137,6 +142,10 @@ TEST_F(SharingTest, AnEventThatJoinsLaterTakesNobodyAlong)
            {"0105", "41 05 7B \r\r>"},
            {"010C0D", ""}});
     EXPECT_EQ(outcome(), "6904, 123, 50");
+    const std::size_t sent =
+        std::string("ATZ|ATE0|0100|ATDPN|010C0D|010C050D|010C0D|0105|010C0D|ATD|").size();
+    pressStop();
+    EXPECT_NE(panel().labelStats.find("Out: " + std::to_string(sent) + " "), std::string::npos);
 }
 
 TEST_F(SharingTest, StopsInTheFirstSharedReplyWhenThereIsNoRoom)
@@ -173,7 +182,7 @@ TEST_F(SharingTest, ReadsTheStandardsFieldsAsTheVehicleScalesThem)
     pressStop();
     EXPECT_EQ(panel().obdGrid[0].value, "not used for trim");
     EXPECT_EQ(panel().obdGrid[1].value, "0.450 V");
-    EXPECT_EQ(panel().obdGrid[2].value, "closed loop");
+    EXPECT_EQ(panel().obdGrid[2].value + panel().obdGrid[2].minimum, "closed loop");
     EXPECT_EQ(panel().obdGrid[4].value, "1726rpm");
     EXPECT_EQ(panel().obdGrid[5].value, "not supported") << "padding is no second bank";
     poller->resetValues();
@@ -241,6 +250,27 @@ TEST_F(SharingTest, AFilterThatIsRefusedIsInNobodysWay)
            {"ATSH 7DF", "OK\r\r>"},
            {"010C", ""}});
     EXPECT_EQ(outcome(), "6904, - 1 bad");
+    pressStop();
+    design.events[1] = own("22F40C", "A", "745");
+    start({{"0100", supported}, {"ATDPN", "A6\r\r>"}, {"010C", "41 0C 1A F8 \r\r>"}, {"ATSH 745", ""}});
+}
+
+TEST(PollPlanTest, PutsTogetherWhatFits)
+{
+    std::vector<DesignEntry> events = {own("010C", "A", "7E1"), own("0105", "A", "7E1")};
+    for (const char* code :
+         {"010C", "0105", "010D", "01 0f", "01F0", "0902", "01101", "0111", "0104", "010C"})
+        events.push_back(every(1, code));
+    const Design design = designOf(events);
+    PollPlan plan(design);
+    plan.combine(true);
+    std::string asked;
+    for (Turn turn{.loop = 0, .event = 0}; turn.loop < 2; turn = plan.next(turn)) {
+        const PollRequest request = plan.request(turn);
+        asked += request.text + ':' + std::to_string(request.events.size()) + ' ';
+    }
+    const std::string pass = "010C05:2 010C050D0F1011:7 01F0:1 0902:1 0104:1 ";
+    EXPECT_EQ(asked, pass + pass);
 }
 
 TEST_F(SharingTest, AnAdapterThatBeginsAnewGetsItsSettingsBeforeAnythingElse)

@@ -89,6 +89,7 @@ TEST(DataLogTest, RefusesWhatIsNoWholeLog)
         {head + " 1 \r\n1,1\r\n", "line 9: this sample belongs to no event"},
         {block + "1,1\r\n2,2\r\n3,3\r\n", "line 12: there are more records than the 3"},
         {block + "1,2147483648\r\n", "line 10: this is no sample"},
+        {block + "1,5.5\r\n", "line 10: this is no sample"},
         {block + "##3\r\n", "line 10: the block before has no samples"},
         {block + "1,1\r\n##3\r\n", "line 12: the file ends"},
     };
@@ -100,6 +101,23 @@ TEST(DataLogTest, RefusesWhatIsNoWholeLog)
     for (std::size_t length = 0; length < whole.size(); ++length)
         EXPECT_THROW(read(whole.substr(0, length)), FileError) << "cut after " << length;
     EXPECT_EQ(read(whole).samples.size(), 3U);
+}
+
+/// Whatever a formula gives comes back as it was.
+TEST(DataLogTest, KeepsTheValuesOfParametersToTheLastDigit)
+{
+    const Design design = designOf({{.code = "221940", .conversion = 10000, .frequency = 1}});
+    const std::vector<double> values{0.1, -1.0 / 3, 9007199254740993.0, 1e17, -1e300, 5e-324, 1726};
+    SampleStore samples = storeOf(design, {});
+    for (const double value : values)
+        samples.add(0, value, {1});
+    const std::string text = logOf(design, samples);
+    EXPECT_TRUE(text.ends_with("1,1726\r\n"));
+    const DataLog log = read(text);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        EXPECT_EQ(log.samples[static_cast<std::int32_t>(i + 1)].value, values[i]);
+    for (const char* value : {"1e3", "nan", "inf", "1e999", "1726.0", "0x10", "1,5"})
+        EXPECT_THROW(read(std::string(text).replace(text.rfind(",") + 1, 4, value)), FileError) << value;
 }
 
 TEST(DataLogTest, FindsTheOrderOfARunAgain)
