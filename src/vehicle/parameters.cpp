@@ -203,7 +203,7 @@ std::optional<FieldReading> readField(std::uint8_t pid, std::size_t field, Bytes
     const auto raw = row != nullptr ? rawValue(row->place, data) : std::nullopt;
     if (!raw)
         return std::nullopt;
-    if (row->supportBit >= 0 && !hasBit(data[0], row->supportBit))
+    if (!applies(*row, data, context))
         return FieldReading{.words = "not supported"};
     if (row->missingBit >= 0 && hasBit(data[0], row->missingBit))
         return FieldReading{.words = "not available"};

@@ -148,6 +148,9 @@ TEST(ParametersTest, KeepTheirPlaces)
     EXPECT_EQ(fieldWords(0x01, 3, 0x076504), "Evaporative system");
     EXPECT_EQ(readField(0x66, 1, Bytes{2, 0, 0, 0, 64})->number, 2);
     EXPECT_EQ(readField(0x66, 0, Bytes{2, 0, 0, 0, 64}), (FieldReading{.words = "not supported"}));
+    EXPECT_EQ(readField(0x06, 1, Bytes{0x80, 0xA0})->number, 25);
+    EXPECT_EQ(readField(0x06, 1, Bytes{0x80, 0xAA, 0xAA}), (FieldReading{.words = "not supported"}))
+        << "padding";
     EXPECT_EQ(readField(0x15, 1, Bytes{0x80, 0xFF}), (FieldReading{.words = "not used for trim"}));
     EXPECT_EQ(readField(0x66, 1, Bytes{2, 0, 0, 0}), std::nullopt);
 }
