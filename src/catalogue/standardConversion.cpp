@@ -39,8 +39,10 @@ const ImperialUnit* imperialUnit(std::string_view metric)
 std::optional<StandardConversion> standardConversion(std::int32_t conversion)
 {
     const bool isImperial = conversion >= firstImperial;
+    if (conversion < firstMetric || conversion >= firstImperial + numbers)
+        return std::nullopt;
     const std::int32_t number = conversion - (isImperial ? firstImperial : firstMetric);
-    if (number < 0 || number >= numbers)
+    if (number >= numbers)
         return std::nullopt;
     const StandardConversion found{.pid = static_cast<std::uint8_t>(number / fieldsOfParameter),
                                    .field = static_cast<std::uint8_t>(number % fieldsOfParameter),
