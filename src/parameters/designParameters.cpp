@@ -10,6 +10,9 @@
 namespace zint {
 namespace {
 
+/// The last number that is taken over. What others have numbered must not use up the table's numbers.
+constexpr std::int32_t lastTaken = OwnParameters::lastNumber / 2;
+
 /// Whether an event asks for a parameter; the number of answers to wait for may stand behind the request.
 bool asksFor(const DesignEntry& event, const OwnParameter& parameter)
 {
@@ -42,7 +45,8 @@ std::int32_t numberIn(OwnParameters& table, OwnParameter definition, TakenDefini
     });
     if (same != table.all().end())
         return (*same)->number;
-    definition.number = definition.number < table.nextNumber() ? 0 : definition.number;
+    if (definition.number < table.nextNumber() || definition.number > lastTaken)
+        definition.number = 0;
     definition.name = table.freeName(definition.name);
     const StoredParameter stored = table.put(definition);
     if (!stored.parameter)
@@ -103,7 +107,7 @@ TakenDefinitions takeDefinitions(const Design& design, const OwnParameters& defi
     TakenDefinitions taken;
     for (const DesignEntry& event : design.events) {
         const OwnParameterPointer definition = definitions.find(event.conversion);
-        if (definition && !taken.numbers.contains(event.conversion))
+        if (definition && asksFor(event, *definition) && !taken.numbers.contains(event.conversion))
             taken.numbers[event.conversion] = numberIn(table, *definition, taken);
     }
     return taken;

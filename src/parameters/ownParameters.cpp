@@ -3,15 +3,9 @@
 #include "shared/module1.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace zint {
-namespace {
-
-constexpr std::int32_t lastNumber = std::numeric_limits<std::int32_t>::max() - 1;
-
-} // namespace
 
 std::vector<OwnParameterPointer>::const_iterator OwnParameters::place(std::int32_t number) const
 {

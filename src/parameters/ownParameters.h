@@ -24,6 +24,8 @@ struct StoredParameter {
 /// in which small letters and capitals are alike.
 class OwnParameters {
 public:
+    static constexpr std::int32_t lastNumber = 2'000'000'000; ///< that a parameter can have
+
     /// In the order in which they came.
     const std::vector<OwnParameterPointer>& all() const { return parameters_; }
 

@@ -46,13 +46,12 @@ Json jsonOf(const OwnParameter& parameter)
 
 [[noreturn]] void refuse(const std::string& text) { throw FileError(text); }
 
-std::int32_t numberIn(const Json& json, const char* key)
+std::int32_t numberIn(const Json& json, const char* key, std::int32_t last)
 {
-    constexpr std::int32_t last = 2'000'000'000;
     const Json number = json.value(key, Json());
     if (!number.is_number_integer() || number < OwnParameter::firstNumber || number > last)
         refuse("\"" + std::string(key) + "\" must be a number from " +
-               std::to_string(OwnParameter::firstNumber) + " on");
+               std::to_string(OwnParameter::firstNumber) + " to " + std::to_string(last));
     return number.get<std::int32_t>();
 }
 
@@ -68,7 +67,7 @@ double decimalIn(const Json& json, const char* key)
 /// Takes what it knows out of an entry.
 OwnParameter takeParameter(Json& json)
 {
-    OwnParameter parameter{.number = numberIn(json, "number"),
+    OwnParameter parameter{.number = numberIn(json, "number", OwnParameters::lastNumber),
                            .minimum = decimalIn(json, "minimum"),
                            .maximum = decimalIn(json, "maximum")};
     for (const char* const key : {"number", "minimum", "maximum"})
@@ -161,7 +160,7 @@ OwnParameters readParametersJson(std::string_view text)
         }
     }
     if (json.contains("next"))
-        table.keepNumbersFrom(numberIn(json, "next"));
+        table.keepNumbersFrom(numberIn(json, "next", OwnParameters::lastNumber + 1));
     return table;
 }
 

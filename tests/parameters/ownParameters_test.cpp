@@ -76,6 +76,10 @@ TEST(OwnParametersTest, GivesNoNumberTwiceAlsoAfterTheFile)
     EXPECT_EQ(table.put(changed).parameter->number, 10000);
     EXPECT_EQ(table.findName("a")->name, "A");
     EXPECT_EQ(table.all().size(), 2U);
+
+    table.put({.number = OwnParameters::lastNumber, .name = "last", .request = "2210", .formula = "A"});
+    EXPECT_EQ(readParametersJson(parametersJson(table)).put(named("d")).fault->text,
+              "there is no such number");
 }
 
 TEST(OwnParametersTest, TheFileKeepsWhatItDoesNotKnow)
@@ -115,11 +119,12 @@ TEST(OwnParametersTest, ABrokenFileIsToldAndNeverOverwritten)
         {std::string(100000, '['), "it is no table of parameters"},
         {R"({"parameters":[]})", "it is no table of parameters"},
         {R"({"schema":2,"parameters":[]})", "it was written by a newer version of this program"},
-        {R"({"schema":1,"next":"x","parameters":[]})", "\"next\" must be a number from 10000 on"},
+        {R"({"schema":1,"next":"x","parameters":[]})", "\"next\" must be a number from 10000 to 2000000001"},
         {R"({"schema":1,"parameters":[1]})", "parameter 1: it must stand in braces"},
-        {R"({"schema":1,"parameters":[{}]})", "parameter 1: \"number\" must be a number from 10000 on"},
+        {R"({"schema":1,"parameters":[{}]})",
+         "parameter 1: \"number\" must be a number from 10000 to 2000000000"},
         {R"({"schema":1,"parameters":[{"number":9}]})",
-         "parameter 1: \"number\" must be a number from 10000 on"},
+         "parameter 1: \"number\" must be a number from 10000 to 2000000000"},
         {R"({"schema":1,"parameters":[{"number":10000,"name":1}]})", "parameter 1: \"name\" must be a text"},
         {R"({"schema":1,"parameters":[{"number":10000,"maximum":"1"}]})",
          "parameter 1: \"maximum\" must be a number"},
@@ -172,22 +177,26 @@ TEST(DesignParametersTest, EventsGetTheirDefinitionsOrTellWhichAreMissing)
 
 TEST(DesignParametersTest, DefinitionsFindTheirPlaceInAnotherTable)
 {
-    OwnParameters definitions; // 10000 Oil, 10001 Same, 10002 Clash, 10003 unused
+    OwnParameters definitions; // 10000 Oil, 10001 Same, 10002 Clash, 10003 unused, and the last one
     for (const OwnParameter& parameter : {oilHeat, named("Same"), named("Clash", "A*2"), named("Unused")})
         definitions.put(parameter);
+    definitions.put({.number = OwnParameters::lastNumber, .name = "Far", .request = "22", .formula = "A"});
     Design design = designOf({{.code = "221940", .conversion = 10000},
                               {.code = "221941", .conversion = 10001},
                               {.code = "221941", .conversion = 10002},
                               {.code = "221941", .conversion = 10002},
-                              {.code = "2299", .conversion = 10077}});
+                              {.code = "2299", .conversion = 10077},
+                              {.code = "2299", .conversion = 10003}, // was numbered by another table
+                              {.code = "22", .conversion = OwnParameters::lastNumber}});
     OwnParameters table; // 10000 Clash, 10001 gone, 10002 Same
     for (const char* const name : {"Clash", "Gone", "Same"})
         table.put(named(name));
     table.remove(10001);
     const TakenDefinitions taken = takeDefinitions(design, definitions, table);
     EXPECT_EQ(taken.numbers,
-              (std::map<std::int32_t, std::int32_t>{{10000, 10003}, {10001, 10002}, {10002, 10004}}));
-    ASSERT_EQ(taken.added.size(), 2U);
+              (std::map<std::int32_t, std::int32_t>{
+                  {10000, 10003}, {10001, 10002}, {10002, 10004}, {OwnParameters::lastNumber, 10005}}));
+    ASSERT_EQ(taken.added.size(), 3U);
     EXPECT_EQ(taken.added[0]->name, "Oil");
     EXPECT_EQ(taken.added[1]->name, "Clash 2");
     EXPECT_EQ(takeDefinitions(design, definitions, table).added.size(), 0U) << "opened once more";
