@@ -39,17 +39,19 @@ Value standardValue(const StandardConversion& conversion, double value)
     return Rounded{scale.of(value), decimalsFor(field->step * scale.times)};
 }
 
-/// Of a formula's result, whose steps are not known: what is left of six digits, and three decimals at most.
-int decimalsOfOwn(double value)
+/// A formula's result, whose steps are not known: six digits, and three decimals at most, but all digits in
+/// front of the point.
+double roundedOwn(double value)
 {
     constexpr int digits = 6;
     constexpr int most = 3;
     const double size = std::abs(value);
     if (size == std::round(size))
-        return 0;
-    if (size < 1)
-        return digits;
-    return std::clamp(digits - 1 - static_cast<int>(std::log10(size)), 0, most);
+        return value;
+    const int decimals =
+        size < 1 ? digits : std::clamp(digits - 1 - static_cast<int>(std::log10(size)), 0, most);
+    const double scale = std::pow(10, decimals);
+    return std::round(value * scale) / scale + 0.0; // no zero with a sign
 }
 
 } // namespace
@@ -66,7 +68,7 @@ Value convertedValue(const DesignEntry& event, double value)
     if (const auto standard = standardConversion(event.conversion))
         return standardValue(*standard, value);
     if (event.conversion >= OwnParameter::firstNumber) // also one that is not defined here
-        return Rounded{value, decimalsOfOwn(value)};
+        return roundedOwn(value);
     return converted::Placeholder();
 }
 

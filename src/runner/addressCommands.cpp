@@ -71,7 +71,13 @@ std::deque<std::string> addressCommands(const BusAddress& from, const BusAddress
     const auto orUsual = [](const std::string& own, const std::string& other) {
         return own.empty() ? other : own;
     };
-    const std::string header = orUsual(to.header, usual.header);
+    const auto headerOf = [&](const BusAddress& address) {
+        std::string header = orUsual(address.header, usual.header);
+        if (usual.header.size() == longHeader && header.size() + usualPriority.size() == longHeader)
+            header.insert(0, usual.header.substr(0, usualPriority.size()));
+        return header;
+    };
+    const std::string header = headerOf(to);
     std::deque<std::string> commands;
     if (from == to)
         return commands;
@@ -82,7 +88,7 @@ std::deque<std::string> addressCommands(const BusAddress& from, const BusAddress
             commands.push_back(std::string(noFilter) + " " + to.filter);
         return commands;
     }
-    if (const std::string before = orUsual(from.header, usual.header); before != header)
+    if (const std::string before = headerOf(from); before != header)
         appendHeader(commands, before, header);
     const std::string filter = orUsual(to.filter, usual.filter);
     if (orUsual(from.filter, usual.filter) != filter)

@@ -207,6 +207,7 @@ private:
     void setStatus(std::string_view words);
     void changed();
 
+    bool isRenewalDue() const { return reconnection_.isAllowed() && state_.sinceStart.renewal.isDue(now()); }
     RunState::Time now() const { return around_.clock.monotonic(); }
     RunFiles::Run run() const { return {design(), samples_, firstStartText()}; }
 

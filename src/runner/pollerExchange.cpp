@@ -114,7 +114,8 @@ void Poller::approach()
 void Poller::takeCommandReply(std::string_view reply)
 {
     RunState::SinceStart& run = state_.sinceStart;
-    if (!belongs(ReplyFit::unknown, reply) && run.renewal.isDue(now())) { // the address is gone, too
+    belongs(ReplyFit::unknown, reply);
+    if (isRenewalDue()) { // the address is gone, too
         renewSettings();
         return;
     }
@@ -165,7 +166,7 @@ void Poller::takeReply(std::string_view reply)
         return; // there was no memory
     if (left.empty() || left.front() != state_.turn.event)
         state_.turn = plan_.next(state_.turn);
-    const bool renews = reconnection_.isAllowed() && state_.sinceStart.renewal.isDue(now());
+    const bool renews = isRenewalDue();
     if (!state_.isFull() && !renews)
         sendRequest();
     else

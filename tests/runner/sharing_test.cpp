@@ -174,13 +174,21 @@ TEST_F(SharingTest, ReadsTheStandardsFieldsAsTheVehicleScalesThem)
            {"0134", "41 34 80 00 00 00 \r\r>"},
            {"010C", "41 0C 1A F8 \r\r>"},
            {"0106", "41 06 7C AA AA AA \r\r>"},
+           {"0114", "41 14 5A 80 \r\r>"}, // was not used for trim
+           {"0103", "7F 01 12 \r\r>"},
+           {"0134", "7F 01 12 \r\r>"},
+           {"010C", "41 0C 1A F8 \r\r>"},
+           {"0106", "7F 01 12 \r\r>"},
            {"0114", "7F 01 12 \r\r>"},
            {"0103", "7F 01 12 \r\r>"},
            {"0134", ""}});
-    EXPECT_EQ(outcome(), "- 1 bad, 0 1 bad, 2 1 bad, -64, 6904, -") << "the current by the scale of 4F";
+    EXPECT_EQ(outcome(), "0 1 bad, 0 1 bad, 2 2 bad, -64 1 bad, 6904, - 1 bad")
+        << "the current by the scale of 4F";
     EXPECT_FALSE(poller->sawMismatch()) << "the vehicle's word contradicts nothing";
     pressStop();
-    EXPECT_EQ(panel().obdGrid[0].value, "not used for trim");
+    EXPECT_EQ(panel().obdGrid[0].value, "0.0 %");
+    EXPECT_EQ(panel().obdGrid[0].samples, "1");
+    EXPECT_EQ(panel().obdGrid[3].maximum, "-64.000 mA");
     EXPECT_EQ(panel().obdGrid[1].value, "0.450 V");
     EXPECT_EQ(panel().obdGrid[2].value + panel().obdGrid[2].minimum, "closed loop");
     EXPECT_EQ(panel().obdGrid[4].value, "1726rpm");
@@ -276,20 +284,31 @@ TEST(PollPlanTest, PutsTogetherWhatFits)
 TEST_F(SharingTest, AnAdapterThatBeginsAnewGetsItsSettingsBeforeAnythingElse)
 {
     const Exchange opening{{"0100", supported}, {"ATDPN", "A6\r\r>"}};
-    const Exchange rows[] = {
-        {{"010C0D", "41 0C 1A F8 0D 32 \rLV RESET\r\r>"}},
-        {{"010C0D", "41 0C 1A F8 0D 32 \r\r>"}, {"ATSH 7E1", "LV RESET\r\r>"}},
+    struct Row {
+        Exchange exchange;
+        const char* next;
+        const char* values;
     };
-    for (const Exchange& row : rows) {
+    const Row rows[] = {
+        {{{"010C0D", "41 0C 1A F8 0D 32 \rLV RESET\r\r>"}}, "010C0D", "-, -, -"},
+        {{{"010C0D", "41 0C 1A F8 0D 32 \r\r>"}, {"ATSH 7E1", "LV RESET\r\r>"}}, "ATSH 7E1", "6904, 50, -"},
+        {{{"010C0D", "41 0C 1A F8 0D 32 \r\r>"},
+          {"ATSH 7E1", "OK\r\r>"},
+          {"221940", "62 19 40 8C \rLV RESET\r\r>"},
+          {"ATSH 7DF", "OK\r\r>"}}, // was on its way
+         "010C0D",
+         "6904, 50, - 1 bad"},
+    };
+    for (const auto& [exchange, next, expected] : rows) {
         makePoller({every(1, "010C"), every(1, "010D"), own("221940", "A", "7E1")});
         poller->letCombine(true);
         poller->letReconnect(std::chrono::seconds(60));
         Exchange whole = opening;
         const Exchange anew{{"ATZ", "ELM327 v1.5\r\r>"}, {"ATE0", "OK\r\r>"}};
-        for (const Exchange& part : {row, anew, opening, Exchange{{row.back().first, ""}}})
+        for (const Exchange& part : {exchange, anew, opening, Exchange{{next, ""}}})
             whole.insert(whole.end(), part.begin(), part.end());
         start(whole);
-        EXPECT_EQ(outcome(), row.size() == 1 ? "-, -, -" : "6904, 50, -");
+        EXPECT_EQ(outcome(), expected);
         pressStop();
     }
 }
@@ -314,6 +333,9 @@ TEST(AddressCommandsTest, LeadBackToWhatTheAdapterHadBefore)
         const BusAddress there{.header = "14DAF110", .filter = "18DAF110"};
         EXPECT_EQ(addressCommands(there, {}, usualAddress(design, protocol), design), back) << extra;
     }
+    EXPECT_EQ(addressCommands({"14DAF110", ""}, {"DA10F1", ""}, {"18DB33F1", ""}, {}),
+              (std::deque<std::string>{"ATCP 18", "ATSH DA10F1"}));
+    EXPECT_TRUE(addressCommands({"18DA10F1", ""}, {"DA10F1", ""}, {"18DB33F1", ""}, {}).empty());
 }
 
 } // namespace

@@ -78,10 +78,10 @@ TEST(SampleLineTest, TellsEachKindOfValue)
         {"010C", 5, 2.5, "Overflow;rpm", R"(null,"text":"Overflow","unit":"rpm")"},
         {"010C", 1120, 812.5, "812,5;rpm", R"(812.5,"unit":"rpm")"},
         {"0105", 5050, 100, "212;°F", R"(212,"unit":"°F")"},
-        {"0103", 1030, 2, "closed loop;", R"(2.0,"text":"closed loop","unit":"")"},
+        {"0103", 1030, 2, "closed loop;", R"(2,"text":"closed loop","unit":"")"},
         {"221940", 10000, 1234.5678, "1234,57;", R"(1234.57,"unit":"")"},
-        {"221940", 10000, -0.25, "-0,250000;", R"(-0.250000,"unit":"")"},
-        {"221940", 10000, 12.5, "12,500;", R"(12.500,"unit":"")"},
+        {"221940", 10000, -0.25, "-0,25;", R"(-0.25,"unit":"")"},
+        {"221940", 10000, 12.5, "12,5;", R"(12.5,"unit":"")"},
     };
     for (const auto& [code, conversion, value, csv, json] : rows) {
         const DesignEntry event{.code = code, .description = "a;b", .conversion = conversion};
