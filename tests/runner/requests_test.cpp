@@ -38,6 +38,8 @@ TEST(PollReplyTest, ReadsTheBytesBehindTheEcho)
          {"41 01 80 00 00 00 \r>", "41 01 FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF \r>",
           "41 0c 1a f8\r>", "NO DATA\r\r>", "41 0C 1A F8 <DATA ERROR\r>", "\r>", "\x80\xFF\x01\r>"})
         EXPECT_FALSE(pollValue(bad)) << bad;
+    EXPECT_EQ(rawValueOf(Bytes{0x7F, 0xFF, 0xFF, 0xFF}), 0x7FFFFFFF);
+    EXPECT_EQ(rawValueOf(Bytes{0x80, 0, 0, 0}), std::nullopt);
 }
 
 TEST(ReplyWatchTest, KnowsWhatAReplyBeginsWith)
