@@ -51,7 +51,7 @@ ParameterData parametersIn(const VehicleReply& reply, const VehicleRequest& requ
     return parameters;
 }
 
-/// Refusals contradict nothing: a design may ask for many parameters in a row that a vehicle does not have.
+/// A refusal of the request is the vehicle's word, and no sign of replies that are out of step.
 ReplyFit fitOf(const VehicleReply& reply, bool isAnswered)
 {
     if (isAnswered)

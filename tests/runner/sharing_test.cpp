@@ -263,6 +263,16 @@ TEST_F(SharingTest, AFilterThatIsRefusedIsInNobodysWay)
     start({{"0100", supported}, {"ATDPN", "A6\r\r>"}, {"010C", "41 0C 1A F8 \r\r>"}, {"ATSH 745", ""}});
 }
 
+TEST_F(SharingTest, RefusalsAreNoRepliesToOtherRequests)
+{
+    makePoller({own("221940", "A", ""), own("221941", "A", ""), own("221942", "A", "")});
+    for (const char* reply : {"7F 22 31 \r\r>", "62 19 43 01 \r\r>"}) {
+        start({{"221940", reply}, {"221941", reply}, {"221942", reply}, {"221940", reply}, {"221941", ""}});
+        EXPECT_EQ(poller->sawMismatch(), *reply == '6');
+        pressStop();
+    }
+}
+
 TEST(PollPlanTest, PutsTogetherWhatFits)
 {
     std::vector<DesignEntry> events = {own("010C", "A", "7E1"), own("0105", "A", "7E1")};
