@@ -3,6 +3,7 @@
 #include "designer/listedNames.h"
 #include "parameters/ownReply.h"
 #include "parameters/parameterCsv.h"
+#include "shared/fileError.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
 
@@ -95,7 +96,7 @@ void OwnParameterEditor::select(std::size_t row)
 void OwnParameterEditor::show(std::optional<std::size_t> row)
 {
     panel_.current = row;
-    panel_.reply.clear(); // it was another one's
+    forgetReply();
     load(row ? *table_.all().at(*row) : OwnParameter());
     changed();
 }
@@ -116,8 +117,18 @@ void OwnParameterEditor::begin(OwnParameter parameter)
     untouched_ = parameter;
     panel_.current = table_.all().size();
     panel_.statusBox.clear();
-    panel_.reply.clear();
+    forgetReply();
     load(parameter);
+}
+
+/// It was another one's, or would be.
+void OwnParameterEditor::forgetReply()
+{
+    if (reading_.isOpen()) {
+        reading_.close();
+        panel_.statusBox = reading_.status();
+    }
+    panel_.reply.clear();
 }
 
 void OwnParameterEditor::addNew()
@@ -130,9 +141,10 @@ void OwnParameterEditor::addNew()
 
 void OwnParameterEditor::copy()
 {
-    if (!panel_.current || !mayLeave() || !panel_.current)
+    if (!panel_.current || !mayLeave())
         return;
-    begin(*table_.all().at(*panel_.current));
+    if (panel_.current)
+        begin(*table_.all().at(*panel_.current));
     leaveField();
 }
 
@@ -196,7 +208,8 @@ bool OwnParameterEditor::isUntouched() const
 
 bool OwnParameterEditor::isChanged() const
 {
-    return isNew() || normalised(panel_.fields) != *table_.all().at(*panel_.current);
+    const OwnParameterPointer kept = table_.find(panel_.fields.number);
+    return !kept || normalised(panel_.fields) != *kept;
 }
 
 /// Saves the current parameter if it has changed. @return false when it can't be used
@@ -222,6 +235,16 @@ bool OwnParameterEditor::store()
     return true;
 }
 
+/// Saves the current parameter if it has changed. @return why it can't be saved; empty when it is
+std::string OwnParameterEditor::storeFailure()
+{
+    try {
+        return store() ? "" : faultText(panel_.faults.front());
+    } catch (const FileError& error) {
+        return error.what();
+    }
+}
+
 void OwnParameterEditor::takeRange()
 {
     const bool hasRange = rangeFault(panel_).empty() && !panel_.minimum.empty();
@@ -232,18 +255,23 @@ void OwnParameterEditor::takeRange()
 /// Saves the current parameter, or asks whether to forget what was typed.
 bool OwnParameterEditor::mayLeave()
 {
-    if (!panel_.current)
-        return true;
-    if (!isUntouched() && !store() &&
-        !around_.prompts.confirm("\"" + panel_.fields.name + "\" can't be saved: " +
-                                     faultText(panel_.faults.front()) + ".\r\n\r\nForget what was typed?",
-                                 "Own Parameters")) {
-        changed();
+    const bool isSettled = !panel_.current || settle();
+    changed();
+    return isSettled;
+}
+
+bool OwnParameterEditor::settle()
+{
+    const std::string failure = isUntouched() ? "" : storeFailure();
+    if (!failure.empty() && !around_.prompts.confirm("\"" + panel_.fields.name + "\" can't be saved: " +
+                                                         failure + ".\r\n\r\nForget what was typed?",
+                                                     "Own Parameters"))
         return false;
-    }
     const std::size_t count = table_.all().size();
-    if (*panel_.current >= count)
+    if (*panel_.current >= count) {
         panel_.current = count == 0 ? std::nullopt : std::optional(count - 1);
+        forgetReply();
+    }
     load(panel_.current ? *table_.all().at(*panel_.current) : OwnParameter());
     return true;
 }

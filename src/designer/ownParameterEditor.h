@@ -72,14 +72,17 @@ public:
     std::function<void()> onChanged;
 
 private:
-    bool isNew() const { return panel_.current == table_.all().size(); }
+    bool isNew() const { return panel_.current && panel_.fields.number == 0; }
     bool isUntouched() const;
     bool isChanged() const;
     bool store();
+    std::string storeFailure();
     bool mayLeave();
+    bool settle();
     void load(const OwnParameter& parameter);
     void show(std::optional<std::size_t> row);
     void begin(OwnParameter parameter);
+    void forgetReply();
     std::vector<std::string> replacedNames(const std::string& text) const;
     void changeTable(const std::function<void(OwnParameters&)>& change);
     void takeRange();

@@ -117,6 +117,9 @@ TEST_F(OwnParameterEditorTest, SavesAParameterAsSoonAsItCanBeUsed)
     folder.write(file.path(), "rubbish");
     editor->type(&OwnParameter::name, "Fourth");
     EXPECT_THROW(editor->leaveField(), FileError);
+    prompts.answer = true;
+    EXPECT_TRUE(editor->leave()) << "the dialog is no trap";
+    EXPECT_TRUE(prompts.question.ends_with("line 1 is no JSON.\r\n\r\nForget what was typed?"));
 }
 
 TEST_F(OwnParameterEditorTest, TriesRepliesThatAreTypedOrRead)
@@ -159,6 +162,11 @@ TEST_F(OwnParameterEditorTest, TriesRepliesThatAreTypedOrRead)
     timer.tick();
     EXPECT_EQ(prompts.takeMessage(), AdapterLink::notRespondingText);
     EXPECT_TRUE(panel().canRead);
+    adapter.expect("ATZ\r");
+    adapter.expect("ATD\r");
+    editor->readFromCar();
+    editor->copy();
+    EXPECT_TRUE(panel().canRead) << "the reply would be another one's";
     editor->type(&OwnParameter::header, "7");
     editor->readFromCar();
     EXPECT_EQ(prompts.takeMessage(),
@@ -180,6 +188,13 @@ TEST_F(OwnParameterEditorTest, ImportsAndExportsWhatOthersUse)
     EXPECT_EQ(saved(), "10000 Oil 221940 A; 10001 Gear 2101 B; ");
     EXPECT_NE(prompts.takeMessage().find("\r\nline 4, \"Bad\": "), std::string::npos);
     EXPECT_EQ(values.parmInitDir, folder.path());
+
+    editor->addNew();
+    editor->onChanged = [this] { ++stored; };
+    stored = 0;
+    editor->importFile(); // which the user gives up
+    EXPECT_EQ(panel().list, (std::vector<std::string>{"Oil", "Gear"}));
+    EXPECT_EQ(stored, 1) << "the new one has gone, and the window shows so";
 
     dialogs.chosen = folder.path("out.csv");
     editor->exportFile();
