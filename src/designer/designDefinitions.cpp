@@ -99,6 +99,21 @@ void DesignDefinitions::tellUndefined(Design design)
                          "let the design be saved with its definitions where it comes from.");
 }
 
+bool DesignDefinitions::contradict(const Design& design, const std::string& path)
+{
+    if (!lieBeside(path))
+        return false;
+    try {
+        const OwnParameters present = loadParameters(definitionsPath(path));
+        return std::ranges::any_of(design.events, [&](const DesignEntry& event) {
+            const OwnParameterPointer other = event.own ? present.find(event.conversion) : nullptr;
+            return other && *other != *event.own;
+        });
+    } catch (const FileError&) { // it defines nothing
+        return false;
+    }
+}
+
 void DesignDefinitions::saveBeside(const Design& design, const std::string& path)
 {
     OwnParameters definitions = definitionsOf(design);

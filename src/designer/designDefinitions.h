@@ -39,6 +39,9 @@ public:
     /// Whether a design's file has one with definitions beside it.
     static bool lieBeside(const std::string& path);
 
+    /// Whether those that lie beside a design's file give a number of the design another meaning.
+    static bool contradict(const Design& design, const std::string& path);
+
     /// Writes the definitions that a design uses beside its file; those that lie there and are not defined
     /// here stay. Does nothing for a design that uses none. @throws FileError
     static void saveBeside(const Design& design, const std::string& path);

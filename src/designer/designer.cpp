@@ -153,7 +153,7 @@ void Designer::saveFile(bool asking)
     showCommitted(design);
     panel_.statusBox = fileNamePart(path) + " saved";
     edited();
-    if (panel_.savesDefinitions)
+    if (panel_.savesDefinitions || DesignDefinitions::contradict(design, path))
         DesignDefinitions::saveBeside(design, path);
 }
 

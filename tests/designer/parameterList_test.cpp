@@ -222,6 +222,23 @@ TEST_F(ParameterListTest, ADesignCarriesItsDefinitionsToOthers)
     EXPECT_TRUE(designer->panel().isModified);
     EXPECT_EQ(file.load().all().size(), 2U);
     designer->tellLoadFailure(); // once
+
+    file.change([](OwnParameters& own) { own.put({.name = "Gear", .request = "221940", .formula = "B"}); });
+    designer->takeParameters();
+    designer->setCell(1, GridColumn::conversion, "10002>Gear");
+    designer->saveWithDefinitions(false);
+    const std::string beside = contents(folder.path("car.parameters.json"));
+    designer->save();
+    EXPECT_EQ(contents(folder.path("car.parameters.json")), beside) << "says nothing of 10002";
+    designer->setCell(1, GridColumn::conversion, "10001>Oil temperature");
+    TemporaryFolder::write(folder.path("car.parameters.json"), parametersJson(file.load()));
+    file.change([](OwnParameters& own) {
+        own.put({.number = 10001, .name = "Oil", .request = "221940", .formula = "A-41"});
+    });
+    designer->takeParameters();
+    designer->save();
+    EXPECT_EQ(loadParameters(folder.path("car.parameters.json")).find(10001)->formula, "A-41")
+        << "never means something else than the design";
 }
 
 } // namespace
