@@ -2,11 +2,10 @@
 
 #include "commands/commandSession.h"
 #include "commands/options.h"
+#include "commands/ownDefinitions.h"
 #include "parameters/ownReply.h"
 #include "parameters/parametersFile.h"
 #include "parameters/standardParameters.h"
-#include "platform/text.h"
-#include "process/folders.h"
 #include "shared/fileError.h"
 #include "shared/module1.h"
 #include "shared/textFile.h"
@@ -22,7 +21,7 @@ namespace {
 
 ParametersFile fileAt(const std::string& path)
 {
-    return path.empty() ? ParametersFile(fromQt(userDataFolder())) : ParametersFile::at(path);
+    return path.empty() ? userParametersFile() : ParametersFile::at(path);
 }
 
 /// @throws FileError when there is none
