@@ -4,10 +4,10 @@
 
 #include <chrono>
 #include <cstdint>
+#include <cstdlib>
 #include <fstream>
 #include <optional>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -48,23 +48,14 @@ struct ParameterFigures {
     std::vector<Figure> fields;
 };
 
+/// A number, perhaps with "~" and its tolerance, words, or "-".
 inline Figure figureIn(const std::string& text)
 {
-    std::size_t length = 0;
-    Figure figure;
-    if (text == "-")
-        return figure;
-    try {
-        figure.number = std::stod(text, &length);
-    } catch (const std::invalid_argument&) {
-    }
-    if (length == text.size())
-        return figure;
-    if (length > 0 && text[length] == '~')
-        figure.tolerance = std::stod(text.substr(length + 1));
-    else
-        figure = {.words = text};
-    return figure;
+    char* end = nullptr;
+    const double number = std::strtod(text.c_str(), &end);
+    if (text == "-" || end == text.c_str() || (*end != '\0' && *end != '~'))
+        return {.words = text == "-" ? "" : text};
+    return {.number = number, .tolerance = *end == '~' ? std::strtod(end + 1, nullptr) : -1};
 }
 
 inline std::vector<ParameterFigures> readFigures()
@@ -72,19 +63,18 @@ inline std::vector<ParameterFigures> readFigures()
     std::ifstream file(ZINT_FIGURES);
     std::vector<ParameterFigures> figures;
     for (std::string line; std::getline(file, line);) {
-        std::istringstream fields(line);
-        std::string pid;
-        std::string banks;
-        std::string tolerance;
-        if (line.starts_with('#') || !std::getline(fields, pid, '\t') || !std::getline(fields, banks, '\t') ||
-            !std::getline(fields, tolerance, '\t'))
+        std::istringstream stream(line);
+        std::vector<std::string> texts;
+        for (std::string text; std::getline(stream, text, '\t');)
+            texts.push_back(text);
+        if (line.starts_with('#'))
             continue;
         ParameterFigures& row = figures.emplace_back();
-        row.pid = static_cast<std::uint8_t>(std::stoi(pid, nullptr, 16));
-        row.banks = banks == "two" ? Banks::two : banks == "four" ? Banks::four : Banks::either;
-        row.tolerance = std::stod(tolerance);
-        for (std::string field; std::getline(fields, field, '\t');)
-            row.fields.push_back(figureIn(field));
+        row.pid = static_cast<std::uint8_t>(std::stoi(texts.at(0), nullptr, 16));
+        row.banks = texts.at(1) == "two" ? Banks::two : texts.at(1) == "four" ? Banks::four : Banks::either;
+        row.tolerance = std::stod(texts.at(2));
+        for (std::size_t field = 3; field < texts.size(); ++field)
+            row.fields.push_back(figureIn(texts[field]));
     }
     return figures;
 }
