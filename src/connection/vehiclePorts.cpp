@@ -12,6 +12,7 @@
 #include "vehicle/transcriptMask.h"
 
 #include <cerrno>
+#include <stdexcept>
 #include <utility>
 
 namespace zint {
@@ -51,8 +52,8 @@ std::string problemOf(const PortLocation& place)
 {
     try {
         if (place.kind == PortLocation::Kind::simulated)
-            simulationAt(place.path);
-    } catch (const ArgumentError& error) {
+            const Vehicle possible(simulationAt(place.path).vehicle);
+    } catch (const std::invalid_argument& error) { // of an option, or of several that don't go together
         return error.what();
     }
     return place.problem;

@@ -202,6 +202,8 @@ TEST(CommandLineTest, RefusesWhatIsWrong)
               "--port com2=simulated:diesel=1: diesel=1: takes no value");
     EXPECT_EQ(refusal("--port simulated:units=3"),
               "--port simulated:units=3: units=3: A vehicle has 1 or 2 control units");
+    EXPECT_EQ(refusal("--port simulated:all-parameters"),
+              "--port simulated:all-parameters: A vehicle tells all parameters on CAN only");
     EXPECT_EQ(refusal("poll a b"), "poll takes one design, DESIGN.obc, or --events and what they are");
     EXPECT_EQ(refusal("export a"), "wrong words after \"export\"; the command is: zint-obd export LOG.log "
                                    "OUT.txt|OUT.csv");

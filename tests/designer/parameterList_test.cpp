@@ -135,6 +135,9 @@ TEST_F(ParameterListTest, FindsFiltersAndSorts)
     EXPECT_EQ(list->panel().groups.size(), 12U);
     EXPECT_EQ(after("coolant 010"), "0105|Coolant temperature|°C|Temperatures||yes| ");
     EXPECT_EQ(after("0c"), "010C|Engine speed|rpm|Engine and speed||not polled| ");
+    designer->addEvents({{"0106", "Trim", 1, 1}});
+    EXPECT_EQ(after("trim 0106"), "0106|Short term fuel trim, bank 1|%|Fuel||yes| "
+                                  "0106|Short term fuel trim, bank 3|%|Fuel||| ");
     list->chooseUnits(UnitSystem::imperial);
     EXPECT_EQ(values.parmUnits, "imperial");
     EXPECT_EQ(ParameterList(*designer, values).panel().units, UnitSystem::imperial) << "remembered";
@@ -171,11 +174,14 @@ TEST_F(ParameterListTest, AddsSeveralInOneStepAndNoMoreThanFit)
     EXPECT_EQ(grid.at(2).own->formula, "A-40");
     EXPECT_EQ(grid.at(4), (DesignEntry{"016D", "Commanded fuel rail pressure B", 2093, 2, 0}));
     EXPECT_EQ(designer->panel().statusBox, "2 events added");
+    EXPECT_TRUE(after("6D fuel rail").find("Fuel rail pressure A|kPa|Fuel||| ") != std::string::npos)
+        << "another field of an event's parameter";
     designer->undo();
     EXPECT_EQ(designer->panel().obdGrid.size(), 3U);
-    std::vector<std::size_t> many(63);
-    EXPECT_THROW(list->add(many), TooManyEvents);
-    EXPECT_EQ(designer->panel().obdGrid.size(), 3U);
+    list->add(std::vector<std::size_t>(62));
+    EXPECT_EQ(designer->panel().obdGrid.size(), 65U) << "a row without a frequency takes no room";
+    EXPECT_THROW(list->add({0}), TooManyEvents);
+    EXPECT_EQ(designer->panel().obdGrid.size(), 65U);
 }
 
 TEST_F(ParameterListTest, ADesignCarriesItsDefinitionsToOthers)
@@ -203,7 +209,10 @@ TEST_F(ParameterListTest, ADesignCarriesItsDefinitionsToOthers)
 
     const TemporaryFolder elsewhere;
     file = ParametersFile(elsewhere.path());
-    file.change([](OwnParameters& own) { own.put({.name = "Fan", .request = "22AA", .formula = "A"}); });
+    file.change([](OwnParameters& own) {
+        own.put({.name = "Fan", .request = "22AA", .formula = "A"});
+        own.put({.name = "Lamp", .request = "22BB", .formula = "A"});
+    });
     for (const bool takes : {false, true}) {
         values.designToOpen = folder.path("car.obc");
         open();
@@ -215,29 +224,33 @@ TEST_F(ParameterListTest, ADesignCarriesItsDefinitionsToOthers)
             EXPECT_TRUE(prompts.takeMessage().starts_with("This design uses own parameters that are not "
                                                           "defined here:\r\n   10000: 221940 Oil temperature "
                                                           "(10000 is Fan here)\r\n"));
+            designer->addEvents({eventFor(designer->ownParameters().find(10001))});
+            designer->save();
+            EXPECT_EQ(loadParameters(folder.path("car.parameters.json")).all().size(), 2U)
+                << "what is not defined here stays";
         }
         EXPECT_TRUE(designer->panel().savesDefinitions) << "goes on carrying them";
     }
-    EXPECT_EQ(cellText(designer->panel().obdGrid[1], GridColumn::conversion), "10001>Oil temperature, °C");
+    EXPECT_EQ(cellText(designer->panel().obdGrid[1], GridColumn::conversion), "10002>Oil temperature, °C");
     EXPECT_TRUE(designer->panel().isModified);
-    EXPECT_EQ(file.load().all().size(), 2U);
+    EXPECT_EQ(file.load().all().size(), 3U);
     designer->tellLoadFailure(); // once
 
     file.change([](OwnParameters& own) { own.put({.name = "Gear", .request = "221940", .formula = "B"}); });
     designer->takeParameters();
-    designer->setCell(1, GridColumn::conversion, "10002>Gear");
+    designer->setCell(1, GridColumn::conversion, "10003>Gear");
     designer->saveWithDefinitions(false);
     const std::string beside = contents(folder.path("car.parameters.json"));
     designer->save();
-    EXPECT_EQ(contents(folder.path("car.parameters.json")), beside) << "says nothing of 10002";
-    designer->setCell(1, GridColumn::conversion, "10001>Oil temperature");
+    EXPECT_EQ(contents(folder.path("car.parameters.json")), beside) << "says nothing of 10003";
+    designer->setCell(1, GridColumn::conversion, "10002>Oil temperature");
     TemporaryFolder::write(folder.path("car.parameters.json"), parametersJson(file.load()));
     file.change([](OwnParameters& own) {
-        own.put({.number = 10001, .name = "Oil", .request = "221940", .formula = "A-41"});
+        own.put({.number = 10002, .name = "Oil", .request = "221940", .formula = "A-41"});
     });
     designer->takeParameters();
     designer->save();
-    EXPECT_EQ(loadParameters(folder.path("car.parameters.json")).find(10001)->formula, "A-41")
+    EXPECT_EQ(loadParameters(folder.path("car.parameters.json")).find(10002)->formula, "A-41")
         << "never means something else than the design";
 }
 
