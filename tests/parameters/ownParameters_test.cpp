@@ -166,8 +166,9 @@ TEST(DesignParametersTest, EventsGetTheirDefinitionsOrTellWhichAreMissing)
                               {.code = "22 19 401", .conversion = 10000},
                               {.code = "221941", .conversion = 10000},
                               {.code = "2210", .conversion = 10009},
-                              {.code = "2211", .conversion = 10009}});
-    EXPECT_EQ(define(design, table), (Undefined{.missing = {10009}, .differing = {2}}));
+                              {.code = "2211", .conversion = 10009},
+                              {.code = "22194055", .conversion = 10000}});
+    EXPECT_EQ(define(design, table), (Undefined{.missing = {10009}, .differing = {2, 5}}));
     for (std::size_t i = 0; i < design.events.size(); ++i)
         EXPECT_EQ(design.events[i].own != nullptr, i == 1) << i;
     EXPECT_EQ(definitionsPath("/x.obc/My Car.OBC"), "/x.obc/My Car.parameters.json");

@@ -61,6 +61,13 @@ TEST(ParameterCsvTest, TakesFilesAsTheyAreUsuallyWritten)
     EXPECT_EQ(taken("Heat Pump Power").maximum, 12750);
     EXPECT_EQ(taken("Abgastemperatur nach Kat").header, "");
 
+    OwnParameters numbers;
+    imported("Name,PID,Formula,Min,Max\na,2210,A,\"\xE2\x88\x92"
+             "1,5\",\"1,000\"\n",
+             numbers);
+    EXPECT_EQ(numbers.all().at(0)->minimum, -1.5);
+    EXPECT_EQ(numbers.all().at(0)->maximum, 1000);
+
     for (const char* const name : {"# of gears", "//", "\xEF\xBB\xBF"}) // no comments, and no mark of a file
         table.put({.name = name, .request = "2210", .formula = "A"});
     std::ostringstream stream;
