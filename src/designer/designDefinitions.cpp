@@ -49,6 +49,11 @@ DesignDefinitions::DesignDefinitions(ParametersFile file, Prompts& prompts)
 
 void DesignDefinitions::define(std::vector<DesignEntry>& events) const
 {
+    for (DesignEntry& event : events) {
+        const OwnParameterPointer now = event.own ? table_.find(event.conversion) : nullptr;
+        if (now && now->request != event.own->request)
+            event.code = now->request;
+    }
     Design design;
     design.events = std::move(events);
     zint::define(design, table_);

@@ -22,7 +22,7 @@ public:
     /// Reads the table again. @throws FileError when it can't be read; it is then as it was
     void reload() { table_ = file_.load(); }
 
-    /// Gives the events their definitions.
+    /// Gives the events their definitions. Those that had one follow its request.
     void define(std::vector<DesignEntry>& events) const;
 
     /// Tells why the table could not be read when this was made; once.

@@ -232,6 +232,7 @@ void Designer::step(void (GridHistory::*direction)(GridRows&))
 {
     GridRows rows = panel_.obdGrid;
     (history_.*direction)(rows);
+    definitions_.define(rows); // the table knows no steps
     replaceRows(std::move(rows));
     edited();
 }

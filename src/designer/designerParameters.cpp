@@ -54,13 +54,8 @@ void Designer::useUnits(UnitSystem units)
 void Designer::takeParameters()
 {
     definitions_.reload();
-    edit([this](GridRows& rows) {
-        for (DesignEntry& row : rows) {
-            const OwnParameterPointer now = row.own ? definitions_.table().find(row.conversion) : nullptr;
-            if (now && now->request != row.own->request)
-                row.code = now->request;
-        }
-    });
+    definitions_.define(panel_.obdGrid);
+    edited();
 }
 
 void Designer::saveWithDefinitions(bool with)

@@ -199,12 +199,17 @@ TEST_F(ParameterListTest, ADesignCarriesItsDefinitionsToOthers)
     designer->saveAs();
     EXPECT_TRUE(fileExists(folder.path("car.parameters.json")));
 
+    designer->disableAll();
     file.change([](OwnParameters& own) {
         own.put(
             {.number = 10000, .name = "Oil temperature", .request = "221941", .formula = "A", .unit = "°C"});
     });
     designer->takeParameters();
     EXPECT_EQ(designer->panel().obdGrid.at(1).code, "221941") << "follows its parameter";
+    EXPECT_EQ(design.events.at(1).code, "221941") << "and so does what is polled";
+    designer->undo();
+    EXPECT_TRUE(designer->panel().obdGrid.at(1).isPolled()) << "a step of the user's";
+    EXPECT_EQ(designer->panel().obdGrid.at(1).code, "221941");
     EXPECT_EQ(designer->panel().obdGrid.at(1).own->formula, "A");
 
     const TemporaryFolder elsewhere;
