@@ -32,7 +32,7 @@ std::int32_t rawNumber(double value)
 
 Value standardValue(const StandardConversion& conversion, double value)
 {
-    const auto field = parameterField(conversion.pid, conversion.field);
+    const FieldTraits* field = parameterField(conversion.pid, conversion.field);
     if (field->hasWords)
         return Words{fieldWords(conversion.pid, conversion.field, value), value};
     const Scale scale = scaleOf(field->unit, conversion.units);

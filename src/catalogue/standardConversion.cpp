@@ -75,7 +75,7 @@ int decimalsFor(double step)
 
 std::string nameOf(const StandardConversion& conversion)
 {
-    const auto field = parameterField(conversion.pid, conversion.field);
+    const FieldTraits* field = parameterField(conversion.pid, conversion.field);
     if (!field)
         return {};
     const std::string_view unit = scaleOf(field->unit, conversion.units).unit;

@@ -134,6 +134,26 @@ std::string fieldName(const Field& field, std::uint8_t pid, const ParameterConte
     return name;
 }
 
+FieldTraits traitsOf(const Field& row, std::uint8_t pid)
+{
+    FieldTraits told{.name = fieldName(row, pid, {})};
+    const auto numbers = static_cast<double>(std::uint64_t{1} << row.place.width);
+    const auto* formula = std::get_if<Formula>(&row.meaning);
+    if (formula == nullptr) {
+        told.hasWords = true;
+        told.maximum = numbers - 1;
+        return told;
+    }
+    const double smallest = formula->isSigned ? -numbers / 2 : 0;
+    told.unit = formula->unit;
+    told.step = formula->times / formula->over;
+    told.minimum = smallest * told.step + formula->plus;
+    told.maximum = told.minimum + (numbers - 1) * told.step;
+    if (const FullScale* scale = formula->fullScale)
+        told.scaledBy = scale->source == &ParameterContext::largestValues ? 0x4F : 0x50;
+    return told;
+}
+
 } // namespace
 
 std::optional<std::size_t> parameterLength(std::uint8_t pid, const ParameterContext& context)
@@ -173,27 +193,18 @@ std::vector<ParameterValue> parameterValues(std::uint8_t pid, BytesView data, co
     return values;
 }
 
-std::optional<FieldTraits> parameterField(std::uint8_t pid, std::size_t field)
+const FieldTraits* parameterField(std::uint8_t pid, std::size_t field)
 {
-    const Field* row = fieldAt(pid, field);
-    if (row == nullptr)
-        return std::nullopt;
-    FieldTraits told{.name = fieldName(*row, pid, {})};
-    const auto numbers = static_cast<double>(std::uint64_t{1} << row->place.width);
-    const auto* formula = std::get_if<Formula>(&row->meaning);
-    if (formula == nullptr) {
-        told.hasWords = true;
-        told.maximum = numbers - 1;
-        return told;
-    }
-    const double smallest = formula->isSigned ? -numbers / 2 : 0;
-    told.unit = formula->unit;
-    told.step = formula->times / formula->over;
-    told.minimum = smallest * told.step + formula->plus;
-    told.maximum = told.minimum + (numbers - 1) * told.step;
-    if (const FullScale* scale = formula->fullScale)
-        told.scaledBy = scale->source == &ParameterContext::largestValues ? 0x4F : 0x50;
-    return told;
+    static const std::vector<std::vector<FieldTraits>> traits = [] { // each value that is shown asks for them
+        std::vector<std::vector<FieldTraits>> all(256);
+        for (std::size_t parameter = 0; parameter < all.size(); ++parameter) {
+            const auto number = static_cast<std::uint8_t>(parameter);
+            for (const Field& row : fieldsOf(number))
+                all[parameter].push_back(traitsOf(row, number));
+        }
+        return all;
+    }();
+    return field < traits[pid].size() ? &traits[pid][field] : nullptr;
 }
 
 std::optional<FieldReading> readField(std::uint8_t pid, std::size_t field, BytesView data,

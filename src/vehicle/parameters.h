@@ -55,8 +55,8 @@ struct FieldTraits {
 
 /// A field of a parameter. Files keep the place: it must not change.
 /// @param field its place among the parameter's, from 0
-/// @return nothing where there is none
-std::optional<FieldTraits> parameterField(std::uint8_t pid, std::size_t field);
+/// @return null where there is none
+const FieldTraits* parameterField(std::uint8_t pid, std::size_t field);
 
 /// What data say of one field: a number, or words in place of one.
 struct FieldReading {
