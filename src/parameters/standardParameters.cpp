@@ -154,7 +154,7 @@ std::vector<StandardParameter> allParameters()
     for (std::size_t i = 0; i < parameterCount; ++i) {
         const auto pid = static_cast<std::uint8_t>(i);
         const Kind& kind = kindOf(pid);
-        for (std::uint8_t place = 0; auto field = parameterField(pid, place); ++place)
+        for (std::uint8_t place = 0; const FieldTraits* field = parameterField(pid, place); ++place)
             all.push_back({.pid = pid,
                            .place = place,
                            .code = "01" + hexText(pid, 2),
