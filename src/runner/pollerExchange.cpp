@@ -196,7 +196,7 @@ std::vector<std::size_t> Poller::tryOut(const PollRequest& request, std::string_
     const bool isOwn = belongs(reading.fit, reply);
     const std::size_t partedBefore = plan_.partedCount();
     std::vector<std::size_t> left;
-    const bool isUnderstood = !request.isCombined() || tellsSeveral(request, reading);
+    const bool isUnderstood = tellsSeveral(request, reading);
     for (std::size_t i = 0; i < request.events.size() && isPolling(); ++i) {
         if (!isOwn || reading.events[i].isBad()) {
             plan_.leaveOut(request.events[i]);
