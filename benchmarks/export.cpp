@@ -164,7 +164,7 @@ Both measure(int passes)
     run.fill(samples);
     const double each = static_cast<double>(residentBytes() - before) / static_cast<double>(samples.size());
     std::printf("memory of %zu records: %.1f bytes per record (%s)\n", samples.size(), each,
-                atMost(18, each).c_str());
+                atMost(26, each).c_str());
     const auto ignore = [](const std::string&) { fail("a sample belongs to no event"); };
     const std::size_t count = run.values.size();
     const Medians log = measure(

@@ -102,8 +102,10 @@ void Poller::approach()
 {
     RunState::SinceStart& run = state_.sinceStart;
     run.command.clear();
-    run.commands = addressCommands(run.address, run.request.address,
-                                   usualAddress(design_, run.vehicle.protocol), design_);
+    run.commands.clear();
+    if (run.address != run.request.address)
+        run.commands = addressCommands(run.address, run.request.address,
+                                       usualAddress(design_, run.vehicle.protocol), design_);
     if (run.commands.empty())
         link_.send(run.request.text, countedBytes(run));
     else
@@ -157,7 +159,7 @@ void Poller::refuseAddress()
 /// that tells whether requests may be shared is looked at first.
 void Poller::takeReply(std::string_view reply)
 {
-    const PollRequest answered = state_.sinceStart.request;
+    const PollRequest answered = std::move(state_.sinceStart.request);
     state_.sinceStart.hasAnswer = true;
     const bool isTrial = plan_.isTrial(answered);
     const std::vector<std::size_t> left = isTrial ? tryOut(answered, reply) : std::vector<std::size_t>();
